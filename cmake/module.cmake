@@ -1,0 +1,16 @@
+# The linker's version script is made from the same export list that Windows's linker reads.
+set(EXPORT_LIST ${CMAKE_SOURCE_DIR}/resources/QM610rDRV1.def)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${EXPORT_LIST})
+file(STRINGS ${EXPORT_LIST} EXPORT_LINES REGEX "^ +[A-Za-z]+")
+set(EXPORTS "")
+foreach(line IN LISTS EXPORT_LINES)
+  string(STRIP "${line}" name)
+  string(APPEND EXPORTS "    ${name};\n")
+endforeach()
+set(VERSION_SCRIPT ${CMAKE_BINARY_DIR}/exports.map)
+file(WRITE ${VERSION_SCRIPT} "{\n  global:\n${EXPORTS}  local:\n    *;\n};\n")
+
+add_library(QM610rDRV1 MODULE $<TARGET_OBJECTS:kestrel> ${RESOURCE_ASM})
+set_target_properties(QM610rDRV1 PROPERTIES PREFIX "" LINKER_LANGUAGE CXX LINK_DEPENDS ${VERSION_SCRIPT})
+target_link_libraries(QM610rDRV1 PRIVATE platform)
+target_link_options(QM610rDRV1 PRIVATE -Wl,--version-script=${VERSION_SCRIPT} -Wl,-z,defs)
