@@ -1,6 +1,7 @@
-// What the person at the desk sees and can do. A modal loop (dialog, message box, file dialog, property sheet) that has
-// nothing left to do asks the attached User for the next action. Only what a person could do is possible: no action
-// reaches a disabled or hidden control, or a window below a modal one.
+// What the person at the desk sees and can do. A modal loop (dialog, message box, file dialog,
+// property sheet) that has nothing left to do asks the attached User for the next action. Only what
+// a person could do is possible: no action reaches a disabled or hidden control, or a window below
+// a modal one.
 #pragma once
 
 #include <windows.h>
@@ -15,10 +16,23 @@
 
 namespace platform {
 
-enum class ControlKind { kButton, kCheckBox, kRadio, kGroupBox, kStatic, kEdit, kComboBox, kListBox, kUpDown, kOwnerDraw, kTrackbar };
+enum class ControlKind {
+  kButton,
+  kCheckBox,
+  kRadio,
+  kGroupBox,
+  kStatic,
+  kEdit,
+  kComboBox,
+  kListBox,
+  kUpDown,
+  kOwnerDraw,
+  kTrackbar
+};
 
-// One control (or picture) of a window as it looks now. Rectangles are pixels in the window's client area, at 6 × 12
-// pixels for the base units of the dialog font (so 1 horizontal dialog unit = 1.5 pixels, 1 vertical = 1.5 pixels).
+// One control (or picture) of a window as it looks now. Rectangles are pixels in the window's
+// client area, at 6 × 12 pixels for the base units of the dialog font (so 1 horizontal dialog unit
+// = 1.5 pixels, 1 vertical = 1.5 pixels).
 struct ControlView {
   HWND handle = nullptr;
   int id = 0;
@@ -28,18 +42,18 @@ struct ControlView {
   bool visible = false;
   bool enabled = false;
   bool focused = false;
-  bool checked = false;    // check boxes and radio buttons
+  bool checked = false;  // check boxes and radio buttons
   bool defaultButton = false;
   bool tabStop = false;
-  bool dropped = false;    // a combo box whose list is open
+  bool dropped = false;  // a combo box whose list is open
   bool centred = false;
   bool readOnly = false;
-  int textLimit = 0;       // edits; 0: none
-  int selection = -1;      // combo and list boxes; -1: none
+  int textLimit = 0;                           // edits; 0: none
+  int selection = -1;                          // combo and list boxes; -1: none
   int minimum = 0, maximum = 0, position = 0;  // up-downs and trackbars
-  int buddy = 0;           // id of an up-down's edit
+  int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
-  DisplayList drawing;     // owner-drawn controls
+  DisplayList drawing;  // owner-drawn controls
 };
 
 // One window: a dialog, a message box, a file dialog or the property sheet.
@@ -48,9 +62,10 @@ struct WindowView {
   std::u16string title;
   int width = 0, height = 0;  // client area in pixels
   enum class Kind { kDialog, kMessageBox, kFileDialog, kSheet } kind = Kind::kDialog;
-  bool enabled = true;        // false below a modal window
-  UINT messageStyle = 0;      // message boxes: MB_ flags
-  std::vector<ControlView> controls;  // of the window itself; a message box's text is a static with id 0xFFFF
+  bool enabled = true;    // false below a modal window
+  UINT messageStyle = 0;  // message boxes: MB_ flags
+  std::vector<ControlView>
+      controls;  // of the window itself; a message box's text is a static with id 0xFFFF
   // Property sheets:
   std::vector<std::u16string> tabs;
   int activeTab = -1;
@@ -65,8 +80,9 @@ enum class SheetButton { kOk, kCancel, kApply, kHelp };
 
 class Desk;
 
-// Whoever sits at the desk. Act is called with every message handled; it does one thing and returns. Returning false
-// means that nobody is there any more: every modal window then ends as cancelled.
+// Whoever sits at the desk. Act is called with every message handled; it does one thing and
+// returns. Returning false means that nobody is there any more: every modal window then ends as
+// cancelled.
 class User {
  public:
   virtual ~User() = default;
@@ -84,44 +100,56 @@ class Desk {
   virtual int ModalDepth() const = 0;
   // Every open window, the one on top last.
   virtual std::vector<WindowView> Windows() = 0;
-  // The window on top; for a property sheet the shown page's controls are found by the calls below as well.
+  // The window on top; for a property sheet the shown page's controls are found by the calls below
+  // as well.
   virtual HWND Top() const = 0;
-  virtual std::u16string Title() const = 0;           // of the window on top (the page's caption for a sheet)
+  virtual std::u16string Title()
+      const = 0;  // of the window on top (the page's caption for a sheet)
   virtual bool IsMessageBox() const = 0;
-  virtual std::u16string MessageText() const = 0;     // of the message box on top, else empty
+  virtual std::u16string MessageText() const = 0;  // of the message box on top, else empty
   virtual UINT MessageStyle() const = 0;
-  virtual ControlView Control(int id) const = 0;      // of the window on top; throws std::out_of_range when absent
+  virtual ControlView Control(
+      int id) const = 0;  // of the window on top; throws std::out_of_range when absent
   virtual bool Has(int id) const = 0;
   virtual std::u16string Text(int id) const = 0;
-  virtual int FocusedId() const = 0;                  // 0: none
+  virtual int FocusedId() const = 0;  // 0: none
   virtual HCURSOR Cursor() const = 0;
   // Message boxes shown so far: caption, text, style (kept after they close).
-  struct Shown { std::u16string caption, text; UINT style; };
+  struct Shown {
+    std::u16string caption, text;
+    UINT style;
+  };
   virtual const std::vector<Shown>& History() const = 0;
   virtual void ClearShown() = 0;
 
   // ---- doing: each answers whether the person could do it ----
-  virtual bool Focus(int id) = 0;                     // by mouse or Tab
-  virtual bool Click(int id) = 0;                     // buttons, check boxes, radio buttons
-  virtual bool Type(int id, std::u16string_view text) = 0;      // focuses, appends character by character at the caret
-  virtual bool Replace(int id, std::u16string_view text) = 0;   // focuses, selects all, types over it
-  virtual bool Paste(int id, std::u16string_view text) = 0;     // focuses, selects all, pastes in one change
-  virtual bool EditTo(int id, std::u16string_view text) = 0;    // the edit's whole new text in one change (browser input)
-  virtual bool Select(int id, int index) = 0;         // combo box (opens, picks, closes) or list box
+  virtual bool Focus(int id) = 0;  // by mouse or Tab
+  virtual bool Click(int id) = 0;  // buttons, check boxes, radio buttons
+  virtual bool Type(
+      int id,
+      std::u16string_view text) = 0;  // focuses, appends character by character at the caret
+  virtual bool Replace(int id,
+                       std::u16string_view text) = 0;  // focuses, selects all, types over it
+  virtual bool Paste(int id,
+                     std::u16string_view text) = 0;  // focuses, selects all, pastes in one change
+  virtual bool EditTo(
+      int id,
+      std::u16string_view text) = 0;  // the edit's whole new text in one change (browser input)
+  virtual bool Select(int id, int index) = 0;  // combo box (opens, picks, closes) or list box
   virtual bool Select(int id, std::u16string_view item) = 0;
-  virtual bool Spin(int id, int steps) = 0;           // an up-down's arrows, up for positive steps
-  virtual bool Slide(int id, int position) = 0;       // a trackbar
+  virtual bool Spin(int id, int steps) = 0;      // an up-down's arrows, up for positive steps
+  virtual bool Slide(int id, int position) = 0;  // a trackbar
   virtual bool Tab(bool back = false) = 0;
   virtual bool Enter() = 0;
   virtual bool Escape() = 0;
   virtual bool AccessKey(char16_t letter) = 0;
-  virtual bool Close() = 0;                           // the window's close box
-  virtual bool Page(int index) = 0;                   // a tab of the sheet
+  virtual bool Close() = 0;          // the window's close box
+  virtual bool Page(int index) = 0;  // a tab of the sheet
   virtual bool Press(SheetButton button) = 0;
 };
 
-// A user who does the given steps one after another. A step that throws, or a script that ends while a window is open,
-// is kept as a problem and everything is cancelled, so that no test hangs.
+// A user who does the given steps one after another. A step that throws, or a script that ends
+// while a window is open, is kept as a problem and everything is cancelled, so that no test hangs.
 class ScriptedUser : public User {
  public:
   using Step = std::function<void(Desk&)>;

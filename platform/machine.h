@@ -1,5 +1,5 @@
-// The switchboard of the stand-in platform: what one computer is, has and allows. Hosts and tests use it; the module
-// never does. All members may be used from any thread.
+// The switchboard of the stand-in platform: what one computer is, has and allows. Hosts and tests
+// use it; the module never does. All members may be used from any thread.
 #pragma once
 
 #include <windows.h>
@@ -72,7 +72,8 @@ struct DataValue {
   std::vector<std::byte> bytes;
 };
 
-// A message box, a broadcast or a started document that the computer has seen, kept for tests and hosts.
+// A message box, a broadcast or a started document that the computer has seen, kept for tests and
+// hosts.
 struct Broadcast {
   UINT message;
   WPARAM wParam;
@@ -88,12 +89,15 @@ struct ShellCall {
 
 class Machine {
  public:
-  // A fresh computer in memory with its drives in a folder of its own that is removed with it. It becomes the current one.
+  // A fresh computer in memory with its drives in a folder of its own that is removed with it. It
+  // becomes the current one.
   static std::unique_ptr<Machine> Create();
-  // The computer kept in a state directory (created when missing). It becomes the current one. Throws
-  // std::runtime_error with a sentence for the user when the directory or its database cannot be used.
+  // The computer kept in a state directory (created when missing). It becomes the current one.
+  // Throws std::runtime_error with a sentence for the user when the directory or its database
+  // cannot be used.
   static std::unique_ptr<Machine> Open(const std::filesystem::path& stateDirectory);
-  // The computer that the API functions serve. There is always one: without Create or Open an empty one.
+  // The computer that the API functions serve. There is always one: without Create or Open an empty
+  // one.
   static Machine& Current();
   ~Machine();
   Machine(const Machine&) = delete;
@@ -104,33 +108,38 @@ class Machine {
   // ---- what the computer is ----
   OsVersion os() const;
   void SetOs(const OsVersion& os);
-  bool administrator() const;  // whether the calling token is a member of the built-in Administrators group
+  bool administrator()
+      const;  // whether the calling token is a member of the built-in Administrators group
   void SetAdministrator(bool yes);
-  std::u16string executablePath() const;  // GetModuleFileNameW(NULL); default C:\WINDOWS\system32\app.exe
+  std::u16string executablePath()
+      const;  // GetModuleFileNameW(NULL); default C:\WINDOWS\system32\app.exe
   void SetExecutablePath(std::u16string path);
 
   // ---- drives ----
-  // The host's file for a Windows path: letter case ignored part by part, C: below the state directory, Z: the host's
-  // root, a relative path below the current directory, a bare "X:" its root. Missing parts keep the case given.
+  // The host's file for a Windows path: letter case ignored part by part, C: below the state
+  // directory, Z: the host's root, a relative path below the current directory, a bare "X:" its
+  // root. Missing parts keep the case given.
   std::filesystem::path HostPath(std::u16string_view windowsPath) const;
   // The Windows path of a host file (C: when below it, else Z:).
   std::u16string WindowsPath(const std::filesystem::path& hostPath) const;
   std::u16string windowsDirectory() const;  // C:\WINDOWS
   std::u16string systemDirectory() const;   // C:\WINDOWS\system32
-  std::u16string driverDirectory() const;   // C:\WINDOWS\system32\spool\drivers\w32x86, without the version folder
+  std::u16string driverDirectory()
+      const;  // C:\WINDOWS\system32\spool\drivers\w32x86, without the version folder
   void WriteFile(std::u16string_view windowsPath, std::string_view bytes);  // folders are created
   std::optional<std::string> ReadFile(std::u16string_view windowsPath) const;
 
   // ---- the spooler ----
-  void AddPrinter(const PrinterSetup& setup);     // replaces a printer of the same name
-  bool RemovePrinter(std::u16string_view name);   // with its data and default record
-  std::vector<PrinterSetup> Printers() const;     // in the order they were added
+  void AddPrinter(const PrinterSetup& setup);    // replaces a printer of the same name
+  bool RemovePrinter(std::u16string_view name);  // with its data and default record
+  std::vector<PrinterSetup> Printers() const;    // in the order they were added
   std::optional<PrinterSetup> FindPrinter(std::u16string_view name) const;
   void SetPermission(std::u16string_view name, bool administer, bool writable);
   // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none.
   void SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record);
   std::vector<std::byte> DefaultRecord(std::u16string_view name) const;
-  // Printer data by printer and value name (letter case of value names is ignored, as the spooler does).
+  // Printer data by printer and value name (letter case of value names is ignored, as the spooler
+  // does).
   void SetData(std::u16string_view printer, std::u16string_view value, DataValue data);
   std::optional<DataValue> Data(std::u16string_view printer, std::u16string_view value) const;
   std::map<std::u16string, DataValue> AllData(std::u16string_view printer) const;
@@ -146,10 +155,12 @@ class Machine {
 
   // ---- modules ----
   using EntryPoints = std::map<std::string, FARPROC>;
-  // A module that LoadLibraryW finds by file name (any folder, letter case ignored) before it looks for a shared object.
+  // A module that LoadLibraryW finds by file name (any folder, letter case ignored) before it looks
+  // for a shared object.
   void RegisterModule(std::u16string_view fileName, EntryPoints entries);
   void UnregisterModule(std::u16string_view fileName);
-  // Puts a host's shared object at a Windows path (a link, replaced when it stands). LoadLibraryW then loads it.
+  // Puts a host's shared object at a Windows path (a link, replaced when it stands). LoadLibraryW
+  // then loads it.
   void InstallModule(std::u16string_view windowsPath, const std::filesystem::path& sharedObject);
   // LoadLibraryW calls not yet matched by FreeLibrary, for tests of leaks.
   int OpenModules() const;
@@ -157,20 +168,22 @@ class Machine {
   // ---- what tests and hosts look at afterwards ----
   int OpenPrinterHandles() const;
   int OpenRegistryKeys() const;
-  int LiveHeaps() const;            // private heaps created and not destroyed
-  int LiveAllocations() const;      // blocks of all heaps and global memory not freed
+  int LiveHeaps() const;        // private heaps created and not destroyed
+  int LiveAllocations() const;  // blocks of all heaps and global memory not freed
   std::vector<Broadcast> Broadcasts() const;
   std::vector<ShellCall> ShellCalls() const;
   // Recording side, used by the API functions.
   void RecordBroadcast(Broadcast broadcast);
   void RecordShellCall(ShellCall call);
-  void SetInstalledFontFamilies(std::vector<std::u16string> families);  // replaces the system's own (fontconfig)
+  void SetInstalledFontFamilies(
+      std::vector<std::u16string> families);  // replaces the system's own (fontconfig)
   std::vector<std::u16string> InstalledFontFamilies() const;
 
   // The desktop of the thread that runs modal loops; created on first use.
   Desk& desk();
 
-  // Version resource of a file made for the stand-in: writes a small file that GetFileVersionInfoW understands.
+  // Version resource of a file made for the stand-in: writes a small file that GetFileVersionInfoW
+  // understands.
   void WriteVersionedFile(std::u16string_view windowsPath, DWORD versionMs, DWORD versionLs);
 
   struct Impl;

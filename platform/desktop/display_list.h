@@ -1,5 +1,6 @@
-// What a window shows: the drawing calls made on it, in order, in its client pixels. An operation that covers the whole
-// client area opaquely drops all before it, so a list stays as long as what can be seen.
+// What a window shows: the drawing calls made on it, in order, in its client pixels. An operation
+// that covers the whole client area opaquely drops all before it, so a list stays as long as what
+// can be seen.
 #pragma once
 
 #include <windows.h>
@@ -11,23 +12,24 @@ namespace platform {
 
 struct DrawOp {
   enum class Kind { kRectangle, kFill, kLine, kImage, kText } kind = Kind::kFill;
-  RECT rect = {};            // rectangle, fill, image target, text clip box; a line runs from left/top to right/bottom
-  COLORREF pen = 0;          // rectangles and lines
-  int penStyle = 0;          // PS_SOLID, PS_DOT, PS_NULL …
+  RECT rect = {};    // rectangle, fill, image target, text clip box; a line runs from left/top to
+                     // right/bottom
+  COLORREF pen = 0;  // rectangles and lines
+  int penStyle = 0;  // PS_SOLID, PS_DOT, PS_NULL …
   int penWidth = 1;
-  COLORREF brush = 0xFFFFFF; // rectangles and fills
-  bool hollow = false;       // a rectangle without a fill
-  int bitmap = 0;            // images: the bitmap's resource id (0: made at run time)
-  RECT source = {};          // images: the part shown, in the bitmap's pixels
+  COLORREF brush = 0xFFFFFF;  // rectangles and fills
+  bool hollow = false;        // a rectangle without a fill
+  int bitmap = 0;             // images: the bitmap's resource id (0: made at run time)
+  RECT source = {};           // images: the part shown, in the bitmap's pixels
   std::u16string text;
-  POINT at = {};             // text: the reference point
+  POINT at = {};  // text: the reference point
   COLORREF textColour = 0;
   COLORREF background = 0xFFFFFF;
-  bool opaque = false;       // text: the box is filled with the background first
-  int fontHeight = 0;        // pixels
-  int fontWidth = 0;         // average character width in pixels; 0: natural
+  bool opaque = false;  // text: the box is filled with the background first
+  int fontHeight = 0;   // pixels
+  int fontWidth = 0;    // average character width in pixels; 0: natural
   std::u16string face;
-  RECT clip = {};            // empty: the client area
+  RECT clip = {};  // empty: the client area
 };
 
 using DisplayList = std::vector<DrawOp>;

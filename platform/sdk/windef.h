@@ -1,0 +1,146 @@
+// Base types of the Windows API at their Windows widths: LONG and DWORD are 32 bits, LPARAM and its
+// like as wide as a pointer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+using WCHAR = char16_t;
+using CHAR = char;
+using BOOL = int32_t;
+using BYTE = uint8_t;
+using UCHAR = uint8_t;
+using WORD = uint16_t;
+using USHORT = uint16_t;
+using SHORT = int16_t;
+using DWORD = uint32_t;
+using ULONG = uint32_t;
+using LONG = int32_t;
+using INT = int32_t;
+using UINT = uint32_t;
+using FLOAT = float;
+using DWORDLONG = uint64_t;
+using ULONGLONG = uint64_t;
+using LONGLONG = int64_t;
+using INT_PTR = intptr_t;
+using UINT_PTR = uintptr_t;
+using LONG_PTR = intptr_t;
+using ULONG_PTR = uintptr_t;
+using DWORD_PTR = uintptr_t;
+using SIZE_T = size_t;
+using WPARAM = UINT_PTR;
+using LPARAM = LONG_PTR;
+using LRESULT = LONG_PTR;
+using HRESULT = int32_t;
+using ATOM = WORD;
+using COLORREF = DWORD;
+using LANGID = WORD;
+
+using LPVOID = void*;
+using PVOID = void*;
+using LPCVOID = const void*;
+using LPWSTR = WCHAR*;
+using PWSTR = WCHAR*;
+using LPCWSTR = const WCHAR*;
+using PCWSTR = const WCHAR*;
+using LPTSTR = WCHAR*;
+using LPCTSTR = const WCHAR*;
+using TCHAR = WCHAR;
+using LPSTR = CHAR*;
+using LPCSTR = const CHAR*;
+using LPBYTE = BYTE*;
+using PBYTE = BYTE*;
+using LPWORD = WORD*;
+using PWORD = WORD*;
+using LPDWORD = DWORD*;
+using PDWORD = DWORD*;
+using PULONG = ULONG*;
+using LPLONG = LONG*;
+using PLONG = LONG*;
+using LPBOOL = BOOL*;
+using PBOOL = BOOL*;
+using LPINT = INT*;
+
+using HANDLE = void*;
+#define DECLARE_HANDLE(name) \
+  struct name##__ {          \
+    int unused;              \
+  };                         \
+  using name = name##__*
+DECLARE_HANDLE(HINSTANCE);
+using HMODULE = HINSTANCE;
+DECLARE_HANDLE(HWND);
+DECLARE_HANDLE(HDC);
+DECLARE_HANDLE(HKEY);
+DECLARE_HANDLE(HICON);
+using HCURSOR = HICON;
+DECLARE_HANDLE(HMENU);
+DECLARE_HANDLE(HRSRC);
+using HGLOBAL = HANDLE;
+using HLOCAL = HANDLE;
+using HGDIOBJ = void*;
+DECLARE_HANDLE(HBITMAP);
+DECLARE_HANDLE(HBRUSH);
+DECLARE_HANDLE(HPEN);
+DECLARE_HANDLE(HFONT);
+DECLARE_HANDLE(HRGN);
+DECLARE_HANDLE(HPALETTE);
+
+#define WINAPI
+#define APIENTRY
+#define CALLBACK
+#define WINAPIV
+#define CONST const
+
+#define TEXT(text) u##text
+
+constexpr BOOL FALSE = 0;
+constexpr BOOL TRUE = 1;
+constexpr int MAX_PATH = 260;
+
+using FARPROC = INT_PTR(WINAPI*)();
+using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+
+struct POINT {
+  LONG x;
+  LONG y;
+};
+using LPPOINT = POINT*;
+using PPOINT = POINT*;
+struct SIZE {
+  LONG cx;
+  LONG cy;
+};
+using LPSIZE = SIZE*;
+struct RECT {
+  LONG left;
+  LONG top;
+  LONG right;
+  LONG bottom;
+};
+using LPRECT = RECT*;
+using LPCRECT = const RECT*;
+
+constexpr WORD LOWORD(DWORD_PTR value) { return static_cast<WORD>(value & 0xFFFF); }
+constexpr WORD HIWORD(DWORD_PTR value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }
+constexpr BYTE LOBYTE(DWORD_PTR value) { return static_cast<BYTE>(value & 0xFF); }
+constexpr BYTE HIBYTE(DWORD_PTR value) { return static_cast<BYTE>((value >> 8) & 0xFF); }
+constexpr WORD MAKEWORD(DWORD_PTR low, DWORD_PTR high) {
+  return static_cast<WORD>((low & 0xFF) | ((high & 0xFF) << 8));
+}
+constexpr LONG MAKELONG(DWORD_PTR low, DWORD_PTR high) {
+  return static_cast<LONG>(static_cast<DWORD>(low & 0xFFFF) |
+                           (static_cast<DWORD>(high & 0xFFFF) << 16));
+}
+constexpr WPARAM MAKEWPARAM(DWORD_PTR low, DWORD_PTR high) {
+  return static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
+}
+constexpr LPARAM MAKELPARAM(DWORD_PTR low, DWORD_PTR high) {
+  return static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
+}
+inline LPWSTR MAKEINTRESOURCEW(DWORD_PTR id) {
+  return reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(LOWORD(id)));
+}
+#define MAKEINTRESOURCE MAKEINTRESOURCEW
+inline bool IS_INTRESOURCE(LPCVOID name) { return (reinterpret_cast<ULONG_PTR>(name) >> 16) == 0; }
