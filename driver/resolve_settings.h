@@ -1,0 +1,55 @@
+// Settings of a printer: loaded, defaulted, merged with an application's record and copied out.
+#pragma once
+
+#include <windows.h>
+
+#include "driver/settings_block.h"
+
+namespace kestrel {
+
+// Modes of ResolveSettings besides DM_COPY and DM_IN_BUFFER (DocumentProperties).
+constexpr DWORD kCopyWholeBlock = 0x1000;
+constexpr DWORD kMergeInput = 0x2000;
+
+// The printer's settings, merged with an input record when the mode asks for it, into output: a
+// settings record (DM_COPY, 452 bytes, or as many as a shorter input had) or a whole block
+// (kCopyWholeBlock, 3792 bytes). False only when the working block cannot be allocated.
+bool ResolveSettings(void* output, const DEVMODEW* input, HANDLE printer, const WCHAR* name,
+                     DWORD mode);
+
+// Leaves a complete, signed block: the stored settings or the defaults.
+void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
+
+// Writes the printer-level part as "Private DevMode".
+bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
+
+// Tells every window that the printer's defaults changed (WM_DEVMODECHANGE, 300 ms at most a
+// window).
+void AnnounceChangedDefault(const WCHAR* name);
+
+// RecordMismatch bits.
+enum RecordMismatch : unsigned {
+  kOtherSpecVersion = 1,
+  kOtherDriverVersion = 2,
+  kOtherSize = 4,
+  kOtherExtra = 8,
+  kNoSignature = 16,
+  kOtherDevice = 32,
+};
+
+// What distinguishes a record from the driver's own; 0: nothing. Reads no further than dmSize +
+// dmDriverExtra.
+unsigned CheckSettingsRecord(const DEVMODEW& record, const WCHAR* name);
+
+// The strict test used on stored records.
+bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name);
+
+// Merges an application's record into a block that holds the printer's settings. mismatch is what
+// CheckSettingsRecord told, after the rule of the OS version.
+void _UdcMergeSelfDMode(DriverSettingsBlock& block, const DEVMODEW& input, unsigned mismatch,
+                        HANDLE printer, const WCHAR* name);
+
+// The 452 bytes of a block's settings record.
+void CopySettingsRecord(void* output, const DriverSettingsBlock& block);
+
+}  // namespace kestrel
