@@ -1,0 +1,22 @@
+// The registered fonts of a printer: loaded into a session, written back, and the rules for their
+// names.
+#pragma once
+
+#include <windows.h>
+
+#include "fonts/font_record.h"
+
+namespace kestrel {
+
+// Fills a store from printer data "CreateFont Number" and "CreateFont Data". Anything missing or
+// damaged gives an empty store. False only when the lists cannot be allocated from heap.
+bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap);
+// Releases both lists.
+void FreeFontStore(FontStore& store, HANDLE heap);
+// Writes both values, decorative fonts first. A store that was not loaded in this session is never
+// written (false).
+bool SaveFontStore(HANDLE printer, const FontStore& store);
+// Whether one more font can be registered.
+bool CanRegisterMore(const FontStore& store);
+
+}  // namespace kestrel

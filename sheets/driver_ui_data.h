@@ -1,0 +1,127 @@
+// The data of one property-sheet session. It lives zero-filled in a private heap of its own.
+#pragma once
+
+#include <compstui.h>
+#include <prsht.h>
+#include <winddiui.h>
+#include <windows.h>
+
+#include "driver/settings_block.h"
+#include "files/utility_page_state.h"
+#include "fonts/font_record.h"
+#include "paper/paper_page_state.h"
+
+namespace kestrel {
+
+enum SessionMode : int {
+  kDocumentSession = 0,
+  kAdvancedSession = 1,
+  kUserDefaultSession = 2,
+  kPrinterSession = 3,
+};
+
+constexpr int kPageCapacity = 20;
+constexpr int kPageTextLength = 260;
+
+enum PageKind : int {
+  kPageDocumentSet = 1,  // CPSUI_PDLGPAGE_DOCPROP
+  kPageAdvancedSet = 2,  // CPSUI_PDLGPAGE_ADVDOCPROP
+  kPagePrinterSet = 3,   // CPSUI_PDLGPAGE_PRINTERPROP
+  kPageTreeView = 4,     // DP_STD_TREEVIEWPAGE
+  kPageOwnDialog = 5,
+};
+
+struct PageEntry {
+  int kind;  // PageKind
+  DLGPROC procedure;
+  WORD templateId;
+  HINSTANCE instance;
+  ULONG_PTR iconId;
+  DWORD flags;  // 1 help button, 2 icon by id, 4 use instance
+  FARPROC callback;
+  WCHAR callerName[kPageTextLength];
+  WCHAR itemName[kPageTextLength];
+  ULONG_PTR sheetIconId;
+  WCHAR tabTitle[kPageTextLength];
+  DWORD permissionFlags;  // 1 grants, 2 withdraws CPSUIF_UPDATE_PERMISSION
+};
+
+enum TableErrorCode : int {
+  kTableOk = 0,
+  kItemTableFull = 1,
+  kTypeTableFull = 2,
+  kParamTableFull = 3,
+  kTextTableFull = 4,
+  kHalftoneTableFull = 5,
+  kCheckBoxTableFull = 6,
+  kPushTableFull = 7,
+  kParamsOwed = 8,
+  kNoSuchItem = 9,
+  kTablesClosed = 256,
+};
+
+// One halftone set-up entry; the table has a capacity but no add operation.
+struct HalftoneSetup {
+  DEVHTINFO info;
+  COLORADJUSTMENT adjustment;
+};
+
+template <typename T>
+struct FixedTable {
+  T* start;
+  int capacity;
+  int used;
+  int calls;  // add calls, successful or not
+};
+
+struct OptItemTables {
+  FixedTable<OPTITEM> items;
+  FixedTable<OPTTYPE> types;
+  FixedTable<OPTPARAM> params;
+  FixedTable<WCHAR> texts;  // capacity and used in slots of textLength units
+  FixedTable<HalftoneSetup> halftones;
+  FixedTable<EXTCHKBOX> checkBoxes;
+  FixedTable<EXTPUSH> pushes;
+  int owedParams;
+  int firstItem;  // of the page being built
+};
+
+struct TableBases {
+  int items, types, params, texts, halftones, checkBoxes, pushes;
+  int textLength;
+};
+
+constexpr DWORD kMayStorePrinterPart = 1;  // session flag
+
+struct DriverUiData {
+  DriverUiData* self;  // with size and selfEnd the marks of a valid session
+  ULONG_PTR size;
+  int pageCount;
+  PageEntry pages[kPageCapacity];
+  TableBases bases;
+  DWORD flags;
+  HANDLE printer;
+  WCHAR printerName[kPageTextLength];
+  WCHAR helpFile[kPageTextLength];
+  BOOL permission;
+  SessionMode mode;
+  DriverSettingsBlock* settings;  // the working block below
+  int tableError;                 // TableErrorCode
+  HANDLE sessionHeap;
+  HANDLE tableHeap;
+  DriverSettingsBlock block;
+  LONG_PTR pageHandles[kPageCapacity];
+  COMPROPSHEETUI pageSheets[kPageCapacity];
+  DLGPAGE dialogPages[kPageCapacity];
+  PFNCOMPROPSHEET comPropSheet;
+  HANDLE comPropSheetHandle;
+  OptItemTables tables;
+
+  FontStore fonts;
+  PaperPageState paper;
+  UtilityPageState utility;
+
+  DriverUiData* selfEnd;
+};
+
+}  // namespace kestrel
