@@ -1,0 +1,101 @@
+// The print spooler.
+#pragma once
+
+#include <windows.h>
+
+struct PRINTER_DEFAULTSW {
+  LPWSTR pDatatype;
+  LPDEVMODEW pDevMode;
+  ACCESS_MASK DesiredAccess;
+};
+using LPPRINTER_DEFAULTSW = PRINTER_DEFAULTSW*;
+
+constexpr DWORD SERVER_ACCESS_ADMINISTER = 0x00000001;
+constexpr DWORD PRINTER_ACCESS_ADMINISTER = 0x00000004;
+constexpr DWORD PRINTER_ACCESS_USE = 0x00000008;
+constexpr DWORD PRINTER_ALL_ACCESS =
+    STANDARD_RIGHTS_REQUIRED | PRINTER_ACCESS_ADMINISTER | PRINTER_ACCESS_USE;
+
+constexpr DWORD PRINTER_ATTRIBUTE_QUEUED = 0x00000001;
+constexpr DWORD PRINTER_ATTRIBUTE_DIRECT = 0x00000002;
+constexpr DWORD PRINTER_ATTRIBUTE_DEFAULT = 0x00000004;
+constexpr DWORD PRINTER_ATTRIBUTE_SHARED = 0x00000008;
+constexpr DWORD PRINTER_ATTRIBUTE_NETWORK = 0x00000010;
+constexpr DWORD PRINTER_ATTRIBUTE_LOCAL = 0x00000040;
+constexpr DWORD PRINTER_ATTRIBUTE_RAW_ONLY = 0x00001000;
+
+struct PRINTER_INFO_1W {
+  DWORD Flags;
+  LPWSTR pDescription;
+  LPWSTR pName;
+  LPWSTR pComment;
+};
+using LPPRINTER_INFO_1W = PRINTER_INFO_1W*;
+
+struct PRINTER_INFO_2W {
+  LPWSTR pServerName;
+  LPWSTR pPrinterName;
+  LPWSTR pShareName;
+  LPWSTR pPortName;
+  LPWSTR pDriverName;
+  LPWSTR pComment;
+  LPWSTR pLocation;
+  LPDEVMODEW pDevMode;
+  LPWSTR pSepFile;
+  LPWSTR pPrintProcessor;
+  LPWSTR pDatatype;
+  LPWSTR pParameters;
+  PSECURITY_DESCRIPTOR pSecurityDescriptor;
+  DWORD Attributes;
+  DWORD Priority;
+  DWORD DefaultPriority;
+  DWORD StartTime;
+  DWORD UntilTime;
+  DWORD Status;
+  DWORD cJobs;
+  DWORD AveragePPM;
+};
+using LPPRINTER_INFO_2W = PRINTER_INFO_2W*;
+
+struct PRINTER_INFO_4W {
+  LPWSTR pPrinterName;
+  LPWSTR pServerName;
+  DWORD Attributes;
+};
+using LPPRINTER_INFO_4W = PRINTER_INFO_4W*;
+
+struct PRINTER_INFO_5W {
+  LPWSTR pPrinterName;
+  LPWSTR pPortName;
+  DWORD Attributes;
+  DWORD DeviceNotSelectedTimeout;
+  DWORD TransmissionRetryTimeout;
+};
+using LPPRINTER_INFO_5W = PRINTER_INFO_5W*;
+
+struct DRIVER_INFO_3W {
+  DWORD cVersion;
+  LPWSTR pName;
+  LPWSTR pEnvironment;
+  LPWSTR pDriverPath;
+  LPWSTR pDataFile;
+  LPWSTR pConfigFile;
+  LPWSTR pHelpFile;
+  LPWSTR pDependentFiles;
+  LPWSTR pMonitorName;
+  LPWSTR pDefaultDataType;
+};
+using LPDRIVER_INFO_3W = DRIVER_INFO_3W*;
+
+extern "C" {
+BOOL WINAPI OpenPrinterW(LPWSTR name, HANDLE* printer, LPPRINTER_DEFAULTSW defaults);
+BOOL WINAPI ClosePrinter(HANDLE printer);
+BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE out, DWORD size, LPDWORD needed);
+BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE out,
+                              DWORD size, LPDWORD needed);
+BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR server, LPWSTR environment, DWORD level, LPBYTE out,
+                                       DWORD size, LPDWORD needed);
+DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR value, LPDWORD type, LPBYTE out, DWORD size,
+                             LPDWORD needed);
+DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR value, DWORD type, LPBYTE data, DWORD size);
+}
