@@ -95,7 +95,7 @@
 #define IDC_PAPER_REGISTER_YOSHI 1205  // served, not in the template
 
 // ---- 121, reference paper dialog ----
-#define IDC_PAPER_REFERENCE_LIST 1113
+#define IDC_PAPER_REFERENCE_LIST 1113  // a drop-down list
 
 // ---- 122, device settings page ----
 #define IDC_DEVICE_DENSITY 1050
