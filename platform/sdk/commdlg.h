@@ -1,0 +1,64 @@
+// The common file dialogs, found at run time in "comdlg32.dll".
+#pragma once
+
+#include <windows.h>
+
+using LPOFNHOOKPROC = UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
+
+struct OPENFILENAMEW {
+  DWORD lStructSize;
+  HWND hwndOwner;
+  HINSTANCE hInstance;
+  LPCWSTR lpstrFilter;
+  LPWSTR lpstrCustomFilter;
+  DWORD nMaxCustFilter;
+  DWORD nFilterIndex;
+  LPWSTR lpstrFile;
+  DWORD nMaxFile;
+  LPWSTR lpstrFileTitle;
+  DWORD nMaxFileTitle;
+  LPCWSTR lpstrInitialDir;
+  LPCWSTR lpstrTitle;
+  DWORD Flags;
+  WORD nFileOffset;
+  WORD nFileExtension;
+  LPCWSTR lpstrDefExt;
+  LPARAM lCustData;
+  LPOFNHOOKPROC lpfnHook;
+  LPCWSTR lpTemplateName;
+  void* pvReserved;
+  DWORD dwReserved;
+  DWORD FlagsEx;
+};
+using LPOPENFILENAMEW = OPENFILENAMEW*;
+static_assert(sizeof(void*) != 4 || sizeof(OPENFILENAMEW) == 88);
+
+constexpr DWORD OFN_READONLY = 0x00000001;
+constexpr DWORD OFN_OVERWRITEPROMPT = 0x00000002;
+constexpr DWORD OFN_HIDEREADONLY = 0x00000004;
+constexpr DWORD OFN_NOCHANGEDIR = 0x00000008;
+constexpr DWORD OFN_NOVALIDATE = 0x00000100;
+constexpr DWORD OFN_EXTENSIONDIFFERENT = 0x00000400;
+constexpr DWORD OFN_PATHMUSTEXIST = 0x00000800;
+constexpr DWORD OFN_FILEMUSTEXIST = 0x00001000;
+constexpr DWORD OFN_CREATEPROMPT = 0x00002000;
+constexpr DWORD OFN_NOREADONLYRETURN = 0x00008000;
+constexpr DWORD OFN_NOTESTFILECREATE = 0x00010000;
+constexpr DWORD OFN_EXPLORER = 0x00080000;
+constexpr DWORD OFN_LONGNAMES = 0x00200000;
+
+constexpr DWORD CDERR_STRUCTSIZE = 0x0001;
+constexpr DWORD CDERR_INITIALIZATION = 0x0002;
+constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
+constexpr DWORD FNERR_BUFFERTOOSMALL = 0x3003;
+
+using PFNGETFILENAMEW = BOOL(WINAPI*)(LPOPENFILENAMEW);
+using PFNGETFILETITLEW = SHORT(WINAPI*)(LPCWSTR, LPWSTR, WORD);
+
+extern "C" {
+BOOL WINAPI GetOpenFileNameW(LPOPENFILENAMEW file);
+BOOL WINAPI GetSaveFileNameW(LPOPENFILENAMEW file);
+// 0: the title was copied; above 0: the buffer size it needs; below 0: no valid file name.
+SHORT WINAPI GetFileTitleW(LPCWSTR path, LPWSTR title, WORD size);
+DWORD WINAPI CommDlgExtendedError();
+}

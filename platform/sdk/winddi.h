@@ -1,0 +1,87 @@
+// Halftone descriptions of a device and the halftone library's entry points.
+#pragma once
+
+#include <windows.h>
+
+using LDECI4 = LONG;  // a decimal number with four digits after the point: 10000 is 1.0
+using FLONG = ULONG;
+
+struct CIECHROMA {
+  LDECI4 x;
+  LDECI4 y;
+  LDECI4 Y;
+};
+using PCIECHROMA = CIECHROMA*;
+
+struct COLORINFO {
+  CIECHROMA Red;
+  CIECHROMA Green;
+  CIECHROMA Blue;
+  CIECHROMA Cyan;
+  CIECHROMA Magenta;
+  CIECHROMA Yellow;
+  CIECHROMA AlignmentWhite;
+  LDECI4 RedGamma;
+  LDECI4 GreenGamma;
+  LDECI4 BlueGamma;
+  LDECI4 MagentaInCyanDye;
+  LDECI4 YellowInCyanDye;
+  LDECI4 CyanInMagentaDye;
+  LDECI4 YellowInMagentaDye;
+  LDECI4 CyanInYellowDye;
+  LDECI4 MagentaInYellowDye;
+};
+using PCOLORINFO = COLORINFO*;
+
+struct DEVHTINFO {
+  DWORD HTFlags;
+  DWORD HTPatternSize;
+  DWORD DevPelsDPI;
+  COLORINFO ColorInfo;
+};
+using PDEVHTINFO = DEVHTINFO*;
+static_assert(sizeof(DEVHTINFO) == 132);
+
+struct DEVHTADJDATA {
+  DWORD DeviceFlags;
+  DWORD DeviceXDPI;
+  DWORD DeviceYDPI;
+  PDEVHTINFO pDefHTInfo;
+  PDEVHTINFO pAdjHTInfo;
+};
+using PDEVHTADJDATA = DEVHTADJDATA*;
+
+constexpr DWORD DEVHTADJF_COLOR_DEVICE = 0x00000001;
+constexpr DWORD DEVHTADJF_ADDITIVE_DEVICE = 0x00000002;
+
+constexpr DWORD HT_FLAG_SQUARE_DEVICE_PEL = 0x00000001;
+constexpr DWORD HT_FLAG_HAS_BLACK_DYE = 0x00000002;
+constexpr DWORD HT_FLAG_ADDITIVE_PRIMS = 0x00000004;
+constexpr DWORD HT_FLAG_USE_8BPP_BITMASK = 0x00000008;
+
+constexpr DWORD HT_PATSIZE_2x2 = 0;
+constexpr DWORD HT_PATSIZE_2x2_M = 1;
+constexpr DWORD HT_PATSIZE_4x4 = 2;
+constexpr DWORD HT_PATSIZE_4x4_M = 3;
+constexpr DWORD HT_PATSIZE_6x6 = 4;
+constexpr DWORD HT_PATSIZE_6x6_M = 5;
+constexpr DWORD HT_PATSIZE_8x8 = 6;
+constexpr DWORD HT_PATSIZE_8x8_M = 7;
+constexpr DWORD HT_PATSIZE_10x10 = 8;
+constexpr DWORD HT_PATSIZE_10x10_M = 9;
+constexpr DWORD HT_PATSIZE_12x12 = 10;
+constexpr DWORD HT_PATSIZE_12x12_M = 11;
+constexpr DWORD HT_PATSIZE_14x14 = 12;
+constexpr DWORD HT_PATSIZE_14x14_M = 13;
+constexpr DWORD HT_PATSIZE_16x16 = 14;
+constexpr DWORD HT_PATSIZE_16x16_M = 15;
+constexpr DWORD HT_PATSIZE_MAX_INDEX = HT_PATSIZE_16x16_M;
+
+extern "C" {
+// Both: above 0 the user confirmed a change, 0 cancelled or nothing changed, below 0 an error. They
+// are found at run time in the library "htui".
+LONG APIENTRY HTUI_ColorAdjustmentW(LPWSTR pCallerTitle, HANDLE hDefDIB, LPWSTR pDefDIBTitle,
+                                    COLORADJUSTMENT* pColorAdjustment, BOOL ShowMonochromeOnly,
+                                    BOOL UpdatePermission);
+LONG APIENTRY HTUI_DeviceColorAdjustmentW(LPWSTR pDeviceName, PDEVHTADJDATA pDevHTAdjData);
+}
