@@ -53,7 +53,8 @@ struct ControlView {
   int minimum = 0, maximum = 0, position = 0;  // up-downs and trackbars
   int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
-  DisplayList drawing;  // owner-drawn controls
+  COLORREF background = 0xFFFFFFFF;  // statics whose dialog gave a brush; else 0xFFFFFFFF
+  DisplayList drawing;               // owner-drawn controls and pictures
 };
 
 // One window: a dialog, a message box, a file dialog or the property sheet.
@@ -64,6 +65,7 @@ struct WindowView {
   enum class Kind { kDialog, kMessageBox, kFileDialog, kSheet } kind = Kind::kDialog;
   bool enabled = true;    // false below a modal window
   UINT messageStyle = 0;  // message boxes: MB_ flags
+  DisplayList drawing;    // what the dialog drew on itself
   std::vector<ControlView>
       controls;  // of the window itself; a message box's text is a static with id 0xFFFF
   // Property sheets:
