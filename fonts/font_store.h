@@ -13,6 +13,9 @@ namespace kestrel {
 bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap);
 // Releases both lists.
 void FreeFontStore(FontStore& store, HANDLE heap);
+// How many decorative fonts are listed and saved: those that leave room for all barcode fonts
+// within the limit.
+int ShownDecoFonts(const FontStore& store);
 // Writes both values, decorative fonts first. A store that was not loaded in this session is never
 // written (false).
 bool SaveFontStore(HANDLE printer, const FontStore& store);

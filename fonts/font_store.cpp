@@ -1,0 +1,96 @@
+#include "fonts/font_store.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "driver/handles.h"
+#include "driver/printer_access.h"
+
+namespace kestrel {
+namespace {
+
+constexpr WCHAR kNumberValue[] = TEXT("CreateFont Number");
+constexpr WCHAR kDataValue[] = TEXT("CreateFont Data");
+
+// The number of records that the printer announces; 0 when nothing valid is stored.
+DWORD StoredTotal(HANDLE printer) {
+  FontNumber number = {};
+  DWORD size = 0;
+  if (!ReadPrinterData(printer, kNumberValue, &number, sizeof(number), &size)) return 0;
+  if (size != sizeof(number) || number.Version != kFontDataVersion) return 0;
+  return number.Total;
+}
+
+// Sorts the stored records into the two lists, in stored order.
+void TakeRecords(FontStore& store, const FontRecord* records, DWORD count) {
+  for (DWORD i = 0; i < count; ++i) {
+    const FontRecord& record = records[i];
+    if (record.FontKind == kDecorativeFont && store.DecoFontNum < kFontCapacity) {
+      store.DecoFonts[store.DecoFontNum++] = record;
+    } else if (record.FontKind == kBarcodeFont && store.BarFontNum < kFontCapacity) {
+      store.BarFonts[store.BarFontNum++] = record;
+    }
+  }
+}
+
+}  // namespace
+
+bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap) {
+  store = {};
+  constexpr SIZE_T kListSize = kFontCapacity * sizeof(FontRecord);
+  store.DecoFonts = static_cast<FontRecord*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, kListSize));
+  store.BarFonts = static_cast<FontRecord*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, kListSize));
+  if (store.DecoFonts == nullptr || store.BarFonts == nullptr) {
+    FreeFontStore(store, heap);
+    return false;
+  }
+  store.Loaded = true;
+
+  const DWORD announced = StoredTotal(printer) * static_cast<DWORD>(sizeof(FontRecord));
+  if (announced == 0) return true;
+  const HeapBlock<FontRecord> records(announced);
+  if (!records) return true;
+  DWORD stored = 0;
+  if (!ReadPrinterData(printer, kDataValue, records.get(), announced, &stored)) return true;
+  TakeRecords(store, records.get(), std::min(stored, announced) / DWORD{sizeof(FontRecord)});
+  return true;
+}
+
+void FreeFontStore(FontStore& store, HANDLE heap) {
+  if (store.DecoFonts != nullptr) HeapFree(heap, 0, store.DecoFonts);
+  if (store.BarFonts != nullptr) HeapFree(heap, 0, store.BarFonts);
+  store = {};
+}
+
+bool SaveFontStore(HANDLE printer, const FontStore& store) {
+  if (!store.Loaded) return false;
+  const size_t bar = static_cast<size_t>(std::clamp<int>(store.BarFontNum, 0, kFontCapacity));
+  const size_t deco = static_cast<size_t>(ShownDecoFonts(store));
+  const size_t total = deco + bar;
+  const HeapBlock<FontRecord> records(kFontCapacity * sizeof(FontRecord));
+  if (!records) {
+    if (total != 0) return false;
+    const uint16_t none = 0;
+    WritePrinterData(printer, kNumberValue, REG_BINARY, &none, sizeof(none));
+    WritePrinterData(printer, kDataValue, REG_BINARY, &none, 0);
+    return true;
+  }
+  std::memcpy(records.get(), store.DecoFonts, deco * sizeof(FontRecord));
+  std::memcpy(records.get() + deco, store.BarFonts, bar * sizeof(FontRecord));
+  const FontNumber number = {static_cast<uint16_t>(total), kFontDataVersion, 0};
+  WritePrinterData(printer, kNumberValue, REG_BINARY, &number, sizeof(number));
+  WritePrinterData(printer, kDataValue, REG_BINARY, records.get(),
+                   static_cast<DWORD>(total * sizeof(FontRecord)));
+  return true;
+}
+
+int ShownDecoFonts(const FontStore& store) {
+  const int bar = std::clamp<int>(store.BarFontNum, 0, kFontCapacity);
+  return std::clamp<int>(store.DecoFontNum, 0, kFontCapacity - bar);
+}
+
+bool CanRegisterMore(const FontStore& store) {
+  return store.DecoFontNum + store.BarFontNum < kFontCapacity;
+}
+
+}  // namespace kestrel
