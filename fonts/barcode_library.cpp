@@ -1,0 +1,98 @@
+#include "fonts/barcode_library.h"
+
+#include "driver/handles.h"
+#include "driver/printer_access.h"
+#include "driver/text.h"
+#include "fonts/barcode_kinds.h"
+
+namespace kestrel {
+namespace {
+
+// The three kinds of entry points; results of GetBarName are not used.
+using GetBarNameProc = void(WINAPI*)(char* name);
+using InitProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
+using ShowDlgProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
+
+constexpr int kMaxListedKinds = 32;
+constexpr int kNameBytes = 32;
+constexpr int16_t kCancelled = 2;
+
+void ShowError(HWND dialog, const WCHAR* text) {
+  MessageBoxW(dialog, text, TEXT("VELA Kestrel Graphics Mode Driver"), MB_OK);
+}
+
+Module LoadBarcodeLibrary(const BarcodeLibrary& library) {
+  WCHAR path[MAX_PATH + 16];
+  if (GetPrinterInfoValue(library.printer, library.printerName, path, MAX_PATH * sizeof(WCHAR),
+                          kInfoVersionDirectory)) {
+    AppendText(path, TEXT("\\QM610rBAR.DLL"));
+    Module module(LoadLibraryW(path));
+    if (module) return module;
+  }
+  ShowError(library.dialog, TEXT("LoadLibrary Error!!"));
+  return Module();
+}
+
+// An entry point by name; its absence is told.
+template <typename Proc>
+Proc FindEntry(const BarcodeLibrary& library, const Module& module, const char* name) {
+  const auto entry = reinterpret_cast<Proc>(GetProcAddress(module.get(), name));
+  if (entry == nullptr) ShowError(library.dialog, TEXT("GetProcAddress Error!!"));
+  return entry;
+}
+
+BarcodeLibInfo InfoOf(const BarcodeLibrary& library) {
+  return {library.headDensity, library.headDensity, {0, 0}};
+}
+
+}  // namespace
+
+void FillKindList(const BarcodeLibrary& library, int list) {
+  const Module module = LoadBarcodeLibrary(library);
+  if (!module) return;
+  int entry = 0;
+  for (const BarcodeKindRow& kind : BarcodeKinds()) {
+    if (entry >= kMaxListedKinds) return;
+    const auto getName = FindEntry<GetBarNameProc>(library, module, kind.getName);
+    if (getName == nullptr) return;
+    char bytes[kNameBytes] = {};
+    getName(bytes);
+    bytes[kNameBytes - 1] = 0;
+    WCHAR name[kNameBytes];
+    FromCodePage(bytes, -1, name, sizeof(name));
+    SendDlgItemMessageW(library.dialog, list, CB_INSERTSTRING, static_cast<WPARAM>(entry),
+                        reinterpret_cast<LPARAM>(name));
+    ++entry;
+  }
+}
+
+void InitParam(const BarcodeLibrary& library, uint8_t* block, int kind) {
+  const Module module = LoadBarcodeLibrary(library);
+  if (!module) return;
+  const int row = BarcodeKindRowOf(kind);
+  if (row < 0) return;
+  const auto init =
+      FindEntry<InitProc>(library, module, BarcodeKinds()[static_cast<size_t>(row)].init);
+  if (init == nullptr) return;
+  const BarcodeLibInfo info = InfoOf(library);
+  init(block, &info, library.dialog);
+}
+
+int16_t ShowDetail(const BarcodeLibrary& library, uint8_t* block, int kind, bool initialise) {
+  const Module module = LoadBarcodeLibrary(library);
+  const int row = BarcodeKindRowOf(kind);
+  if (!module || row < 0) return kCancelled;
+  const BarcodeKindRow& entries = BarcodeKinds()[static_cast<size_t>(row)];
+  const BarcodeLibInfo info = InfoOf(library);
+  int16_t result = kCancelled;
+  if (initialise) {
+    const auto init = FindEntry<InitProc>(library, module, entries.init);
+    if (init == nullptr) return result;
+    result = init(block, &info, library.dialog);
+  }
+  const auto show = FindEntry<ShowDlgProc>(library, module, entries.showDialog);
+  if (show != nullptr) result = show(block, &info, library.dialog);
+  return result;
+}
+
+}  // namespace kestrel

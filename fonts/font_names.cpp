@@ -1,0 +1,82 @@
+#include "fonts/font_names.h"
+
+#include "driver/text.h"
+#include "fonts/resident_fonts.h"
+#include "sheets/messages.h"
+
+namespace kestrel {
+namespace {
+
+constexpr WCHAR kProductPrefix[] = TEXT("VELA ");
+constexpr int kPrefixLength = static_cast<int>(sizeof(kProductPrefix) / sizeof(WCHAR)) - 1;
+
+// Applications name a resident font with the product's prefix.
+bool IsResidentFontName(const WCHAR* name) {
+  WCHAR prefix[kPrefixLength + 1];
+  CopyText(prefix, name);
+  if (!SameText(prefix, kProductPrefix)) return false;
+  return ResidentFontRow(ResidentFontTable(203), name + kPrefixLength) >= 0;
+}
+
+struct FamilySearch {
+  const WCHAR* name;
+  bool found;
+};
+
+int CALLBACK MatchFamily(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM context) {
+  FamilySearch& search = *reinterpret_cast<FamilySearch*>(context);
+  WCHAR face[LF_FACESIZE + 1];
+  CopyField(face, LF_FACESIZE + 1, font->lfFaceName, LF_FACESIZE);
+  search.found = SameText(face, search.name);
+  return search.found ? 0 : 1;
+}
+
+bool IsInstalledFamily(HDC dc, const WCHAR* name) {
+  FamilySearch search = {name, false};
+  EnumFontFamiliesW(dc, nullptr, MatchFamily, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+}  // namespace
+
+bool DecoNameFree(const FontStore& store, const WCHAR* name, int except) {
+  for (int i = 0; i < store.DecoFontNum; ++i) {
+    if (i != except && SameText(store.DecoFonts[i].Deco.DecoFontName, name)) return false;
+  }
+  return true;
+}
+
+bool BarNameFree(const FontStore& store, const WCHAR* name, int except) {
+  for (int i = 0; i < store.BarFontNum; ++i) {
+    if (i != except && SameText(store.BarFonts[i].Bar.BarFontName, name)) return false;
+  }
+  return true;
+}
+
+FontNameVerdict JudgeFontName(const FontStore& store, HDC dc, const WCHAR* name, int index,
+                              FontKindCode kind) {
+  if (IsBlankText(name)) return FontNameVerdict::kBlank;
+  if (IsResidentFontName(name) || IsInstalledFamily(dc, name)) return FontNameVerdict::kReserved;
+  if (!DecoNameFree(store, name, kind == kDecorativeFont ? index : -1))
+    return FontNameVerdict::kTaken;
+  const int length = TextLength(name);
+  if (!IsCp932Representable(name, length, nullptr)) return FontNameVerdict::kBadCharacter;
+  // Two bytes a unit at most; one byte more than a name may have is enough to tell.
+  char bytes[2 * kFontNameLength + 2];
+  if (ToCodePage(name, -1, bytes, sizeof(bytes)) >= kFontNameLength)
+    return FontNameVerdict::kTooLong;
+  if (!BarNameFree(store, name, kind == kBarcodeFont ? index : -1)) return FontNameVerdict::kTaken;
+  return FontNameVerdict::kGood;
+}
+
+bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, int index,
+                   FontKindCode kind) {
+  HDC dc = GetDC(dialog);
+  const FontNameVerdict verdict = JudgeFontName(store, dc, name, index, kind);
+  ReleaseDC(dialog, dc);
+  if (verdict == FontNameVerdict::kGood) return true;
+  ShowMessage(dialog, static_cast<UINT>(verdict), MB_ICONEXCLAMATION);
+  return false;
+}
+
+}  // namespace kestrel
