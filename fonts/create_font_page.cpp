@@ -1,0 +1,274 @@
+// The page that lists the registered fonts and registers, changes and deletes them.
+#include <algorithm>
+#include <cstring>
+
+#include "driver/text.h"
+#include "fonts/bar_dialog.h"
+#include "fonts/deco_dialog.h"
+#include "fonts/font_store.h"
+#include "paper/help_text.h"
+#include "paper/numeric_field.h"
+#include "resources/resource.h"
+#include "sheets/messages.h"
+#include "sheets/page_procs.h"
+#include "sheets/page_services.h"
+
+namespace kestrel {
+namespace {
+
+constexpr HelpRow kHelp[] = {
+    {IDC_CREATE_FONT_DECO_LIST, IDS_HELP_CREATE_FONT_DECO_LIST, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_DECO_NEW, IDS_HELP_CREATE_FONT_DECO_NEW, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_DECO_EDIT, IDS_HELP_CREATE_FONT_DECO_EDIT, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_DECO_DELETE, IDS_HELP_CREATE_FONT_DECO_DELETE, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_BAR_LIST, IDS_HELP_CREATE_FONT_BAR_LIST, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_BAR_NEW, IDS_HELP_CREATE_FONT_BAR_NEW, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_BAR_EDIT, IDS_HELP_CREATE_FONT_BAR_EDIT, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_BAR_DELETE, IDS_HELP_CREATE_FONT_BAR_DELETE, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_BAR_REFERENCE, IDS_HELP_CREATE_FONT_BAR_REFERENCE, kHelpPlain, 0, 0, 0, 0},
+    {IDC_CREATE_FONT_DECO_REFERENCE, IDS_HELP_CREATE_FONT_DECO_REFERENCE, kHelpPlain, 0, 0, 0, 0},
+};
+
+// One of the page's two groups: its controls and its part of the store.
+struct FontGroup {
+  FontKindCode kind;
+  int list;
+  int newButton;
+  int editButton;
+  int deleteButton;
+  int reference;
+};
+
+constexpr FontGroup kDecoGroup = {
+    kDecorativeFont,           IDC_CREATE_FONT_DECO_LIST,   IDC_CREATE_FONT_DECO_NEW,
+    IDC_CREATE_FONT_DECO_EDIT, IDC_CREATE_FONT_DECO_DELETE, IDC_CREATE_FONT_DECO_REFERENCE};
+constexpr FontGroup kBarGroup = {kBarcodeFont,
+                                 IDC_CREATE_FONT_BAR_LIST,
+                                 IDC_CREATE_FONT_BAR_NEW,
+                                 IDC_CREATE_FONT_BAR_EDIT,
+                                 IDC_CREATE_FONT_BAR_DELETE,
+                                 IDC_CREATE_FONT_BAR_REFERENCE};
+constexpr const FontGroup* kGroups[] = {&kDecoGroup, &kBarGroup};
+
+FontRecord* FontsOf(FontStore& store, const FontGroup& group) {
+  return group.kind == kDecorativeFont ? store.DecoFonts : store.BarFonts;
+}
+int16_t& CountOf(FontStore& store, const FontGroup& group) {
+  return group.kind == kDecorativeFont ? store.DecoFontNum : store.BarFontNum;
+}
+int OtherCountOf(const FontStore& store, const FontGroup& group) {
+  return group.kind == kDecorativeFont ? store.BarFontNum : store.DecoFontNum;
+}
+bool& ReferenceOf(FontStore& store, const FontGroup& group) {
+  return group.kind == kDecorativeFont ? store.DecoReference : store.BarReference;
+}
+
+const WCHAR* ListedName(const FontRecord& font, const FontGroup& group) {
+  return group.kind == kDecorativeFont ? font.FontName : font.Bar.BarFontName;
+}
+
+void Enable(HWND page, int control, bool on) { EnableWindow(GetDlgItem(page, control), on); }
+
+// Lists the group's fonts and selects the first. Fonts beyond the limit of both kinds together are
+// dropped.
+void FillGroup(HWND page, FontStore& store, const FontGroup& group) {
+  SendDlgItemMessageW(page, group.list, LB_RESETCONTENT, 0, 0);
+  int16_t& count = CountOf(store, group);
+  count = static_cast<int16_t>(
+      std::min<int>(count, std::max(kFontCapacity - OtherCountOf(store, group), 0)));
+  for (int i = 0; i < count; ++i) {
+    WCHAR name[kFontNameLength + 1];
+    CopyField(name, kFontNameLength + 1, ListedName(FontsOf(store, group)[i], group),
+              kFontNameLength);
+    SendDlgItemMessageW(page, group.list, LB_INSERTSTRING, static_cast<WPARAM>(i),
+                        reinterpret_cast<LPARAM>(name));
+  }
+  const bool any = count >= 1;
+  if (any) SendDlgItemMessageW(page, group.list, LB_SETCURSEL, 0, 0);
+  Enable(page, group.reference, any);
+  Enable(page, group.editButton, any);
+  Enable(page, group.deleteButton, any);
+}
+
+void EnableNewButtons(HWND page, const FontStore& store) {
+  for (const FontGroup* group : kGroups) Enable(page, group->newButton, CanRegisterMore(store));
+}
+
+// Registered fonts belong to the printer, so only the user-default session edits them.
+void LockEditing(HWND page, const DriverUiData& session) {
+  if (session.mode != kUserDefaultSession) {
+    for (const FontGroup* group : kGroups) {
+      Enable(page, group->newButton, false);
+      Enable(page, group->editButton, false);
+      Enable(page, group->deleteButton, false);
+    }
+  }
+  LockControls(page, IDD_CREATE_FONT, session.permission != FALSE);
+}
+
+void SetUpPage(HWND page, DriverUiData& session) {
+  SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpFonts);
+  WCHAR format[kMessageLength];
+  LoadMessageText(IDS_FONT_LIMIT, format, kMessageLength);
+  WCHAR text[kMessageLength + 16];
+  wsprintfW(text, format, kFontCapacity);
+  SetDlgItemTextW(page, IDC_CREATE_FONT_LIMIT_TEXT, text);
+  EnableNewButtons(page, session.fonts);
+  FillGroup(page, session.fonts, kDecoGroup);
+  FillGroup(page, session.fonts, kBarGroup);
+  LockEditing(page, session);
+}
+
+// The selected record of a group; -1 when the group is empty.
+int SelectedFont(HWND page, FontStore& store, const FontGroup& group) {
+  const int last = CountOf(store, group) - 1;
+  const auto selected = static_cast<int>(SendDlgItemMessageW(page, group.list, LB_GETCURSEL, 0, 0));
+  return std::clamp(selected, std::min(0, last), std::max(last, -1));
+}
+
+bool RunDialog(HWND page, DriverUiData& session, const FontGroup& group) {
+  const uint16_t density = session.settings->Printer.HeadDensity;
+  const INT_PTR result =
+      group.kind == kDecorativeFont
+          ? ShowDecoDialog(page, session.fonts, density)
+          : ShowBarDialog(page, session.fonts, session.printer, session.printerName, density);
+  return result == 1;
+}
+
+void TakeSelected(FontStore& store, const FontGroup& group, int selected) {
+  store.FontEditIndex = static_cast<int16_t>(selected);
+  store.WorkFont = FontsOf(store, group)[selected];
+}
+
+// A changed list shows at once, and the sheet is marked changed.
+void ListChanged(HWND page, DriverUiData& session, const FontGroup& group) {
+  FillGroup(page, session.fonts, group);
+  EnableNewButtons(page, session.fonts);
+  MarkPageChanged(page);
+}
+
+void RegisterFont(HWND page, DriverUiData& session, const FontGroup& group) {
+  FontStore& store = session.fonts;
+  if (!store.Loaded || !CanRegisterMore(store)) return;
+  store.FontEditMode = 0;
+  store.FontEditIndex = -1;
+  std::memset(&store.WorkFont, 0, sizeof(store.WorkFont));
+  // Without a font to refer to, the new one starts from the defaults whatever the check box says.
+  bool& reference = ReferenceOf(store, group);
+  const bool asked = reference;
+  reference = asked && CountOf(store, group) >= 1;
+  if (reference) {
+    TakeSelected(store, group, SelectedFont(page, store, group));
+    store.WorkFont.FontName[0] = 0;
+  }
+  const bool confirmed = RunDialog(page, session, group);
+  reference = asked;
+  if (confirmed) {
+    int16_t& count = CountOf(store, group);
+    FontsOf(store, group)[count] = store.WorkFont;
+    ++count;
+    ListChanged(page, session, group);
+  }
+  SetUpPage(page, session);
+}
+
+void ChangeFont(HWND page, DriverUiData& session, const FontGroup& group) {
+  FontStore& store = session.fonts;
+  if (CountOf(store, group) < 1) return;
+  store.FontEditMode = 1;
+  TakeSelected(store, group, SelectedFont(page, store, group));
+  if (RunDialog(page, session, group)) {
+    FontsOf(store, group)[store.FontEditIndex] = store.WorkFont;
+    ListChanged(page, session, group);
+  }
+  SetUpPage(page, session);
+}
+
+bool ConfirmDelete(HWND page, const FontRecord& font) {
+  WCHAR caption[128];
+  GetWindowTextW(page, caption, 128);
+  WCHAR text[kFontNameLength + 1 + kMessageLength];
+  const int length = CopyField(text, kFontNameLength + 1, font.FontName, kFontNameLength);
+  LoadMessageText(IDS_CONFIRM_DELETE, text + length, kMessageLength);
+  return MessageBoxW(page, text, caption, MB_OKCANCEL | MB_ICONEXCLAMATION) == IDOK;
+}
+
+void DeleteFont(HWND page, DriverUiData& session, const FontGroup& group) {
+  FontStore& store = session.fonts;
+  int16_t& count = CountOf(store, group);
+  if (count < 1) return;
+  FontRecord* fonts = FontsOf(store, group);
+  const int selected = SelectedFont(page, store, group);
+  if (ConfirmDelete(page, fonts[selected])) {
+    const auto behind = static_cast<size_t>(count - 1 - selected);
+    std::memmove(fonts + selected, fonts + selected + 1, behind * sizeof(FontRecord));
+    std::memset(fonts + count - 1, 0, sizeof(FontRecord));
+    --count;
+    EnableNewButtons(page, store);
+    MarkPageChanged(page);
+  }
+  FillGroup(page, store, group);
+  LockEditing(page, session);
+}
+
+void OnCommand(HWND page, DriverUiData& session, int control, int notification) {
+  if (control == kDecoGroup.list || control == kBarGroup.list || notification == BN_CLICKED) {
+    ShowHelp(page, kHelp, control, IDC_HELP_TEXT, kPlain, session.settings->Printer.HeadDensity);
+  }
+  if (notification != BN_CLICKED) return;
+  for (const FontGroup* group : kGroups) {
+    if (control == group->newButton) RegisterFont(page, session, *group);
+    if (control == group->editButton) ChangeFont(page, session, *group);
+    if (control == group->deleteButton) DeleteFont(page, session, *group);
+    if (control == group->reference) {
+      ReferenceOf(session.fonts, *group) = IsDlgButtonChecked(page, control) == BST_CHECKED;
+    }
+  }
+}
+
+INT_PTR OnNotify(HWND page, DriverUiData& session, UINT code) {
+  switch (code) {
+    case PSN_SETACTIVE:
+      SetUpPage(page, session);
+      return TRUE;
+    case PSN_KILLACTIVE:
+      LeavePage(session);
+      return TRUE;
+    case PSN_APPLY:
+      SaveFontStore(session.printer, session.fonts);
+      ApplyPage(session);
+      return TRUE;
+    default:
+      return FALSE;
+  }
+}
+
+void CreatePage(HWND page, DriverUiData& session) {
+  std::memset(&session.fonts.WorkFont, 0, sizeof(session.fonts.WorkFont));
+  session.fonts.DecoReference = false;
+  session.fonts.BarReference = false;
+  SetUpPage(page, session);
+}
+
+}  // namespace
+
+INT_PTR CALLBACK CreateFontPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    KeepPage(page, lParam);
+    if (DriverUiData* session = PageSession(page)) CreatePage(page, *session);
+    return TRUE;
+  }
+  DriverUiData* session = PageSession(page);
+  if (session == nullptr) return FALSE;
+  switch (message) {
+    case WM_COMMAND:
+      OnCommand(page, *session, LOWORD(wParam), HIWORD(wParam));
+      return TRUE;
+    case WM_NOTIFY:
+      return OnNotify(page, *session, reinterpret_cast<const NMHDR*>(lParam)->code);
+    default:
+      return FALSE;
+  }
+}
+
+}  // namespace kestrel
