@@ -52,6 +52,13 @@ using Module = UniqueHandle<HMODULE, CloseModule>;
 using Printer = UniqueHandle<HANDLE, ClosePrinterHandle>;
 using RegistryKey = UniqueHandle<HKEY, CloseKey>;
 
+// An entry point of a loaded module as the function type that its contract gives; null when the
+// module lacks it.
+template <typename Proc>
+Proc EntryPoint(HMODULE module, const char* name) {
+  return reinterpret_cast<Proc>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
+}
+
 // A zero-filled block of the process heap, typed. Empty when the heap has none left.
 template <typename T>
 class HeapBlock {

@@ -10,6 +10,7 @@
 #include "fonts/font_names.h"
 #include "fonts/serial_fields.h"
 #include "paper/help_text.h"
+#include "paper/paper_info.h"
 #include "resources/resource.h"
 
 namespace kestrel {

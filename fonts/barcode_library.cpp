@@ -36,7 +36,7 @@ Module LoadBarcodeLibrary(const BarcodeLibrary& library) {
 // An entry point by name; its absence is told.
 template <typename Proc>
 Proc FindEntry(const BarcodeLibrary& library, const Module& module, const char* name) {
-  const auto entry = reinterpret_cast<Proc>(GetProcAddress(module.get(), name));
+  const auto entry = EntryPoint<Proc>(module.get(), name);
   if (entry == nullptr) ShowError(library.dialog, TEXT("GetProcAddress Error!!"));
   return entry;
 }

@@ -8,6 +8,7 @@
 #include "fonts/font_store.h"
 #include "paper/help_text.h"
 #include "paper/numeric_field.h"
+#include "paper/paper_info.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
 #include "sheets/page_procs.h"

@@ -1,5 +1,7 @@
 #include "fonts/deco_dialog.h"
 
+#include <commctrl.h>
+
 #include "driver/instance.h"
 #include "fonts/deco_dialog_data.h"
 #include "fonts/deco_preview.h"
