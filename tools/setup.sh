@@ -1,0 +1,56 @@
+# Shared by ./run and ./check: the Debian packages they need and the way they build. Source it; it
+# speaks on standard error only.
+
+runPackages=(g++ cmake ninja-build pkg-config llvm libsqlite3-dev libfontconfig-dev
+             libcpp-httplib-dev nlohmann-json3-dev)
+checkPackages=("${runPackages[@]}" git ccache clang clang-format clang-tidy libclang-rt-14-dev
+               g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium
+               fonts-noto-cjk)
+
+say() { printf '%s\n' "$*" >&2; }
+
+# need PACKAGE…: installs those that are missing.
+need() {
+  command -v dpkg-query > /dev/null || return 0 # not a Debian system: the build tells what is missing
+  local missing
+  mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) <(
+    dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2> /dev/null | sed -n 's/^installed //p' | sort -u))
+  # node and npm often come from elsewhere than Debian's packages.
+  local wanted=() package
+  for package in "${missing[@]}"; do
+    case $package in
+      nodejs) command -v node > /dev/null && continue ;;
+      npm | git | python3) command -v "$package" > /dev/null && continue ;;
+    esac
+    wanted+=("$package")
+  done
+  ((${#wanted[@]})) || return 0
+  say "installing packages: ${wanted[*]}"
+  local asRoot=()
+  ((EUID == 0)) || asRoot=(sudo)
+  export DEBIAN_FRONTEND=noninteractive
+  "${asRoot[@]}" apt-get update -qq >&2
+  "${asRoot[@]}" apt-get install -y -qq --no-install-recommends "${wanted[@]}" >&2 < /dev/null
+}
+
+# build PRESET TARGET…: configures when that was not done yet, then builds. One build of a folder at
+# a time.
+build() {
+  local preset=$1 folder=$root/build/$1
+  shift
+  if command -v ccache > /dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CMAKE_C_COMPILER_LAUNCHER=ccache
+    export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root
+  fi
+  mkdir -p "$folder"
+  (
+    flock 9
+    cd "$root"
+    # A checkout that moved has to be configured anew.
+    if ! grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then
+      rm -rf "$folder/CMakeCache.txt" "$folder/CMakeFiles"
+    fi
+    [ -e "$folder/build.ninja" ] && [ -e "$folder/CMakeCache.txt" ] || cmake --preset "$preset"
+    ninja -C "$folder" "$@"
+  ) 9> "$folder/.lock" > >(sed -u -e '/^ninja: no work to do/d' -e '/^ninja: Entering/d' >&2) 2>&1
+}
