@@ -1,0 +1,68 @@
+#include "sheets/page_services.h"
+
+#include "driver/default_settings.h"
+#include "driver/os_version.h"
+
+namespace kestrel {
+
+bool IsValidUiSession(const DriverUiData* session) {
+  return session != nullptr && session->self == session && session->size == sizeof(DriverUiData) &&
+         session->selfEnd == session;
+}
+
+void StorePagePointer(HWND page, LPARAM pointer) { SetWindowLongPtrW(page, DWLP_USER, pointer); }
+
+LPARAM PagePointer(HWND page) { return GetWindowLongPtrW(page, DWLP_USER); }
+
+DriverUiData* PageSession(HWND page) {
+  const LPARAM pointer = PagePointer(page);
+  if (pointer == 0) return nullptr;
+  // A page hosted through a COMPROPSHEETUI is given that structure's UserData. A PROPSHEETPAGE is
+  // never taken for it: its first word is its size and flags, not its own address.
+  auto* session = reinterpret_cast<DriverUiData*>(pointer);
+  if (IsValidUiSession(session)) return session;
+  session = reinterpret_cast<DriverUiData*>(reinterpret_cast<PROPSHEETPAGEW*>(pointer)->lParam);
+  return IsValidUiSession(session) ? session : nullptr;
+}
+
+void KeepPage(HWND page, LPARAM initParam) { StorePagePointer(page, initParam); }
+
+void RefreshPublicFields(DriverUiData& session) {
+  FillPublicFields(*session.settings, session.printer, session.printerName);
+}
+
+void LeavePage(DriverUiData& session) { RefreshPublicFields(session); }
+
+void ApplyPage(DriverUiData& session) { ConfirmSheetResult(session); }
+
+void PerformCommonSteps(HWND page, UINT message, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    KeepPage(page, lParam);
+    return;
+  }
+  if (message != WM_NOTIFY || lParam == 0) return;
+  DriverUiData* session = PageSession(page);
+  if (session == nullptr) return;
+  const UINT code = reinterpret_cast<const NMHDR*>(lParam)->code;
+  if (code == PSN_KILLACTIVE) LeavePage(*session);
+  if (code == PSN_APPLY) ApplyPage(*session);
+}
+
+BOOL MarkPageChanged(HWND page) {
+  if (GetOsVersionCode() >= kOsWindows2000) {
+    SendMessageW(GetParent(page), PSM_CHANGED, reinterpret_cast<WPARAM>(page), 0);
+  }
+  return TRUE;
+}
+
+bool FirstPageIsOwn(const DriverUiData& session) {
+  return session.pageCount >= 1 && session.pages[0].kind == kPageOwnDialog;
+}
+
+bool ConfirmSheetResult(DriverUiData& session) {
+  return FirstPageIsOwn(session) &&
+         session.comPropSheet(session.comPropSheetHandle, CPSFUNC_SET_RESULT,
+                              session.pageHandles[0], CPSUI_OK) > 0;
+}
+
+}  // namespace kestrel
