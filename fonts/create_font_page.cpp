@@ -11,6 +11,7 @@
 #include "paper/paper_info.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
+#include "sheets/own_page.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
 
@@ -227,23 +228,6 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
   }
 }
 
-INT_PTR OnNotify(HWND page, DriverUiData& session, UINT code) {
-  switch (code) {
-    case PSN_SETACTIVE:
-      SetUpPage(page, session);
-      return TRUE;
-    case PSN_KILLACTIVE:
-      LeavePage(session);
-      return TRUE;
-    case PSN_APPLY:
-      SaveFontStore(session.printer, session.fonts);
-      ApplyPage(session);
-      return TRUE;
-    default:
-      return FALSE;
-  }
-}
-
 void CreatePage(HWND page, DriverUiData& session) {
   std::memset(&session.fonts.WorkFont, 0, sizeof(session.fonts.WorkFont));
   session.fonts.DecoReference = false;
@@ -251,25 +235,12 @@ void CreatePage(HWND page, DriverUiData& session) {
   SetUpPage(page, session);
 }
 
+constexpr OwnPage kPage = {CreatePage, SetUpPage, nullptr, OnCommand, nullptr, ApplyOrder::kSaveThenConfirm};
+
 }  // namespace
 
 INT_PTR CALLBACK CreateFontPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    KeepPage(page, lParam);
-    if (DriverUiData* session = PageSession(page)) CreatePage(page, *session);
-    return TRUE;
-  }
-  DriverUiData* session = PageSession(page);
-  if (session == nullptr) return FALSE;
-  switch (message) {
-    case WM_COMMAND:
-      OnCommand(page, *session, LOWORD(wParam), HIWORD(wParam));
-      return TRUE;
-    case WM_NOTIFY:
-      return OnNotify(page, *session, reinterpret_cast<const NMHDR*>(lParam)->code);
-    default:
-      return FALSE;
-  }
+  return RunOwnPage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

@@ -1,11 +1,127 @@
+// The page of the printer's mode and head density, which asks the printer itself.
+#include "driver/text.h"
+#include "operation/device_library.h"
+#include "operation/operation_options.h"
+#include "paper/help_text.h"
+#include "paper/numeric_field.h"
+#include "resources/resource.h"
+#include "sheets/messages.h"
+#include "sheets/own_page.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
 
 namespace kestrel {
+namespace {
 
-INT_PTR CALLBACK DevicePageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
-  PerformCommonSteps(page, message, lParam);
-  return message == WM_INITDIALOG;
+constexpr HelpRow kHelp[] = {
+    {IDC_DEVICE_MODE, IDS_HELP_DEVICE_MODE, kHelpPlain, 0, 0, 0, 0},
+    {IDC_DEVICE_QUERY_MODE, IDS_HELP_DEVICE_QUERY_MODE, kHelpPlain, 0, 0, 0, 0},
+    {IDC_DEVICE_QUERY_VERSION, IDS_HELP_DEVICE_QUERY_VERSION, kHelpPlain, 0, 0, 0, 0},
+};
+
+constexpr uint8_t kDensity203Code = 0;
+
+void ShowMode(HWND page, const DriverUiData& session) {
+  const PrinterSettingsPart& printer = session.settings->Printer;
+  FillOptionList(page, IDC_DEVICE_MODE, PrinterModeOptions(), printer.Mecha);
+  const OptionTable& densities = DensityOptions();
+  SetDlgItemTextW(page, IDC_DEVICE_DENSITY,
+                  densities.entries[OptionIndex(densities, printer.HeadDensity)].text);
+}
+
+void FillPage(HWND page, DriverUiData& session) {
+  SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpPosition);
+  ShowMode(page, session);
+  EnableWindow(GetDlgItem(page, IDC_DEVICE_DENSITY), FALSE);
+  LockControls(page, IDD_DEVICE, session.permission != FALSE);
+}
+
+// A warning that a value of the printer changed, of two texts.
+void WarnOfChange(HWND page, UINT what, UINT check) {
+  WCHAR caption[128];
+  GetWindowTextW(page, caption, 128);
+  WCHAR text[2 * kMessageLength];
+  const int length = LoadMessageText(what, text, kMessageLength);
+  LoadMessageText(check, text + length, kMessageLength);
+  MessageBoxW(page, text, caption, MB_ICONEXCLAMATION);
+}
+
+void ShowLibraryError(HWND page, DeviceQuery result) {
+  constexpr WCHAR kCaption[] = TEXT("DeviceDlgFunc");
+  if (result == DeviceQuery::kNoLibrary) {
+    MessageBoxW(page, TEXT("LoadLibrary Error!"), kCaption, MB_OK);
+  } else if (result == DeviceQuery::kNoEntryPoint) {
+    MessageBoxW(page, TEXT("GetProcAddress Error!"), kCaption, MB_OK);
+  }
+}
+
+// Takes what the printer told; codes that it does not know leave the field.
+void TakeMode(PrinterSettingsPart& printer, const DeviceMode& told) {
+  if (told.densityCode == kDensity203Code) printer.HeadDensity = 203;
+  if (told.modeCode <= kPeel) printer.Mecha = told.modeCode;
+}
+
+void QueryMode(HWND page, DriverUiData& session) {
+  PrinterSettingsPart& printer = session.settings->Printer;
+  const uint16_t density = printer.HeadDensity;
+  const uint16_t mode = printer.Mecha;
+  SetWaitCursor(true);
+  DeviceMode told = {};
+  const DeviceQuery result = QueryDeviceMode(session.printer, session.printerName, told);
+  ShowLibraryError(page, result);
+  if (result == DeviceQuery::kAnswered) {
+    TakeMode(printer, told);
+    MarkPageChanged(page);
+  }
+  SetWaitCursor(false);
+  if (result != DeviceQuery::kAnswered) {
+    ShowMessage(page, IDS_QUERY_FAILED, MB_ICONHAND);
+    return;
+  }
+  if (printer.HeadDensity != density) {
+    WarnOfChange(page, IDS_DENSITY_CHANGED, IDS_DENSITY_CHANGED_CHECK);
+  }
+  if (printer.Mecha != mode) WarnOfChange(page, IDS_MODE_CHANGED, IDS_MODE_CHANGED_CHECK);
+  ShowMode(page, session);
+}
+
+void QueryVersions(HWND page, DriverUiData& session) {
+  SetWaitCursor(true);
+  DeviceVersions versions = {};
+  const DeviceQuery result = QueryDeviceVersions(session.printer, session.printerName, versions);
+  if (result == DeviceQuery::kAnswered) {
+    SetDlgItemTextW(page, IDC_DEVICE_FIRMWARE_VERSION, versions.firmware);
+    SetDlgItemTextW(page, IDC_DEVICE_FONT_VERSION, versions.font);
+  } else {
+    ShowMessage(page, IDS_QUERY_FAILED, MB_ICONHAND);
+  }
+  SetWaitCursor(false);
+}
+
+void OnCommand(HWND page, DriverUiData& session, int control, int notification) {
+  const bool list = control == IDC_DEVICE_MODE;
+  if (list || notification == BN_CLICKED) {
+    ShowHelp(page, kHelp, control, IDC_HELP_TEXT, kPlain, session.settings->Printer.HeadDensity);
+  }
+  if (list && notification == CBN_SELCHANGE) {
+    const auto selected = static_cast<int>(SendDlgItemMessageW(page, control, CB_GETCURSEL, 0, 0));
+    session.settings->Printer.Mecha =
+        static_cast<uint16_t>(OptionValue(PrinterModeOptions(), selected));
+    MarkPageChanged(page);
+  } else if (control == IDC_DEVICE_QUERY_MODE && notification == BN_CLICKED) {
+    QueryMode(page, session);
+  } else if (control == IDC_DEVICE_QUERY_VERSION && notification == BN_CLICKED) {
+    QueryVersions(page, session);
+  }
+}
+
+constexpr OwnPage kPage = {FillPage,  FillPage, nullptr,
+                           OnCommand, nullptr,  ApplyOrder::kSaveThenConfirm};
+
+}  // namespace
+
+INT_PTR CALLBACK DevicePageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+  return RunOwnPage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

@@ -60,6 +60,7 @@ struct PSHNOTIFY {
 using LPPSHNOTIFY = PSHNOTIFY*;
 
 constexpr UINT PSN_FIRST = 0U - 200U;
+constexpr UINT PSN_LAST = static_cast<UINT>(-299);
 constexpr UINT PSN_SETACTIVE = PSN_FIRST - 0;
 constexpr UINT PSN_KILLACTIVE = PSN_FIRST - 1;
 constexpr UINT PSN_APPLY = PSN_FIRST - 2;

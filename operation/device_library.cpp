@@ -1,0 +1,70 @@
+#include "operation/device_library.h"
+
+#include <cstring>
+
+#include "driver/handles.h"
+#include "driver/printer_access.h"
+#include "driver/text.h"
+
+namespace kestrel {
+namespace {
+
+// RtlGetModeComW and RtlGetVersionComW: size points to the reply's size, status to a value that
+// nobody reads; the result is not 0 on success.
+using DeviceProc = DWORD(WINAPI*)(const WCHAR* printerName, BYTE* reply, DWORD replySize,
+                                  DWORD* size, DWORD* status);
+
+constexpr int kDirectoryBytes = 260;
+constexpr int kDensityByte = 1;
+constexpr int kModeByte = 3;
+
+Module LoadDeviceLibrary(HANDLE printer, const WCHAR* printerName) {
+  WCHAR path[kDirectoryBytes / sizeof(WCHAR) + 20];
+  if (!GetPrinterInfoValue(printer, printerName, path, kDirectoryBytes, kInfoVersionDirectory)) {
+    return Module();
+  }
+  AppendText(path, TEXT("\\QM610rLIB.DLL"));
+  return Module(LoadLibraryW(path));
+}
+
+DeviceQuery AskDevice(HANDLE printer, const WCHAR* printerName, const char* entry, BYTE* reply,
+                      DWORD replySize) {
+  const Module library = LoadDeviceLibrary(printer, printerName);
+  if (!library) return DeviceQuery::kNoLibrary;
+  const auto ask = EntryPoint<DeviceProc>(library.get(), entry);
+  if (ask == nullptr) return DeviceQuery::kNoEntryPoint;
+  DWORD size = replySize;
+  DWORD status = 0;
+  return ask(printerName, reply, replySize, &size, &status) != 0 ? DeviceQuery::kAnswered
+                                                                 : DeviceQuery::kFailed;
+}
+
+// Text of at most maximum bytes that need not be terminated.
+void TakeText(WCHAR* out, int outUnits, const BYTE* bytes, int maximum) {
+  char text[kVersionReplySize + 1] = {};
+  std::memcpy(text, bytes, static_cast<size_t>(maximum));
+  FromCodePage(text, -1, out, outUnits * static_cast<int>(sizeof(WCHAR)));
+}
+
+}  // namespace
+
+DeviceQuery QueryDeviceMode(HANDLE printer, const WCHAR* printerName, DeviceMode& mode) {
+  BYTE reply[kModeReplySize];
+  std::memset(reply, 0xFF, sizeof(reply));
+  const DeviceQuery result =
+      AskDevice(printer, printerName, "RtlGetModeComW", reply, kModeReplySize);
+  mode = {reply[kDensityByte], reply[kModeByte]};
+  return result;
+}
+
+DeviceQuery QueryDeviceVersions(HANDLE printer, const WCHAR* printerName,
+                                DeviceVersions& versions) {
+  BYTE reply[kVersionReplySize] = {};
+  const DeviceQuery result =
+      AskDevice(printer, printerName, "RtlGetVersionComW", reply, kVersionReplySize);
+  TakeText(versions.firmware, kFirmwareLength + 1, reply, kFirmwareLength);
+  TakeText(versions.font, kFontVersionLength + 1, reply + kFirmwareLength, kFontVersionLength);
+  return result;
+}
+
+}  // namespace kestrel

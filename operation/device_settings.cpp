@@ -1,0 +1,48 @@
+#include "operation/device_settings.h"
+
+#include "driver/handles.h"
+#include "driver/text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr WCHAR kSyncPrint[] = TEXT("SyncPrint");
+constexpr int kKeyLength = 512;
+
+void PrinterKey(WCHAR (&key)[kKeyLength], const WCHAR* printerName) {
+  CopyText(key, TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\"));
+  AppendText(key, printerName);
+  AppendText(key, TEXT("\\PrinterDriverData"));
+}
+
+}  // namespace
+
+DWORD ReadSyncPrint(const WCHAR* printerName) {
+  WCHAR name[kKeyLength];
+  PrinterKey(name, printerName);
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, name, 0, KEY_READ, &opened) != ERROR_SUCCESS) return 0;
+  const RegistryKey key(opened);
+  DWORD value = 0;
+  DWORD type = 0;
+  DWORD size = sizeof(value);
+  const LONG result = RegQueryValueExW(key.get(), kSyncPrint, nullptr, &type,
+                                       reinterpret_cast<LPBYTE>(&value), &size);
+  return result == ERROR_SUCCESS && type == REG_DWORD && size == sizeof(value) ? value : 0;
+}
+
+void WriteSyncPrint(const WCHAR* printerName, bool on) {
+  WCHAR name[kKeyLength];
+  PrinterKey(name, printerName);
+  HKEY opened = nullptr;
+  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, name, 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_READ | KEY_WRITE, nullptr, &opened, nullptr) != ERROR_SUCCESS) {
+    return;
+  }
+  const RegistryKey key(opened);
+  const DWORD value = on ? 1 : 0;
+  RegSetValueExW(key.get(), kSyncPrint, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),
+                 sizeof(value));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,60 @@
+#include "operation/halftone_ui.h"
+
+#include <winddi.h>
+
+#include <cstring>
+
+#include "driver/default_settings.h"
+#include "driver/handles.h"
+#include "driver/text.h"
+
+namespace kestrel {
+namespace {
+
+using ColorAdjustmentProc = LONG(WINAPI*)(LPWSTR callerTitle, HANDLE defaultDib, LPWSTR dibTitle,
+                                          COLORADJUSTMENT* adjustment, BOOL monochromeOnly,
+                                          BOOL updatePermission);
+using DeviceAdjustmentProc = LONG(WINAPI*)(LPWSTR deviceName, DEVHTADJDATA* data);
+
+constexpr LONG kUnavailable = -1;
+constexpr int kTitleLength = 260;
+
+// The device's resolution is one of the two that the printers have.
+DWORD DeviceDpi(uint16_t headDensity) { return headDensity == 305 ? 305 : 203; }
+
+}  // namespace
+
+LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
+  const Module library(LoadLibraryW(TEXT("htui")));
+  if (!library) return kUnavailable;
+  const auto adjust = EntryPoint<ColorAdjustmentProc>(library.get(), "HTUI_ColorAdjustmentW");
+  if (adjust == nullptr) return kUnavailable;
+  WCHAR title[kTitleLength];
+  CopyText(title, printerName);
+  COLORADJUSTMENT adjustment = block.Record.Private.ColorAdjust;
+  const LONG result = adjust(title, nullptr, nullptr, &adjustment, TRUE, permission);
+  if (result >= 1) block.Record.Private.ColorAdjust = adjustment;
+  return result;
+}
+
+LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
+  const Module library(LoadLibraryW(TEXT("htui")));
+  if (!library) return kUnavailable;
+  const auto adjust =
+      EntryPoint<DeviceAdjustmentProc>(library.get(), "HTUI_DeviceColorAdjustmentW");
+  if (adjust == nullptr) return kUnavailable;
+  WCHAR title[kTitleLength];
+  CopyText(title, printerName);
+  DEVHTINFO current;
+  std::memcpy(&current, &block.Printer.HTInfo, sizeof(current));
+  DEVHTINFO factory = DefaultHalftoneInfo();
+  DEVHTADJDATA data = {};
+  data.DeviceXDPI = data.DeviceYDPI = DeviceDpi(block.Printer.HeadDensity);
+  data.pDefHTInfo = permission ? &factory : &current;
+  data.pAdjHTInfo = permission ? &current : nullptr;
+  const LONG result = adjust(title, &data);
+  if (permission && result >= 1) std::memcpy(&block.Printer.HTInfo, &current, sizeof(current));
+  return result;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,17 @@
+// The choices of the operation page and the device settings page.
+#pragma once
+
+#include "paper/option_table.h"
+
+namespace kestrel {
+
+enum PrinterMode : uint16_t { kTearOff = 0, kContinuous = 1, kPeel = 2 };
+
+const OptionTable& SpeedOptions();
+const OptionTable& SensorOptions();
+// The feed modes of a printer mode; an unknown mode has those of tear-off.
+const OptionTable& FeedModeOptions(int printerMode);
+const OptionTable& PrinterModeOptions();
+const OptionTable& DensityOptions();
+
+}  // namespace kestrel
