@@ -1,0 +1,76 @@
+// The barcode kinds of the detail library: the parameters of each layout with their places, ranges
+// and labels, and the defaults of each kind.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+namespace companions {
+
+constexpr int kBlockSize = 40;     // bytes of a parameter block that belong to the library
+constexpr int kNameCapacity = 32;  // bytes of a display name in code page 932, terminator included
+
+// What the driver tells about the printer.
+struct BarcodeLibInfo {
+  uint16_t densityX;  // dots per inch, 203 or 305
+  uint16_t densityY;
+  uint16_t reserved[2];
+};
+static_assert(sizeof(BarcodeLibInfo) == 8);
+
+enum class FieldKind : uint8_t {
+  kFixed,    // shown, not edited
+  kNumber,   // a whole number from min to max
+  kMeasure,  // a length stored in the block's unit; min and max in dots
+  kChoice,   // one of the choices
+  kUnit,     // the block's unit: a choice that converts the measures
+  kText,     // code page 932, at most max bytes
+};
+
+struct Choice {
+  const WCHAR* text;
+  uint16_t value;
+};
+
+// A named parameter of a block: 16 bits, or a text.
+struct Field {
+  const WCHAR* label;
+  uint16_t offset;
+  FieldKind kind;
+  uint16_t min;
+  uint16_t max;
+  std::span<const Choice> choices;
+  bool terminated;  // texts: a zero byte follows within the block
+};
+
+constexpr std::size_t kMaxFields = 11;  // of the largest layout, the common ones included
+constexpr uint16_t kIdOffset = 0;       // BarcodeID
+constexpr uint16_t kUnitOffset = 10;    // Unit
+constexpr uint16_t kLibraryWords = 4;   // three words of the library's own
+constexpr uint16_t kLibraryVersion = 0x100;
+
+struct BarcodeKind {
+  uint16_t id;
+  const WCHAR* name;                          // display name
+  std::span<const Field> fields;              // the common ones first
+  std::array<uint16_t, kMaxFields> defaults;  // one a field; measures in tenths of a millimetre
+};
+
+constexpr int kKindCount = 19;
+// The kind at an index of the export list; the index is not checked.
+const BarcodeKind& KindAt(int index);
+
+// Writes a kind's default parameters into the block; lengths are in dots of the given density.
+void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block);
+
+// The density to work with: 305 where the driver says so, otherwise 203.
+int DensityOf(const BarcodeLibInfo& info);
+
+// A 16-bit parameter of a block, little-endian.
+uint16_t ReadWord(std::span<const BYTE> block, std::size_t offset);
+void WriteWord(std::span<BYTE> block, std::size_t offset, uint16_t value);
+
+}  // namespace companions
