@@ -84,7 +84,7 @@ constexpr Field Text(const WCHAR* label, uint16_t offset, uint16_t bytes, bool t
 
 constexpr Field kBarcodeId = Fixed(TEXT("バーコードID"), kIdOffset);
 constexpr Field kRotate = OneOf(TEXT("回転"), 2, kRotations);
-constexpr Field kUnitField{TEXT("単位"), kUnitOffset, FieldKind::kUnitField, 0, 0, kUnits, false};
+constexpr Field kUnitField{TEXT("単位"), kUnitOffset, FieldKind::kUnit, 0, 0, kUnits, false};
 constexpr Field kExpand = Number(TEXT("倍率"), 12, 1, 12);
 
 constexpr Field kLayoutA[] = {kBarcodeId, kRotate,    kUnitField,
@@ -192,6 +192,17 @@ constexpr BarcodeKind kKinds[kKindCount] = {
     {2000, TEXT("DataMatrix(ECC200)"), kLayoutI, {2000, 0, 2, 4, 4, 0, 0}},
     {2100, TEXT("マイクロPDF417"), kLayoutJ, {2100, 0, 2, 2, 4, 0, 0, 0}},
 };
+
+// Every parameter lies in the library's part of the block and has at least one value to choose.
+constexpr bool IsSound(const BarcodeKind& kind) {
+  return kind.fields.size() <= kMaxFields &&
+         std::ranges::all_of(kind.fields, [](const Field& field) {
+           const int size = field.kind == kText ? field.max + (field.terminated ? 1 : 0) : 2;
+           const bool list = field.kind == kChoice || field.kind == FieldKind::kUnit;
+           return field.offset + size <= kBlockSize && list == !field.choices.empty();
+         });
+}
+static_assert(std::ranges::all_of(kKinds, IsSound));
 
 }  // namespace
 
