@@ -1,0 +1,51 @@
+// Section names and keys under which settings stand in a file, shared by the backup file and the
+// set-up file.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kestrel {
+
+constexpr WCHAR kVersionSection[] = TEXT("ﾊﾞｰｼﾞｮﾝ情報");
+constexpr WCHAR kDriverSection[] = TEXT("ﾄﾞﾗｲﾊﾞ情報");
+constexpr WCHAR kFreePaperSection[] = TEXT("ﾌﾘｰｻｲｽﾞ用紙");
+constexpr WCHAR kDeviceSection[] = TEXT("ﾃﾞﾊﾞｲｽ情報");
+constexpr WCHAR kHalftoneSection[] = TEXT("ﾊｰﾌﾄｰﾝ情報");
+constexpr WCHAR kPaperNumSection[] = TEXT("用紙登録数");
+constexpr WCHAR kDecoNumSection[] = TEXT("装飾ﾌｫﾝﾄ登録数");
+constexpr WCHAR kBarNumSection[] = TEXT("ﾊﾞｰｺｰﾄﾞﾌｫﾝﾄ登録数");
+constexpr WCHAR kSyncSection[] = TEXT("同期印刷");
+
+// A key and where its value lies: an offset from the start of the record that the table is for.
+struct SettingsKey {
+  const char* name;
+  size_t offset;
+};
+using SettingsKeys = std::span<const SettingsKey>;
+
+// 16-bit fields of a PrivateDevMode, from PaperID to Position.
+SettingsKeys DriverKeys();
+// 16-bit fields of a PaperInfo behind its name.
+SettingsKeys PaperKeys();
+// 16-bit fields of a PrinterSettingsPart.
+SettingsKeys DeviceKeys();
+// Fields of a DEVHTINFO, in this order: 32 bits each, chromaticity triples (three 32-bit values
+// each), 32 bits each.
+SettingsKeys HalftoneKeys();
+SettingsKeys ChromaticityKeys();
+SettingsKeys HalftoneGammaKeys();
+// 16-bit fields of a COLORADJUSTMENT.
+SettingsKeys ColorAdjustKeys();
+constexpr size_t kIlluminantIndexKey =
+    2;  // in ColorAdjustKeys; the set-up file spells it in its own way
+
+// The field of a key in a record.
+inline void* FieldOf(void* record, const SettingsKey& key) {
+  return static_cast<uint8_t*>(record) + key.offset;
+}
+
+}  // namespace kestrel
