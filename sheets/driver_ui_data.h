@@ -31,19 +31,24 @@ enum PageKind : int {
   kPageOwnDialog = 5,
 };
 
+enum PageFlag : DWORD { kPageHasHelp = 1, kPageIconById = 2, kPageUsesInstance = 4 };
+
+// Bits that give or take CPSUIF_UPDATE_PERMISSION on pages that are not the driver's own.
+enum PermissionFlag : DWORD { kGrantPermission = 1, kWithdrawPermission = 2 };
+
 struct PageEntry {
   int kind;  // PageKind
   DLGPROC procedure;
   WORD templateId;
   HINSTANCE instance;
   ULONG_PTR iconId;
-  DWORD flags;  // 1 help button, 2 icon by id, 4 use instance
-  FARPROC callback;
+  DWORD flags;  // PageFlag bits
+  _CPSUICALLBACK callback;
   WCHAR callerName[kPageTextLength];
   WCHAR itemName[kPageTextLength];
   ULONG_PTR sheetIconId;
   WCHAR tabTitle[kPageTextLength];
-  DWORD permissionFlags;  // 1 grants, 2 withdraws CPSUIF_UPDATE_PERMISSION
+  DWORD permissionFlags;  // PermissionFlag bits
 };
 
 enum TableErrorCode : int {

@@ -1,0 +1,38 @@
+#include "sheets/page_list.h"
+
+#include <iterator>
+
+#include "resources/resource.h"
+#include "sheets/page_procs.h"
+
+namespace kestrel {
+namespace {
+
+struct OwnPage {
+  WORD templateId;
+  DLGPROC procedure;
+  bool inPrinterSheet;
+};
+
+constexpr OwnPage kPages[] = {
+    {IDD_VERSION, VersionPageProc, true},         {IDD_PAPER, PaperPageProc, false},
+    {IDD_OPERATION, OperationPageProc, false},    {IDD_DEVICE, DevicePageProc, false},
+    {IDD_CREATE_FONT, CreateFontPageProc, false}, {IDD_UTILITY, UtilityPageProc, false},
+};
+static_assert(std::size(kPages) <= kPageCapacity);
+
+}  // namespace
+
+void BuildPageList(DriverUiData& session, SessionMode mode) {
+  session.pageCount = 0;
+  for (const OwnPage& page : kPages) {
+    if (mode == kPrinterSession && !page.inPrinterSheet) continue;
+    PageEntry& entry = session.pages[session.pageCount++];
+    entry.kind = kPageOwnDialog;
+    entry.procedure = page.procedure;
+    entry.templateId = page.templateId;
+  }
+  session.flags |= kMayStorePrinterPart;
+}
+
+}  // namespace kestrel
