@@ -49,7 +49,8 @@ struct PrivateDevMode {
   uint32_t Signature;
 };
 
-struct SettingsRecord {
+// Aligned as the DEVMODEW at its start is, wherever it lies.
+struct alignas(4) SettingsRecord {
   DEVMODEW Public;
   PrivateDevMode Private;
 };
@@ -63,7 +64,7 @@ struct PrinterSettingsPart {
   DEVHTINFO HTInfo;      // lies at an odd place for its alignment: copy it out and back
 };
 
-struct DriverSettingsBlock {
+struct alignas(4) DriverSettingsBlock {
   SettingsRecord Record;
   PrinterSettingsPart Printer;
   uint16_t Reserved;  // always 0

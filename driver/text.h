@@ -51,14 +51,25 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes,
 // 932; "?" itself has. The index of the first that has none is stored in *index when given.
 bool IsCp932Representable(const WCHAR* text, int maximum, int* index);
 
-// Parts of a printer name: 0 the name, 1 up to its first ",", 2 behind its last "\" and up to the
-// first "," of that. At most n - 1 units, always terminated; false and an empty output when there
-// is no name or no such mode.
+// Parts of a printer name.
+enum PrinterNameMode : int {
+  kWholeName = 0,
+  kNameBeforePort = 1,    // up to its first ","
+  kNameBehindServer = 2,  // behind its last "\", then up to the first "," of that
+};
+struct TextSpan {
+  const WCHAR* start;
+  size_t length;
+};
+// The part within the name, a text of at most n units.
+TextSpan PrinterNamePart(const WCHAR* name, size_t n, int mode);
+// Copies a part, at most n - 1 units, always terminated; false and an empty output when there is no
+// name or no such mode.
 bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode);
 
 // A decimal number in a text: leading blanks, one optional sign, digits up to the first other
-// character; 0 without digits. Wraps as 32-bit arithmetic does.
-LONG IntegerFromText(const WCHAR* text);
+// character; 0 without digits. Wraps as 32-bit arithmetic does; *fits tells when it did not.
+LONG IntegerFromText(const WCHAR* text, bool* fits = nullptr);
 // The same for 8-bit text; *positive tells whether the sign was "+" or absent.
 LONG IntegerFromText(const char* text, bool* positive = nullptr);
 

@@ -1,0 +1,201 @@
+#include "driver/printer_access.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+#include "driver/handles.h"
+#include "driver/text.h"
+
+namespace kestrel {
+
+namespace {
+
+// What the spooler answered: a structure at the start of size bytes, with what it points to behind
+// it.
+struct Answer {
+  HeapBlock<BYTE> bytes;
+  DWORD size = 0;
+};
+
+// Asks for the size, then for the content, as GetPrinterW and GetPrinterDriverW document it.
+// query(out, size, needed) makes one call.
+template <typename Query>
+Answer Ask(Query query) {
+  Answer answer;
+  DWORD needed = 0;
+  if (query(nullptr, 0, &needed) || GetLastError() != ERROR_INSUFFICIENT_BUFFER) return answer;
+  const DWORD size = needed;
+  HeapBlock<BYTE> bytes(size);
+  if (!bytes || !query(bytes.get(), size, &needed)) return answer;
+  answer.size = size;
+  answer.bytes = std::move(bytes);
+  return answer;
+}
+
+Answer AskPrinter(HANDLE printer, DWORD level) {
+  return Ask([&](LPBYTE out, DWORD size, LPDWORD needed) {
+    return GetPrinterW(printer, level, out, size, needed) != FALSE;
+  });
+}
+
+Answer AskDriver(HANDLE printer) {
+  return Ask([&](LPBYTE out, DWORD size, LPDWORD needed) {
+    return GetPrinterDriverW(printer, nullptr, 3, out, size, needed) != FALSE;
+  });
+}
+
+template <typename Info>
+const Info* InfoOf(const Answer& answer) {
+  return answer.size < sizeof(Info) ? nullptr
+                                    : reinterpret_cast<const Info*>(answer.bytes.get());
+}
+
+bool GiveText(void* buffer, DWORD size, const WCHAR* text) {
+  if (text == nullptr) return false;
+  CopyText(static_cast<WCHAR*>(buffer), size / sizeof(WCHAR), text);
+  return true;
+}
+
+bool GiveNumber(void* buffer, DWORD size, DWORD number) {
+  if (size < sizeof number) return false;
+  std::memcpy(buffer, &number, sizeof number);
+  return true;
+}
+
+// A record counts only as far as the spooler's answer reaches, whatever its own sizes claim.
+bool GiveRecord(void* buffer, DWORD size, const Answer& answer, const DEVMODEW* record) {
+  if (record == nullptr) return false;
+  const BYTE* start = reinterpret_cast<const BYTE*>(record);
+  const BYTE* answerStart = answer.bytes.get();
+  const BYTE* answerEnd = answerStart + answer.size;
+  if (start < answerStart || start > answerEnd) return false;
+  const size_t readable = static_cast<size_t>(answerEnd - start);
+  if (readable < offsetof(DEVMODEW, dmFields)) return false;
+  WORD publicSize;
+  WORD privateSize;
+  std::memcpy(&publicSize, start + offsetof(DEVMODEW, dmSize), sizeof publicSize);
+  std::memcpy(&privateSize, start + offsetof(DEVMODEW, dmDriverExtra), sizeof privateSize);
+  const size_t claimed = size_t{publicSize} + privateSize;
+  std::memcpy(buffer, start, std::min({claimed, readable, size_t{size}}));
+  return true;
+}
+
+bool GivePrinterInfo2(HANDLE printer, void* buffer, DWORD size, int selector) {
+  const Answer answer = AskPrinter(printer, 2);
+  const auto* info = InfoOf<PRINTER_INFO_2W>(answer);
+  if (info == nullptr) return false;
+  switch (selector) {
+    case kInfoPrintProcessor:
+      return GiveText(buffer, size, info->pPrintProcessor);
+    case kInfoDevMode:
+      return GiveRecord(buffer, size, answer, info->pDevMode);
+    case kInfoPortName:
+      return GiveText(buffer, size, info->pPortName);
+    case kInfoAttributes2:
+      return GiveNumber(buffer, size, info->Attributes);
+    case kInfoPrinterName:
+      return GiveText(buffer, size, info->pPrinterName);
+    default:
+      return GiveText(buffer, size, info->pDriverName);
+  }
+}
+
+template <typename Info>
+bool GiveAttributes(HANDLE printer, DWORD level, void* buffer, DWORD size) {
+  const Answer answer = AskPrinter(printer, level);
+  const auto* info = InfoOf<Info>(answer);
+  return info != nullptr && GiveNumber(buffer, size, info->Attributes);
+}
+
+bool GiveDriverInfo(HANDLE printer, void* buffer, DWORD size, int selector) {
+  const Answer answer = AskDriver(printer);
+  const auto* info = InfoOf<DRIVER_INFO_3W>(answer);
+  if (info == nullptr) return false;
+  return GiveText(buffer, size, selector == kInfoHelpFile ? info->pHelpFile : info->pDataFile);
+}
+
+bool GiveDirectory(void* buffer, DWORD size, bool withVersion) {
+  DWORD needed = 0;
+  if (!GetPrinterDriverDirectoryW(nullptr, nullptr, 1, static_cast<LPBYTE>(buffer), size, &needed))
+    return false;
+  if (!withVersion) return true;
+  WCHAR* directory = static_cast<WCHAR*>(buffer);
+  const int units = static_cast<int>(size / sizeof(WCHAR));
+  if (TextLength(directory) > units - 2) return false;
+  AppendText(directory, static_cast<size_t>(units), TEXT("\\3"));
+  return true;
+}
+
+}  // namespace
+
+bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer) {
+  *printer = nullptr;
+  PRINTER_DEFAULTSW administering{nullptr, nullptr, PRINTER_ALL_ACCESS};
+  LPPRINTER_DEFAULTSW defaults = nullptr;
+  switch (mode) {
+    case 1:
+    case 4:
+      defaults = &administering;
+      break;
+    case 2:
+    case 3:
+      break;
+    default:
+      return false;
+  }
+  // The platform's parameter is not const, but it only reads the name.
+  return OpenPrinterW(const_cast<LPWSTR>(name), printer, defaults) != FALSE;
+}
+
+bool GetPrinterInfoValue(HANDLE printer, const WCHAR*, void* buffer, DWORD size, int selector) {
+  std::memset(buffer, 0, size);
+  switch (selector) {
+    case kInfoDriverName:
+    case kInfoDriverName2:
+    case kInfoPrintProcessor:
+    case kInfoDevMode:
+    case kInfoPortName:
+    case kInfoAttributes2:
+    case kInfoPrinterName:
+      return GivePrinterInfo2(printer, buffer, size, selector);
+    case kInfoAttributes4:
+      return GiveAttributes<PRINTER_INFO_4W>(printer, 4, buffer, size);
+    case kInfoAttributes5:
+      return GiveAttributes<PRINTER_INFO_5W>(printer, 5, buffer, size);
+    case kInfoDriverDirectory:
+      return GiveDirectory(buffer, size, false);
+    case kInfoVersionDirectory:
+    case kInfoVersionDirectory3:
+    case kInfoVersionDirectory100:
+      return GiveDirectory(buffer, size, true);
+    case kInfoHelpFile:
+    case kInfoDataFile:
+      return GiveDriverInfo(printer, buffer, size, selector);
+    default:
+      return false;
+  }
+}
+
+bool GetPrinterNameOfHandle(HANDLE printer, WCHAR* name, size_t n) {
+  std::fill_n(name, n, WCHAR{});
+  const Answer answer = AskPrinter(printer, 1);
+  const auto* info = InfoOf<PRINTER_INFO_1W>(answer);
+  if (info == nullptr || info->pName == nullptr) return false;
+  CopyText(name, n, info->pName);
+  return true;
+}
+
+bool ReadPrinterData(HANDLE printer, const WCHAR* value, void* buffer, DWORD size, DWORD* needed) {
+  *needed = 0;
+  return GetPrinterDataW(printer, const_cast<LPWSTR>(value), nullptr, static_cast<LPBYTE>(buffer),
+                         size, needed) == ERROR_SUCCESS;
+}
+
+bool WritePrinterData(HANDLE printer, const WCHAR* value, DWORD type, const void* data,
+                      DWORD size) {
+  return SetPrinterDataW(printer, const_cast<LPWSTR>(value), type,
+                         static_cast<LPBYTE>(const_cast<void*>(data)), size) == ERROR_SUCCESS;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,178 @@
+#include "driver/text.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kestrel {
+
+namespace {
+
+// Digits of a number behind its optional sign. value wraps as 32-bit arithmetic does.
+struct ParsedInteger {
+  LONG value;
+  bool positive;
+  bool fits;
+};
+
+template <typename Char>
+ParsedInteger ParseInteger(const Char* text) {
+  const bool positive = *text != '-';
+  if (*text == '+' || *text == '-') ++text;
+  uint32_t magnitude = 0;
+  bool fits = true;
+  for (; *text >= '0' && *text <= '9'; ++text) {
+    const uint64_t next = uint64_t{magnitude} * 10 + static_cast<uint32_t>(*text - '0');
+    fits = fits && next <= 0x7FFFFFFF;
+    magnitude = static_cast<uint32_t>(next);
+  }
+  return {static_cast<LONG>(positive ? magnitude : 0u - magnitude), positive, fits};
+}
+
+UINT SystemCodePage(UINT codePage) { return codePage == kSystemCodePage ? CP_ACP : codePage; }
+
+// Without the flag a yen sign would leave as a backslash.
+DWORD ConversionFlags(UINT codePage) {
+  return codePage == kJapaneseCodePage ? WC_NO_BEST_FIT_CHARS : 0;
+}
+
+int BytesNeeded(UINT codePage, const WCHAR* text, int units) {
+  if (units == 0) return 0;
+  return WideCharToMultiByte(SystemCodePage(codePage), ConversionFlags(codePage), text, units,
+                             nullptr, 0, nullptr, nullptr);
+}
+
+// The longest beginning of a text whose form takes at most limit bytes.
+int UnitsThatFit(UINT codePage, const WCHAR* text, int units, int limit) {
+  if (BytesNeeded(codePage, text, units) <= limit) return units;
+  int fitting = 0;
+  int tooMany = units;
+  while (tooMany - fitting > 1) {
+    const int middle = fitting + (tooMany - fitting) / 2;
+    (BytesNeeded(codePage, text, middle) <= limit ? fitting : tooMany) = middle;
+  }
+  return fitting;
+}
+
+}  // namespace
+
+int BoundedLength(const WCHAR* text, size_t n) {
+  if (text == nullptr) return 0;
+  return static_cast<int>(std::find(text, text + n, WCHAR{}) - text);
+}
+
+int TextLength(const WCHAR* text) {
+  if (text == nullptr) return 0;
+  const WCHAR* end = text;
+  while (*end != 0) ++end;
+  return static_cast<int>(end - text);
+}
+
+int CopyText(WCHAR* out, size_t n, const WCHAR* text) {
+  if (n == 0) return 0;
+  return CopyField(out, n, text, n - 1);
+}
+
+int CopyField(WCHAR* out, size_t n, const WCHAR* field, size_t fieldUnits) {
+  if (n == 0) return 0;
+  const int length = BoundedLength(field, std::min(n - 1, fieldUnits));
+  std::copy_n(field, length, out);
+  out[length] = 0;
+  return length;
+}
+
+int AppendText(WCHAR* out, size_t n, const WCHAR* text) {
+  const int used = BoundedLength(out, n);
+  return CopyText(out + used, n - static_cast<size_t>(used), text);
+}
+
+bool SameText(const WCHAR* a, const WCHAR* b) {
+  if (a == nullptr) a = TEXT("");
+  if (b == nullptr) b = TEXT("");
+  while (*a != 0 && *a == *b) ++a, ++b;
+  return *a == *b;
+}
+
+bool SameTextIgnoringCase(const WCHAR* a, const WCHAR* b) {
+  return lstrcmpiW(a != nullptr ? a : TEXT(""), b != nullptr ? b : TEXT("")) == 0;
+}
+
+int ToCodePage(const WCHAR* text, int length, char* out, int size, UINT codePage) {
+  if (size <= 0) return 0;
+  std::fill_n(out, size, '\0');
+  if (text == nullptr) return 0;
+  const int units = UnitsThatFit(codePage, text, length < 0 ? TextLength(text) : length, size - 1);
+  if (units == 0) return 0;
+  return WideCharToMultiByte(SystemCodePage(codePage), ConversionFlags(codePage), text, units, out,
+                             size - 1, nullptr, nullptr);
+}
+
+int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes, UINT codePage) {
+  const int capacity = sizeBytes / static_cast<int>(sizeof(WCHAR));
+  if (capacity <= 0) return 0;
+  std::fill_n(out, capacity, WCHAR{});
+  if (text == nullptr) return 0;
+  int bytes = 0;
+  for (int units = 0; units < capacity - 1; ++units) {
+    if (length < 0 ? text[bytes] == '\0' : bytes >= length) break;
+    const bool lead = IsDBCSLeadByteEx(SystemCodePage(codePage), static_cast<BYTE>(text[bytes]));
+    if (!lead) {
+      ++bytes;
+      continue;
+    }
+    // A text that was cut inside a double-byte character ends before that character.
+    if (length < 0 ? text[bytes + 1] == '\0' : bytes + 1 >= length) break;
+    bytes += 2;
+  }
+  if (bytes == 0) return 0;
+  return MultiByteToWideChar(SystemCodePage(codePage), 0, text, bytes, out, capacity - 1);
+}
+
+bool IsCp932Representable(const WCHAR* text, int maximum, int* index) {
+  if (text == nullptr) return true;
+  for (int i = 0; i < maximum && text[i] != 0; ++i) {
+    char form[4] = {};
+    ToCodePage(text + i, 1, form, sizeof form);
+    if (form[0] == '?' && text[i] != '?') {
+      if (index != nullptr) *index = i;
+      return false;
+    }
+  }
+  return true;
+}
+
+TextSpan PrinterNamePart(const WCHAR* name, size_t n, int mode) {
+  const WCHAR* start = name;
+  const WCHAR* end = name + BoundedLength(name, n);
+  if (mode == kNameBehindServer) {
+    const auto backslash = std::find(std::reverse_iterator(end), std::reverse_iterator(start),
+                                     WCHAR{'\\'});
+    start = backslash.base();
+  }
+  if (mode != kWholeName) end = std::find(start, end, WCHAR{','});
+  return {start, static_cast<size_t>(end - start)};
+}
+
+bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode) {
+  if (n == 0) return false;
+  std::fill_n(out, n, WCHAR{});
+  if (name == nullptr || mode < kWholeName || mode > kNameBehindServer) return false;
+  const TextSpan part = PrinterNamePart(name, static_cast<size_t>(TextLength(name)), mode);
+  CopyField(out, n, part.start, part.length);
+  return true;
+}
+
+LONG IntegerFromText(const WCHAR* text, bool* fits) {
+  while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
+  const ParsedInteger number = ParseInteger(text);
+  if (fits != nullptr) *fits = number.fits;
+  return number.value;
+}
+
+LONG IntegerFromText(const char* text, bool* positive) {
+  while (*text == ' ') ++text;
+  const ParsedInteger number = ParseInteger(text);
+  if (positive != nullptr) *positive = number.positive;
+  return number.value;
+}
+
+}  // namespace kestrel
