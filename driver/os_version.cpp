@@ -39,8 +39,8 @@ bool ReadVersion(OSVERSIONINFOEXW& version) {
 
 int CodeOfVersion(const OSVERSIONINFOEXW& version) {
   const bool workstation = version.wProductType == VER_NT_WORKSTATION;
-  const bool server = version.wProductType == VER_NT_SERVER ||
-                      version.wProductType == VER_NT_DOMAIN_CONTROLLER;
+  const bool server =
+      version.wProductType == VER_NT_SERVER || version.wProductType == VER_NT_DOMAIN_CONTROLLER;
   switch (version.dwMajorVersion) {
     case 3:
       return kOsNt3;

@@ -47,8 +47,7 @@ Answer AskDriver(HANDLE printer) {
 
 template <typename Info>
 const Info* InfoOf(const Answer& answer) {
-  return answer.size < sizeof(Info) ? nullptr
-                                    : reinterpret_cast<const Info*>(answer.bytes.get());
+  return answer.size < sizeof(Info) ? nullptr : reinterpret_cast<const Info*>(answer.bytes.get());
 }
 
 bool GiveText(void* buffer, DWORD size, const WCHAR* text) {

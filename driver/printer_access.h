@@ -12,17 +12,17 @@ enum PrinterInfoSelector : int {
   kInfoVersionDirectory = 1,  // printer-driver directory with "\3"; 3 and 100 mean the same
   kInfoDriverDirectory = 2,   // printer-driver directory
   kInfoVersionDirectory3 = 3,
-  kInfoPrintProcessor = 4,    // PRINTER_INFO_2 pPrintProcessor
-  kInfoDevMode = 10,          // PRINTER_INFO_2 pDevMode
-  kInfoDriverName2 = 11,      // as kInfoDriverName
-  kInfoPortName = 12,         // PRINTER_INFO_2 pPortName
-  kInfoAttributes2 = 13,      // PRINTER_INFO_2 Attributes
-  kInfoPrinterName = 14,      // PRINTER_INFO_2 pPrinterName
-  kInfoAttributes4 = 20,      // PRINTER_INFO_4 Attributes
-  kInfoAttributes5 = 30,      // PRINTER_INFO_5 Attributes
+  kInfoPrintProcessor = 4,  // PRINTER_INFO_2 pPrintProcessor
+  kInfoDevMode = 10,        // PRINTER_INFO_2 pDevMode
+  kInfoDriverName2 = 11,    // as kInfoDriverName
+  kInfoPortName = 12,       // PRINTER_INFO_2 pPortName
+  kInfoAttributes2 = 13,    // PRINTER_INFO_2 Attributes
+  kInfoPrinterName = 14,    // PRINTER_INFO_2 pPrinterName
+  kInfoAttributes4 = 20,    // PRINTER_INFO_4 Attributes
+  kInfoAttributes5 = 30,    // PRINTER_INFO_5 Attributes
   kInfoVersionDirectory100 = 100,
-  kInfoHelpFile = 110,        // DRIVER_INFO_3 pHelpFile
-  kInfoDataFile = 111,        // DRIVER_INFO_3 pDataFile
+  kInfoHelpFile = 110,  // DRIVER_INFO_3 pHelpFile
+  kInfoDataFile = 111,  // DRIVER_INFO_3 pDataFile
 };
 
 // Access modes of OpenPrinterForDriver.

@@ -144,8 +144,8 @@ TextSpan PrinterNamePart(const WCHAR* name, size_t n, int mode) {
   const WCHAR* start = name;
   const WCHAR* end = name + BoundedLength(name, n);
   if (mode == kNameBehindServer) {
-    const auto backslash = std::find(std::reverse_iterator(end), std::reverse_iterator(start),
-                                     WCHAR{'\\'});
+    const auto backslash =
+        std::find(std::reverse_iterator(end), std::reverse_iterator(start), WCHAR{'\\'});
     start = backslash.base();
   }
   if (mode != kWholeName) end = std::find(start, end, WCHAR{','});

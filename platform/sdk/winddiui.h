@@ -135,7 +135,11 @@ constexpr DWORD CDM_CONVERT = 0x00000001;
 constexpr DWORD CDM_CONVERT351 = 0x00000002;
 constexpr DWORD CDM_DRIVER_DEFAULT = 0x00000004;
 
+// What a driver's user-interface module exports stays visible in its shared object; its other
+// symbols need not.
+#pragma GCC visibility push(default)
 extern "C" {
+BOOL WINAPI DllMain(HINSTANCE hinstDLL, DWORD fdwReason, LPVOID lpvReserved);
 BOOL WINAPI DrvPrinterEvent(LPWSTR pPrinterName, INT DriverEvent, DWORD Flags, LPARAM lParam);
 BOOL WINAPI DrvUpgradePrinter(DWORD Level, LPBYTE pDriverUpgradeInfo);
 BOOL WINAPI DevQueryPrint(HANDLE hPrinter, DEVMODEW* pDevMode, DWORD* pResID);
@@ -160,3 +164,4 @@ DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCa
 DWORD WINAPI DrvSplDeviceCaps(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability, PVOID pOutput,
                               DWORD cchBuf, DEVMODEW* pdm);
 }
+#pragma GCC visibility pop

@@ -1,0 +1,13 @@
+// Document properties without a property sheet.
+#pragma once
+
+#include <winddiui.h>
+#include <windows.h>
+
+namespace kestrel {
+
+// Resolves the header's input record into its output record as fMode asks. Answers the size of a
+// settings record when nothing is asked for, 1 on success and 0 on failure; stores nothing.
+LONG ResolveWithoutSheet(DOCUMENTPROPERTYHEADER& header);
+
+}  // namespace kestrel

@@ -1,0 +1,68 @@
+#include <algorithm>
+
+#include "driver/default_settings.h"
+#include "driver/resolve_settings.h"
+#include "paper/paper_table.h"
+
+namespace kestrel {
+
+namespace {
+
+// The public fields that an application may set: those named in dmFields and held by the record.
+void MergePublicFields(DriverSettingsBlock& block, const RecordView& input) {
+  PrivateDevMode& settings = block.Record.Private;
+  DWORD fields = 0;
+  input.ReadPublic(offsetof(DEVMODEW, dmFields), &fields);
+
+  SHORT value = 0;
+  if ((fields & DM_ORIENTATION) != 0 &&
+      input.ReadPublic(offsetof(DEVMODEW, dmOrientation), &value) &&
+      (value == DMORIENT_PORTRAIT || value == DMORIENT_LANDSCAPE))
+    settings.Orient = value;
+  if ((fields & DM_PAPERSIZE) != 0 && input.ReadPublic(offsetof(DEVMODEW, dmPaperSize), &value) &&
+      PaperEntryOfId(block, value) >= 0)
+    settings.PaperID = value;
+  if ((fields & DM_COPIES) != 0 && input.ReadPublic(offsetof(DEVMODEW, dmCopies), &value))
+    settings.Copies = std::max(value, SHORT{1});
+}
+
+// The members from PaperKind to Yoshi; name, reserved words and UserDef stay.
+void MergeFreePaper(PaperInfo& paper, const PaperInfo& input) {
+  constexpr size_t kStart = offsetof(PaperInfo, PaperKind);
+  constexpr size_t kEnd = offsetof(PaperInfo, Reserved);
+  std::memcpy(reinterpret_cast<BYTE*>(&paper) + kStart,
+              reinterpret_cast<const BYTE*>(&input) + kStart, kEnd - kStart);
+}
+
+// Dither, ColorAdjust, Position and nCompulsory are the printer's own in every record.
+void MergePrivateFields(PrivateDevMode& settings, const PrivateDevMode& input) {
+  MergeFreePaper(settings.FreePaper, input.FreePaper);
+  settings.nVertBase = input.nVertBase;
+  settings.nHorzBase = input.nHorzBase;
+  settings.nFlip = input.nFlip;
+  settings.nPeelOffset = input.nPeelOffset;
+  settings.nTearOffset = input.nTearOffset;
+  settings.nPitchOffset = input.nPitchOffset;
+  settings.nPrintSpeed = input.nPrintSpeed;
+  settings.nSensor = input.nSensor;
+  settings.nMoveMode = input.nMoveMode;
+  settings.nTSMode = input.nTSMode;
+  settings.nColorText = input.nColorText;
+}
+
+}  // namespace
+
+// The name is this product's own vocabulary.
+void _UdcMergeSelfDMode(DriverSettingsBlock& block, const RecordView& input, unsigned mismatch,
+                        HANDLE printer, const WCHAR* name) {
+  if (input.given()) {
+    MergePublicFields(block, input);
+    PrivateDevMode given;
+    if (block.Record.Private.nCompulsory == 0 && mismatch == 0 &&
+        input.Read(kPrivateOffset, &given))
+      MergePrivateFields(block.Record.Private, given);
+  }
+  FillPublicFields(block, printer, name);
+}
+
+}  // namespace kestrel

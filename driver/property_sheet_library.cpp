@@ -1,0 +1,14 @@
+#include "driver/property_sheet_library.h"
+
+#include "driver/handles.h"
+
+namespace kestrel {
+
+bool ShowCommonPropertySheet(HWND owner, PFNPROPSHEETUI sheets, LPARAM parameter, DWORD* result) {
+  const Module library(LoadLibraryW(TEXT("compstui.dll")));
+  if (!library) return false;
+  const auto show = EntryPoint<PFNCOMMONPROPERTYSHEETUIW>(library.get(), "CommonPropertySheetUIW");
+  return show != nullptr && show(owner, sheets, parameter, result) >= 0;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,56 @@
+#include <algorithm>
+
+#include "driver/os_version.h"
+#include "driver/resolve_settings.h"
+#include "driver/text.h"
+
+namespace kestrel {
+
+namespace {
+
+// Names count as equal when the shorter begins the longer: dmDeviceName holds 31 characters only,
+// and a record without a name belongs to every printer.
+bool SameDevice(const WCHAR* printerName, const WCHAR* deviceName) {
+  const auto reduced = [](const WCHAR* name) {
+    return PrinterNamePart(name, static_cast<size_t>(TextLength(name)), kNameBehindServer);
+  };
+  const TextSpan a = reduced(printerName);
+  const TextSpan b = reduced(deviceName);
+  return std::equal(a.start, a.start + std::min(a.length, b.length), b.start);
+}
+
+}  // namespace
+
+unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name) {
+  unsigned mismatch = 0;
+  WORD specVersion = 0;
+  WORD driverVersion = 0;
+  record.Read(offsetof(DEVMODEW, dmSpecVersion), &specVersion);
+  record.Read(offsetof(DEVMODEW, dmDriverVersion), &driverVersion);
+  if (specVersion != kSpecVersion) mismatch |= kOtherSpecVersion;
+  if (driverVersion != kDriverVersion) mismatch |= kOtherDriverVersion;
+  if (record.publicSize() != kPublicSize) mismatch |= kOtherSize;
+  if (record.privateSize() != kPrivateSize) mismatch |= kOtherExtra;
+
+  uint32_t signature = 0;
+  if (record.privateSize() >= sizeof signature)
+    record.Read(record.size() - sizeof signature, &signature);
+  if (signature != SETTINGS_SIGNATURE) mismatch |= kNoSignature;
+
+  WCHAR deviceName[CCHDEVICENAME + 1];
+  record.DeviceName(deviceName);
+  if (!SameDevice(name, deviceName)) mismatch |= kOtherDevice;
+  return mismatch;
+}
+
+unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name) {
+  const unsigned mismatch = CheckSettingsRecord(record, name);
+  if ((mismatch & kOtherDevice) == 0 || GetOsVersionCode() < kOsVista) return mismatch;
+  return mismatch & ~unsigned{kOtherDevice};
+}
+
+bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name) {
+  return MismatchOnThisSystem(RecordView(&record), name) == 0;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,81 @@
+#include "driver/resolve_settings.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "driver/default_settings.h"
+#include "driver/handles.h"
+#include "driver/printer_access.h"
+
+namespace kestrel {
+
+namespace {
+
+constexpr WCHAR kPrivateDevModeValue[] = TEXT("Private DevMode");
+
+bool LoadStoredSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name) {
+  if (!GetPrinterInfoValue(printer, name, &block.Record, sizeof block.Record, kInfoDevMode))
+    return false;
+  if (!IsOwnSettingsRecord(block.Record, name)) return false;
+  DWORD size;
+  return ReadPrinterData(printer, kPrivateDevModeValue, &block.Printer, kPrinterPartSize, &size) &&
+         size == kPrinterPartSize;
+}
+
+// An application that knows only an older, shorter DEVMODE gets its own record back. It is put
+// together apart, since input and output may be the same record.
+void EchoShorterRecord(void* output, const RecordView& input) {
+  BYTE record[kRecordSize];
+  const WORD extra = static_cast<WORD>(std::min(input.privateSize(), size_t{kPrivateSize}));
+  const size_t size = input.publicSize() + extra;
+  std::memcpy(record, input.bytes(), size);
+  std::memcpy(record + offsetof(DEVMODEW, dmDriverExtra), &extra, sizeof extra);
+  std::memcpy(output, record, size);
+}
+
+}  // namespace
+
+void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name) {
+  if (LoadStoredSettings(block, printer, name)) return;
+  FillDefaultSettings(block, printer, name);
+  block.Record.Private.Signature = SETTINGS_SIGNATURE;
+}
+
+bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const WCHAR*) {
+  return WritePrinterData(printer, kPrivateDevModeValue, REG_BINARY, &block.Printer,
+                          kPrinterPartSize);
+}
+
+void AnnounceChangedDefault(const WCHAR* name) {
+  constexpr UINT kPatience = 300;  // milliseconds a window
+  DWORD_PTR answer = 0;
+  SendMessageTimeoutW(HWND_BROADCAST, WM_DEVMODECHANGE, 0, reinterpret_cast<LPARAM>(name),
+                      SMTO_ABORTIFHUNG, kPatience, &answer);
+}
+
+void CopySettingsRecord(void* output, const DriverSettingsBlock& block) {
+  std::memcpy(output, &block.Record, kRecordSize);
+}
+
+bool ResolveSettings(void* output, const DEVMODEW* input, HANDLE printer, const WCHAR* name,
+                     DWORD mode) {
+  const auto block = HeapBlock<DriverSettingsBlock>::One();
+  if (!block) return false;
+  LoadPrinterSettings(*block, printer, name);
+
+  const RecordView record((mode & (DM_IN_BUFFER | kMergeInput)) != 0 ? input : nullptr);
+  if (record.given()) {
+    _UdcMergeSelfDMode(*block, record, MismatchOnThisSystem(record, name), printer, name);
+  }
+  if (output == nullptr) return true;
+  if ((mode & DM_COPY) != 0) {
+    if (record.given() && record.publicSize() < kPublicSize)
+      EchoShorterRecord(output, record);
+    else
+      CopySettingsRecord(output, *block);
+  }
+  if ((mode & kCopyWholeBlock) != 0) std::memcpy(output, block.get(), kBlockSize);
+  return true;
+}
+
+}  // namespace kestrel
