@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <span>
 
 #include "driver/default_settings.h"
+#include "driver/halftone_info.h"
 #include "driver/text.h"
-#include "files/backup_fields.h"
+#include "files/settings_keys.h"
 
 namespace kestrel {
 
@@ -44,56 +44,52 @@ bool ReadValue(const WCHAR* section, const char* key, WCHAR (&value)[kReadLength
   return copied != 0 && value[0] != 0;
 }
 
+// How a value's text goes into its field.
+using StoreText = void (*)(void* field, WCHAR* text);
+
 template <typename T>
-void Store(BYTE* field, LONG number) {
-  const T value = static_cast<T>(number);
+void StoreNumber(void* field, WCHAR* text) {
+  const T value = static_cast<T>(IntegerFromText(text));
   std::memcpy(field, &value, sizeof value);
 }
 
 // "x,y,Y": a single number is Y, two are x and Y.
-void StoreTriple(BYTE* field, WCHAR* text) {
-  constexpr size_t kMember = sizeof(LONG);
-  static_assert(offsetof(CIECHROMA, y) == kMember && offsetof(CIECHROMA, Y) == 2 * kMember);
-  for (size_t member = 0; member < 2; ++member) {
+void StoreTriple(void* field, WCHAR* text) {
+  CIECHROMA triple;
+  std::memcpy(&triple, field, sizeof triple);
+  for (LONG* member : {&triple.x, &triple.y}) {
     WCHAR* comma = std::find(text, text + TextLength(text), WCHAR{','});
     if (*comma == 0) break;
     *comma = 0;
-    Store<LONG>(field + member * kMember, IntegerFromText(text));
+    *member = IntegerFromText(text);
     text = comma + 1;
   }
-  Store<LONG>(field + 2 * kMember, IntegerFromText(text));
+  triple.Y = IntegerFromText(text);
+  std::memcpy(field, &triple, sizeof triple);
 }
 
-void StoreName(BYTE* field, const WCHAR* text) {
+void StorePaperName(void* field, WCHAR* text) {
   WCHAR name[kPaperNameLength] = {};
   CopyText(name, text);
   std::memcpy(field, name, sizeof name);
 }
 
-// Reads one key into the field at its offset from base. Without a text the field stays.
-bool ImportKey(const WCHAR* section, const FieldKey& key, void* base) {
+// Reads one key of a record. Without a text the field stays; answers whether there was one.
+bool ImportKey(const WCHAR* section, const SettingsKey& key, void* record, StoreText store) {
   WCHAR text[kReadLength];
-  if (!ReadValue(section, key.key, text)) return false;
-  BYTE* field = static_cast<BYTE*>(base) + key.offset;
-  switch (key.type) {
-    case FieldType::kInt16:
-      Store<int16_t>(field, IntegerFromText(text));
-      break;
-    case FieldType::kInt32:
-      Store<LONG>(field, IntegerFromText(text));
-      break;
-    case FieldType::kTriple:
-      StoreTriple(field, text);
-      break;
-    case FieldType::kName:
-      StoreName(field, text);
-      break;
-  }
+  if (!ReadValue(section, key.name, text)) return false;
+  store(FieldOf(record, key), text);
   return true;
 }
 
-void ImportKeys(const WCHAR* section, std::span<const FieldKey> keys, void* base) {
-  for (const FieldKey& key : keys) ImportKey(section, key, base);
+void ImportKeys(const WCHAR* section, SettingsKeys keys, void* record,
+                StoreText store = StoreNumber<int16_t>) {
+  for (const SettingsKey& key : keys) ImportKey(section, key, record, store);
+}
+
+void ImportPaper(const WCHAR* section, PaperInfo& paper) {
+  ImportKey(section, {"PaperName", offsetof(PaperInfo, PaperName)}, &paper, StorePaperName);
+  ImportKeys(section, PaperKeys(), &paper);
 }
 
 void ImportPapers(PrinterSettingsPart& printer) {
@@ -101,17 +97,33 @@ void ImportPapers(PrinterSettingsPart& printer) {
     WCHAR section[] = TEXT("PAPER00");
     section[5] = static_cast<WCHAR>('0' + i / 10);
     section[6] = static_cast<WCHAR>('0' + i % 10);
-    ImportKeys(section, kPaperKeys, &printer.Papers[i]);
+    ImportPaper(section, printer.Papers[i]);
   }
 }
 
-// The set-up tool writes the prefix of this one key twice.
-void ImportColorAdjustment(DriverSettingsBlock& block) {
-  FieldKey illuminant = kColorAdjustKeys[kIlluminantKey];
-  illuminant.key = "ColorAdjust.ColorAdjust.IlluminantIndex";
-  for (const FieldKey& key : kColorAdjustKeys)
-    ImportKey(kHalftoneSection, &key == &kColorAdjustKeys[kIlluminantKey] ? illuminant : key,
-              &block);
+void ImportHalftone(DriverSettingsBlock& block) {
+  DEVHTINFO info = HalftoneInfo(block);
+  ImportKeys(kHalftoneSection, HalftoneKeys(), &info, StoreNumber<LONG>);
+  ImportKeys(kHalftoneSection, ChromaticityKeys(), &info, StoreTriple);
+  ImportKeys(kHalftoneSection, HalftoneGammaKeys(), &info, StoreNumber<LONG>);
+  SetHalftoneInfo(block, info);
+}
+
+// The set-up tool writes the prefix of one key twice; the backup file's spelling means nothing
+// here.
+void ImportColorAdjustment(COLORADJUSTMENT& adjustment) {
+  const SettingsKeys keys = ColorAdjustKeys();
+  SettingsKey illuminant = keys[kIlluminantIndexKey];
+  illuminant.name = "ColorAdjust.ColorAdjust.IlluminantIndex";
+  ImportKeys(kHalftoneSection, keys.first(kIlluminantIndexKey), &adjustment);
+  ImportKey(kHalftoneSection, illuminant, &adjustment, StoreNumber<int16_t>);
+  ImportKeys(kHalftoneSection, keys.subspan(kIlluminantIndexKey + 1), &adjustment);
+}
+
+// Position stands apart from the driver's other keys: present but empty it is 1.
+void ImportPosition(PrivateDevMode& settings) {
+  const SettingsKey position = DriverKeys().back();
+  if (!ImportKey(kDriverSection, position, &settings, StoreNumber<int16_t>)) settings.Position = 1;
 }
 
 // The number of papers, or -1 for a file that is refused. A negative count is refused like one
@@ -119,7 +131,7 @@ void ImportColorAdjustment(DriverSettingsBlock& block) {
 int PaperCountInFile() {
   WCHAR text[kReadLength];
   if (!ReadValue(kVersionSection, "DriverName", text)) return -1;
-  if (!ReadValue(kPaperCountSection, kPaperCountKey.key, text)) return -1;
+  if (!ReadValue(kPaperNumSection, "PaperNum", text)) return -1;
   bool fits = false;
   const LONG count = IntegerFromText(text, &fits);
   return fits && count <= kPaperCapacity ? std::max<LONG>(count, -1) : -1;
@@ -133,14 +145,14 @@ bool ImportSetupFile(DriverSettingsBlock& block, HANDLE printer, const WCHAR* na
   PrivateDevMode& settings = block.Record.Private;
   block.Printer.PaperNum = static_cast<int16_t>(papers);
   ImportPapers(block.Printer);
-  ImportKeys(kDeviceSection, kDeviceKeys, &block);
-  ImportKeys(kHalftoneSection, kHalftoneInfoKeys, &block);
-  ImportColorAdjustment(block);
-  ImportKeys(kDriverSection, kDriverKeys, &block);
-  ImportKey(kDriverSection, kCompulsoryKey, &block);
-  ImportKeys(kFreePaperSection, kPaperKeys, &settings.FreePaper);
-  ImportKey(kSyncSection, kSyncKey, &block);
-  if (!ImportKey(kDriverSection, kPositionKey, &block)) settings.Position = 1;
+  ImportKeys(kDeviceSection, DeviceKeys(), &block.Printer);
+  ImportHalftone(block);
+  ImportColorAdjustment(settings.ColorAdjust);
+  ImportKeys(kDriverSection, DriverKeys().first(DriverKeys().size() - 1), &settings);
+  ImportPaper(kFreePaperSection, settings.FreePaper);
+  ImportKey(kSyncSection, {"SYNC", offsetof(PrivateDevMode, nTSMode)}, &settings,
+            StoreNumber<int16_t>);
+  ImportPosition(settings);
   std::fill(std::begin(settings.Reserved1), std::end(settings.Reserved1), int16_t{0});
   FillPublicFields(block, printer, name);
   return true;
