@@ -122,15 +122,17 @@ def check_places(d):
 
 def check_groups(d):
     """Radio sets start with WS_GROUP | WS_TABSTOP and end with a control that starts a new group."""
-    previous = None
+    previous = before = None
     for c in d.controls:
-        if is_radio(c) and not (previous and is_radio(previous)) and not c.style & WS_GROUP:
+        first = not (previous and is_radio(previous)) or is_group(before)
+        if is_radio(c) and first and not c.style & WS_GROUP:
             fault(f"dialog {d.id}: {c} continues a set of radio buttons across other controls")
         if is_radio(c) and bool(c.style & WS_GROUP) != bool(c.style & WS_TABSTOP):
             fault(f"dialog {d.id}: {c} must be the tab stop of its set exactly when it starts one")
         if previous and is_radio(previous) and not is_radio(c) and not is_group(c) \
                 and not c.style & WS_GROUP:
             fault(f"dialog {d.id}: {c} belongs to the radio buttons before it")
+        before = c
         if not is_group(c):
             previous = c
 
