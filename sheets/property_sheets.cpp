@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "driver/default_settings.h"
+#include "driver/document_properties.h"
 #include "driver/instance.h"
-#include "driver/no_sheet_resolution.h"
 #include "driver/os_version.h"
 #include "driver/resolve_settings.h"
 #include "sheets/activation.h"
