@@ -1,0 +1,227 @@
+#include "files/backup_file.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "driver/text.h"
+#include "files/backup_fonts.h"
+#include "files/settings_keys.h"
+#include "operation/device_settings.h"
+#include "paper/paper_table.h"
+#include "resources/resource.h"
+#include "sheets/messages.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int BACKUP_FILE_FORMAT_VERSION = 3;
+constexpr int kVersionLength = 8;       // FileVersion and DriverVersion, terminator included
+constexpr int kPrinterNameBytes = 128;  // of DriverName as it is written
+constexpr int kSyncLength = 80;
+constexpr size_t kRequiredDriverKeys = 14;  // PaperID to ColorText: a load needs them all
+
+void FormatVersion(char (&text)[kVersionLength]) {
+  std::snprintf(text, sizeof(text), "%04x", static_cast<unsigned>(BACKUP_FILE_FORMAT_VERSION));
+}
+
+void TransferFields(void* record, SettingsKeys keys) {
+  for (const SettingsKey& key : keys) Int16Field(key.name, FieldOf(record, key));
+}
+
+void TransferHalftone(DriverSettingsBlock& block) {
+  BeginSection(kHalftoneSection);
+  ClearSection();
+  void* info = &block.Printer.HTInfo;
+  for (const SettingsKey& key : HalftoneKeys()) Int32Field(key.name, FieldOf(info, key));
+  for (const SettingsKey& key : ChromaticityKeys()) Int32List(key.name, FieldOf(info, key), 3);
+  for (const SettingsKey& key : HalftoneGammaKeys()) Int32Field(key.name, FieldOf(info, key));
+  TransferFields(&block.Record.Private.ColorAdjust, ColorAdjustKeys());
+}
+
+// A field that is 0 in a file without its key; any other field stays as it was.
+void TransferFieldOrZero(void* record, const SettingsKey& key, TransferDirection direction) {
+  void* field = FieldOf(record, key);
+  if (Int16Field(key.name, field) == 0 && direction == TransferDirection::kLoad) {
+    std::memset(field, 0, sizeof(int16_t));
+  }
+}
+
+// The current section's paper. On a load a missing name is empty.
+void TransferPaper(PaperInfo& paper, TransferDirection direction) {
+  ClearSection();
+  NameField("PaperName", paper.PaperName, kPaperNameLength);
+  for (const SettingsKey& key : PaperKeys()) {
+    if (key.offset == offsetof(PaperInfo, Yoshi)) {
+      TransferFieldOrZero(&paper, key, direction);
+    } else {
+      Int16Field(key.name, FieldOf(&paper, key));
+    }
+  }
+}
+
+void ClearPapers(DriverSettingsBlock& block, int count) {
+  std::memset(block.Printer.Papers + count, 0,
+              static_cast<size_t>(kPaperCapacity - count) * sizeof(PaperInfo));
+}
+
+void TransferPapers(DriverSettingsBlock& block, int count, TransferDirection direction) {
+  for (int i = 0; i < count; ++i) {
+    BeginSection(TEXT("PAPER"), i);
+    TransferPaper(block.Printer.Papers[i], direction);
+  }
+  ClearPapers(block, count);
+}
+
+// ---- saving ----
+
+void SaveVersion(const WCHAR* printerName) {
+  BeginSection(kVersionSection);
+  char version[kVersionLength];
+  FormatVersion(version);
+  RawText("FileVersion", version, kVersionLength);
+  std::snprintf(version, sizeof(version), "%02x%02d", unsigned{HIBYTE(kDriverVersion)},
+                int{LOBYTE(kDriverVersion)});
+  RawText("DriverVersion", version, kVersionLength);
+  char name[kPrinterNameBytes];
+  ToCodePage(printerName, -1, name, kPrinterNameBytes);
+  RawText("DriverName", name, kPrinterNameBytes);
+}
+
+bool SaveDriverInfo(DriverSettingsBlock& block) {
+  PrivateDevMode& settings = block.Record.Private;
+  BeginSection(kDriverSection);
+  ClearSection();
+  for (const SettingsKey& key : DriverKeys()) {
+    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
+  }
+  BeginSection(kFreePaperSection);
+  TransferPaper(settings.FreePaper, TransferDirection::kSave);
+  BeginSection(kDeviceSection);
+  ClearSection();
+  TransferFields(&block.Printer, DeviceKeys());
+  TransferHalftone(block);
+  return true;
+}
+
+void SavePapers(DriverSettingsBlock& block) {
+  BeginSection(kPaperNumSection);
+  ClearSection();
+  auto count = static_cast<int16_t>(PaperCount(block));
+  Int16Field("PaperNum", &count);
+  TransferPapers(block, count, TransferDirection::kSave);
+}
+
+void SaveSync(const DriverSettingsBlock& block) {
+  BeginSection(kSyncSection);
+  ClearSection();
+  char value[kSyncLength];
+  std::snprintf(value, sizeof(value), "%x",
+                unsigned{static_cast<uint16_t>(block.Record.Private.nTSMode)});
+  RawText("SYNC", value, kSyncLength);
+}
+
+bool SaveBackup(const BackupSubject& subject, unsigned sections) {
+  SaveVersion(subject.printerName);
+  if ((sections & BACKUP_DRIVER_INFO) != 0 && !SaveDriverInfo(subject.block)) return false;
+  if ((sections & BACKUP_PAPERS) != 0) SavePapers(subject.block);
+  if ((sections & BACKUP_FONTS) != 0) {
+    TransferDecoFonts(subject.fonts, TransferDirection::kSave);
+    TransferBarFonts(subject.fonts, TransferDirection::kSave);
+  }
+  SaveSync(subject.block);
+  return true;
+}
+
+// ---- loading ----
+
+// Whether the file is a backup of this format; tells the user when it is not.
+bool CheckVersion(HWND owner) {
+  BeginSection(kVersionSection);
+  if (!SectionHasKeys()) {
+    ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
+    return false;
+  }
+  char expected[kVersionLength];
+  FormatVersion(expected);
+  char version[kVersionLength] = {};
+  RawText("FileVersion", version, kVersionLength);
+  if (std::strcmp(version, expected) == 0) return true;
+  ShowMessage(owner, IDS_BACKUP_VERSION_WRONG, MB_ICONEXCLAMATION);
+  return false;
+}
+
+bool LoadDriverInfo(DriverSettingsBlock& block) {
+  PrivateDevMode& settings = block.Record.Private;
+  BeginSection(kDriverSection);
+  const SettingsKeys keys = DriverKeys();
+  for (const SettingsKey& key : keys.first(kRequiredDriverKeys)) {
+    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
+  }
+  for (const SettingsKey& key : keys.subspan(kRequiredDriverKeys)) {
+    TransferFieldOrZero(&settings, key, TransferDirection::kLoad);
+  }
+  BeginSection(kFreePaperSection);
+  TransferPaper(settings.FreePaper, TransferDirection::kLoad);
+  TransferHalftone(block);
+  return true;
+}
+
+void LoadPapers(DriverSettingsBlock& block) {
+  BeginSection(kPaperNumSection);
+  int16_t count = block.Printer.PaperNum;
+  Int16Field("PaperNum", &count);
+  count = static_cast<int16_t>(std::clamp<int>(count, 0, kPaperCapacity));
+  block.Printer.PaperNum = count;
+  TransferPapers(block, count, TransferDirection::kLoad);
+}
+
+// Hexadecimal digits in lower case up to the first other character, modulo 256.
+int SyncFromText(const char* text) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  unsigned value = 0;
+  for (; *text != 0; ++text) {
+    const char* digit = std::strchr(kDigits, *text);
+    if (digit == nullptr) break;
+    value = value * 16 + static_cast<unsigned>(digit - kDigits);
+  }
+  return static_cast<int>(value % 256);
+}
+
+void LoadSync(const BackupSubject& subject) {
+  BeginSection(kSyncSection);
+  char value[kSyncLength] = {};
+  RawText("SYNC", value, kSyncLength);
+  int16_t& mode = subject.block.Record.Private.nTSMode;
+  mode = static_cast<int16_t>(SyncFromText(value));
+  WriteSyncPrint(subject.printerName, mode != 0);
+}
+
+bool LoadBackup(HWND owner, const BackupSubject& subject, unsigned sections) {
+  if (!CheckVersion(owner)) return false;
+  if ((sections & BACKUP_DRIVER_INFO) != 0 && !LoadDriverInfo(subject.block)) return false;
+  if ((sections & BACKUP_PAPERS) != 0) LoadPapers(subject.block);
+  if ((sections & BACKUP_FONTS) != 0) {
+    TransferDecoFonts(subject.fonts, TransferDirection::kLoad);
+    TransferBarFonts(subject.fonts, TransferDirection::kLoad);
+    if (subject.fonts.DecoFontNum > 0 || subject.fonts.BarFontNum > 0) {
+      ShowMessage(owner, IDS_LOADED_FONTS_WARNING, MB_ICONEXCLAMATION);
+    }
+  }
+  LoadSync(subject);
+  return true;
+}
+
+}  // namespace
+
+bool BackupFileTransfer(HWND owner, const WCHAR* fileName, const BackupSubject& subject,
+                        TransferDirection direction, unsigned sections) {
+  if (!BeginTransfer(fileName, direction)) {
+    if (direction == TransferDirection::kLoad) ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
+    return false;
+  }
+  return direction == TransferDirection::kSave ? SaveBackup(subject, sections)
+                                               : LoadBackup(owner, subject, sections);
+}
+
+}  // namespace kestrel
