@@ -6,8 +6,8 @@
 #include "driver/drawing.h"
 #include "driver/text.h"
 #include "resources/resource.h"
+#include "sheets/own_page.h"
 #include "sheets/page_procs.h"
-#include "sheets/page_services.h"
 
 namespace kestrel {
 namespace {
@@ -63,7 +63,7 @@ void ShowModuleVersions(HWND page) {
   }
 }
 
-void FillPage(HWND page) {
+void FillPage(HWND page, DriverUiData&) {
   WCHAR product[kTextLength];
   wsprintfW(product, TEXT("%s\nVersion %s"), kProductLine, kPackageVersion);
   SetDlgItemTextW(page, IDC_VERSION_PRODUCT, product);
@@ -81,32 +81,31 @@ void DrawProduct(const DRAWITEMSTRUCT& item) {
          picture.width(), picture.height(), picture.dc(), 0, 0, SRCCOPY);
 }
 
-}  // namespace
+void OnCommand(HWND, DriverUiData&, int control, int notification) {
+  if (control != IDC_VERSION_WEBSITE || notification != BN_CLICKED) return;
+  ShellExecuteW(nullptr, TEXT("open"), kSupportAddress, nullptr, nullptr, SW_SHOW);
+}
 
-INT_PTR CALLBACK VersionPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR OnOther(HWND page, DriverUiData&, UINT message, WPARAM, LPARAM lParam) {
   switch (message) {
-    case WM_INITDIALOG:
-      FillPage(page);
-      PerformCommonSteps(page, message, lParam);
-      return TRUE;
     case WM_DRAWITEM:
       DrawProduct(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
       return TRUE;
-    case WM_COMMAND:
-      if (LOWORD(wParam) == IDC_VERSION_WEBSITE && HIWORD(wParam) == BN_CLICKED) {
-        ShellExecuteW(nullptr, TEXT("open"), kSupportAddress, nullptr, nullptr, SW_SHOW);
-        return TRUE;
-      }
-      return FALSE;
-    case WM_NOTIFY:
-      PerformCommonSteps(page, message, lParam);
-      return FALSE;
     case WM_CLOSE:
       EndDialog(page, 1);
       return TRUE;
     default:
       return FALSE;
   }
+}
+
+constexpr OwnPage kPage = {FillPage,  nullptr, nullptr,
+                           OnCommand, OnOther, ApplyOrder::kConfirmOnly};
+
+}  // namespace
+
+INT_PTR CALLBACK VersionPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+  return RunOwnPage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

@@ -73,8 +73,9 @@ void FillPage(HWND page, DriverUiData& session) {
   PrivateDevMode& settings = session.settings->Record.Private;
   SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpPosition);
   FillLists(page, session);
-  settings.nTSMode = static_cast<int16_t>(ReadSyncPrint(session.printerName));
-  Check(page, IDC_OPERATION_SYNC_PRINT, settings.nTSMode != 0);
+  const DWORD syncPrint = ReadSyncPrint(session.printerName);
+  settings.nTSMode = static_cast<int16_t>(syncPrint);
+  Check(page, IDC_OPERATION_SYNC_PRINT, syncPrint != 0);
   for (int i = 0; i < kDitherCount; ++i) Check(page, kDitherRadios[i], settings.Dither == i);
   const bool userDefault = session.mode == kUserDefaultSession;
   if (!userDefault) HideControl(page, IDC_OPERATION_HALFTONE);

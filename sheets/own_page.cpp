@@ -13,6 +13,8 @@ void Apply(const OwnPage& work, DriverUiData& session) {
 }
 
 INT_PTR Notify(const OwnPage& work, HWND page, DriverUiData& session, UINT code) {
+  // No page holds the sheet back.
+  SetWindowLongPtrW(page, DWLP_MSGRESULT, PSNRET_NOERROR);
   switch (code) {
     case PSN_SETACTIVE:
       if (work.activate != nullptr) work.activate(page, session);
