@@ -141,6 +141,8 @@ class Desk {
   virtual bool Select(int id, std::u16string_view item) = 0;
   virtual bool Spin(int id, int steps) = 0;      // an up-down's arrows, up for positive steps
   virtual bool Slide(int id, int position) = 0;  // a trackbar
+  // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus.
+  virtual bool Key(int virtualKey) = 0;
   virtual bool Tab(bool back = false) = 0;
   virtual bool Enter() = 0;
   virtual bool Escape() = 0;
