@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,7 +40,10 @@ class Faults {
   bool Strike(Fault kind);
 
  private:
+  void Arm(Fault kind, int from, int to);
+
   static constexpr int kKinds = static_cast<int>(Fault::kCount);
+  mutable std::mutex mutex_;
   int calls_[kKinds] = {};
   int from_[kKinds] = {};
   int to_[kKinds] = {};
@@ -52,6 +56,7 @@ struct OsVersion {
   DWORD servicePack = 0;
   DWORD platformId = 2;  // VER_PLATFORM_WIN32_NT; 1 is VER_PLATFORM_WIN32_WINDOWS
   BYTE productType = 1;  // VER_NT_WORKSTATION; 2 domain controller, 3 server
+  bool verifies = true;  // false: VerifyVersionInfoW fails, so that callers fall back
 };
 
 // One printer as the spooler keeps it.
@@ -135,7 +140,9 @@ class Machine {
   std::vector<PrinterSetup> Printers() const;    // in the order they were added
   std::optional<PrinterSetup> FindPrinter(std::u16string_view name) const;
   void SetPermission(std::u16string_view name, bool administer, bool writable);
-  // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none.
+  // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none. Kept as
+  // given; a record shorter than its own dmSize + dmDriverExtra is not handed out to callers of the
+  // spooler.
   void SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record);
   std::vector<std::byte> DefaultRecord(std::u16string_view name) const;
   // Printer data by printer and value name (letter case of value names is ignored, as the spooler

@@ -4,7 +4,6 @@
 #include <windef.h>
 
 constexpr UINT CP_ACP = 0;
-constexpr UINT CP_UTF8 = 65001;
 
 constexpr DWORD MB_PRECOMPOSED = 0x00000001;
 constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
