@@ -221,8 +221,8 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int byte
     return Fail(ERROR_INVALID_PARAMETER);
   }
   const Tables& tables = Get();
-  std::string_view rest(text, bytes < 0 ? std::char_traits<char>::length(text) + 1
-                                        : static_cast<size_t>(bytes));
+  std::string_view rest(
+      text, bytes < 0 ? std::char_traits<char>::length(text) + 1 : static_cast<size_t>(bytes));
   int written = 0;
   for (size_t length = 0; !rest.empty(); rest.remove_prefix(length)) {
     WCHAR unit = Decode(tables, rest, length);

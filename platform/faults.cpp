@@ -36,7 +36,8 @@ bool Faults::Struck(Fault kind) const {
 bool Faults::Strike(Fault kind) {
   const std::lock_guard lock(mutex_);
   const int call = ++calls_[Index(kind)];
-  const bool strikes = from_[Index(kind)] > 0 && call >= from_[Index(kind)] && call <= to_[Index(kind)];
+  const bool strikes =
+      from_[Index(kind)] > 0 && call >= from_[Index(kind)] && call <= to_[Index(kind)];
   struck_[Index(kind)] = struck_[Index(kind)] || strikes;
   return strikes;
 }

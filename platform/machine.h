@@ -140,9 +140,9 @@ class Machine {
   std::vector<PrinterSetup> Printers() const;    // in the order they were added
   std::optional<PrinterSetup> FindPrinter(std::u16string_view name) const;
   void SetPermission(std::u16string_view name, bool administer, bool writable);
-  // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none. Kept as
-  // given; a record shorter than its own dmSize + dmDriverExtra is not handed out to callers of the
-  // spooler.
+  // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none. Kept
+  // as given; a record shorter than its own dmSize + dmDriverExtra is not handed out to callers of
+  // the spooler.
   void SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record);
   std::vector<std::byte> DefaultRecord(std::u16string_view name) const;
   // Printer data by printer and value name (letter case of value names is ignored, as the spooler

@@ -86,8 +86,9 @@ std::u16string ToUtf16(std::string_view utf8) {
 WCHAR FoldUnit(WCHAR unit) {
   const auto minus = [unit](int distance) { return static_cast<WCHAR>(unit - distance); };
   if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? minus(32) : unit;
-  if ((unit >= 0xE0 && unit <= 0xFE && unit != 0xF7) || (unit >= 0x03B1 && unit <= 0x03CB &&
-      unit != 0x03C2) || (unit >= 0x0430 && unit <= 0x044F) || (unit >= 0xFF41 && unit <= 0xFF5A)) {
+  if ((unit >= 0xE0 && unit <= 0xFE && unit != 0xF7) ||
+      (unit >= 0x03B1 && unit <= 0x03CB && unit != 0x03C2) || (unit >= 0x0430 && unit <= 0x044F) ||
+      (unit >= 0xFF41 && unit <= 0xFF5A)) {
     return minus(32);
   }
   if (unit >= 0x0450 && unit <= 0x045F) return minus(80);
@@ -133,7 +134,7 @@ int WINAPI lstrcmpW(LPCWSTR a, LPCWSTR b) {
 }
 
 int WINAPI lstrcmpiW(LPCWSTR a, LPCWSTR b) {
-  const int order = platform::FoldCase(platform::View(a)).compare(
-      platform::FoldCase(platform::View(b)));
+  const int order =
+      platform::FoldCase(platform::View(a)).compare(platform::FoldCase(platform::View(b)));
   return order < 0 ? -1 : order > 0 ? 1 : 0;
 }

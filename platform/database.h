@@ -1,0 +1,75 @@
+// A thin owner of one SQLite connection and its prepared statements.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace platform {
+
+// Failures of the database throw std::runtime_error with SQLite's own words.
+class Database {
+ public:
+  // An empty path keeps the database in memory.
+  explicit Database(const std::filesystem::path& file);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  void Execute(const char* sql);
+  [[noreturn]] void Throw() const;
+
+  // One run of a statement. The text must be a literal: statements are kept by its address.
+  class Run {
+   public:
+    Run(Database& database, const char* sql);
+    ~Run();
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    // Binds the next argument. Texts and bytes must live until the run ends.
+    Run& Bind(std::u16string_view text);
+    Run& Bind(int64_t number);
+    Run& Bind(const std::vector<std::byte>& bytes);
+    bool Step();  // whether there is a row
+    // Steps a statement that gives no rows; answers the number of rows it changed.
+    int Done();
+
+    std::u16string Text(int column) const;
+    int64_t Number(int column) const;
+    DWORD Word(int column) const { return static_cast<DWORD>(Number(column)); }
+    std::vector<std::byte> Bytes(int column) const;
+
+   private:
+    Database& database_;
+    sqlite3_stmt* statement_;
+    int next_ = 1;
+  };
+
+  // A transaction that is undone unless it is committed.
+  class Transaction {
+   public:
+    explicit Transaction(Database& database);
+    ~Transaction();
+    void Commit();
+
+   private:
+    Database& database_;
+    bool open_ = true;
+  };
+
+ private:
+  sqlite3* connection_ = nullptr;
+  std::unordered_map<const char*, sqlite3_stmt*> statements_;
+};
+
+}  // namespace platform

@@ -1,0 +1,9 @@
+// Counters of the heaps, for Machine.
+#pragma once
+
+namespace platform {
+
+int PrivateHeaps();    // created and not destroyed
+int HeapBlockCount();  // blocks of all heaps and of global memory
+
+}  // namespace platform

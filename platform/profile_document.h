@@ -1,0 +1,65 @@
+// A profile file as lines. Whatever a change does not name keeps its bytes: order, comments, blank
+// lines, line ends, foreign sections and text that is no profile at all.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace platform {
+
+class ProfileDocument {
+ public:
+  // How the file's text is stored. Inside, texts are bytes: of code page 932 for the first, of
+  // UTF-8 for the others.
+  enum class Encoding { kCp932, kUtf8, kUtf16 };
+
+  ProfileDocument() = default;
+  static ProfileDocument Parse(std::string_view fileBytes);
+  std::string FileBytes() const;
+  Encoding encoding() const { return encoding_; }
+
+  // The value as stored, without surrounding blanks and one pair of quotes. The first section and
+  // the first key of a name count.
+  std::optional<std::string> Value(std::string_view section, std::string_view key) const;
+  std::vector<std::string> Sections() const;
+  std::vector<std::string> Keys(std::string_view section) const;
+
+  void Set(std::string_view section, std::string_view key, std::string_view value);
+  void RemoveKey(std::string_view section, std::string_view key);
+  void RemoveSection(std::string_view section);  // every section of that name
+
+ private:
+  struct Line {
+    std::string text;  // without its end
+    std::string end;   // "\r\n", "\n", "\r" or nothing
+    size_t keyStart = 0, keySize = 0;
+    bool hasKey = false;
+    std::string_view Key() const { return std::string_view(text).substr(keyStart, keySize); }
+  };
+  struct Section {
+    std::string name;
+    std::vector<Line> lines;  // its own line first (not in the part before the first section)
+    // Line of each key, the first of a name.
+    std::unordered_map<std::string, size_t> keys;
+  };
+
+  static void FindKey(Line& line);
+  std::optional<std::string> SectionName(std::string_view text) const;
+  void Append(Line line);
+  const Section* Find(std::string_view name) const;
+  void IndexSections();
+  static void IndexKeys(Section& section);
+
+  Encoding encoding_ = Encoding::kCp932;
+  std::string oddByte_;            // half a unit at the end of a UTF-16 file
+  std::vector<Section> sections_;  // the first: what lies before any section
+  std::unordered_map<std::string, size_t> byName_;
+  size_t size_ = 0;  // of all lines
+};
+
+}  // namespace platform
