@@ -1,0 +1,127 @@
+#include "paper/paper_checks.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "driver/text.h"
+#include "paper/measured_value.h"
+#include "paper/paper_table.h"
+#include "resources/resource.h"
+#include "sheets/messages.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kNameBytes = 64;  // of a name in code page 932 with its terminator
+
+// The widest printable area in each unit.
+constexpr int16_t kPrintableTenths = 480;
+constexpr int16_t kPrintableThousandths = 1890;
+
+bool IsStoredName(const WCHAR (&field)[kPaperNameLength], const WCHAR* name) {
+  const int length = BoundedLength(field, kPaperNameLength);
+  return length == TextLength(name) && std::equal(field, field + length, name);
+}
+
+struct SizeRule {
+  PaperInput input;
+  int PaperSizes::*size;
+  SizeLimit PaperLimits::*limit;
+  UINT belowMm, belowInch, aboveMm, aboveInch;
+};
+
+constexpr SizeRule kSizeRules[] = {
+    {PaperInput::kWidth, &PaperSizes::width, &PaperLimits::width, IDS_WIDTH_BELOW_MM,
+     IDS_WIDTH_BELOW_INCH, IDS_WIDTH_ABOVE_MM, IDS_WIDTH_ABOVE_INCH},
+    {PaperInput::kLength, &PaperSizes::length, &PaperLimits::length, IDS_LENGTH_BELOW_MM,
+     IDS_LENGTH_BELOW_INCH, IDS_LENGTH_ABOVE_MM, IDS_LENGTH_ABOVE_INCH},
+    {PaperInput::kEyeMark, &PaperSizes::eyeMark, &PaperLimits::eyeMark, IDS_EYE_MARK_BELOW_MM,
+     IDS_EYE_MARK_BELOW_INCH, IDS_EYE_MARK_ABOVE_MM, IDS_EYE_MARK_ABOVE_INCH},
+    {PaperInput::kGap, &PaperSizes::gap, &PaperLimits::gap, IDS_GAP_BELOW_MM, IDS_GAP_BELOW_INCH,
+     IDS_GAP_ABOVE_MM, IDS_GAP_ABOVE_INCH},
+};
+
+}  // namespace
+
+PaperVerdict CheckPaperName(const DriverSettingsBlock& block, const WCHAR* name, int edited) {
+  if (IsBlankText(name)) return {IDS_PAPER_NAME_MISSING};
+  if (SameText(name, kFreePaperName)) return {IDS_PAPER_NAME_TAKEN};
+  const int count = PaperCount(block);
+  for (int slot = 0; slot < count; ++slot) {
+    if (slot != edited && IsStoredName(block.Printer.Papers[slot].PaperName, name)) {
+      return {IDS_PAPER_NAME_TAKEN};
+    }
+  }
+  if (!IsCp932Representable(name, TextLength(name), nullptr)) return {IDS_BAD_CHARACTER};
+
+  // Room for one double-byte character more than a name may have tells "too long" from "full".
+  char bytes[kNameBytes + 2];
+  if (ToCodePage(name, -1, bytes, sizeof bytes) >= kNameBytes) return {IDS_NAME_TOO_LONG};
+  return {};
+}
+
+PaperVerdict CheckPaperSizes(const PaperSizes& sizes, const PaperLimits& limits, int unit) {
+  const bool inch = unit == kInch;
+  for (const SizeRule& rule : kSizeRules) {
+    const int size = sizes.*rule.size;
+    const SizeLimit limit = limits.*rule.limit;
+    if (size < limit.minimum) {
+      return {inch ? rule.belowInch : rule.belowMm, rule.input, limit.minimum};
+    }
+    if (size > limit.maximum) {
+      return {inch ? rule.aboveInch : rule.aboveMm, rule.input, limit.maximum};
+    }
+  }
+  return {};
+}
+
+void DerivePrintableArea(PaperInfo& paper) {
+  const int16_t widest = paper.Unit == kInch ? kPrintableThousandths : kPrintableTenths;
+  paper.PrintableWidth = std::min(paper.LabelWidth, widest);
+  paper.PrintableHeight = paper.LabelHeight;
+  paper.PrintableLeft = static_cast<int16_t>((paper.LabelWidth - paper.PrintableWidth) / 2);
+  paper.PrintableTop = 0;
+}
+
+PaperVerdict CheckPrintableArea(const PaperInfo& paper) {
+  if (paper.LabelWidth < paper.PrintableLeft + paper.PrintableWidth) {
+    return {IDS_PRINTABLE_WIDTH_WRONG, PaperInput::kWidth};
+  }
+  if (paper.LabelHeight < paper.PrintableTop + paper.PrintableHeight) {
+    return {IDS_PRINTABLE_HEIGHT_WRONG, PaperInput::kLength};
+  }
+  return {};
+}
+
+PaperVerdict CheckPaperDeletion(const DriverSettingsBlock& block, int entry) {
+  const int count = PaperCount(block);
+  const bool registered = entry >= 0 && entry < count;
+  if (!registered || count < 2 || block.Printer.Papers[entry].UserDef == 0) {
+    return {IDS_PAPER_FIXED};
+  }
+  return {};
+}
+
+void DeleteQuestion(const DriverSettingsBlock& block, int entry,
+                    WCHAR (&question)[kDeleteQuestionLength]) {
+  static_assert(kDeleteQuestionLength > kPaperNameLength);
+  PaperEntryName(block, entry, question, kPaperNameLength);
+  WCHAR confirmation[kDeleteQuestionLength - kPaperNameLength];
+  LoadMessageText(IDS_CONFIRM_DELETE, confirmation, std::size(confirmation));
+  AppendText(question, confirmation);
+}
+
+void ShowPaperVerdict(HWND dialog, const PaperVerdict& verdict, int unit) {
+  WCHAR format[kMessageLength];
+  LoadMessageText(verdict.message, format, std::size(format));
+  WCHAR bound[kMeasureTextLength];
+  FormatMeasure(bound, verdict.bound, unit);
+  WCHAR text[kMessageLength + kMeasureTextLength];
+  // The messages without a limit have no place for it and leave it out.
+  wsprintfW(text, format, bound);
+  WCHAR caption[128];
+  GetWindowTextW(dialog, caption, static_cast<int>(std::size(caption)));
+  MessageBoxW(dialog, text, caption, MB_OK | MB_ICONEXCLAMATION);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,37 @@
+// The geometry of the whole-label view: a strip of labels scaled to its box, and the markers of the
+// offsets. Pure arithmetic over rectangles; preview_draw draws it.
+#pragma once
+
+#include "paper/paper_info.h"
+#include "paper/paper_records.h"
+
+namespace kestrel {
+
+// Where the strip is shown; the place of the first label differs.
+enum class PreviewPlace { kPage, kDialog };
+
+// Scales a paper to a box, given as the client rectangle of its control. A paper whose larger side
+// is 0 or less gets scale 0 and no measures.
+PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box);
+
+// A number of the paper's units in pixels of the preview, rounded half up.
+int ScaleToPreview(int value, float scale);
+
+// Lays out the labels that can be seen in the box: the first one, those above it, then those below.
+// Answers how many there are.
+int LayOutLabels(const PreviewGeometry& geometry, PreviewPlace place,
+                 PreviewLabel (&labels)[kMaxPreviewLabels]);
+
+// The offsets of the paper page, in dots as they are shown.
+struct MarkerValues {
+  int vertBase, horzBase, pitchOffset, peelOffset, tearOffset;
+  bool eyeMarkSensor;
+};
+
+constexpr int kMaxMarkerLines = 2;
+// The lines that mark an offset field of the paper page (by control id), clamped to the box.
+// Answers how many there are, 0 for any other control. The first line starts at the marked point.
+int LayOutMarker(const PreviewGeometry& geometry, int field, const MarkerValues& values,
+                 MarkerLine (&lines)[kMaxMarkerLines]);
+
+}  // namespace kestrel

@@ -1,0 +1,202 @@
+// The checks of a paper before it is stored or deleted, and the limits they use.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "driver/text.h"
+#include "paper/paper_checks.h"
+#include "paper/paper_limits.h"
+#include "paper/paper_options.h"
+#include "paper/paper_table.h"
+#include "resources/resource.h"
+
+namespace kestrel {
+namespace {
+
+DriverSettingsBlock BlockWith(std::initializer_list<std::u16string> names) {
+  DriverSettingsBlock block = {};
+  for (const std::u16string& name : names) {
+    PaperInfo paper = NewPaper();
+    CopyText(paper.PaperName, name.c_str());
+    AppendPaper(block, paper);
+  }
+  return block;
+}
+
+std::u16string Times(size_t n, char16_t unit) { return std::u16string(n, unit); }
+
+TEST(PaperName, RefusesInTheOrderOfTheRules) {
+  const DriverSettingsBlock block = BlockWith({u"First", u"Second", u"\x2460?"});
+  struct {
+    std::u16string name;
+    int edited;
+    UINT message;
+  } const cases[] = {
+      {u"", -1, IDS_PAPER_NAME_MISSING},
+      {u"   ", -1, IDS_PAPER_NAME_MISSING},
+      {u"\u3000", -1, IDS_PAPER_NAME_MISSING},
+      {u" \u3000 ", -1, IDS_PAPER_NAME_MISSING},
+      {u"フリーサイズ", -1, IDS_PAPER_NAME_TAKEN},
+      {u"フリーサイズ", 0, IDS_PAPER_NAME_TAKEN},
+      {u" フリーサイズ", -1, 0},
+      {u"First", -1, IDS_PAPER_NAME_TAKEN},
+      {u"First", 0, 0},  // its own name
+      {u"First", 1, IDS_PAPER_NAME_TAKEN},
+      {u"first", -1, 0},  // letter case counts
+      {u"First ", -1, 0},
+      {u"Firs", -1, 0},
+      {u"a?b", -1, 0},
+      {u"\x2460?", -1, IDS_PAPER_NAME_TAKEN},
+      {u"\u00e9tiquette", -1, IDS_BAD_CHARACTER},
+      {u"a\xd83d\xde00", -1, IDS_BAD_CHARACTER},  // a surrogate pair
+      {u"a\xd83d", -1, IDS_BAD_CHARACTER},
+      {Times(31, u'棚'), -1, 0},
+      {Times(32, u'棚'), -1, IDS_NAME_TOO_LONG},
+      {Times(31, u'棚') + u"a", -1, 0},
+      {Times(31, u'棚') + u"ab", -1, IDS_NAME_TOO_LONG},
+      {Times(31, u'棚') + u"a棚", -1, IDS_NAME_TOO_LONG},
+      {Times(63, u'棚'), -1, IDS_NAME_TOO_LONG},
+      {Times(63, u'a'), -1, 0},
+      {Times(63, u'ｱ'), -1, 0},  // half-width kana take one byte
+      {Times(31, u'棚') + u"\u00e9" + Times(31, u'棚'), -1,
+       IDS_BAD_CHARACTER},  // before the length
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(CheckPaperName(block, c.name.c_str(), c.edited).message, c.message)
+        << std::string(c.name.begin(), c.name.end()) << " for " << c.edited;
+  }
+}
+
+TEST(PaperName, ComparesWithUnterminatedNamesAndWithRegisteredPapersOnly) {
+  DriverSettingsBlock block = BlockWith({u"First", u"Gone"});
+  block.Printer.PaperNum = 1;
+  EXPECT_TRUE(CheckPaperName(block, u"Gone", -1).Passed());
+
+  for (WCHAR& unit : block.Printer.Papers[0].PaperName) unit = u'x';
+  EXPECT_TRUE(CheckPaperName(block, Times(63, u'x').c_str(), -1).Passed());
+
+  block = BlockWith({u"First", u"Gone"});
+  block.Printer.PaperNum = 32767;  // a damaged count reads no further than the table
+  EXPECT_EQ(CheckPaperName(block, u"Gone", -1).message, IDS_PAPER_NAME_TAKEN);
+}
+
+TEST(PaperLimits, FollowDensityAndUnit) {
+  const PaperLimits mm = BuildPaperLimits(203);
+  const int16_t tenths[] = {100, 580, 100, 1630, 0,   80,  0,   124,
+                            0,   440, 0,   1630, 284, 480, 160, 1600};
+  EXPECT_EQ(memcmp(&mm, tenths, sizeof tenths), 0);
+  EXPECT_EQ(BuildPaperLimits(305).eyeMark.maximum, 82);
+
+  PaperLimits inch = BuildPaperLimits(203, kInch);
+  const int16_t thousandths[] = {394, 2283, 394, 6417, 0,    315,  0,   488,
+                                 0,   1732, 0,   6417, 1118, 1890, 630, 6299};
+  EXPECT_EQ(memcmp(&inch, thousandths, sizeof thousandths), 0);
+  EXPECT_EQ(BuildPaperLimits(305, kInch).eyeMark.maximum, 323);
+
+  ConvertPaperLimits(inch, kInch, kMillimetre);
+  EXPECT_EQ(memcmp(&inch, tenths, sizeof tenths), 0);
+}
+
+TEST(PaperSizes, RefuseBothSidesOfEveryLimitInOrder) {
+  struct {
+    int unit;
+    PaperSizes sizes;
+    UINT message;
+    int bound;
+  } const cases[] = {
+      {kMillimetre, {100, 100, 0, 0}, 0, 0},
+      {kMillimetre, {580, 1630, 124, 80}, 0, 0},
+      {kMillimetre, {99, 100, 0, 0}, IDS_WIDTH_BELOW_MM, 100},
+      {kMillimetre, {581, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580},
+      {kMillimetre, {100, 99, 0, 0}, IDS_LENGTH_BELOW_MM, 100},
+      {kMillimetre, {100, 1631, 0, 0}, IDS_LENGTH_ABOVE_MM, 1630},
+      {kMillimetre, {100, 100, -1, 0}, IDS_EYE_MARK_BELOW_MM, 0},
+      {kMillimetre, {100, 100, 125, 0}, IDS_EYE_MARK_ABOVE_MM, 124},
+      {kMillimetre, {100, 100, 0, -1}, IDS_GAP_BELOW_MM, 0},
+      {kMillimetre, {100, 100, 0, 81}, IDS_GAP_ABOVE_MM, 80},
+      {kInch, {394, 394, 0, 0}, 0, 0},
+      {kInch, {2283, 6417, 488, 315}, 0, 0},
+      {kInch, {393, 394, 0, 0}, IDS_WIDTH_BELOW_INCH, 394},
+      {kInch, {2300, 394, 0, 0}, IDS_WIDTH_ABOVE_INCH, 2283},
+      {kInch, {394, 393, 0, 0}, IDS_LENGTH_BELOW_INCH, 394},
+      {kInch, {394, 6418, 0, 0}, IDS_LENGTH_ABOVE_INCH, 6417},
+      {kInch, {394, 394, -1, 0}, IDS_EYE_MARK_BELOW_INCH, 0},
+      {kInch, {394, 394, 489, 0}, IDS_EYE_MARK_ABOVE_INCH, 488},
+      {kInch, {394, 394, 0, -1}, IDS_GAP_BELOW_INCH, 0},
+      {kInch, {394, 394, 0, 316}, IDS_GAP_ABOVE_INCH, 315},
+      // Each wrong one hides those behind it.
+      {kMillimetre, {0, 0, 999, 999}, IDS_WIDTH_BELOW_MM, 100},
+      {kMillimetre, {100, 0, 999, 999}, IDS_LENGTH_BELOW_MM, 100},
+      {kMillimetre, {100, 100, 999, 999}, IDS_EYE_MARK_ABOVE_MM, 124},
+      {kMillimetre, {70000, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580},  // wider than 16 bits
+  };
+  for (const auto& c : cases) {
+    const PaperVerdict verdict = CheckPaperSizes(c.sizes, BuildPaperLimits(203, c.unit), c.unit);
+    EXPECT_EQ(verdict.message, c.message);
+    EXPECT_EQ(verdict.bound, c.bound) << c.message;
+  }
+}
+
+TEST(PrintableArea, IsCentredAndAsWideAsTheHeadPrints) {
+  struct {
+    uint16_t unit;
+    int16_t width, printableWidth, left;
+  } const cases[] = {
+      {kMillimetre, 580, 480, 50}, {kMillimetre, 481, 480, 0}, {kMillimetre, 480, 480, 0},
+      {kMillimetre, 400, 400, 0},  {kInch, 2283, 1890, 196},   {kInch, 1890, 1890, 0},
+      {kInch, 400, 400, 0},
+  };
+  for (const auto& c : cases) {
+    PaperInfo paper = NewPaper();
+    paper.Unit = c.unit;
+    paper.LabelWidth = c.width;
+    paper.LabelHeight = 777;
+    paper.PrintableTop = 5;
+    DerivePrintableArea(paper);
+    EXPECT_EQ(paper.PrintableWidth, c.printableWidth);
+    EXPECT_EQ(paper.PrintableLeft, c.left) << c.width;
+    EXPECT_EQ(paper.PrintableTop, 0);
+    EXPECT_EQ(paper.PrintableHeight, 777);
+    EXPECT_TRUE(CheckPrintableArea(paper).Passed());
+  }
+}
+
+TEST(PrintableArea, LiesWithinTheLabel) {
+  PaperInfo paper = NewPaper();
+  paper.PrintableLeft = 1;  // 1 + 580 on 580
+  paper.PrintableTop = 1;
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_WIDTH_WRONG);
+  paper.PrintableLeft = 0;
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_HEIGHT_WRONG);
+  paper.PrintableTop = 0;
+  EXPECT_TRUE(CheckPrintableArea(paper).Passed());
+  paper.PrintableLeft = paper.PrintableWidth = 32767;  // no 16-bit sum
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_WIDTH_WRONG);
+}
+
+TEST(PaperDeletion, KeepsFixedLastAndFreeSizePapers) {
+  DriverSettingsBlock block = BlockWith({u"First", u"Second"});
+  block.Printer.Papers[0].UserDef = 0;
+  const UINT expected[] = {IDS_PAPER_FIXED, 0, IDS_PAPER_FIXED, IDS_PAPER_FIXED};
+  for (int entry = 0; entry < 4; ++entry) {
+    EXPECT_EQ(CheckPaperDeletion(block, entry).message, expected[entry]) << entry;
+  }
+  EXPECT_EQ(CheckPaperDeletion(block, -1).message, IDS_PAPER_FIXED);
+
+  block = BlockWith({u"Only"});
+  EXPECT_EQ(CheckPaperDeletion(block, 0).message, IDS_PAPER_FIXED);
+}
+
+TEST(PaperOptions, EndWhereTheirCountSays) {
+  for (const OptionTable* table : {&kPaperGrades, &kPaperDarkness}) {
+    EXPECT_EQ(table->entries[table->count].value, kOptionEnd);
+    for (int i = 0; i < table->count; ++i)
+      EXPECT_EQ(OptionIndex(*table, OptionValue(*table, i)), i);
+  }
+  EXPECT_EQ(OptionIndex(kPaperGrades, kFollowPrinter), 3);
+  EXPECT_EQ(OptionIndex(kPaperDarkness, 9), 0);
+}
+
+}  // namespace
+}  // namespace kestrel
