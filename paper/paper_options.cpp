@@ -17,9 +17,12 @@ constexpr OptionEntry kDarknessEntries[] = {
     {TEXT("濃度5 濃い"), 5, TEXT('5'), {}}, {TEXT(""), kOptionEnd, 0, {}},
 };
 
+constexpr OptionTable kGrades = {kGradeEntries, std::size(kGradeEntries) - 1};
+constexpr OptionTable kDarkness = {kDarknessEntries, std::size(kDarknessEntries) - 1};
+
 }  // namespace
 
-constinit const OptionTable kPaperGrades = {kGradeEntries, std::size(kGradeEntries) - 1};
-constinit const OptionTable kPaperDarkness = {kDarknessEntries, std::size(kDarknessEntries) - 1};
+const OptionTable& PaperGradeOptions() { return kGrades; }
+const OptionTable& PaperDarknessOptions() { return kDarkness; }
 
 }  // namespace kestrel

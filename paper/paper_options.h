@@ -5,7 +5,7 @@
 
 namespace kestrel {
 
-extern const OptionTable kPaperGrades;    // PaperKind
-extern const OptionTable kPaperDarkness;  // Thickness
+const OptionTable& PaperGradeOptions();     // PaperKind
+const OptionTable& PaperDarknessOptions();  // Thickness
 
 }  // namespace kestrel

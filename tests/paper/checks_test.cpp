@@ -189,13 +189,13 @@ TEST(PaperDeletion, KeepsFixedLastAndFreeSizePapers) {
 }
 
 TEST(PaperOptions, EndWhereTheirCountSays) {
-  for (const OptionTable* table : {&kPaperGrades, &kPaperDarkness}) {
+  for (const OptionTable* table : {&PaperGradeOptions(), &PaperDarknessOptions()}) {
     EXPECT_EQ(table->entries[table->count].value, kOptionEnd);
     for (int i = 0; i < table->count; ++i)
       EXPECT_EQ(OptionIndex(*table, OptionValue(*table, i)), i);
   }
-  EXPECT_EQ(OptionIndex(kPaperGrades, kFollowPrinter), 3);
-  EXPECT_EQ(OptionIndex(kPaperDarkness, 9), 0);
+  EXPECT_EQ(OptionIndex(PaperGradeOptions(), kFollowPrinter), 3);
+  EXPECT_EQ(OptionIndex(PaperDarknessOptions(), 9), 0);
 }
 
 }  // namespace

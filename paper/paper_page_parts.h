@@ -1,0 +1,80 @@
+// The parts of the paper page: its fields, filling it, and what its controls do. Only the page's
+// own files include this.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "driver/settings_block.h"
+#include "paper/numeric_field.h"
+#include "resources/resource.h"
+#include "sheets/driver_ui_data.h"
+
+namespace kestrel {
+
+constexpr uint16_t kTearOffMode = 0;  // values of Mecha
+constexpr uint16_t kPeelMode = 2;
+constexpr int16_t kEyeMarkSensor = 0;  // value of nSensor
+
+// The range of an offset field, in dots.
+struct SpinRangeRow {
+  int edit;
+  int16_t maximum;
+  int16_t minimum;
+  int16_t flag;
+};
+inline constexpr SpinRangeRow SpinRangeTable[] = {
+    {IDC_PAPER_VERT_BASE, 300, -300, 1}, {IDC_PAPER_HORZ_BASE, 300, -300, 1},
+    {IDC_PAPER_CUT_OFFSET, 99, -99, 1},  {IDC_PAPER_PEEL_OFFSET, 99, -40, 1},
+    {IDC_PAPER_TEAR_OFFSET, 99, -99, 1}, {IDC_PAPER_PITCH_OFFSET, 99, -40, 1},
+};
+
+// An offset field with its up-down and the setting it edits.
+struct OffsetField {
+  int edit;
+  int spin;
+  int16_t PrivateDevMode::*setting;
+};
+inline constexpr OffsetField kOffsetFields[] = {
+    {IDC_PAPER_VERT_BASE, IDC_PAPER_VERT_BASE_SPIN, &PrivateDevMode::nVertBase},
+    {IDC_PAPER_HORZ_BASE, IDC_PAPER_HORZ_BASE_SPIN, &PrivateDevMode::nHorzBase},
+    {IDC_PAPER_PEEL_OFFSET, IDC_PAPER_PEEL_OFFSET_SPIN, &PrivateDevMode::nPeelOffset},
+    {IDC_PAPER_TEAR_OFFSET, IDC_PAPER_TEAR_OFFSET_SPIN, &PrivateDevMode::nTearOffset},
+    {IDC_PAPER_PITCH_OFFSET, IDC_PAPER_PITCH_OFFSET_SPIN, &PrivateDevMode::nPitchOffset},
+};
+// Null for any other control.
+const OffsetField* FindOffsetField(int edit);
+
+inline FieldDialog PaperFields(HWND page) { return {page, IDD_PAPER}; }
+
+// ---- paper_page_fill.cpp ----
+
+// Fills every control from the working block; creating attaches the up-downs to their edits.
+void FillPaperPage(HWND page, DriverUiData& session, bool creating);
+// Lists the papers anew and selects an entry.
+void ListPapers(HWND page, DriverUiData& session, int entry);
+// Range, position and text of an offset field from its setting.
+void FillOffset(HWND page, DriverUiData& session, const OffsetField& field, bool attach);
+// Forgets the drawn labels and their markers.
+void ClearWholeLabel(PaperPageState& state);
+// The preview copy follows the selected entry, and the picture box shows it.
+void ShowSelectedPaper(HWND page, DriverUiData& session);
+// The picture box shows something else.
+void ShowPicture(HWND page, PaperPageState& state, PaperPicture picture);
+// Chooses the picture of orientation and rotation.
+void ChooseOrientationPicture(DriverUiData& session);
+
+// ---- paper_page_actions.cpp ----
+
+void RegisterPaper(HWND page, DriverUiData& session);
+// Edits the selected paper.
+void EditPaper(HWND page, DriverUiData& session);
+void EditFreePaper(HWND page, DriverUiData& session);
+void DeleteSelectedPaper(HWND page, DriverUiData& session);
+void OnPaperSelected(HWND page, DriverUiData& session);
+void OnOrientationClicked(HWND page, DriverUiData& session, int16_t orient);
+void OnFlipClicked(HWND page, DriverUiData& session);
+void OnOffsetNotified(HWND page, DriverUiData& session, const OffsetField& field, int notification);
+
+}  // namespace kestrel

@@ -1,0 +1,161 @@
+#include "paper/preview_draw.h"
+
+#include "driver/handles.h"
+#include "driver/instance.h"
+#include "resources/resource.h"
+
+namespace kestrel {
+namespace {
+
+constexpr COLORREF kMarkerColour = RGB(255, 0, 0);
+constexpr COLORREF kBlack = RGB(0, 0, 0);
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr int kCharacterPitch = 16;  // pixels from one vertical character to the next
+constexpr int kCharacterInset = 2;
+
+struct DeleteGdiObject {
+  void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+struct DeleteMemoryDc {
+  void operator()(HDC dc) const { DeleteDC(dc); }
+};
+using GdiObject = UniqueHandle<HGDIOBJ, DeleteGdiObject>;
+using MemoryDc = UniqueHandle<HDC, DeleteMemoryDc>;
+
+// Gives a device context its objects and modes back. Declared after the owners of what is selected
+// meanwhile, so that these are free when they are deleted.
+class SavedDc {
+ public:
+  explicit SavedDc(HDC dc) : dc_(dc), state_(SaveDC(dc)) {}
+  ~SavedDc() { RestoreDC(dc_, state_); }
+  SavedDc(const SavedDc&) = delete;
+  SavedDc& operator=(const SavedDc&) = delete;
+
+ private:
+  HDC dc_;
+  int state_;
+};
+
+bool IsEmpty(const RECT& rect) { return rect.right <= rect.left || rect.bottom <= rect.top; }
+
+// A bitmap resource ready to be stretched any number of times.
+class LoadedPicture {
+ public:
+  LoadedPicture(HDC dc, int bitmapId)
+      : bitmap_(LoadBitmapW(ModuleInstance(), MAKEINTRESOURCEW(static_cast<DWORD_PTR>(bitmapId)))),
+        memory_(bitmap_ ? CreateCompatibleDC(dc) : nullptr) {
+    if (memory_) before_ = SelectObject(memory_.get(), bitmap_.get());
+    if (bitmap_) GetObjectW(bitmap_.get(), sizeof size_, &size_);
+  }
+  ~LoadedPicture() {
+    if (before_ != nullptr) SelectObject(memory_.get(), before_);
+  }
+  LoadedPicture(const LoadedPicture&) = delete;
+  LoadedPicture& operator=(const LoadedPicture&) = delete;
+
+  void StretchOver(HDC dc, const RECT& rect) const {
+    if (before_ == nullptr || IsEmpty(rect)) return;
+    const int mode = SetStretchBltMode(dc, BLACKONWHITE);
+    StretchBlt(dc, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+               memory_.get(), 0, 0, size_.bmWidth, size_.bmHeight, SRCCOPY);
+    SetStretchBltMode(dc, mode);
+  }
+
+ private:
+  GdiObject bitmap_;
+  MemoryDc memory_;
+  HGDIOBJ before_ = nullptr;
+  BITMAP size_ = {};
+};
+
+void DrawRectangle(HDC dc, const RECT& rect) {
+  if (!IsEmpty(rect)) Rectangle(dc, rect.left, rect.top, rect.right, rect.bottom);
+}
+
+void DrawLabel(HDC dc, const RECT& box, const PreviewLabel& label, PreviewPlace place) {
+  SelectObject(dc, GetStockObject(WHITE_BRUSH));
+  DrawRectangle(dc, label.label);
+  if (place == PreviewPlace::kDialog) DrawRectangle(dc, label.printable);
+
+  SelectObject(dc, GetStockObject(BLACK_BRUSH));
+  const LONG top = label.label.top;
+  DrawRectangle(dc, {box.left, top, label.label.left, top + label.eyeMark});
+  DrawRectangle(dc, {label.label.right, top, box.right, top + label.eyeMark});
+}
+
+struct Sketch {
+  int dialogId;
+  int field;
+  int bitmapId;
+};
+
+constexpr Sketch kSketches[] = {
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_WIDTH, IDB_SKETCH_WIDTH},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_LENGTH, IDB_SKETCH_LENGTH},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_PRINTABLE_LEFT, IDB_SKETCH_PRINTABLE_LEFT},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_PRINTABLE_TOP, IDB_SKETCH_PRINTABLE_TOP},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_PRINTABLE_WIDTH, IDB_SKETCH_PRINTABLE_WIDTH},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_PRINTABLE_HEIGHT, IDB_SKETCH_PRINTABLE_HEIGHT},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_GAP, IDB_SKETCH_GAP},
+    {IDD_PAPER_REGISTER, IDC_PAPER_REGISTER_EYE_MARK, IDB_SKETCH_EYE_MARK},
+    {IDD_PAPER, IDC_PAPER_VERT_BASE, IDB_SKETCH_BASE_POINTS},
+    {IDD_PAPER, IDC_PAPER_HORZ_BASE, IDB_SKETCH_BASE_POINTS},
+    {IDD_PAPER, IDC_PAPER_CUT_OFFSET, IDB_SKETCH_FEED_OFFSETS},
+    {IDD_PAPER, IDC_PAPER_PEEL_OFFSET, IDB_SKETCH_FEED_OFFSETS},
+    {IDD_PAPER, IDC_PAPER_TEAR_OFFSET, IDB_SKETCH_FEED_OFFSETS},
+    {IDD_PAPER, IDC_PAPER_PITCH_OFFSET, IDB_SKETCH_PITCH},
+};
+
+}  // namespace
+
+void DrawPicture(HDC dc, const RECT& rect, int bitmapId) {
+  LoadedPicture(dc, bitmapId).StretchOver(dc, rect);
+}
+
+void DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
+                    int orientationPicture, WholeLabelView view) {
+  DrawPicture(dc, box, IDB_BACKGROUND);
+  view.geometry = MeasurePreview(paper, box);
+  view.labelCount = LayOutLabels(view.geometry, place, view.labels);
+  if (view.labelCount == 0) return;
+
+  const LoadedPicture picture(dc, orientationPicture);
+  const SavedDc saved(dc);
+  for (int i = 0; i < view.labelCount; ++i) {
+    DrawLabel(dc, box, view.labels[i], place);
+    picture.StretchOver(dc, view.labels[i].picture);
+  }
+}
+
+void DrawMarkerLines(HDC dc, std::span<const MarkerLine> lines) {
+  const GdiObject pen(CreatePen(PS_DOT, 1, kMarkerColour));
+  if (!pen) return;
+  const SavedDc saved(dc);
+  SelectObject(dc, pen.get());
+  // The gaps between the dots show what lies below.
+  SetBkMode(dc, TRANSPARENT);
+  for (const MarkerLine& line : lines) {
+    MoveToEx(dc, line.from.x, line.from.y, nullptr);
+    LineTo(dc, line.to.x, line.to.y);
+  }
+}
+
+void DrawVerticalText(HDC dc, const RECT& rect, const WCHAR* text) {
+  const SavedDc saved(dc);
+  FillRect(dc, &rect, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  SetTextColor(dc, kBlack);
+  SetBkColor(dc, kWhite);
+  int y = rect.top + kCharacterInset;
+  for (; *text != 0; ++text, y += kCharacterPitch) {
+    TextOutW(dc, rect.left + kCharacterInset, y, text, 1);
+  }
+}
+
+int FieldSketch(int dialogId, int field) {
+  for (const Sketch& sketch : kSketches) {
+    if (sketch.dialogId == dialogId && sketch.field == field) return sketch.bitmapId;
+  }
+  return IDB_BACKGROUND;
+}
+
+}  // namespace kestrel
