@@ -1,0 +1,73 @@
+// A fresh computer with one printer and the built module in its driver directory.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <winddiui.h>
+#include <windows.h>
+#include <winspool.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/desk.h"
+#include "platform/machine.h"
+
+namespace support {
+
+constexpr char16_t kPrinter[] = u"Label Printer";
+constexpr char16_t kModuleFile[] = u"QM610rDRV1.DLL";
+
+// The exports as a caller finds them in the loaded module.
+struct Exports {
+  decltype(&::DrvPrinterEvent) DrvPrinterEvent = nullptr;
+  decltype(&::DrvUpgradePrinter) DrvUpgradePrinter = nullptr;
+  decltype(&::DevQueryPrint) DevQueryPrint = nullptr;
+  decltype(&::DevQueryPrintEx) DevQueryPrintEx = nullptr;
+  decltype(&::DrvDocumentEvent) DrvDocumentEvent = nullptr;
+  decltype(&::DrvQueryJobAttributes) DrvQueryJobAttributes = nullptr;
+  decltype(&::DrvQueryColorProfile) DrvQueryColorProfile = nullptr;
+  decltype(&::DrvDocumentProperties) DrvDocumentProperties = nullptr;
+  decltype(&::DrvAdvancedDocumentProperties) DrvAdvancedDocumentProperties = nullptr;
+  decltype(&::PrinterProperties) PrinterProperties = nullptr;
+  decltype(&::DrvConvertDevMode) DrvConvertDevMode = nullptr;
+  decltype(&::DrvDeviceCapabilities) DrvDeviceCapabilities = nullptr;
+  decltype(&::DrvSplDeviceCaps) DrvSplDeviceCaps = nullptr;
+  decltype(&::DrvDocumentPropertySheets) DrvDocumentPropertySheets = nullptr;
+  decltype(&::DrvDevicePropertySheets) DrvDevicePropertySheets = nullptr;
+
+  // Looks every export up; false when one is missing.
+  bool Find(HMODULE module);
+};
+
+// An open printer, closed at the end of its scope. Empty when it could not be opened.
+class OpenedPrinter {
+ public:
+  explicit OpenedPrinter(std::u16string name = kPrinter, ACCESS_MASK access = 0);
+  ~OpenedPrinter();
+  OpenedPrinter(const OpenedPrinter&) = delete;
+  OpenedPrinter& operator=(const OpenedPrinter&) = delete;
+  operator HANDLE() const { return handle_; }
+
+ private:
+  HANDLE handle_ = nullptr;
+};
+
+// The instance handle of the module's objects in the test program is that of the loaded module, so
+// that both find the same resources. At the end of each test nothing may be left behind: no open
+// handle, key, module or heap, no block.
+class MachineTest : public testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  platform::Machine& machine() { return *machine_; }
+  platform::Desk& desk() { return machine_->desk(); }
+
+  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
+  HMODULE module_ = nullptr;
+  Exports exports_;
+  bool expectNothingLeft_ = true;
+};
+
+}  // namespace support
