@@ -1,0 +1,125 @@
+// Every capability index with the driver's answer.
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+#include <span>
+#include <vector>
+
+#include "driver/settings_block.h"
+#include "host/commands.h"
+#include "host/driver_module.h"
+#include "host/failure.h"
+#include "host/record_json.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+constexpr Option kCapsOptions[] = {kJsonOption};
+
+// What an index writes, as DeviceCapabilities documents it.
+enum class Output { kNone, kWords, kDwords, kPoint, kPoints, kNames24, kNames64 };
+
+struct Capability {
+  WORD index;
+  const char* name;
+  Output output;
+};
+
+constexpr Capability kCapabilities[] = {
+    {1, "DC_FIELDS", Output::kNone},          {2, "DC_PAPERS", Output::kWords},
+    {3, "DC_PAPERSIZE", Output::kPoints},     {4, "DC_MINEXTENT", Output::kPoint},
+    {5, "DC_MAXEXTENT", Output::kPoint},      {6, "DC_BINS", Output::kWords},
+    {7, "DC_DUPLEX", Output::kNone},          {8, "DC_SIZE", Output::kNone},
+    {9, "DC_EXTRA", Output::kNone},           {10, "DC_VERSION", Output::kNone},
+    {11, "DC_DRIVER", Output::kNone},         {12, "DC_BINNAMES", Output::kNames24},
+    {13, "DC_ENUMRESOLUTIONS", Output::kPoints}, {14, "DC_FILEDEPENDENCIES", Output::kNames64},
+    {15, "DC_TRUETYPE", Output::kNone},       {16, "DC_PAPERNAMES", Output::kNames64},
+    {17, "DC_ORIENTATION", Output::kNone},    {18, "DC_COPIES", Output::kNone},
+    {19, "DC_BINADJUST", Output::kNone},      {20, "DC_EMF_COMPLIANT", Output::kNone},
+    {21, "DC_DATATYPE_PRODUCED", Output::kNone}, {22, "DC_COLLATE", Output::kNone},
+    {23, "DC_MANUFACTURER", Output::kNone},   {24, "DC_MODEL", Output::kNone},
+    {25, "DC_PERSONALITY", Output::kNames64}, {26, "DC_PRINTRATE", Output::kNone},
+    {27, "DC_PRINTRATEUNIT", Output::kNone},  {28, "DC_PRINTERMEM", Output::kNone},
+    {29, "DC_MEDIAREADY", Output::kNames64},  {30, "DC_STAPLE", Output::kNone},
+    {31, "DC_PRINTRATEPPM", Output::kNone},   {32, "DC_COLORDEVICE", Output::kNone},
+    {33, "DC_NUP", Output::kDwords},          {34, "DC_MEDIATYPENAMES", Output::kNames64},
+    {35, "DC_MEDIATYPES", Output::kDwords},
+};
+
+template <typename Item>
+std::vector<Item> Items(std::span<const std::byte> bytes, std::size_t count) {
+  std::vector<Item> items(std::min(count, bytes.size() / sizeof(Item)));
+  if (!items.empty()) std::memcpy(items.data(), bytes.data(), items.size() * sizeof(Item));
+  return items;
+}
+
+Json Names(std::span<const std::byte> bytes, std::size_t count, std::size_t slot) {
+  const std::vector<char16_t> text = Items<char16_t>(bytes, count * slot);
+  Json names = Json::array();
+  for (std::size_t i = 0; i + slot <= text.size(); i += slot) {
+    const std::u16string_view name(text.data() + i, slot);
+    names.push_back(ToUtf8(name.substr(0, name.find(u'\0'))));
+  }
+  return names;
+}
+
+Json Points(std::span<const std::byte> bytes, std::size_t count) {
+  Json points = Json::array();
+  for (const POINT& point : Items<POINT>(bytes, count)) points.push_back({point.x, point.y});
+  return points;
+}
+
+Json Decode(Output output, std::span<const std::byte> bytes, LONG result) {
+  const auto count = static_cast<std::size_t>(std::max<LONG>(result, 0));
+  switch (output) {
+    case Output::kWords:
+      return Items<WORD>(bytes, count);
+    case Output::kDwords:
+      return Items<DWORD>(bytes, count);
+    case Output::kPoint:
+      return Points(bytes, 1)[0];
+    case Output::kPoints:
+      return Points(bytes, count);
+    case Output::kNames24:
+      return Names(bytes, count, 24);
+    case Output::kNames64:
+      return Names(bytes, count, 64);
+    case Output::kNone:
+      break;
+  }
+  return nullptr;
+}
+
+int Caps(Call& call) {
+  PrinterHandle printer(call.Printer());
+  DriverModule module(call.machine);
+  Json json = Json::object();
+  // Room for as many entries as there can ever be: another process may register papers meanwhile.
+  std::vector<std::byte> bytes((kestrel::kPaperCapacity + 1) * 64 * sizeof(char16_t));
+  for (const Capability& capability : kCapabilities) {
+    void* output = capability.output == Output::kNone ? nullptr : bytes.data();
+    const auto result = static_cast<LONG>(
+        module.deviceCapabilities(printer.get(), printer.name(), capability.index, output, nullptr));
+    // Nothing is written by an index that the driver does not know or has no entries for.
+    const bool written = output != nullptr && result > 0;
+    json[capability.name] = {{"result", result},
+                             {"output", written ? Decode(capability.output, bytes, result) : Json()}};
+  }
+  if (call.json()) {
+    std::cout << json.dump(2) << '\n';
+    return kDone;
+  }
+  for (const auto& [name, answer] : json.items()) {
+    std::cout << name << '\t' << answer["result"];
+    if (!answer["output"].is_null()) std::cout << '\t' << answer["output"].dump();
+    std::cout << '\n';
+  }
+  return kDone;
+}
+
+}  // namespace
+
+const Command kCaps = {"caps", "NAME", 1, 1, kCapsOptions, "every capability index with its answer", Caps};
+
+}  // namespace printhost

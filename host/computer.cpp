@@ -1,0 +1,164 @@
+// What the computer is, who is asking, and the label printer behind the device library.
+#include <algorithm>
+#include <charconv>
+#include <iostream>
+
+#include "companions/simulated_device.h"
+#include "host/commands.h"
+#include "host/failure.h"
+#include "host/record_json.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+using companions::DeviceAnswer;
+using platform::OsVersion;
+
+constexpr Option kMachineOptions[] = {
+    {"--os", 1, "VERSION", "5.0 … 10.0, nt3.51, nt4, 95, 98 or me, as a workstation"},
+    {"--server", 0, "", "make it a server"},
+    {"--domain-controller", 0, "", "make it a domain controller"},
+    {"--administrator", 1, "yes|no", "whether the person at the desk is an administrator"},
+    {"--permission", 2, "NAME yes|no", "whether the person may change a printer's settings"},
+    kJsonOption};
+constexpr Option kDeviceOptions[] = {
+    {"--mode", 1, "tear-off|continuous|peel", "the printer's mode, or any code as a number"},
+    {"--density", 1, "203|305", "dots per inch of its head"},
+    {"--firmware", 1, "TEXT", "the firmware's version"},
+    {"--font", 1, "TEXT", "the resident fonts' version"},
+    {"--offline", 1, "yes|no", "whether every call to it fails"},
+    {"--answer", 1, "normal|silent|short|overlong", "how it replies"},
+    kJsonOption};
+
+struct NamedOs {
+  std::string_view name;
+  OsVersion os;
+};
+constexpr NamedOs kNamedOs[] = {
+    {"95", {.major = 4, .minor = 0, .platformId = 1}},   {"98", {.major = 4, .minor = 10, .platformId = 1}},
+    {"me", {.major = 4, .minor = 90, .platformId = 1}},  {"nt3.51", {.major = 3, .minor = 51}},
+    {"nt4", {.major = 4, .minor = 0}},
+};
+
+constexpr const char* kModes[] = {"tear-off", "continuous", "peel"};
+constexpr const char* kAnswers[] = {"normal", "silent", "short", "overlong"};
+
+DWORD Number(std::string_view option, std::string_view text) {
+  DWORD number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || text.empty())
+    throw Failure{kUsage, std::string(option) + " takes a number, not \"" + std::string(text) + "\""};
+  return number;
+}
+
+OsVersion ParseOs(const std::string& text) {
+  const auto named = std::ranges::find(kNamedOs, std::string_view(text), &NamedOs::name);
+  if (named != std::end(kNamedOs)) return named->os;
+  const std::size_t dot = text.find('.');
+  if (dot == std::string::npos) throw Failure{kUsage, "--os takes a version like 6.1"};
+  return {.major = Number("--os", text.substr(0, dot)), .minor = Number("--os", text.substr(dot + 1))};
+}
+
+std::string OsText(const OsVersion& os) {
+  for (const NamedOs& named : kNamedOs) {
+    if (named.os.major == os.major && named.os.minor == os.minor && named.os.platformId == os.platformId)
+      return std::string(named.name);
+  }
+  return std::to_string(os.major) + '.' + std::to_string(os.minor);
+}
+
+// The index of a word in a list, or the count when it is none of them.
+template <std::size_t kCount>
+std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
+  return static_cast<std::size_t>(std::ranges::find(words, word) - std::begin(words));
+}
+
+void Change(platform::Machine& machine, const Arguments& arguments) {
+  if (arguments.Has("--server") && arguments.Has("--domain-controller"))
+    throw Failure{kUsage, "--server and --domain-controller exclude one another"};
+  OsVersion os = machine.os();
+  if (arguments.Has("--os")) os = ParseOs(arguments.Value("--os"));
+  if (arguments.Has("--server")) os.productType = VER_NT_SERVER;
+  if (arguments.Has("--domain-controller")) os.productType = VER_NT_DOMAIN_CONTROLLER;
+  const bool administrator = arguments.Has("--administrator")
+                                 ? YesOrNo("--administrator", arguments.Value("--administrator"))
+                                 : machine.administrator();
+  const std::u16string printer = FromUtf8(arguments.Value("--permission"));
+  const bool asked = arguments.Has("--permission");
+  const bool permitted = asked && YesOrNo("--permission", arguments.Value("--permission", 1));
+  if (asked && !machine.FindPrinter(printer))
+    throw Failure{kFailed, "there is no printer \"" + ToUtf8(printer) + "\""};
+  machine.SetOs(os);
+  machine.SetAdministrator(administrator);
+  if (asked) machine.SetPermission(printer, permitted, permitted);
+}
+
+void Print(const Json& json, bool asJson) {
+  if (asJson) {
+    std::cout << json.dump(2) << '\n';
+    return;
+  }
+  for (const auto& [name, value] : json.items())
+    std::cout << name << '\t' << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
+}
+
+int ShowMachine(Call& call) {
+  Change(call.machine, call.arguments);
+  const OsVersion os = call.machine.os();
+  Json permissions = Json::object();
+  for (const platform::PrinterSetup& printer : call.machine.Printers())
+    permissions[ToUtf8(printer.name)] = printer.writable && printer.administer;
+  const char* product = os.productType == VER_NT_SERVER              ? "server"
+                        : os.productType == VER_NT_DOMAIN_CONTROLLER ? "domain controller"
+                                                                     : "workstation";
+  Print({{"os", OsText(os)},
+         {"product", product},
+         {"administrator", call.machine.administrator()},
+         {"permissions", permissions},
+         {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
+         {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}},
+        call.json());
+  return kDone;
+}
+
+int Device(Call& call) {
+  const std::u16string name = call.Printer();
+  const Arguments& arguments = call.arguments;
+  companions::SimulatedDevice device = companions::LoadSimulatedDevice(name);
+  if (arguments.Has("--mode")) {
+    const std::string mode = arguments.Value("--mode");
+    const std::size_t index = IndexOf(kModes, mode);
+    device.mode = index < std::size(kModes) ? static_cast<DWORD>(index) : Number("--mode", mode);
+  }
+  if (arguments.Has("--density")) {
+    device.density = Number("--density", arguments.Value("--density"));
+    if (device.density != 203 && device.density != 305) throw Failure{kUsage, "--density takes 203 or 305"};
+  }
+  if (arguments.Has("--answer")) {
+    const std::size_t index = IndexOf(kAnswers, arguments.Value("--answer"));
+    if (index == std::size(kAnswers)) throw Failure{kUsage, "--answer takes normal, silent, short or overlong"};
+    device.answer = static_cast<DeviceAnswer>(index);
+  }
+  if (arguments.Has("--firmware")) device.firmware = FromUtf8(arguments.Value("--firmware"));
+  if (arguments.Has("--font")) device.font = FromUtf8(arguments.Value("--font"));
+  if (arguments.Has("--offline")) device.offline = YesOrNo("--offline", arguments.Value("--offline"));
+  companions::SaveSimulatedDevice(name, device);
+  Print({{"mode", device.mode < std::size(kModes) ? kModes[device.mode] : std::to_string(device.mode)},
+         {"density", device.density},
+         {"firmware", ToUtf8(device.firmware)},
+         {"font", ToUtf8(device.font)},
+         {"offline", device.offline},
+         {"answer", kAnswers[static_cast<std::size_t>(device.answer)]}},
+        call.json());
+  return kDone;
+}
+
+}  // namespace
+
+const Command kMachine = {"machine", "", 0, 0, kMachineOptions,
+                          "shows or sets what the computer is and who is asking", ShowMachine};
+const Command kDevice = {"device", "NAME", 1, 1, kDeviceOptions,
+                         "shows or sets the simulated printer behind the device library", Device};
+
+}  // namespace printhost

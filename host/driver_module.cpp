@@ -1,0 +1,82 @@
+#include "host/driver_module.h"
+
+#include <winspool.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "host/failure.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+constexpr char16_t kModule[] = u"QM610rDRV1";
+constexpr const char16_t* kCompanions[] = {u"QM610rLIB", u"QM610rBAR"};
+
+// Libraries stand beside the program in its build folder.
+std::filesystem::path Built(std::u16string_view name) {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / (ToUtf8(name) + ".so");
+}
+
+std::u16string InstalledPath(const platform::Machine& machine, std::u16string_view name) {
+  return machine.driverDirectory().append(u"\\3\\").append(name).append(u".DLL");
+}
+
+bool IsInstalled(const platform::Machine& machine, std::u16string_view name) {
+  std::error_code error;
+  const auto status = std::filesystem::symlink_status(machine.HostPath(InstalledPath(machine, name)), error);
+  return std::filesystem::exists(status);
+}
+
+void Install(platform::Machine& machine, std::u16string_view name) {
+  const std::filesystem::path built = Built(name);
+  if (!std::filesystem::exists(built))
+    throw Failure{kFailed, built.string() + " is missing; build it with \"./run list\""};
+  machine.InstallModule(InstalledPath(machine, name), built);
+}
+
+template <typename Function>
+void Find(HMODULE module, const char* name, Function& function) {
+  const FARPROC found = GetProcAddress(module, name);
+  if (found == nullptr) throw Failure{kFailed, std::string("the module does not export ") + name};
+  function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
+}
+
+}  // namespace
+
+void InstallCompanions(platform::Machine& machine) {
+  for (const char16_t* name : kCompanions) Install(machine, name);
+}
+
+DriverModule::DriverModule(platform::Machine& machine) {
+  Install(machine, kModule);
+  for (const char16_t* name : kCompanions) {
+    if (IsInstalled(machine, name)) Install(machine, name);
+  }
+  const std::u16string path = InstalledPath(machine, kModule);
+  module_ = LoadLibraryW(path.c_str());
+  if (module_ == nullptr)
+    throw Failure{kFailed, ToUtf8(path) + " cannot be loaded (error " + std::to_string(GetLastError()) + ")"};
+  Find(module_, "DrvPrinterEvent", printerEvent);
+  Find(module_, "DrvConvertDevMode", convertDevMode);
+  Find(module_, "DrvDeviceCapabilities", deviceCapabilities);
+  Find(module_, "DrvDocumentProperties", documentProperties);
+  Find(module_, "DrvAdvancedDocumentProperties", advancedDocumentProperties);
+  Find(module_, "DrvDocumentPropertySheets", documentPropertySheets);
+  Find(module_, "PrinterProperties", printerProperties);
+}
+
+DriverModule::~DriverModule() {
+  if (module_ != nullptr) FreeLibrary(module_);
+}
+
+PrinterHandle::PrinterHandle(std::u16string name) : name_(std::move(name)) {
+  if (!OpenPrinterW(name_.data(), &printer_, nullptr))
+    throw Failure{kFailed, "the printer \"" + ToUtf8(name_) + "\" cannot be opened (error " +
+                               std::to_string(GetLastError()) + ")"};
+}
+
+PrinterHandle::~PrinterHandle() { ClosePrinter(printer_); }
+
+}  // namespace printhost

@@ -1,0 +1,90 @@
+// Installing, removing and listing printers.
+#include <iostream>
+
+#include "driver/settings_block.h"
+#include "host/commands.h"
+#include "host/driver_module.h"
+#include "host/failure.h"
+#include "host/record_json.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+constexpr Option kAddOptions[] = {
+    {"--driver-name", 1, "TEXT", "the driver's name as the spooler knows it (default \"VELA QM610r\")"},
+    {"--without-companions", 0, "", "do not install the device and barcode libraries"},
+};
+constexpr Option kListOptions[] = {kJsonOption};
+
+// The driver's default record becomes the printer's; without it the stored table would be ignored.
+void KeepDefaultRecord(platform::Machine& machine, DriverModule& module, std::u16string name) {
+  LONG size = 0;
+  module.convertDevMode(name.data(), nullptr, nullptr, &size, CDM_DRIVER_DEFAULT);
+  Record record(static_cast<std::size_t>(size > 0 ? size : 0));
+  if (record.empty() ||
+      !module.convertDevMode(name.data(), nullptr, AsDevMode(record), &size, CDM_DRIVER_DEFAULT))
+    throw Failure{kFailed, "the driver gave no default record for \"" + ToUtf8(name) + "\""};
+  record.resize(RecordExtent(record));
+  machine.SetDefaultRecord(name, record);
+}
+
+int Add(Call& call) {
+  const std::u16string name = call.Text(0);
+  const std::u16string driver = call.arguments.Has("--driver-name")
+                                    ? FromUtf8(call.arguments.Value("--driver-name"))
+                                    : platform::PrinterSetup().driverName;
+  if (name.empty()) throw Failure{kUsage, "add takes a printer's name"};
+  if (call.machine.FindPrinter(name))
+    throw Failure{kFailed, "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
+  InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"));
+  return kDone;
+}
+
+int Remove(Call& call) {
+  std::u16string name = call.Printer();
+  DriverModule module(call.machine);
+  module.printerEvent(name.data(), PRINTER_EVENT_DELETE, 0, 0);
+  call.machine.RemovePrinter(name);
+  return kDone;
+}
+
+int List(Call& call) {
+  Json json = Json::array();
+  for (const platform::PrinterSetup& printer : call.machine.Printers()) {
+    json.push_back({{"name", ToUtf8(printer.name)},
+                    {"driver", ToUtf8(printer.driverName)},
+                    {"port", ToUtf8(printer.portName)}});
+    if (!call.json())
+      std::cout << ToUtf8(printer.name) << '\t' << ToUtf8(printer.driverName) << '\t'
+                << ToUtf8(printer.portName) << '\n';
+  }
+  if (call.json()) std::cout << json.dump(2) << '\n';
+  return kDone;
+}
+
+}  // namespace
+
+void InstallPrinter(platform::Machine& machine, const std::u16string& name,
+                    const std::u16string& driverName, bool companions) {
+  if (companions) InstallCompanions(machine);
+  DriverModule module(machine);
+  platform::PrinterSetup setup;
+  setup.name = name;
+  setup.driverName = driverName;
+  machine.AddPrinter(setup);
+  try {
+    std::u16string given = name;
+    module.printerEvent(given.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
+    KeepDefaultRecord(machine, module, name);
+  } catch (...) {
+    machine.RemovePrinter(name);
+    throw;
+  }
+}
+
+const Command kAdd = {"add", "NAME", 1, 1, kAddOptions, "installs a printer", Add};
+const Command kRemove = {"remove", "NAME", 1, 1, {}, "removes a printer with all that is stored for it", Remove};
+const Command kList = {"list", "", 0, 0, kListOptions, "the printers: name, driver, port", List};
+
+}  // namespace printhost

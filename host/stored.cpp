@@ -1,0 +1,111 @@
+// What is stored: printer data and the registry.
+#include <cstring>
+#include <iostream>
+
+#include "host/commands.h"
+#include "host/failure.h"
+#include "host/record_json.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+constexpr Option kStoredOptions[] = {kJsonOption};
+
+std::string TypeName(DWORD type) {
+  switch (type) {
+    case REG_NONE:
+      return "REG_NONE";
+    case REG_SZ:
+      return "REG_SZ";
+    case REG_EXPAND_SZ:
+      return "REG_EXPAND_SZ";
+    case REG_BINARY:
+      return "REG_BINARY";
+    case REG_DWORD:
+      return "REG_DWORD";
+    case REG_MULTI_SZ:
+      return "REG_MULTI_SZ";
+    case REG_QWORD:
+      return "REG_QWORD";
+    default:
+      return std::to_string(type);
+  }
+}
+
+std::string Hex(const std::vector<std::byte>& bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (const std::byte byte : bytes) {
+    text.push_back(kDigits[std::to_integer<unsigned>(byte) >> 4]);
+    text.push_back(kDigits[std::to_integer<unsigned>(byte) & 15]);
+  }
+  return text;
+}
+
+Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
+  Json json = {{"type", TypeName(data.type)}, {"size", data.bytes.size()}, {"bytes", Hex(data.bytes)}};
+  if (data.type == REG_SZ) {
+    std::u16string text(data.bytes.size() / sizeof(char16_t), u'\0');
+    std::memcpy(text.data(), data.bytes.data(), text.size() * sizeof(char16_t));
+    json["text"] = ToUtf8(std::u16string_view(text).substr(0, text.find(u'\0')));
+  } else if (data.type == REG_DWORD && data.bytes.size() == sizeof(DWORD)) {
+    DWORD number = 0;
+    std::memcpy(&number, data.bytes.data(), sizeof number);
+    json["number"] = number;
+  } else if (name == u"Private DevMode") {
+    json["settings"] = PrinterPartJson(data.bytes);
+  }
+  return json;
+}
+
+// A value in one line: name, type, size, and its text, number or bytes.
+void PrintValue(std::u16string_view name, const platform::DataValue& data) {
+  const Json json = ValueJson(name, data);
+  std::cout << ToUtf8(name) << '\t' << json["type"].get<std::string>() << '\t' << json["size"] << '\t';
+  if (json.contains("text"))
+    std::cout << json["text"].get<std::string>() << '\n';
+  else if (json.contains("number"))
+    std::cout << json["number"] << '\n';
+  else
+    std::cout << json["bytes"].get<std::string>() << '\n';
+}
+
+int PrintAll(const std::map<std::u16string, platform::DataValue>& values, bool asJson) {
+  Json json = Json::object();
+  for (const auto& [name, data] : values) {
+    if (asJson)
+      json[ToUtf8(name)] = ValueJson(name, data);
+    else
+      PrintValue(name, data);
+  }
+  if (asJson) std::cout << json.dump(2) << '\n';
+  return kDone;
+}
+
+int Data(Call& call) {
+  const std::u16string printer = call.Printer();
+  if (call.arguments.positional().size() == 1) return PrintAll(call.machine.AllData(printer), call.json());
+  const std::u16string name = call.Text(1);
+  const auto data = call.machine.Data(printer, name);
+  if (!data) throw Failure{kFailed, "\"" + ToUtf8(printer) + "\" has no value \"" + ToUtf8(name) + "\""};
+  if (call.json())
+    std::cout << ValueJson(name, *data).dump(2) << '\n';
+  else
+    PrintValue(name, *data);
+  return kDone;
+}
+
+int Registry(Call& call) {
+  return PrintAll(call.machine.AllRegistry(call.arguments.positional().empty() ? u"" : call.Text(0)), call.json());
+}
+
+}  // namespace
+
+const Command kData = {"data", "NAME [VALUE]", 1, 2, kStoredOptions,
+                       "a printer's data: name, type, size, bytes", Data};
+const Command kRegistry = {"registry", "[KEY]", 0, 1, kStoredOptions,
+                           "the registry's values at and below a key of HKEY_LOCAL_MACHINE", Registry};
+
+}  // namespace printhost
