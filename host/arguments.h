@@ -10,16 +10,16 @@
 namespace printhost {
 
 struct Option {
-  std::string_view name;  // with its dashes
-  int values = 0;         // how many arguments follow
+  std::string_view name;   // with its dashes
+  int values = 0;          // how many arguments follow
   std::string_view shown;  // the values as the help names them
   std::string_view help;
 };
 
 class Arguments {
  public:
-  // Options may stand anywhere, as "--name value" or "--name=value"; after "--" nothing is an option.
-  // Throws Failure (usage) for an unknown option, a missing value or an option given twice.
+  // Options may stand anywhere, as "--name value" or "--name=value"; after "--" nothing is an
+  // option. Throws Failure (usage) for an unknown option, a missing value or an option given twice.
   Arguments(std::span<const Option> options, std::span<const std::string> words);
 
   bool Has(std::string_view option) const { return values_.contains(option); }

@@ -27,23 +27,40 @@ struct Capability {
 };
 
 constexpr Capability kCapabilities[] = {
-    {1, "DC_FIELDS", Output::kNone},          {2, "DC_PAPERS", Output::kWords},
-    {3, "DC_PAPERSIZE", Output::kPoints},     {4, "DC_MINEXTENT", Output::kPoint},
-    {5, "DC_MAXEXTENT", Output::kPoint},      {6, "DC_BINS", Output::kWords},
-    {7, "DC_DUPLEX", Output::kNone},          {8, "DC_SIZE", Output::kNone},
-    {9, "DC_EXTRA", Output::kNone},           {10, "DC_VERSION", Output::kNone},
-    {11, "DC_DRIVER", Output::kNone},         {12, "DC_BINNAMES", Output::kNames24},
-    {13, "DC_ENUMRESOLUTIONS", Output::kPoints}, {14, "DC_FILEDEPENDENCIES", Output::kNames64},
-    {15, "DC_TRUETYPE", Output::kNone},       {16, "DC_PAPERNAMES", Output::kNames64},
-    {17, "DC_ORIENTATION", Output::kNone},    {18, "DC_COPIES", Output::kNone},
-    {19, "DC_BINADJUST", Output::kNone},      {20, "DC_EMF_COMPLIANT", Output::kNone},
-    {21, "DC_DATATYPE_PRODUCED", Output::kNone}, {22, "DC_COLLATE", Output::kNone},
-    {23, "DC_MANUFACTURER", Output::kNone},   {24, "DC_MODEL", Output::kNone},
-    {25, "DC_PERSONALITY", Output::kNames64}, {26, "DC_PRINTRATE", Output::kNone},
-    {27, "DC_PRINTRATEUNIT", Output::kNone},  {28, "DC_PRINTERMEM", Output::kNone},
-    {29, "DC_MEDIAREADY", Output::kNames64},  {30, "DC_STAPLE", Output::kNone},
-    {31, "DC_PRINTRATEPPM", Output::kNone},   {32, "DC_COLORDEVICE", Output::kNone},
-    {33, "DC_NUP", Output::kDwords},          {34, "DC_MEDIATYPENAMES", Output::kNames64},
+    {1, "DC_FIELDS", Output::kNone},
+    {2, "DC_PAPERS", Output::kWords},
+    {3, "DC_PAPERSIZE", Output::kPoints},
+    {4, "DC_MINEXTENT", Output::kPoint},
+    {5, "DC_MAXEXTENT", Output::kPoint},
+    {6, "DC_BINS", Output::kWords},
+    {7, "DC_DUPLEX", Output::kNone},
+    {8, "DC_SIZE", Output::kNone},
+    {9, "DC_EXTRA", Output::kNone},
+    {10, "DC_VERSION", Output::kNone},
+    {11, "DC_DRIVER", Output::kNone},
+    {12, "DC_BINNAMES", Output::kNames24},
+    {13, "DC_ENUMRESOLUTIONS", Output::kPoints},
+    {14, "DC_FILEDEPENDENCIES", Output::kNames64},
+    {15, "DC_TRUETYPE", Output::kNone},
+    {16, "DC_PAPERNAMES", Output::kNames64},
+    {17, "DC_ORIENTATION", Output::kNone},
+    {18, "DC_COPIES", Output::kNone},
+    {19, "DC_BINADJUST", Output::kNone},
+    {20, "DC_EMF_COMPLIANT", Output::kNone},
+    {21, "DC_DATATYPE_PRODUCED", Output::kNone},
+    {22, "DC_COLLATE", Output::kNone},
+    {23, "DC_MANUFACTURER", Output::kNone},
+    {24, "DC_MODEL", Output::kNone},
+    {25, "DC_PERSONALITY", Output::kNames64},
+    {26, "DC_PRINTRATE", Output::kNone},
+    {27, "DC_PRINTRATEUNIT", Output::kNone},
+    {28, "DC_PRINTERMEM", Output::kNone},
+    {29, "DC_MEDIAREADY", Output::kNames64},
+    {30, "DC_STAPLE", Output::kNone},
+    {31, "DC_PRINTRATEPPM", Output::kNone},
+    {32, "DC_COLORDEVICE", Output::kNone},
+    {33, "DC_NUP", Output::kDwords},
+    {34, "DC_MEDIATYPENAMES", Output::kNames64},
     {35, "DC_MEDIATYPES", Output::kDwords},
 };
 
@@ -99,12 +116,13 @@ int Caps(Call& call) {
   std::vector<std::byte> bytes((kestrel::kPaperCapacity + 1) * 64 * sizeof(char16_t));
   for (const Capability& capability : kCapabilities) {
     void* output = capability.output == Output::kNone ? nullptr : bytes.data();
-    const auto result = static_cast<LONG>(
-        module.deviceCapabilities(printer.get(), printer.name(), capability.index, output, nullptr));
+    const auto result = static_cast<LONG>(module.deviceCapabilities(
+        printer.get(), printer.name(), capability.index, output, nullptr));
     // Nothing is written by an index that the driver does not know or has no entries for.
     const bool written = output != nullptr && result > 0;
-    json[capability.name] = {{"result", result},
-                             {"output", written ? Decode(capability.output, bytes, result) : Json()}};
+    json[capability.name] = {
+        {"result", result},
+        {"output", written ? Decode(capability.output, bytes, result) : Json()}};
   }
   if (call.json()) {
     std::cout << json.dump(2) << '\n';
@@ -120,6 +138,7 @@ int Caps(Call& call) {
 
 }  // namespace
 
-const Command kCaps = {"caps", "NAME", 1, 1, kCapsOptions, "every capability index with its answer", Caps};
+const Command kCaps = {"caps", "NAME", 1, 1, kCapsOptions, "every capability index with its answer",
+                       Caps};
 
 }  // namespace printhost

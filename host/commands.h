@@ -43,7 +43,8 @@ extern const Command kData, kRegistry, kMachine, kDevice;
 extern const Command kSheet, kDemo;
 
 // Installs a printer as the spooler does when a driver's printer is added: the initialise event,
-// then the driver's default record as the printer's. Throws Failure; then no printer is left behind.
+// then the driver's default record as the printer's. Throws Failure; then no printer is left
+// behind.
 void InstallPrinter(platform::Machine& machine, const std::u16string& name,
                     const std::u16string& driverName, bool companions);
 

@@ -36,8 +36,10 @@ struct NamedOs {
   OsVersion os;
 };
 constexpr NamedOs kNamedOs[] = {
-    {"95", {.major = 4, .minor = 0, .platformId = 1}},   {"98", {.major = 4, .minor = 10, .platformId = 1}},
-    {"me", {.major = 4, .minor = 90, .platformId = 1}},  {"nt3.51", {.major = 3, .minor = 51}},
+    {"95", {.major = 4, .minor = 0, .platformId = 1}},
+    {"98", {.major = 4, .minor = 10, .platformId = 1}},
+    {"me", {.major = 4, .minor = 90, .platformId = 1}},
+    {"nt3.51", {.major = 3, .minor = 51}},
     {"nt4", {.major = 4, .minor = 0}},
 };
 
@@ -48,7 +50,8 @@ DWORD Number(std::string_view option, std::string_view text) {
   DWORD number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size() || text.empty())
-    throw Failure{kUsage, std::string(option) + " takes a number, not \"" + std::string(text) + "\""};
+    throw Failure{kUsage,
+                  std::string(option) + " takes a number, not \"" + std::string(text) + "\""};
   return number;
 }
 
@@ -57,12 +60,14 @@ OsVersion ParseOs(const std::string& text) {
   if (named != std::end(kNamedOs)) return named->os;
   const std::size_t dot = text.find('.');
   if (dot == std::string::npos) throw Failure{kUsage, "--os takes a version like 6.1"};
-  return {.major = Number("--os", text.substr(0, dot)), .minor = Number("--os", text.substr(dot + 1))};
+  return {.major = Number("--os", text.substr(0, dot)),
+          .minor = Number("--os", text.substr(dot + 1))};
 }
 
 std::string OsText(const OsVersion& os) {
   for (const NamedOs& named : kNamedOs) {
-    if (named.os.major == os.major && named.os.minor == os.minor && named.os.platformId == os.platformId)
+    if (named.os.major == os.major && named.os.minor == os.minor &&
+        named.os.platformId == os.platformId)
       return std::string(named.name);
   }
   return std::to_string(os.major) + '.' + std::to_string(os.minor);
@@ -100,7 +105,8 @@ void Print(const Json& json, bool asJson) {
     return;
   }
   for (const auto& [name, value] : json.items())
-    std::cout << name << '\t' << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
+    std::cout << name << '\t' << (value.is_string() ? value.get<std::string>() : value.dump())
+              << '\n';
 }
 
 int ShowMachine(Call& call) {
@@ -133,18 +139,22 @@ int Device(Call& call) {
   }
   if (arguments.Has("--density")) {
     device.density = Number("--density", arguments.Value("--density"));
-    if (device.density != 203 && device.density != 305) throw Failure{kUsage, "--density takes 203 or 305"};
+    if (device.density != 203 && device.density != 305)
+      throw Failure{kUsage, "--density takes 203 or 305"};
   }
   if (arguments.Has("--answer")) {
     const std::size_t index = IndexOf(kAnswers, arguments.Value("--answer"));
-    if (index == std::size(kAnswers)) throw Failure{kUsage, "--answer takes normal, silent, short or overlong"};
+    if (index == std::size(kAnswers))
+      throw Failure{kUsage, "--answer takes normal, silent, short or overlong"};
     device.answer = static_cast<DeviceAnswer>(index);
   }
   if (arguments.Has("--firmware")) device.firmware = FromUtf8(arguments.Value("--firmware"));
   if (arguments.Has("--font")) device.font = FromUtf8(arguments.Value("--font"));
-  if (arguments.Has("--offline")) device.offline = YesOrNo("--offline", arguments.Value("--offline"));
+  if (arguments.Has("--offline"))
+    device.offline = YesOrNo("--offline", arguments.Value("--offline"));
   companions::SaveSimulatedDevice(name, device);
-  Print({{"mode", device.mode < std::size(kModes) ? kModes[device.mode] : std::to_string(device.mode)},
+  Print({{"mode",
+          device.mode < std::size(kModes) ? kModes[device.mode] : std::to_string(device.mode)},
          {"density", device.density},
          {"firmware", ToUtf8(device.firmware)},
          {"font", ToUtf8(device.font)},
@@ -156,9 +166,12 @@ int Device(Call& call) {
 
 }  // namespace
 
-const Command kMachine = {"machine", "", 0, 0, kMachineOptions,
-                          "shows or sets what the computer is and who is asking", ShowMachine};
-const Command kDevice = {"device", "NAME", 1, 1, kDeviceOptions,
-                         "shows or sets the simulated printer behind the device library", Device};
+const Command kMachine = {
+    "machine",  "", 0, 0, kMachineOptions, "shows or sets what the computer is and who is asking",
+    ShowMachine};
+const Command kDevice = {
+    "device", "NAME",         1,
+    1,        kDeviceOptions, "shows or sets the simulated printer behind the device library",
+    Device};
 
 }  // namespace printhost

@@ -25,7 +25,8 @@ std::u16string InstalledPath(const platform::Machine& machine, std::u16string_vi
 
 bool IsInstalled(const platform::Machine& machine, std::u16string_view name) {
   std::error_code error;
-  const auto status = std::filesystem::symlink_status(machine.HostPath(InstalledPath(machine, name)), error);
+  const auto status =
+      std::filesystem::symlink_status(machine.HostPath(InstalledPath(machine, name)), error);
   return std::filesystem::exists(status);
 }
 
@@ -57,7 +58,8 @@ DriverModule::DriverModule(platform::Machine& machine) {
   const std::u16string path = InstalledPath(machine, kModule);
   module_ = LoadLibraryW(path.c_str());
   if (module_ == nullptr)
-    throw Failure{kFailed, ToUtf8(path) + " cannot be loaded (error " + std::to_string(GetLastError()) + ")"};
+    throw Failure{
+        kFailed, ToUtf8(path) + " cannot be loaded (error " + std::to_string(GetLastError()) + ")"};
   Find(module_, "DrvPrinterEvent", printerEvent);
   Find(module_, "DrvConvertDevMode", convertDevMode);
   Find(module_, "DrvDeviceCapabilities", deviceCapabilities);

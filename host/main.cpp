@@ -25,8 +25,9 @@ std::u16string Call::Printer() const {
 }
 
 std::span<const Command> Commands() {
-  static const Command commands[] = {kAdd,  kRemove,  kList,    kCaps,   kSettings, kConvert, kSetDefault,
-                                     kData, kRegistry, kMachine, kDevice, kSheet,    kDemo};
+  static const Command commands[] = {kAdd,     kRemove,     kList, kCaps,     kSettings,
+                                     kConvert, kSetDefault, kData, kRegistry, kMachine,
+                                     kDevice,  kSheet,      kDemo};
   return commands;
 }
 
@@ -44,13 +45,15 @@ void PrintOption(const Option& option) {
 
 void PrintHelp() {
   std::cout << "printhost [--state DIR] COMMAND …\n"
-               "Installs label printers on a computer of its own, asks their driver and shows its sheets.\n\n";
+               "Installs label printers on a computer of its own, asks their driver and shows its "
+               "sheets.\n\n";
   for (const Command& command : Commands()) {
     std::string left = "  " + std::string(command.name) + ' ' + std::string(command.positional);
     left.resize(std::max<std::size_t>(left.size() + 2, 34), ' ');
     std::cout << left << command.summary << '\n';
   }
-  std::cout << "\nprinthost COMMAND --help tells a command's options. The computer is kept in DIR, by default\n"
+  std::cout << "\nprinthost COMMAND --help tells a command's options. The computer is kept in DIR, "
+               "by default\n"
                "$XDG_STATE_HOME/printhost or ~/.local/state/printhost.\n"
                "Exit codes: 0 done, 1 cancelled, 2 usage, 3 failed.\n";
 }
@@ -101,10 +104,12 @@ int Main(std::vector<std::string> words) {
   if (count < command->least || count > command->most)
     throw Failure{kUsage, std::string(command->name) + " takes " +
                               (command->most == 0 ? "no name" : std::string(command->positional))};
-  const std::string state = arguments.Has("--state") ? arguments.Value("--state") : program.Value("--state");
+  const std::string state =
+      arguments.Has("--state") ? arguments.Value("--state") : program.Value("--state");
   if (state.empty() && (arguments.Has("--state") || program.Has("--state")))
     throw Failure{kUsage, "--state takes a folder"};
-  const auto machine = platform::Machine::Open(state.empty() ? DefaultState() : std::filesystem::path(state));
+  const auto machine =
+      platform::Machine::Open(state.empty() ? DefaultState() : std::filesystem::path(state));
   Call call{arguments, *machine};
   const int exit = command->run(call);
   std::cout.flush();

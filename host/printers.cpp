@@ -12,7 +12,8 @@ namespace printhost {
 namespace {
 
 constexpr Option kAddOptions[] = {
-    {"--driver-name", 1, "TEXT", "the driver's name as the spooler knows it (default \"VELA QM610r\")"},
+    {"--driver-name", 1, "TEXT",
+     "the driver's name as the spooler knows it (default \"VELA QM610r\")"},
     {"--without-companions", 0, "", "do not install the device and barcode libraries"},
 };
 constexpr Option kListOptions[] = {kJsonOption};
@@ -84,7 +85,8 @@ void InstallPrinter(platform::Machine& machine, const std::u16string& name,
 }
 
 const Command kAdd = {"add", "NAME", 1, 1, kAddOptions, "installs a printer", Add};
-const Command kRemove = {"remove", "NAME", 1, 1, {}, "removes a printer with all that is stored for it", Remove};
+const Command kRemove = {
+    "remove", "NAME", 1, 1, {}, "removes a printer with all that is stored for it", Remove};
 const Command kList = {"list", "", 0, 0, kListOptions, "the printers: name, driver, port", List};
 
 }  // namespace printhost

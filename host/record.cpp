@@ -59,7 +59,8 @@ void WriteRecordFile(const std::filesystem::path& path, const Record& record) {
   std::filesystem::path beside = path;
   beside += ".new";
   std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-  file.write(reinterpret_cast<const char*>(record.data()), static_cast<std::streamsize>(record.size()));
+  file.write(reinterpret_cast<const char*>(record.data()),
+             static_cast<std::streamsize>(record.size()));
   file.close();
   std::error_code error;
   if (file) std::filesystem::rename(beside, path, error);

@@ -15,7 +15,9 @@ namespace {
 constexpr Option kInOption = {"--in", 1, "FILE", "a settings record"};
 constexpr Option kOutOption = {"--out", 1, "FILE", "where the record that comes back is written"};
 constexpr Option kSettingsOptions[] = {
-    {"--in", 1, "FILE", "a settings record to merge into the printer's settings"}, kOutOption, kJsonOption};
+    {"--in", 1, "FILE", "a settings record to merge into the printer's settings"},
+    kOutOption,
+    kJsonOption};
 constexpr Option kConvertOptions[] = {kInOption, kOutOption, kJsonOption};
 constexpr Option kSetDefaultOptions[] = {kInOption};
 
@@ -28,7 +30,8 @@ void PrintFields(const Json& fields, const std::string& prefix) {
     if (value.is_object())
       PrintFields(value, prefix + name + '.');
     else
-      std::cout << prefix << name << '\t' << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
+      std::cout << prefix << name << '\t'
+                << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
   }
 }
 
@@ -56,7 +59,8 @@ int Convert(Call& call) {
   Record output(kestrel::kRecordSize);
   auto size = static_cast<LONG>(output.size());
   if (!module.convertDevMode(name.data(), AsDevMode(input), AsDevMode(output), &size, CDM_CONVERT))
-    throw Failure{kFailed, "the driver did not convert the record (error " + std::to_string(GetLastError()) + ")"};
+    throw Failure{kFailed, "the driver did not convert the record (error " +
+                               std::to_string(GetLastError()) + ")"};
   output.resize(RecordExtent(output));
   WriteRecordFile(call.arguments.Value("--out"), output);
   if (call.json()) std::cout << RecordJson(output).dump(2) << '\n';
@@ -71,30 +75,41 @@ int SetDefault(Call& call) {
   const Record record = Resolve(module, name, input);
   if (record.size() != kestrel::kRecordSize)
     throw Failure{kFailed,
-                  "the driver hands a record of that older, shorter form back as it is; it cannot be a printer's default"};
+                  "the driver hands a record of that older, shorter form back as it is; it cannot "
+                  "be a printer's default"};
   call.machine.SetDefaultRecord(name, record);
   return kDone;
 }
 
 }  // namespace
 
-Record Resolve(DriverModule& module, const std::u16string& name, const std::optional<Record>& input) {
+Record Resolve(DriverModule& module, const std::u16string& name,
+               const std::optional<Record>& input) {
   PrinterHandle printer(name);
-  const LONG size = module.documentProperties(nullptr, printer.get(), printer.name(), nullptr, nullptr, 0);
+  const LONG size =
+      module.documentProperties(nullptr, printer.get(), printer.name(), nullptr, nullptr, 0);
   Record output(static_cast<std::size_t>(std::max<LONG>(size, kestrel::kRecordSize)));
   // The driver reads the input alone; its contract just has no const.
-  auto* given = input ? reinterpret_cast<DEVMODEW*>(const_cast<std::byte*>(input->data())) : nullptr;
+  auto* given =
+      input ? reinterpret_cast<DEVMODEW*>(const_cast<std::byte*>(input->data())) : nullptr;
   const DWORD mode = DM_COPY | (input ? DM_IN_BUFFER : 0);
-  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output), given, mode) != IDOK)
+  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output), given,
+                                mode) != IDOK)
     throw Failure{kFailed, "the driver gave no settings for \"" + ToUtf8(name) + "\""};
   output.resize(RecordExtent(output));
   return output;
 }
 
-const Command kSettings = {"settings", "NAME", 1, 1, kSettingsOptions,
-                           "the resolved settings record", Settings};
-const Command kConvert = {"convert", "NAME", 1, 1, kConvertOptions, "converts a record to the driver's form", Convert};
-const Command kSetDefault = {"set-default", "NAME", 1, 1, kSetDefaultOptions,
-                             "resolves a record and keeps it as the printer's default", SetDefault};
+const Command kSettings = {
+    "settings", "NAME", 1, 1, kSettingsOptions, "the resolved settings record", Settings};
+const Command kConvert = {
+    "convert", "NAME", 1, 1, kConvertOptions, "converts a record to the driver's form", Convert};
+const Command kSetDefault = {"set-default",
+                             "NAME",
+                             1,
+                             1,
+                             kSetDefaultOptions,
+                             "resolves a record and keeps it as the printer's default",
+                             SetDefault};
 
 }  // namespace printhost

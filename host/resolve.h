@@ -9,8 +9,9 @@
 
 namespace printhost {
 
-// The printer's settings, with an input record merged when one is given, as an application gets them
-// from the document properties without a sheet. Throws Failure when the driver refuses.
-Record Resolve(DriverModule& module, const std::u16string& name, const std::optional<Record>& input);
+// The printer's settings, with an input record merged when one is given, as an application gets
+// them from the document properties without a sheet. Throws Failure when the driver refuses.
+Record Resolve(DriverModule& module, const std::u16string& name,
+               const std::optional<Record>& input);
 
 }  // namespace printhost

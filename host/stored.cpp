@@ -45,7 +45,8 @@ std::string Hex(const std::vector<std::byte>& bytes) {
 }
 
 Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
-  Json json = {{"type", TypeName(data.type)}, {"size", data.bytes.size()}, {"bytes", Hex(data.bytes)}};
+  Json json = {
+      {"type", TypeName(data.type)}, {"size", data.bytes.size()}, {"bytes", Hex(data.bytes)}};
   if (data.type == REG_SZ) {
     std::u16string text(data.bytes.size() / sizeof(char16_t), u'\0');
     std::memcpy(text.data(), data.bytes.data(), text.size() * sizeof(char16_t));
@@ -63,7 +64,8 @@ Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
 // A value in one line: name, type, size, and its text, number or bytes.
 void PrintValue(std::u16string_view name, const platform::DataValue& data) {
   const Json json = ValueJson(name, data);
-  std::cout << ToUtf8(name) << '\t' << json["type"].get<std::string>() << '\t' << json["size"] << '\t';
+  std::cout << ToUtf8(name) << '\t' << json["type"].get<std::string>() << '\t' << json["size"]
+            << '\t';
   if (json.contains("text"))
     std::cout << json["text"].get<std::string>() << '\n';
   else if (json.contains("number"))
@@ -86,10 +88,12 @@ int PrintAll(const std::map<std::u16string, platform::DataValue>& values, bool a
 
 int Data(Call& call) {
   const std::u16string printer = call.Printer();
-  if (call.arguments.positional().size() == 1) return PrintAll(call.machine.AllData(printer), call.json());
+  if (call.arguments.positional().size() == 1)
+    return PrintAll(call.machine.AllData(printer), call.json());
   const std::u16string name = call.Text(1);
   const auto data = call.machine.Data(printer, name);
-  if (!data) throw Failure{kFailed, "\"" + ToUtf8(printer) + "\" has no value \"" + ToUtf8(name) + "\""};
+  if (!data)
+    throw Failure{kFailed, "\"" + ToUtf8(printer) + "\" has no value \"" + ToUtf8(name) + "\""};
   if (call.json())
     std::cout << ValueJson(name, *data).dump(2) << '\n';
   else
@@ -98,14 +102,19 @@ int Data(Call& call) {
 }
 
 int Registry(Call& call) {
-  return PrintAll(call.machine.AllRegistry(call.arguments.positional().empty() ? u"" : call.Text(0)), call.json());
+  return PrintAll(
+      call.machine.AllRegistry(call.arguments.positional().empty() ? u"" : call.Text(0)),
+      call.json());
 }
 
 }  // namespace
 
-const Command kData = {"data", "NAME [VALUE]", 1, 2, kStoredOptions,
-                       "a printer's data: name, type, size, bytes", Data};
-const Command kRegistry = {"registry", "[KEY]", 0, 1, kStoredOptions,
-                           "the registry's values at and below a key of HKEY_LOCAL_MACHINE", Registry};
+const Command kData = {"data", "NAME [VALUE]", 1,
+                       2,      kStoredOptions, "a printer's data: name, type, size, bytes",
+                       Data};
+const Command kRegistry = {
+    "registry", "[KEY]",        0,
+    1,          kStoredOptions, "the registry's values at and below a key of HKEY_LOCAL_MACHINE",
+    Registry};
 
 }  // namespace printhost

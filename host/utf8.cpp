@@ -15,7 +15,11 @@ bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 // The code point that starts at text[at], or nothing of a malformed, overlong or out-of-range one.
 bool Decode(std::string_view text, std::size_t& at, char32_t& point) {
   const auto lead = static_cast<unsigned char>(text[at]);
-  const int extra = lead < 0x80 ? 0 : lead >> 5 == 6 ? 1 : lead >> 4 == 14 ? 2 : lead >> 3 == 30 ? 3 : -1;
+  const int extra = lead < 0x80       ? 0
+                    : lead >> 5 == 6  ? 1
+                    : lead >> 4 == 14 ? 2
+                    : lead >> 3 == 30 ? 3
+                                      : -1;
   if (extra < 0 || text.size() - at <= static_cast<std::size_t>(extra)) return false;
   point = extra == 0 ? lead : static_cast<char32_t>(lead & (0x3F >> extra));
   for (int i = 1; i <= extra; ++i) {
@@ -24,7 +28,8 @@ bool Decode(std::string_view text, std::size_t& at, char32_t& point) {
     point = point << 6 | (next & 0x3F);
   }
   constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
-  if (point < kLeast[extra] || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) return false;
+  if (point < kLeast[extra] || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF))
+    return false;
   at += static_cast<std::size_t>(extra) + 1;
   return true;
 }

@@ -1,0 +1,57 @@
+#include "host/picture.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace printhost {
+namespace {
+
+constexpr DWORD_PTR kBitmapType = 2;         // RT_BITMAP
+constexpr std::size_t kFileHeaderSize = 14;  // BITMAPFILEHEADER
+
+template <typename Number>
+Number Read(std::string_view bytes, std::size_t at) {
+  Number number;
+  std::memcpy(&number, bytes.data() + at, sizeof number);
+  return number;
+}
+
+void Append(std::string& out, std::uint32_t number) {
+  out.append(reinterpret_cast<const char*>(&number), sizeof number);
+}
+
+// The bytes from the bitmap's header to its pixels, or 0 when the header makes no sense.
+// BITMAPINFOHEADER documents the offsets: biBitCount 14, biCompression 16, biClrUsed 32.
+std::size_t PixelOffset(std::string_view bitmap) {
+  if (bitmap.size() < 40) return 0;
+  const std::size_t header = Read<std::uint32_t>(bitmap, 0);
+  const unsigned bits = Read<std::uint16_t>(bitmap, 14);
+  std::size_t colours = Read<std::uint32_t>(bitmap, 32);
+  if (colours == 0 && bits <= 8) colours = std::size_t{1} << bits;
+  const bool masks = header == 40 && Read<std::uint32_t>(bitmap, 16) == 3;
+  const std::size_t offset = header + colours * 4 + (masks ? 12 : 0);
+  return header >= 40 && offset <= bitmap.size() ? offset : 0;
+}
+
+}  // namespace
+
+std::string BitmapFile(HMODULE module, int id) {
+  const HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(static_cast<DWORD_PTR>(id)),
+                                    MAKEINTRESOURCEW(kBitmapType));
+  if (found == nullptr) return {};
+  const HGLOBAL loaded = LoadResource(module, found);
+  const void* bytes = loaded == nullptr ? nullptr : LockResource(loaded);
+  if (bytes == nullptr) return {};
+  const std::string_view bitmap(static_cast<const char*>(bytes), SizeofResource(module, found));
+  const std::size_t pixels = PixelOffset(bitmap);
+  if (pixels == 0) return {};
+  std::string file = "BM";
+  file.reserve(kFileHeaderSize + bitmap.size());
+  Append(file, static_cast<std::uint32_t>(kFileHeaderSize + bitmap.size()));
+  Append(file, 0);
+  Append(file, static_cast<std::uint32_t>(kFileHeaderSize + pixels));
+  return file.append(bitmap);
+}
+
+}  // namespace printhost

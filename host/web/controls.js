@@ -1,0 +1,188 @@
+// The controls of a window as HTML controls: one builder a kind that makes the element and reports
+// what the person does, one updater that follows the server.
+import { draw } from "./draw.js";
+
+// A length in the desk's pixels.
+const px = (n) => `calc(${n} * var(--px))`;
+
+export function place(element, [left, top, width, height]) {
+  Object.assign(element.style, { left: px(left), top: px(top), width: px(width), height: px(height) });
+}
+
+function make(tag, className, parent, properties = {}) {
+  const element = Object.assign(document.createElement(tag), properties);
+  if (className) element.className = className;
+  parent?.append(element);
+  return element;
+}
+
+// "(&X)": the letter after a single "&" is the access key, "&&" is an ampersand.
+export function setLabel(element, text) {
+  element.replaceChildren();
+  for (const piece of text.match(/&&|&[^&]|[^&]+/gs) ?? []) {
+    if (piece === "&&") element.append("&");
+    else if (piece.length === 2 && piece[0] === "&") make("u", "", element, { textContent: piece[1] });
+    else element.append(piece);
+  }
+}
+
+// A text that is a little too wide for its place is narrowed, as system fonts differ from the
+// dialogs' own.
+function fit(text, box, centred) {
+  text.style.transform = "";
+  const room = box.clientWidth;
+  const width = text.scrollWidth;
+  if (width <= room || room === 0 || box.classList.contains("wrapped")) return;
+  text.style.transformOrigin = centred ? "center" : "left";
+  text.style.transform = `scaleX(${room / width})`;
+}
+
+const builders = {
+  button(node) {
+    node.element = node.input = make("button", "push", null, { type: "button" });
+    node.text = make("span", "text", node.element);
+    node.input.addEventListener("click", () => node.act({ action: "click" }));
+  },
+  check(node) {
+    node.element = make("label", "check");
+    node.input = make("input", "", node.element, { type: "checkbox" });
+    node.text = make("span", "text", node.element);
+    node.input.addEventListener("click", () => node.act({ action: "click" }));
+  },
+  radio(node) {
+    node.element = make("label", "check");
+    node.input = make("input", "", node.element, { type: "radio" });
+    node.text = make("span", "text", node.element);
+    node.input.addEventListener("click", () => node.act({ action: "click" }));
+  },
+  group(node) {
+    node.element = node.input = make("div", "group");
+    node.text = make("span", "text", node.element);
+  },
+  static(node) {
+    node.element = node.input = make("div", "static");
+    node.text = make("span", "text", node.element);
+  },
+  edit(node) {
+    node.element = node.input = make("input", "edit", null, { type: "text", autocomplete: "off", spellcheck: false });
+    const report = () => node.act({ action: "edit", text: node.input.value });
+    // What an input method composes is reported once, when it is done.
+    node.input.addEventListener("input", (event) => event.isComposing || report());
+    node.input.addEventListener("compositionend", report);
+    node.input.addEventListener("keydown", (event) => {
+      const steps = { ArrowUp: 1, ArrowDown: -1 }[event.key];
+      if (!steps || event.isComposing || !node.spin) return;
+      event.preventDefault();
+      node.act({ action: "spin", steps }, node.spin);
+    });
+  },
+  combo(node) {
+    node.element = node.input = make("select", "combo");
+    node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
+  },
+  list(node) {
+    node.element = node.input = make("select", "list", null, { size: 2 });
+    node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
+  },
+  updown(node) {
+    node.element = node.input = make("span", "updown");
+    for (const [name, steps, sign] of [["up", 1, "▲"], ["down", -1, "▼"]]) {
+      const arrow = make("button", "", node.element, { type: "button", tabIndex: -1, textContent: sign });
+      arrow.dataset.spin = name;
+      let timer = 0;
+      const stop = () => clearTimeout(timer);
+      const step = (wait) => {
+        node.act({ action: "spin", steps });
+        timer = setTimeout(step, wait, 120);
+      };
+      arrow.addEventListener("pointerdown", (event) => {
+        event.preventDefault(); // the edit keeps the focus
+        if (event.button === 0 && !arrow.disabled) step(400);
+      });
+      for (const type of ["pointerup", "pointerleave", "pointercancel"]) arrow.addEventListener(type, stop);
+    }
+  },
+  drawn(node) {
+    node.element = node.input = node.view.tabStop ? make("button", "drawn", null, { type: "button" }) : make("div", "drawn");
+    if (node.view.tabStop) node.input.addEventListener("click", () => node.act({ action: "click" }));
+  },
+  track(node) {
+    node.element = node.input = make("input", "track", null, { type: "range", step: 1 });
+    node.input.addEventListener("input", () => node.act({ action: "slide", position: node.input.valueAsNumber }));
+  },
+};
+
+function updateItems(node, view) {
+  const { input } = node;
+  if (JSON.stringify(view.items) !== node.items) {
+    node.items = JSON.stringify(view.items);
+    input.replaceChildren(...view.items.map((text) => make("option", "", null, { textContent: text })));
+  }
+  if (input.selectedIndex !== view.selection) input.selectedIndex = view.selection;
+}
+
+const updaters = {
+  button(node, view) {
+    node.element.classList.toggle("default", view.default);
+  },
+  check(node, view) {
+    node.input.checked = view.checked;
+  },
+  radio(node, view) {
+    node.input.checked = view.checked;
+  },
+  static(node, view) {
+    node.element.classList.toggle("centred", view.centred);
+    node.element.classList.toggle("wrapped", view.rect[3] >= 23);
+    node.element.style.background = view.background ?? "";
+  },
+  edit(node, view) {
+    const { input } = node;
+    input.readOnly = view.readOnly;
+    if (view.limit > 0) input.maxLength = view.limit;
+    if (input.value === view.text) return;
+    const caret = input.selectionStart;
+    input.value = view.text;
+    if (document.activeElement === input) input.setSelectionRange(caret, caret);
+  },
+  combo: updateItems,
+  list: updateItems,
+  updown(node, view) {
+    for (const arrow of node.element.children) arrow.disabled = !view.enabled;
+  },
+  track(node, view) {
+    Object.assign(node.input, { min: view.minimum, max: view.maximum, value: view.position });
+  },
+};
+
+export function createControl(view, link) {
+  const node = { view: { ...view }, kind: view.kind, number: 0, shown: "" };
+  node.act = (action, id = node.view.id) => (node.number = link.send({ id, ...action }));
+  builders[view.kind](node);
+  node.input.dataset.id = view.id;
+  node.input.dataset.kind = view.kind;
+  node.element.classList.add("control");
+  node.input.addEventListener("focus", () => link.focused(node));
+  return node;
+}
+
+// Follows the server, unless the person is ahead of it or composes text.
+export function updateControl(node, view, link) {
+  if (link.isAhead(node.number)) return;
+  const shown = JSON.stringify({ ...view, focused: false });
+  if (shown === node.shown && node.number === 0) return;
+  const text = node.view.text !== view.text || !node.shown;
+  Object.assign(node, { view, shown, number: 0 });
+  place(node.element, view.rect);
+  if ("disabled" in node.input) node.input.disabled = !view.enabled;
+  node.element.classList.toggle("disabled", !view.enabled);
+  if (node.kind !== "updown") node.input.tabIndex = view.tabStop || view.kind === "radio" ? 0 : -1;
+  if (node.text && text) setLabel(node.text, view.text);
+  updaters[node.kind]?.(node, view);
+  if (view.drawing) {
+    node.drawing?.remove();
+    node.drawing = draw(view.drawing, view.rect[2], view.rect[3]);
+    node.input.append(node.drawing);
+  }
+  if (node.text && text) requestAnimationFrame(() => fit(node.text, node.element, node.kind === "button" || view.centred));
+}

@@ -1,0 +1,176 @@
+// Windows: the sheet with its tabs and buttons, dialogs, message boxes. A frame holds the controls
+// of its window in their order, so that Tab walks through them as on the desktop.
+import { createControl, updateControl, setLabel } from "./controls.js";
+import { draw } from "./draw.js";
+
+const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"], ["apply", "適用(&A)"]];
+// Message box icons by the high digit of the style.
+const ICONS = { 1: ["stop", "✕"], 2: ["question", "?"], 3: ["exclamation", "!"], 4: ["information", "i"] };
+
+const px = (n) => `calc(${n} * var(--px))`;
+
+function make(tag, className, parent, properties = {}) {
+  const element = Object.assign(document.createElement(tag), properties);
+  if (className) element.className = className;
+  parent?.append(element);
+  return element;
+}
+
+function resize(element, width, height) {
+  Object.assign(element.style, { width: px(width), height: px(height) });
+}
+
+// Controls that are there follow the server, new ones come in at their place, gone ones go.
+function updateControls(frame, views, link) {
+  const left = new Map(frame.controls);
+  let position = frame.client.querySelector(":scope > .control");
+  for (const view of views) {
+    let node = frame.controls.get(view.handle);
+    if (!node || node.kind !== view.kind) {
+      node?.element.remove();
+      node = createControl(view, link);
+      frame.controls.set(view.handle, node);
+    }
+    left.delete(view.handle);
+    if (node.element === position) position = position.nextElementSibling;
+    else frame.client.insertBefore(node.element, position);
+    updateControl(node, view, link);
+  }
+  for (const [handle, node] of left) {
+    node.element.remove();
+    frame.controls.delete(handle);
+  }
+  pairSpins(frame);
+  nameRadios(frame, views);
+}
+
+// An edit steps with the arrow keys when an up-down belongs to it.
+function pairSpins(frame) {
+  const nodes = [...frame.controls.values()];
+  for (const spin of nodes.filter((node) => node.kind === "updown" && node.view.enabled)) {
+    const edit = nodes.find((node) => node.kind === "edit" && node.view.id === spin.view.buddy);
+    if (edit) edit.spin = spin.view.id;
+  }
+}
+
+// Radio buttons of one group share a name, so that the arrow keys walk through them.
+function nameRadios(frame, views) {
+  let group = 0;
+  for (const view of views) {
+    if (view.group) ++group;
+    if (view.kind === "radio") frame.controls.get(view.handle).input.name = `${frame.handle}-${group}`;
+  }
+  // A name that changed may have cleared a button; the server knows.
+  for (const view of views) {
+    const node = frame.controls.get(view.handle);
+    if (view.kind === "radio" && node.number === 0) node.input.checked = view.checked;
+  }
+}
+
+function updateClient(frame, view, link) {
+  resize(frame.client, view.width, view.height);
+  const drawing = JSON.stringify(view.drawing ?? []);
+  if (drawing !== frame.drawn) {
+    frame.drawn = drawing;
+    frame.drawing?.remove();
+    frame.drawing = draw(view.drawing ?? [], view.width, view.height);
+    frame.client.prepend(frame.drawing);
+  }
+  updateControls(frame, view.controls, link);
+}
+
+function titleBar(element, link) {
+  const bar = make("header", "title", element);
+  const text = make("span", "", bar);
+  const close = make("button", "close", bar, { type: "button", tabIndex: -1, textContent: "×", title: "閉じる" });
+  close.addEventListener("click", () => link.send({ action: "close" }));
+  return text;
+}
+
+function buildSheet(frame, link) {
+  frame.tabs = make("div", "tabs", frame.element, { role: "tablist" });
+  frame.holder = make("div", "holder", frame.element);
+  const footer = make("footer", "", frame.element);
+  frame.buttons = {};
+  for (const [name, label] of SHEET_BUTTONS) {
+    const button = make("button", "push", footer, { type: "button" });
+    setLabel(button, label);
+    button.dataset.button = name;
+    button.addEventListener("click", () => link.send({ action: "press", button: name }));
+    frame.buttons[name] = button;
+  }
+  frame.element.append(frame.tabs); // the tabs come last in the order of Tab, and are shown first
+}
+
+function updateTabs(frame, view, link) {
+  while (frame.tabs.children.length < view.tabs.length) {
+    const index = frame.tabs.children.length;
+    const tab = make("button", "tab", frame.tabs, { type: "button", role: "tab" });
+    tab.dataset.page = index;
+    tab.addEventListener("click", () => link.send({ action: "page", index }));
+    tab.addEventListener("keydown", (event) => {
+      const next = index + ({ ArrowRight: 1, ArrowLeft: -1 }[event.key] ?? NaN);
+      if (!frame.tabs.children[next]) return;
+      link.send({ action: "page", index: next });
+      frame.tabs.children[next].focus();
+    });
+  }
+  [...frame.tabs.children].forEach((tab, index) => {
+    setLabel(tab, view.tabs[index]);
+    tab.ariaSelected = String(index === view.activeTab);
+    tab.tabIndex = index === view.activeTab ? 0 : -1;
+  });
+}
+
+function updateSheet(frame, view, link) {
+  updateTabs(frame, view, link);
+  resize(frame.holder, view.pageWidth, view.pageHeight);
+  frame.buttons.apply.hidden = !view.applyVisible;
+  frame.buttons.apply.disabled = !view.applyEnabled;
+  if (frame.page?.handle !== view.page?.handle) {
+    frame.page?.client.remove();
+    frame.page = view.page && { handle: view.page.handle, controls: new Map() };
+    if (frame.page) frame.page.client = make("div", "client page", frame.holder, { role: "tabpanel" });
+  }
+  if (!frame.page) return;
+  frame.page.client.dataset.window = view.page.title;
+  updateClient(frame.page, view.page, link);
+}
+
+// A message box is laid out by its text, not by its rectangles.
+function updateMessage(frame, view, link) {
+  const [icon, sign] = ICONS[(view.style >> 4) & 0xf] ?? [];
+  if (!frame.message) {
+    frame.message = make("div", "message", frame.element);
+    if (icon) make("span", `icon ${icon}`, frame.message, { textContent: sign }).dataset.icon = icon;
+    frame.client = make("div", "answers", frame.element);
+  }
+  updateControls(frame, view.controls, link);
+  const text = [...frame.controls.values()].find((node) => node.kind === "static");
+  if (text && text.element.parentElement !== frame.message) frame.message.append(text.element);
+}
+
+export function createFrame(view, link) {
+  const frame = { handle: view.handle, kind: view.kind, controls: new Map(), page: null };
+  frame.element = make("section", `window ${view.kind}`, null, { role: "dialog" });
+  frame.element.dataset.kind = view.kind;
+  frame.title = titleBar(frame.element, link);
+  if (view.kind === "sheet") buildSheet(frame, link);
+  else if (view.kind !== "message") frame.client = make("div", "client", frame.element);
+  return frame;
+}
+
+export function updateFrame(frame, view, link) {
+  frame.element.dataset.window = view.title;
+  frame.element.ariaLabel = view.title;
+  frame.title.textContent = view.title;
+  if (view.kind === "sheet") updateSheet(frame, view, link);
+  else if (view.kind === "message") updateMessage(frame, view, link);
+  else updateClient(frame, view, link);
+}
+
+// The control with the server's focus, if the frame or its page has it.
+export function focusedControl(frame) {
+  const nodes = [...frame.controls.values(), ...(frame.page?.controls.values() ?? [])];
+  return nodes.find((node) => node.view.focused);
+}

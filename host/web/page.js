@@ -1,0 +1,102 @@
+// Shows the desk's windows and reports what the person does. The server's picture is the truth; a
+// control that the person is ahead of (its last action is not handled yet) is left alone until the
+// server has caught up.
+import { createFrame, updateFrame, focusedControl } from "./frames.js";
+
+const desk = document.getElementById("desk");
+const notice = document.getElementById("notice");
+const frames = new Map(); // handle → frame, the one on top last
+let sent = 0;
+let handled = 0;
+let following = false; // the focus moves because the server says so
+let queue = Promise.resolve();
+
+function say(text) {
+  notice.textContent = text;
+  notice.hidden = !text;
+}
+
+// Reports an action; answers its number. Actions reach the server in order.
+function send(action) {
+  const number = ++sent;
+  const body = JSON.stringify({ ...action, number });
+  const post = () => fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body });
+  queue = queue.then(post).catch(() => say("接続が切れました。"));
+  return number;
+}
+
+const top = () => [...frames.values()].at(-1);
+
+// What a frame and its controls need of the page.
+function linkTo(handle) {
+  return {
+    send: (action) => send({ ...action, window: handle }),
+    isAhead: (number) => handled < number,
+    focused: (node) => {
+      if (!following && !node.view.focused) send({ action: "focus", id: node.view.id, window: handle });
+    },
+  };
+}
+
+function followFocus(frame) {
+  if (handled < sent) return;
+  const node = focusedControl(frame);
+  if (!node || document.activeElement === node.input) return;
+  following = true;
+  node.input.focus({ preventScroll: true });
+  if (node.kind === "edit") node.input.select();
+  following = false;
+}
+
+function show(picture) {
+  handled = picture.handled;
+  const gone = new Map(frames);
+  for (const view of picture.windows) {
+    let frame = frames.get(view.handle);
+    if (!frame) {
+      const link = linkTo(view.handle);
+      frame = Object.assign(createFrame(view, link), { link });
+      frames.set(view.handle, frame);
+      desk.append(frame.element);
+    }
+    gone.delete(view.handle);
+    updateFrame(frame, view, frame.link);
+  }
+  for (const [handle, frame] of gone) {
+    frame.element.remove();
+    frames.delete(handle);
+  }
+  const last = top();
+  for (const frame of frames.values()) frame.element.inert = frame !== last;
+  if (!last) return;
+  document.title = [...frames.values()][0].title.textContent;
+  followFocus(last);
+}
+
+function end(result) {
+  stream.close();
+  desk.replaceChildren();
+  frames.clear();
+  document.body.dataset.end = result;
+  say(result === "ok" ? "設定しました。このページは閉じてかまいません。" : "変更せずに終了しました。このページは閉じてかまいません。");
+}
+
+document.addEventListener("keydown", (event) => {
+  const frame = top();
+  if (!frame || event.isComposing || event.ctrlKey || event.metaKey) return;
+  const inButton = event.target instanceof HTMLButtonElement;
+  if (event.key === "Escape") frame.link.send({ action: "escape" });
+  else if (event.key === "Enter" && !inButton) frame.link.send({ action: "enter" });
+  else if (event.altKey && event.key.length === 1) frame.link.send({ action: "access", text: event.key });
+  else return;
+  event.preventDefault();
+});
+
+const stream = new EventSource("events");
+stream.onopen = () => say("");
+stream.onerror = () => say("接続が切れました。つなぎ直しています…");
+stream.onmessage = (event) => {
+  const picture = JSON.parse(event.data);
+  if (picture.end) end(picture.end);
+  else show(picture);
+};
