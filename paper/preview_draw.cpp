@@ -1,7 +1,6 @@
 #include "paper/preview_draw.h"
 
-#include "driver/handles.h"
-#include "driver/instance.h"
+#include "driver/drawing.h"
 #include "resources/resource.h"
 
 namespace kestrel {
@@ -12,15 +11,6 @@ constexpr COLORREF kBlack = RGB(0, 0, 0);
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr int kCharacterPitch = 16;  // pixels from one vertical character to the next
 constexpr int kCharacterInset = 2;
-
-struct DeleteGdiObject {
-  void operator()(HGDIOBJ object) const { DeleteObject(object); }
-};
-struct DeleteMemoryDc {
-  void operator()(HDC dc) const { DeleteDC(dc); }
-};
-using GdiObject = UniqueHandle<HGDIOBJ, DeleteGdiObject>;
-using MemoryDc = UniqueHandle<HDC, DeleteMemoryDc>;
 
 // Gives a device context its objects and modes back. Declared after the owners of what is selected
 // meanwhile, so that these are free when they are deleted.
@@ -38,35 +28,13 @@ class SavedDc {
 
 bool IsEmpty(const RECT& rect) { return rect.right <= rect.left || rect.bottom <= rect.top; }
 
-// A bitmap resource ready to be stretched any number of times.
-class LoadedPicture {
- public:
-  LoadedPicture(HDC dc, int bitmapId)
-      : bitmap_(LoadBitmapW(ModuleInstance(), MAKEINTRESOURCEW(static_cast<DWORD_PTR>(bitmapId)))),
-        memory_(bitmap_ ? CreateCompatibleDC(dc) : nullptr) {
-    if (memory_) before_ = SelectObject(memory_.get(), bitmap_.get());
-    if (bitmap_) GetObjectW(bitmap_.get(), sizeof size_, &size_);
-  }
-  ~LoadedPicture() {
-    if (before_ != nullptr) SelectObject(memory_.get(), before_);
-  }
-  LoadedPicture(const LoadedPicture&) = delete;
-  LoadedPicture& operator=(const LoadedPicture&) = delete;
-
-  void StretchOver(HDC dc, const RECT& rect) const {
-    if (before_ == nullptr || IsEmpty(rect)) return;
-    const int mode = SetStretchBltMode(dc, BLACKONWHITE);
-    StretchBlt(dc, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
-               memory_.get(), 0, 0, size_.bmWidth, size_.bmHeight, SRCCOPY);
-    SetStretchBltMode(dc, mode);
-  }
-
- private:
-  GdiObject bitmap_;
-  MemoryDc memory_;
-  HGDIOBJ before_ = nullptr;
-  BITMAP size_ = {};
-};
+void Stretch(HDC dc, const RECT& rect, const Picture& picture) {
+  if (!picture || IsEmpty(rect)) return;
+  const int mode = SetStretchBltMode(dc, BLACKONWHITE);
+  StretchBlt(dc, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top, picture.dc(),
+             0, 0, picture.width(), picture.height(), SRCCOPY);
+  SetStretchBltMode(dc, mode);
+}
 
 void DrawRectangle(HDC dc, const RECT& rect) {
   if (!IsEmpty(rect)) Rectangle(dc, rect.left, rect.top, rect.right, rect.bottom);
@@ -109,7 +77,7 @@ constexpr Sketch kSketches[] = {
 }  // namespace
 
 void DrawPicture(HDC dc, const RECT& rect, int bitmapId) {
-  LoadedPicture(dc, bitmapId).StretchOver(dc, rect);
+  Stretch(dc, rect, Picture(dc, static_cast<WORD>(bitmapId)));
 }
 
 void DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
@@ -119,11 +87,11 @@ void DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlac
   view.labelCount = LayOutLabels(view.geometry, place, view.labels);
   if (view.labelCount == 0) return;
 
-  const LoadedPicture picture(dc, orientationPicture);
+  const Picture picture(dc, static_cast<WORD>(orientationPicture));
   const SavedDc saved(dc);
   for (int i = 0; i < view.labelCount; ++i) {
     DrawLabel(dc, box, view.labels[i], place);
-    picture.StretchOver(dc, view.labels[i].picture);
+    Stretch(dc, view.labels[i].picture, picture);
   }
 }
 

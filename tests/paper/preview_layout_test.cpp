@@ -85,10 +85,11 @@ TEST(PreviewLayout, PlacesTheStripOnPageAndInDialog) {
   EXPECT_EQ(Edges(page.labels[3].label), (std::vector<int>{0, 268, 200, 368}));
 
   const Layout dialog = LayOut(Label(500, 250), PreviewPlace::kDialog);
-  ASSERT_EQ(dialog.count, 3);
+  ASSERT_EQ(dialog.count, 4);
   EXPECT_EQ(Edges(dialog.labels[0].label), (std::vector<int>{0, 125, 200, 225}));
   EXPECT_EQ(Edges(dialog.labels[1].label), (std::vector<int>{0, 13, 200, 113}));
-  EXPECT_EQ(Edges(dialog.labels[2].label), (std::vector<int>{0, 237, 200, 337}));
+  EXPECT_EQ(Edges(dialog.labels[2].label), (std::vector<int>{0, 0, 200, 1}));  // begins at -99
+  EXPECT_EQ(Edges(dialog.labels[3].label), (std::vector<int>{0, 237, 200, 337}));
 }
 
 TEST(PreviewLayout, ClipsBarsPrintableAreasAndPictures) {
@@ -135,7 +136,7 @@ TEST(PreviewLayout, StopsAtSixteenLabelsAndWhereTheStripDoesNotMoveOn) {
   const Layout capped = LayOut(Label(1000, 10, 0), PreviewPlace::kPage);
   EXPECT_EQ(capped.labels[15].label.top, 150 - 15 * 2);
 
-  EXPECT_EQ(LayOut(Label(500, 250, -250), PreviewPlace::kPage).count, 1);
+  EXPECT_EQ(LayOut(Label(500, 250, -253), PreviewPlace::kPage).count, 1);
   EXPECT_EQ(LayOut(Label(500, 250, -300), PreviewPlace::kDialog).count, 1);
   EXPECT_EQ(LayOut(Label(500, 0, 0), PreviewPlace::kPage).count, 1);
 }
