@@ -72,7 +72,7 @@ struct Target {
 
 // All live objects and contexts. Handles are numbers that are never used again, so a stale handle
 // is always recognised. Access is under the lock.
-struct Store {
+struct ObjectStore {
   std::recursive_mutex lock;
   std::unordered_map<HGDIOBJ, Object> objects;
   std::unordered_map<HDC, Dc> contexts;
@@ -80,7 +80,7 @@ struct Store {
   HGDIOBJ stock[20] = {};
   HGDIOBJ defaultBitmap = nullptr;  // the one-pixel bitmap of a fresh memory context
 
-  static Store& Get();
+  static ObjectStore& Get();
   HGDIOBJ Add(UINT type, decltype(Object::data) data, bool isStock = false);
   Object* Find(HGDIOBJ handle);
   Dc* FindDc(HDC dc);
@@ -93,7 +93,7 @@ struct Store {
   void Hold(const DcState& state, int by);  // counts the state's objects as selected or no more
 
  private:
-  Store();
+  ObjectStore();
 };
 
 // The window's list and client area; none for a window that is gone.
@@ -103,11 +103,11 @@ Target WindowTarget(HWND window);
 bool CreationFails();
 
 // Adds an operation, clipped to the context, and drops what it hides.
-void Record(Store& store, const Dc& dc, DrawOp op);
+void Record(ObjectStore& store, const Dc& dc, DrawOp op);
 void Record(const Target& target, DrawOp op);
 
 // An operation with the context's pen, brush, colours and font filled in.
-DrawOp Prepared(Store& store, const Dc& dc, DrawOp::Kind kind);
+DrawOp Prepared(ObjectStore& store, const Dc& dc, DrawOp::Kind kind);
 
 // Font metrics, fixed for all machines.
 struct FontShape {
@@ -117,7 +117,7 @@ struct FontShape {
 FontShape ShapeOf(const LOGFONTW& font);
 int CharWidth(const FontShape& shape, char16_t unit);
 int TextWidth(const FontShape& shape, std::u16string_view text);
-const LOGFONTW& SelectedFont(Store& store, const Dc& dc);
+const LOGFONTW& SelectedFont(ObjectStore& store, const Dc& dc);
 
 }  // namespace gdi
 }  // namespace platform

@@ -1,6 +1,7 @@
 // Device contexts: getting and giving back, what is selected, colours, modes, clipping, saved
 // states.
 #include <algorithm>
+#include <utility>
 
 #include "platform/desktop/gdi.h"
 #include "platform/machine.h"
@@ -10,7 +11,7 @@ using namespace platform::gdi;
 namespace {
 
 HDC AddContext(HWND window, bool memory) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const auto handle = reinterpret_cast<HDC>(store.nextHandle);
   store.nextHandle += 2;
@@ -27,7 +28,7 @@ HDC AddContext(HWND window, bool memory) {
 }
 
 bool RemoveContext(HDC handle, bool memory) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   Dc* dc = store.FindDc(handle);
   if (!dc || dc->memory != memory) return false;
@@ -40,7 +41,7 @@ bool RemoveContext(HDC handle, bool memory) {
 // Runs `work` on a live context under the lock; `none` for a stale one.
 template <typename Answer, typename Work>
 Answer WithDc(HDC handle, Answer none, Work work) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   Dc* dc = store.FindDc(handle);
   return dc ? work(store, *dc) : none;
@@ -48,15 +49,16 @@ Answer WithDc(HDC handle, Answer none, Work work) {
 
 // Sets a member of the state and answers the old value.
 template <typename T>
-T Exchange(HDC handle, T none, T DcState::* member, T value) {
-  return WithDc(handle, none, [&](Store&, Dc& dc) {
+T Exchange(HDC handle, T none, T DcState::*member, T value) {
+  return WithDc(handle, none, [&](ObjectStore&, Dc& dc) {
     return static_cast<T>(std::exchange(dc.state.*member, value));
   });
 }
 
 template <typename T>
-T Read(HDC handle, T none, T DcState::* member) {
-  return WithDc(handle, none, [&](Store&, Dc& dc) { return static_cast<T>(dc.state.*member); });
+T Read(HDC handle, T none, T DcState::*member) {
+  return WithDc(handle, none,
+                [&](ObjectStore&, Dc& dc) { return static_cast<T>(dc.state.*member); });
 }
 
 HGDIOBJ* Slot(DcState& state, UINT type) {
@@ -80,7 +82,7 @@ int ClipKind(const std::optional<RECT>& clip) {
 
 }  // namespace
 
-Target Store::TargetOf(const Dc& dc) {
+Target ObjectStore::TargetOf(const Dc& dc) {
   if (!dc.memory) return WindowTarget(dc.window);
   auto* bitmap = FindAs<Bitmap>(dc.state.bitmap);
   if (!bitmap || dc.state.bitmap == defaultBitmap) return {};
@@ -93,19 +95,19 @@ HDC WINAPI GetDC(HWND window) {
 }
 
 int WINAPI ReleaseDC(HWND window, HDC dc) {
-  const bool own = WithDc(dc, false, [&](Store&, Dc& it) { return it.window == window; });
+  const bool own = WithDc(dc, false, [&](ObjectStore&, Dc& it) { return it.window == window; });
   return own && RemoveContext(dc, false);
 }
 
 HDC WINAPI CreateCompatibleDC(HDC dc) {
-  if (dc && !WithDc(dc, false, [](Store&, Dc&) { return true; })) return nullptr;
+  if (dc && !WithDc(dc, false, [](ObjectStore&, Dc&) { return true; })) return nullptr;
   return CreationFails() ? nullptr : AddContext(nullptr, true);
 }
 
 BOOL WINAPI DeleteDC(HDC dc) { return RemoveContext(dc, true); }
 
 int WINAPI SaveDC(HDC dc) {
-  return WithDc(dc, 0, [](Store& store, Dc& it) {
+  return WithDc(dc, 0, [](ObjectStore& store, Dc& it) {
     store.Hold(it.state, 1);
     it.saved.push_back(it.state);
     return static_cast<int>(it.saved.size());
@@ -114,7 +116,7 @@ int WINAPI SaveDC(HDC dc) {
 
 // A positive state is one that SaveDC answered, a negative one counts back from the current one.
 BOOL WINAPI RestoreDC(HDC dc, int state) {
-  return WithDc(dc, FALSE, [&](Store& store, Dc& it) -> BOOL {
+  return WithDc(dc, FALSE, [&](ObjectStore& store, Dc& it) -> BOOL {
     const int depth = static_cast<int>(it.saved.size());
     const int index = state < 0 ? depth + state : state - 1;
     if (state == 0 || index < 0 || index >= depth) return FALSE;
@@ -132,7 +134,7 @@ int WINAPI GetDeviceCaps(HDC dc, int index) {
     int index, value;
   } caps[] = {{HORZRES, 1024}, {VERTRES, 768},   {BITSPIXEL, 32},
               {PLANES, 1},     {LOGPIXELSX, 96}, {LOGPIXELSY, 96}};
-  return WithDc(dc, 0, [&](Store&, Dc&) {
+  return WithDc(dc, 0, [&](ObjectStore&, Dc&) {
     for (const auto& cap : caps)
       if (cap.index == index) return cap.value;
     return 0;
@@ -140,7 +142,7 @@ int WINAPI GetDeviceCaps(HDC dc, int index) {
 }
 
 HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object) {
-  return WithDc(dc, HGDIOBJ{}, [&](Store& store, Dc& it) -> HGDIOBJ {
+  return WithDc(dc, HGDIOBJ{}, [&](ObjectStore& store, Dc& it) -> HGDIOBJ {
     Object* found = store.Find(object);
     if (!found) return nullptr;
     if (found->type == OBJ_REGION) {
@@ -159,7 +161,7 @@ HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object) {
 }
 
 HGDIOBJ WINAPI GetCurrentObject(HDC dc, UINT type) {
-  return WithDc(dc, HGDIOBJ{}, [&](Store&, Dc& it) {
+  return WithDc(dc, HGDIOBJ{}, [&](ObjectStore&, Dc& it) {
     const HGDIOBJ* slot = Slot(it.state, type);
     return slot ? *slot : nullptr;
   });
@@ -194,7 +196,7 @@ int WINAPI SetMapMode(HDC dc, int mode) {
 int WINAPI GetMapMode(HDC dc) { return Read(dc, 0, &DcState::mapMode); }
 
 int WINAPI SelectClipRgn(HDC dc, HRGN region) {
-  return WithDc(dc, 0, [&](Store& store, Dc& it) {
+  return WithDc(dc, 0, [&](ObjectStore& store, Dc& it) {
     if (!region) {
       it.state.clip.reset();
       return SIMPLEREGION;
@@ -207,7 +209,7 @@ int WINAPI SelectClipRgn(HDC dc, HRGN region) {
 }
 
 int WINAPI IntersectClipRect(HDC dc, int left, int top, int right, int bottom) {
-  return WithDc(dc, 0, [&](Store& store, Dc& it) {
+  return WithDc(dc, 0, [&](ObjectStore& store, Dc& it) {
     const RECT current = it.state.clip ? *it.state.clip : store.TargetOf(it).area;
     const RECT given = {left, top, right, bottom};
     RECT both = {};
@@ -218,7 +220,7 @@ int WINAPI IntersectClipRect(HDC dc, int left, int top, int right, int bottom) {
 }
 
 int WINAPI GetClipBox(HDC dc, LPRECT rect) {
-  return WithDc(dc, 0, [&](Store& store, Dc& it) {
+  return WithDc(dc, 0, [&](ObjectStore& store, Dc& it) {
     *rect = store.TargetOf(it).area;
     if (it.state.clip) IntersectRect(rect, rect, &*it.state.clip);
     return IsRectEmpty(rect) ? NULLREGION : SIMPLEREGION;

@@ -21,19 +21,19 @@ LOGFONTW FontNamed(int height, int weight, BYTE pitch, std::u16string_view face)
 
 HGDIOBJ AddMade(UINT type, decltype(Object::data) data) {
   if (CreationFails()) return nullptr;
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   return store.Add(type, std::move(data));
 }
 
 }  // namespace
 
-Store& Store::Get() {
-  static Store store;
+ObjectStore& ObjectStore::Get() {
+  static ObjectStore store;
   return store;
 }
 
-Store::Store() {
+ObjectStore::ObjectStore() {
   const struct {
     int index;
     COLORREF colour;
@@ -56,24 +56,24 @@ Store::Store() {
   defaultBitmap = Add(OBJ_BITMAP, Bitmap{1, 1, 1, 0, {}}, true);
 }
 
-HGDIOBJ Store::Add(UINT type, decltype(Object::data) data, bool isStock) {
+HGDIOBJ ObjectStore::Add(UINT type, decltype(Object::data) data, bool isStock) {
   const auto handle = reinterpret_cast<HGDIOBJ>(nextHandle);
   nextHandle += 2;
   objects.emplace(handle, Object{type, isStock, 0, std::move(data)});
   return handle;
 }
 
-Object* Store::Find(HGDIOBJ handle) {
+Object* ObjectStore::Find(HGDIOBJ handle) {
   const auto found = objects.find(handle);
   return found == objects.end() ? nullptr : &found->second;
 }
 
-Dc* Store::FindDc(HDC dc) {
+Dc* ObjectStore::FindDc(HDC dc) {
   const auto found = contexts.find(dc);
   return found == contexts.end() ? nullptr : &found->second;
 }
 
-void Store::Hold(const DcState& state, int by) {
+void ObjectStore::Hold(const DcState& state, int by) {
   for (HGDIOBJ handle : {state.pen, state.brush, state.font, state.bitmap})
     if (Object* object = Find(handle)) object->selected += by;
 }
@@ -83,21 +83,20 @@ bool CreationFails() { return Machine::Current().faults.Strike(Fault::kWindow); 
 }  // namespace gdi
 
 int LiveGdiObjects() {
-  gdi::Store& store = gdi::Store::Get();
+  gdi::ObjectStore& store = gdi::ObjectStore::Get();
   const std::lock_guard guard(store.lock);
-  return static_cast<int>(
-      std::count_if(store.objects.begin(), store.objects.end(),
-                    [](const auto& entry) { return !entry.second.stock; }));
+  return static_cast<int>(std::count_if(store.objects.begin(), store.objects.end(),
+                                        [](const auto& entry) { return !entry.second.stock; }));
 }
 
 int LiveDcs() {
-  gdi::Store& store = gdi::Store::Get();
+  gdi::ObjectStore& store = gdi::ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   return static_cast<int>(store.contexts.size());
 }
 
 std::optional<COLORREF> BrushColour(HBRUSH brush) {
-  gdi::Store& store = gdi::Store::Get();
+  gdi::ObjectStore& store = gdi::ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const auto* found = store.FindAs<LOGBRUSH>(brush);
   if (!found || found->lbStyle == BS_NULL) return std::nullopt;
@@ -110,7 +109,7 @@ using namespace platform::gdi;
 
 HGDIOBJ WINAPI GetStockObject(int index) {
   if (index < 0 || index >= 20) return nullptr;
-  return Store::Get().stock[index];
+  return ObjectStore::Get().stock[index];
 }
 
 HPEN WINAPI CreatePen(int style, int width, COLORREF colour) {
@@ -176,7 +175,7 @@ HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
 
 // A selected object is not deleted: the mistake shows in the count of live objects.
 BOOL WINAPI DeleteObject(HGDIOBJ object) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const Object* found = store.Find(object);
   if (!found || found->selected > 0) return FALSE;
@@ -185,7 +184,7 @@ BOOL WINAPI DeleteObject(HGDIOBJ object) {
 }
 
 UINT WINAPI GetObjectType(HGDIOBJ object) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   if (const Object* found = store.Find(object)) return found->type;
   if (const Dc* dc = store.FindDc(static_cast<HDC>(object))) return dc->memory ? OBJ_MEMDC : OBJ_DC;
@@ -193,7 +192,7 @@ UINT WINAPI GetObjectType(HGDIOBJ object) {
 }
 
 int WINAPI GetObjectW(HGDIOBJ object, int size, LPVOID buffer) {
-  Store& store = Store::Get();
+  ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const Object* found = store.Find(object);
   if (!found || found->type == OBJ_REGION) return 0;
