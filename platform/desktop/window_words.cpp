@@ -1,4 +1,6 @@
 // The words of a window: procedure, styles, ids, data, and those of a dialog.
+#include <algorithm>
+
 #include "platform/desktop/desktop.h"
 
 namespace platform {
@@ -67,11 +69,42 @@ LONG_PTR SetWord(Window& window, int index, LONG_PTR value) {
   return before;
 }
 
+std::u16string_view NameOf(WindowClass windowClass) {
+  switch (windowClass) {
+    case WindowClass::kButton:
+      return u"Button";
+    case WindowClass::kStatic:
+      return u"Static";
+    case WindowClass::kEdit:
+      return u"Edit";
+    case WindowClass::kComboBox:
+      return u"ComboBox";
+    case WindowClass::kListBox:
+      return u"ListBox";
+    case WindowClass::kUpDown:
+      return u"msctls_updown32";
+    case WindowClass::kTrackbar:
+      return u"msctls_trackbar32";
+    default:
+      return u"#32770";
+  }
+}
+
 }  // namespace
 
 }  // namespace platform
 
 extern "C" {
+
+int WINAPI GetClassNameW(HWND handle, LPWSTR name, int size) {
+  const auto window = platform::FindWindowOf(handle);
+  if (!window || name == nullptr || size <= 0) return 0;
+  const std::u16string_view full = platform::NameOf(window->windowClass);
+  const size_t units = std::min(full.size(), static_cast<size_t>(size) - 1);
+  std::copy_n(full.begin(), units, name);
+  name[units] = 0;
+  return static_cast<int>(units);
+}
 
 LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
   const auto window = platform::FindWindowOf(handle);
