@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "driver/drawing.h"
 #include "fonts/deco_dialog_data.h"
 #include "paper/measured_value.h"
 #include "resources/resource.h"
@@ -23,14 +24,7 @@ class SelectedFont {
         font_(CreateFontW(height, width, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                           OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
                           pitch | FF_DONTCARE, face)),
-        before_(font_ != nullptr ? SelectObject(dc, font_) : nullptr) {}
-  ~SelectedFont() {
-    if (font_ == nullptr) return;
-    SelectObject(dc_, before_);
-    DeleteObject(font_);
-  }
-  SelectedFont(const SelectedFont&) = delete;
-  SelectedFont& operator=(const SelectedFont&) = delete;
+        selected_(dc, font_.get()) {}
 
   int AverageWidth() const {
     TEXTMETRICW metrics = {};
@@ -45,8 +39,8 @@ class SelectedFont {
 
  private:
   HDC dc_;
-  HFONT font_;
-  HGDIOBJ before_;
+  GdiObject font_;
+  SelectedObject selected_;  // gives the font back before it is deleted
 };
 
 struct SampleWidths {
