@@ -1,0 +1,50 @@
+// Runs printhost as a person does, each test on a computer of its own.
+import { spawn, spawnSync } from "node:child_process";
+import { mkdtempSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { fileURLToPath } from "node:url";
+
+export const program = process.env.PRINTHOST ?? fileURLToPath(new URL("../../build/release/bin/printhost", import.meta.url));
+
+// A fresh computer in a folder that goes with the test.
+export function computer(test) {
+  const folder = mkdtempSync(join(tmpdir(), "printhost-"));
+  test.after(() => rmSync(folder, { recursive: true, force: true }));
+  const state = join(folder, "state");
+  const run = (...words) => {
+    const { status, stdout, stderr } = spawnSync(program, ["--state", state, ...words], { encoding: "utf8" });
+    return { status, stdout, stderr };
+  };
+  return {
+    folder,
+    state,
+    run,
+    file: (name) => join(folder, name),
+    json: (...words) => {
+      const { status, stdout, stderr } = run(...words, "--json");
+      if (status !== 0) throw new Error(`exit ${status}: ${stderr}`);
+      return JSON.parse(stdout);
+    },
+    // A command that goes on: its address once it has printed it, and its exit code and output when
+    // it ends.
+    start: (...words) => {
+      const child = spawn(program, ["--state", state, ...words], { stdio: ["ignore", "pipe", "pipe"] });
+      let output = "";
+      let errors = "";
+      child.stderr.on("data", (text) => (errors += text));
+      const ended = new Promise((resolve) => {
+        child.on("close", (status) => resolve({ status, output, errors }));
+      });
+      const address = new Promise((resolve, reject) => {
+        child.stdout.on("data", (text) => {
+          output += text;
+          if (output.includes("\n")) resolve(output.split("\n")[0]);
+        });
+        child.on("close", () => reject(new Error(`no address: ${errors}`)));
+      });
+      test.after(() => child.kill("SIGKILL"));
+      return { child, address, ended };
+    },
+  };
+}
