@@ -176,6 +176,6 @@ DWORD WINAPI DrvSplDeviceCaps(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapabil
   const auto block = ResolvedBlock(hPrinter, pDeviceName, pdm);
   if (!block || (wCapability != DC_PAPERNAMES && wCapability != DC_MEDIAREADY)) return kUnsupported;
   if (pOutput == nullptr) return static_cast<DWORD>(PaperEntryCount(*block));
-  const int slots = static_cast<int>(std::min<DWORD>(cchBuf / kNameSlot, kPaperCapacity + 1));
+  const int slots = static_cast<int>(std::min<std::size_t>(cchBuf / kNameSlot, kPaperCapacity + 1));
   return slots == 0 ? kUnsupported : PaperNames(*block, slots, Elements(pOutput));
 }
