@@ -19,6 +19,7 @@ namespace test {
 
 using platform::Desk;
 using platform::ScriptedUser;
+using support::DialogBuilder;
 using Steps = std::vector<ScriptedUser::Step>;
 using Log = std::vector<std::string>;
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-namespace test {
+namespace support {
 
 DialogBuilder::DialogBuilder(std::u16string_view caption, bool extended) : extended_(extended) {
   const DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_SETFONT;
@@ -91,4 +91,4 @@ void DialogBuilder::Place(const RECT& units) {
   Word(static_cast<DWORD>(units.bottom - units.top));
 }
 
-}  // namespace test
+}  // namespace support

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace test {
+namespace support {
 
 class DialogBuilder {
  public:
@@ -35,4 +35,4 @@ class DialogBuilder {
   std::vector<DWORD> aligned_;
 };
 
-}  // namespace test
+}  // namespace support
