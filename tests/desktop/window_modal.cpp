@@ -80,6 +80,35 @@ TEST_F(WindowTest, BelowAModalWindowNothingCanBeReached) {
                 }});
 }
 
+TEST_F(WindowTest, TheOwnerIsDisabledBeforeTheDialogIsInitialised) {
+  DialogBuilder outer;
+  outer.Button(20);
+  DialogBuilder inner;
+  inner.Edit(10);
+  static HWND owner;
+  static bool ownerEnabled;
+  const DLGPROC innerProc = [](HWND window, UINT message, WPARAM, LPARAM) -> INT_PTR {
+    if (message != WM_INITDIALOG) return FALSE;
+    ownerEnabled = IsWindowEnabled(owner);
+    EndDialog(window, 3);
+    ownerEnabled = ownerEnabled || !IsWindowEnabled(owner);
+    return TRUE;
+  };
+  Run(outer, {[&](Desk& desk) {
+        owner = dialog;
+        ownerEnabled = true;
+        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), innerProc, 0), 3);
+        EXPECT_FALSE(ownerEnabled);
+        // One that was disabled before stays so.
+        EnableWindow(dialog, FALSE);
+        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), innerProc, 0), 3);
+        EXPECT_FALSE(IsWindowEnabled(dialog));
+        EXPECT_FALSE(desk.Close());
+        EnableWindow(dialog, TRUE);
+        desk.Close();
+      }});
+}
+
 TEST_F(WindowTest, TheFocusLeavesWithTheWindowAndComesBack) {
   DialogBuilder builder;
   builder.Edit(10).Edit(11);
@@ -150,6 +179,67 @@ TEST_F(WindowTest, PostedMessagesThenPaintingThenTheUser) {
                   EXPECT_THAT(Take(), ElementsAre("DRAW 30"));
                 },
                 [&](Desk& desk) { desk.Close(); }});
+}
+
+TEST_F(WindowTest, TextsAskTheDialogForTheirBackground) {
+  DialogBuilder builder;
+  builder.Edit(10).Add(u"static", 30, SS_CENTER, u"White").Add(u"static", 31, 0, u"Plain");
+  builder.Edit(11, ES_READONLY);
+  std::vector<int> asked;
+  on = [&](UINT message, WPARAM, LPARAM lParam) -> INT_PTR {
+    if (message != WM_CTLCOLORSTATIC) return 0;
+    asked.push_back(GetDlgCtrlID(reinterpret_cast<HWND>(lParam)));
+    return asked.back() == 30 ? reinterpret_cast<INT_PTR>(GetStockObject(WHITE_BRUSH)) : 0;
+  };
+  Run(builder, {[&](Desk& desk) {
+                  EXPECT_THAT(asked, ElementsAre(30, 31, 11));
+                  EXPECT_EQ(desk.Control(30).background, 0xFFFFFFu);
+                  EXPECT_TRUE(desk.Control(30).centred);
+                  EXPECT_EQ(desk.Control(31).background, 0xFFFFFFFFu);
+                  asked.clear();
+                  EnableWindow(Item(10), FALSE);
+                },
+                [&](Desk& desk) {
+                  EXPECT_THAT(asked, ElementsAre(10));
+                  desk.Close();
+                }});
+}
+
+TEST_F(WindowTest, TrackbarsMoveInTheirRangeAndSaySo) {
+  DialogBuilder builder;
+  builder.Edit(10).Add(TRACKBAR_CLASSW, 40, WS_TABSTOP);
+  Run(builder, {[&](Desk& desk) {
+        Send(40, TBM_SETRANGE, TRUE, MAKELPARAM(static_cast<WORD>(-100), 100));
+        Send(40, TBM_SETPOS, TRUE, 500);
+        EXPECT_EQ(Send(40, TBM_GETPOS), 100);
+        Take();
+        EXPECT_TRUE(desk.Slide(40, -20));
+        EXPECT_THAT(Take(),
+                    ElementsAre("10 EN_KILLFOCUS", "SCROLL 5 -20", "SCROLL 4 -20", "SCROLL 8 0"));
+        EXPECT_EQ(desk.Control(40).position, -20);
+        desk.Close();
+      }});
+}
+
+TEST_F(WindowTest, ABroadcastIsRecordedAndReachesEveryWindow) {
+  DialogBuilder builder;
+  builder.Edit(10);
+  int heard = 0;
+  on = [&](UINT message, WPARAM, LPARAM) {
+    heard += message == WM_DEVMODECHANGE;
+    return INT_PTR{0};
+  };
+  Run(builder, {[&](Desk& desk) {
+        EXPECT_NE(
+            SendMessageTimeoutW(HWND_BROADCAST, WM_DEVMODECHANGE, 0,
+                                reinterpret_cast<LPARAM>(u"Printer"), SMTO_NORMAL, 300, nullptr),
+            0);
+        desk.Close();
+      }});
+  EXPECT_EQ(heard, 1);
+  ASSERT_EQ(machine->Broadcasts().size(), 1u);
+  EXPECT_EQ(machine->Broadcasts()[0].text, u"Printer");
+  EXPECT_EQ(machine->Broadcasts()[0].timeout, 300u);
 }
 
 TEST_F(WindowTest, NobodyThereCancels) {
