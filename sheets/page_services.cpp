@@ -35,19 +35,6 @@ void LeavePage(DriverUiData& session) { RefreshPublicFields(session); }
 
 void ApplyPage(DriverUiData& session) { ConfirmSheetResult(session); }
 
-void PerformCommonSteps(HWND page, UINT message, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    KeepPage(page, lParam);
-    return;
-  }
-  if (message != WM_NOTIFY || lParam == 0) return;
-  DriverUiData* session = PageSession(page);
-  if (session == nullptr) return;
-  const UINT code = reinterpret_cast<const NMHDR*>(lParam)->code;
-  if (code == PSN_KILLACTIVE) LeavePage(*session);
-  if (code == PSN_APPLY) ApplyPage(*session);
-}
-
 BOOL MarkPageChanged(HWND page) {
   if (GetOsVersionCode() >= kOsWindows2000) {
     SendMessageW(GetParent(page), PSM_CHANGED, reinterpret_cast<WPARAM>(page), 0);
@@ -60,7 +47,7 @@ bool FirstPageIsOwn(const DriverUiData& session) {
 }
 
 bool ConfirmSheetResult(DriverUiData& session) {
-  return FirstPageIsOwn(session) &&
+  return FirstPageIsOwn(session) && session.comPropSheet != nullptr &&
          session.comPropSheet(session.comPropSheetHandle, CPSFUNC_SET_RESULT,
                               session.pageHandles[0], CPSUI_OK) > 0;
 }

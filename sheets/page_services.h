@@ -11,9 +11,6 @@ namespace kestrel {
 void KeepPage(HWND page, LPARAM initParam);  // WM_INITDIALOG: remembers what PageSession needs
 void LeavePage(DriverUiData& session);  // PSN_KILLACTIVE: the public fields follow the private ones
 void ApplyPage(DriverUiData& session);  // PSN_APPLY: confirms the sheet's result
-// The step that a message of a page calls for, if any; for pages that do no work of their own on
-// these three.
-void PerformCommonSteps(HWND page, UINT message, LPARAM lParam);
 
 // The session of a page window, on both hosting roads; null before WM_INITDIALOG or for a session
 // no longer valid.

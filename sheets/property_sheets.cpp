@@ -63,7 +63,7 @@ LONG StartSheet(PROPSHEETUI_INFO& info, DriverUiData* session) {
   if (session == nullptr) return kFailed;
   session->comPropSheet = info.pfnComPropSheet;
   session->comPropSheetHandle = info.hComPropSheet;
-  if (!AddPages(*session)) {
+  if (info.pfnComPropSheet == nullptr || !AddPages(*session)) {
     DestroyUiSession(session);
     return kFailed;
   }

@@ -103,6 +103,7 @@ bool Sheet::Create(int index) {
   if (data.empty()) return false;
   made.window = CreateDialogWindow(request);
   if (!made.window) return false;
+  EnableWindow(made.window, TRUE);  // templates of pages are often disabled; a sheet drops that
   SetWindowPos(made.window, nullptr, kMargin, kMargin + kTabHeight, 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   return true;
