@@ -48,7 +48,10 @@ HWND MakeFrame(const DialogRequest& request, const DialogTemplate& dialog) {
   window->rect = {PixelsAcross(dialog.x), PixelsDown(dialog.y),
                   PixelsAcross(dialog.x) + PixelsAcross(dialog.cx),
                   PixelsDown(dialog.y) + PixelsDown(dialog.cy)};
-  if (request.page) window->style = (window->style | WS_CHILD) & ~(WS_VISIBLE | WS_POPUP);
+  // A sheet takes its pages into use whatever their templates say.
+  if (request.page) {
+    window->style = (window->style | WS_CHILD) & ~(WS_VISIBLE | WS_POPUP | WS_DISABLED);
+  }
   if ((window->style & WS_CHILD) != 0) {
     window->parent = request.parent;
     if (const WindowPtr parent = FindWindowOf(request.parent)) {
