@@ -43,6 +43,8 @@ void OnOffsetTyped(HWND page, DriverUiData& session, const OffsetField& field) {
   const int value = ReadField(PaperFields(page), field.edit, kPlain);
   if (value == session.settings->Record.Private.*field.setting) return;
   if (CheckFieldRange(PaperFields(page), field.edit, kPlain) == kInside) {
+    // Reads the text into the up-down, so that it is what comes back after a bad character.
+    SpinPosition(page, field.spin);
     MarkPageChanged(page);
     if (state.picture == kMarkedLabelPicture) ShowPicture(page, state, kMarkedLabelPicture);
     return;

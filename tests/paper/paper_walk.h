@@ -18,9 +18,14 @@
 #include "tests/support/open_sheet.h"
 #include "tests/support/test_machine.h"
 
-namespace kestrel::test {
+namespace kestrel {
 
 using platform::Desk;
+using support::kVersionTab;
+using support::kPaperTab;
+using support::kPrinter;
+using support::SheetAnswer;
+using support::SheetKind;
 using Step = platform::ScriptedUser::Step;
 
 class PaperWalk : public support::MachineTest {
@@ -28,13 +33,13 @@ class PaperWalk : public support::MachineTest {
   void SetUp() override {
     MachineTest::SetUp();
     ask_.kind = SheetKind::kUserDefault;
-    steps_ = {GoTo(kPaperTab)};
+    steps_ = {support::GoTo(kPaperTab)};
   }
 
   // ---- what the printer starts with ----
   static DriverSettingsBlock Fresh() {
     DriverSettingsBlock block = {};
-    FillDefaultSettings(block, nullptr, support::kPrinter);
+    FillDefaultSettings(block, nullptr, kPrinter);
     block.Record.Private.Signature = SETTINGS_SIGNATURE;
     return block;
   }
@@ -48,18 +53,14 @@ class PaperWalk : public support::MachineTest {
     }
   }
   void Keep(const DriverSettingsBlock& block) {
-    const auto bytes = [](const void* data, size_t size) {
-      const auto* first = static_cast<const std::byte*>(data);
-      return std::vector<std::byte>(first, first + size);
-    };
-    machine().SetDefaultRecord(support::kPrinter, bytes(&block.Record, sizeof block.Record));
-    machine().SetData(support::kPrinter, u"Private DevMode",
-                      {REG_BINARY, bytes(&block.Printer, sizeof block.Printer)});
+    machine().SetDefaultRecord(kPrinter, Bytes(&block.Record, sizeof block.Record));
+    machine().SetData(kPrinter, u"Private DevMode",
+                      {REG_BINARY, Bytes(&block.Printer, sizeof block.Printer)});
   }
   // ---- and what it has afterwards ----
   PrinterSettingsPart Stored() {
     PrinterSettingsPart part = {};
-    const auto data = machine().Data(support::kPrinter, u"Private DevMode");
+    const auto data = machine().Data(kPrinter, u"Private DevMode");
     if (data && data->bytes.size() == sizeof part) {
       std::memcpy(&part, data->bytes.data(), sizeof part);
     }
@@ -67,6 +68,10 @@ class PaperWalk : public support::MachineTest {
   }
   std::u16string StoredName(int slot) { return Stored().Papers[slot].PaperName; }
 
+  static std::vector<std::byte> Bytes(const void* data, size_t size) {
+    const auto* first = static_cast<const std::byte*>(data);
+    return {first, first + size};
+  }
   static std::u16string Digits(int number) {
     std::u16string text;
     for (char digit : std::to_string(number)) text.push_back(static_cast<char16_t>(digit));
@@ -146,23 +151,26 @@ class PaperWalk : public support::MachineTest {
 
   // Does all steps; the last must close the sheet.
   SheetAnswer Run() {
-    SheetAnswer answer = ShowSheet(ask_, std::move(steps_));
-    EXPECT_TRUE(answer.shown);
-    EXPECT_EQ(answer.problem, "");
-    steps_ = {GoTo(kPaperTab)};
+    const SheetAnswer answer = support::ShowSheet(exports_, ask_, std::move(steps_));
+    steps_ = {support::GoTo(kPaperTab)};
     return answer;
   }
+  // The spooler keeps the user's defaults that come back.
   SheetAnswer RunToOk() {
-    Then(PressOk());
-    return Run();
+    Then(support::PressOk());
+    const SheetAnswer answer = Run();
+    if (ask_.kind == SheetKind::kUserDefault) {
+      machine().SetDefaultRecord(kPrinter, Bytes(&answer.record, sizeof answer.record));
+    }
+    return answer;
   }
   SheetAnswer RunToCancel() {
-    Then(PressCancel());
+    Then(support::PressCancel());
     return Run();
   }
 
-  SheetAsk ask_;
+  support::SheetAsk ask_;
   std::vector<Step> steps_;
 };
 
-}  // namespace kestrel::test
+}  // namespace kestrel

@@ -6,7 +6,7 @@
 #include "platform/desktop/gdi.h"
 #include "tests/paper/paper_walk.h"
 
-namespace kestrel::test {
+namespace kestrel {
 namespace {
 
 using platform::DrawOp;
@@ -270,4 +270,4 @@ TEST_F(PreviewDraw, AThousandRedrawsLeaveNoObject) {
 }
 
 }  // namespace
-}  // namespace kestrel::test
+}  // namespace kestrel

@@ -2,7 +2,7 @@
 // table.
 #include "tests/paper/paper_walk.h"
 
-namespace kestrel::test {
+namespace kestrel {
 namespace {
 
 constexpr char16_t kNew[] = u"用紙登録";
@@ -114,7 +114,7 @@ TEST_F(RegisterWalk, CancelAtEveryPointChangesNothing) {
   FillNewPaper(u"New");
   Click(IDOK);
   SeesList(IDC_PAPER_LIST, {kStandard, u"P1", u"P2", u"New", kFree});
-  EXPECT_FALSE(RunToCancel().recordWritten);
+  EXPECT_FALSE(RunToCancel().written);
   EXPECT_EQ(Stored().PaperNum, 3);
 }
 
@@ -469,4 +469,4 @@ TEST_F(RegisterWalk, EachControlShowsItsHelp) {
 }
 
 }  // namespace
-}  // namespace kestrel::test
+}  // namespace kestrel
