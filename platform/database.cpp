@@ -28,6 +28,8 @@ Database::~Database() {
 
 void Database::Throw() const { throw std::runtime_error(sqlite3_errmsg(connection_)); }
 
+bool Database::Busy() const { return (sqlite3_errcode(connection_) & 0xFF) == SQLITE_BUSY; }
+
 void Database::Execute(const char* sql) {
   if (sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) Throw();
 }

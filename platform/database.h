@@ -27,6 +27,7 @@ class Database {
 
   void Execute(const char* sql);
   [[noreturn]] void Throw() const;
+  bool Busy() const;  // whether the last failure was another's lock
 
   // One run of a statement. The text must be a literal: statements are kept by its address.
   class Run {

@@ -7,14 +7,12 @@
 #include <set>
 #include <stdexcept>
 
+#include "platform/desktop/window.h"
 #include "platform/heap.h"
 #include "platform/machine_impl.h"
 #include "platform/text.h"
 
 namespace platform {
-
-// Made by the desktop.
-std::unique_ptr<Desk> MakeDesk() __attribute__((weak));
 
 namespace {
 
@@ -221,10 +219,7 @@ std::vector<std::u16string> Machine::InstalledFontFamilies() const {
 
 Desk& Machine::desk() {
   const std::lock_guard lock(impl_->mutex);
-  if (impl_->desk == nullptr) {
-    if (MakeDesk == nullptr) throw std::logic_error("built without a desktop");
-    impl_->desk = MakeDesk();
-  }
+  if (impl_->desk == nullptr) impl_->desk = MakeDesk();
   return *impl_->desk;
 }
 

@@ -73,15 +73,17 @@ ProfileDocument ProfileDocument::Parse(std::string_view bytes) {
 }
 
 std::string ProfileDocument::FileBytes() const {
-  std::string text;
-  text.reserve(size_ + kUtf8Mark.size());
-  if (encoding_ == Encoding::kUtf8) text += kUtf8Mark;
+  size_t size = 0;
   for (const Section& section : sections_) {
-    for (const Line& line : section.lines) {
-      text += line.text;
-      text += line.end;
+    if (section.bytes.empty()) {
+      for (const Line& line : section.lines) (section.bytes += line.text) += line.end;
     }
+    size += section.bytes.size();
   }
+  std::string text;
+  text.reserve(size + kUtf8Mark.size());
+  if (encoding_ == Encoding::kUtf8) text += kUtf8Mark;
+  for (const Section& section : sections_) text += section.bytes;
   if (encoding_ != Encoding::kUtf16) return text;
   std::string bytes(kUtf16Mark);
   bytes.reserve(text.size() * 2 + kUtf16Mark.size() + 1);
@@ -113,7 +115,6 @@ void ProfileDocument::FindKey(Line& line) {
 }
 
 void ProfileDocument::Append(Line line) {
-  size_ += line.text.size() + line.end.size();
   if (auto name = SectionName(line.text)) {
     sections_.emplace_back();
     sections_.back().name = std::move(*name);
@@ -167,31 +168,35 @@ std::vector<std::string> ProfileDocument::Keys(std::string_view section) const {
   return keys;
 }
 
+// The section of a name, added at the file's end when there is none.
+ProfileDocument::Section& ProfileDocument::Obtain(const std::string& name) {
+  const auto [found, added] = byName_.try_emplace(name, std::max<size_t>(sections_.size(), 1));
+  if (!added) return sections_[found->second];
+  if (sections_.empty()) sections_.emplace_back();
+  Section& last = sections_.back();
+  if (!last.lines.empty() && last.lines.back().end.empty()) {
+    last.lines.back().end = kLineEnd;
+    last.bytes.clear();
+  }
+  Line line;
+  line.text = "[" + name + "]";
+  line.end = kLineEnd;
+  sections_.emplace_back();
+  sections_.back().name = name;
+  sections_.back().lines.push_back(std::move(line));
+  return sections_.back();
+}
+
 void ProfileDocument::Set(std::string_view name, std::string_view key, std::string_view value) {
   const std::string trimmedKey(Trimmed(key));
   Line line;
   line.text = trimmedKey + "=" + std::string(value);
   line.end = kLineEnd;
   FindKey(line);
-  if (Find(name) == nullptr) {
-    if (sections_.empty()) sections_.emplace_back();
-    std::vector<Line>& last = sections_.back().lines;
-    if (!last.empty() && last.back().end.empty()) {
-      last.back().end = kLineEnd;
-      size_ += kLineEnd.size();
-    }
-    Section section;
-    section.name = Trimmed(name);
-    section.lines.push_back({"[" + section.name + "]", std::string(kLineEnd)});
-    size_ += section.name.size() + 4;
-    byName_.try_emplace(section.name, sections_.size());
-    sections_.push_back(std::move(section));
-  }
-  Section& section = sections_[byName_.at(std::string(Trimmed(name)))];
-  size_ += line.text.size() + line.end.size();
+  Section& section = Obtain(std::string(Trimmed(name)));
+  section.bytes.clear();
   if (const auto found = section.keys.find(trimmedKey); found != section.keys.end()) {
     Line& old = section.lines[found->second];
-    size_ -= old.text.size() + line.end.size();
     line.end = old.end;
     old = std::move(line);
     return;
@@ -200,10 +205,7 @@ void ProfileDocument::Set(std::string_view name, std::string_view key, std::stri
   size_t place = section.lines.size();
   while (place > 1 && Trimmed(section.lines[place - 1].text).empty()) --place;
   Line& before = section.lines[place - 1];
-  if (before.end.empty()) {
-    before.end = kLineEnd;
-    size_ += kLineEnd.size();
-  }
+  if (before.end.empty()) before.end = kLineEnd;
   if (line.hasKey) section.keys.try_emplace(trimmedKey, place);
   section.lines.insert(section.lines.begin() + static_cast<ptrdiff_t>(place), std::move(line));
 }
@@ -215,8 +217,8 @@ void ProfileDocument::RemoveKey(std::string_view name, std::string_view key) {
   const auto line = section.keys.find(std::string(Trimmed(key)));
   if (line == section.keys.end()) return;
   const auto place = section.lines.begin() + static_cast<ptrdiff_t>(line->second);
-  size_ -= place->text.size() + place->end.size();
   section.lines.erase(place);
+  section.bytes.clear();
   IndexKeys(section);
 }
 

@@ -46,12 +46,16 @@ class ProfileDocument {
     std::vector<Line> lines;  // its own line first (not in the part before the first section)
     // Line of each key, the first of a name.
     std::unordered_map<std::string, size_t> keys;
+    // All lines as the file holds them; empty: to be made anew. A change rewrites its section
+    // alone.
+    mutable std::string bytes;
   };
 
   static void FindKey(Line& line);
   std::optional<std::string> SectionName(std::string_view text) const;
   void Append(Line line);
   const Section* Find(std::string_view name) const;
+  Section& Obtain(const std::string& name);
   void IndexSections();
   static void IndexKeys(Section& section);
 
@@ -59,7 +63,6 @@ class ProfileDocument {
   std::string oddByte_;            // half a unit at the end of a UTF-16 file
   std::vector<Section> sections_;  // the first: what lies before any section
   std::unordered_map<std::string, size_t> byName_;
-  size_t size_ = 0;  // of all lines
 };
 
 }  // namespace platform

@@ -1,5 +1,9 @@
 #include "platform/store.h"
 
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
 #include "platform/text.h"
 
 namespace platform {
@@ -7,6 +11,7 @@ namespace {
 
 using Run = Database::Run;
 
+constexpr int64_t kSchemaVersion = 1;
 constexpr char kSchema[] = R"(
   CREATE TABLE IF NOT EXISTS facts (name TEXT PRIMARY KEY, value) WITHOUT ROWID;
   CREATE TABLE IF NOT EXISTS printers (
@@ -22,6 +27,7 @@ constexpr char kSchema[] = R"(
   CREATE TABLE IF NOT EXISTS registry_values (
     key TEXT NOT NULL, folded TEXT NOT NULL, name TEXT NOT NULL, type INTEGER NOT NULL,
     bytes BLOB NOT NULL, PRIMARY KEY (key, folded)) WITHOUT ROWID;
+  PRAGMA user_version = 1;
 )";
 
 constexpr char16_t kPrintersKey[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
@@ -63,24 +69,43 @@ Store::Store(const std::filesystem::path& file) : database_(file), shared_(!file
   database_.Execute("PRAGMA encoding = 'UTF-16le'");
   if (shared_) {
     // Processes die, machines rarely: without a sync a commit outlives its process all the same.
-    database_.Execute("PRAGMA journal_mode = WAL");
+    UseWriteAheadLog();
     database_.Execute("PRAGMA synchronous = NORMAL");
   }
+  if (Pragma("PRAGMA user_version") == kSchemaVersion) return;
   Database::Transaction transaction(database_);
+  if (const int64_t version = Pragma("PRAGMA user_version"); version > kSchemaVersion) {
+    throw std::runtime_error("it was made by a newer version");
+  }
   database_.Execute(kSchema);
   transaction.Commit();
 }
 
-// ---- facts ----
+// The change to the log needs the database for itself and does not wait for it; of two processes
+// that open a new one at once, the second tries again.
+void Store::UseWriteAheadLog() {
+  constexpr int kTries = 200;
+  for (int i = 1;; ++i) {
+    try {
+      database_.Execute("PRAGMA journal_mode = WAL");
+      return;
+    } catch (const std::runtime_error&) {
+      if (i == kTries || !database_.Busy()) throw;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+  }
+}
 
-int64_t Store::DataVersion() {
-  Run run(database_, "PRAGMA data_version");
+int64_t Store::Pragma(const char* sql) {
+  Run run(database_, sql);
   run.Step();
   return run.Number(0);
 }
 
+// ---- facts ----
+
 const Facts& Store::LoadFacts() {
-  const int64_t version = shared_ ? DataVersion() : 0;
+  const int64_t version = shared_ ? Pragma("PRAGMA data_version") : 0;
   if (factsKnown_ && version == factsVersion_) return facts_;
   Facts facts;
   Run run(database_, "SELECT name, value FROM facts");

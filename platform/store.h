@@ -67,7 +67,8 @@ class Store {
   bool RemoveRegistry(std::u16string_view key, std::u16string_view value);
 
  private:
-  int64_t DataVersion();
+  void UseWriteAheadLog();
+  int64_t Pragma(const char* sql);  // a literal; its first number
   const Facts& LoadFacts();
   void SaveFacts(const Facts& facts);
 

@@ -7,11 +7,13 @@
 #include <winspool.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/machine.h"
@@ -80,6 +82,21 @@ TEST_F(State, TwoComputersOfOneDirectorySeeEachOther) {
   writer->AddPrinter({.name = u"P"});
   EXPECT_EQ(reader->os().major, 6u) << "no stale fact";
   EXPECT_TRUE(reader->FindPrinter(u"p"));
+}
+
+TEST_F(State, ManyOpenANewDirectoryAtOnce) {
+  std::vector<std::thread> threads;
+  std::atomic<int> opened = 0;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&opened, i, this] {
+      const auto machine = Machine::Open(directory_);
+      machine->AddPrinter({.name = std::u16string(1, static_cast<char16_t>(u'A' + i))});
+      ++opened;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(opened, 8);
+  EXPECT_EQ(Machine::Open(directory_)->Printers().size(), 8u);
 }
 
 TEST_F(State, UnusableDirectoriesAreRefusedWithASentence) {
