@@ -173,13 +173,16 @@ HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
   return rect ? CreateRectRgn(rect->left, rect->top, rect->right, rect->bottom) : nullptr;
 }
 
-// A selected object is not deleted: the mistake shows in the count of live objects.
+// A selected object is not deleted: the mistake shows in the count of live objects. A stock object
+// may be given back any time and stays.
 BOOL WINAPI DeleteObject(HGDIOBJ object) {
   ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const Object* found = store.Find(object);
-  if (!found || found->selected > 0) return FALSE;
-  if (!found->stock) store.objects.erase(object);
+  if (!found) return FALSE;
+  if (found->stock) return TRUE;
+  if (found->selected > 0) return FALSE;
+  store.objects.erase(object);
   return TRUE;
 }
 
