@@ -1,0 +1,308 @@
+// Records of applications, checked and merged, through the exports of the loaded module.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "driver/resolve_settings.h"
+#include "tests/support/guarded_buffer.h"
+#include "tests/support/settings.h"
+
+namespace kestrel {
+namespace {
+
+using support::At;
+using support::BytesOf;
+using support::DefaultBlock;
+using support::kPrinter;
+using support::Put;
+using Bytes = std::vector<std::byte>;
+
+TEST(RecordChecks, NameWhatDiffers) {
+  const auto machine = platform::Machine::Create();
+  struct Case {
+    size_t offset;
+    WORD value;
+    unsigned mask;
+  };
+  const Case cases[] = {
+      {64, 0x0400, 1},   {66, 0x0E00, 2}, {68, 219, 4 | 16}, {70, 231, 8 | 16}, {70, 3, 8 | 16},
+      {70, 0, 8 | 16},   {448, 0, 16},    {0, 'X', 32},      {68, 0, 4 | 16},   {68, 65535, 4 | 16},
+  };
+  const auto own = DefaultBlock();
+  EXPECT_EQ(CheckSettingsRecord(RecordView(&own.Record), kPrinter), 0u);
+  for (const Case& c : cases) {
+    Bytes record(131072);
+    std::memcpy(record.data(), &own.Record, 452);
+    Put(record.data(), c.offset, c.value);
+    EXPECT_EQ(CheckSettingsRecord(RecordView(record.data()), kPrinter), c.mask) << c.offset;
+  }
+}
+
+TEST(RecordChecks, CompareDeviceNames) {
+  const auto machine = platform::Machine::Create();
+  struct Case {
+    const char16_t* printer;
+    const char16_t* device;
+    bool same;
+  };
+  const Case cases[] = {
+      {u"Label Printer", u"Label", true},       {u"Label", u"Label Printer", true},
+      {u"Label Printer", u"label", false},      {u"Label", u"Laser", false},
+      {u"\\\\srv\\Label,LPT1:", u"Label", true}, {u"Label", u"\\\\other\\Label,x", true},
+      {nullptr, u"Label", true},                {u"Label", u"", true},
+      {u",x", u"Label", true},                  {u"a\\", u"Label", true},
+      {u"Label 2", u"Label 1", false},
+  };
+  for (const Case& c : cases) {
+    auto block = DefaultBlock(c.device);
+    std::fill(std::begin(block.Record.Public.dmDeviceName),
+              std::end(block.Record.Public.dmDeviceName), u'\0');
+    std::u16string(c.device).copy(block.Record.Public.dmDeviceName, 32);
+    EXPECT_EQ(CheckSettingsRecord(RecordView(&block.Record), c.printer), c.same ? 0u : 32u);
+    for (const auto& [minor, old] : {std::pair<DWORD, bool>{2, true}, {0, false}}) {
+      machine->SetOs({.major = old ? 5u : 6u, .minor = minor});
+      EXPECT_EQ(IsOwnSettingsRecord(block.Record, c.printer), c.same || !old);
+    }
+  }
+  auto block = DefaultBlock();
+  std::fill_n(block.Record.Public.dmDeviceName, 32, u'x');
+  EXPECT_EQ(CheckSettingsRecord(RecordView(&block.Record), std::u16string(40, u'x').c_str()), 0u)
+      << "a name that fills its field";
+}
+
+class Records : public support::MachineTest {
+ protected:
+  void SetUp() override {
+    MachineTest::SetUp();
+    block_ = DefaultBlock();
+    block_.Printer.PaperNum = 2;
+    block_.Printer.Papers[1] = block_.Printer.Papers[0];
+    Store();
+  }
+  void Store() { support::StoreBlock(machine(), block_); }
+
+  // What the module makes of an input record that ends where nobody may read.
+  Bytes Convert(const Bytes& input, LONG size = 452) {
+    const support::GuardedBuffer in(input.data(), input.size());
+    const support::GuardedBuffer out(452);
+    in.Protect();
+    EXPECT_TRUE(exports_.DrvConvertDevMode(printerName_.data(), in.As<DEVMODEW>(),
+                                           out.As<DEVMODEW>(), &size, CDM_CONVERT));
+    EXPECT_EQ(size, 452);
+    return BytesOf(out.data(), out.size());
+  }
+  Bytes Stored() { return BytesOf(&block_.Record, 452); }
+
+  // The offsets at which a result differs from the stored record, as "first-last" ranges.
+  std::string Changed(const Bytes& result) {
+    const Bytes stored = Stored();
+    std::string ranges;
+    for (size_t i = 0; i < 452; ++i) {
+      if (result[i] == stored[i]) continue;
+      const size_t first = i;
+      while (i + 1 < 452 && result[i + 1] != stored[i + 1]) ++i;
+      ranges += std::to_string(first) + '-' + std::to_string(i) + ' ';
+    }
+    return ranges;
+  }
+
+  std::u16string printerName_ = kPrinter;
+  DriverSettingsBlock block_;
+};
+
+TEST_F(Records, PublicFieldsMergeByTheirRules) {
+  struct Case {
+    const char* what;
+    DWORD fields;
+    size_t offset;
+    int16_t value;
+    size_t resultOffset;
+    int16_t result;
+  };
+  const Case cases[] = {
+      {"landscape", DM_ORIENTATION, 76, 2, 388, 2},
+      {"no orientation", DM_ORIENTATION, 76, 3, 388, 1},
+      {"orientation 0", DM_ORIENTATION, 76, 0, 388, 1},
+      {"orientation not marked", DM_COPIES, 76, 2, 388, 1},
+      {"registered paper", DM_PAPERSIZE, 78, 258, 220, 258},
+      {"free-size paper", DM_PAPERSIZE, 78, 256, 220, 256},
+      {"standard form", DM_PAPERSIZE, 78, 9, 220, 257},
+      {"paper not registered", DM_PAPERSIZE, 78, 259, 220, 257},
+      {"negative paper", DM_PAPERSIZE, 78, -1, 220, 257},
+      {"no copies", DM_COPIES, 86, 0, 382, 1},
+      {"negative copies", DM_COPIES, 86, -5, 382, 1},
+      {"many copies", DM_COPIES, 86, 500, 382, 500},
+      {"most copies", DM_COPIES, 86, 32767, 382, 32767},
+      {"copies not marked", 0, 86, 500, 382, 1},
+  };
+  for (const Case& c : cases) {
+    Bytes input(220);
+    Put<WORD>(input.data(), 68, 220);
+    Put<DWORD>(input.data(), 72, c.fields);
+    Put(input.data(), c.offset, c.value);
+    EXPECT_EQ(At(Convert(input).data(), c.resultOffset), c.result) << c.what;
+    // The driver's own record contributes its public fields alike.
+    Bytes own = Stored();
+    Put<DWORD>(own.data(), 72, c.fields);
+    Put(own.data(), c.offset, c.value);
+    EXPECT_EQ(At(Convert(own).data(), c.resultOffset), c.result) << c.what;
+  }
+}
+
+TEST_F(Records, PrivateFieldsAreTakenFromOwnRecordsOnly) {
+  Bytes input = Stored();
+  std::fill(input.begin() + 220, input.begin() + 448, std::byte{0x5A});
+  Put<DWORD>(input.data(), 72, DM_COPIES);
+  Put<int16_t>(input.data(), 86, 7);
+  // Twelve numbers of the free-size paper, offsets and speed to move mode, colour text and SYNC.
+  const std::string taken = "86-86 350-373 382-382 384-387 390-403 408-409 434-435 ";
+  EXPECT_EQ(Changed(Convert(input)), taken);
+  const std::string publicOnly = "86-86 382-382 ";
+  struct Foreign {
+    size_t offset;
+    WORD value;
+  };
+  for (const Foreign& f : {Foreign{64, 0x0500}, {66, 0x0E02}, {448, 0x6118}, {70, 231}}) {
+    Bytes foreign = input;
+    Put(foreign.data(), f.offset, f.value);
+    EXPECT_EQ(Changed(Convert(foreign)), publicOnly) << f.offset;
+  }
+  // A record named for another printer: foreign before Windows Vista, the driver's own from then.
+  Put<char16_t>(input.data(), 0, u'X');
+  EXPECT_EQ(Changed(Convert(input)), taken);
+  machine().SetOs({.major = 5, .minor = 1});
+  EXPECT_EQ(Changed(Convert(input)), publicOnly);
+}
+
+TEST_F(Records, StoredSettingsCanInsist) {
+  block_.Record.Private.nCompulsory = 1;
+  Store();
+  Bytes input = Stored();
+  Put<int16_t>(input.data(), 398, 2);
+  Put<int16_t>(input.data(), 438, 0);
+  Put<int16_t>(input.data(), 86, 3);
+  const Bytes result = Convert(input);
+  EXPECT_EQ(At(result.data(), 398), 1);
+  EXPECT_EQ(At(result.data(), 438), 1);
+  EXPECT_EQ(At(result.data(), 382), 3);
+}
+
+TEST_F(Records, EveryLengthIsReadWithinItself) {
+  // Bytes that would be taken for fields if they were read.
+  Bytes pattern(1024, std::byte{1});
+  Put<DWORD>(pattern.data(), 72, 0xFFFFFFFF);
+  Put<int16_t>(pattern.data(), 76, 2);
+  Put<int16_t>(pattern.data(), 78, 256);
+  Put<int16_t>(pattern.data(), 86, 9);
+  std::vector<WORD> extras = {0, 1, 3, 4, 5, 20, 231, 232, 233, 300};
+  const support::OpenedPrinter printer;
+  for (WORD size = 0; size <= 260; ++size) {
+    for (const WORD extra : extras) {
+      const size_t length = std::max(size_t{72}, size_t{size} + extra);
+      const support::GuardedBuffer in(pattern.data(), length);
+      Put(in.data(), 68, size);
+      Put(in.data(), 70, extra);
+      in.Protect();
+      const support::GuardedBuffer out(452);
+      auto* record = in.As<DEVMODEW>();
+      ASSERT_EQ(1, exports_.DrvDocumentProperties(nullptr, printer, printerName_.data(),
+                                                  out.As<DEVMODEW>(), record, DM_COPY | DM_MODIFY));
+      if (size >= 76 && size < 220) {
+        const size_t kept = std::min<size_t>(extra, 232);
+        Bytes echo = BytesOf(in.data(), size + kept);
+        Put(echo.data(), 70, static_cast<WORD>(kept));
+        echo.resize(452);
+        ASSERT_EQ(BytesOf(out.data(), 452), echo) << size << '+' << extra;
+      } else {
+        ASSERT_EQ(At<WORD>(out.data(), 68), 220) << size << '+' << extra;
+        const bool read = size >= 220;
+        ASSERT_EQ(At(out.data(), 388), read ? 2 : 1) << size << '+' << extra;
+        ASSERT_EQ(At(out.data(), 220), read ? 256 : 257) << size << '+' << extra;
+        ASSERT_EQ(At(out.data(), 382), read ? 9 : 1) << size << '+' << extra;
+        ASSERT_EQ(At(out.data(), 398), 1) << "private fields of a foreign record";
+      }
+      const DWORD fields =
+          exports_.DrvDeviceCapabilities(printer, printerName_.data(), DC_FIELDS, nullptr, record);
+      ASSERT_EQ(fields, 0x270Fu);
+      ATTRIBUTE_INFO_3 info{};
+      info.dmYResolution = 77;
+      EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, record, 3, reinterpret_cast<BYTE*>(&info)));
+      ASSERT_EQ(info.dmYResolution, size >= 98 ? 0x0101 : 77) << size;
+    }
+  }
+}
+
+TEST_F(Records, AnOlderRecordComesBackAsItWas) {
+  Bytes input(156 + 20, std::byte{0x33});
+  Put<WORD>(input.data(), 68, 156);
+  Put<WORD>(input.data(), 70, 20);
+  Bytes result = Convert(input);
+  EXPECT_EQ(Bytes(result.begin(), result.begin() + 176), input);
+  EXPECT_EQ(result[176], std::byte{0});
+  input.resize(156 + 300, std::byte{0x44});
+  Put<WORD>(input.data(), 70, 300);
+  result = Convert(input);
+  EXPECT_EQ(At<WORD>(result.data(), 70), 232);
+  EXPECT_EQ(result[156 + 231], std::byte{0x44});
+  EXPECT_EQ(result[156 + 232], std::byte{0});
+}
+
+TEST_F(Records, MayLieAtAnyAddressAndBeTheirOwnOutput) {
+  Bytes memory(1 + 452);
+  auto* record = reinterpret_cast<DEVMODEW*>(memory.data() + 1);
+  std::memcpy(memory.data() + 1, &block_.Record, 452);
+  Put<int16_t>(memory.data() + 1, 398, 4);
+  LONG size = 452;
+  EXPECT_TRUE(
+      exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
+  EXPECT_EQ(At(memory.data() + 1, 398), 4);
+  Put<WORD>(memory.data() + 1, 68, 100);
+  Put<WORD>(memory.data() + 1, 70, 300);
+  EXPECT_TRUE(
+      exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
+  EXPECT_EQ(At<WORD>(memory.data() + 1, 70), 232);
+}
+
+TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
+  block_.Record.Private.nPrintSpeed = 5;
+  Store();
+  const auto speed = [&] { return At(Convert(Bytes(72)).data(), 398); };
+  EXPECT_EQ(speed(), 5);
+  const Bytes good = Stored();
+  const auto part = *machine().Data(kPrinter, u"Private DevMode");
+
+  struct Foreign {
+    size_t offset;
+    WORD value;
+  };
+  for (const Foreign& f : {Foreign{64, 0x0400}, {66, 0x0E00}, {68, 188}, {70, 200}, {448, 0}}) {
+    Bytes record = good;
+    Put(record.data(), f.offset, f.value);
+    machine().SetDefaultRecord(kPrinter, record);
+    EXPECT_EQ(speed(), 1) << f.offset;
+    EXPECT_EQ(At<uint32_t>(Convert(Bytes(72)).data(), 448), SETTINGS_SIGNATURE);
+  }
+  Bytes shorter = good;
+  shorter.resize(200);
+  machine().SetDefaultRecord(kPrinter, shorter);
+  EXPECT_EQ(speed(), 1);
+  machine().SetDefaultRecord(kPrinter, good);
+  for (const size_t size : {size_t{0}, size_t{3337}, size_t{3339}}) {
+    auto other = part;
+    other.bytes.resize(size);
+    machine().SetData(kPrinter, u"Private DevMode", other);
+    EXPECT_EQ(speed(), 1) << size;
+  }
+  machine().RemoveData(kPrinter, u"Private DevMode");
+  EXPECT_EQ(speed(), 1);
+  machine().SetData(kPrinter, u"Private DevMode", part);
+  EXPECT_EQ(speed(), 5);
+  Put<char16_t>(block_.Record.Public.dmDeviceName, 0, u'X');
+  Store();
+  EXPECT_EQ(speed(), 5);
+  machine().SetOs({.major = 5, .minor = 2});
+  EXPECT_EQ(speed(), 1);
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,128 @@
+#include "driver/text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/machine.h"
+
+namespace kestrel {
+namespace {
+
+TEST(PrinterNames, AreCutByMode) {
+  struct Case {
+    const WCHAR* name;
+    int mode;
+    bool given;
+    std::u16string part;
+  };
+  const Case cases[] = {
+      {u"\\\\server\\Label,LPT1:", 0, true, u"\\\\server\\Label,LPT1:"},
+      {u"\\\\server\\Label,LPT1:", 1, true, u"\\\\server\\Label"},
+      {u"\\\\server\\Label,LPT1:", 2, true, u"Label"},
+      {u"Label", 2, true, u"Label"},
+      {u",LPT1:", 1, true, u""},
+      {u"a,C:\\out", 2, true, u"out"},  // the last backslash counts, wherever it stands
+      {u"a", 3, false, u""},
+      {u"a", -1, false, u""},
+      {nullptr, 0, false, u""},
+  };
+  for (const Case& c : cases) {
+    WCHAR out[40] = u"before";
+    EXPECT_EQ(CutPrinterName(out, 40, c.name, c.mode), c.given);
+    EXPECT_EQ(out, c.part);
+  }
+  WCHAR narrow[4];
+  EXPECT_TRUE(CutPrinterName(narrow, 4, u"Label", 2));
+  EXPECT_EQ(narrow, std::u16string(u"Lab"));
+}
+
+TEST(CodePageText, IsCutAtWholeCharacters) {
+  platform::Machine::Create();
+  struct Case {
+    const WCHAR* text;
+    int size;
+    std::string bytes;
+  };
+  const Case cases[] = {
+      {u"表A", 4, "\x95\x5c\x41"}, {u"表A", 3, "\x95\x5c"}, {u"表A", 2, ""}, {u"A表", 3, "A"},
+      {u"ｱ¥\\", 9, "\xb1?\\"},    {u"", 4, ""},
+  };
+  for (const Case& c : cases) {
+    char out[16];
+    std::fill_n(out, 16, 'x');
+    EXPECT_EQ(ToCodePage(c.text, -1, out, c.size), static_cast<int>(c.bytes.size()));
+    EXPECT_EQ(std::string(out), c.bytes);
+    EXPECT_EQ(out[c.size], 'x') << "wrote behind the buffer";
+  }
+  WCHAR wide[3];
+  EXPECT_EQ(FromCodePage("\x95\x5c\x95\x5c\x95\x5c", -1, wide, sizeof wide), 2);
+  EXPECT_EQ(wide, std::u16string(u"表表"));
+  EXPECT_EQ(FromCodePage("A\x95", 2, wide, sizeof wide), 1) << "half a character counts as none";
+  EXPECT_EQ(wide, std::u16string(u"A"));
+  EXPECT_EQ(FromCodePage("AB", 1, wide, sizeof wide), 1);
+}
+
+TEST(CodePageText, TellsTheFirstUnitWithoutAForm) {
+  platform::Machine::Create();
+  struct Case {
+    const WCHAR* text;
+    int maximum;
+    int index;  // -1: all have one
+  };
+  const Case cases[] = {
+      {u"a?b", 10, -1}, {u"aé", 10, 1},  {u"aé", 1, -1}, {u"é", 0, -1},
+      {u"é", -5, -1},   {u"髙ｱ", 10, -1}, {u"x¥", 10, 1}, {u"\xD83D\xDE00", 10, 0},
+  };
+  for (const Case& c : cases) {
+    int index = -1;
+    EXPECT_EQ(IsCp932Representable(c.text, c.maximum, &index), c.index < 0);
+    EXPECT_EQ(index, c.index);
+    EXPECT_EQ(IsCp932Representable(c.text, c.maximum, nullptr), c.index < 0);
+  }
+}
+
+TEST(Integers, AreReadUpToTheFirstOtherCharacter) {
+  struct Case {
+    const char* text;
+    LONG value;
+    bool positive;
+    bool fits;
+  };
+  const Case cases[] = {
+      {"", 0, true, true},           {"  +12x9", 12, true, true},
+      {"-7", -7, false, true},       {"--7", 0, false, true},
+      {"+-7", 0, true, true},        {"70000", 70000, true, true},
+      {"4294967297", 1, true, false}, {"-99999999999999999999", -1661992959, false, false},
+      {"2147483647", 2147483647, true, true},
+  };
+  for (const Case& c : cases) {
+    bool positive = !c.positive;
+    EXPECT_EQ(IntegerFromText(c.text, &positive), c.value) << c.text;
+    EXPECT_EQ(positive, c.positive) << c.text;
+    const std::u16string wide(c.text, c.text + std::char_traits<char>::length(c.text));
+    bool fits = !c.fits;
+    EXPECT_EQ(IntegerFromText(wide.c_str(), &fits), c.value) << c.text;
+    EXPECT_EQ(fits, c.fits) << c.text;
+  }
+  EXPECT_EQ(IntegerFromText("\t5"), 0);
+  EXPECT_EQ(IntegerFromText(u"\t\n5"), 5);
+}
+
+TEST(Texts, StayWithinTheirBuffers) {
+  WCHAR buffer[6] = u"ab";
+  EXPECT_EQ(AppendText(buffer, u"cdefgh"), 3);
+  EXPECT_EQ(buffer, std::u16string(u"abcde"));
+  EXPECT_EQ(AppendText(buffer, u"x"), 0);
+  EXPECT_EQ(CopyText(buffer, nullptr), 0);
+  EXPECT_EQ(buffer[0], 0);
+  const WCHAR unterminated[3] = {'x', 'y', 'z'};
+  EXPECT_EQ(CopyField(buffer, 6, unterminated, 3), 3);
+  EXPECT_EQ(buffer, std::u16string(u"xyz"));
+  EXPECT_TRUE(SameTextIgnoringCase(u"Explorer.EXE", u"explorer.exe"));
+  EXPECT_FALSE(SameText(u"a", u"A"));
+  EXPECT_TRUE(SameText(nullptr, u""));
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,48 @@
+// Settings of the test printer as the spooler keeps them, and records as applications make them.
+#pragma once
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "driver/default_settings.h"
+#include "driver/settings_block.h"
+#include "platform/machine.h"
+#include "tests/support/test_machine.h"
+
+namespace support {
+
+inline std::vector<std::byte> BytesOf(const void* data, size_t size) {
+  const auto* bytes = static_cast<const std::byte*>(data);
+  return {bytes, bytes + size};
+}
+
+// The factory defaults of a printer, signed.
+inline kestrel::DriverSettingsBlock DefaultBlock(const char16_t* name = kPrinter) {
+  kestrel::DriverSettingsBlock block{};
+  kestrel::FillDefaultSettings(block, nullptr, name);
+  block.Record.Private.Signature = kestrel::SETTINGS_SIGNATURE;
+  return block;
+}
+
+// Makes a block what the spooler keeps for the printer.
+inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettingsBlock& block,
+                       const char16_t* name = kPrinter) {
+  machine.SetDefaultRecord(name, BytesOf(&block.Record, sizeof block.Record));
+  machine.SetData(name, u"Private DevMode",
+                  {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
+}
+
+// Numbers at offsets of a record or block, as the stored format fixes them.
+template <typename T = int16_t>
+T At(const void* record, size_t offset) {
+  T value;
+  std::memcpy(&value, static_cast<const std::byte*>(record) + offset, sizeof value);
+  return value;
+}
+template <typename T = int16_t>
+void Put(void* record, size_t offset, T value) {
+  std::memcpy(static_cast<std::byte*>(record) + offset, &value, sizeof value);
+}
+
+}  // namespace support
