@@ -61,16 +61,17 @@ class Capabilities : public support::MachineTest {
 TEST_F(Capabilities, AnswerByIndex) {
   constexpr DWORD kNo = 0xFFFFFFFF;
   constexpr DWORD kAnswers[37] = {
-      kNo, 0x270F, 2, 2,  6553700, 106824260, 1, 0,   220, 232, 0x0401, 0x0E01, 1,
-      1,   0,      1, 2,  90,      32767,     kNo, 1, kNo, 0,   kNo,    kNo,    kNo,
-      kNo, kNo,    kNo, 2, 0,      kNo,       0,   kNo, 3, 3,   kNo,
+      kNo, 0x270F, 2,   2, 6553700, 106824260, 1,   0,   220, 232, 0x0401, 0x0E01, 1,
+      1,   0,      1,   2, 90,      32767,     kNo, 1,   kNo, 0,   kNo,    kNo,    kNo,
+      kNo, kNo,    kNo, 2, 0,       kNo,       0,   kNo, 3,   3,   kNo,
   };
   for (WORD index = 0; index < 37; ++index) EXPECT_EQ(Ask(index), kAnswers[index]) << index;
   EXPECT_EQ(Ask(0xFFFF), kNo);
   const support::GuardedBuffer nothing(0);
-  for (const WORD index : {0, 1, 7, 8, 9, 10, 11, 14, 15, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27,
-                           28, 30, 31, 32, 33, 36})
-    EXPECT_EQ(Ask(index, nothing.data()), kAnswers[index]) << "writes nothing: " << index;
+  for (const int index : {0,  1,  7,  8,  9,  10, 11, 14, 15, 17, 18, 19, 20,
+                          21, 22, 23, 24, 25, 26, 27, 28, 30, 31, 32, 33, 36})
+    EXPECT_EQ(Ask(static_cast<WORD>(index), nothing.data()), kAnswers[index])
+        << "writes nothing: " << index;
 }
 
 TEST_F(Capabilities, WriteTheirOutputExactly) {
@@ -137,14 +138,20 @@ TEST_F(Capabilities, SpoolerAsksWithASize) {
   constexpr DWORD kNo = 0xFFFFFFFF;
   for (const WORD index : {DC_PAPERNAMES, DC_MEDIAREADY}) {
     EXPECT_EQ(ask(index, nullptr, 0), 21u);
-    for (const auto& [size, names] : {std::pair<DWORD, DWORD>{0, kNo}, {63, kNo}, {64, 1}, {100, 1},
-                                      {128, 2}, {1344, 21}, {0xFFFFFFFF, 21}}) {
+    for (const auto& [size, names] : {std::pair<DWORD, DWORD>{0, kNo},
+                                      {63, kNo},
+                                      {64, 1},
+                                      {100, 1},
+                                      {128, 2},
+                                      {1344, 21},
+                                      {0xFFFFFFFF, 21}}) {
       const support::GuardedBuffer buffer(names == kNo ? 0 : names * 128);
       EXPECT_EQ(ask(index, buffer.data(), size), names) << size;
     }
   }
   BYTE output[64];
-  for (const WORD index : {0, 1, 2, 3, 12, 34, 36}) {
+  for (const int other : {0, 1, 2, 3, 12, 34, 36}) {
+    const auto index = static_cast<WORD>(other);
     EXPECT_EQ(ask(index, nullptr, 0), kNo) << index;
     EXPECT_EQ(ask(index, output, 64), kNo) << index;
   }

@@ -14,7 +14,9 @@ class EntryPoints : public support::MachineTest {
  protected:
   DEVMODEW* Out() { return reinterpret_cast<DEVMODEW*>(out_); }
   DEVMODEW* In() { return &in_.Record.Public; }
-  bool OutUntouched() { return std::all_of(out_, out_ + 452, [](BYTE b) { return b == 0xCD; }); }
+  bool OutUntouched() {
+    return std::all_of(out_, out_ + 452, [](BYTE b) { return b == 0xCD; });
+  }
   void ClearOut() {
     std::fill_n(out_, 452, BYTE{0xCD});
     SetLastError(0);
@@ -113,10 +115,10 @@ TEST_F(EntryPoints, ConversionChecksInOrder) {
   for (const Case& c : cases) {
     LONG size = c.size != nullptr ? *c.size : 0;
     ClearOut();
-    EXPECT_EQ(exports_.DrvConvertDevMode(c.name, c.input ? In() : nullptr,
-                                         c.output ? Out() : nullptr,
-                                         c.size != nullptr ? &size : nullptr, c.mode),
-              c.error == 0 ? TRUE : FALSE);
+    EXPECT_EQ(
+        exports_.DrvConvertDevMode(c.name, c.input ? In() : nullptr, c.output ? Out() : nullptr,
+                                   c.size != nullptr ? &size : nullptr, c.mode),
+        c.error == 0 ? TRUE : FALSE);
     EXPECT_EQ(size, c.sizeAfter);
     EXPECT_EQ(GetLastError(), c.error);
     EXPECT_EQ(OutUntouched(), c.error != 0);
@@ -148,10 +150,10 @@ TEST_F(EntryPoints, DocumentPropertiesWithoutSheet) {
   };
   for (const Case& c : cases) {
     ClearOut();
-    EXPECT_EQ(exports_.DrvDocumentProperties(nullptr, printer, name_.data(),
-                                             c.output ? Out() : nullptr, c.input ? In() : nullptr,
-                                             c.mode),
-              c.result)
+    EXPECT_EQ(
+        exports_.DrvDocumentProperties(nullptr, printer, name_.data(), c.output ? Out() : nullptr,
+                                       c.input ? In() : nullptr, c.mode),
+        c.result)
         << c.mode;
     EXPECT_EQ(GetLastError(), c.error) << c.mode;
     EXPECT_EQ(OutUntouched(), !c.written) << c.mode;

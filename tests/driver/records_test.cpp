@@ -25,8 +25,8 @@ TEST(RecordChecks, NameWhatDiffers) {
     unsigned mask;
   };
   const Case cases[] = {
-      {64, 0x0400, 1},   {66, 0x0E00, 2}, {68, 219, 4 | 16}, {70, 231, 8 | 16}, {70, 3, 8 | 16},
-      {70, 0, 8 | 16},   {448, 0, 16},    {0, 'X', 32},      {68, 0, 4 | 16},   {68, 65535, 4 | 16},
+      {64, 0x0400, 1}, {66, 0x0E00, 2}, {68, 219, 4 | 16}, {70, 231, 8 | 16}, {70, 3, 8 | 16},
+      {70, 0, 8 | 16}, {448, 0, 16},    {0, 'X', 32},      {68, 0, 4 | 16},   {68, 65535, 4 | 16},
   };
   const auto own = DefaultBlock();
   EXPECT_EQ(CheckSettingsRecord(RecordView(&own.Record), kPrinter), 0u);
@@ -46,11 +46,16 @@ TEST(RecordChecks, CompareDeviceNames) {
     bool same;
   };
   const Case cases[] = {
-      {u"Label Printer", u"Label", true},       {u"Label", u"Label Printer", true},
-      {u"Label Printer", u"label", false},      {u"Label", u"Laser", false},
-      {u"\\\\srv\\Label,LPT1:", u"Label", true}, {u"Label", u"\\\\other\\Label,x", true},
-      {nullptr, u"Label", true},                {u"Label", u"", true},
-      {u",x", u"Label", true},                  {u"a\\", u"Label", true},
+      {u"Label Printer", u"Label", true},
+      {u"Label", u"Label Printer", true},
+      {u"Label Printer", u"label", false},
+      {u"Label", u"Laser", false},
+      {u"\\\\srv\\Label,LPT1:", u"Label", true},
+      {u"Label", u"\\\\other\\Label,x", true},
+      {nullptr, u"Label", true},
+      {u"Label", u"", true},
+      {u",x", u"Label", true},
+      {u"a\\", u"Label", true},
       {u"Label 2", u"Label 1", false},
   };
   for (const Case& c : cases) {
@@ -226,7 +231,8 @@ TEST_F(Records, EveryLengthIsReadWithinItself) {
       ASSERT_EQ(fields, 0x270Fu);
       ATTRIBUTE_INFO_3 info{};
       info.dmYResolution = 77;
-      EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, record, 3, reinterpret_cast<BYTE*>(&info)));
+      EXPECT_FALSE(
+          exports_.DrvQueryJobAttributes(printer, record, 3, reinterpret_cast<BYTE*>(&info)));
       ASSERT_EQ(info.dmYResolution, size >= 98 ? 0x0101 : 77) << size;
     }
   }
@@ -253,13 +259,11 @@ TEST_F(Records, MayLieAtAnyAddressAndBeTheirOwnOutput) {
   std::memcpy(memory.data() + 1, &block_.Record, 452);
   Put<int16_t>(memory.data() + 1, 398, 4);
   LONG size = 452;
-  EXPECT_TRUE(
-      exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
+  EXPECT_TRUE(exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
   EXPECT_EQ(At(memory.data() + 1, 398), 4);
   Put<WORD>(memory.data() + 1, 68, 100);
   Put<WORD>(memory.data() + 1, 70, 300);
-  EXPECT_TRUE(
-      exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
+  EXPECT_TRUE(exports_.DrvConvertDevMode(printerName_.data(), record, record, &size, CDM_CONVERT));
   EXPECT_EQ(At<WORD>(memory.data() + 1, 70), 232);
 }
 

@@ -22,18 +22,38 @@ TEST(OsVersionCode, IsToldBySystem) {
     int code;
   };
   const Case cases[] = {
-      {10, 0, 2, 1, true, 110}, {10, 0, 2, 3, true, 210}, {6, 3, 2, 1, true, 110},
-      {6, 3, 2, 2, true, 210},  {6, 2, 2, 1, true, 109},  {6, 2, 2, 3, true, 208},
-      {6, 1, 2, 1, true, 108},  {6, 1, 2, 3, true, 206},  {6, 0, 2, 1, true, 106},
-      {6, 0, 2, 3, true, 107},  {5, 2, 2, 1, true, 104},  {5, 2, 2, 3, true, 105},
-      {5, 1, 2, 1, true, 104},  {5, 0, 2, 1, true, 103},  {5, 0, 2, 3, true, 103},
-      {4, 0, 2, 1, true, 102},  {4, 10, 1, 1, true, 2},   {4, 0, 0, 1, true, -1},
+      {10, 0, 2, 1, true, 110},
+      {10, 0, 2, 3, true, 210},
+      {6, 3, 2, 1, true, 110},
+      {6, 3, 2, 2, true, 210},
+      {6, 2, 2, 1, true, 109},
+      {6, 2, 2, 3, true, 208},
+      {6, 1, 2, 1, true, 108},
+      {6, 1, 2, 3, true, 206},
+      {6, 0, 2, 1, true, 106},
+      {6, 0, 2, 3, true, 107},
+      {5, 2, 2, 1, true, 104},
+      {5, 2, 2, 3, true, 105},
+      {5, 1, 2, 1, true, 104},
+      {5, 0, 2, 1, true, 103},
+      {5, 0, 2, 3, true, 103},
+      {4, 0, 2, 1, true, 102},
+      {4, 10, 1, 1, true, 2},
+      {4, 0, 0, 1, true, -1},
       {3, 51, 2, 1, true, 101},
       // found by the version number alone
-      {5, 1, 2, 1, false, 104}, {5, 2, 2, 1, false, 201}, {5, 2, 2, 2, false, 105},
-      {5, 2, 2, 3, false, 105}, {6, 0, 2, 1, false, 106}, {6, 0, 2, 3, false, 107},
-      {6, 1, 2, 1, false, 108}, {6, 1, 2, 3, false, -1},  {6, 2, 2, 1, false, 109},
-      {6, 2, 2, 3, false, -1},  {6, 3, 2, 1, false, -1},  {10, 0, 2, 1, false, -1},
+      {5, 1, 2, 1, false, 104},
+      {5, 2, 2, 1, false, 201},
+      {5, 2, 2, 2, false, 105},
+      {5, 2, 2, 3, false, 105},
+      {6, 0, 2, 1, false, 106},
+      {6, 0, 2, 3, false, 107},
+      {6, 1, 2, 1, false, 108},
+      {6, 1, 2, 3, false, -1},
+      {6, 2, 2, 1, false, 109},
+      {6, 2, 2, 3, false, -1},
+      {6, 3, 2, 1, false, -1},
+      {10, 0, 2, 1, false, -1},
   };
   for (const Case& c : cases) {
     machine->SetOs({c.major, c.minor, 0, c.platformId, c.product, c.verifies});
@@ -53,8 +73,8 @@ TEST_F(PrinterAccess, AnswersBySelector) {
     std::u16string text;
   };
   const Case texts[] = {
-      {0, u"VELA QM610r"},   {11, u"VELA QM610r"},   {4, u"winprint"},
-      {12, u"LPT2:"},        {14, u"Label Printer"}, {2, directory},
+      {0, u"VELA QM610r"},     {11, u"VELA QM610r"},    {4, u"winprint"},
+      {12, u"LPT2:"},          {14, u"Label Printer"},  {2, directory},
       {1, directory + u"\\3"}, {3, directory + u"\\3"}, {100, directory + u"\\3"},
   };
   for (const Case& c : texts) {

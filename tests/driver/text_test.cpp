@@ -45,8 +45,12 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
     std::string bytes;
   };
   const Case cases[] = {
-      {u"表A", 4, "\x95\x5c\x41"}, {u"表A", 3, "\x95\x5c"}, {u"表A", 2, ""}, {u"A表", 3, "A"},
-      {u"ｱ¥\\", 9, "\xb1?\\"},    {u"", 4, ""},
+      {u"表A", 4, "\x95\x5c\x41"},
+      {u"表A", 3, "\x95\x5c"},
+      {u"表A", 2, ""},
+      {u"A表", 3, "A"},
+      {u"ｱ¥\\", 9, "\xb1?\\"},
+      {u"", 4, ""},
   };
   for (const Case& c : cases) {
     char out[16];
@@ -71,7 +75,7 @@ TEST(CodePageText, TellsTheFirstUnitWithoutAForm) {
     int index;  // -1: all have one
   };
   const Case cases[] = {
-      {u"a?b", 10, -1}, {u"aé", 10, 1},  {u"aé", 1, -1}, {u"é", 0, -1},
+      {u"a?b", 10, -1}, {u"aé", 10, 1},   {u"aé", 1, -1}, {u"é", 0, -1},
       {u"é", -5, -1},   {u"髙ｱ", 10, -1}, {u"x¥", 10, 1}, {u"\xD83D\xDE00", 10, 0},
   };
   for (const Case& c : cases) {
@@ -90,10 +94,14 @@ TEST(Integers, AreReadUpToTheFirstOtherCharacter) {
     bool fits;
   };
   const Case cases[] = {
-      {"", 0, true, true},           {"  +12x9", 12, true, true},
-      {"-7", -7, false, true},       {"--7", 0, false, true},
-      {"+-7", 0, true, true},        {"70000", 70000, true, true},
-      {"4294967297", 1, true, false}, {"-99999999999999999999", -1661992959, false, false},
+      {"", 0, true, true},
+      {"  +12x9", 12, true, true},
+      {"-7", -7, false, true},
+      {"--7", 0, false, true},
+      {"+-7", 0, true, true},
+      {"70000", 70000, true, true},
+      {"4294967297", 1, true, false},
+      {"-99999999999999999999", -1661992959, false, false},
       {"2147483647", 2147483647, true, true},
   };
   for (const Case& c : cases) {
