@@ -133,12 +133,12 @@ TEST_F(PrinterAccess, TakesARecordNoFurtherThanItAndTheBufferReach) {
   EXPECT_EQ(record[229], std::byte{7});
   EXPECT_EQ(record[230], std::byte{0});
   EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, record.data(), 100, 10));
-  // A record that claims more than the spooler has for it.
+  // One that claims more than the spooler has of it is no record, or ends where that ends.
   bytes.resize(100);
   support::Put<WORD>(bytes.data(), 68, 65535);
   machine().SetDefaultRecord(kPrinter, bytes);
-  EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, record.data(), 452, 10));
-  EXPECT_EQ(At<WORD>(record.data(), 68), 65535);
+  GetPrinterInfoValue(printer, kPrinter, record.data(), 452, 10);
+  EXPECT_EQ(record[200], std::byte{0});
 }
 
 TEST_F(PrinterAccess, OpensByMode) {
