@@ -21,9 +21,9 @@
 namespace kestrel {
 
 using platform::Desk;
-using support::kVersionTab;
 using support::kPaperTab;
 using support::kPrinter;
+using support::kVersionTab;
 using support::SheetAnswer;
 using support::SheetKind;
 using Step = platform::ScriptedUser::Step;

@@ -269,5 +269,33 @@ TEST_F(PreviewDraw, AThousandRedrawsLeaveNoObject) {
   RunToCancel();
 }
 
+// Each creation of a drawing object fails in turn: what can be drawn is, and nothing stays behind.
+TEST_F(PreviewDraw, ADrawingThatGetsNoObjectLeavesNone) {
+  KeepPaper(240, 480, 30, 0, 240);
+  Click(IDC_PAPER_WHOLE_LABEL);
+  Then([this](Desk& desk) {
+    const HWND box = desk.Control(IDC_PAPER_PICTURE).handle;
+    const int objects = platform::LiveGdiObjects();
+    const int contexts = platform::LiveDcs();
+    const auto draw = [&] {
+      InvalidateRect(box, nullptr, TRUE);
+      UpdateWindow(box);
+      const bool struck = machine().faults.Struck(platform::Fault::kWindow);
+      machine().faults.Clear();
+      EXPECT_EQ(platform::LiveGdiObjects(), objects);
+      EXPECT_EQ(platform::LiveDcs(), contexts);
+      return struck;
+    };
+    int n = 0;
+    do {
+      machine().faults.FailNth(platform::Fault::kWindow, ++n);
+    } while (draw());
+    EXPECT_GT(n, 5);  // two pictures with their contexts, and a pen
+    draw();
+    EXPECT_EQ(desk.Control(IDC_PAPER_PICTURE).drawing.size(), 11u);
+  });
+  RunToCancel();
+}
+
 }  // namespace
 }  // namespace kestrel
