@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "driver/instance.h"
-#include "driver/text.h"
 #include "fonts/barcode_kinds.h"
 #include "fonts/barcode_library.h"
 #include "fonts/font_names.h"
@@ -136,7 +135,9 @@ bool StoreBarFont(BarDialog& dialog) {
   FontStore& store = *dialog.store;
   const HWND window = dialog.window;
   BarFontInfo& font = dialog.font();
-  GetDlgItemTextW(window, IDC_BAR_FONT_NAME, font.BarFontName, kFontNameLength);
+  WCHAR name[kFontNameLength];
+  GetDlgItemTextW(window, IDC_BAR_FONT_NAME, name, kFontNameLength);
+  PutName(font.BarFontName, name);
   const int index = store.FontEditMode == 1 ? store.FontEditIndex : -1;
   if (!CheckFontName(window, store, font.BarFontName, index, kBarcodeFont)) {
     SetFocus(GetDlgItem(window, IDC_BAR_FONT_NAME));
@@ -160,7 +161,7 @@ bool StoreBarFont(BarDialog& dialog) {
   font.Incriment = serial.numbers[1];
   font.ActiveData = serial.numbers[2];
   font.NegativeData = serial.numbers[3];
-  CopyText(store.WorkFont.FontName, font.BarFontName);
+  PutName(store.WorkFont.FontName, font.BarFontName);
   return true;
 }
 

@@ -139,7 +139,7 @@ bool RunDialog(HWND page, DriverUiData& session, const FontGroup& group) {
 
 void TakeSelected(FontStore& store, const FontGroup& group, int selected) {
   store.FontEditIndex = static_cast<int16_t>(selected);
-  store.WorkFont = FontsOf(store, group)[selected];
+  store.WorkFont = CopyForEditing(FontsOf(store, group)[selected]);
 }
 
 // A changed list shows at once, and the sheet is marked changed.
@@ -235,7 +235,8 @@ void CreatePage(HWND page, DriverUiData& session) {
   SetUpPage(page, session);
 }
 
-constexpr OwnPage kPage = {CreatePage, SetUpPage, nullptr, OnCommand, nullptr, ApplyOrder::kSaveThenConfirm};
+constexpr OwnPage kPage = {CreatePage, SetUpPage, nullptr,
+                           OnCommand,  nullptr,   ApplyOrder::kSaveThenConfirm};
 
 }  // namespace
 

@@ -16,6 +16,7 @@ constexpr int kSizeSpins[] = {IDC_DECO_FONT_WIDTH_SPIN, IDC_DECO_FONT_HEIGHT_SPI
 
 constexpr int kMaxMagnification = 6;
 constexpr int kMagnificationTextLimit = 2;
+constexpr WPARAM kSerialTextLimits[kSerialFieldCount] = {4, 5, 2, 2};
 constexpr int kLargest = 32767;  // an up-down's position is kept to 16 bits
 
 void Enable(HWND dialog, RadioGroup controls, bool on) {
@@ -23,22 +24,15 @@ void Enable(HWND dialog, RadioGroup controls, bool on) {
 }
 
 // A resident font that this printer does not have, as a backup of another may bring: what the font
-// is stays settable, and its name stays until another resident font is chosen.
+// is stays settable, and its name and size stay until another is chosen.
 DecoFontInfo RowOfUnknownFont(const DecoFontInfo& font, const DecoFontInfo& fallback) {
   DecoFontInfo row = fallback;
   CopyText(row.ResiFontName, font.ResiFontName);
   row.Pitch = font.Pitch == 2 ? 1 : 0;
   row.Smoothing = font.Smoothing != 0 ? kAlways : 0;
   row.Bold = font.Bold != 0 ? kUpToFive : 0;
-  const FontCell* cell = CellOfCode(font.Size);
-  if (cell != nullptr) {
-    row.Size = font.Size;
-    row.SizeX = cell->width;
-    row.SizeY = cell->height;
-  } else if (font.Size == kSizeScalable) {
-    row.Size = kSizeScalable;
-    row.OutlineStyle = 0;
-  }
+  row.Size = font.Size;
+  if ((font.Size & kSizeScalable) != 0) row.OutlineStyle = 0;
   return row;
 }
 
@@ -56,11 +50,16 @@ void FillSizeField(DecoDialog& dialog, int side) {
   InitField(dialog.fields(), kSizeEdits[side], minimum, maximum, value, font.Unit, false);
 }
 
+// A magnification beyond its range stays to be seen, and to be found by the range check.
 void ShowMagnifications(DecoDialog& dialog, bool attach) {
   const int values[] = {dialog.font().ExpandX, dialog.font().ExpandY};
   for (int side = 0; side < 2; ++side) {
     SetSpin(dialog.window, kMagnificationSpins[side], kMagnificationEdits[side], 1,
             kMaxMagnification, values[side], attach);
+    if (SpinPosition(dialog.window, kMagnificationSpins[side]) == values[side]) continue;
+    WCHAR text[kMeasureTextLength];
+    FormatMeasure(text, values[side], kPlain);
+    SetDlgItemTextW(dialog.window, kMagnificationEdits[side], text);
   }
 }
 
@@ -103,15 +102,16 @@ void EnableCapabilities(DecoDialog& dialog) {
   Enable(window, kMagnificationSpins, fixedCells);
 }
 
-// The row of the font's resident font, selected in the list; none is selected for one that the
-// printer lacks.
-void SelectResidentFont(DecoDialog& dialog) {
+// The row of the font's resident font, selected in the list with the font's size; none is selected
+// for one that the printer lacks. Whether the printer has it.
+bool SelectResidentFont(DecoDialog& dialog) {
   const auto rows = ResidentFontTable(dialog.dpi);
   const int row = ResidentFontRow(rows, dialog.font().ResiFontName);
   dialog.row = row >= 0 ? rows[static_cast<size_t>(row)] : RowOfUnknownFont(dialog.font(), rows[0]);
   SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_RESIDENT, CB_SETCURSEL, static_cast<WPARAM>(row),
                       0);
   FillSizeList(dialog, EntryOfCell(dialog.row.Size, dialog.font().Size));
+  return row >= 0;
 }
 
 void StartNewFont(DecoDialog& dialog) {
@@ -153,6 +153,10 @@ void OpenDecoDialog(DecoDialog& dialog) {
   for (int edit : kMagnificationEdits) {
     SendDlgItemMessageW(window, edit, EM_LIMITTEXT, kMagnificationTextLimit, 0);
   }
+  for (int field = 0; field < kSerialFieldCount; ++field) {
+    SendDlgItemMessageW(window, kDecoSerial.edits[field], EM_LIMITTEXT, kSerialTextLimits[field],
+                        0);
+  }
   ShowMagnifications(dialog, true);
   for (int side = 0; side < 2; ++side) {
     SetSpin(window, kSizeSpins[side], kSizeEdits[side], 1, 1, 1, true);
@@ -160,12 +164,16 @@ void OpenDecoDialog(DecoDialog& dialog) {
 
   const bool change = store.FontEditMode == 1;
   if (change || store.DecoReference) {
-    SelectResidentFont(dialog);
-    if (change && !dialog.scalable()) ComputeSelectedSize(dialog, SelectedSizeEntry(dialog));
+    const bool known = SelectResidentFont(dialog);
+    if (change && known && !dialog.scalable()) {
+      ComputeSelectedSize(dialog, SelectedSizeEntry(dialog));
+    }
     if (!change) {
       dialog.work().FontName[0] = 0;
       dialog.font().DecoFontName[0] = 0;
     }
+    // A foreign record may have both off, which no font can keep.
+    if (dialog.font().Decorate == 0 && dialog.font().Range != 1) dialog.font().Decorate = 1;
   } else {
     StartNewFont(dialog);
   }

@@ -1,4 +1,3 @@
-#include "driver/text.h"
 #include "fonts/deco_dialog_data.h"
 #include "fonts/font_names.h"
 #include "paper/measured_value.h"
@@ -91,9 +90,9 @@ bool StoreDecoFont(DecoDialog& dialog) {
 
   FontRecord& work = dialog.work();
   work.FontKind = kDecorativeFont;
-  CopyText(work.FontName, name);
-  CopyText(work.Deco.DecoFontName, name);
-  CopyText(work.Deco.ResiFontName, dialog.row.ResiFontName);
+  PutName(work.FontName, name);
+  PutName(work.Deco.DecoFontName, name);
+  PutName(work.Deco.ResiFontName, dialog.row.ResiFontName);
   ReadRadios(window, work.Deco);
   ReadNumbers(window, work.Deco);
   return true;

@@ -1,5 +1,8 @@
 #include "fonts/font_names.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "driver/text.h"
 #include "fonts/resident_fonts.h"
 #include "sheets/messages.h"
@@ -38,6 +41,11 @@ bool IsInstalledFamily(HDC dc, const WCHAR* name) {
 }
 
 }  // namespace
+
+void PutName(WCHAR (&field)[kFontNameLength], const WCHAR* name) {
+  const int length = CopyText(field, name);
+  std::fill(field + length, std::end(field), WCHAR{});
+}
 
 bool DecoNameFree(const FontStore& store, const WCHAR* name, int except) {
   for (int i = 0; i < store.DecoFontNum; ++i) {

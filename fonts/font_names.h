@@ -17,6 +17,10 @@ enum class FontNameVerdict : UINT {
   kTooLong = 2428,
 };
 
+// Puts a name into a record's field, cut to 31 units; the rest of the field is zero, so that
+// nothing of a former name is stored with it.
+void PutName(WCHAR (&field)[kFontNameLength], const WCHAR* name);
+
 // Whether no record but the one at except (-1: every record counts) bears the name.
 bool DecoNameFree(const FontStore& store, const WCHAR* name, int except);
 bool BarNameFree(const FontStore& store, const WCHAR* name, int except);

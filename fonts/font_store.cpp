@@ -89,6 +89,19 @@ int ShownDecoFonts(const FontStore& store) {
   return std::clamp<int>(store.DecoFontNum, 0, kFontCapacity - bar);
 }
 
+FontRecord CopyForEditing(const FontRecord& record) {
+  constexpr int kLast = kFontNameLength - 1;
+  FontRecord copy = record;
+  copy.FontName[kLast] = 0;
+  if (copy.FontKind == kBarcodeFont) {
+    copy.Bar.BarFontName[kLast] = 0;
+  } else {
+    copy.Deco.DecoFontName[kLast] = 0;
+    copy.Deco.ResiFontName[kLast] = 0;
+  }
+  return copy;
+}
+
 bool CanRegisterMore(const FontStore& store) {
   return store.DecoFontNum + store.BarFontNum < kFontCapacity;
 }

@@ -19,6 +19,8 @@ int ShownDecoFonts(const FontStore& store);
 // Writes both values, decorative fonts first. A store that was not loaded in this session is never
 // written (false).
 bool SaveFontStore(HANDLE printer, const FontStore& store);
+// A copy of a stored record whose names are terminated, as a dialog needs it.
+FontRecord CopyForEditing(const FontRecord& record);
 // Whether one more font can be registered.
 bool CanRegisterMore(const FontStore& store);
 

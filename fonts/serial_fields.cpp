@@ -9,16 +9,15 @@ namespace {
 struct SerialRange {
   int minimum;
   int maximum;
-  int textLimit;
   UINT belowId;
   UINT aboveId;
 };
 
 constexpr SerialRange kRanges[kSerialFieldCount] = {
-    {1, 9999, 4, IDS_PRINT_NUM_BELOW, IDS_PRINT_NUM_ABOVE},
-    {-9999, 9999, 5, IDS_INCREMENT_BELOW, IDS_INCREMENT_ABOVE},
-    {1, 99, 2, IDS_ACTIVE_DIGITS_BELOW, IDS_ACTIVE_DIGITS_ABOVE},
-    {0, 99, 2, IDS_LOW_DIGITS_BELOW, IDS_LOW_DIGITS_ABOVE},
+    {1, 9999, IDS_PRINT_NUM_BELOW, IDS_PRINT_NUM_ABOVE},
+    {-9999, 9999, IDS_INCREMENT_BELOW, IDS_INCREMENT_ABOVE},
+    {1, 99, IDS_ACTIVE_DIGITS_BELOW, IDS_ACTIVE_DIGITS_ABOVE},
+    {0, 99, IDS_LOW_DIGITS_BELOW, IDS_LOW_DIGITS_ABOVE},
 };
 
 void Enable(HWND dialog, int control, bool on) { EnableWindow(GetDlgItem(dialog, control), on); }
@@ -27,8 +26,6 @@ void Enable(HWND dialog, int control, bool on) { EnableWindow(GetDlgItem(dialog,
 
 void FillSerialFields(HWND dialog, const SerialControls& controls, const SerialValues& values) {
   for (int i = 0; i < kSerialFieldCount; ++i) {
-    SendDlgItemMessageW(dialog, controls.edits[i], EM_LIMITTEXT,
-                        static_cast<WPARAM>(kRanges[i].textLimit), 0);
     SetSpin(dialog, controls.spins[i], controls.edits[i], kRanges[i].minimum, kRanges[i].maximum,
             values.numbers[i], true);
   }

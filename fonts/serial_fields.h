@@ -25,7 +25,7 @@ struct SerialValues {
   int16_t numbers[kSerialFieldCount];
 };
 
-// Ranges, text limits and values of the four fields; joins the up-downs to their edits.
+// Ranges and values of the four fields; joins the up-downs to their edits.
 void FillSerialFields(HWND dialog, const SerialControls& controls, const SerialValues& values);
 // The mode radios and the four fields can be used only while serial numbering is on.
 void EnableSerialFields(HWND dialog, const SerialControls& controls, bool on);
