@@ -121,10 +121,15 @@ Json DrawingJson(const DisplayList& list) {
 }
 
 Json ControlJson(const ControlView& control) {
-  Json json = {{"handle", HandleText(control.handle)}, {"id", control.id},
-               {"kind", KindName(control.kind)},       {"rect", Box(control.rect)},
-               {"text", ToUtf8(control.text)},         {"enabled", control.enabled},
-               {"focused", control.focused},           {"tabStop", control.tabStop}};
+  Json json = {{"handle", HandleText(control.handle)},
+               {"id", control.id},
+               {"kind", KindName(control.kind)},
+               {"rect", Box(control.rect)},
+               {"text", ToUtf8(control.text)},
+               {"enabled", control.enabled},
+               {"focused", control.focused},
+               {"tabStop", control.tabStop},
+               {"group", control.group}};
   switch (control.kind) {
     case ControlKind::kButton:
       json["default"] = control.defaultButton;

@@ -45,6 +45,7 @@ struct ControlView {
   bool checked = false;  // check boxes and radio buttons
   bool defaultButton = false;
   bool tabStop = false;
+  bool group = false;    // starts a group of controls (WS_GROUP)
   bool dropped = false;  // a combo box whose list is open
   bool centred = false;
   bool readOnly = false;
