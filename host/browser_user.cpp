@@ -1,7 +1,6 @@
 #include "host/browser_user.h"
 
 #include <algorithm>
-#include <exception>
 #include <string>
 
 #include "host/snapshot.h"
@@ -13,8 +12,16 @@ namespace {
 using platform::Desk;
 using platform::SheetButton;
 
-int Number(const Json& action, const char* name) { return action.value(name, 0); }
-std::u16string Text(const Json& action) { return FromUtf8(action.value("text", std::string())); }
+// A member of an action; one that is missing or of another type counts as 0 or empty.
+std::int64_t Number(const Json& action, const char* name) {
+  const auto found = action.find(name);
+  return found != action.end() && found->is_number_integer() ? found->get<std::int64_t>() : 0;
+}
+int Small(const Json& action, const char* name) { return static_cast<int>(Number(action, name)); }
+std::string Text(const Json& action, const char* name) {
+  const auto found = action.find(name);
+  return found != action.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
 
 void Press(Desk& desk, const std::string& button) {
   if (button == "ok") desk.Press(SheetButton::kOk);
@@ -29,29 +36,30 @@ struct Verb {
 };
 
 constexpr Verb kVerbs[] = {
-    {"focus", [](Desk& desk, const Json& action) { desk.Focus(Number(action, "id")); }},
-    {"click", [](Desk& desk, const Json& action) { desk.Click(Number(action, "id")); }},
+    {"focus", [](Desk& desk, const Json& action) { desk.Focus(Small(action, "id")); }},
+    {"click", [](Desk& desk, const Json& action) { desk.Click(Small(action, "id")); }},
     {"edit",
-     [](Desk& desk, const Json& action) { desk.EditTo(Number(action, "id"), Text(action)); }},
+     [](Desk& desk, const Json& action) {
+       desk.EditTo(Small(action, "id"), FromUtf8(Text(action, "text")));
+     }},
     {"select",
      [](Desk& desk, const Json& action) {
-       desk.Select(Number(action, "id"), Number(action, "index"));
+       desk.Select(Small(action, "id"), Small(action, "index"));
      }},
     {"spin", [](Desk& desk,
-                const Json& action) { desk.Spin(Number(action, "id"), Number(action, "steps")); }},
+                const Json& action) { desk.Spin(Small(action, "id"), Small(action, "steps")); }},
     {"slide",
      [](Desk& desk, const Json& action) {
-       desk.Slide(Number(action, "id"), Number(action, "position"));
+       desk.Slide(Small(action, "id"), Small(action, "position"));
      }},
     {"enter", [](Desk& desk, const Json&) { desk.Enter(); }},
     {"escape", [](Desk& desk, const Json&) { desk.Escape(); }},
     {"close", [](Desk& desk, const Json&) { desk.Close(); }},
-    {"page", [](Desk& desk, const Json& action) { desk.Page(Number(action, "index")); }},
-    {"press",
-     [](Desk& desk, const Json& action) { Press(desk, action.value("button", std::string())); }},
+    {"page", [](Desk& desk, const Json& action) { desk.Page(Small(action, "index")); }},
+    {"press", [](Desk& desk, const Json& action) { Press(desk, Text(action, "button")); }},
     {"access",
      [](Desk& desk, const Json& action) {
-       const std::u16string letter = Text(action);
+       const std::u16string letter = FromUtf8(Text(action, "text"));
        if (letter.size() == 1) desk.AccessKey(letter[0]);
      }},
 };
@@ -60,9 +68,8 @@ constexpr Verb kVerbs[] = {
 // press the button of what lies below. What makes no sense is dropped as well.
 void Do(Desk& desk, const Json& action) {
   const auto windows = desk.Windows();
-  if (windows.empty() || action.value("window", std::string()) != HandleText(windows.back().handle))
-    return;
-  const auto verb = std::ranges::find(kVerbs, action.value("action", std::string()), &Verb::name);
+  if (windows.empty() || Text(action, "window") != HandleText(windows.back().handle)) return;
+  const auto verb = std::ranges::find(kVerbs, Text(action, "action"), &Verb::name);
   if (verb != std::end(kVerbs)) verb->act(desk, action);
 }
 
@@ -74,7 +81,7 @@ bool BrowserUser::Act(platform::Desk& desk) {
   const std::optional<Json> action = exchange_.Take();
   if (!action) return false;
   // Counted before it is done: an action that opens a window ends only when that window closes.
-  handled_ = std::max(handled_, action->value("number", std::uint64_t{0}));
+  handled_ = std::max(handled_, Number(*action, "number"));
   Do(desk, *action);
   return true;
 }

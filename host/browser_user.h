@@ -20,7 +20,7 @@ class BrowserUser : public platform::User {
 
  private:
   Exchange& exchange_;
-  std::uint64_t handled_ = 0;  // the page's number of the last action done
+  std::int64_t handled_ = 0;  // the page's number of the last action done
   bool asked_ = false;
 };
 

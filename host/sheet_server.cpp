@@ -141,9 +141,10 @@ struct SheetServer::Impl {
   }
 
   void AddRoutes() {
+    // What carries a body is admitted once its body is read, or the answer could be lost with it.
     server.set_pre_routing_handler(
         [this](const httplib::Request& request, httplib::Response& response) {
-          if (Admits(request)) {
+          if (request.method == "POST" || Admits(request)) {
             SetHeaders(response);
             return httplib::Server::HandlerResponse::Unhandled;
           }
@@ -158,10 +159,14 @@ struct SheetServer::Impl {
     server.Get(
         "/" + token + "/events",
         [this](const httplib::Request&, httplib::Response& response) { ServeEvents(response); });
-    server.Post("/" + token + "/action",
-                [this](const httplib::Request& request, httplib::Response& response) {
-                  TakeAction(request, response);
-                });
+    server.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
+      if (!Admits(request))
+        response.status = 403;
+      else if (request.path != "/" + token + "/action")
+        response.status = 404;
+      else
+        TakeAction(request, response);
+    });
   }
 };
 
@@ -176,6 +181,7 @@ SheetServer::SheetServer(Exchange& exchange, const std::string& listen, HMODULE 
   server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   server.set_payload_max_length(kLongestBody);
   server.set_tcp_nodelay(true);
+  server.set_keep_alive_max_count(1);
   // Not the library's own choice of SO_REUSEPORT: a port that another process has is not shared.
   server.set_socket_options([](socket_t socket) {
     const int yes = 1;

@@ -128,9 +128,6 @@ const updaters = {
   check(node, view) {
     node.input.checked = view.checked;
   },
-  radio(node, view) {
-    node.input.checked = view.checked;
-  },
   static(node, view) {
     node.element.classList.toggle("centred", view.centred);
     node.element.classList.toggle("wrapped", view.rect[3] >= 23);
@@ -168,6 +165,7 @@ export function createControl(view, link) {
 
 // Follows the server, unless the person is ahead of it or composes text.
 export function updateControl(node, view, link) {
+  node.view.focused = view.focused;
   if (link.isAhead(node.number)) return;
   const shown = JSON.stringify({ ...view, focused: false });
   if (shown === node.shown && node.number === 0) return;

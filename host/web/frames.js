@@ -41,7 +41,7 @@ function updateControls(frame, views, link) {
     frame.controls.delete(handle);
   }
   pairSpins(frame);
-  nameRadios(frame, views);
+  nameRadios(frame, views, link);
 }
 
 // An edit steps with the arrow keys when an up-down belongs to it.
@@ -54,17 +54,16 @@ function pairSpins(frame) {
 }
 
 // Radio buttons of one group share a name, so that the arrow keys walk through them.
-function nameRadios(frame, views) {
+function nameRadios(frame, views, link) {
   let group = 0;
   for (const view of views) {
     if (view.group) ++group;
     if (view.kind === "radio") frame.controls.get(view.handle).input.name = `${frame.handle}-${group}`;
   }
-  // A name that changed may have cleared a button; the server knows.
-  for (const view of views) {
-    const node = frame.controls.get(view.handle);
-    if (view.kind === "radio" && node.number === 0) node.input.checked = view.checked;
-  }
+  // Checking one clears its neighbours, so all of them follow the server together.
+  const radios = [...frame.controls.values()].filter((node) => node.kind === "radio");
+  if (radios.some((node) => link.isAhead(node.number))) return;
+  for (const node of radios) node.input.checked = node.view.checked;
 }
 
 function updateClient(frame, view, link) {
@@ -141,7 +140,7 @@ function updateSheet(frame, view, link) {
 function updateMessage(frame, view, link) {
   const [icon, sign] = ICONS[(view.style >> 4) & 0xf] ?? [];
   if (!frame.message) {
-    frame.message = make("div", "message", frame.element);
+    frame.message = make("div", "body", frame.element);
     if (icon) make("span", `icon ${icon}`, frame.message, { textContent: sign }).dataset.icon = icon;
     frame.client = make("div", "answers", frame.element);
   }

@@ -1,0 +1,158 @@
+// A person at the sheet: pages, fields, keys, dialogs, and what comes out of it.
+import assert from "node:assert/strict";
+import { existsSync, readFileSync } from "node:fs";
+import { test } from "node:test";
+
+import { openBrowser, top, visit } from "../support/browser.mjs";
+import { computer } from "../support/printhost.mjs";
+
+const PRINTER = "Label Printer";
+const [VERSION, PAPER, OPERATION, DEVICE, FONTS, UTILITY] = [0, 1, 2, 3, 4, 5];
+// Controls of the paper page and its registration dialog.
+const [VERTICAL_BASE, VERTICAL_BASE_SPIN, LANDSCAPE, PORTRAIT, PAPERS, REGISTER] = [1099, 1101, 1001, 1000, 1005, 1046];
+const [NAME, WIDTH, HELP] = [1115, 1053, 1167];
+
+// A sheet that stands open in a browser.
+async function opened(t, ...words) {
+  const pc = computer(t);
+  const sheet = pc.start(...(words.length ? words : ["demo", "--json"]));
+  const page = await openBrowser(t);
+  const faults = await visit(page, await sheet.address);
+  const go = async (index) => {
+    await page.locator(`[data-page="${index}"]`).click();
+    await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
+  };
+  const record = async () => JSON.parse((await sheet.ended).output.split("\n").slice(1).join("\n"));
+  return { pc, sheet, page, faults, go, record, ...top(page) };
+}
+
+test("six pages, a field, OK: the record comes out and is kept", async (t) => {
+  const { pc, sheet, page, faults, go, record, window, control } = await opened(t);
+  const titles = ["バージョン情報", "用紙", "動作モード", "デバイスの設定", "クリエイトフォント", "ユーティリティ"];
+  assert.deepEqual(await page.locator("[data-page]").allTextContents(), titles);
+  for (const index of [VERSION, PAPER, OPERATION, DEVICE, FONTS, UTILITY]) {
+    await go(index);
+    assert.equal(await window.getAttribute("data-window"), titles[index]);
+    assert.ok((await window.locator("[data-id]").count()) > 3);
+  }
+  await go(PAPER);
+  await control(VERTICAL_BASE).fill("-12");
+  await control(VERTICAL_BASE_SPIN).locator('[data-spin="up"]').click();
+  await control(LANDSCAPE).check();
+  await page.waitForFunction((id) => document.querySelector(`[data-id="${id}"]`).value === "-11", VERTICAL_BASE);
+  await page.locator('[data-button="ok"]').click();
+  const { public: open, private: own } = await record();
+  assert.deepEqual([own.nVertBase, own.Orient, open.dmOrientation], [-11, 2, 2]);
+  assert.equal((await sheet.ended).status, 0);
+  assert.deepEqual(faults, []);
+  const kept = pc.json("settings", PRINTER);
+  assert.deepEqual([kept.private.nVertBase, kept.private.Orient], [-11, 2]);
+});
+
+test("a paper is registered by keyboard, refused while it has no name", async (t) => {
+  const { pc, page, go, record, control, window } = await opened(t);
+  await go(PAPER);
+  await control(REGISTER).click();
+  await page.locator('[data-window="用紙登録"]').waitFor();
+  assert.equal(await page.evaluate(() => document.activeElement.dataset.id), String(NAME));
+  await page.keyboard.press("Enter");
+  await page.locator('[data-kind="message"] [data-icon="exclamation"]').waitFor();
+  assert.match(await window.innerText(), /用紙名/);
+  await page.keyboard.press("Escape"); // a box with OK alone ends with OK
+  await page.locator('[data-kind="message"]').waitFor({ state: "detached" });
+  await page.waitForFunction((id) => document.activeElement.dataset.id === String(id), NAME);
+  await page.keyboard.type("荷札 50");
+  const before = await control(HELP).textContent();
+  await control(WIDTH).click();
+  await page.waitForFunction(([id, text]) => [...document.querySelectorAll(`[data-id="${id}"]`)].at(-1).textContent !== text, [HELP, before]);
+  await control(WIDTH).fill("50.0");
+  await page.keyboard.press("Enter");
+  await page.locator('[data-window="用紙登録"]').waitFor({ state: "detached" });
+  await page.waitForFunction((id) => [...document.querySelector(`[data-id="${id}"]`).options].some((option) => option.text === "荷札 50"), PAPERS);
+  await control(PAPERS).selectOption("荷札 50");
+  await page.locator('[data-button="ok"]').click();
+  const { public: open } = await record();
+  assert.deepEqual([open.dmFormName, open.dmPaperWidth], ["荷札 50", 500]);
+  const caps = pc.json("caps", PRINTER);
+  assert.deepEqual(caps.DC_PAPERNAMES.output, ["Standard Label 58 x 68 mm", "荷札 50", "フリーサイズ"]);
+});
+
+test("Cancel, Esc, a closed page, a killed browser and SIGTERM change nothing", async (t) => {
+  const endings = {
+    button: ({ page }) => page.locator('[data-button="cancel"]').click(),
+    escape: ({ page }) => page.keyboard.press("Escape"),
+    close: ({ page }) => page.close(),
+    browser: ({ page }) => page.context().close(),
+    signal: ({ sheet }) => sheet.child.kill("SIGTERM"),
+  };
+  for (const [name, end] of Object.entries(endings)) {
+    await t.test(name, async (t) => {
+      const pc = computer(t);
+      pc.run("add", PRINTER);
+      const before = [pc.json("settings", PRINTER), pc.json("data", PRINTER)];
+      const sheet = pc.start("sheet", PRINTER, "--kind", "user-default", "--out", pc.file("out"));
+      const page = await openBrowser(t);
+      await visit(page, await sheet.address);
+      await page.locator(`[data-page="${PAPER}"]`).click();
+      await top(page).control(VERTICAL_BASE).fill("9");
+      await end({ page, sheet });
+      assert.equal((await sheet.ended).status, 1);
+      assert.ok(!existsSync(pc.file("out")));
+      assert.deepEqual([pc.json("settings", PRINTER), pc.json("data", PRINTER)], before);
+    });
+  }
+});
+
+test("each kind of sheet shows its pages and hands its record on as it should", async (t) => {
+  const pc = computer(t);
+  pc.run("add", PRINTER);
+  const settings = pc.json("settings", PRINTER);
+  for (const [kind, pages, kept] of [["document", 6, false], ["advanced", 6, false], ["printer", 1, false], ["user-default", 6, true]]) {
+    await t.test(kind, async (t) => {
+      const out = kind === "printer" ? [] : ["--out", pc.file(kind)];
+      const sheet = pc.start("sheet", PRINTER, "--kind", kind, ...out);
+      t.after(() => sheet.child.kill("SIGKILL"));
+      const page = await openBrowser(t);
+      await visit(page, await sheet.address);
+      assert.equal(await page.locator("[data-page]").count(), pages);
+      if (kind !== "printer") {
+        await page.locator(`[data-page="${PAPER}"]`).click();
+        await top(page).control(LANDSCAPE).check();
+      }
+      await page.locator('[data-button="ok"]').click();
+      assert.equal((await sheet.ended).status, 0);
+      if (kind !== "printer") assert.equal(readFileSync(pc.file(kind)).readInt16LE(76), 2);
+      const now = pc.json("settings", PRINTER);
+      assert.equal(now.public.dmOrientation, kept ? 2 : settings.public.dmOrientation);
+    });
+  }
+});
+
+test("without permission the pages lock what changes the printer", async (t) => {
+  const pc = computer(t);
+  pc.run("add", PRINTER);
+  pc.run("machine", "--permission", PRINTER, "no");
+  const sheet = pc.start("sheet", PRINTER, "--kind", "user-default");
+  const page = await openBrowser(t);
+  await visit(page, await sheet.address);
+  await page.locator(`[data-page="${PAPER}"]`).click();
+  const { control } = top(page);
+  await control(REGISTER).waitFor();
+  assert.ok(await control(REGISTER).isDisabled());
+});
+
+test("Tab walks the page's controls in order, arrows within a group", async (t) => {
+  const { page, go, control } = await opened(t);
+  await go(PAPER);
+  await control(PAPERS).focus();
+  const visited = [];
+  for (let i = 0; i < 4; ++i) {
+    visited.push(await page.evaluate(() => Number(document.activeElement.dataset.id)));
+    await page.keyboard.press("Tab");
+  }
+  assert.equal(visited[0], PAPERS);
+  assert.equal(new Set(visited).size, 4);
+  await control(PORTRAIT).focus();
+  await page.keyboard.press("ArrowRight");
+  await page.waitForFunction((id) => document.querySelector(`[data-id="${id}"]`).checked, LANDSCAPE);
+});
