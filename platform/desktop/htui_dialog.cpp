@@ -18,7 +18,6 @@ constexpr int kSliderWidth = kWidth - 2 * kMargin - kLabelWidth - kValueWidth - 
 
 struct FormState : WindowState {
   Form* form = nullptr;
-  bool filling = false;  // the dialog itself writes a field
 };
 
 int CountOf(const auto& rows) { return static_cast<int>(rows.size()); }
@@ -105,19 +104,17 @@ void ShowSlider(HWND window, const Slider& slider, int index) {
   SendDlgItemMessageW(window, kFirstSlider + index, TBM_SETPOS, TRUE, slider.value);
 }
 
-void ShowValue(HWND window, FormState& state, int index) {
+void ShowValue(HWND window, const Slider& slider, int index) {
   WCHAR text[16];
-  wsprintfW(text, u"%d", state.form->sliders[static_cast<size_t>(index)].value);
-  state.filling = true;
+  wsprintfW(text, u"%d", slider.value);
   SetDlgItemTextW(window, kFirstValue + index, text);
-  state.filling = false;
 }
 
 void Fill(HWND window, FormState& state) {
   const Form& form = *state.form;
   for (int i = 0; i < CountOf(form.sliders); ++i) {
     ShowSlider(window, form.sliders[static_cast<size_t>(i)], i);
-    ShowValue(window, state, i);
+    ShowValue(window, form.sliders[static_cast<size_t>(i)], i);
   }
   for (int i = 0; i < CountOf(form.lists); ++i)
     SendDlgItemMessageW(window, kFirstList + i, CB_SETCURSEL,
@@ -150,24 +147,31 @@ void SlideMoved(HWND window, FormState& state, HWND bar) {
   if (position == slider.value) return;
   slider.value = position;
   slider.touched = true;
-  ShowValue(window, state, index);
+  ShowValue(window, slider, index);
 }
 
-// A typed number counts when it lies inside the bounds; leaving the field shows what counts.
-void ValueTyped(HWND window, FormState& state, int index) {
-  if (state.filling) return;
+// A typed number counts once its field is left or the form confirmed, brought inside the bounds;
+// what is no number is forgotten.
+void TakeTyped(HWND window, FormState& state, int index) {
   Slider& slider = state.form->sliders[static_cast<size_t>(index)];
   BOOL isNumber = FALSE;
-  const int value = static_cast<int>(GetDlgItemInt(window, kFirstValue + index, &isNumber, TRUE));
-  if (!isNumber || value < slider.minimum || value > slider.maximum) return;
-  slider.value = value;
-  slider.touched = true;
-  ShowSlider(window, slider, index);
+  const int typed = static_cast<int>(GetDlgItemInt(window, kFirstValue + index, &isNumber, TRUE));
+  if (isNumber && typed != slider.value) {
+    slider.value = std::clamp(typed, slider.minimum, slider.maximum);
+    slider.touched = true;
+    ShowSlider(window, slider, index);
+  }
+  ShowValue(window, slider, index);
+}
+
+bool Close(HWND window, FormState& state, int id) {
+  for (int i = 0; id == IDOK && i < CountOf(state.form->sliders); ++i) TakeTyped(window, state, i);
+  return EndModal(window, id);
 }
 
 bool Command(HWND window, FormState& state, int id, UINT code) {
   Form& form = *state.form;
-  if (id == IDOK || id == IDCANCEL) return EndModal(window, id);
+  if (id == IDOK || id == IDCANCEL) return Close(window, state, id);
   if (id == kResetButton) {
     Reset(window, state);
   } else if (id >= kFirstBox && id < kFirstBox + CountOf(form.boxes) && code == BN_CLICKED) {
@@ -179,8 +183,7 @@ bool Command(HWND window, FormState& state, int id, UINT code) {
     list.selection = static_cast<int>(SendDlgItemMessageW(window, id, CB_GETCURSEL, 0, 0));
     list.touched = true;
   } else if (id >= kFirstValue && id < kFirstValue + CountOf(form.sliders)) {
-    if (code == EN_CHANGE) ValueTyped(window, state, id - kFirstValue);
-    if (code == EN_KILLFOCUS) ShowValue(window, state, id - kFirstValue);
+    if (code == EN_KILLFOCUS) TakeTyped(window, state, id - kFirstValue);
   } else {
     return false;
   }
@@ -216,7 +219,6 @@ Outcome ShowForm(Form& form) {
   auto state = std::make_unique<FormState>();
   state->form = &form;
   FormState& filled = *state;
-  filled.filling = true;
   top.state = std::move(state);
   const HWND window = CreateTopWindow(std::move(top));
   if (!window) return Outcome::kFailed;
