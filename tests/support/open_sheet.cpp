@@ -33,7 +33,7 @@ LONG ShowUserDefault(const Exports& exports, const SheetAsk& ask, HANDLE printer
 }
 
 LONG Show(const Exports& exports, const SheetAsk& ask, HANDLE printer, DEVMODEW* output) {
-  std::u16string name = kPrinter;
+  std::u16string name = ask.printer;
   switch (ask.kind) {
     case SheetKind::kPrinter:
       return exports.PrinterProperties(nullptr, printer);
@@ -54,19 +54,24 @@ LONG Show(const Exports& exports, const SheetAsk& ask, HANDLE printer, DEVMODEW*
 }  // namespace
 
 SheetAnswer ShowSheet(const Exports& exports, const SheetAsk& ask, Steps steps) {
+  ScriptedUser user(std::move(steps));
+  const SheetAnswer answer = ShowSheetTo(user, exports, ask);
+  EXPECT_EQ(user.Problem(), "");
+  EXPECT_TRUE(user.Finished());
+  return answer;
+}
+
+SheetAnswer ShowSheetTo(platform::User& user, const Exports& exports, const SheetAsk& ask) {
   SheetAnswer answer;
   std::memset(&answer.record, 0xAA, sizeof(answer.record));
   const kestrel::SettingsRecord untouched = answer.record;
-  ScriptedUser user(std::move(steps));
   Desk& desk = platform::Machine::Current().desk();
   desk.Attach(&user);
   {
-    const OpenedPrinter printer;
+    const OpenedPrinter printer(ask.printer);
     answer.result = Show(exports, ask, printer, &answer.record.Public);
   }
   desk.Attach(nullptr);
-  EXPECT_EQ(user.Problem(), "");
-  EXPECT_TRUE(user.Finished());
   EXPECT_EQ(desk.ModalDepth(), 0);
   answer.written = std::memcmp(&answer.record, &untouched, sizeof(untouched)) != 0;
   return answer;

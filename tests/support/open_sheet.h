@@ -16,6 +16,7 @@ struct SheetAsk {
   SheetKind kind = SheetKind::kDocument;
   bool permission = true;  // document kinds: without it DM_NOPERMISSION is passed
   const kestrel::SettingsRecord* input = nullptr;  // document kinds
+  std::u16string printer = kPrinter;
 };
 
 struct SheetAnswer {
@@ -31,6 +32,9 @@ using Steps = std::vector<platform::ScriptedUser::Step>;
 // for them, user defaults through the sheet library. Fails the test when the script could not be
 // followed to its end.
 SheetAnswer ShowSheet(const Exports& exports, const SheetAsk& ask, Steps steps);
+
+// The same with any user at the desk.
+SheetAnswer ShowSheetTo(platform::User& user, const Exports& exports, const SheetAsk& ask);
 
 // Tabs of the document kinds.
 enum DocumentTab : int {
