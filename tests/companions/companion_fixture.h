@@ -9,6 +9,7 @@
 
 #include "platform/desk.h"
 #include "platform/machine.h"
+#include "tests/support/bin_dir.h"
 
 class CompanionTest : public testing::Test {
  protected:
@@ -16,7 +17,7 @@ class CompanionTest : public testing::Test {
   HMODULE Load(const char* name) {
     const std::u16string file(name, name + std::char_traits<char>::length(name));
     const std::u16string path = machine_->driverDirectory() + u"\\3\\" + file + u".DLL";
-    machine_->InstallModule(path, std::string(KESTREL_BIN_DIR "/") + name + ".so");
+    machine_->InstallModule(path, support::Built(std::string(name) + ".so"));
     module_ = LoadLibraryW(path.c_str());
     return module_;
   }

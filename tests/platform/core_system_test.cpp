@@ -11,6 +11,7 @@
 
 #include "platform/machine.h"
 #include "platform/resources.h"
+#include "tests/support/bin_dir.h"
 
 namespace {
 
@@ -119,7 +120,7 @@ TEST_F(System, RegisteredModulesComeFirstAndAreCounted) {
 
 TEST_F(System, SharedObjectsLoadByPathOrFromTheDriverDirectory) {
   const std::u16string path = machine_->driverDirectory() + u"\\3\\QM610rDRV1.DLL";
-  machine_->InstallModule(path, KESTREL_BIN_DIR "/QM610rDRV1.so");
+  machine_->InstallModule(path, support::Built("QM610rDRV1.so"));
   const HMODULE module = LoadLibraryW(u"qm610rdrv1");
   ASSERT_NE(module, nullptr);
   EXPECT_EQ(LoadLibraryW(path.c_str()), module);
@@ -157,7 +158,7 @@ TEST_F(System, DamagedResourcesGiveWhatIsWhole) {
     machine_->WriteFile(u"C:\\cut.dll", whole.substr(0, size));
     EXPECT_EQ(GetFileVersionInfoSizeW(u"C:\\cut.dll", nullptr) != 0, size == whole.size()) << size;
   }
-  std::string elf = *machine_->ReadFile(machine_->WindowsPath(KESTREL_BIN_DIR "/QM610rDRV1.so"));
+  std::string elf = *machine_->ReadFile(machine_->WindowsPath(support::Built("QM610rDRV1.so")));
   for (const size_t size : {size_t{16}, size_t{63}, size_t{64}, elf.size() / 2, elf.size() - 1}) {
     machine_->WriteFile(u"C:\\cut.dll", elf.substr(0, size));
     EXPECT_EQ(GetFileVersionInfoSizeW(u"C:\\cut.dll", nullptr), 0u);

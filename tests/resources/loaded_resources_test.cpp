@@ -9,6 +9,7 @@
 #include "platform/desk.h"
 #include "platform/machine.h"
 #include "resources/resource.h"
+#include "tests/support/bin_dir.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ class LoadedResources : public testing::Test {
  protected:
   void SetUp() override {
     const std::u16string path = machine_->driverDirectory() + u"\\3\\QM610rDRV1.dll";
-    machine_->InstallModule(path, KESTREL_BIN_DIR "/QM610rDRV1.so");
+    machine_->InstallModule(path, support::Built("QM610rDRV1.so"));
     module_ = LoadLibraryW(path.c_str());
     ASSERT_NE(module_, nullptr);
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "driver/settings_block.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 #include "tests/support/test_machine.h"
 
@@ -23,7 +24,7 @@ class Road : public support::MachineTest {
     for (const char* companion : {"QM610rLIB", "QM610rBAR"}) {
       const std::u16string file(companion, companion + std::strlen(companion));
       machine().InstallModule(machine().driverDirectory() + u"\\3\\" + file + u".DLL",
-                              std::string(KESTREL_BIN_DIR "/") + companion + ".so");
+                              support::Built(std::string(companion) + ".so"));
     }
     Install(support::kPrinter);
     Install(kSecond);

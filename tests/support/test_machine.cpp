@@ -1,6 +1,7 @@
 #include "tests/support/test_machine.h"
 
 #include "driver/instance.h"
+#include "tests/support/bin_dir.h"
 
 namespace support {
 
@@ -47,7 +48,7 @@ void MachineTest::SetUp() {
   setup.name = kPrinter;
   machine_->AddPrinter(setup);
   const std::u16string path = machine_->driverDirectory() + u"\\3\\" + kModuleFile;
-  machine_->InstallModule(path, KESTREL_BIN_DIR "/QM610rDRV1.so");
+  machine_->InstallModule(path, support::Built("QM610rDRV1.so"));
   module_ = LoadLibraryW(path.c_str());
   ASSERT_NE(module_, nullptr);
   ASSERT_TRUE(exports_.Find(module_));
