@@ -57,11 +57,11 @@ inline Record Deco(std::u16string_view name) {
   record.Put(194, {1, 1, 5, 9, 1, 1, 2, 1, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0});
   return record;
 }
-// The same upon another resident font with one cell size.
+// The same upon another resident font (of three letters or more) with one of its cells.
 inline Record Deco(std::u16string_view name, std::u16string_view resident, int size, int width,
                    int height) {
   Record record = Deco(name);
-  record.Put(130, u"\0\0\0").Put(130, resident).Put(196, {size, width, height});
+  record.Put(130, resident).Put(196, {size, width, height});
   return record;
 }
 // A barcode font of a kind; the bytes of its parameters count up from 1.
