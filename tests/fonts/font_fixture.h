@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstring>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,14 @@ struct Record {
     return *this;
   }
   bool operator==(const Record&) const = default;
+  // Names and then the words behind them, of either kind.
+  friend void PrintTo(const Record& record, std::ostream* out) {
+    *out << testing::PrintToString(record.Text(0)) << " " << testing::PrintToString(record.Text(66))
+         << " " << testing::PrintToString(record.Text(130)) << ", kind " << record.Word(64) << ":";
+    for (size_t at = record.Word(64) == 1 ? 130 : 194; at < 232; at += 2) {
+      *out << ' ' << record.Signed(at);
+    }
+  }
 };
 
 // A decorative font as a new one is stored: X20, 5*9 dots, serial numbering off.
