@@ -2,6 +2,7 @@
 
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

@@ -7,6 +7,7 @@
 #include "driver/text.h"
 #include "paper/paper_table.h"
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

@@ -6,6 +6,7 @@
 #include "driver/resolve_settings.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

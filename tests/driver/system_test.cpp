@@ -6,6 +6,7 @@
 #include "driver/os_version.h"
 #include "driver/printer_access.h"
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

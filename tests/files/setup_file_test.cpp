@@ -6,6 +6,7 @@
 #include "driver/halftone_info.h"
 #include "platform/text.h"
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {

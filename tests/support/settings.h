@@ -8,7 +8,7 @@
 #include "driver/default_settings.h"
 #include "driver/settings_block.h"
 #include "platform/machine.h"
-#include "tests/support/test_machine.h"
+#include "tests/support/names.h"
 
 namespace support {
 

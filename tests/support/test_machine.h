@@ -12,11 +12,9 @@
 
 #include "platform/desk.h"
 #include "platform/machine.h"
+#include "tests/support/names.h"
 
 namespace support {
-
-constexpr char16_t kPrinter[] = u"Label Printer";
-constexpr char16_t kModuleFile[] = u"QM610rDRV1.DLL";
 
 // The exports as a caller finds them in the loaded module.
 struct Exports {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/settings.h"
+#include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {
