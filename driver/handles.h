@@ -25,7 +25,6 @@ class UniqueHandle {
 
   H get() const { return handle_; }
   explicit operator bool() const { return handle_ != H{}; }
-  H release() { return std::exchange(handle_, H{}); }
   void Reset(H handle = H{}) {
     if (handle_ != H{}) Release{}(handle_);
     handle_ = handle;

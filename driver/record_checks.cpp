@@ -50,7 +50,10 @@ unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name) {
 }
 
 bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name) {
-  return MismatchOnThisSystem(RecordView(&record), name) == 0;
+  const RecordView view(&record);
+  // A record that claims another size does not lie whole in the bytes given.
+  return view.publicSize() == kPublicSize && view.privateSize() == kPrivateSize &&
+         MismatchOnThisSystem(view, name) == 0;
 }
 
 }  // namespace kestrel

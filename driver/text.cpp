@@ -111,20 +111,23 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes, UINT c
   if (capacity <= 0) return 0;
   std::fill_n(out, capacity, WCHAR{});
   if (text == nullptr) return 0;
-  int bytes = 0;
-  for (int units = 0; units < capacity - 1; ++units) {
-    if (length < 0 ? text[bytes] == '\0' : bytes >= length) break;
-    const bool lead = IsDBCSLeadByteEx(SystemCodePage(codePage), static_cast<BYTE>(text[bytes]));
-    if (!lead) {
-      ++bytes;
-      continue;
-    }
+  const UINT page = SystemCodePage(codePage);
+  const auto ends = [&](int at) { return length < 0 ? text[at] == '\0' : at >= length; };
+  // Character by character: how many units bad bytes make is the platform's affair.
+  int units = 0;
+  for (int at = 0; units < capacity - 1 && !ends(at);) {
+    const int bytes = IsDBCSLeadByteEx(page, static_cast<BYTE>(text[at])) ? 2 : 1;
     // A text that was cut inside a double-byte character ends before that character.
-    if (length < 0 ? text[bytes + 1] == '\0' : bytes + 1 >= length) break;
-    bytes += 2;
+    if (bytes == 2 && ends(at + 1)) break;
+    const int made =
+        MultiByteToWideChar(page, 0, text + at, bytes, out + units, capacity - 1 - units);
+    if (made == 0) break;
+    units += made;
+    at += bytes;
   }
-  if (bytes == 0) return 0;
-  return MultiByteToWideChar(SystemCodePage(codePage), 0, text, bytes, out, capacity - 1);
+  // What a character without room for all of its units has left behind.
+  std::fill_n(out + units, capacity - units, WCHAR{});
+  return units;
 }
 
 bool IsCp932Representable(const WCHAR* text, int maximum, int* index) {

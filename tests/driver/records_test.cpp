@@ -287,6 +287,14 @@ TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
     EXPECT_EQ(speed(), 1) << f.offset;
     EXPECT_EQ(At<uint32_t>(Convert(Bytes(72)).data(), 448), SETTINGS_SIGNATURE);
   }
+  // Claims whose signature would lie just behind the working block, or far from it.
+  for (const WORD size : {WORD{3564}, WORD{65535}}) {
+    Bytes longer(66000);
+    std::copy(good.begin(), good.end(), longer.begin());
+    Put(longer.data(), 68, size);
+    machine().SetDefaultRecord(kPrinter, longer);
+    EXPECT_EQ(speed(), 1) << size;
+  }
   Bytes shorter = good;
   shorter.resize(200);
   machine().SetDefaultRecord(kPrinter, shorter);
