@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "driver/instance.h"
+#include "driver/text.h"
 #include "paper/measured_value.h"
 
 namespace kestrel {
@@ -36,6 +37,14 @@ void ShowValue(HWND dialog, int edit, int value, int unit) {
 void ReadText(HWND dialog, int edit, WCHAR (&text)[kFieldTextLength]) {
   text[0] = 0;
   GetDlgItemTextW(dialog, edit, text, kFieldTextLength);
+}
+
+// Typing goes on behind a text that was put back.
+void PutCaretBehind(HWND dialog, int edit) {
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog, edit, text);
+  const WPARAM end = static_cast<WPARAM>(TextLength(text));
+  SendDlgItemMessageW(dialog, edit, EM_SETSEL, end, static_cast<LPARAM>(end));
 }
 
 // Up-down messages with 32-bit values (UDM_SETPOS32 and its like).
@@ -151,6 +160,7 @@ bool OnMeasureTyped(FieldDialog dialog, int edit, int unit) {
   ReadText(dialog.window, edit, text);
   if (!IsMeasureTyping(text, unit)) {
     SpinToEdit(dialog, spin, unit);
+    PutCaretBehind(dialog.window, edit);
     return false;
   }
   SetPosition(dialog.window, spin, ParseMeasure(text, DecimalsOf(unit)));
@@ -166,6 +176,7 @@ bool OnPlainTyped(FieldDialog dialog, int edit) {
   // Setting the position anew writes it into the edit (UDS_SETBUDDYINT).
   const int spin = static_cast<int>(field->spin);
   SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin));
+  PutCaretBehind(dialog.window, edit);
   return false;
 }
 

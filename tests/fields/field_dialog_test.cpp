@@ -101,6 +101,7 @@ TEST_F(FieldDialogTest, UndoesBadTypingInMeasuredFields) {
   } kCases[] = {
       {kMillimetre, u"5.5", u"5.5", 55},
       {kMillimetre, u"5.5.", u"5.5", 55},
+      {kMillimetre, u"5.5.3", u"5.53", 55},  // typing goes on behind what was put back
       {kMillimetre, u" 7.2", u" 7.2", 72},
       {kMillimetre, u".5", u".5", 5},
       {kMillimetre, u"7 ", u"7.0", 70},
