@@ -17,34 +17,6 @@ HCURSOR WINAPI SetCursor(HCURSOR cursor) {
   return std::exchange(platform::TheDesktop().cursor, cursor);
 }
 
-HCURSOR WINAPI GetCursor() { return platform::TheDesktop().cursor; }
-
-BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom) {
-  if (rect == nullptr) return FALSE;
-  *rect = {left, top, right, bottom};
-  return TRUE;
-}
-
-BOOL WINAPI SetRectEmpty(LPRECT rect) { return SetRect(rect, 0, 0, 0, 0); }
-
-BOOL WINAPI CopyRect(LPRECT rect, const RECT* source) {
-  if (rect == nullptr || source == nullptr) return FALSE;
-  *rect = *source;
-  return TRUE;
-}
-
-BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy) {
-  if (rect == nullptr) return FALSE;
-  *rect = {rect->left - dx, rect->top - dy, rect->right + dx, rect->bottom + dy};
-  return TRUE;
-}
-
-BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy) {
-  if (rect == nullptr) return FALSE;
-  *rect = {rect->left + dx, rect->top + dy, rect->right + dx, rect->bottom + dy};
-  return TRUE;
-}
-
 BOOL WINAPI IsRectEmpty(const RECT* rect) {
   return rect == nullptr || rect->left >= rect->right || rect->top >= rect->bottom;
 }

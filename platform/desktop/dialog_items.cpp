@@ -93,26 +93,12 @@ LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wPa
   return item != nullptr ? SendMessageW(item, message, wParam, lParam) : 0;
 }
 
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam,
-                                   LPARAM lParam) {
-  const HWND item = GetDlgItem(dialog, id);
-  return item != nullptr ? SendMessageA(item, message, wParam, lParam) : 0;
-}
-
 BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text) {
   return SetWindowTextW(GetDlgItem(dialog, id), text);
 }
 
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
-  return SetWindowTextA(GetDlgItem(dialog, id), text);
-}
-
 UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int size) {
   return static_cast<UINT>(GetWindowTextW(GetDlgItem(dialog, id), text, size));
-}
-
-UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR text, int size) {
-  return static_cast<UINT>(GetWindowTextA(GetDlgItem(dialog, id), text, size));
 }
 
 BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned) {

@@ -17,35 +17,6 @@ LRESULT GiveText(const Window& window, WPARAM size, LPARAM lParam) {
   return static_cast<LRESULT>(units);
 }
 
-std::u16string FromAnsi(LPCSTR text) {
-  const int units = MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
-  if (units <= 1) return {};
-  std::u16string wide(static_cast<size_t>(units), u'\0');
-  MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), units);
-  wide.pop_back();
-  return wide;
-}
-
-bool CarriesText(UINT message) {
-  switch (message) {
-    case WM_SETTEXT:
-    case EM_REPLACESEL:
-    case CB_ADDSTRING:
-    case CB_INSERTSTRING:
-    case CB_FINDSTRING:
-    case CB_FINDSTRINGEXACT:
-    case CB_SELECTSTRING:
-    case LB_ADDSTRING:
-    case LB_INSERTSTRING:
-    case LB_FINDSTRING:
-    case LB_FINDSTRINGEXACT:
-    case LB_SELECTSTRING:
-      return true;
-    default:
-      return false;
-  }
-}
-
 }  // namespace
 
 void NotifyCommand(const Window& control, UINT code) {
@@ -74,26 +45,12 @@ LRESULT WINAPI SendMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
   return window->proc(handle, message, wParam, lParam);
 }
 
-LRESULT WINAPI SendMessageA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (lParam == 0 || !platform::CarriesText(message)) {
-    return SendMessageW(handle, message, wParam, lParam);
-  }
-  const std::u16string text = platform::FromAnsi(reinterpret_cast<LPCSTR>(lParam));
-  return SendMessageW(handle, message, wParam, reinterpret_cast<LPARAM>(text.c_str()));
-}
-
 BOOL WINAPI PostMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!FindWindowOf(handle)) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return FALSE;
   }
   TheDesktop().posted.push_back({handle, message, wParam, lParam});
-  return TRUE;
-}
-
-BOOL WINAPI SendNotifyMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (handle != HWND_BROADCAST && !FindWindowOf(handle)) return FALSE;
-  SendMessageW(handle, message, wParam, lParam);
   return TRUE;
 }
 
@@ -111,11 +68,6 @@ LRESULT WINAPI SendMessageTimeoutW(HWND handle, UINT message, WPARAM wParam, LPA
   const LRESULT answer = SendMessageW(handle, message, wParam, lParam);
   if (result != nullptr) *result = static_cast<DWORD_PTR>(answer);
   return TRUE;
-}
-
-LRESULT WINAPI CallWindowProcW(WNDPROC previous, HWND handle, UINT message, WPARAM wParam,
-                               LPARAM lParam) {
-  return previous != nullptr ? previous(handle, message, wParam, lParam) : 0;
 }
 
 LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -124,16 +124,6 @@ BOOL WINAPI UpdateWindow(HWND handle) {
   return TRUE;
 }
 
-BOOL WINAPI RedrawWindow(HWND handle, const RECT*, HRGN, UINT flags) {
-  const auto window = FindWindowOf(handle);
-  if (!window) return FALSE;
-  if ((flags & RDW_INVALIDATE) != 0) {
-    platform::InvalidateWindow(*window, (flags & RDW_ERASE) != 0);
-  }
-  if ((flags & (RDW_UPDATENOW | RDW_ERASENOW)) != 0) UpdateWindow(handle);
-  return TRUE;
-}
-
 HDC WINAPI BeginPaint(HWND handle, LPPAINTSTRUCT paint) {
   const auto window = FindWindowOf(handle);
   if (!window || paint == nullptr) return nullptr;

@@ -1,6 +1,5 @@
 // What a window is asked and told: place, visibility, text, words.
 #include <algorithm>
-#include <vector>
 
 #include "platform/desktop/desktop.h"
 
@@ -95,20 +94,12 @@ HWND WINAPI GetParent(HWND handle) {
 HWND WINAPI GetWindow(HWND handle, UINT command) {
   const auto window = FindWindowOf(handle);
   if (!window) return nullptr;
-  if (command == GW_OWNER) return window->owner;
   if (command == GW_CHILD) return window->children.empty() ? nullptr : window->children.front();
   const auto parent = FindWindowOf(window->parent);
-  if (!parent) return nullptr;
-  if (command == GW_HWNDFIRST) return parent->children.front();
+  if (!parent || command != GW_HWNDNEXT) return nullptr;
   const auto here = std::find(parent->children.begin(), parent->children.end(), handle);
-  if (command != GW_HWNDNEXT || here == parent->children.end()) return nullptr;
-  return here + 1 == parent->children.end() ? nullptr : *(here + 1);
-}
-
-HWND WINAPI GetDesktopWindow() { return nullptr; }
-
-BOOL WINAPI IsChild(HWND parent, HWND handle) {
-  return parent != handle && platform::IsDescendant(parent, handle);
+  return here == parent->children.end() || here + 1 == parent->children.end() ? nullptr
+                                                                              : *(here + 1);
 }
 
 BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
@@ -198,26 +189,9 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
   return MAKELONG(static_cast<WORD>(dx), static_cast<WORD>(dy));
 }
 
-BOOL WINAPI ScreenToClient(HWND handle, LPPOINT point) {
-  if (platform::Find(handle) == nullptr || point == nullptr) return FALSE;
-  MapWindowPoints(nullptr, handle, point, 1);
-  return TRUE;
-}
-
-BOOL WINAPI ClientToScreen(HWND handle, LPPOINT point) {
-  if (platform::Find(handle) == nullptr || point == nullptr) return FALSE;
-  MapWindowPoints(handle, nullptr, point, 1);
-  return TRUE;
-}
-
 BOOL WINAPI SetWindowTextW(HWND handle, LPCWSTR text) {
   if (platform::Find(handle) == nullptr) return FALSE;
   return SendMessageW(handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
-}
-
-BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) {
-  if (platform::Find(handle) == nullptr) return FALSE;
-  return SendMessageA(handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
 }
 
 int WINAPI GetWindowTextW(HWND handle, LPWSTR text, int size) {
@@ -226,23 +200,6 @@ int WINAPI GetWindowTextW(HWND handle, LPWSTR text, int size) {
   if (platform::Find(handle) == nullptr) return 0;
   return static_cast<int>(
       SendMessageW(handle, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(text)));
-}
-
-int WINAPI GetWindowTextA(HWND handle, LPSTR text, int size) {
-  if (text == nullptr || size <= 0) return 0;
-  *text = 0;
-  std::vector<WCHAR> wide(static_cast<size_t>(GetWindowTextLengthW(handle)) + 1);
-  const int units = GetWindowTextW(handle, wide.data(), static_cast<int>(wide.size()));
-  // A text that is too long is cut at a character, never inside one.
-  for (int take = units; take > 0; --take) {
-    const int bytes =
-        WideCharToMultiByte(CP_ACP, 0, wide.data(), take, nullptr, 0, nullptr, nullptr);
-    if (bytes >= size) continue;
-    WideCharToMultiByte(CP_ACP, 0, wide.data(), take, text, size, nullptr, nullptr);
-    text[bytes] = 0;
-    return bytes;
-  }
-  return 0;
 }
 
 int WINAPI GetWindowTextLengthW(HWND handle) {

@@ -124,12 +124,4 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
   return platform::SetWord(*window, index, value);
 }
 
-LONG WINAPI GetWindowLongW(HWND handle, int index) {
-  return static_cast<LONG>(GetWindowLongPtrW(handle, index));
-}
-
-LONG WINAPI SetWindowLongW(HWND handle, int index, LONG value) {
-  return static_cast<LONG>(SetWindowLongPtrW(handle, index, value));
-}
-
 }  // extern "C"

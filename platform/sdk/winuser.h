@@ -136,16 +136,8 @@ constexpr UINT SWP_HIDEWINDOW = 0x0080;
 #define HWND_BOTTOM reinterpret_cast<HWND>(static_cast<LONG_PTR>(1))
 #define HWND_BROADCAST reinterpret_cast<HWND>(static_cast<LONG_PTR>(0xFFFF))
 
-constexpr UINT GW_HWNDFIRST = 0;
 constexpr UINT GW_HWNDNEXT = 2;
-constexpr UINT GW_OWNER = 4;
 constexpr UINT GW_CHILD = 5;
-
-constexpr UINT RDW_INVALIDATE = 0x0001;
-constexpr UINT RDW_ERASE = 0x0004;
-constexpr UINT RDW_ALLCHILDREN = 0x0080;
-constexpr UINT RDW_UPDATENOW = 0x0100;
-constexpr UINT RDW_ERASENOW = 0x0200;
 
 // ---- keys ----
 constexpr int VK_BACK = 0x08;
@@ -442,31 +434,6 @@ static_assert(sizeof(DLGTEMPLATE) == 18 && sizeof(DLGITEMTEMPLATE) == 18);
 using LPCDLGTEMPLATEW = const DLGTEMPLATE*;
 using LPCDLGTEMPLATE = LPCDLGTEMPLATEW;
 
-struct CREATESTRUCTW {
-  LPVOID lpCreateParams;
-  HINSTANCE hInstance;
-  HMENU hMenu;
-  HWND hwndParent;
-  int cy;
-  int cx;
-  int y;
-  int x;
-  LONG style;
-  LPCWSTR lpszName;
-  LPCWSTR lpszClass;
-  DWORD dwExStyle;
-};
-
-struct HELPINFO {
-  UINT cbSize;
-  int iContextType;
-  int iCtrlId;
-  HANDLE hItemHandle;
-  DWORD_PTR dwContextId;
-  POINT MousePos;
-};
-using LPHELPINFO = HELPINFO*;
-
 // ---- drawing helpers ----
 constexpr UINT DT_LEFT = 0x0000;
 constexpr UINT DT_TOP = 0x0000;
@@ -502,10 +469,8 @@ HWND WINAPI CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName
 BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 HWND WINAPI GetParent(HWND window);
-HWND WINAPI GetWindow(HWND window, UINT command);
-HWND WINAPI GetDesktopWindow();
 HWND WINAPI GetActiveWindow();
-BOOL WINAPI IsChild(HWND parent, HWND window);
+HWND WINAPI GetWindow(HWND window, UINT command);
 BOOL WINAPI EnableWindow(HWND window, BOOL enable);
 BOOL WINAPI IsWindowEnabled(HWND window);
 BOOL WINAPI ShowWindow(HWND window, int command);
@@ -515,36 +480,25 @@ BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL re
 BOOL WINAPI GetClientRect(HWND window, LPRECT rect);
 BOOL WINAPI GetWindowRect(HWND window, LPRECT rect);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
-BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
-BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rect, BOOL erase);
 BOOL WINAPI UpdateWindow(HWND window);
-BOOL WINAPI RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags);
 HDC WINAPI BeginPaint(HWND window, LPPAINTSTRUCT paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text);
-BOOL WINAPI SetWindowTextA(HWND window, LPCSTR text);
 int WINAPI GetWindowTextW(HWND window, LPWSTR text, int size);
-int WINAPI GetWindowTextA(HWND window, LPSTR text, int size);
 int WINAPI GetWindowTextLengthW(HWND window);
-LONG WINAPI GetWindowLongW(HWND window, int index);
-LONG WINAPI SetWindowLongW(HWND window, int index, LONG value);
 LONG_PTR WINAPI GetWindowLongPtrW(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
-LRESULT WINAPI CallWindowProcW(WNDPROC previous, HWND window, UINT message, WPARAM wParam,
-                               LPARAM lParam);
 LRESULT WINAPI DefWindowProcW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 int WINAPI GetClassNameW(HWND window, LPWSTR name, int size);
 
 // ---- messages ----
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI SendMessageTimeoutW(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                    UINT flags, UINT timeout, DWORD_PTR* result);
-BOOL WINAPI SendNotifyMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 // ---- dialogs ----
 INT_PTR WINAPI DialogBoxParamW(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC proc,
@@ -559,11 +513,8 @@ BOOL WINAPI EndDialog(HWND dialog, INT_PTR result);
 HWND WINAPI GetDlgItem(HWND dialog, int id);
 int WINAPI GetDlgCtrlID(HWND window);
 LRESULT WINAPI SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
 UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int size);
-UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR text, int size);
 BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned);
 UINT WINAPI GetDlgItemInt(HWND dialog, int id, BOOL* translated, BOOL isSigned);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
@@ -579,16 +530,11 @@ BOOL WINAPI MessageBeep(UINT type);
 // ---- cursor, pictures, texts ----
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name);
 HCURSOR WINAPI SetCursor(HCURSOR cursor);
-HCURSOR WINAPI GetCursor();
 HBITMAP WINAPI LoadBitmapW(HINSTANCE instance, LPCWSTR name);
-HICON WINAPI LoadIconW(HINSTANCE instance, LPCWSTR name);
 int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size);
 int WINAPIV wsprintfW(LPWSTR out, LPCWSTR format, ...);
 int WINAPI wvsprintfW(LPWSTR out, LPCWSTR format, va_list arguments);
 int WINAPIV wsprintfA(LPSTR out, LPCSTR format, ...);
-LPWSTR WINAPI CharUpperW(LPWSTR text);
-LPWSTR WINAPI CharNextW(LPCWSTR text);
-LPSTR WINAPI CharNextA(LPCSTR text);
 
 // ---- drawing ----
 HDC WINAPI GetDC(HWND window);
@@ -602,11 +548,6 @@ HBRUSH WINAPI GetSysColorBrush(int index);
 int WINAPI GetSystemMetrics(int index);
 
 // ---- rectangles ----
-BOOL WINAPI SetRect(LPRECT rect, int left, int top, int right, int bottom);
-BOOL WINAPI SetRectEmpty(LPRECT rect);
-BOOL WINAPI CopyRect(LPRECT rect, const RECT* source);
-BOOL WINAPI InflateRect(LPRECT rect, int dx, int dy);
-BOOL WINAPI OffsetRect(LPRECT rect, int dx, int dy);
 BOOL WINAPI IsRectEmpty(const RECT* rect);
 BOOL WINAPI IntersectRect(LPRECT rect, const RECT* a, const RECT* b);
 
