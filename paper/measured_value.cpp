@@ -6,7 +6,7 @@
 namespace kestrel {
 namespace {
 
-constexpr bool IsDigit(WCHAR c) { return c >= u'0' && c <= u'9'; }
+constexpr bool IsDigit(WCHAR c) { return c >= TEXT('0') && c <= TEXT('9'); }
 
 constexpr int kPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000};
 
@@ -18,7 +18,7 @@ int Scale(int value, int factor, int half, int divisor) {
 // Reads digits from *text on and leaves *text behind them. Wraps as 32-bit arithmetic does.
 uint32_t TakeDigits(const WCHAR*& text) {
   uint32_t number = 0;
-  for (; IsDigit(*text); ++text) number = number * 10 + static_cast<uint32_t>(*text - u'0');
+  for (; IsDigit(*text); ++text) number = number * 10 + static_cast<uint32_t>(*text - TEXT('0'));
   return number;
 }
 
@@ -27,7 +27,7 @@ uint32_t TakeFraction(const WCHAR* text, int decimals) {
   uint32_t fraction = 0;
   for (int i = 0; i < decimals; ++i) {
     fraction *= 10;
-    if (IsDigit(*text)) fraction += static_cast<uint32_t>(*text++ - u'0');
+    if (IsDigit(*text)) fraction += static_cast<uint32_t>(*text++ - TEXT('0'));
   }
   return fraction;
 }
@@ -78,10 +78,10 @@ int FormatMeasure(WCHAR (&out)[kMeasureTextLength], int value, int unit) {
   int length = 0;
   // At least one digit stands before the point.
   for (int digit = 0; rest > 0 || digit <= decimals; ++digit, rest /= 10) {
-    if (digit == decimals && decimals > 0) reversed[length++] = u'.';
-    reversed[length++] = static_cast<WCHAR>(u'0' + rest % 10);
+    if (digit == decimals && decimals > 0) reversed[length++] = TEXT('.');
+    reversed[length++] = static_cast<WCHAR>(TEXT('0') + rest % 10);
   }
-  if (value < 0) reversed[length++] = u'-';
+  if (value < 0) reversed[length++] = TEXT('-');
   std::reverse_copy(reversed, reversed + length, out);
   out[length] = 0;
   return length;
@@ -91,19 +91,19 @@ int ParseMeasure(const WCHAR* text, int decimals) {
   if (text == nullptr || decimals < 0 || decimals >= static_cast<int>(std::size(kPowersOfTen))) {
     return 0;
   }
-  while (*text == u' ' || *text == u'\t') ++text;
+  while (*text == TEXT(' ') || *text == TEXT('\t')) ++text;
   bool negative = false;
-  if (*text == u'-') {
+  if (*text == TEXT('-')) {
     negative = true;
     ++text;
   }
   // What is left may carry a sign of its own, which holds for the integer part alone.
   bool wholeNegative = false;
-  if (*text == u'-' || *text == u'+') wholeNegative = *text++ == u'-';
+  if (*text == TEXT('-') || *text == TEXT('+')) wholeNegative = *text++ == TEXT('-');
   uint32_t whole = TakeDigits(text);
   if (wholeNegative) whole = 0U - whole;
   uint32_t number = whole * static_cast<uint32_t>(kPowersOfTen[decimals]);
-  if (*text == u'.') number += TakeFraction(text + 1, decimals);
+  if (*text == TEXT('.')) number += TakeFraction(text + 1, decimals);
   return static_cast<int>(negative ? 0U - number : number);
 }
 

@@ -134,10 +134,10 @@ bool IsMeasureTyping(const WCHAR* text, int unit) {
   bool started = false;  // a digit or the point was seen
   bool pointAllowed = unit == kMillimetre || unit == kInch;
   for (; *text != 0; ++text) {
-    if (*text == u' ' && !started) continue;
-    if (*text == u'.' && pointAllowed) {
+    if (*text == TEXT(' ') && !started) continue;
+    if (*text == TEXT('.') && pointAllowed) {
       pointAllowed = false;
-    } else if (*text < u'0' || *text > u'9') {
+    } else if (*text < TEXT('0') || *text > TEXT('9')) {
       return false;
     }
     started = true;
@@ -147,7 +147,7 @@ bool IsMeasureTyping(const WCHAR* text, int unit) {
 
 bool IsPlainTyping(const WCHAR* text) {
   for (; *text != 0; ++text) {
-    if (*text != u'-' && (*text < u'0' || *text > u'9')) return false;
+    if (*text != TEXT('-') && (*text < TEXT('0') || *text > TEXT('9'))) return false;
   }
   return true;
 }

@@ -61,7 +61,7 @@ void ShowMessage(HWND owner, UINT id, UINT style) {
 
 bool IsBlankText(const WCHAR* text) {
   if (text == nullptr) return true;
-  while (*text == u' ' || *text == u'\u3000') ++text;
+  while (*text == TEXT(' ') || *text == TEXT('\u3000')) ++text;
   return *text == 0;
 }
 

@@ -116,6 +116,29 @@ TEST_F(OpenSheetsTest, PrinterPropertiesWithoutTheRightToWrite) {
   EXPECT_FALSE(Stored());
 }
 
+// The Printers folder of Windows 2000 hands in one record for both directions and means the user's
+// defaults.
+TEST_F(OpenSheetsTest, PrintersFolderOf2000StoresTheUsersDefaults) {
+  for (DWORD major : {10u, 5u}) {
+    machine().SetOs({.major = major});
+    machine().SetExecutablePath(u"c:\\windows\\Explorer.exe");
+    const support::OpenedPrinter printer;
+    std::u16string name = kPrinter;
+    SettingsRecord record = {};
+    ASSERT_EQ(exports_.DrvDocumentProperties(nullptr, printer, name.data(), &record.Public, nullptr,
+                                             DM_COPY),
+              IDOK);
+    ScriptedUser user({PressOk()});
+    desk().Attach(&user);
+    EXPECT_EQ(exports_.DrvDocumentProperties(nullptr, printer, name.data(), &record.Public,
+                                             &record.Public, DM_COPY | DM_IN_BUFFER | DM_PROMPT),
+              CPSUI_OK);
+    desk().Attach(nullptr);
+    EXPECT_EQ(user.Problem(), "");
+    EXPECT_EQ(Stored(), major == 5);
+  }
+}
+
 TEST_F(OpenSheetsTest, NobodyThereCountsAsCancel) {
   const support::OpenedPrinter printer;
   SettingsRecord output;
