@@ -79,24 +79,27 @@ std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
   return static_cast<std::size_t>(std::ranges::find(words, word) - std::begin(words));
 }
 
+// Looks at every option before it changes anything.
 void Change(platform::Machine& machine, const Arguments& arguments) {
-  if (arguments.Has("--server") && arguments.Has("--domain-controller"))
+  const bool server = arguments.Has("--server");
+  const bool controller = arguments.Has("--domain-controller");
+  const bool permission = arguments.Has("--permission");
+  const bool administrator = arguments.Has("--administrator");
+  if (server && controller)
     throw Failure{kUsage, "--server and --domain-controller exclude one another"};
   OsVersion os = machine.os();
   if (arguments.Has("--os")) os = ParseOs(arguments.Value("--os"));
-  if (arguments.Has("--server")) os.productType = VER_NT_SERVER;
-  if (arguments.Has("--domain-controller")) os.productType = VER_NT_DOMAIN_CONTROLLER;
-  const bool administrator = arguments.Has("--administrator")
-                                 ? YesOrNo("--administrator", arguments.Value("--administrator"))
-                                 : machine.administrator();
+  if (server) os.productType = VER_NT_SERVER;
+  if (controller) os.productType = VER_NT_DOMAIN_CONTROLLER;
+  const bool trusted =
+      administrator && YesOrNo("--administrator", arguments.Value("--administrator"));
   const std::u16string printer = FromUtf8(arguments.Value("--permission"));
-  const bool asked = arguments.Has("--permission");
-  const bool permitted = asked && YesOrNo("--permission", arguments.Value("--permission", 1));
-  if (asked && !machine.FindPrinter(printer))
+  const bool permitted = permission && YesOrNo("--permission", arguments.Value("--permission", 1));
+  if (permission && !machine.FindPrinter(printer))
     throw Failure{kFailed, "there is no printer \"" + ToUtf8(printer) + "\""};
-  machine.SetOs(os);
-  machine.SetAdministrator(administrator);
-  if (asked) machine.SetPermission(printer, permitted, permitted);
+  if (server || controller || arguments.Has("--os")) machine.SetOs(os);
+  if (administrator) machine.SetAdministrator(trusted);
+  if (permission) machine.SetPermission(printer, permitted, permitted);
 }
 
 void Print(const Json& json, bool asJson) {

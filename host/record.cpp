@@ -1,5 +1,7 @@
 #include "host/record.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <fstream>
@@ -46,29 +48,37 @@ Record ReadRecordFile(const std::filesystem::path& path) {
   if (record.size() < kLeastRecord)
     Refuse(path, held + ", a record has at least " + std::to_string(kLeastRecord));
   const std::size_t claimed = Claimed(record);
+  if (PublicSize(record) < kLeastRecord)
+    Refuse(path, "its public part has " + std::to_string(PublicSize(record)) +
+                     " bytes and ends before its first field");
   if (record.size() < claimed)
     Refuse(path, "it says that it has " + std::to_string(claimed) + " bytes, the file has " + held);
   // Padding behind a record of a known form is let pass, any other mismatch is no record.
   if (record.size() > claimed && PublicSize(record) > sizeof(DEVMODEW))
     Refuse(path, "it says that it has " + std::to_string(claimed) + " bytes, the file has " + held);
-  record.resize(std::max(claimed, kLeastRecord));
+  record.resize(claimed);
   return record;
 }
 
 void WriteRecordFile(const std::filesystem::path& path, const Record& record) {
-  std::filesystem::path beside = path;
-  beside += ".new";
-  std::ofstream file(beside, std::ios::binary | std::ios::trunc);
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  // A device or a pipe is written to; a link keeps naming the file that is replaced.
+  const bool replaces = !exists(status) || is_regular_file(status);
+  std::filesystem::path written = path;
+  if (is_regular_file(status)) written = std::filesystem::canonical(path, error);
+  const std::filesystem::path target = written;
+  if (replaces) written += "." + std::to_string(getpid()) + ".new";
+  error.clear();
+  std::ofstream file(written, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(record.data()),
              static_cast<std::streamsize>(record.size()));
   file.close();
-  std::error_code error;
-  if (file) std::filesystem::rename(beside, path, error);
-  if (!file || error) {
-    std::error_code ignored;
-    std::filesystem::remove(beside, ignored);
-    throw Failure{kFailed, path.string() + " cannot be written"};
-  }
+  if (file && replaces) std::filesystem::rename(written, target, error);
+  if (file && !error) return;
+  std::error_code ignored;
+  if (replaces) std::filesystem::remove(written, ignored);
+  throw Failure{kFailed, path.string() + " cannot be written"};
 }
 
 }  // namespace printhost

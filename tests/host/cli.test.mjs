@@ -2,7 +2,7 @@
 // process.
 import assert from "node:assert/strict";
 import { randomFillSync } from "node:crypto";
-import { existsSync, readFileSync, readdirSync, writeFileSync } from "node:fs";
+import { existsSync, lstatSync, readFileSync, readdirSync, symlinkSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
 
 import { computer } from "../support/printhost.mjs";
@@ -97,6 +97,7 @@ test("files that hold no record are refused and nothing is written", (t) => {
   const bad = {
     short: Buffer.alloc(3),
     "no fields": Buffer.alloc(75),
+    zeros: Buffer.alloc(452),
     noise,
     boast: record(pc, "own", (bytes) => (bytes.writeUInt16LE(65535, SIZE), bytes)) && readFileSync(pc.file("own")),
     cut: Buffer.from(readFileSync(pc.file("own"))).subarray(0, 300),
@@ -112,6 +113,10 @@ test("files that hold no record are refused and nothing is written", (t) => {
   }
   assert.ok(!existsSync(pc.file("out")));
   assert.equal(pc.run("settings", NAME, "--in", pc.file("missing")).status, 3);
+  assert.equal(pc.run("settings", NAME, "--out", pc.folder).status, 3);
+  symlinkSync(pc.file("own"), pc.file("link"));
+  assert.equal(pc.run("settings", NAME, "--out", pc.file("link")).status, 0);
+  assert.ok(lstatSync(pc.file("link")).isSymbolicLink());
 });
 
 test("a default survives in another process, byte for byte", (t) => {
