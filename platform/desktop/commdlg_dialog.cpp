@@ -7,7 +7,8 @@ namespace {
 
 constexpr std::u16string_view kDrives[] = {u"C:\\", u"Z:\\"};
 constexpr int kWidth = 430;
-constexpr int kHeight = 300;
+constexpr int kHeight = 264;
+constexpr int kReadOnlyHeight = 26;  // more with the read-only box
 
 // A folder is listed with a closing backslash, which no file name has.
 std::u16string FolderLine(const std::u16string& name) { return name + u'\\'; }
@@ -31,6 +32,10 @@ std::u16string StartFolder(const OPENFILENAMEW& request, std::u16string_view sta
     if (FolderExists(asked)) return asked;
   }
   return std::u16string(kDrives[0]);
+}
+
+bool HasReadOnlyBox(const OPENFILENAMEW& request, bool saving) {
+  return !saving && !(request.Flags & OFN_HIDEREADONLY);
 }
 
 struct Part {
@@ -71,7 +76,7 @@ bool Dialog::Show(const OPENFILENAMEW& request, bool saving, Choice& choice) {
               : saving           ? u"名前を付けて保存"
                                  : u"ファイルを開く";
   top.width = kWidth;
-  top.height = kHeight;
+  top.height = kHeight + (HasReadOnlyBox(request, saving) ? kReadOnlyHeight : 0);
   top.owner = request.hwndOwner;
   top.proc = Proc;
   top.kind = WindowView::Kind::kFileDialog;
@@ -89,7 +94,6 @@ bool Dialog::Show(const OPENFILENAMEW& request, bool saving, Choice& choice) {
 bool Dialog::Build(HWND window) {
   window_ = window;
   const char16_t* accept = saving_ ? u"保存(&S)" : u"開く(&O)";
-  const bool withReadOnly = !saving_ && !(request_.Flags & OFN_HIDEREADONLY);
   const Part parts[] = {
       {u"STATIC", u"場所(&I):", 0, -1, 11, 14, 90, 14},
       {u"COMBOBOX", u"", CBS_DROPDOWNLIST | WS_TABSTOP, kFolderCombo, 105, 11, 310, 160},
@@ -104,7 +108,8 @@ bool Dialog::Build(HWND window) {
       {u"BUTTON", u"読み取り専用ファイルとして開く(&R)", BS_AUTOCHECKBOX | WS_TABSTOP,
        kReadOnlyCheck, 105, 262, 240, 14}};
   for (const Part& part : parts)
-    if ((part.id != kReadOnlyCheck || withReadOnly) && !AddPart(window, part)) return false;
+    if ((part.id != kReadOnlyCheck || HasReadOnlyBox(request_, saving_)) && !AddPart(window, part))
+      return false;
   SendMessageW(window, DM_SETDEFID, IDOK, 0);
   for (const Filter& filter : filters_) AddLine(window, kFilterCombo, CB_ADDSTRING, filter.text);
   SendDlgItemMessageW(window, kFilterCombo, CB_SETCURSEL, static_cast<WPARAM>(choice_.filter), 0);

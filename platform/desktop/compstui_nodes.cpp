@@ -19,14 +19,6 @@ HANDLE NextHandle() {
   return reinterpret_cast<HANDLE>(next += 2);
 }
 
-int CopyText(const std::u16string& text, LPWSTR buffer, LPARAM size) {
-  if (!buffer || size < 1) return 0;
-  const size_t copied = std::min(text.size(), static_cast<size_t>(size) - 1);
-  text.copy(buffer, copied);
-  buffer[copied] = 0;
-  return static_cast<int>(copied);
-}
-
 // A dialog page of the caller; the library's own tree views have no place here. The page's
 // WM_INITDIALOG gets the UserData, which is all the caller's dialog has of its own.
 HPROPSHEETPAGE MakeDialogPage(const COMPROPSHEETUI& ui, const DLGPAGE& dialog) {
@@ -134,9 +126,6 @@ LONG_PTR CommonSheet::Dispatch(Node& node, UINT function, LPARAM lParam1, LPARAM
       return PageCount(&node);
     case CPSFUNC_SET_RESULT:
       return SetResult(node, lParam1, lParam2);
-    case CPSFUNC_LOAD_CPSUI_STRINGW:
-      return CopyText(CompstuiText(static_cast<ULONG_PTR>(lParam1 & 0xFFFF)),
-                      reinterpret_cast<LPWSTR>(lParam2), (lParam1 >> 16) & 0xFFFF);
     default:
       return 0;
   }

@@ -22,6 +22,14 @@ DrawOp TextOp(ObjectStore& store, const Dc& dc, std::u16string_view text, POINT 
   return op;
 }
 
+DrawOp BoxOp(const Dc& dc, const RECT& rect) {
+  DrawOp op;
+  op.kind = DrawOp::Kind::kFill;
+  op.rect = rect;
+  op.brush = dc.state.background;
+  return op;
+}
+
 // Where a text's top left lies when its reference point is aligned otherwise.
 POINT Aligned(const Dc& dc, const FontShape& shape, int width, POINT at) {
   const UINT across = dc.state.align & TA_CENTER;
@@ -97,10 +105,16 @@ BOOL WINAPI ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LP
   DrawOp op = TextOp(store, *it, units, Aligned(*it, shape, TextWidth(shape, units), {x, y}));
   if (rect && (options & ETO_CLIPPED)) op.clip = *rect;
   if (rect && (options & ETO_OPAQUE)) {
-    op.rect = *rect;
-    op.opaque = true;
+    // Text that sticks out of its box is not part of what the box covers.
+    if (options & ETO_CLIPPED) {
+      op.rect = *rect;
+      op.opaque = true;
+    } else {
+      Record(store, *it, BoxOp(*it, *rect));
+      op.opaque = false;
+    }
   }
-  if (op.text.empty() && !(options & ETO_OPAQUE)) return TRUE;
+  if (op.text.empty() && !op.opaque) return TRUE;
   Record(store, *it, std::move(op));
   return TRUE;
 }

@@ -123,16 +123,20 @@ void Fill(HWND window, FormState& state) {
     CheckDlgButton(window, kFirstBox + i, form.boxes[static_cast<size_t>(i)].checked);
 }
 
+// Rows that cannot be used are left as they are.
 void Reset(HWND window, FormState& state) {
   for (Slider& slider : state.form->sliders) {
+    if (!slider.enabled) continue;
     slider.value = slider.standard;
     slider.touched = true;
   }
   for (List& list : state.form->lists) {
+    if (!list.enabled) continue;
     list.selection = list.standard;
     list.touched = true;
   }
   for (Box& box : state.form->boxes) {
+    if (!box.enabled) continue;
     box.checked = box.standard;
     box.touched = true;
   }

@@ -201,9 +201,16 @@ TEST_F(GdiTest, TextIsPlacedClippedAndBroken) {
   EXPECT_EQ(List()[0].background, RGB(20, 20, 20));
   EXPECT_EQ(List()[0].textColour, RGB(255, 255, 0));
 
+  ExtTextOutW(dc_, 50, 45, ETO_OPAQUE, &box, u"out", 3, nullptr);
+  EXPECT_THAT(Kinds(), ElementsAre(DrawOp::Kind::kFill, DrawOp::Kind::kText));
+  FillRect(dc_, &box, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  EXPECT_THAT(Kinds(), ElementsAre(DrawOp::Kind::kText, DrawOp::Kind::kFill))
+      << "what sticks out of the box is still seen";
+
+  const size_t before = List().size();
   RECT area = {0, 0, 40, 100};
   EXPECT_EQ(DrawTextW(dc_, u"ab cd ef\n漢字漢字", -1, &area, DT_WORDBREAK | DT_CALCRECT), 48);
-  EXPECT_EQ(List().size(), 1u);
+  EXPECT_EQ(List().size(), before);
   RECT line = {0, 70, 150, 90};
   DrawTextW(dc_, u"&OK && 1", -1, &line, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
   EXPECT_EQ(List().back().text, u"OK & 1");
