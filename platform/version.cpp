@@ -91,6 +91,13 @@ bool Matches(const OsVersion& os, const OSVERSIONINFOEXW& asked, DWORD types, DW
   return true;
 }
 
+// The extended structure came with the sixth service pack of NT 4.0.
+bool KnowsMore(const OsVersion& os) {
+  constexpr DWORD kFirstServicePack = 6;
+  return os.platformId == VER_PLATFORM_WIN32_NT &&
+         (os.major > 4 || (os.major == 4 && os.servicePack >= kFirstServicePack));
+}
+
 BOOL Fail(DWORD error) {
   SetLastError(error);
   return FALSE;
@@ -118,11 +125,11 @@ BOOL WINAPI VerifyVersionInfoW(LPOSVERSIONINFOEXW version, DWORD typeMask, DWORD
 }
 
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version) {
-  if (version == nullptr || (version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW) &&
-                             version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOEXW))) {
-    return Fail(ERROR_INSUFFICIENT_BUFFER);
-  }
   const OsVersion os = Machine::Current().os();
+  const bool known = version != nullptr &&
+                     (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOW) ||
+                      (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXW) && KnowsMore(os)));
+  if (!known) return Fail(ERROR_INSUFFICIENT_BUFFER);
   OSVERSIONINFOEXW answer = {};
   answer.dwOSVersionInfoSize = version->dwOSVersionInfoSize;
   answer.dwMajorVersion = os.major;
