@@ -2,7 +2,8 @@
 // process.
 import assert from "node:assert/strict";
 import { randomFillSync } from "node:crypto";
-import { existsSync, lstatSync, readFileSync, readdirSync, symlinkSync, writeFileSync } from "node:fs";
+import { existsSync, lstatSync, readFileSync, readdirSync, rmSync, symlinkSync, writeFileSync } from "node:fs";
+import { join } from "node:path";
 import { test } from "node:test";
 
 import { computer } from "../support/printhost.mjs";
@@ -119,22 +120,36 @@ test("files that hold no record are refused and nothing is written", (t) => {
   assert.ok(lstatSync(pc.file("link")).isSymbolicLink());
 });
 
-test("a default survives in another process, byte for byte", (t) => {
-  const pc = installed(t);
-  const file = record(pc, "in", (bytes) => {
-    bytes.writeInt16LE(2, ORIENTATION);
-    bytes.writeInt16LE(77, COPIES);
-    for (let offset = 384; offset < 404; offset += 2) if (offset !== 388) bytes.writeInt16LE(-offset, offset);
-    return bytes;
-  });
-  assert.equal(pc.run("set-default", NAME, "--in", file).status, 0);
+test("a default survives in another process, byte for byte, and the registered papers with it", (t) => {
+  const pc = computer(t);
+  pc.run("list");
+  const setup = join(pc.state, "drive_c", "WINDOWS", "SetupKit_QM6_1R.INI");
+  const papers = ["一", "二", "三"];
+  writeFileSync(setup, "\ufeff[ﾊﾞｰｼﾞｮﾝ情報]\nDriverName=x\n[用紙登録数]\nPaperNum=3\n" +
+    papers.map((name, i) => `[PAPER0${i}]\nPaperName=${name}\nLabelWidth=${i}\n`).join(""));
+  assert.equal(pc.run("add", NAME).status, 0);
+  rmSync(setup);
   const stored = pc.json("data", NAME);
-  pc.run("settings", NAME, "--out", pc.file("again"));
-  const again = readFileSync(pc.file("again"));
-  assert.equal(again.length, 452);
-  assert.ok(again.subarray(384, 388).equals(readFileSync(file).subarray(384, 388)));
-  assert.deepEqual([again.readInt16LE(ORIENTATION), again.readInt16LE(COPIES), again.readInt16LE(SPEED)], [2, 77, -SPEED]);
-  assert.deepEqual(pc.json("data", NAME), stored);
+  assert.deepEqual(stored["Private DevMode"].settings.Papers.map(({ PaperName, LabelWidth }) => [PaperName, LabelWidth]),
+                   papers.map((name, i) => [name, i]));
+  for (const value of [(offset) => -offset, () => 0]) {
+    const file = record(pc, "in", (bytes) => {
+      bytes.writeInt16LE(2, ORIENTATION);
+      bytes.writeInt16LE(258, PAPER);
+      bytes.writeInt16LE(77, COPIES);
+      for (const [first, last] of [[350, 374], [384, 388], [390, 404], [408, 410], [434, 436]])
+        for (let offset = first; offset < last; offset += 2) bytes.writeInt16LE(value(offset), offset);
+      return bytes;
+    });
+    assert.equal(pc.run("set-default", NAME, "--in", file).status, 0);
+    pc.run("settings", NAME, "--out", pc.file("again"));
+    const [given, again] = [readFileSync(file), readFileSync(pc.file("again"))];
+    assert.equal(again.length, 452);
+    assert.deepEqual([again.readInt16LE(ORIENTATION), again.readInt16LE(PAPER), again.readInt16LE(COPIES)], [2, 258, 77]);
+    assert.ok(again.subarray(350).equals(Buffer.concat([given.subarray(350, 382), again.subarray(382, 384),
+                                                        given.subarray(384, 388), again.subarray(388, 390), given.subarray(390)])));
+    assert.deepEqual(pc.json("data", NAME), stored);
+  }
 });
 
 test("printers, the computer and the device are kept and changed", (t) => {
