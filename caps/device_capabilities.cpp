@@ -62,9 +62,9 @@ DWORD PaperSizes(const DriverSettingsBlock& block, Elements output) {
 DWORD PaperNames(const DriverSettingsBlock& block, int limit, Elements output) {
   const int count = std::min(limit, PaperEntryCount(block));
   for (int entry = 0; entry < count; ++entry) {
-    WCHAR name[kNameSlot];
-    PaperEntryName(block, entry, name, kNameSlot);
-    output.PutName<kNameSlot>(name);
+    WCHAR slot[kNameSlot] = {};
+    PaperEntryName(block, entry, slot, kNameSlot);
+    output.Put(slot);
   }
   return static_cast<DWORD>(count);
 }

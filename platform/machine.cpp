@@ -1,6 +1,7 @@
 #include "platform/machine.h"
 
 #include <fontconfig/fontconfig.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -168,9 +169,16 @@ void Machine::UnregisterModule(std::u16string_view fileName) {
 
 void Machine::InstallModule(std::u16string_view windowsPath, const fs::path& sharedObject) {
   const fs::path link = HostPath(windowsPath);
+  const fs::path target = fs::absolute(sharedObject);
+  std::error_code none;
+  if (fs::read_symlink(link, none) == target) return;
+  // Other processes load the module meanwhile: there is a link at every moment.
+  fs::path beside = link;
+  beside += "." + std::to_string(getpid());
   fs::create_directories(link.parent_path());
-  fs::remove(link);
-  fs::create_symlink(fs::absolute(sharedObject), link);
+  fs::remove(beside);
+  fs::create_symlink(target, beside);
+  fs::rename(beside, link);
 }
 
 int Machine::OpenModules() const { return impl_->modules.References(); }
