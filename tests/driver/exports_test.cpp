@@ -206,6 +206,61 @@ TEST_F(EntryPoints, SheetsThatCannotBeShownFail) {
   EXPECT_EQ(At<DWORD>(permission->bytes.data(), 0), 1u);
 }
 
+// What the sheet library was called with, in place of a sheet.
+struct SheetCall {
+  LONG answer;
+  DWORD result;
+  PFNPROPSHEETUI sheets;
+  DOCUMENTPROPERTYHEADER document;
+  DEVICEPROPERTYHEADER device;
+};
+SheetCall sheetCall;
+
+LONG WINAPI PretendSheet(HWND, PFNPROPSHEETUI sheets, LPARAM parameter, LPDWORD result) {
+  sheetCall.sheets = sheets;
+  const auto* size = reinterpret_cast<const WORD*>(parameter);
+  if (*size == sizeof(DOCUMENTPROPERTYHEADER))
+    sheetCall.document = *reinterpret_cast<const DOCUMENTPROPERTYHEADER*>(parameter);
+  else
+    sheetCall.device = *reinterpret_cast<const DEVICEPROPERTYHEADER*>(parameter);
+  *result = sheetCall.result;
+  return sheetCall.answer;
+}
+
+TEST_F(EntryPoints, SheetsGetTheirHeaderAndTellTheirResult) {
+  machine().RegisterModule(
+      u"compstui.dll", {{"CommonPropertySheetUIW",
+                         reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(PretendSheet))}});
+  const support::OpenedPrinter printer;
+  for (const LONG answer : {1, 0, -1}) {
+    for (const DWORD result : {DWORD{CPSUI_CANCEL}, DWORD{CPSUI_OK}, DWORD{CPSUI_RESTARTWINDOWS}}) {
+      sheetCall = {answer, result, nullptr, {}, {}};
+      const LONG expected = answer < 0 ? -1 : static_cast<LONG>(result);
+      EXPECT_EQ(exports_.DrvDocumentProperties(nullptr, printer, name_.data(), Out(), In(),
+                                               DM_COPY | DM_PROMPT | DM_MODIFY),
+                expected);
+      EXPECT_EQ(sheetCall.sheets, exports_.DrvDocumentPropertySheets);
+      EXPECT_EQ(sheetCall.document.hPrinter, HANDLE{printer});
+      EXPECT_EQ(sheetCall.document.pszPrinterName, name_.data());
+      EXPECT_EQ(sheetCall.document.pdmIn, In());
+      EXPECT_EQ(sheetCall.document.pdmOut, Out());
+      EXPECT_EQ(sheetCall.document.cbOut, 0u);
+      EXPECT_EQ(sheetCall.document.fMode, DWORD{DM_COPY | DM_PROMPT | DM_MODIFY});
+      EXPECT_EQ(exports_.DrvAdvancedDocumentProperties(nullptr, printer, name_.data(), Out(), In()),
+                expected);
+      EXPECT_EQ(sheetCall.document.fMode, 22u);
+      for (const bool permission : {true, false}) {
+        machine().SetPermission(kPrinter, true, permission);
+        EXPECT_EQ(exports_.PrinterProperties(nullptr, printer), expected > 0 ? TRUE : FALSE);
+        EXPECT_EQ(sheetCall.sheets, exports_.DrvDevicePropertySheets);
+        EXPECT_EQ(sheetCall.device.Flags, permission ? 0u : DWORD{DPS_NOPERMISSION});
+        EXPECT_EQ(sheetCall.device.hPrinter, HANDLE{printer});
+        EXPECT_EQ(sheetCall.device.pszPrinterName, nullptr);
+      }
+    }
+  }
+}
+
 TEST_F(EntryPoints, JobAttributesFollowTheGivenRecord) {
   const support::OpenedPrinter printer;
   in_.Record.Public.dmPrintQuality = 305;
