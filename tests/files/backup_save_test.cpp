@@ -1,0 +1,168 @@
+#include <cstdio>
+
+#include "tests/files/backup_fixture.h"
+
+namespace kestrel::test {
+namespace {
+
+// What an independent reader makes of a file of the test machine.
+std::string ReadElsewhere(const std::filesystem::path& file) {
+  const std::string command =
+      "python3 '" + support::Built("read_profile.py") + "' '" + file.string() + "'";
+  std::string output;
+  std::FILE* pipe = popen(command.c_str(), "r");
+  char buffer[4096];
+  while (const size_t got = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, got);
+  EXPECT_EQ(pclose(pipe), 0);
+  return output;
+}
+
+TEST_F(BackupTest, TheDefaultsAreSavedByteForByte) {
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(Bytes(), Golden());
+  EXPECT_EQ(Shown(), u"");
+}
+
+TEST_F(BackupTest, ASaveClearsItsOwnSectionsAndNoOther) {
+  Write(
+      u"; 注釈\r\n[other]\r\nkey=1\r\n[ﾊﾞｰｼﾞｮﾝ情報]\r\nForeign=x\r\nFileVersion=0001\r\n"
+      u"[ﾄﾞﾗｲﾊﾞ情報]\r\nForeign=x\r\nPaperID=9\r\n[用紙登録数]\r\nPaperNum=8\r\nForeign=x\r\n"
+      u"[PAPER00]\r\nForeign=x\r\n[PAPER05]\r\nPaperName=five\r\n[同期印刷]\r\nForeign=x\r\n");
+  my_.block.Printer.PaperNum = 2;
+  my_.block.Printer.Papers[1] = my_.block.Printer.Papers[0];
+  my_.block.Printer.Papers[2] = my_.block.Printer.Papers[0];
+  EXPECT_TRUE(Save());
+  const std::string text = Bytes();
+  const auto holds = [&](std::u16string_view line) { return Contains(text, Cp932(line)); };
+  for (const char16_t* kept :
+       {u"; 注釈\r\n", u"[other]\r\nkey=1\r\n",
+        u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nForeign=x\r\nFileVersion=0003\r\n", u"[PAPER05]\r\nPaperName=five\r\n",
+        u"[PAPER01]\r\nPaperName=Standard", u"PaperNum=2\r\n"})
+    EXPECT_TRUE(holds(kept)) << Cp932(kept);
+  size_t foreign = 0;
+  for (size_t at = 0; (at = text.find("Foreign", at)) != std::string::npos; ++at) ++foreign;
+  EXPECT_EQ(foreign, 1u);
+  EXPECT_FALSE(holds(u"[PAPER02]"));
+  EXPECT_EQ(my_.block.Printer.Papers[2].PaperName[0], 0) << "entries behind the count are cleared";
+  EXPECT_NE(my_.block.Printer.Papers[1].PaperName[0], 0);
+}
+
+TEST_F(BackupTest, SectionsFollowTheMask) {
+  struct Case {
+    unsigned mask;
+    const char16_t* section;
+  };
+  const Case cases[] = {{BACKUP_PAPERS, u"[用紙登録数]"},
+                        {BACKUP_FONTS, u"[装飾ﾌｫﾝﾄ登録数]"},
+                        {BACKUP_DRIVER_INFO, u"[ﾊｰﾌﾄｰﾝ情報]"}};
+  for (unsigned mask = 0; mask < 8; ++mask) {
+    std::filesystem::remove(machine().HostPath(kFile));
+    EXPECT_TRUE(Transfer(TransferDirection::kSave, kFile, mask));
+    for (const Case& c : cases)
+      EXPECT_EQ(Contains(Bytes(), Cp932(c.section)), (mask & c.mask) != 0) << mask;
+    EXPECT_TRUE(Bytes().ends_with(Cp932(u"[同期印刷]\r\nSYNC=0\r\n")));
+  }
+}
+
+TEST_F(BackupTest, NumbersAndSyncAreWrittenInTheirForms) {
+  PrivateDevMode& settings = my_.block.Record.Private;
+  settings.nPitchOffset = -5;
+  settings.nVertBase = -32768;
+  settings.nTSMode = 0x1F;
+  my_.block.Printer.Mecha = 65535;
+  EXPECT_TRUE(Save());
+  for (const char* line :
+       {"PitchOffset=-5\r\n", "VerticalBase=-32768\r\n", "SYNC=1f\r\n", "Mecha=-1\r\n"})
+    EXPECT_TRUE(Contains(Bytes(), line)) << line;
+}
+
+TEST_F(BackupTest, ANameCannotBreakOutOfItsLine) {
+  SetName(my_.block.Printer.Papers[0].PaperName, u"a\r\n[用紙登録数]\r\nPaperNum=20");
+  EXPECT_TRUE(Save());
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(my_.block.Printer.PaperNum, 1);
+}
+
+TEST_F(BackupTest, BareNamesLieInTheSystemDirectory) {
+  struct Case {
+    const char16_t* name;
+    const char16_t* place;
+  };
+  const Case cases[] = {
+      {u"a.ini", u"C:\\WINDOWS\\system32\\a.ini"},
+      {u"ソ.ini", u"C:\\WINDOWS\\system32\\ソ.ini"},  // its second byte is that of a backslash
+      {u"表 示.INI", u"C:\\WINDOWS\\system32\\表 示.INI"},
+      {u"C:\\data\\表\\能.ini", u"C:\\data\\表\\能.ini"},
+      {u"C:\\data\\a b.ini", u"C:\\data\\a b.ini"},
+  };
+  std::filesystem::create_directories(machine().HostPath(u"C:\\data\\表"));
+  for (const Case& c : cases) {
+    EXPECT_TRUE(Save(c.name)) << Cp932(c.name);
+    EXPECT_EQ(Bytes(c.place), Golden()) << Cp932(c.name);
+    EXPECT_TRUE(Load(c.name)) << Cp932(c.name);
+  }
+  for (const char16_t* none : {u"한.ini", u"C:\\nowhere\\a.ini"}) EXPECT_FALSE(Save(none));
+  EXPECT_FALSE(Save((std::u16string(250, u'あ') + u".ini").c_str()));
+}
+
+// The disk is full from the n-th write on, or one write fails alone.
+TEST_F(BackupTest, AFullDiskLeavesAFileThatCanBeRead) {
+  const auto before = my_.block;
+  int failed = 0;
+  for (const bool once : {false, true}) {
+    for (int n = 1;; ++n) {
+      std::filesystem::remove(machine().HostPath(kFile));
+      if (once)
+        machine().faults.FailNth(platform::Fault::kFile, n);
+      else
+        machine().faults.FailFrom(platform::Fault::kFile, n);
+      const bool saved = Save();
+      const bool struck = machine().faults.Struck(platform::Fault::kFile);
+      machine().faults.Clear();
+      // All sixteen driver keys decide; what comes behind them does not.
+      const std::string text = Bytes();
+      int driverKeys = 0;
+      for (const char* key :
+           {"PaperID=257", "Copies=1", "VerticalBase=0", "HorizonBase=0", "Orient=1", "Flip=0",
+            "PeelOffset=0", "TearOffset=0", "PitchOffset=0", "PrintSpeed=1", "SensorKind=0",
+            "MoveMode=1", "Dither=2", "ColorText=1", "CompulsorySet=0", "Position=1"})
+        driverKeys += Contains(text, "\n" + std::string(key) + "\r\n");
+      EXPECT_EQ(saved, driverKeys == 16) << n << once;
+      EXPECT_TRUE(text.empty() || text.ends_with("\r\n"));
+      const bool readElsewhere = n % 16 != 9 || !ReadElsewhere(machine().HostPath(kFile)).empty();
+      EXPECT_TRUE(readElsewhere) << n << once;
+      EXPECT_EQ(std::memcmp(&my_.block, &before, sizeof before), 0);
+      for (const auto& entry : std::filesystem::directory_iterator(machine().HostPath(u"C:\\data")))
+        EXPECT_EQ(entry.path().filename(), "a.ini") << "something was left beside the file";
+      failed += !saved;
+      if (!struck) break;
+      if (n > 40) n += 24;  // behind the driver keys a few will do
+    }
+  }
+  EXPECT_GE(failed, 32);
+}
+
+TEST_F(BackupTest, AnotherReaderSeesTheSameValues) {
+  SetName(my_.block.Printer.Papers[0].PaperName, u"ﾗﾍﾞﾙ 髙 ソ=;[x]");
+  my_.fonts.DecoFontNum = 1;
+  SetName(my_.deco[0].Deco.DecoFontName, u"飾り");
+  SetName(my_.deco[0].Deco.ResiFontName, u"X20");
+  my_.deco[0].Deco.Incriment = -9999;
+  my_.fonts.BarFontNum = 1;
+  my_.bar[0].Bar.BarcodeKind = 1300;
+  std::memcpy(my_.bar[0].Bar.BarcodeParam + 14, "1234567", 7);
+  EXPECT_TRUE(Save());
+  const std::string text = ReadElsewhere(machine().HostPath(kFile));
+  for (const char* line :
+       {"ﾊﾞｰｼﾞｮﾝ情報|DriverVersion|0e01\n", "PAPER00|PaperName|ﾗﾍﾞﾙ 髙 ソ=;[x]\n",
+        "ﾌﾘｰｻｲｽﾞ用紙|PaperName|フリーサイズ\n", "DECOFONT00|DecoFontName|飾り\n",
+        "DECOFONT00|Incriment|-9999\n", "DECOFONT00|ActivateData|0\n",
+        "BARFONT00|BarcodeKind|1300\n", "BARFONT00|ZipCode|1234567\n", "BARFONT00|ActiveData|0\n",
+        "同期印刷|SYNC|0\n", "ﾊｰﾌﾄｰﾝ情報|HTInfo.ColorInfo.Cyan|2000,2450,65534\n"})
+    EXPECT_TRUE(Contains(text, line)) << line;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+            3 + 16 + 14 + 2 + 31 + 1 + 14 + 1 + 21 + 1 + 14 + 1);
+}
+
+}  // namespace
+}  // namespace kestrel::test
