@@ -180,8 +180,6 @@ size_t WholeCp932(std::string_view bytes, size_t limit) {
 
 using namespace platform;
 
-UINT WINAPI GetACP() { return 932; }
-
 BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) {
   return IsSupported(codePage) && IsCp932Lead(byte);
 }

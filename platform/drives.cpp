@@ -1,7 +1,5 @@
 // Drives, directories and the files on them.
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 
@@ -98,6 +96,8 @@ std::u16string Machine::driverDirectory() const {
 void Machine::WriteFile(std::u16string_view windowsPath, std::string_view bytes) {
   const fs::path file = HostPath(windowsPath);
   fs::create_directories(file.parent_path());
+  const std::lock_guard lock(impl_->profiles.mutex);
+  impl_->profiles.ForgetAll();
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!out.flush()) throw std::runtime_error("cannot write " + file.string());
@@ -130,33 +130,6 @@ UINT AnswerDirectory(const std::u16string& directory, LPSTR out, UINT size) {
   return static_cast<UINT>(bytes.size());
 }
 
-BOOL Fail(DWORD error) {
-  SetLastError(error);
-  return FALSE;
-}
-
-DWORD AttributesOf(std::u16string_view path) {
-  struct stat information;
-  if (path.empty() || stat(Machine::Current().HostPath(path).c_str(), &information) != 0) {
-    SetLastError(ERROR_FILE_NOT_FOUND);
-    return INVALID_FILE_ATTRIBUTES;
-  }
-  const DWORD readOnly = (information.st_mode & S_IWUSR) == 0 ? FILE_ATTRIBUTE_READONLY : 0;
-  if (S_ISDIR(information.st_mode)) return FILE_ATTRIBUTE_DIRECTORY | readOnly;
-  return readOnly == 0 ? FILE_ATTRIBUTE_ARCHIVE : FILE_ATTRIBUTE_ARCHIVE | readOnly;
-}
-
-BOOL DeletePath(std::u16string_view path) {
-  Machine& machine = Machine::Current();
-  if (machine.faults.Strike(Fault::kFile)) return Fail(ERROR_ACCESS_DENIED);
-  const DWORD attributes = AttributesOf(path);
-  if (attributes == INVALID_FILE_ATTRIBUTES) return FALSE;
-  if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) {
-    return Fail(ERROR_ACCESS_DENIED);
-  }
-  return unlink(machine.HostPath(path).c_str()) == 0 ? TRUE : Fail(ERROR_ACCESS_DENIED);
-}
-
 }  // namespace
 
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size) {
@@ -167,15 +140,4 @@ UINT WINAPI GetSystemDirectoryA(LPSTR directory, UINT size) {
 }
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size) {
   return AnswerDirectory(Machine::Current().windowsDirectory(), directory, size);
-}
-UINT WINAPI GetWindowsDirectoryA(LPSTR directory, UINT size) {
-  return AnswerDirectory(Machine::Current().windowsDirectory(), directory, size);
-}
-DWORD WINAPI GetFileAttributesW(LPCWSTR fileName) { return AttributesOf(View(fileName)); }
-DWORD WINAPI GetFileAttributesA(LPCSTR fileName) {
-  return AttributesOf(FromCp932(fileName == nullptr ? "" : fileName));
-}
-BOOL WINAPI DeleteFileW(LPCWSTR fileName) { return DeletePath(View(fileName)); }
-BOOL WINAPI DeleteFileA(LPCSTR fileName) {
-  return DeletePath(FromCp932(fileName == nullptr ? "" : fileName));
 }

@@ -192,25 +192,11 @@ LPVOID WINAPI HeapAlloc(HANDLE handle, DWORD flags, SIZE_T bytes) {
   return heap == nullptr ? nullptr : Allocate(*heap, (flags & HEAP_ZERO_MEMORY) != 0, bytes);
 }
 
-LPVOID WINAPI HeapReAlloc(HANDLE handle, DWORD flags, LPVOID block, SIZE_T bytes) {
-  if (block == nullptr) return nullptr;
-  void* moved = HeapAlloc(handle, flags, bytes);
-  if (moved == nullptr) return nullptr;
-  const size_t size = SizeOf(block);
-  std::memcpy(moved, block, size < bytes ? size : bytes);
-  HeapFree(handle, 0, block);
-  return moved;
-}
-
 BOOL WINAPI HeapFree(HANDLE handle, DWORD, LPVOID block) {
   Heap* heap = HeapOf(handle);
   if (heap != nullptr && Release(*heap, block)) return TRUE;
   SetLastError(ERROR_INVALID_PARAMETER);
   return FALSE;
-}
-
-SIZE_T WINAPI HeapSize(HANDLE handle, DWORD, LPCVOID block) {
-  return HeapOf(handle) == nullptr || block == nullptr ? static_cast<SIZE_T>(-1) : SizeOf(block);
 }
 
 // A movable block stays where it is; its handle is its address.
@@ -227,5 +213,3 @@ HGLOBAL WINAPI GlobalFree(HGLOBAL block) {
   SetLastError(ERROR_INVALID_HANDLE);
   return block;
 }
-HLOCAL WINAPI LocalAlloc(UINT flags, SIZE_T bytes) { return GlobalAlloc(flags, bytes); }
-HLOCAL WINAPI LocalFree(HLOCAL block) { return GlobalFree(block); }

@@ -269,8 +269,6 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
   return size;
 }
 
-BOOL WINAPI DisableThreadLibraryCalls(HMODULE) { return TRUE; }
-
 // The module's manifest names the newest common controls; the stand-in has no others.
 HANDLE WINAPI CreateActCtxW(PCACTCTXW context) {
   if (context != nullptr && context->cbSize >= sizeof(ULONG)) {

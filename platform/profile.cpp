@@ -178,22 +178,6 @@ BOOL Put(const typename Form::Char* section, const typename Form::Char* key,
   return done;
 }
 
-template <typename Form>
-UINT GetInt(const typename Form::Char* section, const typename Form::Char* key, INT fallback,
-            const typename Form::Char* fileName) {
-  if (section == nullptr || key == nullptr || fileName == nullptr) return 0;
-  const Answer<Form> answer = Look<Form>(section, key, fileName);
-  if (!answer.found || answer.text.empty()) return static_cast<UINT>(fallback);
-  const bool negative = answer.text.front() == '-';
-  UINT number = 0;
-  for (size_t i = negative ? 1 : 0; i < answer.text.size(); ++i) {
-    const auto digit = answer.text[i];
-    if (digit < '0' || digit > '9') break;
-    number = number * 10 + static_cast<UINT>(digit - '0');
-  }
-  return negative ? 0 - number : number;
-}
-
 }  // namespace
 
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
@@ -204,14 +188,6 @@ DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fall
 DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR returned,
                                       DWORD size, LPCSTR fileName) {
   return Get<ByteForm>(section, key, fallback, returned, size, fileName);
-}
-
-UINT WINAPI GetPrivateProfileIntW(LPCWSTR section, LPCWSTR key, INT fallback, LPCWSTR fileName) {
-  return GetInt<WideForm>(section, key, fallback, fileName);
-}
-
-UINT WINAPI GetPrivateProfileIntA(LPCSTR section, LPCSTR key, INT fallback, LPCSTR fileName) {
-  return GetInt<ByteForm>(section, key, fallback, fileName);
 }
 
 BOOL WINAPI WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <ctime>
 #include <string>
 
 #include "platform/profile.h"
@@ -13,6 +14,14 @@ namespace platform {
 namespace {
 
 constexpr size_t kFilesKept = 8;
+// Files bear times no finer than this, in milliseconds.
+constexpr int64_t kYoung = 50;
+
+int64_t MillisecondsSince(int64_t seconds, int64_t nanoseconds) {
+  timespec now;
+  clock_gettime(CLOCK_REALTIME, &now);
+  return (now.tv_sec - seconds) * 1000 + (now.tv_nsec - nanoseconds) / 1000000;
+}
 
 class Descriptor {
  public:
@@ -75,7 +84,7 @@ ProfileCache::Entry& ProfileCache::Front(const std::filesystem::path& file) {
   if (found != entries_.end()) {
     entries_.splice(entries_.begin(), entries_, found);
   } else {
-    entries_.push_front({file, {}, {}});
+    entries_.push_front({file, {}, {}, false});
     if (entries_.size() > kFilesKept) entries_.pop_back();
   }
   return entries_.front();
@@ -85,6 +94,8 @@ void ProfileCache::Forget(const std::filesystem::path& file) {
   entries_.remove_if([&file](const Entry& entry) { return entry.file == file; });
 }
 
+void ProfileCache::ForgetAll() { entries_.clear(); }
+
 ProfileDocument* ProfileCache::Read(const std::filesystem::path& file) {
   const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   Stamp stamp;
@@ -93,7 +104,7 @@ ProfileDocument* ProfileCache::Read(const std::filesystem::path& file) {
     return nullptr;
   }
   Entry& entry = Front(file);
-  if (entry.stamp == stamp) return &entry.document;
+  if (entry.settled && entry.stamp == stamp) return &entry.document;
   std::string bytes;
   if (!ReadAll(descriptor.Get(), stamp.size, bytes)) {
     Forget(file);
@@ -101,6 +112,7 @@ ProfileDocument* ProfileCache::Read(const std::filesystem::path& file) {
   }
   entry.document = ProfileDocument::Parse(bytes);
   entry.stamp = stamp;
+  entry.settled = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kYoung;
   return &entry.document;
 }
 
@@ -133,6 +145,7 @@ bool ProfileCache::Write(const std::filesystem::path& file) {
            StampOf(descriptor.Get(), entry.stamp) && rename(beside.c_str(), target.c_str()) == 0;
     if (descriptor && !done) unlink(beside.c_str());
   }
+  entry.settled = true;
   if (!done) Forget(file);
   return done;
 }

@@ -119,16 +119,6 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR value, DWORD, DWORD type, const 
       [&](Machine& machine) { return Set(machine, key, View(value), type, data, size); });
 }
 
-LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR value) {
-  return Guarded([&](Machine& machine) -> DWORD {
-    const auto open = machine.impl().registryHandles.Find(key);
-    if (open == nullptr) return ERROR_INVALID_HANDLE;
-    if ((open->access & (KEY_SET_VALUE | GENERIC_WRITE)) == 0) return ERROR_ACCESS_DENIED;
-    return machine.impl().store.RemoveRegistry(open->key, View(value)) ? ERROR_SUCCESS
-                                                                       : ERROR_FILE_NOT_FOUND;
-  });
-}
-
 LSTATUS WINAPI RegCloseKey(HKEY key) {
   if (key == HKEY_LOCAL_MACHINE) return ERROR_SUCCESS;
   return Machine::Current().impl().registryHandles.Remove(key) ? ERROR_SUCCESS

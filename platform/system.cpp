@@ -1,9 +1,7 @@
-// The shell, the clock and arithmetic.
+// The shell and arithmetic.
 #include <shellapi.h>
 
-#include <chrono>
 #include <limits>
-#include <thread>
 
 #include "platform/machine.h"
 #include "platform/text.h"
@@ -23,13 +21,4 @@ int WINAPI MulDiv(int number, int numerator, int denominator) {
   const bool fits =
       result >= std::numeric_limits<int>::min() && result <= std::numeric_limits<int>::max();
   return fits ? static_cast<int>(result) : -1;
-}
-
-DWORD WINAPI GetTickCount() {
-  const auto since = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<DWORD>(std::chrono::duration_cast<std::chrono::milliseconds>(since).count());
-}
-
-void WINAPI Sleep(DWORD milliseconds) {
-  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }

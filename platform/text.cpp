@@ -126,13 +126,6 @@ void CopyTerminated(std::u16string_view text, LPWSTR out, size_t size) {
 
 }  // namespace platform
 
-int WINAPI lstrlenW(LPCWSTR text) { return static_cast<int>(platform::View(text).size()); }
-
-int WINAPI lstrcmpW(LPCWSTR a, LPCWSTR b) {
-  const int order = platform::View(a).compare(platform::View(b));
-  return order < 0 ? -1 : order > 0 ? 1 : 0;
-}
-
 int WINAPI lstrcmpiW(LPCWSTR a, LPCWSTR b) {
   const int order =
       platform::FoldCase(platform::View(a)).compare(platform::FoldCase(platform::View(b)));

@@ -11,16 +11,14 @@ namespace {
 
 constexpr size_t kLongest = 1023;
 
-template <typename Char>
 struct Field {
   bool left = false, prefix = false, zeros = false;
   int width = 0, precision = -1;
   int size = 0;  // 1: "h", 2: "l" or "w", 3: "I64"
-  Char type = 0;
+  WCHAR type = 0;
 };
 
-template <typename Char>
-int Number(const Char*& at) {
+int Number(const WCHAR*& at) {
   int number = 0;
   for (; *at >= '0' && *at <= '9'; ++at) {
     if (number < 10000) number = number * 10 + static_cast<int>(*at - '0');
@@ -28,9 +26,8 @@ int Number(const Char*& at) {
   return number;
 }
 
-template <typename Char>
-Field<Char> ReadField(const Char*& at) {
-  Field<Char> field;
+Field ReadField(const WCHAR*& at) {
+  Field field;
   for (;; ++at) {
     if (*at == '-')
       field.left = true;
@@ -66,8 +63,7 @@ std::string Digits(uint64_t value, unsigned base, bool upper) {
 }
 
 // A number's sign or prefix and its digits, at least as many as the precision asks.
-template <typename Char>
-std::string NumberText(Field<Char>& field, va_list& arguments, std::string& sign) {
+std::string NumberText(Field& field, va_list& arguments, std::string& sign) {
   const bool wide = field.size == 3;
   std::string digits;
   if (field.type == 'd' || field.type == 'i') {
@@ -90,53 +86,38 @@ std::string NumberText(Field<Char>& field, va_list& arguments, std::string& sign
   return digits;
 }
 
-template <typename To, typename From>
-std::basic_string<To> Converted(std::basic_string_view<From> text) {
-  if constexpr (sizeof(To) == sizeof(From)) {
-    return std::basic_string<To>(text);
-  } else if constexpr (sizeof(To) == 1) {
-    return platform::ToCp932(text);
-  } else {
-    return platform::FromCp932(text);
-  }
-}
-
-// A text or a single character; an upper-case type means the other width than the function's own.
-template <typename Char>
-std::basic_string<Char> TextOf(const Field<Char>& field, va_list& arguments) {
+// A text or a single character; an upper-case type means one in code page 932.
+std::u16string TextOf(const Field& field, va_list& arguments) {
   const bool own = field.type == 's' || field.type == 'c';
-  const bool isWide = field.size == 2 || (field.size != 1 && own == (sizeof(Char) == 2));
+  const bool isWide = field.size == 2 || (field.size != 1 && own);
   if (field.type == 'c' || field.type == 'C') {
     const int unit = va_arg(arguments, int);
-    const auto wide = static_cast<WCHAR>(unit);
     const auto narrow = static_cast<char>(unit);
-    return isWide ? Converted<Char>(std::u16string_view(&wide, 1))
-                  : Converted<Char>(std::string_view(&narrow, 1));
+    return isWide ? std::u16string(1, static_cast<WCHAR>(unit)) : platform::FromCp932({&narrow, 1});
   }
   const void* text = va_arg(arguments, const void*);
-  if (text == nullptr) return Converted<Char>(std::string_view("(null)"));
+  if (text == nullptr) return u"(null)";
   const auto most = static_cast<size_t>(field.precision);  // -1: all
   const auto read = [most](auto* units) {
     size_t length = 0;
     while (length < most && units[length] != 0) ++length;
     return std::basic_string_view(units, length);
   };
-  return isWide ? Converted<Char>(read(static_cast<const WCHAR*>(text)))
-                : Converted<Char>(read(static_cast<const char*>(text)));
+  return isWide ? std::u16string(read(static_cast<const WCHAR*>(text)))
+                : platform::FromCp932(read(static_cast<const char*>(text)));
 }
 
-template <typename Char>
-int Format(Char* out, const Char* format, va_list arguments) {
-  std::basic_string<Char> result;
+int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
+  std::u16string result;
   va_list rest;
   va_copy(rest, arguments);
-  for (const Char* at = format; *at != 0 && result.size() < kLongest;) {
+  for (const WCHAR* at = format; *at != 0 && result.size() < kLongest;) {
     if (*at != '%') {
       result.push_back(*at++);
       continue;
     }
-    Field<Char> field = ReadField(++at);
-    std::basic_string<Char> text;
+    Field field = ReadField(++at);
+    std::u16string text;
     std::string sign;
     switch (field.type) {
       case 'd':
@@ -178,19 +159,7 @@ int Format(Char* out, const Char* format, va_list arguments) {
 
 }  // namespace
 
-int WINAPI wvsprintfW(LPWSTR out, LPCWSTR format, va_list arguments) {
-  return Format(out, format, arguments);
-}
-
 int WINAPIV wsprintfW(LPWSTR out, LPCWSTR format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = Format(out, format, arguments);
-  va_end(arguments);
-  return length;
-}
-
-int WINAPIV wsprintfA(LPSTR out, LPCSTR format, ...) {
   va_list arguments;
   va_start(arguments, format);
   const int length = Format(out, format, arguments);

@@ -16,16 +16,12 @@ HANDLE WINAPI GetProcessHeap();
 HANDLE WINAPI HeapCreate(DWORD options, SIZE_T initialSize, SIZE_T maximumSize);
 BOOL WINAPI HeapDestroy(HANDLE heap);
 LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes);
-LPVOID WINAPI HeapReAlloc(HANDLE heap, DWORD flags, LPVOID block, SIZE_T bytes);
 BOOL WINAPI HeapFree(HANDLE heap, DWORD flags, LPVOID block);
-SIZE_T WINAPI HeapSize(HANDLE heap, DWORD flags, LPCVOID block);
 HGLOBAL WINAPI GlobalAlloc(UINT flags, SIZE_T bytes);
 LPVOID WINAPI GlobalLock(HGLOBAL block);
 BOOL WINAPI GlobalUnlock(HGLOBAL block);
 SIZE_T WINAPI GlobalSize(HGLOBAL block);
 HGLOBAL WINAPI GlobalFree(HGLOBAL block);
-HLOCAL WINAPI LocalAlloc(UINT flags, SIZE_T bytes);
-HLOCAL WINAPI LocalFree(HLOCAL block);
 
 // ---- modules and their resources ----
 HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
@@ -33,29 +29,21 @@ BOOL WINAPI FreeLibrary(HMODULE module);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
-BOOL WINAPI DisableThreadLibraryCalls(HMODULE module);
 HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type);
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
 LPVOID WINAPI LockResource(HGLOBAL resource);
 DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
 
-// ---- directories and files ----
+// ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);
 UINT WINAPI GetSystemDirectoryA(LPSTR directory, UINT size);
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size);
-UINT WINAPI GetWindowsDirectoryA(LPSTR directory, UINT size);
-DWORD WINAPI GetFileAttributesW(LPCWSTR fileName);
-DWORD WINAPI GetFileAttributesA(LPCSTR fileName);
-BOOL WINAPI DeleteFileW(LPCWSTR fileName);
-BOOL WINAPI DeleteFileA(LPCSTR fileName);
 
 // ---- profile files ----
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
                                       LPWSTR returned, DWORD size, LPCWSTR fileName);
 DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR returned,
                                       DWORD size, LPCSTR fileName);
-UINT WINAPI GetPrivateProfileIntW(LPCWSTR section, LPCWSTR key, INT fallback, LPCWSTR fileName);
-UINT WINAPI GetPrivateProfileIntA(LPCSTR section, LPCSTR key, INT fallback, LPCSTR fileName);
 BOOL WINAPI WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value,
                                        LPCWSTR fileName);
 BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR fileName);
@@ -70,14 +58,9 @@ BOOL WINAPI AllocateAndInitializeSid(PSID_IDENTIFIER_AUTHORITY authority, BYTE s
 BOOL WINAPI CheckTokenMembership(HANDLE token, PSID sid, PBOOL isMember);
 PVOID WINAPI FreeSid(PSID sid);
 
-// ---- texts ----
-int WINAPI lstrlenW(LPCWSTR text);
-int WINAPI lstrcmpW(LPCWSTR a, LPCWSTR b);
+// ---- texts and numbers ----
 int WINAPI lstrcmpiW(LPCWSTR a, LPCWSTR b);
-
 int WINAPI MulDiv(int number, int numerator, int denominator);
-DWORD WINAPI GetTickCount();
-void WINAPI Sleep(DWORD milliseconds);
 
 }  // extern "C"
 
@@ -86,11 +69,7 @@ constexpr UINT GMEM_MOVEABLE = 0x0002;
 constexpr UINT GMEM_ZEROINIT = 0x0040;
 constexpr UINT GPTR = GMEM_FIXED | GMEM_ZEROINIT;
 constexpr UINT GHND = GMEM_MOVEABLE | GMEM_ZEROINIT;
-constexpr UINT LMEM_FIXED = 0x0000;
-constexpr UINT LMEM_ZEROINIT = 0x0040;
-constexpr UINT LPTR = LMEM_FIXED | LMEM_ZEROINIT;
 
-constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 #define INVALID_HANDLE_VALUE reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1))
 
 // ---- activation contexts ----

@@ -14,6 +14,5 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int uni
                                int size, LPCSTR defaultCharacter, LPBOOL usedDefault);
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR out,
                                int size);
-UINT WINAPI GetACP();
 BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte);
 }

@@ -533,8 +533,6 @@ HCURSOR WINAPI SetCursor(HCURSOR cursor);
 HBITMAP WINAPI LoadBitmapW(HINSTANCE instance, LPCWSTR name);
 int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size);
 int WINAPIV wsprintfW(LPWSTR out, LPCWSTR format, ...);
-int WINAPI wvsprintfW(LPWSTR out, LPCWSTR format, va_list arguments);
-int WINAPIV wsprintfA(LPSTR out, LPCSTR format, ...);
 
 // ---- drawing ----
 HDC WINAPI GetDC(HWND window);

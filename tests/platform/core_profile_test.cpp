@@ -78,8 +78,6 @@ TEST_F(Profile, NamesMatchByteForByteAndValuesAreStripped) {
     EXPECT_EQ(Get(row.section, row.key), row.value) << row.section << "/" << row.key;
   }
   EXPECT_EQ(Get("one", "none", "text  "), "text") << "blanks behind a fallback are dropped";
-  EXPECT_EQ(GetPrivateProfileIntA("two", "key", 7, kPath), 2u);
-  EXPECT_EQ(GetPrivateProfileIntA("two", "none", -7, kPath), static_cast<UINT>(-7));
 }
 
 TEST_F(Profile, CutsAnswersAsTheirSizeAsks) {

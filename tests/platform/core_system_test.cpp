@@ -187,7 +187,6 @@ TEST_F(System, HeapsCountAndGoInOneStep) {
   auto* block = static_cast<BYTE*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, 100));
   ASSERT_NE(block, nullptr);
   EXPECT_EQ(block[99], 0);
-  EXPECT_EQ(HeapSize(heap, 0, block), 100u);
   EXPECT_FALSE(HeapFree(GetProcessHeap(), 0, block)) << "a block of another heap";
   HeapAlloc(heap, 0, 0);
   const HGLOBAL global = GlobalAlloc(GHND, 8);

@@ -146,10 +146,6 @@ TEST(Drives, PathsFindFilesWhateverTheirCase) {
   EXPECT_EQ(machine->HostPath(u"C:"), machine->HostPath(u"C:\\"));
   EXPECT_EQ(machine->WindowsPath("/nowhere/x"), u"Z:\\nowhere\\x");
   EXPECT_EQ(machine->HostPath(u"x.ini"), std::filesystem::current_path() / "x.ini");
-  EXPECT_EQ(GetFileAttributesW(u"C:\\DATA"), FILE_ATTRIBUTE_DIRECTORY);
-  EXPECT_EQ(GetFileAttributesW(u"\\\\server\\share\\x"), INVALID_FILE_ATTRIBUTES);
-  EXPECT_TRUE(DeleteFileW(u"c:\\data\\倉庫\\file.INI"));
-  EXPECT_FALSE(std::filesystem::exists(file));
   WCHAR out[32];
   EXPECT_EQ(GetSystemDirectoryW(out, 20), 19u);
   EXPECT_EQ(GetSystemDirectoryW(out, 19), 20u) << "the size needed, with the terminator";
