@@ -13,6 +13,10 @@ namespace {
 
 constexpr char16_t kModule[] = u"QM610rDRV1";
 constexpr const char16_t* kCompanions[] = {u"QM610rLIB", u"QM610rBAR"};
+// The driver package's monitors, of which the sheets show the versions.
+constexpr const char16_t* kMonitors[] = {u"QM6_1rLMNT", u"QM6_1rPM_UI", u"QM6_1rPMCOM",
+                                         u"QM6_1rPMLAN"};
+constexpr DWORD kVersionMs = 14 << 16, kVersionLs = 1 << 16 | 20;  // 14.0.1.20
 
 // Libraries stand beside the program in its build folder.
 std::filesystem::path Built(std::u16string_view name) {
@@ -48,6 +52,11 @@ void Find(HMODULE module, const char* name, Function& function) {
 
 void InstallCompanions(platform::Machine& machine) {
   for (const char16_t* name : kCompanions) Install(machine, name);
+  for (const char16_t* name : kMonitors) {
+    const std::u16string path =
+        machine.systemDirectory().append(u"\\").append(name).append(u".DLL");
+    if (!machine.ReadFile(path)) machine.WriteVersionedFile(path, kVersionMs, kVersionLs);
+  }
 }
 
 DriverModule::DriverModule(platform::Machine& machine) {

@@ -10,7 +10,8 @@
 
 namespace printhost {
 
-// Links the companion libraries of this build into the driver directory.
+// Links the companion libraries of this build into the driver directory, and puts the package's
+// monitors into the system directory as files that have a version.
 void InstallCompanions(platform::Machine& machine);
 
 // The loaded module with its exports. Every construction links the libraries of this build anew

@@ -156,3 +156,33 @@ test("Tab walks the page's controls in order, arrows within a group", async (t) 
   await page.keyboard.press("ArrowRight");
   await page.waitForFunction((id) => document.querySelector(`[data-id="${id}"]`).checked, LANDSCAPE);
 });
+
+test("what a field refuses snaps back; text under composition stays in the browser", async (t) => {
+  const { page, go, control } = await opened(t);
+  await go(PAPER);
+  await control(REGISTER).click();
+  const width = control(WIDTH);
+  await width.fill("50.5");
+  await page.keyboard.type(".x");
+  await page.waitForFunction((id) => document.querySelectorAll(`[data-id="${id}"]`)[0].value === "50.5", WIDTH);
+
+  await control(NAME).focus();
+  await page.waitForFunction((id) => document.activeElement.dataset.id === String(id), NAME);
+  const edits = [];
+  page.on("request", (request) => {
+    const body = request.postDataJSON();
+    if (body?.action === "edit") edits.push(body.text);
+  });
+  const input = await page.context().newCDPSession(page);
+  for (const text of ["n", "に", "にふ", "にふだ"])
+    await input.send("Input.imeSetComposition", { text, selectionStart: text.length, selectionEnd: text.length });
+  assert.equal(await control(NAME).inputValue(), "にふだ");
+  assert.deepEqual(edits, []);
+  await input.send("Input.insertText", { text: "荷札" });
+  await page.waitForFunction(() => document.activeElement.value === "荷札");
+  await page.keyboard.type("1");
+  await page.waitForTimeout(300); // the server has had its say
+  assert.equal(await control(NAME).inputValue(), "荷札1");
+  assert.deepEqual(edits.at(-1), "荷札1");
+  assert.ok(edits.every((text) => !/[nにふだ]/.test(text)), edits.join());
+});

@@ -1,0 +1,142 @@
+// What one call of an export costs, for a printer with 1 and with 20 papers: a capability query, a
+// resolution without and with an input record, a conversion. Beside the time of a call stands how
+// often it allocates and asks the spooler. "Spooler" is what the stand-in takes for the same
+// questions by itself, so that the rest of a resolution's time is the module's.
+#include <benchmark/benchmark.h>
+#include <winddiui.h>
+#include <windows.h>
+#include <winspool.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "driver/default_settings.h"
+#include "driver/settings_block.h"
+#include "platform/machine.h"
+
+namespace kestrel {
+namespace {
+
+using platform::Fault;
+
+std::vector<std::byte> Bytes(const void* data, size_t size) {
+  const auto* bytes = static_cast<const std::byte*>(data);
+  return {bytes, bytes + size};
+}
+
+// A computer with one printer that has as many registered papers as asked.
+class Printer {
+ public:
+  explicit Printer(int64_t papers) {
+    platform::PrinterSetup setup;
+    setup.name = name_;
+    machine_->AddPrinter(setup);
+    FillDefaultSettings(block_, nullptr, name_.c_str());
+    block_.Record.Private.Signature = SETTINGS_SIGNATURE;
+    std::fill_n(block_.Printer.Papers, papers, PaperInfo(block_.Printer.Papers[0]));
+    block_.Printer.PaperNum = static_cast<int16_t>(papers);
+    machine_->SetDefaultRecord(name_, Bytes(&block_.Record, kRecordSize));
+    machine_->SetData(name_, u"Private DevMode",
+                      {REG_BINARY, Bytes(&block_.Printer, kPrinterPartSize)});
+    if (!OpenPrinterW(name_.data(), &handle_, nullptr)) std::abort();
+  }
+  ~Printer() { ClosePrinter(handle_); }
+  Printer(const Printer&) = delete;
+  Printer& operator=(const Printer&) = delete;
+
+  HANDLE handle() const { return handle_; }
+  LPWSTR name() { return name_.data(); }
+  DEVMODEW* record() { return &block_.Record.Public; }
+  platform::Machine& machine() { return *machine_; }
+
+ private:
+  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
+  std::u16string name_ = u"Label Printer";
+  DriverSettingsBlock block_ = {};
+  HANDLE handle_ = nullptr;
+};
+
+template <typename Call>
+void Measure(benchmark::State& state, Call call) {
+  Printer printer(state.range(0));
+  platform::Faults& faults = printer.machine().faults;
+  faults.Clear();
+  if (!call(printer)) state.SkipWithError("the call failed");
+  const int allocations = faults.Calls(Fault::kAllocation);
+  const int questions = faults.Calls(Fault::kSpooler);
+  for (auto _ : state) benchmark::DoNotOptimize(call(printer));
+  state.counters["allocations"] = allocations;
+  state.counters["spooler"] = questions;
+}
+
+void Capability(benchmark::State& state) {
+  std::vector<WCHAR> names((kPaperCapacity + 1) * 64);
+  Measure(state, [&](Printer& printer) {
+    const auto count = static_cast<LONG>(DrvDeviceCapabilities(
+        printer.handle(), printer.name(), 16, names.data(), nullptr));  // DC_PAPERNAMES
+    return count == state.range(0) + 1;
+  });
+}
+
+void Resolution(benchmark::State& state) {
+  SettingsRecord output;
+  Measure(state, [&](Printer& printer) {
+    return DrvDocumentProperties(nullptr, printer.handle(), printer.name(), &output.Public, nullptr,
+                                 DM_COPY) == 1;
+  });
+}
+
+void ResolutionWithInput(benchmark::State& state) {
+  SettingsRecord output;
+  Measure(state, [&](Printer& printer) {
+    return DrvDocumentProperties(nullptr, printer.handle(), printer.name(), &output.Public,
+                                 printer.record(), DM_COPY | DM_IN_BUFFER) == 1;
+  });
+}
+
+void Conversion(benchmark::State& state) {
+  SettingsRecord output;
+  Measure(state, [&](Printer& printer) {
+    LONG size = kRecordSize;
+    return DrvConvertDevMode(printer.name(), printer.record(), &output.Public, &size,
+                             CDM_CONVERT) == TRUE;
+  });
+}
+
+// The spooler's part of a resolution: the default record and the printer's part.
+void Spooler(benchmark::State& state) {
+  std::vector<BYTE> out(8192);
+  Measure(state, [&](Printer& printer) {
+    const auto size = static_cast<DWORD>(out.size());
+    DWORD needed = 0;
+    GetPrinterW(printer.handle(), 2, nullptr, 0, &needed);
+    const bool record = GetPrinterW(printer.handle(), 2, out.data(), size, &needed) != FALSE;
+    std::u16string value = u"Private DevMode";
+    return record &&
+           GetPrinterDataW(printer.handle(), value.data(), nullptr, out.data(), size, &needed) == 0;
+  });
+}
+
+// Opening and closing, which a conversion does beyond a resolution.
+void OpenAndClose(benchmark::State& state) {
+  Measure(state, [&](Printer& printer) {
+    HANDLE handle = nullptr;
+    return OpenPrinterW(printer.name(), &handle, nullptr) && ClosePrinter(handle);
+  });
+}
+
+BENCHMARK(Capability)->Arg(1)->Arg(20);
+BENCHMARK(Resolution)->Arg(1)->Arg(20);
+BENCHMARK(ResolutionWithInput)->Arg(1)->Arg(20);
+BENCHMARK(Conversion)->Arg(1)->Arg(20);
+BENCHMARK(Spooler)->Arg(1)->Arg(20);
+BENCHMARK(OpenAndClose)->Arg(1);
+
+}  // namespace
+}  // namespace kestrel
+
+BENCHMARK_MAIN();
