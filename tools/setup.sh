@@ -52,5 +52,5 @@ build() {
     fi
     [ -e "$folder/build.ninja" ] && [ -e "$folder/CMakeCache.txt" ] || cmake --preset "$preset"
     ninja -C "$folder" "$@"
-  ) 9> "$folder/.lock" > >(sed -u -e '/^ninja: no work to do/d' -e '/^ninja: Entering/d' >&2) 2>&1
+  ) 9> "$folder/.lock" > >(sed -u -e '/^ninja: no work to do/d' -e '/^ninja: Entering/d' -e '/Re-checking globbed/d' >&2) 2>&1
 }
