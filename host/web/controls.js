@@ -83,6 +83,8 @@ const builders = {
   list(node) {
     node.element = node.input = make("select", "list", null, { size: 2 });
     node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
+    // In a list of files a double click takes the file.
+    node.input.addEventListener("dblclick", () => node.link.kind === "file" && node.link.send({ action: "enter" }));
   },
   updown(node) {
     node.element = node.input = make("span", "updown");
@@ -153,7 +155,7 @@ const updaters = {
 };
 
 export function createControl(view, link) {
-  const node = { view: { ...view }, kind: view.kind, number: 0, shown: "" };
+  const node = { view: { ...view }, kind: view.kind, link, number: 0, shown: "" };
   node.act = (action, id = node.view.id) => (node.number = link.send({ id, ...action }));
   builders[view.kind](node);
   node.input.dataset.id = view.id;

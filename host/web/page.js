@@ -28,8 +28,9 @@ function send(action) {
 const top = () => [...frames.values()].at(-1);
 
 // What a frame and its controls need of the page.
-function linkTo(handle) {
+function linkTo({ handle, kind }) {
   return {
+    kind,
     send: (action) => send({ ...action, window: handle }),
     isAhead: (number) => handled < number,
     focused: (node) => {
@@ -54,7 +55,7 @@ function show(picture) {
   for (const view of picture.windows) {
     let frame = frames.get(view.handle);
     if (!frame) {
-      const link = linkTo(view.handle);
+      const link = linkTo(view);
       frame = Object.assign(createFrame(view, link), { link });
       frames.set(view.handle, frame);
       desk.append(frame.element);
