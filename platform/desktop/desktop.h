@@ -68,6 +68,9 @@ HWND CreateControl(const ControlRequest& request);
 // A window in the table, not yet told of its creation; null when no window can be had.
 WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc);
 
+// Answers WM_GETTEXT: as much of a text as fits into size units with its terminator.
+LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out);
+
 // ---- tree ----
 // The first child with an id. Pages of a sheet are not searched.
 HWND ChildWithId(const Window& parent, int id);

@@ -247,12 +247,7 @@ LRESULT ComboText(const ItemList& list, UINT message, WPARAM wParam, LPARAM lPar
   const std::u16string text =
       list.selected >= 0 ? list.texts[static_cast<size_t>(list.selected)] : std::u16string();
   if (message == WM_GETTEXTLENGTH) return static_cast<LRESULT>(text.size());
-  auto* out = reinterpret_cast<LPWSTR>(lParam);
-  if (out == nullptr || wParam == 0) return 0;
-  const size_t units = std::min<size_t>(text.size(), wParam - 1);
-  std::copy_n(text.begin(), units, out);
-  out[units] = 0;
-  return static_cast<LRESULT>(units);
+  return CopyOut(text, wParam, lParam);
 }
 
 }  // namespace

@@ -6,18 +6,14 @@
 
 namespace platform {
 
-namespace {
-
-LRESULT GiveText(const Window& window, WPARAM size, LPARAM lParam) {
-  auto* out = reinterpret_cast<LPWSTR>(lParam);
-  if (out == nullptr || size == 0) return 0;
-  const size_t units = std::min<size_t>(window.text.size(), size - 1);
-  std::copy_n(window.text.begin(), units, out);
-  out[units] = 0;
-  return static_cast<LRESULT>(units);
+LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out) {
+  auto* units = reinterpret_cast<LPWSTR>(out);
+  if (units == nullptr || size == 0) return 0;
+  const size_t count = std::min<size_t>(text.size(), size - 1);
+  std::copy_n(text.begin(), count, units);
+  units[count] = 0;
+  return static_cast<LRESULT>(count);
 }
-
-}  // namespace
 
 void NotifyCommand(const Window& control, UINT code) {
   SendMessageW(control.parent, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(control.id), code),
@@ -79,7 +75,7 @@ LRESULT WINAPI DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM l
       platform::InvalidateWindow(*window, true);
       return TRUE;
     case WM_GETTEXT:
-      return platform::GiveText(*window, wParam, lParam);
+      return platform::CopyOut(window->text, wParam, lParam);
     case WM_GETTEXTLENGTH:
       return static_cast<LRESULT>(window->text.size());
     case WM_SETFONT:

@@ -7,10 +7,8 @@
 #include <cstdarg>
 
 // ---- messages of every window ----
-constexpr UINT WM_NULL = 0x0000;
 constexpr UINT WM_CREATE = 0x0001;
 constexpr UINT WM_DESTROY = 0x0002;
-constexpr UINT WM_MOVE = 0x0003;
 constexpr UINT WM_SIZE = 0x0005;
 constexpr UINT WM_ACTIVATE = 0x0006;
 constexpr UINT WM_SETFOCUS = 0x0007;
@@ -22,30 +20,18 @@ constexpr UINT WM_GETTEXT = 0x000D;
 constexpr UINT WM_GETTEXTLENGTH = 0x000E;
 constexpr UINT WM_PAINT = 0x000F;
 constexpr UINT WM_CLOSE = 0x0010;
-constexpr UINT WM_ERASEBKGND = 0x0014;
 constexpr UINT WM_SHOWWINDOW = 0x0018;
-constexpr UINT WM_SETTINGCHANGE = 0x001A;
 constexpr UINT WM_DEVMODECHANGE = 0x001B;
-constexpr UINT WM_SETCURSOR = 0x0020;
 constexpr UINT WM_NEXTDLGCTL = 0x0028;
 constexpr UINT WM_DRAWITEM = 0x002B;
-constexpr UINT WM_MEASUREITEM = 0x002C;
 constexpr UINT WM_SETFONT = 0x0030;
 constexpr UINT WM_GETFONT = 0x0031;
 constexpr UINT WM_NOTIFY = 0x004E;
-constexpr UINT WM_HELP = 0x0053;
-constexpr UINT WM_CONTEXTMENU = 0x007B;
-constexpr UINT WM_NCCREATE = 0x0081;
 constexpr UINT WM_NCDESTROY = 0x0082;
-constexpr UINT WM_GETDLGCODE = 0x0087;
 constexpr UINT WM_KEYDOWN = 0x0100;
-constexpr UINT WM_KEYUP = 0x0101;
 constexpr UINT WM_CHAR = 0x0102;
-constexpr UINT WM_SYSCHAR = 0x0106;
 constexpr UINT WM_INITDIALOG = 0x0110;
 constexpr UINT WM_COMMAND = 0x0111;
-constexpr UINT WM_SYSCOMMAND = 0x0112;
-constexpr UINT WM_TIMER = 0x0113;
 constexpr UINT WM_HSCROLL = 0x0114;
 constexpr UINT WM_VSCROLL = 0x0115;
 constexpr UINT WM_CTLCOLORMSGBOX = 0x0132;
@@ -54,12 +40,6 @@ constexpr UINT WM_CTLCOLORLISTBOX = 0x0134;
 constexpr UINT WM_CTLCOLORBTN = 0x0135;
 constexpr UINT WM_CTLCOLORDLG = 0x0136;
 constexpr UINT WM_CTLCOLORSTATIC = 0x0138;
-constexpr UINT WM_MOUSEMOVE = 0x0200;
-constexpr UINT WM_LBUTTONDOWN = 0x0201;
-constexpr UINT WM_LBUTTONUP = 0x0202;
-constexpr UINT WM_CUT = 0x0300;
-constexpr UINT WM_COPY = 0x0301;
-constexpr UINT WM_PASTE = 0x0302;
 constexpr UINT WM_CLEAR = 0x0303;
 constexpr UINT WM_USER = 0x0400;
 constexpr UINT WM_APP = 0x8000;
@@ -68,47 +48,28 @@ constexpr UINT DM_SETDEFID = WM_USER + 1;
 constexpr DWORD DC_HASDEFID = 0x534B;
 
 // ---- window styles ----
-constexpr DWORD WS_OVERLAPPED = 0x00000000;
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_CHILD = 0x40000000;
-constexpr DWORD WS_MINIMIZE = 0x20000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
 constexpr DWORD WS_DISABLED = 0x08000000;
-constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
 constexpr DWORD WS_CLIPCHILDREN = 0x02000000;
 constexpr DWORD WS_CAPTION = 0x00C00000;
 constexpr DWORD WS_BORDER = 0x00800000;
-constexpr DWORD WS_DLGFRAME = 0x00400000;
 constexpr DWORD WS_VSCROLL = 0x00200000;
-constexpr DWORD WS_HSCROLL = 0x00100000;
 constexpr DWORD WS_SYSMENU = 0x00080000;
-constexpr DWORD WS_THICKFRAME = 0x00040000;
 constexpr DWORD WS_GROUP = 0x00020000;
 constexpr DWORD WS_TABSTOP = 0x00010000;
-constexpr DWORD WS_EX_DLGMODALFRAME = 0x00000001;
-constexpr DWORD WS_EX_NOPARENTNOTIFY = 0x00000004;
-constexpr DWORD WS_EX_CLIENTEDGE = 0x00000200;
 constexpr DWORD WS_EX_CONTEXTHELP = 0x00000400;
 constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
-constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
 
-constexpr DWORD DS_ABSALIGN = 0x01;
-constexpr DWORD DS_SYSMODAL = 0x02;
-constexpr DWORD DS_3DLOOK = 0x04;
-constexpr DWORD DS_FIXEDSYS = 0x08;
 constexpr DWORD DS_SETFONT = 0x40;
 constexpr DWORD DS_MODALFRAME = 0x80;
 constexpr DWORD DS_CONTROL = 0x0400;
 constexpr DWORD DS_CENTER = 0x0800;
-constexpr DWORD DS_CONTEXTHELP = 0x2000;
-constexpr DWORD DS_SHELLFONT = DS_SETFONT | DS_FIXEDSYS;
 
 // ---- window words ----
-constexpr int GWL_WNDPROC = -4;
 constexpr int GWL_STYLE = -16;
 constexpr int GWL_EXSTYLE = -20;
-constexpr int GWL_USERDATA = -21;
-constexpr int GWL_ID = -12;
 constexpr int GWLP_WNDPROC = -4;
 constexpr int GWLP_HINSTANCE = -6;
 constexpr int GWLP_HWNDPARENT = -8;
@@ -119,15 +80,11 @@ constexpr int DWLP_DLGPROC = DWLP_MSGRESULT + static_cast<int>(sizeof(LRESULT));
 constexpr int DWLP_USER = DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC));
 
 constexpr int SW_HIDE = 0;
-constexpr int SW_SHOWNORMAL = 1;
-constexpr int SW_SHOWNOACTIVATE = 4;
 constexpr int SW_SHOW = 5;
-constexpr int SW_SHOWNA = 8;
 
 constexpr UINT SWP_NOSIZE = 0x0001;
 constexpr UINT SWP_NOMOVE = 0x0002;
 constexpr UINT SWP_NOZORDER = 0x0004;
-constexpr UINT SWP_NOREDRAW = 0x0008;
 constexpr UINT SWP_NOACTIVATE = 0x0010;
 constexpr UINT SWP_SHOWWINDOW = 0x0040;
 constexpr UINT SWP_HIDEWINDOW = 0x0080;
@@ -141,12 +98,6 @@ constexpr UINT GW_CHILD = 5;
 
 // ---- keys ----
 constexpr int VK_BACK = 0x08;
-constexpr int VK_TAB = 0x09;
-constexpr int VK_RETURN = 0x0D;
-constexpr int VK_SHIFT = 0x10;
-constexpr int VK_CONTROL = 0x11;
-constexpr int VK_ESCAPE = 0x1B;
-constexpr int VK_SPACE = 0x20;
 constexpr int VK_UP = 0x26;
 constexpr int VK_DOWN = 0x28;
 constexpr int VK_DELETE = 0x2E;
@@ -169,21 +120,12 @@ constexpr UINT MB_YESNO = 0x00000004;
 constexpr UINT MB_RETRYCANCEL = 0x00000005;
 constexpr UINT MB_TYPEMASK = 0x0000000F;
 constexpr UINT MB_ICONHAND = 0x00000010;
-constexpr UINT MB_ICONSTOP = MB_ICONHAND;
-constexpr UINT MB_ICONERROR = MB_ICONHAND;
-constexpr UINT MB_ICONQUESTION = 0x00000020;
 constexpr UINT MB_ICONEXCLAMATION = 0x00000030;
-constexpr UINT MB_ICONWARNING = MB_ICONEXCLAMATION;
 constexpr UINT MB_ICONASTERISK = 0x00000040;
-constexpr UINT MB_ICONINFORMATION = MB_ICONASTERISK;
 constexpr UINT MB_ICONMASK = 0x000000F0;
-constexpr UINT MB_DEFBUTTON1 = 0x00000000;
 constexpr UINT MB_DEFBUTTON2 = 0x00000100;
 constexpr UINT MB_DEFBUTTON3 = 0x00000200;
 constexpr UINT MB_DEFMASK = 0x00000F00;
-constexpr UINT MB_APPLMODAL = 0x00000000;
-constexpr UINT MB_SYSTEMMODAL = 0x00001000;
-constexpr UINT MB_TASKMODAL = 0x00002000;
 constexpr UINT MB_SETFOREGROUND = 0x00010000;
 
 #define IDC_ARROW MAKEINTRESOURCEW(32512)
@@ -201,19 +143,9 @@ constexpr DWORD BS_GROUPBOX = 0x7;
 constexpr DWORD BS_AUTORADIOBUTTON = 0x9;
 constexpr DWORD BS_OWNERDRAW = 0xB;
 constexpr DWORD BS_TYPEMASK = 0xF;
-constexpr DWORD BS_LEFTTEXT = 0x20;
-constexpr DWORD BS_BITMAP = 0x80;
-constexpr DWORD BS_LEFT = 0x100;
-constexpr DWORD BS_RIGHT = 0x200;
-constexpr DWORD BS_CENTER = 0x300;
-constexpr DWORD BS_TOP = 0x400;
-constexpr DWORD BS_PUSHLIKE = 0x1000;
-constexpr DWORD BS_MULTILINE = 0x2000;
 constexpr DWORD BS_NOTIFY = 0x4000;
 constexpr UINT BM_GETCHECK = 0x00F0;
 constexpr UINT BM_SETCHECK = 0x00F1;
-constexpr UINT BM_GETSTATE = 0x00F2;
-constexpr UINT BM_SETSTATE = 0x00F3;
 constexpr UINT BM_SETSTYLE = 0x00F4;
 constexpr UINT BM_CLICK = 0x00F5;
 constexpr UINT BM_GETIMAGE = 0x00F6;
@@ -222,50 +154,27 @@ constexpr UINT BST_UNCHECKED = 0;
 constexpr UINT BST_CHECKED = 1;
 constexpr UINT BST_INDETERMINATE = 2;
 constexpr UINT BN_CLICKED = 0;
-constexpr UINT BN_DOUBLECLICKED = 5;
 constexpr UINT BN_SETFOCUS = 6;
 constexpr UINT BN_KILLFOCUS = 7;
 
 // ---- statics ----
 constexpr DWORD SS_LEFT = 0x00;
 constexpr DWORD SS_CENTER = 0x01;
-constexpr DWORD SS_RIGHT = 0x02;
-constexpr DWORD SS_ICON = 0x03;
-constexpr DWORD SS_BLACKRECT = 0x04;
-constexpr DWORD SS_GRAYRECT = 0x05;
-constexpr DWORD SS_WHITERECT = 0x06;
-constexpr DWORD SS_BLACKFRAME = 0x07;
-constexpr DWORD SS_GRAYFRAME = 0x08;
-constexpr DWORD SS_WHITEFRAME = 0x09;
-constexpr DWORD SS_SIMPLE = 0x0B;
-constexpr DWORD SS_LEFTNOWORDWRAP = 0x0C;
 constexpr DWORD SS_OWNERDRAW = 0x0D;
 constexpr DWORD SS_BITMAP = 0x0E;
-constexpr DWORD SS_ETCHEDHORZ = 0x10;
-constexpr DWORD SS_ETCHEDVERT = 0x11;
-constexpr DWORD SS_ETCHEDFRAME = 0x12;
 constexpr DWORD SS_TYPEMASK = 0x1F;
 constexpr DWORD SS_NOPREFIX = 0x80;
 constexpr DWORD SS_NOTIFY = 0x100;
-constexpr DWORD SS_CENTERIMAGE = 0x200;
-constexpr DWORD SS_REALSIZEIMAGE = 0x800;
-constexpr DWORD SS_SUNKEN = 0x1000;
 constexpr UINT STM_SETIMAGE = 0x0172;
 constexpr UINT STM_GETIMAGE = 0x0173;
 constexpr UINT STN_CLICKED = 0;
-constexpr UINT IMAGE_BITMAP = 0;
 
 // ---- edits ----
-constexpr DWORD ES_LEFT = 0x0000;
-constexpr DWORD ES_CENTER = 0x0001;
 constexpr DWORD ES_RIGHT = 0x0002;
 constexpr DWORD ES_MULTILINE = 0x0004;
 constexpr DWORD ES_UPPERCASE = 0x0008;
 constexpr DWORD ES_LOWERCASE = 0x0010;
-constexpr DWORD ES_PASSWORD = 0x0020;
-constexpr DWORD ES_AUTOVSCROLL = 0x0040;
 constexpr DWORD ES_AUTOHSCROLL = 0x0080;
-constexpr DWORD ES_NOHIDESEL = 0x0100;
 constexpr DWORD ES_READONLY = 0x0800;
 constexpr DWORD ES_WANTRETURN = 0x1000;
 constexpr DWORD ES_NUMBER = 0x2000;
@@ -276,7 +185,6 @@ constexpr UINT EM_SETMODIFY = 0x00B9;
 constexpr UINT EM_REPLACESEL = 0x00C2;
 constexpr UINT EM_LIMITTEXT = 0x00C5;
 constexpr UINT EM_SETREADONLY = 0x00CF;
-constexpr UINT EM_SETLIMITTEXT = EM_LIMITTEXT;
 constexpr UINT EM_GETLIMITTEXT = 0x00D5;
 constexpr UINT EN_SETFOCUS = 0x0100;
 constexpr UINT EN_KILLFOCUS = 0x0200;
@@ -285,16 +193,8 @@ constexpr UINT EN_UPDATE = 0x0400;
 constexpr UINT EN_MAXTEXT = 0x0501;
 
 // ---- combo boxes ----
-constexpr DWORD CBS_SIMPLE = 0x0001;
-constexpr DWORD CBS_DROPDOWN = 0x0002;
 constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
-constexpr DWORD CBS_AUTOHSCROLL = 0x0040;
 constexpr DWORD CBS_SORT = 0x0100;
-constexpr DWORD CBS_HASSTRINGS = 0x0200;
-constexpr DWORD CBS_NOINTEGRALHEIGHT = 0x0400;
-constexpr DWORD CBS_DISABLENOSCROLL = 0x0800;
-constexpr UINT CB_GETEDITSEL = 0x0140;
-constexpr UINT CB_LIMITTEXT = 0x0141;
 constexpr UINT CB_ADDSTRING = 0x0143;
 constexpr UINT CB_DELETESTRING = 0x0144;
 constexpr UINT CB_GETCOUNT = 0x0146;
@@ -312,16 +212,10 @@ constexpr UINT CB_SETITEMDATA = 0x0151;
 constexpr UINT CB_GETDROPPEDSTATE = 0x0157;
 constexpr UINT CB_FINDSTRINGEXACT = 0x0158;
 constexpr UINT CB_INITSTORAGE = 0x0161;
-constexpr UINT CB_SETITEMHEIGHT = 0x0153;
-constexpr UINT CB_SETDROPPEDWIDTH = 0x0160;
 constexpr int CB_ERR = -1;
-constexpr int CB_ERRSPACE = -2;
 constexpr UINT CBN_SELCHANGE = 1;
-constexpr UINT CBN_DBLCLK = 2;
 constexpr UINT CBN_SETFOCUS = 3;
 constexpr UINT CBN_KILLFOCUS = 4;
-constexpr UINT CBN_EDITCHANGE = 5;
-constexpr UINT CBN_EDITUPDATE = 6;
 constexpr UINT CBN_DROPDOWN = 7;
 constexpr UINT CBN_CLOSEUP = 8;
 constexpr UINT CBN_SELENDOK = 9;
@@ -330,8 +224,6 @@ constexpr UINT CBN_SELENDCANCEL = 10;
 // ---- list boxes ----
 constexpr DWORD LBS_NOTIFY = 0x0001;
 constexpr DWORD LBS_SORT = 0x0002;
-constexpr DWORD LBS_HASSTRINGS = 0x0040;
-constexpr DWORD LBS_NOINTEGRALHEIGHT = 0x0100;
 constexpr UINT LB_ADDSTRING = 0x0180;
 constexpr UINT LB_INSERTSTRING = 0x0181;
 constexpr UINT LB_DELETESTRING = 0x0182;
@@ -343,39 +235,25 @@ constexpr UINT LB_GETTEXTLEN = 0x018A;
 constexpr UINT LB_GETCOUNT = 0x018B;
 constexpr UINT LB_SELECTSTRING = 0x018C;
 constexpr UINT LB_FINDSTRING = 0x018F;
-constexpr UINT LB_SETTOPINDEX = 0x0197;
 constexpr UINT LB_GETITEMDATA = 0x0199;
 constexpr UINT LB_SETITEMDATA = 0x019A;
-constexpr UINT LB_SETITEMHEIGHT = 0x01A0;
 constexpr UINT LB_FINDSTRINGEXACT = 0x01A2;
 constexpr UINT LB_INITSTORAGE = 0x01A8;
-constexpr int LB_ERR = -1;
-constexpr int LB_ERRSPACE = -2;
 constexpr UINT LBN_SELCHANGE = 1;
 constexpr UINT LBN_DBLCLK = 2;
-constexpr UINT LBN_SELCANCEL = 3;
 constexpr UINT LBN_SETFOCUS = 4;
 constexpr UINT LBN_KILLFOCUS = 5;
 
 // ---- scrolling, as up-downs and trackbars notify it ----
-constexpr int SB_LINEUP = 0;
-constexpr int SB_LINEDOWN = 1;
 constexpr int SB_THUMBPOSITION = 4;
-constexpr int SB_THUMBTRACK = 5;
 constexpr int SB_ENDSCROLL = 8;
 
 // ---- owner drawing ----
-constexpr UINT ODT_LISTBOX = 2;
-constexpr UINT ODT_COMBOBOX = 3;
 constexpr UINT ODT_BUTTON = 4;
 constexpr UINT ODT_STATIC = 5;
 constexpr UINT ODA_DRAWENTIRE = 0x0001;
-constexpr UINT ODA_SELECT = 0x0002;
-constexpr UINT ODA_FOCUS = 0x0004;
-constexpr UINT ODS_SELECTED = 0x0001;
 constexpr UINT ODS_DISABLED = 0x0004;
 constexpr UINT ODS_FOCUS = 0x0010;
-constexpr UINT ODS_DEFAULT = 0x0020;
 
 struct DRAWITEMSTRUCT {
   UINT CtlType;
@@ -435,8 +313,6 @@ using LPCDLGTEMPLATEW = const DLGTEMPLATE*;
 using LPCDLGTEMPLATE = LPCDLGTEMPLATEW;
 
 // ---- drawing helpers ----
-constexpr UINT DT_LEFT = 0x0000;
-constexpr UINT DT_TOP = 0x0000;
 constexpr UINT DT_CENTER = 0x0001;
 constexpr UINT DT_RIGHT = 0x0002;
 constexpr UINT DT_VCENTER = 0x0004;
@@ -447,17 +323,13 @@ constexpr UINT DT_NOCLIP = 0x0100;
 constexpr UINT DT_CALCRECT = 0x0400;
 constexpr UINT DT_NOPREFIX = 0x0800;
 
-constexpr int COLOR_WINDOW = 5;
 constexpr int COLOR_WINDOWTEXT = 8;
 constexpr int COLOR_HIGHLIGHT = 13;
-constexpr int COLOR_HIGHLIGHTTEXT = 14;
 constexpr int COLOR_BTNFACE = 15;
-constexpr int COLOR_3DFACE = COLOR_BTNFACE;
 constexpr int COLOR_GRAYTEXT = 17;
 constexpr int COLOR_BTNTEXT = 18;
 
 constexpr UINT SMTO_NORMAL = 0x0000;
-constexpr UINT SMTO_BLOCK = 0x0001;
 constexpr UINT SMTO_ABORTIFHUNG = 0x0002;
 
 extern "C" {
