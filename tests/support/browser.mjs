@@ -35,3 +35,59 @@ export async function visit(page, address) {
   await page.locator("[data-window]").first().waitFor();
   return faults;
 }
+
+// A user-default sheet of a printer, open in a browser, with what a person does at it.
+export async function openSheet(test, pc, printer) {
+  const sheet = pc.start("sheet", printer, "--kind", "user-default", "--json");
+  const page = await openBrowser(test);
+  await visit(page, await sheet.address);
+  const { window, control } = top(page);
+  const windowTitled = (title) => page.locator(`[data-window="${title}"]`);
+  return {
+    page,
+    window,
+    control,
+    go: async (index) => {
+      await page.locator(`[data-page="${index}"]`).click();
+      await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
+    },
+    // Clicks a control that opens a window of this title.
+    open: async (id, title) => {
+      await control(id).click();
+      await windowTitled(title).last().waitFor();
+    },
+    // Clicks a control that closes the window on top.
+    close: async (id) => {
+      const count = await page.locator("section[data-window]").count();
+      await control(id).click();
+      await page.waitForFunction((n) => document.querySelectorAll("section[data-window]").length < n, count);
+    },
+    // Waits for a message box, answers its text and closes it.
+    message: async () => {
+      const box = page.locator('[data-kind="message"]');
+      await box.waitFor();
+      const text = await box.innerText();
+      await box.locator('[data-id="1"]').click();
+      // Another message may follow at once.
+      await page.waitForFunction((shown) => document.querySelector('[data-kind="message"]')?.innerText !== shown, text);
+      return text;
+    },
+    // Waits until a control of the window on top has this value.
+    holds: (id, value) =>
+      page.waitForFunction(
+        ([wanted, text]) => {
+          const controls = [...document.querySelectorAll("[data-window]")].at(-1).querySelectorAll(`[data-id="${wanted}"]`);
+          const shown = [...controls].map((one) => (one.tagName === "SELECT" ? one.selectedOptions[0]?.text : one.value ?? one.textContent));
+          return shown.includes(text);
+        },
+        [id, value],
+      ),
+    // OK of the sheet; the record that came out.
+    ok: async () => {
+      await page.locator('[data-button="ok"]').click();
+      const { status, output } = await sheet.ended;
+      if (status !== 0) throw new Error(`exit ${status}`);
+      return JSON.parse(output.split("\n").slice(1).join("\n"));
+    },
+  };
+}

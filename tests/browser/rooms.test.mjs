@@ -1,0 +1,136 @@
+// What people come to the sheet for, each from the page to what another process reads afterwards.
+import assert from "node:assert/strict";
+import { test } from "node:test";
+
+import { openSheet } from "../support/browser.mjs";
+import { computer } from "../support/printhost.mjs";
+
+const PRINTER = "Label Printer";
+const [PAPER, OPERATION, DEVICE, FONTS, UTILITY] = [1, 2, 3, 4, 5];
+const OK = 1;
+
+function withPrinters(t, ...names) {
+  const pc = computer(t);
+  for (const name of names) assert.equal(pc.run("add", name).status, 0);
+  return pc;
+}
+
+async function registerPaper(sheet) {
+  await sheet.go(PAPER);
+  await sheet.open(1046, "用紙登録");
+  await sheet.control(1115).fill("棚札");
+  await sheet.control(1053).fill("40.0");
+  await sheet.control(1080).fill("30.0");
+  await sheet.close(OK);
+}
+
+async function registerFonts(sheet) {
+  await sheet.go(FONTS);
+  await sheet.open(1133, "装飾フォントの登録");
+  await sheet.control(1144).fill("太字");
+  await sheet.control(1135).selectOption("漢字(横書)");
+  await sheet.holds(1107, "16");
+  await sheet.close(OK);
+  await sheet.open(1049, "バーコードフォントの登録");
+  await sheet.control(1049).fill("品番QR");
+  await sheet.control(1165).selectOption({ index: 12 });
+  await sheet.control(1059).click();
+  await sheet.holds(1004, "4");
+  await sheet.control(1004).fill("9");
+  await sheet.close(OK);
+  await sheet.close(OK);
+}
+
+test("a label is registered, drawn, turned and listed by the next process", async (t) => {
+  const pc = withPrinters(t, PRINTER);
+  const sheet = await openSheet(t, pc, PRINTER);
+  await registerPaper(sheet);
+  await sheet.control(1005).selectOption("棚札");
+  const before = await sheet.control(1181).innerHTML();
+  await sheet.control(1001).check();
+  await sheet.page.waitForFunction((html) => document.querySelector('[data-id="1181"]').innerHTML !== html, before);
+  // Two labels fit the box, each turned.
+  const drawn = await sheet.control(1181).innerHTML();
+  assert.equal(drawn.match(/<rect /g).length, 2);
+  assert.equal(drawn.match(/picture\/156/g).length, 2);
+  const { public: record } = await sheet.ok();
+  assert.deepEqual([record.dmPaperSize, record.dmOrientation, record.dmFormName], [258, 2, "棚札"]);
+  const caps = pc.json("caps", PRINTER);
+  const index = caps.DC_PAPERS.output.indexOf(258);
+  assert.deepEqual(caps.DC_PAPERSIZE.output[index], [400, 300]);
+});
+
+test("a peel printer tells its mode, and the paper page follows", async (t) => {
+  const pc = withPrinters(t, PRINTER);
+  assert.equal(pc.run("device", PRINTER, "--mode", "peel").status, 0);
+  const sheet = await openSheet(t, pc, PRINTER);
+  await sheet.go(PAPER);
+  assert.ok(await sheet.control(1195).isDisabled());
+  await sheet.go(DEVICE);
+  await sheet.holds(1135, "ティアオフ");
+  await sheet.control(1180).click();
+  assert.match(await sheet.message(), /機種が変更されました/);
+  await sheet.holds(1135, "ハクリ");
+  await sheet.go(PAPER);
+  await sheet.control(1195).waitFor();
+  assert.ok(await sheet.control(1195).isEnabled());
+  assert.ok(await sheet.control(1196).isDisabled());
+  await sheet.ok();
+});
+
+test("brightness is adjusted and kept", async (t) => {
+  const pc = withPrinters(t, PRINTER);
+  const sheet = await openSheet(t, pc, PRINTER);
+  await sheet.go(OPERATION);
+  await sheet.control(1180).click();
+  await sheet.holds(2102, "0");
+  await sheet.control(2102).fill("35");
+  await sheet.close(OK);
+  await sheet.ok();
+  assert.equal(pc.json("settings", PRINTER).private.ColorAdjust.caBrightness, 35);
+});
+
+test("fonts of both kinds are registered and found again", async (t) => {
+  const pc = withPrinters(t, PRINTER);
+  const first = await openSheet(t, pc, PRINTER);
+  await registerFonts(first);
+  await first.ok();
+  const again = await openSheet(t, pc, PRINTER);
+  await again.go(FONTS);
+  await again.holds(1131, "太字");
+  await again.holds(1132, "品番QR");
+  await again.open(1050, "バーコードフォントの変更");
+  await again.control(1059).click();
+  await again.holds(1004, "9");
+});
+
+test("a backup chosen by browsing brings papers and fonts to a second printer", async (t) => {
+  const pc = withPrinters(t, PRINTER, "倉庫 2F");
+  const first = await openSheet(t, pc, PRINTER);
+  await registerPaper(first);
+  await registerFonts(first);
+  await first.go(UTILITY);
+  await first.control(1175).click();
+  await first.control(1148).waitFor();
+  await first.control(1148).fill("倉庫");
+  await first.close(OK);
+  const name = await first.control(1176).inputValue();
+  assert.match(name, /^C:\\.*倉庫\.ini$/);
+  await first.control(1060).click();
+  assert.match(await first.message(), /データを保存しました。/);
+  await first.ok();
+
+  const second = await openSheet(t, pc, "倉庫 2F");
+  await second.go(UTILITY);
+  await second.control(1178).fill(name);
+  await second.control(1061).click();
+  assert.match(await second.message(), /重複する可能性/);
+  assert.match(await second.message(), /データを読込みました。/);
+  await second.go(FONTS);
+  await second.holds(1131, "太字");
+  await second.ok();
+  const caps = pc.json("caps", "倉庫 2F");
+  assert.deepEqual(caps.DC_PAPERNAMES.output, ["Standard Label 58 x 68 mm", "棚札", "フリーサイズ"]);
+  const fonts = (printer) => pc.json("data", printer)["CreateFont Data"];
+  assert.equal(fonts("倉庫 2F").size, 464);
+});
