@@ -73,7 +73,7 @@ struct WindowView {
   std::vector<std::u16string> tabs;
   int activeTab = -1;
   bool applyVisible = false;
-  bool applyEnabled = false;
+  bool applyEnabled = false;  // some page is marked changed, whether the button is there or not
   std::shared_ptr<WindowView> page;   // the shown page, its controls with rectangles in the page
   int pageWidth = 0, pageHeight = 0;  // the largest page, in pixels
 };

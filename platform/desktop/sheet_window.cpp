@@ -65,7 +65,7 @@ void Sheet::Describe(WindowView& view) const {
   for (const HPROPSHEETPAGE page : request_.pages) view.tabs.push_back(page->title);
   view.activeTab = active_;
   view.applyVisible = request_.applyButton;
-  view.applyEnabled = request_.applyButton && HasChanges();
+  view.applyEnabled = HasChanges();
   view.pageWidth = LargestWidth(request_.pages);
   view.pageHeight = LargestHeight(request_.pages);
 }

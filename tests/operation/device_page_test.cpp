@@ -155,6 +155,7 @@ TEST_F(DevicePageTest, TakesWhatThePrinterTells) {
       EXPECT_EQ(desk.Text(IDC_DEVICE_DENSITY), u"203dpi(  8本/mm)");
       EXPECT_EQ(desk.Text(IDC_HELP_TEXT), u"ハードウェア情報を取得します。");
     });
+    steps.push_back(support::ExpectChanged(true));
     const PrinterSettingsPart kept = Leave(std::move(steps));
     EXPECT_EQ(device.asked, 1);
     EXPECT_EQ(kept.Mecha, c.modeAfter);
@@ -190,6 +191,7 @@ TEST_F(DevicePageTest, TellsOfEachFailure) {
       EXPECT_EQ(desk.Text(IDC_DEVICE_FIRMWARE_VERSION), u"");
       EXPECT_EQ(desk.Text(IDC_DEVICE_FONT_VERSION), u"");
     });
+    steps.push_back(support::ExpectChanged(false));
     const PrinterSettingsPart kept = Leave(std::move(steps));
     EXPECT_EQ(kept.Mecha, 1);
     EXPECT_EQ(kept.HeadDensity, 305);
@@ -254,7 +256,8 @@ TEST_F(DevicePageTest, SurvivesVersionsWithoutMeaning) {
 TEST_F(DevicePageTest, ChangesTheModeAtOnce) {
   Start(0);
   const PrinterSettingsPart kept =
-      Leave({support::Select(IDC_DEVICE_MODE, 1),
+      Leave({support::ExpectChanged(false), support::Select(IDC_DEVICE_MODE, 1),
+             support::ExpectChanged(true),
              support::ExpectText(IDC_HELP_TEXT, u"プリンタ機種を選択します。"),
              // Without leaving the page by OK: other pages see it.
              GoTo(kOperationTab), GoTo(kDeviceTab),

@@ -283,6 +283,38 @@ TEST_F(OperationPageTest, ToleratesAMissingHalftoneLibrary) {
   EXPECT_EQ(std::memcmp(&left.ColorAdjust, &fresh, sizeof(fresh)), 0);
 }
 
+TEST_F(OperationPageTest, MarksTheSheetChanged) {
+  const auto slide = [](Desk& desk) {
+    EXPECT_TRUE(desk.Slide(platform::halftone::kFirstSlider, 5));
+  };
+  const struct {
+    const char* what;
+    Steps steps;
+    bool changed;
+  } kCases[] = {
+      {"entered", {}, false},
+      {"focused", {support::Focus(IDC_OPERATION_SPEED)}, false},
+      {"speed", {Select(IDC_OPERATION_SPEED, 1)}, true},
+      {"sensor", {Select(IDC_OPERATION_SENSOR, 1)}, true},
+      {"black", {Click(IDC_OPERATION_COLOR_BLACK)}, true},
+      {"shaded", {Click(IDC_OPERATION_COLOR_SHADED)}, true},
+      {"confirmation", {Click(IDC_OPERATION_SYNC_PRINT)}, true},
+      {"precedence", {Click(IDC_OPERATION_COMPULSORY)}, true},
+      {"adjusted", {Click(IDC_OPERATION_COLOR_ADJUST), slide, Click(IDOK)}, true},
+      {"adjustment cancelled", {Click(IDC_OPERATION_COLOR_ADJUST), slide, Click(IDCANCEL)}, false},
+      {"halftone cancelled", {Click(IDC_OPERATION_HALFTONE), Click(IDCANCEL)}, false},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    Steps steps = c.steps;
+    steps.push_back(support::ExpectChanged(c.changed));
+    Leave(std::move(steps));
+  }
+  // Sheets before Windows 2000 are not told.
+  machine().SetOs({.major = 4});
+  Leave({Select(IDC_OPERATION_SPEED, 1), support::ExpectChanged(false)});
+}
+
 // What the adjustment functions are handed.
 struct Handed {
   std::u16string title;

@@ -11,6 +11,7 @@
 #include "driver/instance.h"
 #include "driver/resolve_settings.h"
 #include "paper/paper_table.h"
+#include "platform/desktop/sheet.h"
 #include "resources/resource.h"
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
@@ -56,6 +57,7 @@ class PropertySheetsTest : public support::MachineTest {
   void TearDown() override {
     if (info.UserData != 0) Ask(PROPSHEETUI_REASON_DESTROY);
     DropPages();
+    EXPECT_EQ(platform::LivePropertySheetPages(), 0);
     printer_.reset();
     MachineTest::TearDown();
   }
@@ -94,7 +96,7 @@ class PropertySheetsTest : public support::MachineTest {
 TEST_F(PropertySheetsTest, AddTheirPagesInOrder) {
   for (bool asDevice : {false, true}) {
     isDevice = asDevice;
-    calls.clear();
+    DropPages();
     ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
     const std::vector<WORD> expected =
         asDevice ? std::vector<WORD>{IDD_VERSION}
@@ -125,7 +127,7 @@ TEST_F(PropertySheetsTest, HostPagesByTheOldRoadBeforeXp) {
                 {10, 0, CPSFUNC_ADD_HPROPSHEETPAGE}};
   for (const auto& c : kCases) {
     machine().SetOs({.major = c.major, .minor = c.minor});
-    calls.clear();
+    DropPages();
     ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
     ASSERT_EQ(calls.size(), 6u);
     EXPECT_EQ(calls[5].function, c.function);
@@ -164,6 +166,7 @@ TEST_F(PropertySheetsTest, CloseWhenAPageIsRefused) {
       EXPECT_EQ(machine().LiveHeaps(), heaps);
       calls.pop_back();  // the refused page is gone
       DropPages();
+      EXPECT_EQ(platform::LivePropertySheetPages(), 0);
       EXPECT_EQ(machine().LiveAllocations(), blocks);
     }
   }

@@ -104,6 +104,9 @@ ScriptedUser::Step Focus(int id) {
 ScriptedUser::Step ExpectText(int id, std::u16string text) {
   return [=](Desk& desk) { EXPECT_EQ(desk.Text(id), text) << "control " << id; };
 }
+ScriptedUser::Step ExpectChanged(bool changed) {
+  return [=](Desk& desk) { EXPECT_EQ(desk.Windows().back().applyEnabled, changed); };
+}
 ScriptedUser::Step CloseMessage(std::u16string text, UINT style, std::u16string caption) {
   return [=](Desk& desk) {
     EXPECT_TRUE(desk.IsMessageBox());

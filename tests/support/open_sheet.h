@@ -57,6 +57,8 @@ platform::ScriptedUser::Step Spin(int id, int steps);
 platform::ScriptedUser::Step Focus(int id);
 // The text of a control is this.
 platform::ScriptedUser::Step ExpectText(int id, std::u16string text);
+// Whether some page has marked the sheet changed.
+platform::ScriptedUser::Step ExpectChanged(bool changed);
 // A message box with this text, style and caption is on top; OK closes it.
 platform::ScriptedUser::Step CloseMessage(std::u16string text, UINT style, std::u16string caption);
 
