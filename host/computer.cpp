@@ -155,7 +155,10 @@ int Device(Call& call) {
   if (arguments.Has("--font")) device.font = FromUtf8(arguments.Value("--font"));
   if (arguments.Has("--offline"))
     device.offline = YesOrNo("--offline", arguments.Value("--offline"));
-  companions::SaveSimulatedDevice(name, device);
+  const bool changed = std::ranges::any_of(kDeviceOptions, [&](const Option& option) {
+    return option.values > 0 && arguments.Has(option.name);
+  });
+  if (changed) companions::SaveSimulatedDevice(name, device);
   Print({{"mode",
           device.mode < std::size(kModes) ? kModes[device.mode] : std::to_string(device.mode)},
          {"density", device.density},

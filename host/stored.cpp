@@ -49,7 +49,7 @@ Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
       {"type", TypeName(data.type)}, {"size", data.bytes.size()}, {"bytes", Hex(data.bytes)}};
   if (data.type == REG_SZ) {
     std::u16string text(data.bytes.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), data.bytes.data(), text.size() * sizeof(char16_t));
+    if (!text.empty()) std::memcpy(text.data(), data.bytes.data(), text.size() * sizeof(char16_t));
     json["text"] = ToUtf8(std::u16string_view(text).substr(0, text.find(u'\0')));
   } else if (data.type == REG_DWORD && data.bytes.size() == sizeof(DWORD)) {
     DWORD number = 0;
