@@ -80,7 +80,7 @@ void StartNewFont(BarDialog& dialog) {
 
 void ShowFont(BarDialog& dialog) {
   const BarFontInfo& font = dialog.font();
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   SetDlgItemTextW(window, IDC_BAR_FONT_NAME, font.BarFontName);
   CheckPair(window, IDC_BAR_FONT_FILE_FONT, IDC_BAR_FONT_STRING_FONT,
             font.FontCategory == kBarcodeFileFont);
@@ -133,7 +133,7 @@ void EditDetail(BarDialog& dialog) {
 // Builds the work font from the controls when its name and numbers are good.
 bool StoreBarFont(BarDialog& dialog) {
   FontStore& store = *dialog.store;
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   BarFontInfo& font = dialog.font();
   WCHAR name[kFontNameLength];
   GetDlgItemTextW(window, IDC_BAR_FONT_NAME, name, kFontNameLength);

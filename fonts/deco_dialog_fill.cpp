@@ -65,7 +65,7 @@ void ShowMagnifications(DecoDialog& dialog, bool attach) {
 
 void ShowRadios(DecoDialog& dialog) {
   const DecoFontInfo& font = dialog.font();
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   CheckRadio(window, kDecorateRadios, font.Decorate != 0);
   CheckRadio(window, kUnitRadios, std::min<int>(font.Unit, kDot));
   CheckRadio(window, kPitchRadios, font.Pitch == 2);
@@ -81,7 +81,7 @@ void ShowRadios(DecoDialog& dialog) {
 void EnableCapabilities(DecoDialog& dialog) {
   const DecoFontInfo& font = dialog.font();
   const DecoFontInfo& row = dialog.row;
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   if (row.Pitch == 1) {
     Enable(window, kPitchRadios, true);
   } else {
@@ -142,7 +142,7 @@ int CheckedRadio(HWND dialog, RadioGroup group) {
 
 void OpenDecoDialog(DecoDialog& dialog) {
   const InitialisingScope scope(dialog);
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   FontStore& store = *dialog.store;
   SetDlgItemTextW(window, IDC_HELP_TEXT, kFirstHelpFonts);
   for (const DecoFontInfo& row : ResidentFontTable(dialog.dpi)) {
@@ -212,7 +212,7 @@ void ComputeSelectedSize(DecoDialog& dialog, int entry) {
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications) {
   const InitialisingScope scope(dialog);
   const DecoFontInfo& font = dialog.font();
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   if (!keepMagnifications) {
     SetDlgItemTextW(window, IDC_DECO_FONT_NAME, font.DecoFontName);
     ShowMagnifications(dialog, false);

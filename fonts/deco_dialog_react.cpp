@@ -107,7 +107,7 @@ bool Contains(RadioGroup group, int control) {
 
 void OnRadio(DecoDialog& dialog, int control) {
   DecoFontInfo& font = dialog.font();
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   const auto value = [window](RadioGroup group) {
     return static_cast<uint16_t>(CheckedRadio(window, group));
   };

@@ -77,7 +77,7 @@ void ReadNumbers(HWND window, DecoFontInfo& font) {
 }  // namespace
 
 bool StoreDecoFont(DecoDialog& dialog) {
-  const HWND window = dialog.window;
+  HWND window = dialog.window;
   FontStore& store = *dialog.store;
   WCHAR name[kFontNameLength];
   GetDlgItemTextW(window, IDC_DECO_FONT_NAME, name, kFontNameLength);
