@@ -65,17 +65,26 @@ TEST_F(DecoChecksTest, NumbersAreCheckedInOrder) {
       {IDC_DECO_FONT_EXPAND_Y, u"0", u"フォントサイズ\n高さ倍率は 1 以上にして下さい。", u"1"},
       {IDC_DECO_FONT_EXPAND_Y, u"7", u"フォントサイズ\n高さ倍率は 6 以下にして下さい。", u"1"},
       {IDC_DECO_FONT_PRINT_NUM, u"0", u"連番設定\n同一発行枚数は 1 枚以上にして下さい。", u"9999"},
+      {IDC_DECO_FONT_PRINT_NUM, u"10000", u"連番設定\n同一発行枚数は 9999 枚以下にして下さい。",
+       u"9999"},
+      {IDC_DECO_FONT_INCREMENT, u"-10000", u"連番設定\n増減値は -9999 以上にして下さい。", u"1"},
       {IDC_DECO_FONT_INCREMENT, u"10000", u"連番設定\n増減値は 9999 以下にして下さい。", u"-9999"},
       {IDC_DECO_FONT_ACTIVE_DIGITS, u"0", u"連番設定\n連番有効桁数は 1 枚以上にして下さい。",
        u"99"},
+      {IDC_DECO_FONT_ACTIVE_DIGITS, u"100", u"連番設定\n連番有効桁数は 99 枚以下にして下さい。",
+       u"99"},
       {IDC_DECO_FONT_LOW_DIGITS, u"-1", u"連番設定\n下位無効桁数は 0 枚以上にして下さい。", u"99"},
+      {IDC_DECO_FONT_LOW_DIGITS, u"100", u"連番設定\n下位無効桁数は 99 枚以下にして下さい。",
+       u"99"},
+  };
+  // Some are longer than a person can type.
+  const auto put = [](int field, const char16_t* text) {
+    return [=](Desk& desk) { SetDlgItemTextW(desk.Top(), field, text); };
   };
   Steps steps = {Click(IDC_DECO_FONT_SERIAL_ON), Replace(IDC_DECO_FONT_NAME, u"N")};
-  for (const auto& c : kCases) {  // the last case of a field is the wrong number that it keeps
-    steps.push_back(Replace(c.field, c.wrong));
-  }
+  for (const auto& c : kCases) steps.push_back(put(c.field, c.wrong));
   for (const auto& c : kCases) {
-    steps = steps + Steps{Replace(c.field, c.wrong)} + Refused(c.message, c.field) +
+    steps = steps + Steps{put(c.field, c.wrong)} + Refused(c.message, c.field) +
             Steps{Replace(c.field, c.right)};
   }
   Record expected = Deco(u"N");
