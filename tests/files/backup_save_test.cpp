@@ -136,10 +136,11 @@ TEST_F(BackupTest, AFullDiskLeavesAFileThatCanBeRead) {
         EXPECT_EQ(entry.path().filename(), "a.ini") << "something was left beside the file";
       failed += !saved;
       if (!struck) break;
+      n += once ? 2 : 0;
       if (n > 40) n += 24;  // behind the driver keys a few will do
     }
   }
-  EXPECT_GE(failed, 32);
+  EXPECT_GE(failed, 21);
 }
 
 TEST_F(BackupTest, AnotherReaderSeesTheSameValues) {

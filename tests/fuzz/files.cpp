@@ -1,0 +1,137 @@
+// Whole backup and set-up files, and printer data of papers and fonts, as any bytes at all. The
+// first byte tells what the rest is.
+#include <windows.h>
+#include <winspool.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "files/backup_file.h"
+#include "files/setup_file.h"
+#include "fonts/font_store.h"
+#include "paper/paper_table.h"
+#include "tests/support/settings.h"
+
+namespace {
+
+using namespace kestrel;
+using support::kPrinter;
+
+constexpr WCHAR kFile[] = u"C:\\data\\a.ini";
+constexpr WCHAR kSetupFile[] = u"C:\\WINDOWS\\SetupKit_QM6_1R.INI";
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+struct Properties {
+  DriverSettingsBlock block = support::DefaultBlock();
+  FontStore fonts = {};
+
+  explicit Properties(HANDLE printer) { Require(LoadFontStore(fonts, printer, GetProcessHeap())); }
+  ~Properties() { FreeFontStore(fonts, GetProcessHeap()); }
+  Properties(const Properties&) = delete;
+
+  bool Transfer(TransferDirection direction) {
+    return BackupFileTransfer(nullptr, kFile, {block, fonts, kPrinter}, direction, BACKUP_ALL);
+  }
+  bool operator==(const Properties& other) const {
+    constexpr size_t kList = kFontCapacity * sizeof(FontRecord);
+    return std::memcmp(&block, &other.block, sizeof block) == 0 &&
+           fonts.DecoFontNum == other.fonts.DecoFontNum &&
+           fonts.BarFontNum == other.fonts.BarFontNum &&
+           std::memcmp(fonts.DecoFonts, other.fonts.DecoFonts, kList) == 0 &&
+           std::memcmp(fonts.BarFonts, other.fonts.BarFonts, kList) == 0;
+  }
+};
+
+void RequireSound(const Properties& properties) {
+  const FontStore& fonts = properties.fonts;
+  Require(fonts.DecoFontNum >= 0 && fonts.DecoFontNum <= kFontCapacity);
+  Require(fonts.BarFontNum >= 0 && fonts.BarFontNum <= kFontCapacity);
+  Require(PaperCount(properties.block) <= kPaperCapacity);
+}
+
+// A file that loads comes back the same from a save, once what it could not hold has gone.
+void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
+  machine.WriteFile(kFile, bytes);
+  Properties first(printer);
+  if (!first.Transfer(TransferDirection::kLoad)) return;
+  RequireSound(first);
+  Require(first.block.Printer.PaperNum >= 0 && first.block.Printer.PaperNum <= kPaperCapacity);
+  if (!save) return;
+  Properties second(printer);
+  Properties third(printer);
+  Require(first.Transfer(TransferDirection::kSave) && second.Transfer(TransferDirection::kLoad));
+  Require(second.Transfer(TransferDirection::kSave) && third.Transfer(TransferDirection::kLoad));
+  Require(second == third);
+}
+
+void ImportSetup(platform::Machine& machine, std::string_view bytes) {
+  machine.WriteFile(kSetupFile, bytes);
+  auto block = support::DefaultBlock();
+  const auto before = block;
+  if (!ImportSetupFile(block, nullptr, kPrinter))
+    Require(std::memcmp(&block, &before, sizeof block) == 0);
+  else
+    Require(block.Printer.PaperNum >= 0 && block.Printer.PaperNum <= kPaperCapacity);
+}
+
+// The first six bytes are "CreateFont Number", the rest its data and the papers.
+void UsePrinterData(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
+  const auto value = [](std::string_view part) {
+    return platform::DataValue{REG_BINARY, support::BytesOf(part.data(), part.size())};
+  };
+  machine.SetData(kPrinter, u"CreateFont Number", value(bytes.substr(0, 6)));
+  machine.SetData(kPrinter, u"CreateFont Data",
+                  value(bytes.substr(std::min<size_t>(bytes.size(), 6))));
+  Properties properties(printer);
+  std::memcpy(static_cast<void*>(&properties.block.Printer), bytes.data(),
+              std::min<size_t>(bytes.size(), kPrinterPartSize));
+  RequireSound(properties);
+  Require(SaveFontStore(printer, properties.fonts));
+  Properties again(printer);
+  Require(again.fonts.DecoFontNum <= properties.fonts.DecoFontNum &&
+          again.fonts.BarFontNum == properties.fonts.BarFontNum);
+  FillPublicFields(properties.block, printer, kPrinter);
+  machine.WriteFile(kFile, "");
+  machine.RemoveData(kPrinter, u"CreateFont Number");
+  machine.RemoveData(kPrinter, u"CreateFont Data");
+  if (!save) return;
+  // Whatever lies in the records, the file made of them can be loaded.
+  Require(properties.Transfer(TransferDirection::kSave));
+  Require(again.Transfer(TransferDirection::kLoad));
+  RequireSound(again);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  // A save is hundreds of small writes: the machine's drive lies in memory.
+  static const bool inMemory = setenv("TMPDIR", "/dev/shm", 0) == 0;
+  static_cast<void>(inMemory);
+  static const auto machine = platform::Machine::Create();
+  static const bool added = (machine->AddPrinter({.name = kPrinter}), true);
+  static_cast<void>(added);
+  if (size < 1) return 0;
+  const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
+  HANDLE printer = nullptr;
+  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, nullptr);
+  const bool save = (data[0] & 0x38) == 0x38;  // seldom, for it is slow
+  switch (data[0] % 8) {
+    case 0:
+    case 1:
+    case 2:
+      ImportSetup(*machine, bytes);
+      break;
+    case 3:
+      UsePrinterData(*machine, bytes, printer, save);
+      break;
+    default:
+      LoadBackup(*machine, bytes, printer, save);
+      break;
+  }
+  ClosePrinter(printer);
+  Require(machine->LiveAllocations() == 0 && machine->OpenPrinterHandles() == 0);
+  return 0;
+}
