@@ -11,7 +11,7 @@
 #include "resources/resource.h"
 #include "tests/support/expect_controls.h"
 #include "tests/support/open_sheet.h"
-#include "tests/support/stored_settings.h"
+#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace fonts {
@@ -134,9 +134,9 @@ class FontTest : public support::MachineTest {
     return records;
   }
   void SetDensity(int density) {
-    kestrel::DriverSettingsBlock block = support::FreshSettings();
+    kestrel::DriverSettingsBlock block = support::DefaultBlock();
     block.Printer.HeadDensity = static_cast<uint16_t>(density);
-    support::KeepSettings(machine(), block);
+    support::StoreBlock(machine(), block);
   }
 
   // Opens the font page of the user's defaults, does the steps and presses OK. The fonts stored

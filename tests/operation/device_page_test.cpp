@@ -6,17 +6,17 @@
 
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
-#include "tests/support/stored_settings.h"
+#include "tests/support/settings.h"
 
 namespace kestrel {
 namespace {
 
 using platform::Desk;
 using support::Click;
-using support::FreshSettings;
+using support::DefaultBlock;
 using support::GoTo;
 using support::kDeviceTab;
-using support::KeepSettings;
+using support::StoreBlock;
 using support::kOperationTab;
 using support::kPaperTab;
 using support::kPrinter;
@@ -87,10 +87,10 @@ class DevicePageTest : public support::MachineTest {
                                         {"RtlGetVersionComW", AnyEntry(FakeVersion)}});
   }
   void Start(uint16_t mode, uint16_t density = 203) {
-    DriverSettingsBlock block = FreshSettings();
+    DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = mode;
     block.Printer.HeadDensity = density;
-    KeepSettings(machine(), block);
+    StoreBlock(machine(), block);
   }
   // Opens the page, does what is asked and presses OK; the printer part that is kept then.
   PrinterSettingsPart Leave(Steps steps, SheetKind kind = SheetKind::kUserDefault,

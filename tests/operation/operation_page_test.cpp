@@ -10,16 +10,16 @@
 #include "platform/desktop/htui_dialog.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
-#include "tests/support/stored_settings.h"
+#include "tests/support/settings.h"
 
 namespace kestrel {
 namespace {
 
 using platform::Desk;
 using support::Click;
-using support::FreshSettings;
+using support::DefaultBlock;
 using support::GoTo;
-using support::KeepSettings;
+using support::StoreBlock;
 using support::kOperationTab;
 using support::kPrinter;
 using support::kVersionTab;
@@ -72,9 +72,9 @@ TEST_F(OperationPageTest, ReadsAndWritesPageByPageConfirmation) {
       {"unwritable", 5, true, false, true, 5},
       {"unwritable and absent", std::nullopt, true, false, false, std::nullopt},
   };
-  DriverSettingsBlock block = FreshSettings();
+  DriverSettingsBlock block = DefaultBlock();
   block.Record.Private.nTSMode = 1;  // what the record holds does not count
-  KeepSettings(machine(), block);
+  StoreBlock(machine(), block);
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     machine().SetRegistryAccess(true, true);
@@ -150,19 +150,19 @@ TEST_F(OperationPageTest, LocksByKindRightsAndPermission) {
 TEST_F(OperationPageTest, StoresWhatItsAbsentControlsStandFor) {
   const int16_t moveModes[] = {1, 0, 7};
   for (uint16_t mode = 0; mode < 3; ++mode) {
-    DriverSettingsBlock block = FreshSettings();
+    DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = mode;
     block.Record.Private.nMoveMode = kFollowPrinter;
     block.Record.Private.Dither = 0;
-    KeepSettings(machine(), block);
+    StoreBlock(machine(), block);
     const PrivateDevMode left = Leave({});
     EXPECT_EQ(left.nMoveMode, moveModes[mode]);
     EXPECT_EQ(left.Dither, 3);
   }
   // A page that is never entered stores nothing.
-  DriverSettingsBlock block = FreshSettings();
+  DriverSettingsBlock block = DefaultBlock();
   block.Record.Private.nMoveMode = kFollowPrinter;
-  KeepSettings(machine(), block);
+  StoreBlock(machine(), block);
   machine().RemoveRegistry(kKey, u"SyncPrint");
   const PrivateDevMode kept = Show(SheetKind::kUserDefault, {PressOk()}).record.Private;
   EXPECT_EQ(kept.nMoveMode, kFollowPrinter);
@@ -180,12 +180,12 @@ TEST_F(OperationPageTest, ShowsAndStoresItsFields) {
   for (const auto& c : kCases) {
     for (int16_t on : {int16_t{0}, int16_t{1}}) {
       const bool isOn = on != 0;
-      DriverSettingsBlock block = FreshSettings();
+      DriverSettingsBlock block = DefaultBlock();
       block.Record.Private.nPrintSpeed = c.speed;
       block.Record.Private.nSensor = c.sensor;
       block.Record.Private.nColorText = on;
       block.Record.Private.nCompulsory = on;
-      KeepSettings(machine(), block);
+      StoreBlock(machine(), block);
       const auto check = [&](Desk& desk) {
         EXPECT_EQ(desk.Control(IDC_OPERATION_SPEED).selection, c.speedRow);
         EXPECT_EQ(desk.Control(IDC_OPERATION_SENSOR).selection, c.sensorRow);
@@ -243,7 +243,7 @@ TEST_F(OperationPageTest, DescribesTheControlInUse) {
 
 // The real dialogs of the stand-in: what is set there arrives in the record and the printer part.
 TEST_F(OperationPageTest, AdjustsColourAndHalftone) {
-  KeepSettings(machine(), FreshSettings());
+  StoreBlock(machine(), DefaultBlock());
   constexpr int kBrightness = platform::halftone::kFirstSlider + 1;
   const auto slide = [](int position) {
     return [=](Desk& desk) { EXPECT_TRUE(desk.Slide(kBrightness, position)); };
@@ -251,7 +251,7 @@ TEST_F(OperationPageTest, AdjustsColourAndHalftone) {
   PrivateDevMode left = Leave({Click(IDC_OPERATION_COLOR_ADJUST), slide(25), Click(IDOK)});
   EXPECT_EQ(left.ColorAdjust.caBrightness, 25);
   left = Leave({Click(IDC_OPERATION_COLOR_ADJUST), slide(50), Click(IDCANCEL)});
-  EXPECT_EQ(left.ColorAdjust.caBrightness, FreshSettings().Record.Private.ColorAdjust.caBrightness);
+  EXPECT_EQ(left.ColorAdjust.caBrightness, DefaultBlock().Record.Private.ColorAdjust.caBrightness);
 
   constexpr int kList = platform::halftone::kFirstList;
   Leave({Click(IDC_OPERATION_HALFTONE),
@@ -260,7 +260,7 @@ TEST_F(OperationPageTest, AdjustsColourAndHalftone) {
          },
          Click(IDOK)});
   const PrinterSettingsPart kept = support::KeptPrinterPart(machine());
-  const PrinterSettingsPart fresh = FreshSettings().Printer;
+  const PrinterSettingsPart fresh = DefaultBlock().Printer;
   EXPECT_NE(std::memcmp(&kept.HTInfo, &fresh.HTInfo, sizeof(kept.HTInfo)), 0);
 }
 
@@ -279,7 +279,7 @@ TEST_F(OperationPageTest, ToleratesAMissingHalftoneLibrary) {
                EXPECT_TRUE(machine().faults.Struck(platform::Fault::kModule));
                EXPECT_EQ(machine().OpenModules(), modules);
              }});
-  const COLORADJUSTMENT fresh = FreshSettings().Record.Private.ColorAdjust;
+  const COLORADJUSTMENT fresh = DefaultBlock().Record.Private.ColorAdjust;
   EXPECT_EQ(std::memcmp(&left.ColorAdjust, &fresh, sizeof(fresh)), 0);
 }
 
@@ -357,13 +357,13 @@ TEST_F(OperationPageTest, HandsTheAdjustmentsWhatTheyNeed) {
     DWORD dpi;
   } kCases[] = {{203, 1, 203}, {305, 1, 305}, {300, 0, 203}, {203, -3, 203}};
   for (const auto& c : kCases) {
-    DriverSettingsBlock block = FreshSettings();
+    DriverSettingsBlock block = DefaultBlock();
     block.Printer.HeadDensity = c.density;
     DEVHTINFO own = DefaultHalftoneInfo();
     own.HTPatternSize = 5;
     std::memcpy(&block.Printer.HTInfo, &own, sizeof(own));
     block.Record.Private.ColorAdjust.caContrast = 3;
-    KeepSettings(machine(), block);
+    StoreBlock(machine(), block);
     handed = {};
     handed.answer = c.answer;
     const PrivateDevMode left =
@@ -387,7 +387,7 @@ TEST_F(OperationPageTest, HandsTheAdjustmentsWhatTheyNeed) {
 TEST_F(OperationPageTest, OnlyShowsTheHalftoneWithoutPermission) {
   machine().RegisterModule(u"htui.dll", {{"HTUI_ColorAdjustmentW", AnyEntry(FakeColor)},
                                          {"HTUI_DeviceColorAdjustmentW", AnyEntry(FakeDevice)}});
-  DriverSettingsBlock block = FreshSettings();
+  DriverSettingsBlock block = DefaultBlock();
   DEVHTINFO own = DefaultHalftoneInfo();
   own.HTPatternSize = 5;
   std::memcpy(&block.Printer.HTInfo, &own, sizeof(own));

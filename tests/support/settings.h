@@ -17,6 +17,11 @@ inline std::vector<std::byte> BytesOf(const void* data, size_t size) {
   return {bytes, bytes + size};
 }
 
+template <typename T>
+std::vector<std::byte> BytesOf(const T& value) {
+  return BytesOf(&value, sizeof value);
+}
+
 // The factory defaults of a printer, signed.
 inline kestrel::DriverSettingsBlock DefaultBlock(const char16_t* name = kPrinter) {
   kestrel::DriverSettingsBlock block{};
@@ -31,6 +36,16 @@ inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettings
   machine.SetDefaultRecord(name, BytesOf(&block.Record, sizeof block.Record));
   machine.SetData(name, u"Private DevMode",
                   {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
+}
+
+// The printer-level part that the test printer has now; fails the test when there is none.
+inline kestrel::PrinterSettingsPart KeptPrinterPart(platform::Machine& machine) {
+  kestrel::PrinterSettingsPart part = {};
+  const auto data = machine.Data(kPrinter, u"Private DevMode");
+  const bool whole = data && data->bytes.size() == kestrel::kPrinterPartSize;
+  EXPECT_TRUE(whole);
+  if (whole) std::memcpy(&part, data->bytes.data(), sizeof part);
+  return part;
 }
 
 // Numbers at offsets of a record or block, as the stored format fixes them.
