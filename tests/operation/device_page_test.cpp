@@ -16,13 +16,13 @@ using support::Click;
 using support::DefaultBlock;
 using support::GoTo;
 using support::kDeviceTab;
-using support::StoreBlock;
 using support::kOperationTab;
 using support::kPaperTab;
 using support::kPrinter;
 using support::PressOk;
 using support::SheetKind;
 using support::Steps;
+using support::StoreBlock;
 
 constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";
 constexpr char16_t kQueryFailed[] = u"プリンタから情報を取得できませんでした。";

@@ -19,7 +19,6 @@ using platform::Desk;
 using support::Click;
 using support::DefaultBlock;
 using support::GoTo;
-using support::StoreBlock;
 using support::kOperationTab;
 using support::kPrinter;
 using support::kVersionTab;
@@ -28,6 +27,7 @@ using support::Select;
 using support::SheetAnswer;
 using support::SheetKind;
 using support::Steps;
+using support::StoreBlock;
 
 constexpr char16_t kKey[] =
     u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Label Printer\\PrinterDriverData";
