@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "driver/halftone_info.h"
 #include "driver/text.h"
 #include "files/backup_fonts.h"
 #include "files/settings_keys.h"
@@ -32,10 +33,11 @@ void TransferFields(void* record, SettingsKeys keys) {
 void TransferHalftone(DriverSettingsBlock& block) {
   BeginSection(kHalftoneSection);
   ClearSection();
-  void* info = &block.Printer.HTInfo;
-  for (const SettingsKey& key : HalftoneKeys()) Int32Field(key.name, FieldOf(info, key));
-  for (const SettingsKey& key : ChromaticityKeys()) Int32List(key.name, FieldOf(info, key), 3);
-  for (const SettingsKey& key : HalftoneGammaKeys()) Int32Field(key.name, FieldOf(info, key));
+  DEVHTINFO info = HalftoneInfo(block);
+  for (const SettingsKey& key : HalftoneKeys()) Int32Field(key.name, FieldOf(&info, key));
+  for (const SettingsKey& key : ChromaticityKeys()) Int32List(key.name, FieldOf(&info, key), 3);
+  for (const SettingsKey& key : HalftoneGammaKeys()) Int32Field(key.name, FieldOf(&info, key));
+  SetHalftoneInfo(block, info);
   TransferFields(&block.Record.Private.ColorAdjust, ColorAdjustKeys());
 }
 

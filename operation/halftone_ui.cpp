@@ -2,9 +2,8 @@
 
 #include <winddi.h>
 
-#include <cstring>
-
 #include "driver/default_settings.h"
+#include "driver/halftone_info.h"
 #include "driver/handles.h"
 #include "driver/text.h"
 
@@ -45,15 +44,14 @@ LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool p
   if (adjust == nullptr) return kUnavailable;
   WCHAR title[kTitleLength];
   CopyText(title, printerName);
-  DEVHTINFO current;
-  std::memcpy(&current, &block.Printer.HTInfo, sizeof(current));
+  DEVHTINFO current = HalftoneInfo(block);
   DEVHTINFO factory = DefaultHalftoneInfo();
   DEVHTADJDATA data = {};
   data.DeviceXDPI = data.DeviceYDPI = DeviceDpi(block.Printer.HeadDensity);
   data.pDefHTInfo = permission ? &factory : &current;
   data.pAdjHTInfo = permission ? &current : nullptr;
   const LONG result = adjust(title, &data);
-  if (permission && result >= 1) std::memcpy(&block.Printer.HTInfo, &current, sizeof(current));
+  if (permission && result >= 1) SetHalftoneInfo(block, current);
   return result;
 }
 

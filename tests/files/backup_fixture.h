@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -71,6 +72,18 @@ class BackupTest : public support::MachineTest {
   void Write(std::u16string_view text) { machine().WriteFile(kFile, Cp932(text)); }
   std::string Bytes(std::u16string_view file = kFile) {
     return machine().ReadFile(file).value_or("");
+  }
+  // The file as an independent reader sees it, "section|key|value" a line.
+  std::string ReadElsewhere() {
+    const std::string command = "python3 '" + support::Built("read_profile.py") + "' '" +
+                                machine().HostPath(kFile).string() + "'";
+    std::string output;
+    std::FILE* pipe = popen(command.c_str(), "r");
+    char buffer[4096];
+    while (const size_t got = std::fread(buffer, 1, sizeof buffer, pipe))
+      output.append(buffer, got);
+    EXPECT_EQ(pclose(pipe), 0);
+    return output;
   }
   // A backup of the defaults with one line put in place of another.
   void WriteDefaultsWith(std::u16string_view line, std::u16string_view replacement) {

@@ -274,6 +274,18 @@ TEST_F(BackupTest, EverythingComesBackInAnotherPrinter) {
   }
   ASSERT_TRUE(Save());
   EXPECT_EQ(Shown(), u"");
+  const std::string elsewhere = ReadElsewhere();
+  const auto repeated = [](const char* letter, int count) {
+    std::string text;
+    while (count-- > 0) text += letter;
+    return text;
+  };
+  for (const std::string& line :
+       {"PAPER18|PaperName|" + repeated("表", 31) + "x", "PAPER19|PaperName|" + repeated("ｿ", 63),
+        std::string("PAPER19|LabelWidth|-32749"), "DECOFONT39|DecoFontName|" + repeated("亜", 31),
+        std::string("DECOFONT39|NegativeData|19230"), std::string("BARFONT29|PrintNum|-32739"),
+        std::string("BARFONT10|ZipCode|0000000"), std::string("同期印刷|SYNC|ff")})
+    EXPECT_TRUE(Contains(elsewhere, line + "\n")) << line;
 
   Properties source;
   std::swap(source.block, my_.block);
@@ -333,6 +345,20 @@ TEST_F(BackupTest, DamagedFilesDoNoHarm) {
   Write(text);
   EXPECT_TRUE(Load());
   EXPECT_EQ(my_.block.Printer.Papers[0].PaperName, std::u16string(31, u'表'));
+}
+
+TEST_F(BackupTest, ALoadFromAFailingDiskFailsOrReadsWhatItCan) {
+  machine().WriteFile(kFile, Golden());
+  for (int n = 1;; n += n < 20 ? 1 : 17) {
+    machine().faults.FailNth(platform::Fault::kFile, n);
+    const bool loaded = Load();
+    const bool struck = machine().faults.Struck(platform::Fault::kFile);
+    machine().faults.Clear();
+    EXPECT_TRUE(loaded || struck);
+    EXPECT_LE(my_.block.Printer.PaperNum, 1);
+    EXPECT_EQ(Bytes(), Golden());
+    if (!struck) break;
+  }
 }
 
 TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {

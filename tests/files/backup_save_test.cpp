@@ -1,21 +1,7 @@
-#include <cstdio>
-
 #include "tests/files/backup_fixture.h"
 
 namespace kestrel::test {
 namespace {
-
-// What an independent reader makes of a file of the test machine.
-std::string ReadElsewhere(const std::filesystem::path& file) {
-  const std::string command =
-      "python3 '" + support::Built("read_profile.py") + "' '" + file.string() + "'";
-  std::string output;
-  std::FILE* pipe = popen(command.c_str(), "r");
-  char buffer[4096];
-  while (const size_t got = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, got);
-  EXPECT_EQ(pclose(pipe), 0);
-  return output;
-}
 
 TEST_F(BackupTest, TheDefaultsAreSavedByteForByte) {
   EXPECT_TRUE(Save());
@@ -129,7 +115,7 @@ TEST_F(BackupTest, AFullDiskLeavesAFileThatCanBeRead) {
         driverKeys += Contains(text, "\n" + std::string(key) + "\r\n");
       EXPECT_EQ(saved, driverKeys == 16) << n << once;
       EXPECT_TRUE(text.empty() || text.ends_with("\r\n"));
-      const bool readElsewhere = n % 16 != 9 || !ReadElsewhere(machine().HostPath(kFile)).empty();
+      const bool readElsewhere = n % 16 != 9 || !ReadElsewhere().empty();
       EXPECT_TRUE(readElsewhere) << n << once;
       EXPECT_EQ(std::memcmp(&my_.block, &before, sizeof before), 0);
       for (const auto& entry : std::filesystem::directory_iterator(machine().HostPath(u"C:\\data")))
@@ -153,7 +139,7 @@ TEST_F(BackupTest, AnotherReaderSeesTheSameValues) {
   my_.bar[0].Bar.BarcodeKind = 1300;
   std::memcpy(my_.bar[0].Bar.BarcodeParam + 14, "1234567", 7);
   EXPECT_TRUE(Save());
-  const std::string text = ReadElsewhere(machine().HostPath(kFile));
+  const std::string text = ReadElsewhere();
   for (const char* line :
        {"ﾊﾞｰｼﾞｮﾝ情報|DriverVersion|0e01\n", "PAPER00|PaperName|ﾗﾍﾞﾙ 髙 ソ=;[x]\n",
         "ﾌﾘｰｻｲｽﾞ用紙|PaperName|フリーサイズ\n", "DECOFONT00|DecoFontName|飾り\n",
