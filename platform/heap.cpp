@@ -113,13 +113,14 @@ void* Allocate(Heap& heap, bool zero, size_t bytes) {
 
 bool Release(Heap& heap, void* data) {
   if (data == nullptr) return true;
+  // Locked before the header is opened: a neighbour that comes or goes closes it again.
+  const std::lock_guard lock(heap.mutex);
   Block* block = BlockOf(data);
   Open(block);
   if (block->heap != &heap) {
     Close(block);
     return false;
   }
-  const std::lock_guard lock(heap.mutex);
   Unlink(heap, block);
   block->heap = nullptr;
   std::free(block);
@@ -127,7 +128,8 @@ bool Release(Heap& heap, void* data) {
   return true;
 }
 
-size_t SizeOf(const void* data) {
+size_t SizeOf(Heap& heap, const void* data) {
+  const std::lock_guard lock(heap.mutex);
   Block* block = BlockOf(data);
   Open(block);
   const size_t size = block->size;
@@ -207,7 +209,9 @@ HGLOBAL WINAPI GlobalAlloc(UINT flags, SIZE_T bytes) {
 }
 LPVOID WINAPI GlobalLock(HGLOBAL block) { return block; }
 BOOL WINAPI GlobalUnlock(HGLOBAL) { return TRUE; }
-SIZE_T WINAPI GlobalSize(HGLOBAL block) { return block == nullptr ? 0 : SizeOf(block); }
+SIZE_T WINAPI GlobalSize(HGLOBAL block) {
+  return block == nullptr ? 0 : SizeOf(GlobalHeap(), block);
+}
 HGLOBAL WINAPI GlobalFree(HGLOBAL block) {
   if (Release(GlobalHeap(), block)) return nullptr;
   SetLastError(ERROR_INVALID_HANDLE);

@@ -62,9 +62,12 @@ fs::path Prepared(const fs::path& directory) {
 
 std::vector<std::u16string> SystemFontFamilies() {
   std::set<std::u16string> families;
+  // A configuration of its own, so that nothing of it is left in the process.
+  FcConfig* config = FcInitLoadConfigAndFonts();
+  if (config == nullptr) return {};
   FcPattern* pattern = FcPatternCreate();
   FcObjectSet* wanted = FcObjectSetBuild(FC_FAMILY, nullptr);
-  FcFontSet* fonts = FcFontList(nullptr, pattern, wanted);
+  FcFontSet* fonts = FcFontList(config, pattern, wanted);
   for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
     FcChar8* family = nullptr;
     for (int n = 0; FcPatternGetString(fonts->fonts[i], FC_FAMILY, n, &family) == FcResultMatch;
@@ -75,6 +78,7 @@ std::vector<std::u16string> SystemFontFamilies() {
   if (fonts != nullptr) FcFontSetDestroy(fonts);
   FcObjectSetDestroy(wanted);
   FcPatternDestroy(pattern);
+  FcConfigDestroy(config);
   return {families.begin(), families.end()};
 }
 
