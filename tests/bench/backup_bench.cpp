@@ -1,13 +1,20 @@
-// Saving and loading of a backup file: 20 papers and a number of fonts. The counter tells the bytes
-// that a save writes when each key replaces the file whole; it is the floor of a save.
+// Saving and loading of a backup file, and opening of a sheet: 20 papers and a number of fonts.
+// Each key of a save replaces the file whole, which is the floor of its time: file_calls times
+// bytes.
 #include <benchmark/benchmark.h>
+#include <winddiui.h>
 #include <windows.h>
+#include <winspool.h>
 
 #include <vector>
 
+#include "driver/handles.h"
+#include "driver/instance.h"
 #include "files/backup_file.h"
 #include "fonts/barcode_kinds.h"
+#include "fonts/font_store.h"
 #include "platform/machine.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 
 namespace {
@@ -32,6 +39,7 @@ struct FullPrinter {
       std::fill_n(font.Deco.ResiFontName, 31, u'X');
     }
     for (size_t i = 0; i < bar.size(); ++i) {
+      bar[i].FontKind = kBarcodeFont;
       std::fill_n(bar[i].Bar.BarFontName, 31, u'線');
       bar[i].Bar.BarcodeKind = BarcodeKinds()[i % kBarcodeKindCount].id;
     }
@@ -68,5 +76,42 @@ void LoadBackup(benchmark::State& state) {
     if (!printer.Transfer(TransferDirection::kLoad)) state.SkipWithError("not loaded");
 }
 BENCHMARK(LoadBackup)->Arg(7)->Arg(35)->Arg(70)->Unit(benchmark::kMillisecond);
+
+// Opens a user-default sheet upon the stored papers and fonts; nobody is there, so that it closes
+// at once.
+void OpenUserDefaultSheet(benchmark::State& state) {
+  FullPrinter full(state.range(0));
+  platform::Machine& machine = *full.machine;
+  std::u16string name = support::kPrinter;
+  machine.AddPrinter({.name = name});
+  support::StoreBlock(machine, full.block);
+  const std::u16string path = machine.driverDirectory() + u"\\3\\QM610rDRV1.DLL";
+  machine.InstallModule(path, support::Built("QM610rDRV1.so"));
+  const Module module(LoadLibraryW(path.c_str()));
+  SetModuleInstance(module.get());
+  {
+    HANDLE handle = nullptr;
+    OpenPrinterW(name.data(), &handle, nullptr);
+    const Printer printer(handle);
+    full.fonts.Loaded = true;
+    SaveFontStore(printer.get(), full.fonts);
+    DOCUMENTPROPERTYHEADER header{};
+    header.cbSize = sizeof header;
+    header.hPrinter = printer.get();
+    header.pszPrinterName = name.data();
+    header.fMode = DM_PROMPT | DM_USER_DEFAULT;
+    machine.faults.Clear();
+    for (auto _ : state) {
+      DWORD result = CPSUI_OK;
+      const LONG shown = CommonPropertySheetUIW(nullptr, DrvDocumentPropertySheets,
+                                                reinterpret_cast<LPARAM>(&header), &result);
+      if (shown < 0 || result != DWORD{CPSUI_CANCEL}) state.SkipWithError("not shown");
+    }
+    const auto calls = static_cast<double>(machine.faults.Calls(platform::Fault::kSpooler));
+    state.counters["spooler"] = calls / static_cast<double>(state.iterations());
+  }
+  SetModuleInstance(nullptr);
+}
+BENCHMARK(OpenUserDefaultSheet)->Arg(0)->Arg(70)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstring>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -38,13 +39,13 @@ inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettings
                   {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
 }
 
-// The printer-level part that the test printer has now; fails the test when there is none.
+// The printer-level part that the test printer has now; throws, which fails a test, when there is
+// no whole one.
 inline kestrel::PrinterSettingsPart KeptPrinterPart(platform::Machine& machine) {
-  kestrel::PrinterSettingsPart part = {};
-  const auto data = machine.Data(kPrinter, u"Private DevMode");
-  const bool whole = data && data->bytes.size() == kestrel::kPrinterPartSize;
-  EXPECT_TRUE(whole);
-  if (whole) std::memcpy(&part, data->bytes.data(), sizeof part);
+  kestrel::PrinterSettingsPart part;
+  const auto bytes = machine.Data(kPrinter, u"Private DevMode").value().bytes;
+  if (bytes.size() != sizeof part) throw std::length_error("a stored part of another size");
+  std::memcpy(&part, bytes.data(), sizeof part);
   return part;
 }
 
