@@ -68,6 +68,8 @@ TEST_F(Defaults, PublicFieldsFollowThePrivateOnes) {
 
   refill(std::u16string(40, u'n').c_str());
   EXPECT_EQ(TextAt(&block, 0, 32), std::u16string(31, u'n'));
+  refill(u"\\\\server\\Label,LPT1:");
+  EXPECT_EQ(TextAt(&block, 0, 32), u"\\\\server\\Label") << "only the port goes";
   refill();
   EXPECT_EQ(block.Record.Public.dmDeviceName[0], 0);
 
