@@ -8,7 +8,6 @@ namespace kestrel {
 namespace {
 
 using platform::Desk;
-using platform::ScriptedUser;
 
 TEST_F(FieldDialogTest, ShowsAFieldsValueInItsRange) {
   const struct {
@@ -44,9 +43,10 @@ TEST_F(FieldDialogTest, ShowsAFieldsValueInItsRange) {
 TEST_F(FieldDialogTest, UndoesBadTypingInMeasuredFields) {
   const struct {
     int unit;
-    std::u16string typed;  // replaces a field that shows 20
+    std::u16string text;  // replaces a field that shows 20
     std::u16string shown;
     int position;
+    bool pasted = false;  // at once, not letter by letter
   } kCases[] = {
       {kMillimetre, u"5.5", u"5.5", 55},
       {kMillimetre, u"5.5.", u"5.5", 55},
@@ -65,50 +65,32 @@ TEST_F(FieldDialogTest, UndoesBadTypingInMeasuredFields) {
       {kDot, u"55", u"55", 55},
       {kDot, u"5.", u"5", 5},
       {kDot, u"５", u"20", 20},
+      {kMillimetre, u"4.5", u"4.5", 45, true},
+      {kMillimetre, u"4.5 mm", u"2.0", 20, true},
+      {kMillimetre, u"4. 5", u"2.0", 20, true},
+      {kMillimetre, u"-4", u"2.0", 20, true},
+      {kDot, u"5.5", u"20", 20, true},
+      {kInch, u"  .07", u"  .07", 70, true},
+      {kInch, u"1.2.3", u"0.020", 20, true},
   };
   for (const auto& c : kCases) {
+    SCOPED_TRACE(testing::PrintToString(c.text));
     typed = nullptr;
+    bool good = false;
     Open(IDD_PAPER_REGISTER,
          [&] {
            InitField(dialog, IDC_PAPER_REGISTER_GAP, 0, 80, 20, c.unit, true);
            SendDlgItemMessageW(dialog.window, IDC_PAPER_REGISTER_GAP, EM_LIMITTEXT, 9, 0);
            typed = [&](int edit) {
-             if (edit == IDC_PAPER_REGISTER_GAP) OnMeasureTyped(dialog, edit, c.unit);
+             if (edit == IDC_PAPER_REGISTER_GAP) good = OnMeasureTyped(dialog, edit, c.unit);
            };
          },
          {[&](Desk& desk) {
-           EXPECT_TRUE(desk.Replace(IDC_PAPER_REGISTER_GAP, c.typed));
-           EXPECT_EQ(desk.Text(IDC_PAPER_REGISTER_GAP), c.shown) << testing::PrintToString(c.typed);
-           EXPECT_EQ(Position(IDC_PAPER_REGISTER_GAP_SPIN), c.position)
-               << testing::PrintToString(c.typed);
-         }});
-  }
-}
-
-TEST_F(FieldDialogTest, UndoesAPastedTextAtOnce) {
-  const struct {
-    int unit;
-    std::u16string pasted, shown;
-    bool good;
-  } kCases[] = {
-      {kMillimetre, u"4.5", u"4.5", true},   {kMillimetre, u"4.5 mm", u"2.0", false},
-      {kMillimetre, u"4. 5", u"2.0", false}, {kMillimetre, u"-4", u"2.0", false},
-      {kDot, u"5.5", u"20", false},          {kInch, u"  .07", u"  .07", true},
-      {kInch, u"1.2.3", u"0.020", false},
-  };
-  for (const auto& c : kCases) {
-    typed = nullptr;
-    bool last = false;
-    Open(IDD_PAPER_REGISTER,
-         [&] {
-           InitField(dialog, IDC_PAPER_REGISTER_GAP, 0, 80, 20, c.unit, true);
-           SendDlgItemMessageW(dialog.window, IDC_PAPER_REGISTER_GAP, EM_LIMITTEXT, 9, 0);
-         },
-         {[&](Desk& desk) {
-           EXPECT_TRUE(desk.Paste(IDC_PAPER_REGISTER_GAP, c.pasted));
-           last = OnMeasureTyped(dialog, IDC_PAPER_REGISTER_GAP, c.unit);
+           EXPECT_TRUE(c.pasted ? desk.Paste(IDC_PAPER_REGISTER_GAP, c.text)
+                                : desk.Replace(IDC_PAPER_REGISTER_GAP, c.text));
            EXPECT_EQ(desk.Text(IDC_PAPER_REGISTER_GAP), c.shown);
-           EXPECT_EQ(last, c.good) << testing::PrintToString(c.pasted);
+           EXPECT_EQ(Position(IDC_PAPER_REGISTER_GAP_SPIN), c.position);
+           EXPECT_TRUE(!c.pasted || good == (c.shown == c.text));
          }});
   }
 }
@@ -217,46 +199,6 @@ TEST_F(FieldDialogTest, ConvertsAFieldToAnotherUnit) {
   }
 }
 
-TEST_F(FieldDialogTest, ReportsARangeAndReturnsToTheField) {
-  const struct {
-    RangeSide side;
-    UINT below, above;
-    int unit;
-    std::u16string text;
-  } kCases[] = {
-      {kBelow, IDS_FONT_WIDTH_BELOW, IDS_FONT_WIDTH_ABOVE, kMillimetre,
-       u"フォントサイズ\n幅は 2.7 mm 以上にして下さい。"},
-      {kAbove, IDS_FONT_WIDTH_BELOW, IDS_FONT_WIDTH_ABOVE, kInch,
-       u"フォントサイズ\n幅は 0.550 inch 以下にして下さい。"},
-      {kAbove, IDS_FONT_WIDTH_BELOW, IDS_FONT_WIDTH_ABOVE, kDot,
-       u"フォントサイズ\n幅は 550 dot 以下にして下さい。"},
-      {kBelow, IDS_PRINT_NUM_BELOW, IDS_PRINT_NUM_ABOVE, kPlain,
-       u"連番設定\n同一発行枚数は 27 枚以上にして下さい。"},
-  };
-  for (const auto& c : kCases) {
-    bool answer = true;
-    std::u16string caption;
-    Open(IDD_DECO_FONT,
-         [&] {
-           SetWindowTextW(dialog.window, TEXT("見出し"));
-           SetFocus(GetDlgItem(dialog.window, IDC_DECO_FONT_NAME));
-         },
-         {[&](Desk&) {
-           // The person closes the box that this call shows.
-           ScriptedUser closer({support::CloseMessage(c.text, MB_ICONEXCLAMATION, u"見出し")});
-           desk().Attach(&closer);
-           answer = ReportRange(dialog.window, IDC_DECO_FONT_WIDTH, c.side, c.below, c.above, 27,
-                                550, c.unit);
-           EXPECT_EQ(closer.Problem(), "");
-           EXPECT_TRUE(closer.Finished());
-           EXPECT_EQ(GetFocus(), GetDlgItem(dialog.window, IDC_DECO_FONT_WIDTH));
-           EXPECT_EQ(GetWindowLongPtrW(dialog.window, DWLP_MSGRESULT), TRUE);
-           EndDialog(dialog.window, 0);
-         }});
-    EXPECT_FALSE(answer);
-  }
-}
-
 TEST_F(FieldDialogTest, DoesNothingForWhatItDoesNotKnow) {
   Open(IDD_PAPER_REGISTER, [&] {
     SetDlgItemTextW(dialog.window, IDC_PAPER_REGISTER_NAME, TEXT("12"));
@@ -276,27 +218,15 @@ TEST_F(FieldDialogTest, DoesNothingForWhatItDoesNotKnow) {
   });
 }
 
-TEST_F(FieldDialogTest, FillsAListAndSelectsByValue) {
+// The operation page's own walk shows the rest.
+TEST(OptionTables, AnswerTheFirstEntryForWhatTheyLack) {
   const OptionEntry entries[] = {{TEXT("one"), 1, '1', {}},
-                                 {TEXT("two"), 2, '2', {}},
                                  {TEXT("follow"), kFollowPrinter, ' ', {}},
                                  {TEXT(""), kOptionEnd, 0, {}}};
-  const OptionTable table = {entries, 3};
-  const struct {
-    int value, index;
-  } kCases[] = {{1, 0}, {2, 1}, {kFollowPrinter, 2}, {7, 0}, {-1, 0}, {kOptionEnd, 0}};
-  Open(IDD_OPERATION, [&] {
-    for (const auto& c : kCases) {
-      FillOptionList(dialog.window, IDC_OPERATION_SPEED, table, c.value);
-      EXPECT_EQ(SendDlgItemMessageW(dialog.window, IDC_OPERATION_SPEED, CB_GETCURSEL, 0, 0),
-                c.index);
-      EXPECT_EQ(SendDlgItemMessageW(dialog.window, IDC_OPERATION_SPEED, CB_GETCOUNT, 0, 0), 3);
-      EXPECT_EQ(OptionIndex(table, c.value), c.index);
-    }
-    EndDialog(dialog.window, 0);
-  });
-  EXPECT_EQ(OptionValue(table, 2), kFollowPrinter);
-  for (int outside : {-1, 3, 99}) EXPECT_EQ(OptionValue(table, outside), 1);
+  const OptionTable table = {entries, 2};
+  for (int unknown : {7, -1, int{kOptionEnd}}) EXPECT_EQ(OptionIndex(table, unknown), 0);
+  for (int outside : {-1, 2, 99}) EXPECT_EQ(OptionValue(table, outside), 1);
+  EXPECT_EQ(OptionValue(table, 1), kFollowPrinter);
 }
 
 }  // namespace

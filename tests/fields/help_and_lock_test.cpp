@@ -1,4 +1,4 @@
-// The help box and the controls that a dialog locks or hides.
+// The help box and the controls that a dialog locks.
 #include <set>
 
 #include "paper/help_text.h"
@@ -100,23 +100,6 @@ TEST_F(FieldDialogTest, LocksTheControlsOfADialogWithoutPermission) {
       EndDialog(dialog.window, 0);
     });
   }
-}
-
-TEST_F(FieldDialogTest, HidesAControlAtItsPlace) {
-  Open(IDD_OPERATION, [&] {
-    HWND control = GetDlgItem(dialog.window, IDC_OPERATION_HALFTONE);
-    RECT before, after;
-    GetWindowRect(control, &before);
-    HideControl(dialog.window, IDC_OPERATION_HALFTONE);
-    HideControl(dialog.window, 4711);
-    GetWindowRect(control, &after);
-    EXPECT_EQ(after.left, before.left);
-    EXPECT_EQ(after.top, before.top);
-    EXPECT_EQ(after.right, before.left);
-    EXPECT_EQ(after.bottom, before.top);
-    EXPECT_FALSE(IsWindowEnabled(control));
-    EndDialog(dialog.window, 0);
-  });
 }
 
 }  // namespace

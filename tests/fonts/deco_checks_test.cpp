@@ -92,19 +92,6 @@ TEST_F(DecoChecksTest, NumbersAreCheckedInOrder) {
   EXPECT_EQ(Register(NewDeco(u"N", steps)), Records{expected});
 }
 
-TEST_F(DecoChecksTest, FieldsTakeTheirNumberOfCharacters) {
-  Register(NewDeco(u"N", {Click(IDC_DECO_FONT_SERIAL_ON), [](Desk& desk) {
-                            const std::pair<int, int> limits[] = {{IDC_DECO_FONT_NAME, 31},
-                                                                  {IDC_DECO_FONT_PRINT_NUM, 4},
-                                                                  {IDC_DECO_FONT_INCREMENT, 5},
-                                                                  {IDC_DECO_FONT_ACTIVE_DIGITS, 2},
-                                                                  {IDC_DECO_FONT_LOW_DIGITS, 2}};
-                            for (const auto& [field, limit] : limits) {
-                              EXPECT_EQ(desk.Control(field).textLimit, limit) << field;
-                            }
-                          }}));
-}
-
 // Numbers count even while numbering is off.
 TEST_F(DecoChecksTest, SerialNumbersAreCheckedWhileOff) {
   Register(NewDeco(

@@ -266,26 +266,6 @@ TEST_F(DecoDialogTest, AnotherResidentFontStartsAnew) {
       Records{expected});
 }
 
-TEST_F(DecoDialogTest, ShowsTheFontBeingChanged) {
-  Record kanji = Deco(u"漢", u"漢字(縦書)", 512, 55, 83);
-  kanji.Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6});
-  Store({kanji});
-  EXPECT_EQ(
-      Register(ChangeDeco(
-          {ExpectText(IDC_DECO_FONT_NAME, u"漢"),
-           ExpectSelected(IDC_DECO_FONT_RESIDENT, kKanjiDown),
-           ExpectSelected(IDC_DECO_FONT_SIZE, 2), ExpectText(IDC_DECO_FONT_EXPAND_X, u"2"),
-           ExpectText(IDC_DECO_FONT_EXPAND_Y, u"3"), ExpectText(IDC_DECO_FONT_WIDTH, u"5.5"),
-           ExpectText(IDC_DECO_FONT_HEIGHT, u"8.3"),
-           ExpectChecked({IDC_DECO_FONT_MM, IDC_DECO_FONT_ROTATE_270, IDC_DECO_FONT_REVERSE_ON,
-                          IDC_DECO_FONT_BOLD_ON, IDC_DECO_FONT_SERIAL_ON,
-                          IDC_DECO_FONT_HEXADECIMAL}),
-           ExpectText(IDC_DECO_FONT_PRINT_NUM, u"12"), ExpectText(IDC_DECO_FONT_INCREMENT, u"-34"),
-           ExpectText(IDC_DECO_FONT_ACTIVE_DIGITS, u"5"),
-           ExpectText(IDC_DECO_FONT_LOW_DIGITS, u"6"), ExpectEnabled(kSerial, true)})),
-      Records{kanji});
-}
-
 // Nothing of the former, longer name is stored behind the new one.
 TEST_F(DecoDialogTest, AShorterNameLeavesNothingBehind) {
   Store({Deco(u"A name of some length")});

@@ -82,14 +82,6 @@ TEST_F(FontNamesTest, AreJudgedInOrder) {
     EXPECT_EQ(Judge(c.name), c.verdict) << testing::PrintToString(c.name);
 }
 
-TEST_F(FontNamesTest, OfResidentFontsAreReservedWithThePrefix) {
-  for (const char16_t* name : {u"X20", u"X21", u"X22", u"X23", u"X24", u"OCR-A", u"OCR-B", u"POP",
-                               u"漢字(横書)", u"漢字(縦書)"}) {
-    EXPECT_EQ(Judge(std::u16string(u"VELA ") + name), FontNameVerdict::kReserved);
-    EXPECT_EQ(Judge(name), FontNameVerdict::kGood);
-  }
-}
-
 // A font's own record does not count against its name; the record at the same place of the other
 // list does.
 TEST_F(FontNamesTest, OwnNameIsFree) {

@@ -93,13 +93,6 @@ TEST_F(FontStoreTest, TakesWholeRecordsAlone) {
   EXPECT_EQ(LoadAndSave(), Records{Deco(u"A")});
 }
 
-TEST_F(FontStoreTest, SortsRecordsByKindAndDropsUnknownOnes) {
-  Record foreign = Deco(u"F");
-  foreign.Put(64, 2);
-  Store({Bar(u"B1"), foreign, Deco(u"D"), Bar(u"B2")});
-  EXPECT_EQ(LoadAndSave(), (Records{Deco(u"D"), Bar(u"B1"), Bar(u"B2")}));
-}
-
 // What the lists show is what is written: decorative fonts give way to barcode fonts.
 TEST_F(FontStoreTest, KeepsSeventyFonts) {
   const struct {

@@ -11,8 +11,6 @@
 namespace kestrel {
 namespace {
 
-using platform::Fault;
-
 class ItemTablesTest : public testing::Test {
  protected:
   ~ItemTablesTest() override {
@@ -216,18 +214,6 @@ TEST_F(ItemTablesTest, NameEachError) {
   machine->desk().ClearShown();
   EXPECT_FALSE(ReportTableError(*session));
   EXPECT_TRUE(machine->desk().History().empty());
-}
-
-TEST_F(ItemTablesTest, LeaveNothingBehindWithoutMemory) {
-  const int heaps = machine->LiveHeaps();
-  for (int n = 1; n <= 2; ++n) {
-    session->pageCount = 0;
-    machine->faults.FailNth(Fault::kAllocation, n);
-    EXPECT_FALSE(Allocate({5, 5})) << n;
-    EXPECT_EQ(session->tableHeap, nullptr);
-    EXPECT_EQ(machine->LiveHeaps(), heaps);
-  }
-  machine->faults.Clear();
 }
 
 }  // namespace
