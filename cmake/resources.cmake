@@ -1,6 +1,8 @@
 # The resource script, compiled and placed in a section of the module's shared object; the platform finds it there.
 file(GLOB RESOURCE_PARTS CONFIGURE_DEPENDS resources/*.rc resources/*.h resources/*.manifest resources/bitmaps/*.bmp)
 find_program(LLVM_RC NAMES llvm-rc llvm-rc-14 REQUIRED)
+# Without clang to preprocess with, llvm-rc makes an empty file and calls it done.
+find_program(RC_PREPROCESSOR NAMES clang clang-14 REQUIRED)
 set(RESOURCE_RES ${CMAKE_BINARY_DIR}/QM610rDRV1.res)
 add_custom_command(
   OUTPUT ${RESOURCE_RES}

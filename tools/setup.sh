@@ -1,11 +1,11 @@
 # Shared by ./run and ./check: the Debian packages they need and the way they build. Source it; it
 # speaks on standard error only.
 
-runPackages=(g++ cmake ninja-build pkg-config llvm libsqlite3-dev libfontconfig-dev
-             libcpp-httplib-dev nlohmann-json3-dev)
-checkPackages=("${runPackages[@]}" git ccache clang clang-format clang-tidy libclang-rt-14-dev
-               g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium
-               fonts-noto-cjk)
+# llvm-rc preprocesses the resource script with clang; the sheet's page needs a Japanese font.
+runPackages=(g++ cmake ninja-build pkg-config llvm clang libsqlite3-dev libfontconfig-dev
+             libcpp-httplib-dev nlohmann-json3-dev fonts-noto-cjk)
+checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
+               g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
 
 say() { printf '%s\n' "$*" >&2; }
 
