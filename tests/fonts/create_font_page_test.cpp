@@ -67,15 +67,6 @@ class CreateFontPageTest : public FontTest {
     FontTest::SetUp();
     FakeLibrary::Install(machine());
   }
-  static Records Many(int deco, int bar) {
-    Records records;
-    for (int i = 0; i < deco; ++i) records.push_back(Deco(u"D" + Digits(i)));
-    for (int i = 0; i < bar; ++i) records.push_back(Bar(u"B" + Digits(i)));
-    return records;
-  }
-  static std::u16string Digits(int number) {
-    return {static_cast<char16_t>(u'0' + number / 10), static_cast<char16_t>(u'0' + number % 10)};
-  }
 };
 
 TEST_F(CreateFontPageTest, ListsNothingAtFirst) {
@@ -100,7 +91,7 @@ TEST_F(CreateFontPageTest, CountsBothKindsToSeventy) {
   expected.push_back(Bar(u"Last"));
   const Records stored =
       Register(addDeco + full + ExpectUsable(kDeco, true) +
-               Steps{Click(kDeco.remove), Answer(u"D00", IDOK), ExpectEnabled(kNew, true),
+               Steps{Click(kDeco.remove), Answer(u"D0", IDOK), ExpectEnabled(kNew, true),
                      Click(kBar.create), Replace(IDC_BAR_FONT_NAME, u"Last"), Click(IDOK)} +
                full);
   ASSERT_EQ(stored.size(), 70u);

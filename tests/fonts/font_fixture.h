@@ -82,6 +82,21 @@ inline Record Bar(std::u16string_view name, int kind = 100) {
 }
 
 using Records = std::vector<Record>;
+
+// Fonts whose names end in their number, from 0.
+inline Record Numbered(const char16_t* prefix, int number, bool barcode) {
+  std::u16string name = prefix;
+  for (char digit : std::to_string(number)) name.push_back(static_cast<char16_t>(digit));
+  return barcode ? Bar(name) : Deco(name);
+}
+
+inline Records Many(int deco, int bar) {
+  Records records;
+  for (int i = 0; i < deco; ++i) records.push_back(Numbered(u"D", i, false));
+  for (int i = 0; i < bar; ++i) records.push_back(Numbered(u"B", i, true));
+  return records;
+}
+
 using support::Steps;
 
 class FontTest : public support::MachineTest {

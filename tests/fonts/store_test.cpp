@@ -37,19 +37,6 @@ class FontStoreTest : public FontTest {
   }
 };
 
-Record Numbered(const char16_t* prefix, int number, bool barcode) {
-  std::u16string name = prefix;
-  for (char digit : std::to_string(number)) name.push_back(static_cast<char16_t>(digit));
-  return barcode ? Bar(name) : Deco(name);
-}
-
-Records Many(int deco, int bar) {
-  Records records;
-  for (int i = 0; i < deco; ++i) records.push_back(Numbered(u"D", i, false));
-  for (int i = 0; i < bar; ++i) records.push_back(Numbered(u"B", i, true));
-  return records;
-}
-
 TEST_F(FontStoreTest, DamagedStoresAreEmpty) {
   const struct {
     const char* what;

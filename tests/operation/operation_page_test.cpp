@@ -232,27 +232,6 @@ TEST_F(OperationPageTest, DescribesTheControlInUse) {
          first});
 }
 
-// The real dialogs of the stand-in: what is set there arrives in the record and the printer part.
-TEST_F(OperationPageTest, AdjustsColourAndHalftone) {
-  StoreBlock(machine(), DefaultBlock());
-  constexpr int kBrightness = platform::halftone::kFirstSlider + 1;
-  const auto slide = [](int position) {
-    return [=](Desk& desk) { EXPECT_TRUE(desk.Slide(kBrightness, position)); };
-  };
-  const PrivateDevMode left = Leave({Click(IDC_OPERATION_COLOR_ADJUST), slide(25), Click(IDOK)});
-  EXPECT_EQ(left.ColorAdjust.caBrightness, 25);
-
-  constexpr int kList = platform::halftone::kFirstList;
-  Leave({Click(IDC_OPERATION_HALFTONE),
-         [](Desk& desk) {
-           EXPECT_TRUE(desk.Select(kList, desk.Control(kList).selection == 0 ? 1 : 0));
-         },
-         Click(IDOK)});
-  const PrinterSettingsPart kept = support::KeptPrinterPart(machine());
-  const PrinterSettingsPart fresh = DefaultBlock().Printer;
-  EXPECT_NE(std::memcmp(&kept.HTInfo, &fresh.HTInfo, sizeof(kept.HTInfo)), 0);
-}
-
 TEST_F(OperationPageTest, ToleratesAMissingHalftoneLibrary) {
   machine().RegisterModule(u"htui.dll", {});
   int modules = 0;

@@ -339,6 +339,7 @@ TEST_F(PropertySheetsTest, KnowTheirSessionsMode) {
   };
   SettingsRecord input = {};
   ASSERT_TRUE(ResolveSettings(&input, nullptr, *printer_, kPrinter, DM_COPY));
+  input.Private.nPrintSpeed = 2;
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     machine().SetOs({.major = c.osMajor});
@@ -351,6 +352,7 @@ TEST_F(PropertySheetsTest, KnowTheirSessionsMode) {
     ASSERT_NE(made, nullptr);
     EXPECT_TRUE(IsValidUiSession(made));
     EXPECT_EQ(made->mode, c.expected);
+    EXPECT_EQ(made->block.Record.Private.nPrintSpeed, 2);  // the application's record
     EXPECT_EQ(made->permission != FALSE, c.permission);
     EXPECT_EQ(made->tableError, kTablesClosed);
     EXPECT_EQ(made->fonts.Loaded, c.expected != kAdvancedSession);
@@ -372,17 +374,6 @@ TEST_F(PropertySheetsTest, AskThePrinterForAMissingName) {
   DestroyUiSession(made);
   EXPECT_EQ(CreateUiSession(static_cast<const DOCUMENTPROPERTYHEADER*>(nullptr)), nullptr);
   EXPECT_EQ(CreateUiSession(static_cast<const DEVICEPROPERTYHEADER*>(nullptr)), nullptr);
-}
-
-TEST_F(PropertySheetsTest, TakeTheApplicationsRecord) {
-  SettingsRecord input = {};
-  ASSERT_TRUE(ResolveSettings(&input, nullptr, *printer_, kPrinter, DM_COPY));
-  input.Private.nPrintSpeed = 2;
-  document.pdmIn = &input.Public;
-  DriverUiData* made = CreateUiSession(&document);
-  ASSERT_NE(made, nullptr);
-  EXPECT_EQ(made->block.Record.Private.nPrintSpeed, 2);
-  DestroyUiSession(made);
 }
 
 TEST_F(PropertySheetsTest, LoadTheBackupNamesOfDocumentAndUserDefaultSessions) {
