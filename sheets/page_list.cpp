@@ -8,13 +8,13 @@
 namespace kestrel {
 namespace {
 
-struct OwnPage {
+struct ListedPage {
   WORD templateId;
   DLGPROC procedure;
   bool inPrinterSheet;
 };
 
-constexpr OwnPage kPages[] = {
+constexpr ListedPage kPages[] = {
     {IDD_VERSION, VersionPageProc, true},         {IDD_PAPER, PaperPageProc, false},
     {IDD_OPERATION, OperationPageProc, false},    {IDD_DEVICE, DevicePageProc, false},
     {IDD_CREATE_FONT, CreateFontPageProc, false}, {IDD_UTILITY, UtilityPageProc, false},
@@ -25,7 +25,7 @@ static_assert(std::size(kPages) <= kPageCapacity);
 
 void BuildPageList(DriverUiData& session, SessionMode mode) {
   session.pageCount = 0;
-  for (const OwnPage& page : kPages) {
+  for (const ListedPage& page : kPages) {
     if (mode == kPrinterSession && !page.inPrinterSheet) continue;
     PageEntry& entry = session.pages[session.pageCount++];
     entry.kind = kPageOwnDialog;
