@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "companions/template_builder.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 namespace companions {
 namespace {

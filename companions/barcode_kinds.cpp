@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 namespace companions {
 namespace {

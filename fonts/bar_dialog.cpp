@@ -8,7 +8,7 @@
 #include "fonts/barcode_library.h"
 #include "fonts/font_names.h"
 #include "fonts/serial_fields.h"
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 #include "paper/paper_info.h"
 #include "resources/resource.h"
 

@@ -9,7 +9,7 @@
 #include "fonts/font_record.h"
 #include "fonts/resident_fonts.h"
 #include "fonts/serial_fields.h"
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 
 namespace kestrel {
 

@@ -3,7 +3,7 @@
 #include "driver/text.h"
 #include "fonts/deco_dialog_data.h"
 #include "fonts/font_sizes.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 #include "resources/resource.h"
 
 namespace kestrel {

@@ -1,6 +1,6 @@
 #include "fonts/deco_dialog_data.h"
 #include "fonts/font_names.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 #include "resources/resource.h"
 
 namespace kestrel {

@@ -4,7 +4,7 @@
 
 #include "driver/drawing.h"
 #include "fonts/deco_dialog_data.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 #include "resources/resource.h"
 
 namespace kestrel {

@@ -2,7 +2,7 @@
 
 #include "fonts/font_names.h"
 #include "fonts/resident_fonts.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 namespace kestrel {
 

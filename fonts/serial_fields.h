@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "paper/numeric_field.h"
+#include "paper/fields/numeric_field.h"
 
 namespace kestrel {
 

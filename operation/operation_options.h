@@ -1,7 +1,7 @@
 // The choices of the operation page and the device settings page.
 #pragma once
 
-#include "paper/option_table.h"
+#include "paper/fields/option_table.h"
 
 namespace kestrel {
 

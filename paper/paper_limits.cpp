@@ -1,6 +1,6 @@
 #include "paper/paper_limits.h"
 
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 namespace kestrel {
 namespace {

@@ -1,7 +1,7 @@
 // The choices of print darkness of a paper.
 #pragma once
 
-#include "paper/option_table.h"
+#include "paper/fields/option_table.h"
 
 namespace kestrel {
 

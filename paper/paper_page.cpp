@@ -2,7 +2,7 @@
 // chosen, and from which papers are registered, edited and deleted.
 #include <commctrl.h>
 
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 #include "paper/paper_page_parts.h"
 #include "paper/paper_table.h"
 #include "paper/preview_draw.h"

@@ -1,6 +1,6 @@
 #include <iterator>
 
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 #include "paper/paper_checks.h"
 #include "paper/paper_page_parts.h"
 #include "paper/paper_table.h"

@@ -1,7 +1,7 @@
 #include <iterator>
 
-#include "paper/help_text.h"
-#include "paper/measured_value.h"
+#include "paper/fields/help_text.h"
+#include "paper/fields/measured_value.h"
 #include "paper/paper_page_parts.h"
 #include "paper/paper_table.h"
 #include "sheets/messages.h"

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "driver/settings_block.h"
-#include "paper/numeric_field.h"
+#include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
 #include "sheets/driver_ui_data.h"
 

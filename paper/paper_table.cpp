@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "driver/text.h"
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 namespace kestrel {
 

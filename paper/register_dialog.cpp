@@ -3,7 +3,7 @@
 #include <commctrl.h>
 
 #include "driver/instance.h"
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 #include "paper/preview_draw.h"
 #include "paper/register_dialog_parts.h"
 

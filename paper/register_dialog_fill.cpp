@@ -1,7 +1,7 @@
 #include <iterator>
 
 #include "driver/text.h"
-#include "paper/option_table.h"
+#include "paper/fields/option_table.h"
 #include "paper/paper_limits.h"
 #include "paper/paper_options.h"
 #include "paper/paper_table.h"

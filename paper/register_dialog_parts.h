@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "paper/numeric_field.h"
+#include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
 #include "sheets/driver_ui_data.h"
 

@@ -2,7 +2,7 @@
 #include <iterator>
 
 #include "driver/text.h"
-#include "paper/option_table.h"
+#include "paper/fields/option_table.h"
 #include "paper/paper_checks.h"
 #include "paper/paper_options.h"
 #include "paper/paper_table.h"

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/desktop/display_list.h"
+#include "platform/desktop/drawing/display_list.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/commdlg_paths.h"
+#include "platform/desktop/libraries/commdlg_paths.h"
 #include "support/test_machine.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Drawing: what a window's list holds afterwards, which objects are left, how wide texts are.
-#include "platform/desktop/gdi.h"
+#include "platform/desktop/drawing/gdi.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/window.h"
+#include "platform/desktop/windows/window.h"
 #include "support/test_machine.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Property sheets through the common property-sheet library: who is told what, and in which order.
-#include "platform/desktop/sheet.h"
+#include "platform/desktop/libraries/sheet.h"
 
 #include <compstui.h>
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/gdi.h"
+#include "platform/desktop/drawing/gdi.h"
 #include "resources/resource.h"
 #include "support/test_machine.h"
 

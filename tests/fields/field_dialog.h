@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "paper/numeric_field.h"
+#include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 

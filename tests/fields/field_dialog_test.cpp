@@ -1,8 +1,8 @@
 // The fields in real dialogs of the driver, edited by a person.
 #include "tests/fields/field_dialog.h"
 
-#include "paper/measured_value.h"
-#include "paper/option_table.h"
+#include "paper/fields/measured_value.h"
+#include "paper/fields/option_table.h"
 
 namespace kestrel {
 namespace {

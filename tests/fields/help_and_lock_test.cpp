@@ -1,7 +1,7 @@
 // The help box and the controls that a dialog locks.
 #include <set>
 
-#include "paper/help_text.h"
+#include "paper/fields/help_text.h"
 #include "tests/fields/field_dialog.h"
 
 namespace kestrel {

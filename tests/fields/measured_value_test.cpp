@@ -1,4 +1,4 @@
-#include "paper/measured_value.h"
+#include "paper/fields/measured_value.h"
 
 #include <gtest/gtest.h>
 

@@ -14,7 +14,7 @@
 #include "files/backup_file.h"
 #include "fonts/barcode_kinds.h"
 #include "fonts/barcode_param.h"
-#include "platform/text.h"
+#include "platform/system/text.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "driver/halftone_info.h"
-#include "platform/text.h"
+#include "platform/system/text.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 

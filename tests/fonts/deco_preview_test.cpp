@@ -1,6 +1,6 @@
 // The two characters that show a decorative font's pitch and size.
 #include "deco_walk.h"
-#include "platform/desktop/gdi.h"
+#include "platform/desktop/drawing/gdi.h"
 
 namespace fonts {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "operation/halftone_ui.h"
-#include "paper/option_table.h"
-#include "platform/desktop/htui_dialog.h"
+#include "paper/fields/option_table.h"
+#include "platform/desktop/libraries/htui_dialog.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 #include "tests/support/settings.h"

@@ -3,7 +3,7 @@
 
 #include <sstream>
 
-#include "platform/desktop/gdi.h"
+#include "platform/desktop/drawing/gdi.h"
 #include "tests/paper/paper_walk.h"
 
 namespace kestrel {

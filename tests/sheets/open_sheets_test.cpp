@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/gdi.h"
+#include "platform/desktop/drawing/gdi.h"
 #include "resources/resource.h"
 #include "sheets/driver_ui_data.h"
 #include "sheets/messages.h"

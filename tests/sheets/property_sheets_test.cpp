@@ -11,7 +11,7 @@
 #include "driver/instance.h"
 #include "driver/resolve_settings.h"
 #include "paper/paper_table.h"
-#include "platform/desktop/sheet.h"
+#include "platform/desktop/libraries/sheet.h"
 #include "resources/resource.h"
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"

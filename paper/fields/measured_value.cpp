@@ -1,0 +1,121 @@
+#include "paper/fields/measured_value.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kestrel {
+namespace {
+
+constexpr bool IsDigit(WCHAR c) { return c >= TEXT('0') && c <= TEXT('9'); }
+
+constexpr int kPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000};
+
+// (value * factor + half) / divisor, computed wide enough for every 32-bit value.
+int Scale(int value, int factor, int half, int divisor) {
+  return static_cast<int>((int64_t{value} * factor + half) / divisor);
+}
+
+// Reads digits from *text on and leaves *text behind them. Wraps as 32-bit arithmetic does.
+uint32_t TakeDigits(const WCHAR*& text) {
+  uint32_t number = 0;
+  for (; IsDigit(*text); ++text) number = number * 10 + static_cast<uint32_t>(*text - TEXT('0'));
+  return number;
+}
+
+// Digits behind the point, exactly this many: missing ones count as zeros, more are dropped.
+uint32_t TakeFraction(const WCHAR* text, int decimals) {
+  uint32_t fraction = 0;
+  for (int i = 0; i < decimals; ++i) {
+    fraction *= 10;
+    if (IsDigit(*text)) fraction += static_cast<uint32_t>(*text++ - TEXT('0'));
+  }
+  return fraction;
+}
+
+int DigitCount(int64_t number) {
+  int digits = 1;
+  for (; number >= 10; number /= 10) ++digits;
+  return digits;
+}
+
+int64_t Magnitude(int value) { return value < 0 ? -int64_t{value} : int64_t{value}; }
+
+}  // namespace
+
+int ConvertMeasure(int value, int from, int to, int dpi) {
+  if (from == kMillimetre && to == kInch) return Scale(value, 1000, 127, 254);
+  if (from == kInch && to == kMillimetre) return Scale(value, 254, 500, 1000);
+  if (dpi <= 0) return value;
+  if (from == kMillimetre && to == kDot) return Scale(value, dpi, 127, 254);
+  if (from == kInch && to == kDot) return Scale(value, dpi, 500, 1000);
+  if (from == kDot && to == kMillimetre) return Scale(value, 254, dpi / 2, dpi);
+  if (from == kDot && to == kInch) return Scale(value, 1000, dpi / 2, dpi);
+  return value;
+}
+
+int DecimalsOf(int unit) {
+  if (unit == kMillimetre) return 1;
+  return unit == kInch ? 3 : 0;
+}
+
+const WCHAR* UnitName(int unit) {
+  switch (unit) {
+    case kMillimetre:
+      return TEXT("mm");
+    case kInch:
+      return TEXT("inch");
+    case kDot:
+      return TEXT("dot");
+    default:
+      return TEXT("");
+  }
+}
+
+int FormatMeasure(WCHAR (&out)[kMeasureTextLength], int value, int unit) {
+  const int decimals = DecimalsOf(unit);
+  int64_t rest = Magnitude(value);
+  WCHAR reversed[kMeasureTextLength];
+  int length = 0;
+  // At least one digit stands before the point.
+  for (int digit = 0; rest > 0 || digit <= decimals; ++digit, rest /= 10) {
+    if (digit == decimals && decimals > 0) reversed[length++] = TEXT('.');
+    reversed[length++] = static_cast<WCHAR>(TEXT('0') + rest % 10);
+  }
+  if (value < 0) reversed[length++] = TEXT('-');
+  std::reverse_copy(reversed, reversed + length, out);
+  out[length] = 0;
+  return length;
+}
+
+int ParseMeasure(const WCHAR* text, int decimals) {
+  if (text == nullptr || decimals < 0 || decimals >= static_cast<int>(std::size(kPowersOfTen))) {
+    return 0;
+  }
+  while (*text == TEXT(' ') || *text == TEXT('\t')) ++text;
+  bool negative = false;
+  if (*text == TEXT('-')) {
+    negative = true;
+    ++text;
+  }
+  // What is left may carry a sign of its own, which holds for the integer part alone.
+  bool wholeNegative = false;
+  if (*text == TEXT('-') || *text == TEXT('+')) wholeNegative = *text++ == TEXT('-');
+  uint32_t whole = TakeDigits(text);
+  if (wholeNegative) whole = 0U - whole;
+  uint32_t number = whole * static_cast<uint32_t>(kPowersOfTen[decimals]);
+  if (*text == TEXT('.')) number += TakeFraction(text + 1, decimals);
+  return static_cast<int>(negative ? 0U - number : number);
+}
+
+int MeasureTextLimit(int minimum, int maximum, int unit) {
+  const int digits = DigitCount(std::max(Magnitude(minimum), Magnitude(maximum)));
+  int limit = digits;
+  if (unit == kMillimetre) {
+    limit = std::max(digits, 2) + 1;
+  } else if (unit == kInch) {
+    limit = std::max(digits, 4) + 1;
+  }
+  return minimum < 0 ? limit + 1 : limit;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,213 @@
+#include "paper/fields/numeric_field.h"
+
+#include <commctrl.h>
+
+#include "driver/instance.h"
+#include "driver/text.h"
+#include "paper/fields/measured_value.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kFieldTextLength = 32;  // units read of a field, terminator included
+constexpr int kMessageLength = 512;
+constexpr int kCaptionLength = 128;
+constexpr int kFilledLength = 1025;  // the most that wsprintfW writes, and its terminator
+
+const NumericField* FieldOfEdit(int dialogId, int edit) {
+  for (const NumericField& field : NumericFieldTable(dialogId)) {
+    if (field.edit == static_cast<uint32_t>(edit)) return &field;
+  }
+  return nullptr;
+}
+
+const NumericField* FieldOfSpin(int dialogId, int spin) {
+  for (const NumericField& field : NumericFieldTable(dialogId)) {
+    if (field.spin == static_cast<uint32_t>(spin)) return &field;
+  }
+  return nullptr;
+}
+
+void ShowValue(HWND dialog, int edit, int value, int unit) {
+  WCHAR text[kMeasureTextLength];
+  FormatMeasure(text, value, unit);
+  SetDlgItemTextW(dialog, edit, text);
+}
+
+void ReadText(HWND dialog, int edit, WCHAR (&text)[kFieldTextLength]) {
+  text[0] = 0;
+  GetDlgItemTextW(dialog, edit, text, kFieldTextLength);
+}
+
+// Typing goes on behind a text that was put back.
+void PutCaretBehind(HWND dialog, int edit) {
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog, edit, text);
+  const WPARAM end = static_cast<WPARAM>(TextLength(text));
+  SendDlgItemMessageW(dialog, edit, EM_SETSEL, end, static_cast<LPARAM>(end));
+}
+
+// Up-down messages with 32-bit values (UDM_SETPOS32 and its like).
+void SetPosition(HWND dialog, int spin, int position) {
+  SendDlgItemMessageW(dialog, spin, UDM_SETPOS32, 0, position);
+}
+
+// A static bound in another unit; a field whose least value is more than nothing never allows
+// nothing.
+int ConvertBound(int bound, int from, int to, int dpi) {
+  const int converted = ConvertMeasure(bound, from, to, dpi);
+  return converted == 0 && bound != 0 ? 1 : converted;
+}
+
+}  // namespace
+
+void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int position, bool attach) {
+  if (attach) {
+    SendDlgItemMessageW(dialog, spin, UDM_SETBUDDY,
+                        reinterpret_cast<WPARAM>(GetDlgItem(dialog, edit)), 0);
+    SendDlgItemMessageW(dialog, spin, UDM_SETBASE, 10, 0);
+  }
+  SendDlgItemMessageW(dialog, spin, UDM_SETRANGE32, static_cast<WPARAM>(minimum), maximum);
+  SetPosition(dialog, spin, position);
+}
+
+void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value, int unit,
+               bool attach) {
+  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  if (field == nullptr) return;
+  if (value < minimum) value = minimum;
+  SetSpin(dialog.window, static_cast<int>(field->spin), edit, minimum, maximum, value, attach);
+  SendDlgItemMessageW(dialog.window, edit, EM_LIMITTEXT,
+                      static_cast<WPARAM>(MeasureTextLimit(minimum, maximum, unit)), 0);
+  // A value above the maximum stays to be seen, and to be found by the range check.
+  ShowValue(dialog.window, edit, value, unit);
+}
+
+int ReadField(FieldDialog dialog, int edit, int unit) {
+  if (NumericFieldTable(dialog.id).empty()) return 0;
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog.window, edit, text);
+  return ParseMeasure(text, DecimalsOf(unit));
+}
+
+void SpinRange(HWND dialog, int spin, int* minimum, int* maximum) {
+  *minimum = 0;
+  *maximum = 0;
+  SendDlgItemMessageW(dialog, spin, UDM_GETRANGE32, reinterpret_cast<WPARAM>(minimum),
+                      reinterpret_cast<LPARAM>(maximum));
+}
+
+int SpinPosition(HWND dialog, int spin) {
+  return static_cast<int>(SendDlgItemMessageW(dialog, spin, UDM_GETPOS32, 0, 0));
+}
+
+RangeSide CheckFieldRange(FieldDialog dialog, int edit, int unit) {
+  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  if (field == nullptr) return kInside;
+  int minimum, maximum;
+  SpinRange(dialog.window, static_cast<int>(field->spin), &minimum, &maximum);
+  const int value = ReadField(dialog, edit, unit);
+  if (value < minimum) return kBelow;
+  return value > maximum ? kAbove : kInside;
+}
+
+void SpinToEdit(FieldDialog dialog, int spin, int unit) {
+  const NumericField* field = FieldOfSpin(dialog.id, spin);
+  if (field == nullptr) return;
+  ShowValue(dialog.window, static_cast<int>(field->edit), SpinPosition(dialog.window, spin), unit);
+}
+
+void ReformatField(FieldDialog dialog, int edit, int unit) {
+  if (FieldOfEdit(dialog.id, edit) == nullptr) return;
+  ShowValue(dialog.window, edit, ReadField(dialog, edit, unit), unit);
+}
+
+void ChangeFieldUnit(FieldDialog dialog, int edit, int oldUnit, int newUnit, int dpi) {
+  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  if (field == nullptr) return;
+  const int value = ConvertMeasure(ReadField(dialog, edit, oldUnit), oldUnit, newUnit, dpi);
+  InitField(dialog, edit, ConvertBound(field->minimum, field->unit, newUnit, dpi),
+            ConvertBound(field->maximum, field->unit, newUnit, dpi), value, newUnit, false);
+}
+
+bool IsMeasureTyping(const WCHAR* text, int unit) {
+  bool started = false;  // a digit or the point was seen
+  bool pointAllowed = unit == kMillimetre || unit == kInch;
+  for (; *text != 0; ++text) {
+    if (*text == TEXT(' ') && !started) continue;
+    if (*text == TEXT('.') && pointAllowed) {
+      pointAllowed = false;
+    } else if (*text < TEXT('0') || *text > TEXT('9')) {
+      return false;
+    }
+    started = true;
+  }
+  return true;
+}
+
+bool IsPlainTyping(const WCHAR* text) {
+  for (; *text != 0; ++text) {
+    if (*text != TEXT('-') && (*text < TEXT('0') || *text > TEXT('9'))) return false;
+  }
+  return true;
+}
+
+bool OnMeasureTyped(FieldDialog dialog, int edit, int unit) {
+  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  if (field == nullptr) return false;
+  const int spin = static_cast<int>(field->spin);
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog.window, edit, text);
+  if (!IsMeasureTyping(text, unit)) {
+    SpinToEdit(dialog, spin, unit);
+    PutCaretBehind(dialog.window, edit);
+    return false;
+  }
+  SetPosition(dialog.window, spin, ParseMeasure(text, DecimalsOf(unit)));
+  return true;
+}
+
+bool OnPlainTyped(FieldDialog dialog, int edit) {
+  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  if (field == nullptr) return false;
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog.window, edit, text);
+  if (IsPlainTyping(text)) return true;
+  // Setting the position anew writes it into the edit (UDS_SETBUDDYINT).
+  const int spin = static_cast<int>(field->spin);
+  SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin));
+  PutCaretBehind(dialog.window, edit);
+  return false;
+}
+
+bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT aboveId, int minimum,
+                 int maximum, int unit) {
+  WCHAR format[kMessageLength + 1];
+  if (LoadStringW(ModuleInstance(), side == kBelow ? belowId : aboveId, format,
+                  kMessageLength + 1) <= 0) {
+    format[0] = 0;
+  }
+  WCHAR bound[kMeasureTextLength];
+  FormatMeasure(bound, side == kBelow ? minimum : maximum, unit);
+  WCHAR text[kFilledLength];
+  if (unit == kMillimetre || unit == kInch || unit == kDot) {
+    wsprintfW(text, format, bound, UnitName(unit));
+  } else {
+    wsprintfW(text, format, bound);
+  }
+  WCHAR caption[kCaptionLength] = {};
+  GetWindowTextW(dialog, caption, kCaptionLength);
+  MessageBoxW(dialog, text, caption, MB_OK | MB_ICONEXCLAMATION);
+  SetFocus(GetDlgItem(dialog, edit));
+  SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
+  return false;
+}
+
+void HideControl(HWND dialog, int control) {
+  HWND window = GetDlgItem(dialog, control);
+  if (window == nullptr) return;
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  EnableWindow(window, FALSE);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,138 @@
+#include "platform/desktop/windows/desk_view.h"
+
+namespace platform {
+
+namespace {
+
+ControlKind KindOfButton(const Window& window) {
+  switch (window.style & BS_TYPEMASK) {
+    case BS_CHECKBOX:
+    case BS_AUTOCHECKBOX:
+    case BS_3STATE:
+    case BS_AUTO3STATE:
+      return ControlKind::kCheckBox;
+    case BS_RADIOBUTTON:
+    case BS_AUTORADIOBUTTON:
+      return ControlKind::kRadio;
+    case BS_GROUPBOX:
+      return ControlKind::kGroupBox;
+    case BS_OWNERDRAW:
+      return ControlKind::kOwnerDraw;
+    default:
+      return ControlKind::kButton;
+  }
+}
+
+ControlKind KindOf(const Window& window) {
+  switch (window.windowClass) {
+    case WindowClass::kButton:
+      return KindOfButton(window);
+    case WindowClass::kEdit:
+      return ControlKind::kEdit;
+    case WindowClass::kComboBox:
+      return ControlKind::kComboBox;
+    case WindowClass::kListBox:
+      return ControlKind::kListBox;
+    case WindowClass::kUpDown:
+      return ControlKind::kUpDown;
+    case WindowClass::kTrackbar:
+      return ControlKind::kTrackbar;
+    default:
+      return (window.style & SS_TYPEMASK) == SS_OWNERDRAW ? ControlKind::kOwnerDraw
+                                                          : ControlKind::kStatic;
+  }
+}
+
+// A focused push button is the one that Enter presses; else the dialog's own default.
+bool IsDefaultNow(const Window& button) {
+  if (!IsPushButton(button)) return false;
+  const WindowPtr focus = FindWindowOf(TheDesktop().focus);
+  if (focus && IsPushButton(*focus) && focus->parent == button.parent) {
+    return focus->handle == button.handle;
+  }
+  const WindowPtr dialog = FindWindowOf(button.parent);
+  return dialog && dialog->dialog && dialog->dialog->defaultId == button.id && button.id != 0;
+}
+
+void DescribePart(const Window& window, ControlView& view) {
+  switch (window.windowClass) {
+    case WindowClass::kEdit:
+      DescribeEdit(window, view);
+      break;
+    case WindowClass::kComboBox:
+    case WindowClass::kListBox:
+      DescribeList(window, view);
+      break;
+    case WindowClass::kUpDown:
+      DescribeUpDown(window, view);
+      break;
+    case WindowClass::kTrackbar:
+      DescribeTrackbar(window, view);
+      break;
+    default:
+      break;
+  }
+}
+
+void AddControls(const Window& window, std::vector<ControlView>& out) {
+  for (HWND child : window.children) {
+    const WindowPtr one = FindWindowOf(child);
+    if (one && one->windowClass != WindowClass::kDialog) out.push_back(ViewOf(*one));
+  }
+}
+
+}  // namespace
+
+ControlView ViewOf(const Window& window) {
+  ControlView view;
+  view.handle = window.handle;
+  view.id = window.id;
+  view.kind = KindOf(window);
+  view.rect = window.rect;
+  view.text = window.text;
+  view.visible = window.visible() && window.width() > 0 && window.height() > 0;
+  view.enabled = window.enabled();
+  view.focused = TheDesktop().focus == window.handle;
+  view.checked = IsChecked(window);
+  view.defaultButton = IsDefaultNow(window);
+  view.tabStop = IsTabStop(window);
+  view.group = (window.style & WS_GROUP) != 0;
+  view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;
+  view.background = window.background;
+  view.drawing = window.drawing;
+  DescribePart(window, view);
+  return view;
+}
+
+WindowView ViewOfWindow(const Window& window) {
+  WindowView view;
+  view.handle = window.handle;
+  view.title = window.text;
+  view.width = window.width();
+  view.height = window.height();
+  view.kind = window.viewKind;
+  view.enabled = window.enabled();
+  view.messageStyle = window.messageStyle;
+  view.drawing = window.drawing;
+  AddControls(window, view.controls);
+  const auto* sheet = StateOf<SheetState>(window);
+  if (sheet == nullptr) return view;
+  sheet->Describe(view);
+  if (const WindowPtr page = FindWindowOf(sheet->ActivePage())) {
+    view.page = std::make_shared<WindowView>(ViewOfWindow(*page));
+  }
+  return view;
+}
+
+HWND ControlOf(HWND top, int id) {
+  const WindowPtr window = FindWindowOf(top);
+  if (!window) return nullptr;
+  if (const auto* sheet = StateOf<SheetState>(*window)) {
+    const WindowPtr page = FindWindowOf(sheet->ActivePage());
+    const HWND found = page ? ChildWithId(*page, id) : nullptr;
+    if (found != nullptr) return found;
+  }
+  return ChildWithId(*window, id);
+}
+
+}  // namespace platform

@@ -1,0 +1,178 @@
+// Windows of the desktop as the platform itself sees them: what window classes, dialogs, property
+// sheets and drawing share. Handles are never used twice, so that a stale one finds nothing.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/desk.h"
+#include "platform/desktop/drawing/display_list.h"
+
+namespace platform {
+
+class Machine;
+
+enum class WindowClass {
+  kDialog,  // dialogs, pages, message boxes, file dialogs, property sheets
+  kButton,
+  kStatic,
+  kEdit,
+  kComboBox,
+  kListBox,
+  kUpDown,
+  kTrackbar
+};
+
+// What a window class keeps for each of its windows beyond Window itself.
+class WindowState {
+ public:
+  virtual ~WindowState() = default;
+};
+
+// What the desk asks of the window of a property sheet (its Window::state).
+class SheetState : public WindowState {
+ public:
+  virtual HWND ActivePage() const = 0;  // null: none shown
+  // Fills tabs, activeTab, applyVisible, applyEnabled, pageWidth and pageHeight.
+  virtual void Describe(WindowView& view) const = 0;
+  // What a person does; each answers whether it could be done.
+  virtual bool Turn(int index) = 0;
+  virtual bool Press(SheetButton button) = 0;
+};
+
+// The dialog side of a window of class kDialog.
+struct DialogData {
+  DLGPROC proc = nullptr;
+  LONG_PTR messageResult = 0;  // DWLP_MSGRESULT
+  LONG_PTR user = 0;           // DWLP_USER
+  int defaultId = 0;           // the default button's id; 0: none
+};
+
+struct Window {
+  HWND handle = nullptr;
+  WindowClass windowClass = WindowClass::kDialog;
+  WNDPROC proc = nullptr;  // GWLP_WNDPROC; never null
+  int id = 0;
+  DWORD style = 0;  // WS_VISIBLE and WS_DISABLED are kept up to date in it
+  DWORD exStyle = 0;
+  RECT rect = {};  // pixels, in the parent's client area; of a top-level window on the screen
+  std::u16string text;
+  WORD titleResource = 0;  // a title that was given as a resource id (pictures)
+  HINSTANCE instance = nullptr;
+  HWND parent = nullptr;       // child windows
+  HWND owner = nullptr;        // top-level windows
+  std::vector<HWND> children;  // in tab order
+  HFONT font = nullptr;
+  LONG_PTR userData = 0;  // GWLP_USERDATA
+  bool redraw = true;     // WM_SETREDRAW
+  bool invalid = true;    // waits for WM_PAINT or WM_DRAWITEM
+  bool erase = true;      // its background waits as well
+  bool destroying = false;
+  // What the window shows. Drawing on a device context of the window appends here; the list is
+  // emptied when its background is erased and before an owner-drawn item is asked to draw.
+  DisplayList drawing;
+  COLORREF background = 0xFFFFFFFF;  // of a static control, as its dialog answered; none asked for
+  HWND lastFocus = nullptr;          // top-level windows: what had the focus when it was left
+  WindowView::Kind viewKind = WindowView::Kind::kDialog;  // top-level windows
+  UINT messageStyle = 0;                                  // message boxes
+  // Modal windows:
+  bool ended = false;
+  bool ownerDisabled = false;  // by this window, to be undone at its end
+  INT_PTR result = 0;
+  INT_PTR cancelResult = IDCANCEL;  // what it ends with when nobody is there
+
+  std::unique_ptr<DialogData> dialog;  // kDialog
+  std::unique_ptr<WindowState> state;
+
+  bool visible() const { return (style & WS_VISIBLE) != 0; }
+  bool enabled() const { return (style & WS_DISABLED) == 0; }
+  int width() const { return rect.right - rect.left; }
+  int height() const { return rect.bottom - rect.top; }
+};
+
+// The window of a handle; null for a handle that is stale or was never one. Held on to while a
+// procedure runs, it outlives its own destruction.
+std::shared_ptr<Window> FindWindowOf(HWND handle);
+
+// A window's state as the class it is known to be of; null when it has none.
+template <typename State>
+State* StateOf(const Window& window) {
+  return dynamic_cast<State*>(window.state.get());
+}
+
+// ---- dialogs ----
+
+// Dialog units to pixels at the fixed base units of 6 × 12 pixels.
+int PixelsAcross(int units);
+int PixelsDown(int units);
+
+// A dialog made from a compiled template (extended or plain form).
+struct DialogRequest {
+  HINSTANCE instance = nullptr;
+  const void* data = nullptr;  // the template
+  size_t size = 0;             // its bytes; nothing behind them is read
+  HWND parent = nullptr;       // owner of a top-level dialog
+  DLGPROC proc = nullptr;
+  LPARAM param = 0;
+  bool page = false;   // becomes a hidden child of parent whatever its style says; no focus is set
+  bool modal = false;  // the owner is disabled before WM_INITDIALOG; RunModal enables it again
+};
+// Creates the dialog with its controls and sends WM_INITDIALOG. Null when the template is damaged
+// or a window cannot be created (nothing is left behind then).
+HWND CreateDialogWindow(const DialogRequest& request);
+// A template's size in pixels and its caption, without creating anything.
+struct TemplateInfo {
+  int width = 0;
+  int height = 0;
+  std::u16string caption;
+};
+bool ReadTemplateInfo(const void* data, size_t size, TemplateInfo& info);
+
+// A top-level window without a template, whose controls are added with CreateWindowExW: message
+// boxes, file dialogs, property sheets. It is a dialog: messages go to its dialog procedure, then
+// to DefDlgProcW. No WM_INITDIALOG is sent. Null when no window can be created.
+struct TopWindowRequest {
+  std::u16string title;
+  int width = 0;  // client area, pixels
+  int height = 0;
+  HWND owner = nullptr;  // a child stands for its top-level window
+  DLGPROC proc = nullptr;
+  WindowView::Kind kind = WindowView::Kind::kDialog;
+  std::unique_ptr<WindowState> state;
+};
+HWND CreateTopWindow(TopWindowRequest request);
+
+// ---- modal windows ----
+
+// Disables the owner, shows and activates the window and handles messages, painting and the user's
+// actions until EndModal or EndDialog is called on it; then destroys it and answers the result. At
+// most one loop a window. With no user it ends as cancelled: a sheet's cancel button, otherwise
+// WM_CLOSE, and cancelResult when that does not end it.
+INT_PTR RunModal(HWND top);
+// Ends a modal window with a result: its owner is enabled, it is hidden, the owner becomes active.
+bool EndModal(HWND top, INT_PTR result);
+
+// Handles what waits: posted messages, then painting. A user's action that consists of several
+// steps settles between them.
+void Settle();
+
+// ---- helpers ----
+
+HWND TopLevelOf(HWND window);
+HWND ActiveTop();            // the window on top of the modal windows; null when none is open
+void ActivateTop(HWND top);  // makes a top-level window the active one and moves the focus into it
+// Whether a window and all above it are visible (enabled).
+bool IsShown(HWND window);
+bool IsReachable(HWND window);
+// Sends WM_COMMAND with a notification code of a control to its parent.
+void NotifyCommand(const Window& control, UINT code);
+void InvalidateWindow(Window& window, bool erase);
+
+// The desk of a machine; Machine::desk() makes one on first use.
+std::unique_ptr<Desk> MakeDesk();
+
+}  // namespace platform

@@ -1,0 +1,143 @@
+// Drives, directories and the files on them.
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSlash(char16_t c) { return c == u'\\' || c == u'/'; }
+bool IsLetter(char16_t c) { return FoldUnit(c) >= u'A' && FoldUnit(c) <= u'Z'; }
+
+// The entry of a folder that bears a name, letter case ignored; the name as given when there is
+// none.
+fs::path EntryOf(const fs::path& folder, std::u16string_view part) {
+  fs::path exact = folder / ToUtf8(part);
+  struct stat information;
+  if (lstat(exact.c_str(), &information) == 0) return exact;
+  std::error_code failed;
+  for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end;
+       entry.increment(failed)) {
+    if (EqualIgnoringCase(ToUtf16(entry->path().filename().native()), part)) return entry->path();
+  }
+  return exact;
+}
+
+// The parts of a path without a drive; "..", never above the first.
+std::vector<std::u16string_view> PartsOf(std::u16string_view path) {
+  std::vector<std::u16string_view> parts;
+  while (!path.empty()) {
+    size_t end = 0;
+    while (end < path.size() && !IsSlash(path[end])) ++end;
+    const std::u16string_view part = path.substr(0, end);
+    path.remove_prefix(end < path.size() ? end + 1 : end);
+    if (part == u"..") {
+      if (!parts.empty()) parts.pop_back();
+    } else if (!part.empty() && part != u".") {
+      parts.push_back(part);
+    }
+  }
+  return parts;
+}
+
+}  // namespace
+
+fs::path DriveFolder(const fs::path& state, char16_t drive) {
+  const char16_t upper = FoldUnit(drive);
+  if (upper == u'Z') return "/";
+  return state / (std::string("drive_") + static_cast<char>(upper + ('a' - 'A')));
+}
+
+fs::path Machine::HostPath(std::u16string_view path) const {
+  path = path.substr(0, path.find(u'\0'));
+  fs::path host;
+  if (path.size() >= 2 && IsLetter(path[0]) && path[1] == u':') {
+    host = DriveFolder(impl_->state, path[0]);
+    path.remove_prefix(2);
+  } else if (path.size() >= 2 && IsSlash(path[0]) && IsSlash(path[1])) {
+    host = impl_->state / "network";  // other computers: there are none
+  } else if (!path.empty() && IsSlash(path[0])) {
+    host = DriveFolder(impl_->state, u'C');
+  } else {
+    std::error_code failed;
+    host = fs::current_path(failed);
+  }
+  for (const std::u16string_view part : PartsOf(path)) host = EntryOf(host, part);
+  return host;
+}
+
+std::u16string Machine::WindowsPath(const fs::path& hostPath) const {
+  std::error_code failed;
+  fs::path absolute = fs::absolute(hostPath, failed).lexically_normal();
+  const fs::path drive = DriveFolder(impl_->state, u'C');
+  const fs::path below = absolute.lexically_relative(drive);
+  const bool onDrive = !below.empty() && *below.begin() != "..";
+  std::u16string path = onDrive ? u"C:" : u"Z:";
+  const fs::path relative = onDrive ? below : absolute.relative_path();
+  for (const fs::path& part : relative) {
+    if (part == "." || part.empty()) continue;
+    path += u'\\';
+    path += ToUtf16(part.native());
+  }
+  return path.size() == 2 ? path + u'\\' : path;
+}
+
+std::u16string Machine::windowsDirectory() const { return u"C:\\WINDOWS"; }
+std::u16string Machine::systemDirectory() const { return u"C:\\WINDOWS\\system32"; }
+std::u16string Machine::driverDirectory() const {
+  return u"C:\\WINDOWS\\system32\\spool\\drivers\\w32x86";
+}
+
+void Machine::WriteFile(std::u16string_view windowsPath, std::string_view bytes) {
+  const fs::path file = HostPath(windowsPath);
+  fs::create_directories(file.parent_path());
+  const std::lock_guard lock(impl_->profiles.mutex);
+  impl_->profiles.ForgetAll();
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!out.flush()) throw std::runtime_error("cannot write " + file.string());
+}
+
+std::optional<std::string> Machine::ReadFile(std::u16string_view windowsPath) const {
+  const fs::path file = HostPath(windowsPath);
+  std::error_code failed;
+  std::ifstream in(file, std::ios::binary);
+  if (!in || !fs::is_regular_file(file, failed)) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+}  // namespace platform
+
+using namespace platform;
+
+namespace {
+
+UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
+  if (out == nullptr || size <= directory.size()) return static_cast<UINT>(directory.size() + 1);
+  CopyTerminated(directory, out, size);
+  return static_cast<UINT>(directory.size());
+}
+
+UINT AnswerDirectory(const std::u16string& directory, LPSTR out, UINT size) {
+  const std::string bytes = ToCp932(directory);
+  if (out == nullptr || size <= bytes.size()) return static_cast<UINT>(bytes.size() + 1);
+  out[bytes.copy(out, size - 1)] = 0;
+  return static_cast<UINT>(bytes.size());
+}
+
+}  // namespace
+
+UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size) {
+  return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);
+}
+UINT WINAPI GetSystemDirectoryA(LPSTR directory, UINT size) {
+  return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);
+}
+UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size) {
+  return AnswerDirectory(Machine::Current().windowsDirectory(), directory, size);
+}

@@ -1,0 +1,238 @@
+#include "platform/machine.h"
+
+#include <fontconfig/fontconfig.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <set>
+#include <stdexcept>
+
+#include "platform/desktop/windows/window.h"
+#include "platform/system/heap.h"
+#include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
+
+namespace platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The computers alive, the last made last.
+struct Computers {
+  std::mutex mutex;
+  std::vector<Machine*> alive;
+  std::atomic<Machine*> current = nullptr;
+};
+Computers& All() {
+  static Computers computers;
+  return computers;
+}
+
+void Enter(Machine* machine) {
+  const std::lock_guard lock(All().mutex);
+  All().alive.push_back(machine);
+  All().current = machine;
+}
+
+void Leave(Machine* machine) {
+  const std::lock_guard lock(All().mutex);
+  std::erase(All().alive, machine);
+  All().current = All().alive.empty() ? nullptr : All().alive.back();
+}
+
+fs::path TemporaryDirectory() {
+  std::string name = (fs::temp_directory_path() / "computer-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
+  return name;
+}
+
+// The directory as the database and the drives use it; made when missing.
+fs::path Prepared(const fs::path& directory) {
+  std::error_code failed;
+  fs::create_directories(directory, failed);
+  if (failed || !fs::is_directory(directory)) {
+    throw std::runtime_error("The state directory " + directory.string() + " cannot be created" +
+                             (failed ? ": " + failed.message() : std::string()) +
+                             "; name a directory that can be written.");
+  }
+  return fs::canonical(directory);
+}
+
+std::vector<std::u16string> SystemFontFamilies() {
+  std::set<std::u16string> families;
+  // A configuration of its own, so that nothing of it is left in the process.
+  FcConfig* config = FcInitLoadConfigAndFonts();
+  if (config == nullptr) return {};
+  FcPattern* pattern = FcPatternCreate();
+  FcObjectSet* wanted = FcObjectSetBuild(FC_FAMILY, nullptr);
+  FcFontSet* fonts = FcFontList(config, pattern, wanted);
+  for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
+    FcChar8* family = nullptr;
+    for (int n = 0; FcPatternGetString(fonts->fonts[i], FC_FAMILY, n, &family) == FcResultMatch;
+         ++n) {
+      families.insert(ToUtf16(reinterpret_cast<const char*>(family)));
+    }
+  }
+  if (fonts != nullptr) FcFontSetDestroy(fonts);
+  FcObjectSetDestroy(wanted);
+  FcPatternDestroy(pattern);
+  FcConfigDestroy(config);
+  return {families.begin(), families.end()};
+}
+
+}  // namespace
+
+Machine::Impl::Impl(fs::path stateDirectory, bool isTemporary)
+    : state(std::move(stateDirectory)),
+      temporary(isTemporary),
+      store(isTemporary ? fs::path() : state / "computer.sqlite"),
+      heapsBefore(PrivateHeaps()),
+      blocksBefore(HeapBlockCount()) {
+  fs::create_directories(DriveFolder(state, u'C') / "WINDOWS/system32/spool/drivers/w32x86/3");
+}
+
+Machine::Impl::~Impl() {
+  if (!temporary) return;
+  std::error_code ignored;
+  fs::remove_all(state, ignored);
+}
+
+Machine::Machine() = default;
+
+Machine::~Machine() {
+  if (impl_ != nullptr) {
+    // A module's detach and a window's end still find their own computer.
+    impl_->desk.reset();
+    impl_->modules.UnloadAll();
+  }
+  Leave(this);
+}
+
+std::unique_ptr<Machine> Machine::Create() {
+  std::unique_ptr<Machine> machine(new Machine);
+  machine->impl_ = std::make_unique<Impl>(TemporaryDirectory(), true);
+  Enter(machine.get());
+  return machine;
+}
+
+std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
+  const fs::path state = Prepared(stateDirectory);
+  std::unique_ptr<Machine> machine(new Machine);
+  try {
+    machine->impl_ = std::make_unique<Impl>(state, false);
+  } catch (const std::exception& reason) {
+    throw std::runtime_error("The state directory " + state.string() +
+                             " cannot be used: " + reason.what() +
+                             "; name another one, or move its computer.sqlite away.");
+  }
+  Enter(machine.get());
+  return machine;
+}
+
+Machine& Machine::Current() {
+  if (Machine* machine = All().current) return *machine;
+  static const std::unique_ptr<Machine> fallback = [] {
+    std::unique_ptr<Machine> machine(new Machine);
+    machine->impl_ = std::make_unique<Impl>(TemporaryDirectory(), true);
+    return machine;
+  }();
+  return *fallback;
+}
+
+// ---- what the computer is ----
+
+OsVersion Machine::os() const { return impl_->store.ReadFacts().os; }
+
+void Machine::SetOs(const OsVersion& os) {
+  impl_->store.ChangeFacts([&os](Facts& facts) { facts.os = os; });
+}
+
+bool Machine::administrator() const { return impl_->store.ReadFacts().administrator; }
+
+void Machine::SetAdministrator(bool yes) {
+  impl_->store.ChangeFacts([yes](Facts& facts) { facts.administrator = yes; });
+}
+
+std::u16string Machine::executablePath() const { return impl_->store.ReadFacts().executablePath; }
+
+void Machine::SetExecutablePath(std::u16string path) {
+  impl_->store.ChangeFacts([&path](Facts& facts) { facts.executablePath = path; });
+}
+
+// ---- modules ----
+
+void Machine::RegisterModule(std::u16string_view fileName, EntryPoints entries) {
+  impl_->modules.Register(fileName, std::move(entries));
+}
+
+void Machine::UnregisterModule(std::u16string_view fileName) {
+  impl_->modules.Unregister(fileName);
+}
+
+void Machine::InstallModule(std::u16string_view windowsPath, const fs::path& sharedObject) {
+  const fs::path link = HostPath(windowsPath);
+  const fs::path target = fs::absolute(sharedObject);
+  std::error_code none;
+  if (fs::read_symlink(link, none) == target) return;
+  // Other processes load the module meanwhile: there is a link at every moment.
+  fs::path beside = link;
+  beside += "." + std::to_string(getpid());
+  fs::create_directories(link.parent_path());
+  fs::remove(beside);
+  fs::create_symlink(target, beside);
+  fs::rename(beside, link);
+}
+
+int Machine::OpenModules() const { return impl_->modules.References(); }
+
+// ---- what tests and hosts look at ----
+
+int Machine::OpenPrinterHandles() const { return impl_->printerHandles.Size(); }
+int Machine::OpenRegistryKeys() const { return impl_->registryHandles.Size(); }
+int Machine::LiveHeaps() const { return PrivateHeaps() - impl_->heapsBefore; }
+int Machine::LiveAllocations() const { return HeapBlockCount() - impl_->blocksBefore; }
+
+std::vector<Broadcast> Machine::Broadcasts() const {
+  const std::lock_guard lock(impl_->mutex);
+  return impl_->broadcasts;
+}
+
+std::vector<ShellCall> Machine::ShellCalls() const {
+  const std::lock_guard lock(impl_->mutex);
+  return impl_->shellCalls;
+}
+
+void Machine::RecordBroadcast(Broadcast broadcast) {
+  const std::lock_guard lock(impl_->mutex);
+  impl_->broadcasts.push_back(std::move(broadcast));
+}
+
+void Machine::RecordShellCall(ShellCall call) {
+  const std::lock_guard lock(impl_->mutex);
+  impl_->shellCalls.push_back(std::move(call));
+}
+
+void Machine::SetInstalledFontFamilies(std::vector<std::u16string> families) {
+  const std::lock_guard lock(impl_->mutex);
+  impl_->fonts = std::move(families);
+  impl_->fontsKnown = true;
+}
+
+std::vector<std::u16string> Machine::InstalledFontFamilies() const {
+  const std::lock_guard lock(impl_->mutex);
+  if (!impl_->fontsKnown) {
+    impl_->fonts = SystemFontFamilies();
+    impl_->fontsKnown = true;
+  }
+  return impl_->fonts;
+}
+
+Desk& Machine::desk() {
+  const std::lock_guard lock(impl_->mutex);
+  if (impl_->desk == nullptr) impl_->desk = MakeDesk();
+  return *impl_->desk;
+}
+
+}  // namespace platform

@@ -1,0 +1,286 @@
+#include "platform/system/modules.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+#include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
+
+namespace platform {
+namespace {
+
+std::map<std::u16string, Machine::EntryPoints>& BuiltIns() {
+  static std::map<std::u16string, Machine::EntryPoints> modules;
+  return modules;
+}
+
+// The instance of the running program itself.
+int programInstance = 0;
+HMODULE Program() { return reinterpret_cast<HMODULE>(&programInstance); }
+
+std::u16string_view FileNameOf(std::u16string_view path) {
+  const size_t cut = path.find_last_of(u"\\/:");
+  return cut == std::u16string_view::npos ? path : path.substr(cut + 1);
+}
+
+// A name without an extension stands for a ".dll"; a final dot says that there is none.
+std::u16string Completed(std::u16string_view name) {
+  std::u16string completed(name);
+  if (FileNameOf(name).find(u'.') == std::u16string_view::npos) completed += u".dll";
+  if (completed.back() == u'.') completed.pop_back();
+  return completed;
+}
+
+// Where a name may lie: itself when it names a folder, else the folders of the search.
+std::vector<std::filesystem::path> Places(const std::u16string& name) {
+  const Machine& machine = Machine::Current();
+  if (FileNameOf(name).size() != name.size()) return {machine.HostPath(name)};
+  std::vector<std::filesystem::path> places;
+  for (const std::u16string& folder :
+       {machine.driverDirectory() + u"\\3", machine.driverDirectory(), machine.systemDirectory(),
+        machine.windowsDirectory()}) {
+    places.push_back(machine.HostPath(folder + u'\\' + name));
+  }
+  return places;
+}
+
+using DllMainProc = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
+DllMainProc DllMainOf(void* library) {
+  return reinterpret_cast<DllMainProc>(dlsym(library, "DllMain"));
+}
+
+}  // namespace
+
+bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries) {
+  BuiltIns()[FoldCase(fileName)] = std::move(entries);
+  return true;
+}
+
+void ModuleTable::UnloadAll() {
+  const std::lock_guard lock(mutex_);
+  while (!modules_.empty()) {
+    const std::unique_ptr<LoadedModule> module = std::move(modules_.back());
+    modules_.pop_back();
+    Unload(*module);
+  }
+}
+
+void ModuleTable::Register(std::u16string_view fileName, Machine::EntryPoints entries) {
+  const std::lock_guard lock(mutex_);
+  registered_[FoldCase(FileNameOf(fileName))] = std::move(entries);
+}
+
+void ModuleTable::Unregister(std::u16string_view fileName) {
+  const std::lock_guard lock(mutex_);
+  registered_.erase(FoldCase(FileNameOf(fileName)));
+}
+
+HMODULE ModuleTable::Keep(std::unique_ptr<LoadedModule> module) {
+  modules_.push_back(std::move(module));
+  return reinterpret_cast<HMODULE>(modules_.back().get());
+}
+
+HMODULE ModuleTable::LoadRegistered(std::u16string_view name, const Machine::EntryPoints& entries) {
+  const std::u16string path =
+      FileNameOf(name).size() == name.size()
+          ? Machine::Current().systemDirectory() + u'\\' + std::u16string(name)
+          : std::u16string(name);
+  for (const auto& module : modules_) {
+    if (module->file.empty() && EqualIgnoringCase(module->path, path)) {
+      ++module->references;
+      return reinterpret_cast<HMODULE>(module.get());
+    }
+  }
+  auto module = std::make_unique<LoadedModule>();
+  module->path = path;
+  module->entries = entries;
+  module->references = 1;
+  return Keep(std::move(module));
+}
+
+HMODULE ModuleTable::LoadSharedObject(const std::filesystem::path& file) {
+  for (const auto& module : modules_) {
+    if (module->file == file) {
+      ++module->references;
+      return reinterpret_cast<HMODULE>(module.get());
+    }
+  }
+  void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) {
+    SetLastError(ERROR_BAD_EXE_FORMAT);
+    return nullptr;
+  }
+  auto module = std::make_unique<LoadedModule>();
+  module->path = Machine::Current().WindowsPath(file);
+  module->file = file;
+  module->library = library;
+  module->references = 1;
+  const HMODULE handle = Keep(std::move(module));
+  const DllMainProc main = DllMainOf(library);
+  if (main != nullptr && !main(handle, DLL_PROCESS_ATTACH, nullptr)) {
+    modules_.erase(std::find_if(modules_.begin(), modules_.end(), [handle](const auto& kept) {
+      return reinterpret_cast<HMODULE>(kept.get()) == handle;
+    }));
+    dlclose(library);
+    SetLastError(ERROR_DLL_INIT_FAILED);
+    return nullptr;
+  }
+  return handle;
+}
+
+HMODULE ModuleTable::Load(std::u16string_view given) {
+  const std::lock_guard lock(mutex_);
+  const std::u16string name = Completed(given);
+  const std::u16string fileName = FoldCase(FileNameOf(name));
+  if (const auto found = registered_.find(fileName); found != registered_.end()) {
+    return LoadRegistered(name, found->second);
+  }
+  for (const std::filesystem::path& place : Places(name)) {
+    std::error_code failed;
+    if (std::filesystem::is_regular_file(place, failed)) return LoadSharedObject(place);
+  }
+  if (const auto found = BuiltIns().find(fileName); found != BuiltIns().end()) {
+    return LoadRegistered(name, found->second);
+  }
+  SetLastError(ERROR_MOD_NOT_FOUND);
+  return nullptr;
+}
+
+void ModuleTable::Unload(LoadedModule& module) {
+  if (module.library == nullptr) return;
+  const DllMainProc main = DllMainOf(module.library);
+  if (main != nullptr) {
+    main(reinterpret_cast<HMODULE>(&module), DLL_PROCESS_DETACH, nullptr);
+  }
+  dlclose(module.library);
+}
+
+bool ModuleTable::Free(HMODULE handle) {
+  const std::lock_guard lock(mutex_);
+  LoadedModule* module = Get(handle);
+  if (module == nullptr) return false;
+  if (--module->references > 0) return true;
+  const auto kept = std::find_if(modules_.begin(), modules_.end(),
+                                 [module](const auto& other) { return other.get() == module; });
+  const std::unique_ptr<LoadedModule> last = std::move(*kept);
+  modules_.erase(kept);
+  Unload(*last);
+  return true;
+}
+
+LoadedModule* ModuleTable::Get(HMODULE handle) const {
+  const auto found = std::find_if(modules_.begin(), modules_.end(), [handle](const auto& module) {
+    return reinterpret_cast<HMODULE>(module.get()) == handle;
+  });
+  return found == modules_.end() ? nullptr : found->get();
+}
+
+HMODULE ModuleTable::Find(std::u16string_view given) const {
+  const std::lock_guard lock(mutex_);
+  const std::u16string name = Completed(given);
+  for (const auto& module : modules_) {
+    if (EqualIgnoringCase(module->path, name) ||
+        EqualIgnoringCase(FileNameOf(module->path), name)) {
+      return reinterpret_cast<HMODULE>(module.get());
+    }
+  }
+  return nullptr;
+}
+
+FARPROC ModuleTable::Entry(HMODULE handle, LPCSTR name) const {
+  const std::lock_guard lock(mutex_);
+  const LoadedModule* module = Get(handle);
+  if (module == nullptr || IS_INTRESOURCE(name)) return nullptr;
+  if (module->library != nullptr) return reinterpret_cast<FARPROC>(dlsym(module->library, name));
+  const auto found = module->entries.find(name);
+  return found == module->entries.end() ? nullptr : found->second;
+}
+
+std::u16string ModuleTable::Path(HMODULE handle) const {
+  const std::lock_guard lock(mutex_);
+  const LoadedModule* module = Get(handle);
+  return module == nullptr ? std::u16string() : module->path;
+}
+
+const ResourceTable* ModuleTable::Resources(HMODULE handle) const {
+  const std::lock_guard lock(mutex_);
+  LoadedModule* module = Get(handle);
+  if (module == nullptr || module->file.empty()) return nullptr;
+  if (module->resources == nullptr) {
+    module->resources = std::make_unique<ResourceTable>(module->file);
+  }
+  return module->resources.get();
+}
+
+int ModuleTable::References() const {
+  const std::lock_guard lock(mutex_);
+  int sum = 0;
+  for (const auto& module : modules_) sum += module->references;
+  return sum;
+}
+
+}  // namespace platform
+
+using namespace platform;
+
+HMODULE WINAPI LoadLibraryW(LPCWSTR fileName) {
+  Machine& machine = Machine::Current();
+  if (machine.faults.Strike(Fault::kModule) || fileName == nullptr || *fileName == 0) {
+    SetLastError(ERROR_MOD_NOT_FOUND);
+    return nullptr;
+  }
+  return machine.impl().modules.Load(fileName);
+}
+
+BOOL WINAPI FreeLibrary(HMODULE module) {
+  if (Machine::Current().impl().modules.Free(module)) return TRUE;
+  SetLastError(ERROR_INVALID_HANDLE);
+  return FALSE;
+}
+
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
+  Machine& machine = Machine::Current();
+  const FARPROC entry =
+      machine.faults.Strike(Fault::kModule) ? nullptr : machine.impl().modules.Entry(module, name);
+  if (entry == nullptr) SetLastError(ERROR_PROC_NOT_FOUND);
+  return entry;
+}
+
+HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
+  if (name == nullptr) return Program();
+  const HMODULE module = Machine::Current().impl().modules.Find(name);
+  if (module == nullptr) SetLastError(ERROR_MOD_NOT_FOUND);
+  return module;
+}
+
+DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
+  Machine& machine = Machine::Current();
+  const bool program = module == nullptr || module == Program();
+  const std::u16string path =
+      program ? machine.executablePath() : machine.impl().modules.Path(module);
+  if (path.empty() || fileName == nullptr || size == 0) {
+    SetLastError(path.empty() ? ERROR_MOD_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
+    return 0;
+  }
+  CopyTerminated(path, fileName, size);
+  if (path.size() < size) return static_cast<DWORD>(path.size());
+  SetLastError(ERROR_INSUFFICIENT_BUFFER);
+  return size;
+}
+
+// The module's manifest names the newest common controls; the stand-in has no others.
+HANDLE WINAPI CreateActCtxW(PCACTCTXW context) {
+  if (context != nullptr && context->cbSize >= sizeof(ULONG)) {
+    return reinterpret_cast<HANDLE>(&programInstance);
+  }
+  SetLastError(ERROR_INVALID_PARAMETER);
+  return INVALID_HANDLE_VALUE;
+}
+BOOL WINAPI ActivateActCtx(HANDLE, ULONG_PTR* cookie) {
+  if (cookie == nullptr) return FALSE;
+  *cookie = 1;
+  return TRUE;
+}
+BOOL WINAPI DeactivateActCtx(DWORD, ULONG_PTR) { return TRUE; }
+void WINAPI ReleaseActCtx(HANDLE) {}

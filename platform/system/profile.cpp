@@ -1,0 +1,200 @@
+// The profile-file functions in their byte form (code page 932) and their UTF-16 form.
+#include "platform/system/profile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+#include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
+
+using namespace platform;
+
+namespace {
+
+using Encoding = ProfileDocument::Encoding;
+
+// What differs between the two forms: how a caller's texts become those of a document and back.
+struct ByteForm {
+  using Char = char;
+  static std::u16string Path(const char* path) { return FromCp932(path); }
+  static std::optional<std::string> In(const char* text, Encoding encoding) {
+    return encoding == Encoding::kCp932 ? std::string(text) : ToUtf8(FromCp932(text));
+  }
+  static std::string Out(std::string text, Encoding encoding) {
+    return encoding == Encoding::kCp932 ? text : ToCp932(ToUtf16(text));
+  }
+  static size_t Whole(const std::string& text, size_t limit) { return WholeCp932(text, limit); }
+};
+
+struct WideForm {
+  using Char = WCHAR;
+  static std::u16string Path(const WCHAR* path) { return path; }
+  // Nothing when a document in code page 932 cannot hold the text.
+  static std::optional<std::string> In(const WCHAR* text, Encoding encoding) {
+    if (encoding != Encoding::kCp932) return ToUtf8(text);
+    bool lossless = true;
+    std::string bytes = ToCp932(text, &lossless);
+    if (!lossless) return std::nullopt;
+    return bytes;
+  }
+  static std::u16string Out(const std::string& text, Encoding encoding) {
+    return encoding == Encoding::kCp932 ? FromCp932(text) : ToUtf16(text);
+  }
+  static size_t Whole(const std::u16string& text, size_t limit) {
+    return std::min(text.size(), limit);
+  }
+};
+
+// A bare file name lies in the Windows directory.
+std::filesystem::path FileOf(std::u16string path) {
+  const Machine& machine = Machine::Current();
+  if (path.find_first_of(u"\\/:") == std::u16string::npos) {
+    path = machine.windowsDirectory() + u'\\' + path;
+  }
+  return machine.HostPath(path);
+}
+
+// The answer of a reading call, copied under the cache's lock.
+template <typename Form>
+struct Answer {
+  std::basic_string<typename Form::Char> text;
+  std::vector<std::basic_string<typename Form::Char>> list;
+  bool found = false;
+};
+
+template <typename Form>
+Answer<Form> Look(const typename Form::Char* section, const typename Form::Char* key,
+                  const typename Form::Char* fileName) {
+  Answer<Form> answer;
+  Machine& machine = Machine::Current();
+  if (machine.faults.Strike(Fault::kFile)) return answer;
+  const std::filesystem::path file = FileOf(Form::Path(fileName));
+  ProfileCache& cache = machine.impl().profiles;
+  const std::lock_guard lock(cache.mutex);
+  const ProfileDocument* document = cache.Read(file);
+  if (document == nullptr) return answer;
+  const Encoding encoding = document->encoding();
+  if (section == nullptr || key == nullptr) {
+    const auto name = section == nullptr ? std::string() : Form::In(section, encoding);
+    if (!name) return answer;
+    for (std::string& each : section == nullptr ? document->Sections() : document->Keys(*name)) {
+      answer.list.push_back(Form::Out(std::move(each), encoding));
+    }
+    answer.found = !answer.list.empty();
+    return answer;
+  }
+  const auto sectionName = Form::In(section, encoding);
+  const auto keyName = Form::In(key, encoding);
+  if (!sectionName || !keyName) return answer;
+  if (auto value = document->Value(*sectionName, *keyName)) {
+    answer.text = Form::Out(std::move(*value), encoding);
+    answer.text.resize(std::min(answer.text.size(), answer.text.find(typename Form::Char{0})));
+    answer.found = true;
+  }
+  return answer;
+}
+
+// The names one after another, each terminated, and one more terminator.
+template <typename Form>
+DWORD CopyList(const Answer<Form>& answer, typename Form::Char* out, DWORD size) {
+  std::basic_string<typename Form::Char> all;
+  for (const auto& name : answer.list) {
+    all += name;
+    all.push_back(0);
+  }
+  if (size < 2) {
+    out[0] = 0;
+    return 0;
+  }
+  const size_t count = all.size() < size ? all.size() : Form::Whole(all, size - 2);
+  std::copy_n(all.data(), count, out);
+  out[count] = 0;
+  if (all.size() < size) return static_cast<DWORD>(count);
+  std::fill(out + count, out + size, typename Form::Char{0});
+  return size - 2;
+}
+
+template <typename Form>
+DWORD Get(const typename Form::Char* section, const typename Form::Char* key,
+          const typename Form::Char* fallback, typename Form::Char* out, DWORD size,
+          const typename Form::Char* fileName) {
+  using Text = std::basic_string<typename Form::Char>;
+  if (out == nullptr || size == 0 || fileName == nullptr) return 0;
+  const Answer<Form> answer = Look<Form>(section, key, fileName);
+  if (!answer.found) SetLastError(ERROR_FILE_NOT_FOUND);
+  if (section == nullptr || key == nullptr) return CopyList(answer, out, size);
+  Text text = answer.text;
+  if (!answer.found && fallback != nullptr) {
+    text = fallback;
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+  }
+  const size_t count = Form::Whole(text, size - 1);
+  std::copy_n(text.data(), count, out);
+  out[count] = 0;
+  return static_cast<DWORD>(count);
+}
+
+template <typename Form>
+bool Change(ProfileDocument& document, const typename Form::Char* section,
+            const typename Form::Char* key, const typename Form::Char* value) {
+  const Encoding encoding = document.encoding();
+  const auto sectionName = Form::In(section, encoding);
+  if (!sectionName) return false;
+  if (key == nullptr) {
+    document.RemoveSection(*sectionName);
+    return true;
+  }
+  const auto keyName = Form::In(key, encoding);
+  if (!keyName) return false;
+  if (value == nullptr) {
+    document.RemoveKey(*sectionName, *keyName);
+    return true;
+  }
+  // A value may lose what code page 932 cannot hold; a name may not.
+  if constexpr (std::is_same_v<Form, WideForm>) {
+    document.Set(*sectionName, *keyName,
+                 encoding == Encoding::kCp932 ? ToCp932(value) : ToUtf8(value));
+  } else {
+    document.Set(*sectionName, *keyName, *Form::In(value, encoding));
+  }
+  return true;
+}
+
+template <typename Form>
+BOOL Put(const typename Form::Char* section, const typename Form::Char* key,
+         const typename Form::Char* value, const typename Form::Char* fileName) {
+  if (section == nullptr || fileName == nullptr) return FALSE;  // nothing waits to be written
+  Machine& machine = Machine::Current();
+  bool done = false;
+  if (!machine.faults.Strike(Fault::kFile)) {
+    const std::filesystem::path file = FileOf(Form::Path(fileName));
+    ProfileCache& cache = machine.impl().profiles;
+    const std::lock_guard lock(cache.mutex);
+    ProfileDocument* document = cache.ReadOrNew(file);
+    done = document != nullptr && Change<Form>(*document, section, key, value) && cache.Write(file);
+  }
+  if (!done) SetLastError(ERROR_ACCESS_DENIED);
+  return done;
+}
+
+}  // namespace
+
+DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
+                                      LPWSTR returned, DWORD size, LPCWSTR fileName) {
+  return Get<WideForm>(section, key, fallback, returned, size, fileName);
+}
+
+DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR returned,
+                                      DWORD size, LPCSTR fileName) {
+  return Get<ByteForm>(section, key, fallback, returned, size, fileName);
+}
+
+BOOL WINAPI WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value,
+                                       LPCWSTR fileName) {
+  return Put<WideForm>(section, key, value, fileName);
+}
+
+BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR fileName) {
+  return Put<ByteForm>(section, key, value, fileName);
+}

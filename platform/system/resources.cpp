@@ -1,0 +1,200 @@
+#include "platform/system/resources.h"
+
+#include <elf.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <optional>
+
+#include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
+
+namespace platform {
+namespace {
+
+// Reads a structure at an offset; nothing when it does not lie inside.
+template <typename T>
+std::optional<T> At(Bytes bytes, uint64_t offset) {
+  if (offset > bytes.size() || bytes.size() - offset < sizeof(T)) return std::nullopt;
+  T value;
+  std::memcpy(&value, bytes.data() + offset, sizeof(T));
+  return value;
+}
+
+Bytes Slice(Bytes bytes, uint64_t offset, uint64_t size) {
+  if (offset > bytes.size() || bytes.size() - offset < size) return {};
+  return bytes.subspan(static_cast<size_t>(offset), static_cast<size_t>(size));
+}
+
+// The section ".rsrc" of a shared object; the file itself when it is none; empty when it is an
+// object without that section.
+template <typename Header, typename Section>
+Bytes ResourceSection(Bytes file) {
+  const auto header = At<Header>(file, 0);
+  if (!header) return {};
+  const auto sectionAt = [&](uint64_t index) {
+    return At<Section>(file, header->e_shoff + index * sizeof(Section));
+  };
+  const auto names = sectionAt(header->e_shstrndx);
+  if (header->e_shoff == 0 || header->e_shentsize != sizeof(Section) || !names) return {};
+  const Bytes texts = Slice(file, names->sh_offset, names->sh_size);
+  constexpr std::string_view kName(".rsrc\0", 6);
+  for (unsigned i = 0; i < header->e_shnum; ++i) {
+    const auto section = sectionAt(i);
+    if (!section) return {};
+    const Bytes name = Slice(texts, section->sh_name, kName.size());
+    if (!name.empty() && std::memcmp(name.data(), kName.data(), kName.size()) == 0) {
+      return Slice(file, section->sh_offset, section->sh_size);
+    }
+  }
+  return {};
+}
+
+Bytes SectionOf(Bytes file) {
+  if (file.size() < EI_NIDENT || std::memcmp(file.data(), ELFMAG, SELFMAG) != 0) return file;
+  return static_cast<unsigned char>(file[EI_CLASS]) == ELFCLASS32
+             ? ResourceSection<Elf32_Ehdr, Elf32_Shdr>(file)
+             : ResourceSection<Elf64_Ehdr, Elf64_Shdr>(file);
+}
+
+// A type or name of a resource header: 0xFFFF and a number, or a terminated text.
+std::optional<ResourceName> ReadName(Bytes bytes, uint64_t& offset) {
+  ResourceName name;
+  const auto first = At<WORD>(bytes, offset);
+  if (!first) return std::nullopt;
+  if (*first == 0xFFFF) {
+    const auto id = At<WORD>(bytes, offset + 2);
+    if (!id) return std::nullopt;
+    name.id = *id;
+    offset += 4;
+    return name;
+  }
+  for (;; offset += 2) {
+    const auto unit = At<WCHAR>(bytes, offset);
+    if (!unit) return std::nullopt;
+    if (*unit == 0) break;
+    name.text.push_back(FoldUnit(*unit));
+  }
+  offset += 2;
+  return name;
+}
+
+std::vector<std::byte> ReadWhole(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary | std::ios::ate);
+  if (!in) return {};
+  std::vector<std::byte> bytes(static_cast<size_t>(std::max<std::streamoff>(in.tellg(), 0)));
+  in.seekg(0);
+  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<size_t>(in.gcount()));
+  return bytes;
+}
+
+}  // namespace
+
+ResourceName NameOf(LPCWSTR idOrText) {
+  ResourceName name;
+  if (IS_INTRESOURCE(idOrText)) {
+    name.id = static_cast<WORD>(reinterpret_cast<ULONG_PTR>(idOrText));
+  } else if (idOrText[0] == u'#') {
+    for (const WCHAR* digit = idOrText + 1; *digit >= u'0' && *digit <= u'9'; ++digit) {
+      name.id = static_cast<WORD>(name.id * 10 + (*digit - u'0'));
+    }
+  } else {
+    name.text = FoldCase(idOrText);
+  }
+  return name;
+}
+
+ResourceTable::ResourceTable(const std::filesystem::path& file) : file_(ReadWhole(file)) {
+  Index(SectionOf(file_));
+}
+
+// Each entry: size of the data, size of the header, type, name, further words; then the data. Both
+// begin at multiples of four bytes.
+void ResourceTable::Index(Bytes section) {
+  for (uint64_t offset = 0;;) {
+    const auto dataSize = At<DWORD>(section, offset);
+    const auto headerSize = At<DWORD>(section, offset + 4);
+    if (!dataSize || !headerSize || *headerSize < 32) return;
+    uint64_t cursor = offset + 8;
+    const auto type = ReadName(section, cursor);
+    const auto name = type ? ReadName(section, cursor) : std::nullopt;
+    const Bytes data = Slice(section, offset + *headerSize, *dataSize);
+    if (!name || data.size() != *dataSize) return;
+    if (*dataSize > 0) resources_.push_back({*type, *name, data});
+    offset = (offset + *headerSize + *dataSize + 3) / 4 * 4;
+  }
+}
+
+const Resource* ResourceTable::Find(const ResourceName& type, const ResourceName& name) const {
+  const auto found = std::find_if(
+      resources_.begin(), resources_.end(),
+      [&](const Resource& resource) { return resource.type == type && resource.name == name; });
+  return found == resources_.end() ? nullptr : &*found;
+}
+
+bool ResourceTable::Holds(const Resource* resource) const {
+  return !resources_.empty() && resource >= &resources_.front() && resource <= &resources_.back();
+}
+
+Bytes FindResourceBytes(HINSTANCE module, LPCWSTR type, LPCWSTR name) {
+  const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
+  const Resource* resource = table == nullptr ? nullptr : table->Find(NameOf(type), NameOf(name));
+  return resource == nullptr ? Bytes() : resource->data;
+}
+
+}  // namespace platform
+
+using namespace platform;
+
+HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type) {
+  const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
+  const Resource* resource = table == nullptr ? nullptr : table->Find(NameOf(type), NameOf(name));
+  if (resource == nullptr) SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+  return reinterpret_cast<HRSRC>(const_cast<Resource*>(resource));
+}
+
+namespace {
+const Resource* Checked(HMODULE module, HRSRC handle) {
+  const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
+  const auto* resource = reinterpret_cast<const Resource*>(handle);
+  if (table != nullptr && table->Holds(resource)) return resource;
+  SetLastError(ERROR_INVALID_HANDLE);
+  return nullptr;
+}
+}  // namespace
+
+HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) {
+  const Resource* resource = Checked(module, handle);
+  return resource == nullptr ? nullptr : const_cast<std::byte*>(resource->data.data());
+}
+
+LPVOID WINAPI LockResource(HGLOBAL resource) { return resource; }
+
+DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) {
+  const Resource* resource = Checked(module, handle);
+  return resource == nullptr ? 0 : static_cast<DWORD>(resource->data.size());
+}
+
+// Strings lie in blocks of 16: each a count of units and the units.
+int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size) {
+  if (buffer == nullptr || size < 0) return 0;
+  const Bytes block = FindResourceBytes(instance, kResourceString, static_cast<WORD>(id / 16 + 1));
+  uint64_t offset = 0;
+  for (UINT skipped = 0; skipped < id % 16; ++skipped) {
+    offset += 2 + uint64_t{At<WORD>(block, offset).value_or(0)} * 2;
+  }
+  const WORD length = At<WORD>(block, offset).value_or(0);
+  const Bytes units = Slice(block, offset + 2, uint64_t{length} * 2);
+  if (size == 0) {
+    // The buffer then receives the address of the text itself.
+    const void* address = units.data();
+    std::memcpy(static_cast<void*>(buffer), &address, sizeof(address));
+    return static_cast<int>(units.size() / 2);
+  }
+  const size_t count = std::min(units.size() / 2, static_cast<size_t>(size) - 1);
+  if (count > 0) std::memcpy(buffer, units.data(), count * sizeof(WCHAR));
+  buffer[count] = 0;
+  return static_cast<int>(count);
+}
