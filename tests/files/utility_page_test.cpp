@@ -2,7 +2,6 @@
 #include "operation/device_settings.h"
 #include "resources/resource.h"
 #include "tests/files/backup_fixture.h"
-#include "tests/support/expect_controls.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel::test {

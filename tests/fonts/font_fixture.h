@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "resources/resource.h"
-#include "tests/support/expect_controls.h"
 #include "tests/support/open_sheet.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"

@@ -170,7 +170,7 @@ class PaperWalk : public support::MachineTest {
   }
 
   support::SheetAsk ask_;
-  std::vector<Step> steps_;
+  support::Steps steps_;
 };
 
 }  // namespace kestrel

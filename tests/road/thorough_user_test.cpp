@@ -110,9 +110,9 @@ class ThoroughUser : public platform::User {
 TEST_F(Road, EveryControlOfEveryPageAndDialogCanBeUsed) {
   machine().WriteFile(u"C:\\BACKUP\\readme.txt", "");
   ThoroughUser user;
-  support::SheetAsk ask;
-  ask.kind = support::SheetKind::kUserDefault;
-  const support::SheetAnswer answer = ShowSheetTo(user, exports_, ask);
+  const support::Seat seat(user);
+  const support::SheetAnswer answer =
+      AskForSheet(exports_, {.kind = support::SheetKind::kUserDefault});
   EXPECT_EQ(answer.result, CPSUI_OK);
   EXPECT_GE(user.Actions(), 200);
   for (const char16_t* title :

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "driver/settings_block.h"
-#include "platform/desk.h"
+#include "tests/support/settings.h"
+#include "tests/support/steps.h"
 #include "tests/support/test_machine.h"
 
 namespace support {
@@ -26,15 +26,15 @@ struct SheetAnswer {
   bool written = false;            // whether it was changed
 };
 
-using Steps = std::vector<platform::ScriptedUser::Step>;
+// Asks for a sheet of the printer as its callers do, whoever sits at the desk: documents and the
+// printer through the exports for them, user defaults through the sheet library, whose record the
+// spooler keeps after OK.
+SheetAnswer AskForSheet(const Exports& exports, const SheetAsk& ask);
 
-// Shows a sheet of the printer as its callers do: documents and the printer through the exports
-// for them, user defaults through the sheet library. Fails the test when the script could not be
-// followed to its end.
-SheetAnswer ShowSheet(const Exports& exports, const SheetAsk& ask, Steps steps);
-
-// The same with any user at the desk.
-SheetAnswer ShowSheetTo(platform::User& user, const Exports& exports, const SheetAsk& ask);
+// The same with a person who does the steps, the last of which closes the sheet.
+inline SheetAnswer ShowSheet(const Exports& exports, const SheetAsk& ask, Steps steps) {
+  return Follow(std::move(steps), [&] { return AskForSheet(exports, ask); });
+}
 
 // Tabs of the document kinds.
 enum DocumentTab : int {
@@ -46,20 +46,20 @@ enum DocumentTab : int {
   kUtilityTab = 5,
 };
 
-// Steps. Each fails the test when the person cannot do it.
-platform::ScriptedUser::Step GoTo(int tab);
-platform::ScriptedUser::Step PressOk();
-platform::ScriptedUser::Step PressCancel();
-platform::ScriptedUser::Step Click(int id);
-platform::ScriptedUser::Step Select(int id, int index);
-platform::ScriptedUser::Step Replace(int id, std::u16string text);
-platform::ScriptedUser::Step Spin(int id, int steps);
-platform::ScriptedUser::Step Focus(int id);
-// The text of a control is this.
-platform::ScriptedUser::Step ExpectText(int id, std::u16string text);
-// Whether some page has marked the sheet changed.
-platform::ScriptedUser::Step ExpectChanged(bool changed);
-// A message box with this text, style and caption is on top; OK closes it.
-platform::ScriptedUser::Step CloseMessage(std::u16string text, UINT style, std::u16string caption);
+// Sheets over settings that the spooler keeps.
+class SheetTest : public MachineTest {
+ protected:
+  SheetAnswer Show(const SheetAsk& ask, Steps steps) {
+    return ShowSheet(exports_, ask, std::move(steps));
+  }
+  // The sheet of the user's defaults from one of its tabs on, to OK or to Cancel.
+  SheetAnswer Ok(DocumentTab tab, Steps steps = {}) {
+    return Show({.kind = SheetKind::kUserDefault}, {GoTo(tab), steps, PressOk()});
+  }
+  SheetAnswer Cancel(DocumentTab tab, Steps steps = {}) {
+    return Show({.kind = SheetKind::kUserDefault}, {GoTo(tab), steps, PressCancel()});
+  }
+  void Keep(const kestrel::DriverSettingsBlock& block) { StoreBlock(machine(), block); }
+};
 
 }  // namespace support
