@@ -21,13 +21,9 @@ enum PaperPicture : int {
 struct PaperDialogState {
   int edited;  // entry of the paper being edited
   PaperInfo work;
-  PaperLimits limits;   // in the unit of work
-  int fieldPicture;     // bitmap id
-  int field;            // the field that last had the focus; 0: none
-  int pendingSpin;      // the up-down whose click awaits the rewrite of its text; 0: none
-  bool refilling;       // control notifications are ignored meanwhile
-  bool wholeLabel;      // the whole-label view lies over the sketch
-  int referenceChoice;  // entry of the chosen reference paper; -1: none
+  PaperLimits limits;  // in the unit of work
+  int fieldPicture;    // bitmap id
+  bool wholeLabel;     // the whole-label view lies over the sketch
 };
 
 struct PaperPageState {

@@ -2,10 +2,10 @@
 
 #include <commctrl.h>
 
-#include "driver/instance.h"
 #include "paper/fields/help_text.h"
 #include "paper/preview_draw.h"
 #include "paper/register_dialog_parts.h"
+#include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
@@ -54,10 +54,6 @@ void ShowControlHelp(HWND dialog, const DriverUiData& session, int control) {
            session.settings->Printer.HeadDensity);
 }
 
-void RepaintPicture(HWND dialog) {
-  InvalidateRect(GetDlgItem(dialog, IDC_PAPER_REGISTER_PICTURE), nullptr, FALSE);
-}
-
 void OnSizeNotified(HWND dialog, DriverUiData& session, int edit, int notification) {
   PaperDialogState& state = session.paper.dialog;
   switch (notification) {
@@ -67,35 +63,21 @@ void OnSizeNotified(HWND dialog, DriverUiData& session, int edit, int notificati
       RepaintPicture(dialog);
       ShowControlHelp(dialog, session, edit);
       break;
-    case EN_CHANGE:
-      state.field = edit;
+    case EN_CHANGE: {
+      const QuietDialog quiet(dialog);
       OnMeasureTyped(RegisterFields(dialog), edit, state.work.Unit);
       break;
-    case EN_KILLFOCUS:
-      state.field = edit;
-      OnMeasureTyped(RegisterFields(dialog), edit, state.work.Unit);
+    }
+    case EN_KILLFOCUS: {
+      const QuietDialog quiet(dialog);
+      ReformatField(RegisterFields(dialog), edit, state.work.Unit);
       state.fieldPicture = IDB_BACKGROUND;
-      InvalidateRect(dialog, nullptr, FALSE);
       RepaintPicture(dialog);
       break;
+    }
     default:
       break;
   }
-}
-
-// A field whose arrows were clicked shows their position; else the field that was left shows its
-// value in full. A field that is being typed into keeps its text.
-void RewriteField(HWND dialog, DriverUiData& session) {
-  PaperDialogState& state = session.paper.dialog;
-  const int spin = state.pendingSpin;
-  state.pendingSpin = 0;
-  state.refilling = true;
-  if (spin != 0) {
-    SpinToEdit(RegisterFields(dialog), spin, state.work.Unit);
-  } else if (state.field != 0 && GetFocus() != GetDlgItem(dialog, state.field)) {
-    ReformatField(RegisterFields(dialog), state.field, state.work.Unit);
-  }
-  state.refilling = false;
 }
 
 void ShowWholeLabel(HWND dialog, DriverUiData& session) {
@@ -105,30 +87,21 @@ void ShowWholeLabel(HWND dialog, DriverUiData& session) {
 }
 
 void OnClicked(HWND dialog, DriverUiData& session, int control) {
+  ShowControlHelp(dialog, session, control);
   switch (control) {
-    case IDOK:
-      if (StorePaper(dialog, session)) EndDialog(dialog, IDOK);
-      return;
-    case IDCANCEL:
-      EndDialog(dialog, IDCANCEL);
-      return;
     case IDC_PAPER_REGISTER_MM:
     case IDC_PAPER_REGISTER_INCH:
-      OnUnitClicked(dialog, session);
-      return ShowControlHelp(dialog, session, control);
+      return OnUnitClicked(dialog, session);
     case IDC_PAPER_REGISTER_REFERENCE:
-      ShowControlHelp(dialog, session, control);
       return CopyReferencePaper(dialog, session);
     case IDC_PAPER_REGISTER_WHOLE_LABEL:
-      ShowControlHelp(dialog, session, control);
       return ShowWholeLabel(dialog, session);
     default:
-      return ShowControlHelp(dialog, session, control);
+      return;
   }
 }
 
 void Command(HWND dialog, DriverUiData& session, int control, int notification) {
-  if (session.paper.dialog.refilling) return;
   switch (control) {
     case IDC_PAPER_REGISTER_NAME:
       if (notification == EN_SETFOCUS) ShowControlHelp(dialog, session, control);
@@ -149,7 +122,16 @@ void Command(HWND dialog, DriverUiData& session, int control, int notification) 
   }
 }
 
-bool DrawItem(DriverUiData& session, const DRAWITEMSTRUCT& item) {
+bool Notify(HWND dialog, DriverUiData& session, const NMHDR& header) {
+  const int control = static_cast<int>(header.idFrom);
+  if (header.code != UDN_DELTAPOS || !IsSizeSpin(control)) return false;
+  const QuietDialog quiet(dialog);
+  StepField(RegisterFields(dialog), control, reinterpret_cast<const NMUPDOWN&>(header).iDelta,
+            session.paper.dialog.work.Unit);
+  return true;
+}
+
+bool DrawItem(HWND, DriverUiData& session, const DRAWITEMSTRUCT& item) {
   PaperPageState& state = session.paper;
   switch (item.CtlID) {
     case IDC_PAPER_REGISTER_FEED_PICTURE:
@@ -168,57 +150,28 @@ bool DrawItem(DriverUiData& session, const DRAWITEMSTRUCT& item) {
   }
 }
 
-void OnNotify(HWND dialog, DriverUiData& session, const NMHDR& header) {
-  const int control = static_cast<int>(header.idFrom);
-  if (header.code != UDN_DELTAPOS || !IsSizeSpin(control)) return;
-  // The position changes after this; the repaint comes when it has.
-  session.paper.dialog.pendingSpin = control;
-  InvalidateRect(dialog, nullptr, FALSE);
+// The feeding direction stands on white.
+INT_PTR Other(HWND, DriverUiData&, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_CTLCOLORSTATIC ||
+      GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) != IDC_PAPER_REGISTER_FEED_TEXT) {
+    return FALSE;
+  }
+  SetBkColor(reinterpret_cast<HDC>(wParam), kWhite);
+  return reinterpret_cast<INT_PTR>(GetStockObject(WHITE_BRUSH));
 }
 
-// The brush of a static control, or null for the usual one.
-HBRUSH StaticBackground(HDC dc, HWND control) {
-  if (GetDlgCtrlID(control) != IDC_PAPER_REGISTER_FEED_TEXT) return nullptr;
-  SetBkColor(dc, kWhite);
-  return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-}
-
-INT_PTR CALLBACK RegisterProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-    OpenPaperDialog(dialog, *reinterpret_cast<DriverUiData*>(lParam));
-    return TRUE;
-  }
-  auto* session = reinterpret_cast<DriverUiData*>(GetWindowLongPtrW(dialog, DWLP_USER));
-  if (session == nullptr) return FALSE;
-  switch (message) {
-    case WM_COMMAND:
-      Command(dialog, *session, LOWORD(wParam), HIWORD(wParam));
-      return TRUE;
-    case WM_NOTIFY:
-      OnNotify(dialog, *session, *reinterpret_cast<const NMHDR*>(lParam));
-      return FALSE;
-    case WM_DRAWITEM:
-      return DrawItem(*session, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
-    case WM_CTLCOLORSTATIC:
-      return reinterpret_cast<INT_PTR>(
-          StaticBackground(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
-    case WM_PAINT:
-      RewriteField(dialog, *session);
-      return FALSE;
-    case WM_CLOSE:
-      EndDialog(dialog, IDCANCEL);
-      return TRUE;
-    default:
-      return FALSE;
-  }
-}
+constexpr OwnDialog<DriverUiData> kDialog = {.templateId = IDD_PAPER_REGISTER,
+                                             .open = OpenPaperDialog,
+                                             .accept = StorePaper,
+                                             .command = Command,
+                                             .notify = Notify,
+                                             .draw = DrawItem,
+                                             .other = Other};
 
 }  // namespace
 
 bool RunPaperDialog(HWND owner, DriverUiData& session) {
-  return DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(IDD_PAPER_REGISTER), owner,
-                         RegisterProc, reinterpret_cast<LPARAM>(&session)) == IDOK;
+  return RunOwnDialog(kDialog, owner, session) == IDOK;
 }
 
 }  // namespace kestrel

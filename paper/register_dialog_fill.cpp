@@ -8,6 +8,7 @@
 #include "paper/reference_dialog.h"
 #include "paper/register_dialog_parts.h"
 #include "sheets/messages.h"
+#include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
@@ -31,12 +32,12 @@ void TakeEditedPaper(DriverUiData& session) {
       break;
     case kEditFreePaper:
       TakePaper(session, block.Record.Private.FreePaper);
-      CopyText(state.work.PaperName, kFreePaperName);
+      PutText(state.work.PaperName, kFreePaperName);
       break;
     case kNewPaper:
       TakePaper(session, session.paper.dataReference ? PaperOfEntry(block, session.paper.selected)
                                                      : NewPaper());
-      state.work.PaperName[0] = 0;
+      PutText(state.work.PaperName, TEXT(""));
       break;
   }
 }
@@ -78,16 +79,16 @@ void EnableDarknessList(HWND dialog, const DriverUiData& session) {
                offered && session.permission != FALSE);
 }
 
+void RepaintPicture(HWND dialog) {
+  InvalidateRect(GetDlgItem(dialog, IDC_PAPER_REGISTER_PICTURE), nullptr, FALSE);
+}
+
 void OpenPaperDialog(HWND dialog, DriverUiData& session) {
   PaperDialogState& state = session.paper.dialog;
   const PaperDialogMode mode = session.paper.mode;
-  state.refilling = true;
   TakeEditedPaper(session);
   state.fieldPicture = IDB_BACKGROUND;
-  state.field = 0;
-  state.pendingSpin = 0;
   state.wholeLabel = false;
-  state.referenceChoice = -1;
 
   ShowCaption(dialog, mode);
   if (mode == kEditFreePaper) {
@@ -104,7 +105,6 @@ void OpenPaperDialog(HWND dialog, DriverUiData& session) {
                  state.work.Thickness);
   FillFromPaper(dialog, session, true);
   LockControls(dialog, IDD_PAPER_REGISTER, session.permission != FALSE);
-  state.refilling = false;
 }
 
 void OnUnitClicked(HWND dialog, DriverUiData& session) {
@@ -115,27 +115,22 @@ void OnUnitClicked(HWND dialog, DriverUiData& session) {
   if (unit == before) return;
   ConvertPaper(state.work, unit, Density(session));
   ConvertPaperLimits(state.limits, before, unit);
-  state.pendingSpin = 0;
-  state.field = 0;
-  state.refilling = true;
+  const QuietDialog quiet(dialog);
   for (const SizeField& field : kSizeFields) {
     ChangeFieldUnit(RegisterFields(dialog), field.edit, before, unit, Density(session));
   }
-  state.refilling = false;
 }
 
 void CopyReferencePaper(HWND dialog, DriverUiData& session) {
   PaperDialogState& state = session.paper.dialog;
-  state.referenceChoice = ChooseReferencePaper(dialog, *session.settings);
-  if (state.referenceChoice < 0) return;
-  TakePaper(session, PaperOfEntry(*session.settings, state.referenceChoice));
-  state.pendingSpin = 0;
-  state.field = 0;
-  state.refilling = true;
+  const int choice = ChooseReferencePaper(dialog, *session.settings);
+  if (choice < 0) return;
+  TakePaper(session, PaperOfEntry(*session.settings, choice));
+  const QuietDialog quiet(dialog);
   SelectOption(dialog, IDC_PAPER_REGISTER_GRADE, PaperGradeOptions(), state.work.PaperKind);
   SelectOption(dialog, IDC_PAPER_REGISTER_THICKNESS, PaperDarknessOptions(), state.work.Thickness);
   FillFromPaper(dialog, session, false);
-  state.refilling = false;
+  RepaintPicture(dialog);
 }
 
 }  // namespace kestrel

@@ -42,6 +42,8 @@ void OpenPaperDialog(HWND dialog, DriverUiData& session);
 void OnUnitClicked(HWND dialog, DriverUiData& session);
 // Lets a registered paper be chosen and copies it into the working copy and the controls.
 void CopyReferencePaper(HWND dialog, DriverUiData& session);
+// What the picture box shows has changed.
+void RepaintPicture(HWND dialog);
 // The darkness level is offered unless the grade follows the printer's setting.
 void EnableDarknessList(HWND dialog, const DriverUiData& session);
 

@@ -1,4 +1,3 @@
-#include <cstring>
 #include <iterator>
 
 #include "driver/text.h"
@@ -71,8 +70,7 @@ bool ReadName(HWND dialog, DriverUiData& session) {
   if (!Accept(dialog, CheckPaperName(*session.settings, name, edited), state.work.Unit)) {
     return false;
   }
-  memset(state.work.PaperName, 0, sizeof state.work.PaperName);
-  CopyText(state.work.PaperName, name);
+  PutText(state.work.PaperName, name);
   return true;
 }
 

@@ -117,6 +117,12 @@ void SpinToEdit(FieldDialog dialog, int spin, int unit) {
   ShowValue(dialog.window, static_cast<int>(field->edit), SpinPosition(dialog.window, spin), unit);
 }
 
+void StepField(FieldDialog dialog, int spin, int step, int unit) {
+  // Setting a position keeps it within the range.
+  SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin) + step);
+  SpinToEdit(dialog, spin, unit);
+}
+
 void ReformatField(FieldDialog dialog, int edit, int unit) {
   if (FieldOfEdit(dialog.id, edit) == nullptr) return;
   ShowValue(dialog.window, edit, ReadField(dialog, edit, unit), unit);

@@ -46,6 +46,9 @@ void SpinRange(HWND dialog, int spin, int* minimum, int* maximum);
 int SpinPosition(HWND dialog, int spin);
 // The edit shows the up-down's position in a unit.
 void SpinToEdit(FieldDialog dialog, int spin, int unit);
+// An arrow of a measured field was pressed: the up-down steps within its range and the edit shows
+// it. The dialog refuses the up-down's own step then, so that nothing is ever pending between them.
+void StepField(FieldDialog dialog, int spin, int step, int unit);
 // The edit shows its own value anew.
 void ReformatField(FieldDialog dialog, int edit, int unit);
 // Changes a field from a unit to another: converts its static range and its value and fills it
