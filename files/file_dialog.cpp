@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "driver/handles.h"
+#include "driver/libraries.h"
 #include "driver/text.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
@@ -18,7 +18,7 @@ using FileNameProc = BOOL(WINAPI*)(OPENFILENAMEW* dialog);
 // One file dialog at a time is open in a process.
 OPENFILENAMEW fileDialog;
 
-Module LoadDialogLibrary() { return Module(LoadLibraryW(TEXT("comdlg32.dll"))); }
+Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
 bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
   title[0] = 0;

@@ -1,7 +1,6 @@
 #include "fonts/barcode_library.h"
 
-#include "driver/handles.h"
-#include "driver/printer_access.h"
+#include "driver/libraries.h"
 #include "driver/text.h"
 #include "fonts/barcode_kinds.h"
 
@@ -22,15 +21,9 @@ void ShowError(HWND dialog, const WCHAR* text) {
 }
 
 Module LoadBarcodeLibrary(const BarcodeLibrary& library) {
-  WCHAR path[MAX_PATH + 16];
-  if (GetPrinterInfoValue(library.printer, library.printerName, path, MAX_PATH * sizeof(WCHAR),
-                          kInfoVersionDirectory)) {
-    AppendText(path, TEXT("\\QM610rBAR.DLL"));
-    Module module(LoadLibraryW(path));
-    if (module) return module;
-  }
-  ShowError(library.dialog, TEXT("LoadLibrary Error!!"));
-  return Module();
+  Module module = LoadCompanionLibrary(library.printer, library.printerName, TEXT("QM610rBAR.DLL"));
+  if (!module) ShowError(library.dialog, TEXT("LoadLibrary Error!!"));
+  return module;
 }
 
 // An entry point by name; its absence is told.

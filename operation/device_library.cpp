@@ -2,8 +2,7 @@
 
 #include <cstring>
 
-#include "driver/handles.h"
-#include "driver/printer_access.h"
+#include "driver/libraries.h"
 #include "driver/text.h"
 
 namespace kestrel {
@@ -18,18 +17,10 @@ constexpr int kDirectoryBytes = 260;
 constexpr int kDensityByte = 1;
 constexpr int kModeByte = 3;
 
-Module LoadDeviceLibrary(HANDLE printer, const WCHAR* printerName) {
-  WCHAR path[kDirectoryBytes / sizeof(WCHAR) + 20];
-  if (!GetPrinterInfoValue(printer, printerName, path, kDirectoryBytes, kInfoVersionDirectory)) {
-    return Module();
-  }
-  AppendText(path, TEXT("\\QM610rLIB.DLL"));
-  return Module(LoadLibraryW(path));
-}
-
 DeviceQuery AskDevice(HANDLE printer, const WCHAR* printerName, const char* entry, BYTE* reply,
                       DWORD replySize) {
-  const Module library = LoadDeviceLibrary(printer, printerName);
+  const Module library =
+      LoadCompanionLibrary(printer, printerName, TEXT("QM610rLIB.DLL"), kDirectoryBytes);
   if (!library) return DeviceQuery::kNoLibrary;
   const auto ask = EntryPoint<DeviceProc>(library.get(), entry);
   if (ask == nullptr) return DeviceQuery::kNoEntryPoint;

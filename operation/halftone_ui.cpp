@@ -4,7 +4,7 @@
 
 #include "driver/default_settings.h"
 #include "driver/halftone_info.h"
-#include "driver/handles.h"
+#include "driver/libraries.h"
 #include "driver/text.h"
 
 namespace kestrel {
@@ -24,7 +24,7 @@ DWORD DeviceDpi(uint16_t headDensity) { return headDensity == 305 ? 305 : 203; }
 }  // namespace
 
 LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
-  const Module library(LoadLibraryW(TEXT("htui")));
+  const Module library = LoadSystemLibrary(TEXT("htui.dll"));
   if (!library) return kUnavailable;
   const auto adjust = EntryPoint<ColorAdjustmentProc>(library.get(), "HTUI_ColorAdjustmentW");
   if (adjust == nullptr) return kUnavailable;
@@ -37,7 +37,7 @@ LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool perm
 }
 
 LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
-  const Module library(LoadLibraryW(TEXT("htui")));
+  const Module library = LoadSystemLibrary(TEXT("htui.dll"));
   if (!library) return kUnavailable;
   const auto adjust =
       EntryPoint<DeviceAdjustmentProc>(library.get(), "HTUI_DeviceColorAdjustmentW");

@@ -25,6 +25,8 @@ HGLOBAL WINAPI GlobalFree(HGLOBAL block);
 
 // ---- modules and their resources ----
 HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
+constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x00000008;
+HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 HMODULE WINAPI GetModuleHandleW(LPCWSTR name);

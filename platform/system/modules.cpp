@@ -224,7 +224,11 @@ int ModuleTable::References() const {
 
 using namespace platform;
 
-HMODULE WINAPI LoadLibraryW(LPCWSTR fileName) {
+HMODULE WINAPI LoadLibraryW(LPCWSTR fileName) { return LoadLibraryExW(fileName, nullptr, 0); }
+
+// With the altered search path a library's own imports are looked for beside it, which the host's
+// loader does by itself.
+HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE, DWORD) {
   Machine& machine = Machine::Current();
   if (machine.faults.Strike(Fault::kModule) || fileName == nullptr || *fileName == 0) {
     SetLastError(ERROR_MOD_NOT_FOUND);
