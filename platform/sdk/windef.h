@@ -5,7 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#ifdef _WIN32
+using WCHAR = wchar_t;
+#else
 using WCHAR = char16_t;
+#endif
 using CHAR = char;
 using BOOL = int32_t;
 using BYTE = uint8_t;
@@ -86,13 +90,27 @@ DECLARE_HANDLE(HFONT);
 DECLARE_HANDLE(HRGN);
 DECLARE_HANDLE(HPALETTE);
 
+// How functions of the API are called: __stdcall on Windows (x64 has but one convention), and its
+// x64 convention where the stand-in loads the x64 image. Other processors run native modules alone.
+#if defined(_WIN32)
+#define WINAPI __stdcall
+#define WINAPIV __cdecl
+#elif defined(__x86_64__)
+#define WINAPI __attribute__((ms_abi))
+#define WINAPIV WINAPI
+#else
 #define WINAPI
-#define APIENTRY
-#define CALLBACK
 #define WINAPIV
+#endif
+#define APIENTRY WINAPI
+#define CALLBACK WINAPI
 #define CONST const
 
+#ifdef _WIN32
+#define TEXT(text) L##text
+#else
 #define TEXT(text) u##text
+#endif
 
 constexpr BOOL FALSE = 0;
 constexpr BOOL TRUE = 1;

@@ -9,6 +9,17 @@
 
 namespace {
 
+// Further arguments are where the platform's own calling convention puts them.
+#ifdef __x86_64__
+using Arguments = __builtin_ms_va_list;
+#define START_ARGUMENTS __builtin_ms_va_start
+#define END_ARGUMENTS __builtin_ms_va_end
+#else
+using Arguments = va_list;
+#define START_ARGUMENTS va_start
+#define END_ARGUMENTS va_end
+#endif
+
 constexpr size_t kLongest = 1023;
 
 struct Field {
@@ -63,7 +74,7 @@ std::string Digits(uint64_t value, unsigned base, bool upper) {
 }
 
 // A number's sign or prefix and its digits, at least as many as the precision asks.
-std::string NumberText(Field& field, va_list& arguments, std::string& sign) {
+std::string NumberText(Field& field, Arguments& arguments, std::string& sign) {
   const bool wide = field.size == 3;
   std::string digits;
   if (field.type == 'd' || field.type == 'i') {
@@ -87,7 +98,7 @@ std::string NumberText(Field& field, va_list& arguments, std::string& sign) {
 }
 
 // A text or a single character; an upper-case type means one in code page 932.
-std::u16string TextOf(const Field& field, va_list& arguments) {
+std::u16string TextOf(const Field& field, Arguments& arguments) {
   const bool own = field.type == 's' || field.type == 'c';
   const bool isWide = field.size == 2 || (field.size != 1 && own);
   if (field.type == 'c' || field.type == 'C') {
@@ -107,10 +118,8 @@ std::u16string TextOf(const Field& field, va_list& arguments) {
                 : platform::FromCp932(read(static_cast<const char*>(text)));
 }
 
-int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
+int Format(WCHAR* out, const WCHAR* format, Arguments& arguments) {
   std::u16string result;
-  va_list rest;
-  va_copy(rest, arguments);
   for (const WCHAR* at = format; *at != 0 && result.size() < kLongest;) {
     if (*at != '%') {
       result.push_back(*at++);
@@ -126,7 +135,7 @@ int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
       case 'x':
       case 'X':
       case 'p': {
-        const std::string digits = NumberText(field, rest, sign);
+        const std::string digits = NumberText(field, arguments, sign);
         text.assign(digits.begin(), digits.end());
         break;
       }
@@ -134,7 +143,7 @@ int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
       case 'S':
       case 'c':
       case 'C':
-        text = TextOf(field, rest);
+        text = TextOf(field, arguments);
         field.zeros = false;
         break;
       default:  // "%%" and whatever is no field stand for themselves
@@ -150,7 +159,6 @@ int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
     result += text;
     if (field.left) result.append(padding, ' ');
   }
-  va_end(rest);
   if (result.size() > kLongest) result.resize(kLongest);
   result.copy(out, result.size());
   out[result.size()] = 0;
@@ -160,9 +168,9 @@ int Format(WCHAR* out, const WCHAR* format, va_list arguments) {
 }  // namespace
 
 int WINAPIV wsprintfW(LPWSTR out, LPCWSTR format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
+  Arguments arguments;
+  START_ARGUMENTS(arguments, format);
   const int length = Format(out, format, arguments);
-  va_end(arguments);
+  END_ARGUMENTS(arguments);
   return length;
 }

@@ -77,17 +77,19 @@ TEST_F(WindowTest, TheFirstFocusIsTheDialogsChoice) {
         desk.Close();
       }});
   // A procedure that sets the focus itself and answers FALSE keeps it.
-  const DLGPROC own = [](HWND window, UINT message, WPARAM wParam, LPARAM) -> INT_PTR {
-    if (message == WM_INITDIALOG) SetFocus(GetDlgItem(window, 12));
-    if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) EndDialog(window, 7);
-    return FALSE;
+  struct Own {
+    static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM) {
+      if (message == WM_INITDIALOG) SetFocus(GetDlgItem(window, 12));
+      if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) EndDialog(window, 7);
+      return FALSE;
+    }
   };
   ScriptedUser user({[](Desk& desk) {
     EXPECT_EQ(desk.FocusedId(), 12);
     desk.Escape();
   }});
   machine->desk().Attach(&user);
-  EXPECT_EQ(DialogBoxIndirectParamW(nullptr, builder.Template(), nullptr, own, 0), 7);
+  EXPECT_EQ(DialogBoxIndirectParamW(nullptr, builder.Template(), nullptr, Own::Proc, 0), 7);
 }
 
 TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {

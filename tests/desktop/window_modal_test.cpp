@@ -87,21 +87,23 @@ TEST_F(WindowTest, TheOwnerIsDisabledBeforeTheDialogIsInitialised) {
   inner.Edit(10);
   static HWND owner;
   static bool ownerEnabled;
-  const DLGPROC innerProc = [](HWND window, UINT message, WPARAM, LPARAM) -> INT_PTR {
-    if (message != WM_INITDIALOG) return FALSE;
-    ownerEnabled = IsWindowEnabled(owner);
-    EndDialog(window, 3);
-    ownerEnabled = ownerEnabled || !IsWindowEnabled(owner);
-    return TRUE;
+  struct Inner {
+    static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM, LPARAM) {
+      if (message != WM_INITDIALOG) return FALSE;
+      ownerEnabled = IsWindowEnabled(owner);
+      EndDialog(window, 3);
+      ownerEnabled = ownerEnabled || !IsWindowEnabled(owner);
+      return TRUE;
+    }
   };
   Run(outer, {[&](Desk& desk) {
         owner = dialog;
         ownerEnabled = true;
-        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), innerProc, 0), 3);
+        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), Inner::Proc, 0), 3);
         EXPECT_FALSE(ownerEnabled);
         // One that was disabled before stays so.
         EnableWindow(dialog, FALSE);
-        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), innerProc, 0), 3);
+        EXPECT_EQ(DialogBoxIndirectParamW(nullptr, inner.Template(), Item(20), Inner::Proc, 0), 3);
         EXPECT_FALSE(IsWindowEnabled(dialog));
         EXPECT_FALSE(desk.Close());
         EnableWindow(dialog, TRUE);
@@ -257,11 +259,14 @@ TEST_F(WindowTest, NobodyThereCancels) {
   for (Case& one : cases) {
     machine->desk().Attach(&one.user);
     // Even a dialog that refuses to close is gone, and so are the boxes it opens on its way.
-    const DLGPROC stubborn = [](HWND window, UINT message, WPARAM, LPARAM) -> INT_PTR {
-      if (message == WM_CLOSE) MessageBoxW(window, u"Never", u"", MB_OK);
-      return TRUE;
+    struct Stubborn {
+      static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM, LPARAM) {
+        if (message == WM_CLOSE) MessageBoxW(window, u"Never", u"", MB_OK);
+        return TRUE;
+      }
     };
-    EXPECT_EQ(DialogBoxIndirectParamW(nullptr, builder.Template(), nullptr, stubborn, 0), IDCANCEL);
+    EXPECT_EQ(DialogBoxIndirectParamW(nullptr, builder.Template(), nullptr, Stubborn::Proc, 0),
+              IDCANCEL);
     EXPECT_EQ(one.user.Problem(), one.problem);
     EXPECT_TRUE(machine->desk().Windows().empty());
     EXPECT_EQ(machine->desk().History().back().text, u"Never");
