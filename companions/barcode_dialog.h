@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "companions/barcode_kinds.h"
+#include "companions/barcode_parameters.h"
 
 namespace companions {
 

@@ -1,5 +1,7 @@
 #include "operation/device_settings.h"
 
+#include <algorithm>
+
 #include "driver/handles.h"
 #include "driver/text.h"
 
@@ -9,9 +11,12 @@ namespace {
 constexpr WCHAR kSyncPrint[] = TEXT("SyncPrint");
 constexpr int kKeyLength = 512;
 
+// The name of a printer connection, \\server\printer, holds what separates keys: it stands as one
+// key, with commas, as the system itself names connections (",,server,printer").
 void PrinterKey(WCHAR (&key)[kKeyLength], const WCHAR* printerName) {
-  CopyText(key, TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\"));
+  WCHAR* name = key + CopyText(key, TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\"));
   AppendText(key, printerName);
+  std::replace(name, name + TextLength(name), TEXT('\\'), TEXT(','));
   AppendText(key, TEXT("\\PrinterDriverData"));
 }
 

@@ -3,6 +3,7 @@
 #include <winddi.h>
 
 #include "driver/default_settings.h"
+#include "driver/device_tables.h"
 #include "driver/halftone_info.h"
 #include "driver/libraries.h"
 #include "driver/text.h"
@@ -18,9 +19,6 @@ using DeviceAdjustmentProc = LONG(WINAPI*)(LPWSTR deviceName, DEVHTADJDATA* data
 constexpr LONG kUnavailable = -1;
 constexpr int kTitleLength = 260;
 
-// The device's resolution is one of the two that the printers have.
-DWORD DeviceDpi(uint16_t headDensity) { return headDensity == 305 ? 305 : 203; }
-
 }  // namespace
 
 LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
@@ -31,6 +29,8 @@ LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool perm
   WCHAR title[kTitleLength];
   CopyText(title, printerName);
   COLORADJUSTMENT adjustment = block.Record.Private.ColorAdjust;
+  // A backup may bring another size, which the dialog does not take.
+  adjustment.caSize = sizeof(adjustment);
   const LONG result = adjust(title, nullptr, nullptr, &adjustment, TRUE, permission);
   if (result >= 1) block.Record.Private.ColorAdjust = adjustment;
   return result;
@@ -47,7 +47,9 @@ LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool p
   DEVHTINFO current = HalftoneInfo(block);
   DEVHTINFO factory = DefaultHalftoneInfo();
   DEVHTADJDATA data = {};
-  data.DeviceXDPI = data.DeviceYDPI = DeviceDpi(block.Printer.HeadDensity);
+  const Resolution& resolution = ResolutionOf(block.Printer.HeadDensity);
+  data.DeviceXDPI = static_cast<DWORD>(resolution.x);
+  data.DeviceYDPI = static_cast<DWORD>(resolution.y);
   data.pDefHTInfo = permission ? &factory : &current;
   data.pAdjHTInfo = permission ? &current : nullptr;
   const LONG result = adjust(title, &data);

@@ -1,4 +1,4 @@
-#include "companions/barcode_kinds.h"
+#include "companions/barcode_parameters.h"
 
 #include <algorithm>
 
