@@ -85,7 +85,7 @@ class Desk;
 
 // Whoever sits at the desk. Act is called with every message handled; it does one thing and
 // returns. Returning false means that nobody is there any more: every modal window then ends as
-// cancelled.
+// cancelled. So it does after Act threw; RethrowKept (platform/machine.h) throws it again.
 class User {
  public:
   virtual ~User() = default;

@@ -18,6 +18,11 @@
 
 namespace platform {
 
+// Throws what was kept on this thread while a module ran: nothing that a User, a callback or the
+// platform throws passes through a module's frames, the call that met it answers 0, or as when
+// nobody is at the desk. Callers of an export ask once it has returned.
+void RethrowKept();
+
 class Desk;   // platform/desk.h
 class Store;  // printers, printer data, registry and machine facts in one SQLite database
 

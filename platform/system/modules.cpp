@@ -45,9 +45,36 @@ std::vector<std::filesystem::path> Places(const std::u16string& name) {
   return places;
 }
 
-using DllMainProc = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
-DllMainProc DllMainOf(void* library) {
-  return reinterpret_cast<DllMainProc>(dlsym(library, "DllMain"));
+// Opens a module's file as what it is; sets the last error when it is neither.
+bool Open(LoadedModule& module) {
+  const std::vector<std::byte> bytes = ReadWhole(module.file);
+  try {
+    if (IsImage(bytes)) {
+      module.image = std::make_unique<MappedImage>(bytes);
+      module.handle = module.image->handle();
+      return true;
+    }
+  } catch (const ImageError& error) {
+    SetLastError(error.code);
+    return false;
+  }
+  module.library = dlopen(module.file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (module.library == nullptr) SetLastError(ERROR_BAD_EXE_FORMAT);
+  return module.library != nullptr;
+}
+
+BOOL CallMain(const LoadedModule& module, DWORD reason) {
+  if (module.image != nullptr) return module.image->CallMain(reason);
+  using DllMainProc = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
+  const auto main = module.library == nullptr
+                        ? nullptr
+                        : reinterpret_cast<DllMainProc>(dlsym(module.library, "DllMain"));
+  return main == nullptr || main(module.handle, reason, nullptr);
+}
+
+void Close(LoadedModule& module) {
+  module.resources.reset();
+  if (module.library != nullptr) dlclose(module.library);
 }
 
 }  // namespace
@@ -57,12 +84,18 @@ bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries)
   return true;
 }
 
+const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName) {
+  const auto found = BuiltIns().find(FoldCase(fileName));
+  return found == BuiltIns().end() ? nullptr : &found->second;
+}
+
 void ModuleTable::UnloadAll() {
   const std::lock_guard lock(mutex_);
   while (!modules_.empty()) {
     const std::unique_ptr<LoadedModule> module = std::move(modules_.back());
     modules_.pop_back();
-    Unload(*module);
+    CallMain(*module, DLL_PROCESS_DETACH);
+    Close(*module);
   }
 }
 
@@ -77,8 +110,9 @@ void ModuleTable::Unregister(std::u16string_view fileName) {
 }
 
 HMODULE ModuleTable::Keep(std::unique_ptr<LoadedModule> module) {
+  if (module->handle == nullptr) module->handle = reinterpret_cast<HMODULE>(module.get());
   modules_.push_back(std::move(module));
-  return reinterpret_cast<HMODULE>(modules_.back().get());
+  return modules_.back()->handle;
 }
 
 HMODULE ModuleTable::LoadRegistered(std::u16string_view name, const Machine::EntryPoints& entries) {
@@ -89,7 +123,7 @@ HMODULE ModuleTable::LoadRegistered(std::u16string_view name, const Machine::Ent
   for (const auto& module : modules_) {
     if (module->file.empty() && EqualIgnoringCase(module->path, path)) {
       ++module->references;
-      return reinterpret_cast<HMODULE>(module.get());
+      return module->handle;
     }
   }
   auto module = std::make_unique<LoadedModule>();
@@ -99,34 +133,23 @@ HMODULE ModuleTable::LoadRegistered(std::u16string_view name, const Machine::Ent
   return Keep(std::move(module));
 }
 
-HMODULE ModuleTable::LoadSharedObject(const std::filesystem::path& file) {
+HMODULE ModuleTable::LoadFile(const std::filesystem::path& file) {
   for (const auto& module : modules_) {
     if (module->file == file) {
       ++module->references;
-      return reinterpret_cast<HMODULE>(module.get());
+      return module->handle;
     }
   }
-  void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (library == nullptr) {
-    SetLastError(ERROR_BAD_EXE_FORMAT);
-    return nullptr;
-  }
-  auto module = std::make_unique<LoadedModule>();
-  module->path = Machine::Current().WindowsPath(file);
-  module->file = file;
-  module->library = library;
-  module->references = 1;
-  const HMODULE handle = Keep(std::move(module));
-  const DllMainProc main = DllMainOf(library);
-  if (main != nullptr && !main(handle, DLL_PROCESS_ATTACH, nullptr)) {
-    modules_.erase(std::find_if(modules_.begin(), modules_.end(), [handle](const auto& kept) {
-      return reinterpret_cast<HMODULE>(kept.get()) == handle;
-    }));
-    dlclose(library);
-    SetLastError(ERROR_DLL_INIT_FAILED);
-    return nullptr;
-  }
-  return handle;
+  auto opened = std::make_unique<LoadedModule>();
+  opened->path = Machine::Current().WindowsPath(file);
+  opened->file = file;
+  opened->references = 1;
+  if (!Open(*opened)) return nullptr;
+  const HMODULE handle = Keep(std::move(opened));
+  if (CallMain(*Get(handle), DLL_PROCESS_ATTACH)) return handle;
+  Close(*Take(handle));
+  SetLastError(ERROR_DLL_INIT_FAILED);
+  return nullptr;
 }
 
 HMODULE ModuleTable::Load(std::u16string_view given) {
@@ -138,22 +161,21 @@ HMODULE ModuleTable::Load(std::u16string_view given) {
   }
   for (const std::filesystem::path& place : Places(name)) {
     std::error_code failed;
-    if (std::filesystem::is_regular_file(place, failed)) return LoadSharedObject(place);
+    if (std::filesystem::is_regular_file(place, failed)) return LoadFile(place);
   }
-  if (const auto found = BuiltIns().find(fileName); found != BuiltIns().end()) {
-    return LoadRegistered(name, found->second);
+  if (const Machine::EntryPoints* entries = FindBuiltIn(fileName)) {
+    return LoadRegistered(name, *entries);
   }
   SetLastError(ERROR_MOD_NOT_FOUND);
   return nullptr;
 }
 
-void ModuleTable::Unload(LoadedModule& module) {
-  if (module.library == nullptr) return;
-  const DllMainProc main = DllMainOf(module.library);
-  if (main != nullptr) {
-    main(reinterpret_cast<HMODULE>(&module), DLL_PROCESS_DETACH, nullptr);
-  }
-  dlclose(module.library);
+std::unique_ptr<LoadedModule> ModuleTable::Take(HMODULE handle) {
+  const auto kept = std::find_if(modules_.begin(), modules_.end(),
+                                 [&](const auto& module) { return module->handle == handle; });
+  std::unique_ptr<LoadedModule> taken = std::move(*kept);
+  modules_.erase(kept);
+  return taken;
 }
 
 bool ModuleTable::Free(HMODULE handle) {
@@ -161,37 +183,41 @@ bool ModuleTable::Free(HMODULE handle) {
   LoadedModule* module = Get(handle);
   if (module == nullptr) return false;
   if (--module->references > 0) return true;
-  const auto kept = std::find_if(modules_.begin(), modules_.end(),
-                                 [module](const auto& other) { return other.get() == module; });
-  const std::unique_ptr<LoadedModule> last = std::move(*kept);
-  modules_.erase(kept);
-  Unload(*last);
+  const std::unique_ptr<LoadedModule> last = Take(handle);
+  CallMain(*last, DLL_PROCESS_DETACH);
+  Close(*last);
   return true;
 }
 
 LoadedModule* ModuleTable::Get(HMODULE handle) const {
   const auto found = std::find_if(modules_.begin(), modules_.end(), [handle](const auto& module) {
-    return reinterpret_cast<HMODULE>(module.get()) == handle;
+    return module->handle == handle;
   });
   return found == modules_.end() ? nullptr : found->get();
 }
 
-HMODULE ModuleTable::Find(std::u16string_view given) const {
+HMODULE ModuleTable::Find(std::u16string_view given) {
   const std::lock_guard lock(mutex_);
   const std::u16string name = Completed(given);
   for (const auto& module : modules_) {
     if (EqualIgnoringCase(module->path, name) ||
         EqualIgnoringCase(FileNameOf(module->path), name)) {
-      return reinterpret_cast<HMODULE>(module.get());
+      return module->handle;
     }
   }
-  return nullptr;
+  const Machine::EntryPoints* entries = FindBuiltIn(name);
+  if (entries == nullptr || FoldCase(name) != u"KERNEL32.DLL") return nullptr;
+  // Every process has this one, however seldom it was loaded.
+  const HMODULE kernel = LoadRegistered(name, *entries);
+  Get(kernel)->references = 0;
+  return kernel;
 }
 
 FARPROC ModuleTable::Entry(HMODULE handle, LPCSTR name) const {
   const std::lock_guard lock(mutex_);
   const LoadedModule* module = Get(handle);
   if (module == nullptr || IS_INTRESOURCE(name)) return nullptr;
+  if (module->image != nullptr) return module->image->Entry(name);
   if (module->library != nullptr) return reinterpret_cast<FARPROC>(dlsym(module->library, name));
   const auto found = module->entries.find(name);
   return found == module->entries.end() ? nullptr : found->second;
@@ -208,7 +234,9 @@ const ResourceTable* ModuleTable::Resources(HMODULE handle) const {
   LoadedModule* module = Get(handle);
   if (module == nullptr || module->file.empty()) return nullptr;
   if (module->resources == nullptr) {
-    module->resources = std::make_unique<ResourceTable>(module->file);
+    module->resources = module->image != nullptr
+                            ? std::make_unique<ResourceTable>(module->image->Resources())
+                            : std::make_unique<ResourceTable>(module->file);
   }
   return module->resources.get();
 }

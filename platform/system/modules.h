@@ -3,15 +3,14 @@
 
 #include <windows.h>
 
-#include <cstddef>
 #include <memory>
 #include <mutex>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/machine.h"
+#include "platform/system/image_map.h"
 #include "platform/system/resources.h"
 
 namespace platform {
@@ -19,11 +18,15 @@ namespace platform {
 // Adds a module of the system's own ("comdlg32.dll") that every computer has. Meant for static
 // initialisation: const bool registered = RegisterBuiltIn(u"...", {...});
 bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries);
+// What such a module exports; null when there is none of that name.
+const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName);
 
 struct LoadedModule {
+  HMODULE handle = nullptr;
   std::u16string path;                       // as GetModuleFileNameW answers it
-  std::filesystem::path file;                // of a shared object; empty for registered modules
-  void* library = nullptr;                   // as dlopen answered it
+  std::filesystem::path file;                // empty for registered modules
+  std::unique_ptr<MappedImage> image;        // of a Windows image
+  void* library = nullptr;                   // of a shared object, as dlopen answered it
   Machine::EntryPoints entries;              // of registered modules
   int references = 0;                        // loads not yet given back
   std::unique_ptr<ResourceTable> resources;  // read on first use
@@ -38,20 +41,20 @@ class ModuleTable {
   void Unregister(std::u16string_view fileName);
   HMODULE Load(std::u16string_view name);  // null with the last error set
   bool Free(HMODULE module);
-  HMODULE Find(std::u16string_view name) const;
+  HMODULE Find(std::u16string_view name);
   FARPROC Entry(HMODULE module, LPCSTR name) const;
   // Empty for no module.
   std::u16string Path(HMODULE module) const;
-  // Of a module with a shared object; null for others. Lives until the module is freed.
+  // Of a module with a file; null for others. Lives until the module is freed.
   const ResourceTable* Resources(HMODULE module) const;
   int References() const;
 
  private:
   LoadedModule* Get(HMODULE module) const;
   HMODULE LoadRegistered(std::u16string_view name, const Machine::EntryPoints& entries);
-  HMODULE LoadSharedObject(const std::filesystem::path& file);
+  HMODULE LoadFile(const std::filesystem::path& file);
   HMODULE Keep(std::unique_ptr<LoadedModule> module);
-  void Unload(LoadedModule& module);
+  std::unique_ptr<LoadedModule> Take(HMODULE handle);  // of a module that is kept
 
   // The loader's lock is held while DllMain runs, which may call the loader again.
   mutable std::recursive_mutex mutex_;

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <optional>
 
+#include "platform/system/image_file.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -80,6 +81,8 @@ std::optional<ResourceName> ReadName(Bytes bytes, uint64_t& offset) {
   return name;
 }
 
+}  // namespace
+
 std::vector<std::byte> ReadWhole(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary | std::ios::ate);
   if (!in) return {};
@@ -89,8 +92,6 @@ std::vector<std::byte> ReadWhole(const std::filesystem::path& file) {
   bytes.resize(static_cast<size_t>(in.gcount()));
   return bytes;
 }
-
-}  // namespace
 
 ResourceName NameOf(LPCWSTR idOrText) {
   ResourceName name;
@@ -107,7 +108,17 @@ ResourceName NameOf(LPCWSTR idOrText) {
 }
 
 ResourceTable::ResourceTable(const std::filesystem::path& file) : file_(ReadWhole(file)) {
-  Index(SectionOf(file_));
+  if (!IsImage(file_)) {
+    Index(SectionOf(file_));
+    return;
+  }
+  try {
+    const ImageFile image(file_);
+    for (const ImageResource& each : image.resources) {
+      resources_.push_back({each.type, each.name, image.At(each.address, each.size)});
+    }
+  } catch (const ImageError&) {
+  }
 }
 
 // Each entry: size of the data, size of the header, type, name, further words; then the data. Both

@@ -1,4 +1,5 @@
-// Compiled resources of modules: the .res form in the section ".rsrc" of a shared object.
+// Compiled resources of modules: the resource directory of a Windows image, or the .res form in the
+// section ".rsrc" of a shared object.
 #pragma once
 
 #include <windows.h>
@@ -28,11 +29,16 @@ struct Resource {
   Bytes data;
 };
 
-// The resources of one file. A damaged one gives those before the damage.
+// A file's bytes; none when it cannot be read.
+std::vector<std::byte> ReadWhole(const std::filesystem::path& file);
+
+// The resources of one file. A damaged .res gives those before the damage, a damaged image none.
 class ResourceTable {
  public:
-  // Of a shared object's section, or of a .res file itself.
+  // Of an image, of a shared object's section, or of a .res file itself.
   explicit ResourceTable(const std::filesystem::path& file);
+  // Of an image in memory, which has to outlive the table.
+  explicit ResourceTable(std::vector<Resource> resources) : resources_(std::move(resources)) {}
   const Resource* Find(const ResourceName& type, const ResourceName& name) const;
   bool Holds(const Resource* resource) const;
 

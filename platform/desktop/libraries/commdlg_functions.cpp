@@ -3,8 +3,9 @@
 
 #include <algorithm>
 
-#include "platform/desktop/controls/built_in.h"
 #include "platform/desktop/libraries/commdlg_dialog.h"
+#include "platform/system/guard.h"
+#include "platform/system/modules.h"
 
 namespace {
 
@@ -68,10 +69,10 @@ DWORD WINAPI CommDlgExtendedError() { return lastDialogError; }
 
 namespace platform::filedialog {
 
-const bool registered =
-    RegisterBuiltIn(u"comdlg32.dll", {{"GetOpenFileNameW", EntryPoint(GetOpenFileNameW)},
-                                      {"GetSaveFileNameW", EntryPoint(GetSaveFileNameW)},
-                                      {"GetFileTitleW", EntryPoint(GetFileTitleW)},
-                                      {"CommDlgExtendedError", EntryPoint(CommDlgExtendedError)}});
+const bool registered = RegisterBuiltIn(
+    u"comdlg32.dll", {{"GetOpenFileNameW", EntryPoint<GetOpenFileNameW>()},
+                      {"GetSaveFileNameW", EntryPoint<GetSaveFileNameW>()},
+                      {"GetFileTitleW", EntryPoint<GetFileTitleW>()},
+                      {"CommDlgExtendedError", EntryPoint<CommDlgExtendedError>()}});
 
 }  // namespace platform::filedialog

@@ -4,6 +4,7 @@
 
 #include "platform/desktop/libraries/compstui.h"
 #include "platform/machine.h"
+#include "platform/system/guard.h"
 
 namespace platform {
 namespace {
@@ -70,7 +71,7 @@ CommonSheet::Node& CommonSheet::Add(Node* parent) {
   node.info.Version = PROPSHEETUI_INFO_VERSION;
   node.info.Flags = PSUIINFO_UNICODE;
   node.info.hComPropSheet = node.handle;
-  node.info.pfnComPropSheet = Call;
+  node.info.pfnComPropSheet = Guarded<Call>::Call;
   Sheets().emplace(node.handle, this);
   return node;
 }

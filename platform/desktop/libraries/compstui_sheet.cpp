@@ -1,6 +1,7 @@
 // The entry point of the common property-sheet library.
-#include "platform/desktop/controls/built_in.h"
 #include "platform/desktop/libraries/compstui.h"
+#include "platform/system/guard.h"
+#include "platform/system/modules.h"
 
 namespace platform {
 namespace {
@@ -58,7 +59,7 @@ LONG CommonSheet::Show() {
 }
 
 const bool registered = RegisterBuiltIn(
-    u"compstui.dll", {{"CommonPropertySheetUIW", EntryPoint(CommonPropertySheetUIW)}});
+    u"compstui.dll", {{"CommonPropertySheetUIW", EntryPoint<CommonPropertySheetUIW>()}});
 
 }  // namespace platform
 

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/desktop/controls/built_in.h"
 #include "platform/desktop/libraries/htui_dialog.h"
+#include "platform/system/guard.h"
+#include "platform/system/modules.h"
 
 namespace platform::halftone {
 namespace {
@@ -188,8 +189,8 @@ LONG APIENTRY HTUI_DeviceColorAdjustmentW(LPWSTR deviceName, PDEVHTADJDATA devic
 namespace platform::halftone {
 
 const Machine::EntryPoints kEntries = {
-    {"HTUI_ColorAdjustmentW", EntryPoint(HTUI_ColorAdjustmentW)},
-    {"HTUI_DeviceColorAdjustmentW", EntryPoint(HTUI_DeviceColorAdjustmentW)}};
+    {"HTUI_ColorAdjustmentW", EntryPoint<HTUI_ColorAdjustmentW>()},
+    {"HTUI_DeviceColorAdjustmentW", EntryPoint<HTUI_DeviceColorAdjustmentW>()}};
 const bool registered = RegisterBuiltIn(u"htui.dll", kEntries);
 
 }  // namespace platform::halftone

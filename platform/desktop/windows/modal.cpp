@@ -3,6 +3,7 @@
 
 #include "platform/desktop/windows/desktop.h"
 #include "platform/machine.h"
+#include "platform/system/guard.h"
 
 namespace platform {
 
@@ -32,7 +33,12 @@ bool PaintAll() {
 bool AskUser() {
   DesktopState& desktop = TheDesktop();
   if (desktop.user == nullptr || desktop.gone) return false;
-  return desktop.user->Act(Machine::Current().desk());
+  try {
+    return desktop.user->Act(Machine::Current().desk());
+  } catch (...) {
+    KeepThrown();
+    return false;
+  }
 }
 
 // Ends a modal window as a person who closes it would; by force when it will not close.

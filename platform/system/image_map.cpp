@@ -1,0 +1,130 @@
+#include "platform/system/image_map.h"
+
+#include <sys/mman.h>
+
+#include <cstring>
+
+#include "platform/system/modules.h"
+#include "platform/system/text.h"
+
+namespace platform {
+namespace {
+
+#if defined(__x86_64__)
+constexpr WORD kThisMachine = kMachineX64;
+#else
+constexpr WORD kThisMachine = 0;  // runs no image
+#endif
+
+void CheckLoadable(const ImageFile& image) {
+  if (image.machine != kThisMachine) throw ImageError("it is for another machine");
+  if (!image.isDll) throw ImageError("it is a program, not a library");
+  if (image.fixed) throw ImageError("it can only lie at a fixed address");
+  if (image.hasThreadData) throw ImageError("it has data of its own for each thread");
+  for (const ImageSection& section : image.sections) {
+    if (section.writable && section.executable) {
+      throw ImageError("its section " + section.name + " is both writable and executable");
+    }
+  }
+}
+
+// The functions that an image asks for, in the order of its imports.
+std::vector<FARPROC> Bind(const ImageFile& image) {
+  std::vector<FARPROC> bound;
+  for (const ImageLibrary& library : image.imports) {
+    const Machine::EntryPoints* exports = FindBuiltIn(ToUtf16(library.name));
+    if (exports == nullptr) {
+      throw ImageError("there is no library " + library.name, ERROR_MOD_NOT_FOUND);
+    }
+    for (const ImageImport& wanted : library.functions) {
+      const auto found = exports->find(wanted.name);
+      if (found == exports->end()) {
+        throw ImageError(library.name + " has no function " + wanted.name, ERROR_PROC_NOT_FOUND);
+      }
+      bound.push_back(found->second);
+    }
+  }
+  return bound;
+}
+
+int ProtectionOf(const ImageSection& section) {
+  return (section.readable ? PROT_READ : 0) | (section.writable ? PROT_WRITE : 0) |
+         (section.executable ? PROT_EXEC : 0);
+}
+
+}  // namespace
+
+MappedImage::MappedImage(Bytes file) {
+  const ImageFile image(file);
+  CheckLoadable(image);
+  const std::vector<FARPROC> bound = Bind(image);
+  void* memory = mmap(nullptr, image.size, PROT_READ | PROT_WRITE,
+                      MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (memory == MAP_FAILED) throw ImageError("there is no room for it", ERROR_NOT_ENOUGH_MEMORY);
+  memory_ = static_cast<std::byte*>(memory);
+  size_ = image.size;
+  Fill(image, bound);
+  if (!Protect(image)) {
+    munmap(memory_, size_);
+    throw ImageError("its memory cannot be protected", ERROR_NOT_ENOUGH_MEMORY);
+  }
+  entryPoint_ = image.entryPoint;
+  exports_ = image.exports;
+  resources_ = image.resources;
+}
+
+MappedImage::~MappedImage() { munmap(memory_, size_); }
+
+void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound) {
+  std::memcpy(memory_, image.headers().data(), image.headers().size());
+  for (const ImageSection& section : image.sections) {
+    const Bytes bytes = image.BytesOf(section);
+    if (!bytes.empty()) std::memcpy(memory_ + section.address, bytes.data(), bytes.size());
+  }
+  const uint64_t moved = reinterpret_cast<uint64_t>(memory_) - image.base;
+  for (const uint32_t place : image.relocations) {
+    uint64_t address;
+    std::memcpy(&address, memory_ + place, sizeof(address));
+    address += moved;
+    std::memcpy(memory_ + place, &address, sizeof(address));
+  }
+  auto next = bound.begin();
+  for (const ImageLibrary& library : image.imports) {
+    for (const ImageImport& wanted : library.functions) {
+      std::memcpy(memory_ + wanted.slot, &*next++, sizeof(FARPROC));
+    }
+  }
+}
+
+bool MappedImage::Protect(const ImageFile& image) {
+  bool done = mprotect(memory_, image.sections.front().address, PROT_READ) == 0;
+  for (size_t i = 0; i < image.sections.size(); ++i) {
+    const uint32_t start = image.sections[i].address;
+    const size_t end = i + 1 < image.sections.size() ? image.sections[i + 1].address : size_;
+    done = mprotect(memory_ + start, end - start, ProtectionOf(image.sections[i])) == 0 && done;
+  }
+  return done;
+}
+
+FARPROC MappedImage::Entry(LPCSTR name) const {
+  const auto found = std::find_if(exports_.begin(), exports_.end(),
+                                  [name](const auto& each) { return each.name == name; });
+  if (found == exports_.end() || found->forwarder) return nullptr;
+  return reinterpret_cast<FARPROC>(memory_ + found->address);
+}
+
+BOOL MappedImage::CallMain(DWORD reason) const {
+  if (entryPoint_ == 0) return TRUE;
+  using Main = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
+  return reinterpret_cast<Main>(memory_ + entryPoint_)(handle(), reason, nullptr);
+}
+
+std::vector<Resource> MappedImage::Resources() const {
+  std::vector<Resource> resources;
+  for (const ImageResource& each : resources_) {
+    resources.push_back({each.type, each.name, {memory_ + each.address, each.size}});
+  }
+  return resources;
+}
+
+}  // namespace platform

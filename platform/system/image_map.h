@@ -1,0 +1,45 @@
+// Windows images in memory: mapped, relocated, bound to the stand-in's libraries and protected.
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+#include "platform/system/image_file.h"
+
+namespace platform {
+
+class MappedImage {
+ public:
+  // Maps an image whose bytes are needed during the call alone; its entry point is not called.
+  // Throws ImageError, with nothing mapped: ERROR_BAD_EXE_FORMAT for a damaged image, one of
+  // another machine's, and one that wants what is not here (a fixed address, thread data, memory
+  // both writable and executable); ERROR_MOD_NOT_FOUND for an import from an unknown library,
+  // ERROR_PROC_NOT_FOUND for one that its library lacks.
+  explicit MappedImage(Bytes file);
+  ~MappedImage();
+  MappedImage(const MappedImage&) = delete;
+  MappedImage& operator=(const MappedImage&) = delete;
+
+  // As on the platform, a module's handle is its address.
+  HMODULE handle() const { return reinterpret_cast<HMODULE>(memory_); }
+  // An exported function by its name; null when there is none or another library is meant to have
+  // it.
+  FARPROC Entry(LPCSTR name) const;
+  // Calls the entry point; TRUE when there is none.
+  BOOL CallMain(DWORD reason) const;
+  // The image's own resources, which live as long as it does.
+  std::vector<Resource> Resources() const;
+
+ private:
+  void Fill(const ImageFile& image, const std::vector<FARPROC>& bound);
+  bool Protect(const ImageFile& image);
+
+  std::byte* memory_ = nullptr;
+  size_t size_ = 0;
+  uint32_t entryPoint_ = 0;
+  std::vector<ImageExport> exports_;
+  std::vector<ImageResource> resources_;
+};
+
+}  // namespace platform
