@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "host/exchange.h"
 #include "platform/desk.h"
@@ -19,8 +22,11 @@ class BrowserUser : public platform::User {
   bool asked() const { return asked_; }
 
  private:
+  void Count(const Json& action);
+
   Exchange& exchange_;
-  std::int64_t handled_ = 0;  // the page's number of the last action done
+  // Each page's number of its last action done; the pages that acted last.
+  std::vector<std::pair<std::string, std::int64_t>> handled_;
   bool asked_ = false;
 };
 

@@ -1,12 +1,13 @@
 #include "host/exchange.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace printhost {
 namespace {
 
 constexpr std::size_t kMostWaiting = 1000;
-constexpr std::chrono::milliseconds kGrace{2000};
+constexpr std::chrono::milliseconds kGrace{3000};  // several tries of a page that lost its stream
 constexpr std::chrono::milliseconds kFarewell{1500};
 
 }  // namespace
@@ -26,24 +27,21 @@ void Exchange::Joined() {
   changed_.notify_all();
 }
 
-void Exchange::Left() {
+void Exchange::Left(bool told) {
   const std::lock_guard lock(mutex_);
   --pages_;
+  told_ = told_ || (told && ended_);
   leftAt_ = Clock::now();
   changed_.notify_all();
 }
 
-bool Exchange::Await(std::uint64_t& seen, std::string& picture, std::chrono::milliseconds time) {
-  std::unique_lock lock(mutex_);
-  if (!changed_.wait_for(lock, time, [&] { return version_ != seen; })) return false;
+bool Exchange::Newer(std::uint64_t& seen, std::string& picture, bool& last) const {
+  const std::lock_guard lock(mutex_);
+  last = ended_;
+  if (version_ == seen) return false;
   seen = version_;
   picture = picture_;
   return true;
-}
-
-bool Exchange::ended() const {
-  const std::lock_guard lock(mutex_);
-  return ended_;
 }
 
 std::optional<Json> Exchange::Take() {
@@ -63,11 +61,20 @@ std::optional<Json> Exchange::Take() {
   return action;
 }
 
-void Exchange::Publish(std::string picture) {
+void Exchange::OnPicture(std::function<void()> call) {
   const std::lock_guard lock(mutex_);
+  onPicture_ = std::move(call);
+}
+
+void Exchange::Show(std::string picture) {
   picture_ = std::move(picture);
   ++version_;
-  changed_.notify_all();
+  if (onPicture_) onPicture_();
+}
+
+void Exchange::Publish(std::string picture) {
+  const std::lock_guard lock(mutex_);
+  Show(std::move(picture));
 }
 
 void Exchange::Cancel() {
@@ -78,11 +85,12 @@ void Exchange::Cancel() {
 
 void Exchange::End(std::string picture) {
   std::unique_lock lock(mutex_);
-  picture_ = std::move(picture);
-  ++version_;
   ended_ = true;
-  changed_.notify_all();
-  changed_.wait_for(lock, kFarewell, [&] { return pages_ == 0; });
+  Show(std::move(picture));
+  if (!visited_) return;
+  const auto end =
+      std::min(Clock::now() + kFarewell, pages_ > 0 ? Clock::time_point::max() : leftAt_ + kGrace);
+  changed_.wait_until(lock, end, [&] { return pages_ == 0 && told_; });
 }
 
 }  // namespace printhost

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -19,14 +20,14 @@ class Exchange {
   // ---- the server's side ----
   // Queues what a person did; false when far too much waits already.
   bool Put(Json action);
-  // A page opened or closed its stream.
+  // A page opened or closed its stream; told: with the sheet's last picture.
   void Joined();
-  void Left();
-  // Waits until there is a picture newer than the one seen, or the time is over. True: picture and
-  // seen are the newest.
-  bool Await(std::uint64_t& seen, std::string& picture, std::chrono::milliseconds time);
-  // Whether the sheet is over; its last words are in the picture.
-  bool ended() const;
+  void Left(bool told);
+  // Whether there is a picture newer than the one seen; then both become the newest. Last: the
+  // sheet is over, its last words are in the picture.
+  bool Newer(std::uint64_t& seen, std::string& picture, bool& last) const;
+  // Called with every new picture, on the desk's thread; it must be quick. Null: nobody.
+  void OnPicture(std::function<void()> call);
 
   // ---- the desk's side ----
   // The next action; nothing when nobody is there any more: cancelled, or every page closed for
@@ -36,7 +37,7 @@ class Exchange {
 
   // ---- everybody's ----
   void Cancel();
-  // The last picture; waits a moment until the pages have it and are gone.
+  // The last picture; waits a moment until the pages have it and are gone, or come back for it.
   void End(std::string picture);
 
  private:
@@ -44,6 +45,7 @@ class Exchange {
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
+  std::function<void()> onPicture_;
   std::deque<Json> actions_;
   std::string picture_;
   std::uint64_t version_ = 0;
@@ -51,7 +53,10 @@ class Exchange {
   bool visited_ = false;
   bool cancelled_ = false;
   bool ended_ = false;
+  bool told_ = false;  // some page has the last picture
   Clock::time_point leftAt_;
+
+  void Show(std::string picture);
 };
 
 }  // namespace printhost

@@ -17,7 +17,7 @@ class SheetServer {
   // listen is "address:port" with a loopback address, port 0 for any free one; pictures come from
   // the module. Throws Failure.
   SheetServer(Exchange& exchange, const std::string& listen, HMODULE pictures);
-  // Stops serving; requests under way are finished.
+  // Stops serving at once.
   ~SheetServer();
   SheetServer(const SheetServer&) = delete;
   SheetServer& operator=(const SheetServer&) = delete;

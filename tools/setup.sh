@@ -3,7 +3,7 @@
 
 # llvm-rc preprocesses the resource script with clang; the sheet's page needs a Japanese font.
 runPackages=(g++ cmake ninja-build pkg-config llvm clang libsqlite3-dev libfontconfig-dev
-             libcpp-httplib-dev nlohmann-json3-dev fonts-noto-cjk)
+             nlohmann-json3-dev fonts-noto-cjk)
 checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
                g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
 

@@ -6,8 +6,10 @@ import { createFrame, updateFrame, focusedControl } from "./frames.js";
 const desk = document.getElementById("desk");
 const notice = document.getElementById("notice");
 const frames = new Map(); // handle → frame, the one on top last
-let sent = 0;
-let handled = 0;
+const me = crypto.randomUUID(); // tells this page's actions from those of other pages
+let sent = 0; // this page's actions, counted from 1
+let handled = 0; // the last of them that the server has dealt with
+let picture = { handled: {}, windows: [] };
 let following = false; // the focus moves because the server says so
 let queue = Promise.resolve();
 
@@ -16,11 +18,18 @@ function say(text) {
   notice.hidden = !text;
 }
 
-// Reports an action; answers its number. Actions reach the server in order.
+// Reports an action; answers its number. Actions reach the server in order. One that the server does
+// not take is told, and the page shows what is true again.
 function send(action) {
   const number = ++sent;
-  const body = JSON.stringify({ ...action, number });
-  const post = () => fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body });
+  const body = JSON.stringify({ ...action, page: me, number });
+  const post = async () => {
+    const answer = await fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body });
+    if (answer.ok) return;
+    say(`操作を受け付けられませんでした: ${await answer.text()}`);
+    handled = Math.max(handled, number);
+    show(picture);
+  };
   queue = queue.then(post).catch(() => say("接続が切れました。"));
   return number;
 }
@@ -49,8 +58,9 @@ function followFocus(frame) {
   following = false;
 }
 
-function show(picture) {
-  handled = picture.handled;
+function show(next) {
+  picture = next;
+  handled = Math.max(handled, picture.handled[me] ?? 0);
   const gone = new Map(frames);
   for (const view of picture.windows) {
     let frame = frames.get(view.handle);
@@ -74,12 +84,19 @@ function show(picture) {
   followFocus(last);
 }
 
-function end(result) {
+const LAST_WORDS = {
+  ok: "設定しました。このページは閉じてかまいません。",
+  cancel: "変更せずに終了しました。このページは閉じてかまいません。",
+  failed: "設定できませんでした。",
+  elsewhere: "このシートはほかのページで開かれています。ここで続けるには、このページを読み込み直してください。",
+};
+
+function end({ end: result, reason = "" }) {
   stream.close();
   desk.replaceChildren();
   frames.clear();
   document.body.dataset.end = result;
-  say(result === "ok" ? "設定しました。このページは閉じてかまいません。" : "変更せずに終了しました。このページは閉じてかまいません。");
+  say(LAST_WORDS[result] + reason);
 }
 
 document.addEventListener("keydown", (event) => {
@@ -97,7 +114,7 @@ const stream = new EventSource("events");
 stream.onopen = () => say("");
 stream.onerror = () => say("接続が切れました。つなぎ直しています…");
 stream.onmessage = (event) => {
-  const picture = JSON.parse(event.data);
-  if (picture.end) end(picture.end);
-  else show(picture);
+  const news = JSON.parse(event.data);
+  if (news.end) end(news);
+  else show(news);
 };

@@ -26,23 +26,25 @@ export function computer(test) {
       if (status !== 0) throw new Error(`exit ${status}: ${stderr}`);
       return JSON.parse(stdout);
     },
-    // A command that goes on: its address once it has printed it, and its exit code and output when
-    // it ends.
+    // A command that goes on: its address once it has told it, and its exit code and outputs when it
+    // ends.
     start: (...words) => {
       const child = spawn(program, ["--state", state, ...words], { stdio: ["ignore", "pipe", "pipe"] });
       let output = "";
       let errors = "";
-      child.stderr.on("data", (text) => (errors += text));
       const ended = new Promise((resolve) => {
         child.on("close", (status) => resolve({ status, output, errors }));
       });
       const address = new Promise((resolve, reject) => {
-        child.stdout.on("data", (text) => {
-          output += text;
-          if (output.includes("\n")) resolve(output.split("\n")[0]);
-        });
+        const look = () => {
+          const line = /^http:\S+(?=\n)/m.exec(words.includes("--json") ? errors : output);
+          if (line) resolve(line[0]);
+        };
+        child.stdout.on("data", (text) => ((output += text), look()));
+        child.stderr.on("data", (text) => ((errors += text), look()));
         child.on("close", () => reject(new Error(`no address: ${errors}`)));
       });
+      address.catch(() => {});
       test.after(() => child.kill("SIGKILL"));
       return { child, address, ended };
     },

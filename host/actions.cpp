@@ -1,0 +1,158 @@
+#include "host/actions.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "host/snapshot.h"
+#include "host/utf8.h"
+
+namespace printhost {
+namespace {
+
+using platform::Desk;
+using platform::SheetButton;
+
+constexpr std::int64_t kMostSteps = 1000;
+constexpr std::size_t kLongestPage = 64;
+
+int Number(const Json& action, const char* name) { return action.at(name).get<int>(); }
+std::u16string Text(const Json& action, const char* name) {
+  return FromUtf8(action.at(name).get_ref<const std::string&>());
+}
+
+struct Button {
+  const char* name;
+  SheetButton button;
+};
+constexpr Button kButtons[] = {{"ok", SheetButton::kOk},
+                               {"cancel", SheetButton::kCancel},
+                               {"apply", SheetButton::kApply},
+                               {"help", SheetButton::kHelp}};
+
+const Button* FindButton(const Json& action) {
+  return std::ranges::find(kButtons, action.at("button").get<std::string>(), &Button::name);
+}
+
+struct Verb {
+  const char* name;
+  const char* numbers[2];  // the members it has
+  const char* text;
+  void (*act)(Desk& desk, const Json& action);
+};
+
+constexpr Verb kVerbs[] = {
+    {"focus",
+     {"id"},
+     nullptr,
+     [](Desk& desk, const Json& action) { desk.Focus(Number(action, "id")); }},
+    {"click",
+     {"id"},
+     nullptr,
+     [](Desk& desk, const Json& action) { desk.Click(Number(action, "id")); }},
+    {"edit",
+     {"id"},
+     "text",
+     [](Desk& desk, const Json& action) {
+       desk.EditTo(Number(action, "id"), Text(action, "text"));
+     }},
+    {"select",
+     {"id", "index"},
+     nullptr,
+     [](Desk& desk, const Json& action) {
+       desk.Select(Number(action, "id"), Number(action, "index"));
+     }},
+    {"spin",
+     {"id", "steps"},
+     nullptr,
+     [](Desk& desk, const Json& action) {
+       desk.Spin(Number(action, "id"), Number(action, "steps"));
+     }},
+    {"slide",
+     {"id", "position"},
+     nullptr,
+     [](Desk& desk, const Json& action) {
+       desk.Slide(Number(action, "id"), Number(action, "position"));
+     }},
+    {"page",
+     {"index"},
+     nullptr,
+     [](Desk& desk, const Json& action) { desk.Page(Number(action, "index")); }},
+    {"press",
+     {},
+     "button",
+     [](Desk& desk, const Json& action) { desk.Press(FindButton(action)->button); }},
+    {"access",
+     {},
+     "text",
+     [](Desk& desk, const Json& action) {
+       const std::u16string letter = Text(action, "text");
+       if (letter.size() == 1) desk.AccessKey(letter[0]);
+     }},
+    {"enter", {}, nullptr, [](Desk& desk, const Json&) { desk.Enter(); }},
+    {"escape", {}, nullptr, [](Desk& desk, const Json&) { desk.Escape(); }},
+    {"close", {}, nullptr, [](Desk& desk, const Json&) { desk.Close(); }},
+};
+
+bool IsText(const Json& action, const char* name) {
+  const auto found = action.find(name);
+  return found != action.end() && found->is_string();
+}
+
+// Whether a member is an integer between two bounds.
+bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int64_t most) {
+  const auto found = action.find(name);
+  if (found == action.end() || !found->is_number_integer()) return false;
+  // Above the signed range only when it is unsigned.
+  if (found->is_number_unsigned() && found->get<std::uint64_t>() > static_cast<std::uint64_t>(most))
+    return false;
+  return found->get<std::int64_t>() >= least && found->get<std::int64_t>() <= most;
+}
+
+std::string NumberProblem(const Json& action, const char* name) {
+  using Limits = std::numeric_limits<int>;
+  const bool steps = std::string_view(name) == "steps";
+  const std::int64_t least = steps ? -kMostSteps : Limits::min(),
+                     most = steps ? kMostSteps : Limits::max();
+  if (IsNumber(action, name, least, most)) return {};
+  return "\"" + std::string(name) + "\" has to be an integer between " + std::to_string(least) +
+         " and " + std::to_string(most) + ".";
+}
+
+}  // namespace
+
+std::string ActionProblem(const Json& action) {
+  if (!action.is_object()) return "An action is a JSON object.";
+  for (const char* name : {"action", "window"}) {
+    if (!IsText(action, name)) return "\"" + std::string(name) + "\" has to be a text.";
+  }
+  if (action.contains("page") &&
+      (!IsText(action, "page") ||
+       action["page"].get_ref<const std::string&>().size() > kLongestPage))
+    return "\"page\" has to be a text of at most " + std::to_string(kLongestPage) + " bytes.";
+  if (action.contains("number") && !IsNumber(action, "number", 1, std::int64_t{1} << 53))
+    return "\"number\" has to be a positive integer.";
+  const auto verb = std::ranges::find(kVerbs, action["action"].get<std::string>(), &Verb::name);
+  if (verb == std::end(kVerbs)) {
+    std::string names;
+    for (const Verb& one : kVerbs) names.append(names.empty() ? "" : ", ").append(one.name);
+    return "There is no such action; there are " + names + ".";
+  }
+  for (const char* name : verb->numbers) {
+    if (name == nullptr) continue;
+    if (std::string problem = NumberProblem(action, name); !problem.empty()) return problem;
+  }
+  if (verb->text != nullptr && !IsText(action, verb->text))
+    return "\"" + std::string(verb->text) + "\" has to be a text.";
+  if (action.contains("button") && std::string_view(verb->name) == "press" &&
+      FindButton(action) == std::end(kButtons))
+    return "\"button\" has to be ok, cancel, apply or help.";
+  return {};
+}
+
+void DoAction(Desk& desk, const Json& action) {
+  const auto windows = desk.Windows();
+  if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
+  std::ranges::find(kVerbs, action.at("action").get<std::string>(), &Verb::name)->act(desk, action);
+}
+
+}  // namespace printhost

@@ -1,0 +1,22 @@
+// What a page may say that its person did, one JSON object each:
+//   {"action": "click", "id": 1046, "window": "10010", "page": "…", "number": 7}
+// The window is the handle of the one on top, as the picture names it. The page's name and its own
+// number of the action may be missing; the picture tells the last number of each page.
+#pragma once
+
+#include <string>
+
+#include "host/record_json.h"
+#include "platform/desk.h"
+
+namespace printhost {
+
+// What is wrong with an action: an unknown one, a member that is missing, of another type or out of
+// bounds. A sentence; empty: nothing.
+std::string ActionProblem(const Json& action);
+
+// Does an action without a problem. One meant for a window that is no longer on top is dropped: a
+// second click on OK must not press the button of what lies below.
+void DoAction(platform::Desk& desk, const Json& action);
+
+}  // namespace printhost

@@ -1,0 +1,168 @@
+// The sheet server answers the person at this computer and nobody else, and nobody keeps it from
+// doing so.
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { connect } from "node:net";
+import { test } from "node:test";
+
+import { ask, page } from "../support/driving.mjs";
+import { computer } from "../support/printhost.mjs";
+
+const SOON = 500; // ms, for whatever needs no waiting
+const DEADLINE = 2000; // ms, for a head or a body to come
+
+async function demo(t) {
+  const sheet = computer(t).start("demo");
+  const url = new URL(await sheet.address);
+  const memory = () => Number(/VmHWM:\s+(\d+)/.exec(readFileSync(`/proc/${sheet.child.pid}/status`, "utf8"))[1]);
+  return { sheet, url, memory };
+}
+
+// Sends pieces over one connection until it is closed; answers the status and the time until then.
+// Pieces may come slowly, or without end.
+function send(url, pieces, pause = 0) {
+  const start = performance.now();
+  return new Promise((resolve) => {
+    let text = "";
+    let time = 0;
+    const socket = connect(url.port, url.hostname);
+    const push = () => {
+      const { value, done } = pieces.next();
+      if (done || socket.destroyed || text) return;
+      if (pause) setTimeout(push, pause, socket.write(value));
+      else if (socket.write(value)) setImmediate(push);
+      else socket.once("drain", push);
+    };
+    socket.on("connect", push);
+    socket.on("data", (piece) => ((text += piece), (time ||= performance.now() - start)));
+    socket.on("error", () => {});
+    socket.on("close", () => resolve({ status: Number(text.split(" ")[1]), time: time || performance.now() - start }));
+  });
+}
+
+function* once(text) {
+  yield text;
+}
+function* forever(head, piece) {
+  yield head;
+  for (;;) yield piece;
+}
+
+test("no token, a wrong host or a foreign origin gets nothing", async (t) => {
+  const { sheet, url } = await demo(t);
+  const token = url.pathname.slice(1, -1);
+  assert.match(token, /^[0-9a-f]{32}$/);
+  assert.equal(url.hostname, "127.0.0.1");
+  const own = await ask(url);
+  assert.equal(own.status, 200);
+  assert.match(own.headers["content-security-policy"], /default-src 'none'/);
+  assert.equal(own.headers["access-control-allow-origin"], undefined);
+  const json = { "Content-Type": "application/json" };
+  const foreign = [{ Host: "evil.example" }, { Host: `evil.example:${url.port}` }, { Host: `127.0.0.1:${Number(url.port) + 1}` },
+    { Origin: "http://evil.example" }, { Origin: "null" }, { Origin: `https://127.0.0.1:${url.port}` }];
+  for (const path of ["", "page.js", "events", "picture/149", "action"]) {
+    const method = path === "action" ? "POST" : "GET";
+    const body = path === "action" ? "{}" : undefined;
+    const refused = [`/${path}`, `/${"0".repeat(32)}/${path}`, `/${token.slice(0, 31)}/${path}`, `/x?/${token}/${path}`]
+      .map((wrong) => ({ path: wrong, headers: json }))
+      .concat(foreign.map((headers) => ({ path: url.pathname + path, headers: { ...json, ...headers } })));
+    for (const how of refused) {
+      const { status, text, time } = await ask(url, { method, body, ...how });
+      assert.deepEqual([status, text], [403, ""], JSON.stringify(how));
+      assert.ok(time < SOON, `${time} ms`);
+    }
+  }
+  for (const [path, method, status] of [["none", "GET", 404], ["picture/99999", "GET", 404], ["picture/1x", "GET", 404], ["", "POST", 405],
+    ["action", "GET", 405], ["", "DELETE", 405]])
+    assert.equal((await ask(url, { path: url.pathname + path, method, body: method === "POST" ? "{}" : undefined })).status, status, path);
+  assert.equal(sheet.child.exitCode, null);
+});
+
+test("an action is taken as it should be, or refused with a sentence", async (t) => {
+  const { sheet, url } = await demo(t);
+  const one = await page(url);
+  const { windows } = await one.until((picture) => picture.windows);
+  const window = windows.at(-1).handle;
+  const post = (body, type = "application/json") =>
+    ask(url, { path: `${url.pathname}action`, method: "POST", headers: { "Content-Type": type }, body });
+  // A form of another page could send this.
+  assert.equal((await post(JSON.stringify({ action: "enter", window }), "text/plain")).status, 415);
+  const bad = ["", "[]", "{", "\u0000", "1e999", "[".repeat(60000)].concat([
+    {}, { action: 7 }, { action: "none" }, { action: "click" }, { action: "click", id: "1" }, { action: "click", id: 1.5 },
+    { action: "click", id: 2 ** 31 }, { action: "spin", id: 1, steps: -(2 ** 31) }, { action: "spin", id: 1, steps: 2e9 },
+    { action: "edit", id: 1, text: 5 }, { action: "edit", id: 1 }, { action: "press", button: "no" }, { action: "press", button: [] },
+    { action: "page", index: null }, { action: "enter", window: 1 }, { action: "enter", number: 0 }, { action: "enter", number: 2 ** 63 },
+    { action: "enter", page: 1 }, { action: "enter", page: "x".repeat(65) },
+  ].map((action) => JSON.stringify({ window, ...action })));
+  for (const body of bad) {
+    const { status, text } = await post(body);
+    assert.equal(status, 400, body.slice(0, 80));
+    assert.match(text, /^\S.*\.$/);
+  }
+  // Well formed: done, or senseless and let pass.
+  await one.act({ action: "click", id: 99999 });
+  await one.act({ action: "page", index: 1 });
+  await one.act({ action: "spin", id: 1101, steps: 3 });
+  assert.equal(sheet.child.exitCode, null);
+});
+
+test("hostile requests are refused at once, or in time, and cost no memory", async (t) => {
+  const { sheet, url, memory } = await demo(t);
+  const path = `${url.pathname}action`;
+  const head = (way, lines, host = url.host) => `POST ${way} HTTP/1.1\r\nHost: ${host}\r\n${lines}\r\n`;
+  const mega = Buffer.alloc(1 << 20, "7");
+  const chunk = Buffer.concat([Buffer.from("100000\r\n"), mega, Buffer.from("\r\n")]);
+  const json = "Content-Type: application/json\r\n";
+  const cases = {
+    "chunked, no token": [403, SOON, forever(head("/action", "Transfer-Encoding: chunked\r\n\r\n"), chunk)],
+    "large, foreign host": [403, SOON, forever(head(path, "Content-Length: 536870912\r\n\r\n", "evil.example"), mega)],
+    "chunked": [411, SOON, forever(head(path, `${json}Transfer-Encoding: chunked\r\n`), chunk)],
+    "unbounded": [411, SOON, forever(head(path, json), mega)],
+    "large": [413, SOON, forever(head(path, `${json}Content-Length: 536870912\r\n`), mega)],
+    "huge": [413, SOON, forever(head(path, `${json}Content-Length: 99999999999999999999999\r\n`), mega)],
+    "packed": [415, SOON, forever(head(path, `${json}Content-Encoding: gzip\r\nContent-Length: 261000\r\n`), mega)],
+    "two lengths": [400, SOON, once(head(path, `${json}Content-Length: 1\r\nContent-Length: 2\r\n`))],
+    "negative": [400, SOON, once(head(path, `${json}Content-Length: -1\r\n`))],
+    "two hosts": [403, SOON, once(head(path, `Host: evil.example\r\nContent-Length: 2\r\n`))],
+    "no HTTP": [400, SOON, once("\x16\x03\x01\r\n\r\n")],
+    "folded": [400, SOON, once(head(path, `${json}X: 1\r\n  2\r\n`))],
+    "one endless line": [431, SOON, forever("GET /", mega)],
+    "endless headers": [431, SOON, forever("GET / HTTP/1.1\r\n", "X: 1\r\n".repeat(1000))],
+    "dripping head": [408, DEADLINE + SOON, forever("GET / HTTP/1.1\r\n", "X"), 100],
+    "dripping body": [408, DEADLINE + SOON, forever(head(path, `${json}Content-Length: 60000\r\n`), "7"), 100],
+    "silence": [NaN, DEADLINE + SOON, once("")],
+  };
+  await ask(url);
+  const before = memory();
+  const answers = await Promise.all(Object.entries(cases).map(async ([name, [status, limit, pieces, pause]]) => {
+    const answer = await send(url, pieces, pause);
+    t.diagnostic(`${name}: ${answer.status} after ${answer.time.toFixed(0)} ms`);
+    return [name, status, limit, answer];
+  }));
+  for (const [name, status, limit, answer] of answers) {
+    assert.deepEqual(answer.status, status, name);
+    assert.ok(answer.time < limit, `${name}: ${answer.time} ms`);
+  }
+  t.diagnostic(`VmHWM ${before} kB, then ${memory()} kB`);
+  assert.ok(memory() - before < 4096, `${before} kB, then ${memory()} kB`);
+  assert.equal(sheet.child.exitCode, null);
+});
+
+test("nobody else's connections keep a person waiting", async (t) => {
+  const { sheet, url } = await demo(t);
+  const pages = [];
+  for (let i = 0; i < 6; ++i) pages.push(await page(url, `tab ${i}`));
+  // A browser has six connections: the oldest tabs give way.
+  assert.deepEqual((await Promise.all([pages[0].ended(), pages[1].ended()])).map(({ end }) => end), ["elsewhere", "elsewhere"]);
+  const idle = Array.from({ length: 400 }, () => send(url, forever("GET / HTTP/1.1\r\n", "X"), 100));
+  const start = performance.now();
+  assert.equal((await ask(url)).status, 200);
+  await pages[5].act({ action: "page", index: 1 });
+  await pages[5].act({ action: "press", button: "ok" });
+  for (const one of pages.slice(2)) assert.equal((await one.ended()).end, "ok");
+  assert.equal((await sheet.ended).status, 0);
+  const time = performance.now() - start;
+  t.diagnostic(`page, action, OK and end beside 400 dripping connections: ${time.toFixed(0)} ms`);
+  assert.ok(time < 4 * SOON, `${time} ms`);
+  await Promise.all(idle);
+});

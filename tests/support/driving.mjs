@@ -1,0 +1,61 @@
+// A person at a sheet without a browser: reads the pictures of its event stream and posts actions.
+import assert from "node:assert/strict";
+import { request } from "node:http";
+
+// One HTTP request; answers status, headers, text and the milliseconds it took.
+export function ask(url, { path = url.pathname, method = "GET", headers = {}, body } = {}) {
+  const start = performance.now();
+  return new Promise((resolve, reject) => {
+    const outgoing = request({ host: url.hostname, port: url.port, path, method, headers }, (answer) => {
+      let text = "";
+      answer.setEncoding("utf8");
+      answer.on("data", (piece) => (text += piece));
+      answer.on("close", () => resolve({ status: answer.statusCode, headers: answer.headers, text, time: performance.now() - start }));
+    });
+    outgoing.on("error", reject);
+    outgoing.end(body);
+  });
+}
+
+// Opens a stream; the returned page knows the newest picture.
+export async function page(address, name = "test") {
+  const url = new URL(address);
+  let picture;
+  let number = 0;
+  let rest = "";
+  let changed = () => {};
+  const answer = await new Promise((resolve, reject) => {
+    request({ host: url.hostname, port: url.port, path: `${url.pathname}events` }, resolve).on("error", reject).end();
+  });
+  assert.equal(answer.statusCode, 200);
+  answer.setEncoding("utf8");
+  answer.on("data", (piece) => {
+    const blocks = (rest + piece).split("\n\n");
+    rest = blocks.pop();
+    for (const block of blocks) if (block.startsWith("data: ")) picture = JSON.parse(block.slice(6));
+    changed();
+  });
+  answer.on("error", () => {});
+  // The newest picture, once it is as wanted.
+  const until = async (wanted) => {
+    while (!(picture && wanted(picture))) await new Promise((resolve) => (changed = resolve));
+    return picture;
+  };
+  const post = (action) =>
+    ask(url, { path: `${url.pathname}action`, method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
+  return {
+    url,
+    post,
+    until,
+    leave: () => answer.destroy(),
+    // Does one thing in the window on top; done once the picture tells so.
+    act: async (action) => {
+      const { windows } = await until(({ windows }) => windows?.length);
+      const sent = { ...action, window: windows.at(-1).handle, page: name, number: ++number };
+      const { status, text } = await post(sent);
+      assert.deepEqual([status, text], [204, ""]);
+      return until(({ end, handled }) => end || handled[name] >= sent.number);
+    },
+    ended: async () => (await until(({ end }) => end)),
+  };
+}
