@@ -1,4 +1,5 @@
 // Installing, removing and listing printers.
+#include <algorithm>
 #include <iostream>
 
 #include "driver/settings_block.h"
@@ -30,12 +31,26 @@ void KeepDefaultRecord(platform::Machine& machine, DriverModule& module, std::u1
   machine.SetDefaultRecord(name, record);
 }
 
+// A name that every program shows and stores as it is.
+void RequireName(std::u16string_view name, std::string_view what) {
+  constexpr std::size_t kMostUnits = 220;
+  const auto breaks = [](char16_t c) {
+    return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x2028 || c == 0x2029;
+  };
+  if (name.empty() || name.size() > kMostUnits || std::ranges::any_of(name, breaks) ||
+      name[0] == 0xFEFF || name[0] == 0xFFFE)
+    throw Failure{kUsage,
+                  "add takes " + std::string(what) + " of 1 to " + std::to_string(kMostUnits) +
+                      " characters without control characters, line breaks and byte order marks"};
+}
+
 int Add(Call& call) {
   const std::u16string name = call.Text(0);
   const std::u16string driver = call.arguments.Has("--driver-name")
                                     ? FromUtf8(call.arguments.Value("--driver-name"))
                                     : platform::PrinterSetup().driverName;
-  if (name.empty()) throw Failure{kUsage, "add takes a printer's name"};
+  RequireName(name, "a printer's name");
+  RequireName(driver, "a driver's name");
   if (call.machine.FindPrinter(name))
     throw Failure{kFailed, "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
   InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"));

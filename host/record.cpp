@@ -1,11 +1,16 @@
 #include "host/record.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "host/failure.h"
 
@@ -25,6 +30,58 @@ std::size_t Word(const Record& record, std::size_t offset) {
 
 std::size_t Claimed(const Record& record) {
   return PublicSize(record) + Word(record, offsetof(DEVMODEW, dmDriverExtra));
+}
+
+namespace fs = std::filesystem;
+
+constexpr int kCreate = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC;
+constexpr std::chrono::seconds kReaderTime{4};  // until a pipe's reader has come and reads
+
+// Where a record for a path is written.
+struct Target {
+  fs::path file;     // a link keeps naming the file that is replaced
+  fs::path written;  // beside the file, renamed to it
+  bool replaces;     // a device or a pipe is written to as it is
+};
+
+Target FindTarget(const fs::path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  Target target = {path, {}, !fs::exists(status) || fs::is_regular_file(status)};
+  if (fs::is_regular_file(status)) target.file = fs::canonical(path, error);
+  target.written = target.file;
+  target.written += "." + std::to_string(getpid()) + ".new";
+  return target;
+}
+
+// Opens a file and writes a record to it; false with errno when that fails.
+bool Write(const fs::path& path, int flags, const Record& record) {
+  const auto end = std::chrono::steady_clock::now() + kReaderTime;
+  const auto waits = [&end](int error) {
+    if (errno != error || std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    return true;
+  };
+  int file = -1;
+  do {
+    file = open(path.c_str(), flags, 0666);
+  } while (file < 0 && waits(ENXIO));
+  if (file < 0) return false;
+  std::size_t written = 0;
+  ssize_t count = 0;
+  do {
+    count = write(file, record.data() + written, record.size() - written);
+    if (count > 0) written += static_cast<std::size_t>(count);
+  } while (written < record.size() && (count > 0 || waits(EAGAIN)));
+  const int error = errno;
+  if (close(file) != 0) return false;
+  errno = error;
+  return written == record.size();
+}
+
+[[noreturn]] void Fail(const fs::path& path) {
+  throw Failure{kFailed, path.string() + " cannot be written: " +
+                             (errno == ENXIO ? "nobody reads it" : std::strerror(errno))};
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
@@ -60,25 +117,28 @@ Record ReadRecordFile(const std::filesystem::path& path) {
   return record;
 }
 
-void WriteRecordFile(const std::filesystem::path& path, const Record& record) {
-  std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(path, error);
-  // A device or a pipe is written to; a link keeps naming the file that is replaced.
-  const bool replaces = !exists(status) || is_regular_file(status);
-  std::filesystem::path written = path;
-  if (is_regular_file(status)) written = std::filesystem::canonical(path, error);
-  const std::filesystem::path target = written;
-  if (replaces) written += "." + std::to_string(getpid()) + ".new";
-  error.clear();
-  std::ofstream file(written, std::ios::binary | std::ios::trunc);
-  file.write(reinterpret_cast<const char*>(record.data()),
-             static_cast<std::streamsize>(record.size()));
-  file.close();
-  if (file && replaces) std::filesystem::rename(written, target, error);
-  if (file && !error) return;
-  std::error_code ignored;
-  if (replaces) std::filesystem::remove(written, ignored);
-  throw Failure{kFailed, path.string() + " cannot be written"};
+void CheckRecordFile(const fs::path& path) {
+  const Target target = FindTarget(path);
+  if (!target.replaces) {
+    if (access(path.c_str(), W_OK) != 0 || fs::is_directory(path)) Fail(path);
+    return;
+  }
+  const int file = open(target.written.c_str(), kCreate, 0666);
+  if (file < 0) Fail(path);
+  close(file);
+  unlink(target.written.c_str());
+}
+
+void WriteRecordFile(const fs::path& path, const Record& record) {
+  const Target target = FindTarget(path);
+  const bool done = target.replaces ? Write(target.written, kCreate, record) &&
+                                          rename(target.written.c_str(), target.file.c_str()) == 0
+                                    : Write(path, O_WRONLY | O_NONBLOCK | O_CLOEXEC, record);
+  if (done) return;
+  const int error = errno;
+  if (target.replaces) unlink(target.written.c_str());
+  errno = error;
+  Fail(path);
 }
 
 }  // namespace printhost

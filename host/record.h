@@ -21,8 +21,13 @@ std::size_t PublicSize(const Record& record);
 // does not hold a record.
 Record ReadRecordFile(const std::filesystem::path& path);
 
+// Whether a record could be written to a path as things stand; throws Failure when not. Leaves the
+// path as it is.
+void CheckRecordFile(const std::filesystem::path& path);
+
 // Replaces a file by a record, whole or not at all; writes it to what is no file (a device, a
-// pipe). Throws Failure when it cannot be written.
+// pipe). Waits a few seconds for the reader of a named pipe. Throws Failure when it cannot be
+// written.
 void WriteRecordFile(const std::filesystem::path& path, const Record& record);
 
 inline DEVMODEW* AsDevMode(Record& record) { return reinterpret_cast<DEVMODEW*>(record.data()); }

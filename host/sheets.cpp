@@ -1,5 +1,8 @@
 // The driver's property sheets, shown in a browser.
+#include <winspool.h>
+
 #include <algorithm>
+#include <csignal>
 #include <iostream>
 
 #include "driver/settings_block.h"
@@ -10,6 +13,7 @@
 #include "host/record_json.h"
 #include "host/sheet_server.h"
 #include "host/termination.h"
+#include "host/utf8.h"
 #include "platform/desk.h"
 
 namespace printhost {
@@ -31,7 +35,7 @@ struct Request {
   DriverModule& module;
   PrinterHandle& printer;
   bool permission = true;
-  Record input;  // empty: none
+  Record input;  // empty: none; after OK what came back
   Record output = Record(kestrel::kRecordSize);
 
   DEVMODEW* in() { return input.empty() ? nullptr : AsDevMode(input); }
@@ -88,23 +92,105 @@ const SheetKind& FindKind(const std::string& name) {
   return *kind;
 }
 
-// Runs the sheet with the browser as its user. Answers the sheet's result.
-LONG Run(Call& call, const SheetKind& kind, Request& request) {
-  Exchange exchange;
-  const Termination termination([&] { exchange.Cancel(); });
-  const std::string listen =
-      call.arguments.Has("--listen") ? call.arguments.Value("--listen") : "127.0.0.1:0";
-  SheetServer server(exchange, listen, request.module.handle());
-  std::cout << server.address() << std::endl;
-  BrowserUser user(exchange);
-  platform::Desk& desk = call.machine.desk();
-  desk.Attach(&user);
-  const LONG result = kind.show(request);
-  desk.Attach(nullptr);
-  exchange.End(Json{{"end", result >= CPSUI_OK ? "ok" : "cancel"}}.dump());
-  if (result < 0 || !user.asked()) throw Failure{kFailed, "the sheet did not open"};
-  return result;
-}
+// One call of a sheet, from the address to the last word.
+class Session {
+ public:
+  Session(Call& call, const SheetKind& kind, Request& request)
+      : call_(call),
+        kind_(kind),
+        request_(request),
+        termination_([this] { exchange_.Cancel(); }),
+        server_(exchange_,
+                call.arguments.Has("--listen") ? call.arguments.Value("--listen") : "127.0.0.1:0",
+                request.module.handle()),
+        user_(exchange_) {
+    // A reader of the output that is gone is a failure to tell, not the end.
+    std::signal(SIGPIPE, SIG_IGN);
+    // A program that wants JSON reads standard output whole.
+    std::ostream& told = call.json() ? std::cerr : std::cout;
+    told << server_.address() << std::endl;
+    if (!told) throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
+    call_.machine.desk().Attach(&user_);
+  }
+  ~Session() { call_.machine.desk().Attach(nullptr); }
+
+  // Shows the sheet until its settings are kept or it is cancelled; answers an exit code. Throws
+  // Failure; the page is told everything first.
+  int Run() {
+    try {
+      const int exit = Show();
+      Print(exit == kDone);
+      exchange_.End(Json{{"end", exit == kDone ? "ok" : "cancel"}}.dump());
+      return exit;
+    } catch (const Failure& failure) {
+      exchange_.End(Json{{"end", "failed"}, {"reason", failure.message}}.dump());
+      throw;
+    }
+  }
+
+ private:
+  // What could not be kept is shown again, so that the person can mend the cause and press OK once
+  // more.
+  int Show() {
+    std::optional<Failure> problem;
+    do {
+      const LONG result = kind_.show(request_);
+      if (result < 0 || !user_.asked()) throw Failure{kFailed, "the sheet did not open"};
+      if (result < CPSUI_OK && problem) throw Failure(*problem);
+      if (result < CPSUI_OK) return kCancelled;
+      RequirePrinter();
+      problem = Keep();
+      if (problem) Tell(*problem);
+    } while (problem);
+    return kDone;
+  }
+
+  void RequirePrinter() const {
+    DWORD needed = 0;
+    GetPrinterW(request_.printer.get(), 4, nullptr, 0, &needed);
+    if (GetLastError() == ERROR_PRINTER_DELETED)
+      throw Failure{kFailed, "the printer \"" + ToUtf8(request_.printer.name()) +
+                                 "\" was removed meanwhile; nothing is kept"};
+  }
+
+  // Everything that outlives the sheet. Answers what went wrong.
+  std::optional<Failure> Keep() {
+    if (!kind_.record) return std::nullopt;
+    Record record = request_.output;
+    record.resize(RecordExtent(record));
+    request_.input = record;
+    try {
+      if (kind_.keptHere) call_.machine.SetDefaultRecord(request_.printer.name(), record);
+      if (call_.arguments.Has("--out")) WriteRecordFile(call_.arguments.Value("--out"), record);
+    } catch (const Failure& failure) {
+      return failure;
+    } catch (const std::exception& failure) {
+      return Failure{kFailed, std::string("the settings cannot be kept: ") + failure.what()};
+    }
+    return std::nullopt;
+  }
+
+  void Tell(const Failure& problem) {
+    const std::u16string text =
+        u"設定を保存できませんでした。原因を取り除いてから、もう一度 OK を押してください。\n\n" +
+        FromUtf8(problem.message);
+    MessageBoxW(nullptr, text.c_str(), request_.printer.name(), MB_OK | MB_ICONEXCLAMATION);
+  }
+
+  void Print(bool done) const {
+    if (!call_.json()) return;
+    std::cout << (done && kind_.record ? RecordJson(request_.input) : Json()).dump(2) << std::endl;
+    if (!std::cout) throw Failure{kFailed, "standard output cannot be written"};
+  }
+
+  Call& call_;
+  const SheetKind& kind_;
+  Request& request_;
+  Exchange exchange_;
+  Termination termination_;
+  SheetServer server_;
+  BrowserUser user_;
+};
 
 int Show(Call& call, const std::u16string& name, const SheetKind& kind) {
   const Arguments& arguments = call.arguments;
@@ -113,19 +199,11 @@ int Show(Call& call, const std::u16string& name, const SheetKind& kind) {
                   "the printer's own sheet has no settings record; leave --in and --out away"};
   Record input;
   if (arguments.Has("--in")) input = ReadRecordFile(arguments.Value("--in"));
+  if (arguments.Has("--out")) CheckRecordFile(arguments.Value("--out"));
   DriverModule module(call.machine);
   PrinterHandle printer(name);
   Request request{module, printer, call.machine.FindPrinter(name)->writable, std::move(input)};
-  const bool done = Run(call, kind, request) >= CPSUI_OK;
-  Json json;
-  if (done && kind.record) {
-    request.output.resize(RecordExtent(request.output));
-    if (kind.keptHere) call.machine.SetDefaultRecord(name, request.output);
-    if (arguments.Has("--out")) WriteRecordFile(arguments.Value("--out"), request.output);
-    json = RecordJson(request.output);
-  }
-  if (call.json()) std::cout << json.dump(2) << '\n';
-  return done ? kDone : kCancelled;
+  return Session(call, kind, request).Run();
 }
 
 int Sheet(Call& call) {
@@ -143,10 +221,14 @@ int Demo(Call& call) {
 
 }  // namespace
 
-const Command kSheet = {
-    "sheet", "NAME",        1,
-    1,       kSheetOptions, "shows a property sheet in the browser; prints its address first",
-    Sheet};
+const Command kSheet = {"sheet",
+                        "NAME",
+                        1,
+                        1,
+                        kSheetOptions,
+                        "shows a property sheet in the browser; prints its address first (with "
+                        "--json on standard error)",
+                        Sheet};
 const Command kDemo = {
     "demo",
     "",

@@ -1,5 +1,5 @@
 // Being asked to end: SIGTERM, SIGINT and SIGHUP are told to a function on a thread of its own
-// instead of ending the process. Made before any other thread is.
+// instead of ending the process, as long as this object lives. Made before any other thread is.
 #pragma once
 
 #include <csignal>
@@ -12,9 +12,12 @@ namespace printhost {
 class Termination {
  public:
   explicit Termination(std::function<void()> asked);
+  ~Termination();
+  Termination(const Termination&) = delete;
+  Termination& operator=(const Termination&) = delete;
 
  private:
-  sigset_t signals_;
+  sigset_t signals_, before_;
   std::jthread watcher_;
 };
 

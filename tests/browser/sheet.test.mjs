@@ -22,7 +22,7 @@ async function opened(t, ...words) {
     await page.locator(`[data-page="${index}"]`).click();
     await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
   };
-  const record = async () => JSON.parse((await sheet.ended).output.split("\n").slice(1).join("\n"));
+  const record = async () => JSON.parse((await sheet.ended).output);
   return { pc, sheet, page, faults, go, record, ...top(page) };
 }
 

@@ -87,7 +87,7 @@ export async function openSheet(test, pc, printer) {
       await page.locator('[data-button="ok"]').click();
       const { status, output } = await sheet.ended;
       if (status !== 0) throw new Error(`exit ${status}`);
-      return JSON.parse(output.split("\n").slice(1).join("\n"));
+      return JSON.parse(output);
     },
   };
 }
