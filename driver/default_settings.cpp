@@ -1,8 +1,5 @@
 #include "driver/default_settings.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "driver/device_tables.h"
 #include "driver/halftone_info.h"
 #include "driver/printer_access.h"
@@ -81,14 +78,11 @@ void FillDefaultSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR
   block.Printer.PaperNum = 1;
   block.Printer.Papers[0] = StandardPaper();
   block.Printer.HeadDensity = ModelOfPrinter(printer, name).headDensity;
-  block.Printer.Mecha = 0;
   SetHalftoneInfo(block, kHalftoneDefault);
 
   PrivateDevMode& settings = block.Record.Private;
   settings.PaperID = kFirstPaperId;
   settings.FreePaper = PaperOfEntry(block, PaperEntryOrFree(block, settings.PaperID));
-  std::fill(std::begin(settings.FreePaper.PaperName), std::end(settings.FreePaper.PaperName),
-            WCHAR{});
   CopyText(settings.FreePaper.PaperName, kFreePaperName);
   FillPrivateDefaults(settings);
   FillPublicFields(block, printer, name);

@@ -5,12 +5,6 @@
 
 using namespace kestrel;
 
-namespace {
-
-constexpr LONG kFailed = -1;
-
-}  // namespace
-
 namespace kestrel {
 
 LONG ResolveWithoutSheet(DOCUMENTPROPERTYHEADER& header) {
@@ -23,6 +17,12 @@ LONG ResolveWithoutSheet(DOCUMENTPROPERTYHEADER& header) {
 }
 
 }  // namespace kestrel
+
+namespace {
+
+constexpr LONG kFailed = -1;
+
+}  // namespace
 
 LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName, DEVMODEW* pdmOut,
                                   DEVMODEW* pdmIn, DWORD fMode) {
@@ -45,7 +45,7 @@ LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName
   if (!ShowCommonPropertySheet(hwnd, DrvDocumentPropertySheets, reinterpret_cast<LPARAM>(&header),
                                &result))
     return kFailed;
-  return static_cast<LONG>(result);
+  return header.cbOut == kSheetRefused ? kFailed : static_cast<LONG>(result);
 }
 
 LONG WINAPI DrvAdvancedDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,

@@ -4,6 +4,7 @@
 
 #include "driver/handles.h"
 #include "driver/printer_access.h"
+#include "driver/record_view.h"
 #include "driver/resolve_settings.h"
 
 using namespace kestrel;

@@ -1,7 +1,8 @@
+#include "driver/merge_record.h"
+
 #include <algorithm>
 
 #include "driver/default_settings.h"
-#include "driver/resolve_settings.h"
 #include "paper/paper_table.h"
 
 namespace kestrel {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "driver/handles.h"
 #include "driver/text.h"
@@ -119,10 +120,12 @@ bool GiveDirectory(void* buffer, DWORD size, bool withVersion) {
   if (!GetPrinterDriverDirectoryW(nullptr, nullptr, 1, static_cast<LPBYTE>(buffer), size, &needed))
     return false;
   if (!withVersion) return true;
+  constexpr WCHAR kVersion[] = TEXT("\\3");
   WCHAR* directory = static_cast<WCHAR*>(buffer);
-  const int units = static_cast<int>(size / sizeof(WCHAR));
-  if (TextLength(directory) > units - 2) return false;
-  AppendText(directory, static_cast<size_t>(units), TEXT("\\3"));
+  const size_t units = size / sizeof(WCHAR);
+  const auto length = static_cast<size_t>(TextLength(directory));
+  if (length + std::size(kVersion) > units) return false;
+  std::copy(std::begin(kVersion), std::end(kVersion), directory + length);
   return true;
 }
 

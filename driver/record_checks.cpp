@@ -1,22 +1,25 @@
+#include "driver/record_checks.h"
+
 #include <algorithm>
 
 #include "driver/os_version.h"
-#include "driver/resolve_settings.h"
 #include "driver/text.h"
 
 namespace kestrel {
 
 namespace {
 
-// Names count as equal when the shorter begins the longer: dmDeviceName holds 31 characters only,
-// and a record without a name belongs to every printer.
+// A record without a name belongs to every printer. dmDeviceName holds 31 units only: a longer name
+// is cut, be it within its server part.
 bool SameDevice(const WCHAR* printerName, const WCHAR* deviceName) {
-  const auto reduced = [](const WCHAR* name) {
-    return PrinterNamePart(name, static_cast<size_t>(TextLength(name)), kNameBehindServer);
-  };
-  const TextSpan a = reduced(printerName);
-  const TextSpan b = reduced(deviceName);
-  return std::equal(a.start, a.start + std::min(a.length, b.length), b.start);
+  const TextSpan printer = PrinterNamePart(printerName, kNameBehindServer);
+  const TextSpan device = PrinterNamePart(deviceName, kNameBehindServer);
+  if (std::equal(printer.start, printer.start + std::min(printer.length, device.length),
+                 device.start))
+    return true;
+  const TextSpan whole = PrinterNamePart(printerName, kNameBeforePort);
+  constexpr size_t kFull = CCHDEVICENAME - 1;
+  return whole.length >= kFull && std::equal(whole.start, whole.start + kFull, deviceName);
 }
 
 }  // namespace

@@ -5,7 +5,9 @@
 
 #include "driver/default_settings.h"
 #include "driver/handles.h"
+#include "driver/merge_record.h"
 #include "driver/printer_access.h"
+#include "driver/record_checks.h"
 
 namespace kestrel {
 

@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include "driver/record_view.h"
 #include "driver/settings_block.h"
 
 namespace kestrel {
@@ -27,32 +26,6 @@ bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const
 // Tells every window that the printer's defaults changed (WM_DEVMODECHANGE, 300 ms at most a
 // window).
 void AnnounceChangedDefault(const WCHAR* name);
-
-// RecordMismatch bits.
-enum RecordMismatch : unsigned {
-  kOtherSpecVersion = 1,
-  kOtherDriverVersion = 2,
-  kOtherSize = 4,
-  kOtherExtra = 8,
-  kNoSignature = 16,
-  kOtherDevice = 32,
-};
-
-// What distinguishes a record from the driver's own; 0: nothing. Device names count as equal when
-// the shorter begins the longer, both taken behind the last "\" and up to the first ",".
-unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name);
-// The same with the rule of the running system: from Windows Vista on a record may name another
-// device.
-unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name);
-
-// The strict test used on stored records.
-bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name);
-
-// Merges an application's record into a block that holds the printer's settings: the public fields
-// that it sets, and its private fields when it is the driver's own (mismatch, as
-// MismatchOnThisSystem told, is 0) and the printer does not insist on its settings.
-void _UdcMergeSelfDMode(DriverSettingsBlock& block, const RecordView& input, unsigned mismatch,
-                        HANDLE printer, const WCHAR* name);
 
 // The 452 bytes of a block's settings record.
 void CopySettingsRecord(void* output, const DriverSettingsBlock& block);

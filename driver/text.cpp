@@ -143,9 +143,9 @@ bool IsCp932Representable(const WCHAR* text, int maximum, int* index) {
   return true;
 }
 
-TextSpan PrinterNamePart(const WCHAR* name, size_t n, int mode) {
+TextSpan PrinterNamePart(const WCHAR* name, int mode) {
   const WCHAR* start = name;
-  const WCHAR* end = name + BoundedLength(name, n);
+  const WCHAR* end = name + TextLength(name);
   if (mode == kNameBehindServer) {
     const auto backslash =
         std::find(std::reverse_iterator(end), std::reverse_iterator(start), WCHAR{'\\'});
@@ -159,7 +159,7 @@ bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode) {
   if (n == 0) return false;
   std::fill_n(out, n, WCHAR{});
   if (name == nullptr || mode < kWholeName || mode > kNameBehindServer) return false;
-  const TextSpan part = PrinterNamePart(name, static_cast<size_t>(TextLength(name)), mode);
+  const TextSpan part = PrinterNamePart(name, mode);
   CopyField(out, n, part.start, part.length);
   return true;
 }

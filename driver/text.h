@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstddef>
 
 namespace kestrel {
@@ -23,9 +24,13 @@ int CopyText(WCHAR* out, size_t n, const WCHAR* text);
 int CopyField(WCHAR* out, size_t n, const WCHAR* field, size_t fieldUnits);
 // Appends what fits behind the text in out (n units in all) and terminates.
 int AppendText(WCHAR* out, size_t n, const WCHAR* text);
+// The same into a whole array, whose rest is cleared: no field of a record keeps the tail of an
+// older text.
 template <size_t N>
 int CopyText(WCHAR (&out)[N], const WCHAR* text) {
-  return CopyText(out, N, text);
+  const int length = CopyText(out, N, text);
+  std::fill(out + length, out + N, WCHAR{});
+  return length;
 }
 // Writes a text into a stored field and clears the field behind it.
 template <size_t N>
@@ -66,8 +71,8 @@ struct TextSpan {
   const WCHAR* start;
   size_t length;
 };
-// The part within the name, a text of at most n units.
-TextSpan PrinterNamePart(const WCHAR* name, size_t n, int mode);
+// The part within a name; of no name an empty one.
+TextSpan PrinterNamePart(const WCHAR* name, int mode);
 // Copies a part, at most n - 1 units, always terminated; false and an empty output when there is no
 // name or no such mode.
 bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode);

@@ -20,7 +20,6 @@ constexpr int BACKUP_FILE_FORMAT_VERSION = 3;
 constexpr int kVersionLength = 8;       // FileVersion and DriverVersion, terminator included
 constexpr int kPrinterNameBytes = 128;  // of DriverName as it is written
 constexpr int kSyncLength = 80;
-constexpr size_t kRequiredDriverKeys = 14;  // PaperID to ColorText: a load needs them all
 
 void FormatVersion(char (&text)[kVersionLength]) {
   std::snprintf(text, sizeof(text), "%04x", static_cast<unsigned>(BACKUP_FILE_FORMAT_VERSION));
@@ -41,38 +40,75 @@ void TransferHalftone(DriverSettingsBlock& block) {
   TransferFields(&block.Record.Private.ColorAdjust, ColorAdjustKeys());
 }
 
-// A field that is 0 in a file without its key; any other field stays as it was.
-void TransferFieldOrZero(void* record, const SettingsKey& key, TransferDirection direction) {
+// A field that is 0 when a file lacks its key; any other field stays as it was.
+bool TransferFieldOrZero(void* record, const SettingsKey& key) {
   void* field = FieldOf(record, key);
-  if (Int16Field(key.name, field) == 0 && direction == TransferDirection::kLoad) {
-    std::memset(field, 0, sizeof(int16_t));
-  }
+  if (Int16Field(key.name, field) != 0) return true;
+  if (!Saving()) std::memset(field, 0, sizeof(int16_t));
+  return false;
 }
 
 // The current section's paper. On a load a missing name is empty.
-void TransferPaper(PaperInfo& paper, TransferDirection direction) {
+void TransferPaper(PaperInfo& paper) {
   ClearSection();
   NameField("PaperName", paper.PaperName, kPaperNameLength);
   for (const SettingsKey& key : PaperKeys()) {
     if (key.offset == offsetof(PaperInfo, Yoshi)) {
-      TransferFieldOrZero(&paper, key, direction);
+      TransferFieldOrZero(&paper, key);
     } else {
       Int16Field(key.name, FieldOf(&paper, key));
     }
   }
 }
 
-void ClearPapers(DriverSettingsBlock& block, int count) {
-  std::memset(block.Printer.Papers + count, 0,
-              static_cast<size_t>(kPaperCapacity - count) * sizeof(PaperInfo));
-}
-
-void TransferPapers(DriverSettingsBlock& block, int count, TransferDirection direction) {
+// The papers of a count, which a save writes and a load takes over; the slots behind are cleared.
+void TransferPapers(PrinterSettingsPart& printer, int16_t count) {
+  BeginSection(kPaperNumSection);
+  ClearSection();
+  Int16Field("PaperNum", &count);
+  count = std::clamp(count, int16_t{0}, int16_t{kPaperCapacity});
+  if (!Saving()) printer.PaperNum = count;
   for (int i = 0; i < count; ++i) {
     BeginSection(TEXT("PAPER"), i);
-    TransferPaper(block.Printer.Papers[i], direction);
+    TransferPaper(printer.Papers[i]);
   }
-  ClearPapers(block, count);
+  std::fill(printer.Papers + count, printer.Papers + kPaperCapacity, PaperInfo{});
+}
+
+// False when one of the driver's own fields cannot be written, or one that a backup must hold is
+// missing. The device's facts are written for the reader and never read.
+bool TransferDriverInfo(DriverSettingsBlock& block) {
+  PrivateDevMode& settings = block.Record.Private;
+  BeginSection(kDriverSection);
+  ClearSection();
+  for (const SettingsKey& key : RequiredDriverKeys()) {
+    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
+  }
+  for (const SettingsKey& key : {kCompulsoryKey, kPositionKey}) {
+    if (!TransferFieldOrZero(&settings, key) && Saving()) return false;
+  }
+  BeginSection(kFreePaperSection);
+  TransferPaper(settings.FreePaper);
+  if (Saving()) {
+    BeginSection(kDeviceSection);
+    ClearSection();
+    TransferFields(&block.Printer, DeviceKeys());
+  }
+  TransferHalftone(block);
+  return true;
+}
+
+// False, and nothing else transferred, when the driver's own fields fail.
+bool TransferSections(const BackupSubject& subject, unsigned sections) {
+  if ((sections & BACKUP_DRIVER_INFO) != 0 && !TransferDriverInfo(subject.block)) return false;
+  if ((sections & BACKUP_PAPERS) != 0) {
+    // What is stored may be out of bounds; what is written is not.
+    PrinterSettingsPart& printer = subject.block.Printer;
+    TransferPapers(printer,
+                   Saving() ? static_cast<int16_t>(PaperCount(subject.block)) : printer.PaperNum);
+  }
+  if ((sections & BACKUP_FONTS) != 0) TransferFonts(subject.fonts);
+  return true;
 }
 
 // ---- saving ----
@@ -90,30 +126,6 @@ void SaveVersion(const WCHAR* printerName) {
   RawText("DriverName", name, kPrinterNameBytes);
 }
 
-bool SaveDriverInfo(DriverSettingsBlock& block) {
-  PrivateDevMode& settings = block.Record.Private;
-  BeginSection(kDriverSection);
-  ClearSection();
-  for (const SettingsKey& key : DriverKeys()) {
-    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
-  }
-  BeginSection(kFreePaperSection);
-  TransferPaper(settings.FreePaper, TransferDirection::kSave);
-  BeginSection(kDeviceSection);
-  ClearSection();
-  TransferFields(&block.Printer, DeviceKeys());
-  TransferHalftone(block);
-  return true;
-}
-
-void SavePapers(DriverSettingsBlock& block) {
-  BeginSection(kPaperNumSection);
-  ClearSection();
-  auto count = static_cast<int16_t>(PaperCount(block));
-  Int16Field("PaperNum", &count);
-  TransferPapers(block, count, TransferDirection::kSave);
-}
-
 void SaveSync(const DriverSettingsBlock& block) {
   BeginSection(kSyncSection);
   ClearSection();
@@ -125,12 +137,7 @@ void SaveSync(const DriverSettingsBlock& block) {
 
 bool SaveBackup(const BackupSubject& subject, unsigned sections) {
   SaveVersion(subject.printerName);
-  if ((sections & BACKUP_DRIVER_INFO) != 0 && !SaveDriverInfo(subject.block)) return false;
-  if ((sections & BACKUP_PAPERS) != 0) SavePapers(subject.block);
-  if ((sections & BACKUP_FONTS) != 0) {
-    TransferDecoFonts(subject.fonts, TransferDirection::kSave);
-    TransferBarFonts(subject.fonts, TransferDirection::kSave);
-  }
+  if (!TransferSections(subject, sections)) return false;
   SaveSync(subject.block);
   return true;
 }
@@ -151,31 +158,6 @@ bool CheckVersion(HWND owner) {
   if (std::strcmp(version, expected) == 0) return true;
   ShowMessage(owner, IDS_BACKUP_VERSION_WRONG, MB_ICONEXCLAMATION);
   return false;
-}
-
-bool LoadDriverInfo(DriverSettingsBlock& block) {
-  PrivateDevMode& settings = block.Record.Private;
-  BeginSection(kDriverSection);
-  const SettingsKeys keys = DriverKeys();
-  for (const SettingsKey& key : keys.first(kRequiredDriverKeys)) {
-    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
-  }
-  for (const SettingsKey& key : keys.subspan(kRequiredDriverKeys)) {
-    TransferFieldOrZero(&settings, key, TransferDirection::kLoad);
-  }
-  BeginSection(kFreePaperSection);
-  TransferPaper(settings.FreePaper, TransferDirection::kLoad);
-  TransferHalftone(block);
-  return true;
-}
-
-void LoadPapers(DriverSettingsBlock& block) {
-  BeginSection(kPaperNumSection);
-  int16_t count = block.Printer.PaperNum;
-  Int16Field("PaperNum", &count);
-  count = static_cast<int16_t>(std::clamp<int>(count, 0, kPaperCapacity));
-  block.Printer.PaperNum = count;
-  TransferPapers(block, count, TransferDirection::kLoad);
 }
 
 // Hexadecimal digits in lower case up to the first other character, modulo 256.
@@ -200,15 +182,10 @@ void LoadSync(const BackupSubject& subject) {
 }
 
 bool LoadBackup(HWND owner, const BackupSubject& subject, unsigned sections) {
-  if (!CheckVersion(owner)) return false;
-  if ((sections & BACKUP_DRIVER_INFO) != 0 && !LoadDriverInfo(subject.block)) return false;
-  if ((sections & BACKUP_PAPERS) != 0) LoadPapers(subject.block);
-  if ((sections & BACKUP_FONTS) != 0) {
-    TransferDecoFonts(subject.fonts, TransferDirection::kLoad);
-    TransferBarFonts(subject.fonts, TransferDirection::kLoad);
-    if (subject.fonts.DecoFontNum > 0 || subject.fonts.BarFontNum > 0) {
-      ShowMessage(owner, IDS_LOADED_FONTS_WARNING, MB_ICONEXCLAMATION);
-    }
+  if (!CheckVersion(owner) || !TransferSections(subject, sections)) return false;
+  const bool fonts = subject.fonts.DecoFontNum > 0 || subject.fonts.BarFontNum > 0;
+  if ((sections & BACKUP_FONTS) != 0 && fonts) {
+    ShowMessage(owner, IDS_LOADED_FONTS_WARNING, MB_ICONEXCLAMATION);
   }
   LoadSync(subject);
   return true;

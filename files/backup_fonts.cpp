@@ -7,7 +7,6 @@
 #include "files/profile_io.h"
 #include "files/settings_keys.h"
 #include "fonts/barcode_param.h"
-#include "fonts/font_store.h"
 
 namespace kestrel {
 namespace {
@@ -74,7 +73,7 @@ void TransferBarFont(BarFontInfo& font) {
   }
 }
 
-// What saving and loading of one kind differ in.
+// What the two kinds differ in.
 struct FontSections {
   const WCHAR* countSection;
   const char* countKey;
@@ -86,53 +85,36 @@ constexpr FontSections kDecoSections = {kDecoNumSection, "DecoFontNum", TEXT("DE
                                         kDecorativeFont};
 constexpr FontSections kBarSections = {kBarNumSection, "BarFontNum", TEXT("BARFONT"), kBarcodeFont};
 
-void TransferBody(FontRecord& font, FontKindCode kind) {
+void TransferFont(FontRecord& font, FontKindCode kind) {
+  ClearSection();
   kind == kDecorativeFont ? TransferDecoFont(font.Deco) : TransferBarFont(font.Bar);
+  if (Saving()) return;
+  CopyText(font.FontName, kind == kDecorativeFont ? font.Deco.DecoFontName : font.Bar.BarFontName);
+  font.FontKind = kind;
 }
 
-void SaveFonts(const FontSections& sections, FontRecord* fonts, int count) {
+// One kind's list and its count, as the session holds them.
+void TransferList(const FontSections& sections, FontRecord* fonts, int16_t& stored) {
   BeginSection(sections.countSection);
   ClearSection();
-  auto stored = static_cast<int16_t>(count);
-  Int16Field(sections.countKey, &stored);
-  for (int i = 0; i < count; ++i) {
-    BeginSection(sections.prefix, i);
-    ClearSection();
-    TransferBody(fonts[i], sections.kind);
-  }
-}
-
-void LoadFonts(const FontSections& sections, FontRecord* fonts, int16_t& count) {
-  BeginSection(sections.countSection);
+  const int16_t most = fonts != nullptr ? int16_t{kFontCapacity} : int16_t{0};
+  int16_t count = Saving() ? std::clamp(stored, int16_t{0}, most) : stored;
   Int16Field(sections.countKey, &count);
-  count = static_cast<int16_t>(std::clamp<int>(count, 0, fonts != nullptr ? kFontCapacity : 0));
+  count = std::clamp(count, int16_t{0}, most);
   for (int i = 0; i < count; ++i) {
-    FontRecord& font = fonts[i];
     BeginSection(sections.prefix, i);
-    TransferBody(font, sections.kind);
-    CopyText(font.FontName,
-             sections.kind == kDecorativeFont ? font.Deco.DecoFontName : font.Bar.BarFontName);
-    font.FontKind = sections.kind;
+    TransferFont(fonts[i], sections.kind);
   }
-  if (fonts != nullptr) std::memset(fonts + count, 0, (kFontCapacity - count) * sizeof(FontRecord));
+  if (Saving()) return;
+  stored = count;
+  if (fonts != nullptr) std::fill(fonts + count, fonts + kFontCapacity, FontRecord{});
 }
 
 }  // namespace
 
-void TransferDecoFonts(FontStore& fonts, TransferDirection direction) {
-  if (direction == TransferDirection::kLoad) {
-    LoadFonts(kDecoSections, fonts.DecoFonts, fonts.DecoFontNum);
-  } else {
-    SaveFonts(kDecoSections, fonts.DecoFonts, ShownDecoFonts(fonts));
-  }
-}
-
-void TransferBarFonts(FontStore& fonts, TransferDirection direction) {
-  if (direction == TransferDirection::kLoad) {
-    LoadFonts(kBarSections, fonts.BarFonts, fonts.BarFontNum);
-  } else {
-    SaveFonts(kBarSections, fonts.BarFonts, std::clamp<int>(fonts.BarFontNum, 0, kFontCapacity));
-  }
+void TransferFonts(FontStore& fonts) {
+  TransferList(kDecoSections, fonts.DecoFonts, fonts.DecoFontNum);
+  TransferList(kBarSections, fonts.BarFonts, fonts.BarFontNum);
 }
 
 }  // namespace kestrel

@@ -9,14 +9,20 @@
 namespace kestrel {
 namespace {
 
+constexpr int kPathLength = 260;  // bytes, terminator included
+constexpr int kSectionLength = 64;
 constexpr int kValueLength = 256;   // of a number or a list, terminator included
 constexpr int kElementLength = 16;  // of one element of a list
 constexpr int kNameBytes = 64;      // of a name
 
+struct ProfileIo {
+  char path[kPathLength];
+  char section[kSectionLength];
+  TransferDirection direction;
+};
+
 // One transfer at a time runs in a process.
 ProfileIo context;
-
-bool Saving() { return context.direction == TransferDirection::kSave; }
 
 int Read(const char* key, char* value, int size) {
   return static_cast<int>(GetPrivateProfileStringA(context.section, key, "", value,
@@ -94,18 +100,12 @@ void CutText(char* text, size_t size) {
   text[end] = 0;
 }
 
-bool HasBackslash(const WCHAR* text) {
-  for (; *text != 0; ++text) {
-    if (*text == '\\') return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 bool BeginTransfer(const WCHAR* fileName, TransferDirection direction) {
   WCHAR path[2 * MAX_PATH] = {};
-  if (!HasBackslash(fileName)) {
+  const WCHAR* end = fileName + TextLength(fileName);
+  if (std::find(fileName, end, WCHAR{'\\'}) == end) {
     const UINT length = GetSystemDirectoryW(path, MAX_PATH);
     if (length == 0 || length >= MAX_PATH) return false;
     if (path[length - 1] != '\\') AppendText(path, TEXT("\\"));
@@ -114,16 +114,16 @@ bool BeginTransfer(const WCHAR* fileName, TransferDirection direction) {
   const int length = TextLength(path);
   if (!IsCp932Representable(path, length, nullptr)) return false;
   char bytes[2 * 2 * MAX_PATH];
-  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kProfilePathLength) return false;
+  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathLength) return false;
   context = {};
-  std::memcpy(context.path, bytes, kProfilePathLength);
+  std::memcpy(context.path, bytes, kPathLength);
   context.direction = direction;
   return true;
 }
 
-void BeginSection(const WCHAR* name) {
-  ToCodePage(name, -1, context.section, kProfileSectionLength);
-}
+bool Saving() { return context.direction == TransferDirection::kSave; }
+
+void BeginSection(const WCHAR* name) { ToCodePage(name, -1, context.section, kSectionLength); }
 
 void BeginSection(const WCHAR* prefix, int number) {
   BeginSection(prefix);

@@ -12,18 +12,11 @@ namespace kestrel {
 
 enum class TransferDirection { kLoad = 0, kSave = 1 };
 
-constexpr int kProfilePathLength = 260;  // bytes, terminator included
-constexpr int kProfileSectionLength = 64;
-
-struct ProfileIo {
-  char path[kProfilePathLength];
-  char section[kProfileSectionLength];
-  TransferDirection direction;
-};
-
 // Starts a transfer with a file. A name without a backslash lies in the system directory. False for
 // a path that has no form in code page 932 or is longer than 259 bytes there.
 bool BeginTransfer(const WCHAR* fileName, TransferDirection direction);
+// Whether the transfer that runs is a save.
+bool Saving();
 // The section that the next operations use.
 void BeginSection(const WCHAR* name);
 // A numbered section such as PAPER07.

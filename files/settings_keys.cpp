@@ -1,11 +1,9 @@
 #include "files/settings_keys.h"
 
-#include "driver/settings_block.h"
-
 namespace kestrel {
 namespace {
 
-constexpr SettingsKey kDriverKeys[] = {
+constexpr SettingsKey kRequiredDriverKeys[] = {
     {"PaperID", offsetof(PrivateDevMode, PaperID)},
     {"Copies", offsetof(PrivateDevMode, Copies)},
     {"VerticalBase", offsetof(PrivateDevMode, nVertBase)},
@@ -20,8 +18,6 @@ constexpr SettingsKey kDriverKeys[] = {
     {"MoveMode", offsetof(PrivateDevMode, nMoveMode)},
     {"Dither", offsetof(PrivateDevMode, Dither)},
     {"ColorText", offsetof(PrivateDevMode, nColorText)},
-    {"CompulsorySet", offsetof(PrivateDevMode, nCompulsory)},
-    {"Position", offsetof(PrivateDevMode, Position)},
 };
 
 constexpr SettingsKey kPaperKeys[] = {
@@ -92,7 +88,7 @@ constexpr SettingsKey kColorAdjustKeys[] = {
 
 }  // namespace
 
-SettingsKeys DriverKeys() { return kDriverKeys; }
+SettingsKeys RequiredDriverKeys() { return kRequiredDriverKeys; }
 SettingsKeys PaperKeys() { return kPaperKeys; }
 SettingsKeys DeviceKeys() { return kDeviceKeys; }
 SettingsKeys HalftoneKeys() { return kHalftoneKeys; }

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <span>
 
+#include "driver/settings_block.h"
+
 namespace kestrel {
 
 constexpr WCHAR kVersionSection[] = TEXT("ﾊﾞｰｼﾞｮﾝ情報");
@@ -27,8 +29,11 @@ struct SettingsKey {
 };
 using SettingsKeys = std::span<const SettingsKey>;
 
-// 16-bit fields of a PrivateDevMode, from PaperID to Position.
-SettingsKeys DriverKeys();
+// 16-bit fields of a PrivateDevMode, in the order of writing: those that a backup must hold, then
+// the two that have rules of their own when a file lacks them.
+SettingsKeys RequiredDriverKeys();
+constexpr SettingsKey kCompulsoryKey = {"CompulsorySet", offsetof(PrivateDevMode, nCompulsory)};
+constexpr SettingsKey kPositionKey = {"Position", offsetof(PrivateDevMode, Position)};
 // 16-bit fields of a PaperInfo behind its name.
 SettingsKeys PaperKeys();
 // 16-bit fields of a PrinterSettingsPart.
@@ -40,8 +45,6 @@ SettingsKeys ChromaticityKeys();
 SettingsKeys HalftoneGammaKeys();
 // 16-bit fields of a COLORADJUSTMENT.
 SettingsKeys ColorAdjustKeys();
-constexpr size_t kIlluminantIndexKey =
-    2;  // in ColorAdjustKeys; the set-up file spells it in its own way
 
 // The field of a key in a record.
 inline void* FieldOf(void* record, const SettingsKey& key) {

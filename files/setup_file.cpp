@@ -112,18 +112,17 @@ void ImportHalftone(DriverSettingsBlock& block) {
 // The set-up tool writes the prefix of one key twice; the backup file's spelling means nothing
 // here.
 void ImportColorAdjustment(COLORADJUSTMENT& adjustment) {
-  const SettingsKeys keys = ColorAdjustKeys();
-  SettingsKey illuminant = keys[kIlluminantIndexKey];
-  illuminant.name = "ColorAdjust.ColorAdjust.IlluminantIndex";
-  ImportKeys(kHalftoneSection, keys.first(kIlluminantIndexKey), &adjustment);
-  ImportKey(kHalftoneSection, illuminant, &adjustment, StoreNumber<int16_t>);
-  ImportKeys(kHalftoneSection, keys.subspan(kIlluminantIndexKey + 1), &adjustment);
+  for (SettingsKey key : ColorAdjustKeys()) {
+    if (key.offset == offsetof(COLORADJUSTMENT, caIlluminantIndex))
+      key.name = "ColorAdjust.ColorAdjust.IlluminantIndex";
+    ImportKey(kHalftoneSection, key, &adjustment, StoreNumber<int16_t>);
+  }
 }
 
-// Position stands apart from the driver's other keys: present but empty it is 1.
+// Position, unlike the other keys, is 1 when it is present but empty.
 void ImportPosition(PrivateDevMode& settings) {
-  const SettingsKey position = DriverKeys().back();
-  if (!ImportKey(kDriverSection, position, &settings, StoreNumber<int16_t>)) settings.Position = 1;
+  if (!ImportKey(kDriverSection, kPositionKey, &settings, StoreNumber<int16_t>))
+    settings.Position = 1;
 }
 
 // The number of papers, or -1 for a file that is refused. A negative count is refused like one
@@ -148,7 +147,8 @@ bool ImportSetupFile(DriverSettingsBlock& block, HANDLE printer, const WCHAR* na
   ImportKeys(kDeviceSection, DeviceKeys(), &block.Printer);
   ImportHalftone(block);
   ImportColorAdjustment(settings.ColorAdjust);
-  ImportKeys(kDriverSection, DriverKeys().first(DriverKeys().size() - 1), &settings);
+  ImportKeys(kDriverSection, RequiredDriverKeys(), &settings);
+  ImportKey(kDriverSection, kCompulsoryKey, &settings, StoreNumber<int16_t>);
   ImportPaper(kFreePaperSection, settings.FreePaper);
   ImportKey(kSyncSection, {"SYNC", offsetof(PrivateDevMode, nTSMode)}, &settings,
             StoreNumber<int16_t>);

@@ -12,7 +12,8 @@ struct MessageOverride {
   const WCHAR* text;
 };
 
-// Texts that take precedence over the string table; ended by id 0.
+// Texts that take precedence over the string table, which holds others under the same ids that
+// nobody is shown: a change of one of these texts belongs here. Ended by id 0.
 constexpr MessageOverride kMessageOverrideTable[] = {
     {IDS_PRINTABLE_WIDTH_WRONG, TEXT("用紙幅の設定が間違っています。\n《印字可能領域のラベル左端と"
                                      "幅を加算した値がラベル幅より\n"

@@ -8,7 +8,7 @@ namespace {
 
 void Apply(const OwnPage& work, DriverUiData& session) {
   if (work.apply == ApplyOrder::kSaveThenConfirm) SaveFontStore(session.printer, session.fonts);
-  ApplyPage(session);
+  ConfirmSheetResult(session);
   if (work.apply == ApplyOrder::kConfirmThenSave) SaveFontStore(session.printer, session.fonts);
 }
 
@@ -21,7 +21,7 @@ INT_PTR Notify(const OwnPage& work, HWND page, DriverUiData& session, UINT code)
       return TRUE;
     case PSN_KILLACTIVE:
       if (work.leave != nullptr) work.leave(page, session);
-      LeavePage(session);
+      RefreshPublicFields(session);
       return TRUE;
     case PSN_APPLY:
       Apply(work, session);
@@ -37,7 +37,7 @@ bool FromSheet(UINT code) { return code <= PSN_FIRST && code >= PSN_LAST; }
 }  // namespace
 
 INT_PTR RunOwnPage(const OwnPage& work, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) KeepPage(page, lParam);
+  if (message == WM_INITDIALOG) SetWindowLongPtrW(page, DWLP_USER, lParam);
   DriverUiData* session = PageSession(page);
   if (session == nullptr) return FALSE;
   switch (message) {

@@ -10,12 +10,8 @@ bool IsValidUiSession(const DriverUiData* session) {
          session->selfEnd == session;
 }
 
-void StorePagePointer(HWND page, LPARAM pointer) { SetWindowLongPtrW(page, DWLP_USER, pointer); }
-
-LPARAM PagePointer(HWND page) { return GetWindowLongPtrW(page, DWLP_USER); }
-
 DriverUiData* PageSession(HWND page) {
-  const LPARAM pointer = PagePointer(page);
+  const LPARAM pointer = GetWindowLongPtrW(page, DWLP_USER);
   if (pointer == 0) return nullptr;
   // A page hosted through a COMPROPSHEETUI is given that structure's UserData. A PROPSHEETPAGE is
   // never taken for it: its first word is its size and flags, not its own address.
@@ -25,15 +21,9 @@ DriverUiData* PageSession(HWND page) {
   return IsValidUiSession(session) ? session : nullptr;
 }
 
-void KeepPage(HWND page, LPARAM initParam) { StorePagePointer(page, initParam); }
-
 void RefreshPublicFields(DriverUiData& session) {
   FillPublicFields(*session.settings, session.printer, session.printerName);
 }
-
-void LeavePage(DriverUiData& session) { RefreshPublicFields(session); }
-
-void ApplyPage(DriverUiData& session) { ConfirmSheetResult(session); }
 
 BOOL MarkPageChanged(HWND page) {
   if (GetOsVersionCode() >= kOsWindows2000) {
@@ -42,12 +32,9 @@ BOOL MarkPageChanged(HWND page) {
   return TRUE;
 }
 
-bool FirstPageIsOwn(const DriverUiData& session) {
-  return session.pageCount >= 1 && session.pages[0].kind == kPageOwnDialog;
-}
-
 bool ConfirmSheetResult(DriverUiData& session) {
-  return FirstPageIsOwn(session) && session.comPropSheet != nullptr &&
+  const bool ownFirst = session.pageCount >= 1 && session.pages[0].kind == kPageOwnDialog;
+  return ownFirst && session.comPropSheet != nullptr &&
          session.comPropSheet(session.comPropSheetHandle, CPSFUNC_SET_RESULT,
                               session.pageHandles[0], CPSUI_OK) > 0;
 }

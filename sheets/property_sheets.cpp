@@ -19,7 +19,7 @@ constexpr LONG kFailed = -1;
 
 // Resources of the common property-sheet library.
 constexpr WORD kPrinterTitle = 64717;    // string
-constexpr ULONG_PTR kSheetIcon = 64062;  // IDI_CPSUI_OPTION
+constexpr ULONG_PTR kSheetIcon = 64062;  // IDI_CPSUI_PRINTER
 
 LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry) {
   PROPSHEETPAGEW page = {};
@@ -87,7 +87,7 @@ void StorePrinterPart(const DriverUiData& session, HANDLE printer, const WCHAR* 
   AnnounceChangedDefault(name);
 }
 
-void FinishDocument(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
+void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
   if (header.pdmOut == nullptr || (header.fMode & (DM_UPDATE | DM_COPY)) == 0) return;
   // Without a name of its own the caller means the printer behind the handle.
   const WCHAR* name = header.pszPrinterName ? header.pszPrinterName : session.printerName;
@@ -98,25 +98,26 @@ void FinishDocument(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header)
   if (stores) StorePrinterPart(session, header.hPrinter, name);
 }
 
-void FinishPrinter(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
+void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
   RefreshPublicFields(session);
   StorePrinterPart(session, header.hPrinter, session.printerName);
 }
 
+// The library reports a sheet that was refused as cancelled.
+void MarkRefused(DOCUMENTPROPERTYHEADER& header) { header.cbOut = kSheetRefused; }
+void MarkRefused(DEVICEPROPERTYHEADER&) {}  // cancelled and refused are the same to its caller
 LPWSTR SheetTitle(const DOCUMENTPROPERTYHEADER&) { return const_cast<LPWSTR>(TEXT("")); }
 LPWSTR SheetTitle(const DEVICEPROPERTYHEADER&) { return MAKEINTRESOURCEW(kPrinterTitle); }
-void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
-  FinishDocument(session, header);
-}
-void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
-  FinishPrinter(session, header);
-}
 
 template <typename Header>
 LONG HandleSheet(PROPSHEETUI_INFO& info, LPARAM parameter) {
-  const auto* header = reinterpret_cast<const Header*>(info.lParamInit);
+  auto* header = reinterpret_cast<Header*>(info.lParamInit);
   if (header == nullptr) return kFailed;
-  if (info.Reason == PROPSHEETUI_REASON_INIT) return StartSheet(info, CreateUiSession(header));
+  if (info.Reason == PROPSHEETUI_REASON_INIT) {
+    const LONG started = StartSheet(info, CreateUiSession(header));
+    if (started != kDone) MarkRefused(*header);
+    return started;
+  }
   auto* session = reinterpret_cast<DriverUiData*>(info.UserData);
   if (!IsValidUiSession(session)) return kFailed;
   switch (info.Reason) {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "driver/record_checks.h"
 #include "driver/resolve_settings.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/settings.h"

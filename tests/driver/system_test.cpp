@@ -118,7 +118,9 @@ TEST_F(PrinterAccess, CutsTextsAndDirectories) {
   std::u16string buffer(300, 0);
   for (const size_t units : {length + 1, length + 2, length + 3}) {
     const auto size = static_cast<DWORD>(units * sizeof(WCHAR));
-    EXPECT_EQ(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 1), units >= length + 2);
+    const bool fits = units == length + 3;  // "\\3" and the terminator
+    EXPECT_EQ(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 1), fits);
+    EXPECT_EQ(buffer.c_str(), machine().driverDirectory() + (fits ? u"\\3" : u""));
     EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 2));
   }
 }

@@ -116,6 +116,19 @@ TEST_F(OpenSheetsTest, PrinterPropertiesWithoutTheRightToWrite) {
   EXPECT_FALSE(Stored());
 }
 
+// The library tells of a sheet that did not open as of one that was cancelled; the driver does not.
+TEST_F(OpenSheetsTest, ASheetThatCannotOpenIsNoCancelledOne) {
+  for (int n = 1; n <= 2; ++n) {  // the session's heap, the session
+    for (const SheetKind kind : {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kPrinter}) {
+      machine().faults.FailNth(Fault::kAllocation, n);
+      const SheetAnswer answer = ShowSheet(exports_, {.kind = kind}, {});
+      EXPECT_EQ(answer.result, kind == SheetKind::kPrinter ? FALSE : -1) << n;
+      EXPECT_FALSE(answer.written);
+      EXPECT_TRUE(machine().faults.Struck(Fault::kAllocation));
+    }
+  }
+}
+
 // The Printers folder of Windows 2000 hands in one record for both directions and means the user's
 // defaults.
 TEST_F(OpenSheetsTest, PrintersFolderOf2000StoresTheUsersDefaults) {

@@ -34,9 +34,13 @@ bool Exports::Find(HMODULE module) {
          Look(module, "DrvDevicePropertySheets", DrvDevicePropertySheets);
 }
 
-OpenedPrinter::OpenedPrinter(std::u16string name, ACCESS_MASK access) {
+OpenedPrinter::OpenedPrinter(std::u16string name) {
+  if (!Open(name, PRINTER_ALL_ACCESS)) Open(name, 0);
+}
+
+bool OpenedPrinter::Open(std::u16string& name, ACCESS_MASK access) {
   PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access};
-  OpenPrinterW(name.data(), &handle_, access == 0 ? nullptr : &defaults);
+  return OpenPrinterW(name.data(), &handle_, access == 0 ? nullptr : &defaults) != FALSE;
 }
 
 OpenedPrinter::~OpenedPrinter() {

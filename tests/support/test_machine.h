@@ -41,13 +41,18 @@ struct Exports {
 // An open printer, closed at the end of its scope. Empty when it could not be opened.
 class OpenedPrinter {
  public:
-  explicit OpenedPrinter(std::u16string name = kPrinter, ACCESS_MASK access = 0);
+  // As the control panel opens it: with all access where the person is allowed it, else for use.
+  explicit OpenedPrinter(std::u16string name = kPrinter);
+  // With this access, 0 for none asked for.
+  OpenedPrinter(std::u16string name, ACCESS_MASK access) { Open(name, access); }
   ~OpenedPrinter();
   OpenedPrinter(const OpenedPrinter&) = delete;
   OpenedPrinter& operator=(const OpenedPrinter&) = delete;
   operator HANDLE() const { return handle_; }
 
  private:
+  bool Open(std::u16string& name, ACCESS_MASK access);
+
   HANDLE handle_ = nullptr;
 };
 

@@ -31,7 +31,7 @@ LONG CommonSheet::Run() {
   Node& root = *nodes_[0];
   if (CallFunction(root, PROPSHEETUI_REASON_INIT, root.info.lParamInit) <= 0) {
     root.function = nullptr;  // it took itself down
-    return ERR_CPSUI_GETLASTERROR;
+    return CPSUI_CANCEL;
   }
   return Show();
 }
@@ -63,8 +63,8 @@ const bool registered = RegisterBuiltIn(
 
 }  // namespace platform
 
-// The result word is written when the sheet was shown: CPSUI_CANCEL unless a page confirmed
-// another result.
+// The result word is CPSUI_CANCEL unless a page confirmed another result. A sheet whose function
+// refused at INIT counts as cancelled (CommonPropertySheetUI).
 LONG WINAPI CommonPropertySheetUIW(HWND owner, PFNPROPSHEETUI function, LPARAM param,
                                    LPDWORD result) {
   if (!function) {
@@ -73,6 +73,6 @@ LONG WINAPI CommonPropertySheetUIW(HWND owner, PFNPROPSHEETUI function, LPARAM p
   }
   platform::CommonSheet sheet(owner, function, param);
   const LONG answer = sheet.Run();
-  if (answer > 0 && result) *result = sheet.result();
+  if (answer >= 0 && result) *result = sheet.result();
   return answer;
 }
