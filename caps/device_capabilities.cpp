@@ -9,6 +9,7 @@
 #include "driver/handles.h"
 #include "driver/resolve_settings.h"
 #include "driver/text.h"
+#include "paper/paper_records.h"
 #include "paper/paper_table.h"
 
 using namespace kestrel;
@@ -20,8 +21,8 @@ constexpr size_t kNameSlot = 64;     // units of a paper or media name
 constexpr size_t kBinNameSlot = 24;  // units of a bin name
 
 // Extents in tenths of a millimetre.
-constexpr POINT kMinimumExtent = {100, 100};
-constexpr POINT kMaximumExtent = {580, 1630};
+constexpr POINT kMinimumExtent = {kLabelWidths.minimum, kLabelLengths.minimum};
+constexpr POINT kMaximumExtent = {kLabelWidths.maximum, kLabelLengths.maximum};
 
 // An answer of fixed-size elements, written one behind the other; without a buffer nothing is.
 class Elements {

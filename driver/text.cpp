@@ -3,30 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "driver/integer_text.h"
+
 namespace kestrel {
 
 namespace {
-
-// Digits of a number behind its optional sign. value wraps as 32-bit arithmetic does.
-struct ParsedInteger {
-  LONG value;
-  bool positive;
-  bool fits;
-};
-
-template <typename Char>
-ParsedInteger ParseInteger(const Char* text) {
-  const bool positive = *text != '-';
-  if (*text == '+' || *text == '-') ++text;
-  uint32_t magnitude = 0;
-  bool fits = true;
-  for (; *text >= '0' && *text <= '9'; ++text) {
-    const uint64_t next = uint64_t{magnitude} * 10 + static_cast<uint32_t>(*text - '0');
-    fits = fits && next <= 0x7FFFFFFF;
-    magnitude = static_cast<uint32_t>(next);
-  }
-  return {static_cast<LONG>(positive ? magnitude : 0u - magnitude), positive, fits};
-}
 
 UINT SystemCodePage(UINT codePage) { return codePage == kSystemCodePage ? CP_ACP : codePage; }
 
@@ -164,18 +145,15 @@ bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode) {
   return true;
 }
 
-LONG IntegerFromText(const WCHAR* text, bool* fits) {
+LONG IntegerFromText(const WCHAR* text) {
   while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
-  const ParsedInteger number = ParseInteger(text);
-  if (fits != nullptr) *fits = number.fits;
-  return number.value;
+  return TakeInteger(text);
 }
 
 LONG IntegerFromText(const char* text, bool* positive) {
   while (*text == ' ') ++text;
-  const ParsedInteger number = ParseInteger(text);
-  if (positive != nullptr) *positive = number.positive;
-  return number.value;
+  if (positive != nullptr) *positive = *text != '-';
+  return TakeInteger(text);
 }
 
 }  // namespace kestrel

@@ -77,9 +77,8 @@ TextSpan PrinterNamePart(const WCHAR* name, int mode);
 // name or no such mode.
 bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode);
 
-// A decimal number in a text: leading blanks, one optional sign, digits up to the first other
-// character; 0 without digits. Wraps as 32-bit arithmetic does; *fits tells when it did not.
-LONG IntegerFromText(const WCHAR* text, bool* fits = nullptr);
+// The decimal number behind leading blanks; 0 without digits. Saturates at the limits of 32 bits.
+LONG IntegerFromText(const WCHAR* text);
 // The same for 8-bit text; *positive tells whether the sign was "+" or absent.
 LONG IntegerFromText(const char* text, bool* positive = nullptr);
 

@@ -131,9 +131,8 @@ int PaperCountInFile() {
   WCHAR text[kReadLength];
   if (!ReadValue(kVersionSection, "DriverName", text)) return -1;
   if (!ReadValue(kPaperNumSection, "PaperNum", text)) return -1;
-  bool fits = false;
-  const LONG count = IntegerFromText(text, &fits);
-  return fits && count <= kPaperCapacity ? std::max<LONG>(count, -1) : -1;
+  const LONG count = IntegerFromText(text);
+  return count <= kPaperCapacity ? std::max<LONG>(count, -1) : -1;
 }
 
 }  // namespace

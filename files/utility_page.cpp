@@ -6,8 +6,8 @@
 #include "driver/text.h"
 #include "files/backup_file.h"
 #include "files/file_dialog.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
-#include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
 #include "sheets/own_page.h"
@@ -18,12 +18,12 @@ namespace kestrel {
 namespace {
 
 constexpr HelpRow kHelp[] = {
-    {IDC_UTILITY_SAVE_NAME, IDS_HELP_UTILITY_SAVE_NAME, kHelpPlain, 0, 0, 0, 0},
-    {IDC_UTILITY_LOAD_NAME, IDS_HELP_UTILITY_LOAD_NAME, kHelpPlain, 0, 0, 0, 0},
-    {IDC_UTILITY_SAVE, IDS_HELP_UTILITY_SAVE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_UTILITY_LOAD, IDS_HELP_UTILITY_LOAD, kHelpPlain, 0, 0, 0, 0},
-    {IDC_UTILITY_SAVE_BROWSE, IDS_HELP_UTILITY_SAVE_BROWSE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_UTILITY_LOAD_BROWSE, IDS_HELP_UTILITY_LOAD_BROWSE, kHelpPlain, 0, 0, 0, 0},
+    Plain(IDC_UTILITY_SAVE_NAME, IDS_HELP_UTILITY_SAVE_NAME),
+    Plain(IDC_UTILITY_LOAD_NAME, IDS_HELP_UTILITY_LOAD_NAME),
+    Plain(IDC_UTILITY_SAVE, IDS_HELP_UTILITY_SAVE),
+    Plain(IDC_UTILITY_LOAD, IDS_HELP_UTILITY_LOAD),
+    Plain(IDC_UTILITY_SAVE_BROWSE, IDS_HELP_UTILITY_SAVE_BROWSE),
+    Plain(IDC_UTILITY_LOAD_BROWSE, IDS_HELP_UTILITY_LOAD_BROWSE),
 };
 
 using BackupName = WCHAR[kBackupNameLength];

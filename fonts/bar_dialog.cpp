@@ -8,6 +8,7 @@
 #include "fonts/barcode_library.h"
 #include "fonts/font_names.h"
 #include "fonts/serial_fields.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
 #include "paper/paper_info.h"
 #include "resources/resource.h"
@@ -29,19 +30,26 @@ constexpr SerialControls kSerial = {
      IDC_BAR_FONT_LOW_DIGITS_SPIN}};
 
 constexpr HelpRow kHelp[] = {
-    {IDC_BAR_FONT_NAME, IDS_HELP_BAR_FONT_NAME, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_STRING_FONT, IDS_HELP_BAR_FONT_STRING_FONT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_FILE_FONT, IDS_HELP_BAR_FONT_FILE_FONT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_KIND, IDS_HELP_BAR_FONT_KIND, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_DETAIL, IDS_HELP_BAR_FONT_DETAIL, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_SERIAL_ON, IDS_HELP_BAR_FONT_SERIAL_ON, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_SERIAL_OFF, IDS_HELP_BAR_FONT_SERIAL_OFF, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_HEXADECIMAL, IDS_HELP_BAR_FONT_HEXADECIMAL, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_DECIMAL, IDS_HELP_BAR_FONT_DECIMAL, kHelpPlain, 0, 0, 0, 0},
-    {IDC_BAR_FONT_PRINT_NUM, IDS_HELP_BAR_FONT_PRINT_NUM, kHelpDotRange, 1, 9999, 1, 9999},
-    {IDC_BAR_FONT_INCREMENT, IDS_HELP_BAR_FONT_INCREMENT, kHelpDotRange, -9999, 9999, -9999, 9999},
-    {IDC_BAR_FONT_ACTIVE_DIGITS, IDS_HELP_BAR_FONT_ACTIVE_DIGITS, kHelpDotRange, 1, 99, 1, 99},
-    {IDC_BAR_FONT_LOW_DIGITS, IDS_HELP_BAR_FONT_LOW_DIGITS, kHelpDotRange, 0, 99, 0, 99},
+    Plain(IDC_BAR_FONT_NAME, IDS_HELP_BAR_FONT_NAME),
+    Plain(IDC_BAR_FONT_STRING_FONT, IDS_HELP_BAR_FONT_STRING_FONT),
+    Plain(IDC_BAR_FONT_FILE_FONT, IDS_HELP_BAR_FONT_FILE_FONT),
+    Plain(IDC_BAR_FONT_KIND, IDS_HELP_BAR_FONT_KIND),
+    Plain(IDC_BAR_FONT_DETAIL, IDS_HELP_BAR_FONT_DETAIL),
+    Plain(IDC_BAR_FONT_SERIAL_ON, IDS_HELP_BAR_FONT_SERIAL_ON),
+    Plain(IDC_BAR_FONT_SERIAL_OFF, IDS_HELP_BAR_FONT_SERIAL_OFF),
+    Plain(IDC_BAR_FONT_HEXADECIMAL, IDS_HELP_BAR_FONT_HEXADECIMAL),
+    Plain(IDC_BAR_FONT_DECIMAL, IDS_HELP_BAR_FONT_DECIMAL),
+    Ranged(IDC_BAR_FONT_PRINT_NUM, IDS_HELP_BAR_FONT_PRINT_NUM, kHelpDotRange, 1, 9999),
+    Ranged(IDC_BAR_FONT_INCREMENT, IDS_HELP_BAR_FONT_INCREMENT, kHelpDotRange, -9999, 9999),
+    Ranged(IDC_BAR_FONT_ACTIVE_DIGITS, IDS_HELP_BAR_FONT_ACTIVE_DIGITS, kHelpDotRange, 1, 99),
+    Ranged(IDC_BAR_FONT_LOW_DIGITS, IDS_HELP_BAR_FONT_LOW_DIGITS, kHelpDotRange, 0, 99),
+};
+
+constexpr NumericField kFields[] = {
+    {IDC_BAR_FONT_PRINT_NUM, IDC_BAR_FONT_PRINT_NUM_SPIN, 1, 9999, kPlain},
+    {IDC_BAR_FONT_INCREMENT, IDC_BAR_FONT_INCREMENT_SPIN, -9999, 9999, kPlain},
+    {IDC_BAR_FONT_ACTIVE_DIGITS, IDC_BAR_FONT_ACTIVE_DIGITS_SPIN, 1, 99, kPlain},
+    {IDC_BAR_FONT_LOW_DIGITS, IDC_BAR_FONT_LOW_DIGITS_SPIN, 0, 99, kPlain},
 };
 
 struct BarDialog {
@@ -50,7 +58,7 @@ struct BarDialog {
   BarcodeLibrary library;
 
   BarFontInfo& font() { return store->WorkFont.Bar; }
-  FieldDialog fields() const { return {window, IDD_BAR_FONT}; }
+  FieldDialog fields() const { return {window, kFields}; }
   bool checked(int control) const { return IsDlgButtonChecked(window, control) == BST_CHECKED; }
 };
 
@@ -140,7 +148,7 @@ bool StoreBarFont(BarDialog& dialog) {
   PutName(font.BarFontName, name);
   const int index = store.FontEditMode == 1 ? store.FontEditIndex : -1;
   if (!CheckFontName(window, store, font.BarFontName, index, kBarcodeFont)) {
-    SetFocus(GetDlgItem(window, IDC_BAR_FONT_NAME));
+    MoveFocus(window, IDC_BAR_FONT_NAME);
     return false;
   }
   if (!CheckSerialFields(dialog.fields(), kSerial)) return false;

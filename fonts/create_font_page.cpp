@@ -6,8 +6,8 @@
 #include "fonts/bar_dialog.h"
 #include "fonts/deco_dialog.h"
 #include "fonts/font_store.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
-#include "paper/fields/numeric_field.h"
 #include "paper/paper_info.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
@@ -19,16 +19,16 @@ namespace kestrel {
 namespace {
 
 constexpr HelpRow kHelp[] = {
-    {IDC_CREATE_FONT_DECO_LIST, IDS_HELP_CREATE_FONT_DECO_LIST, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_DECO_NEW, IDS_HELP_CREATE_FONT_DECO_NEW, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_DECO_EDIT, IDS_HELP_CREATE_FONT_DECO_EDIT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_DECO_DELETE, IDS_HELP_CREATE_FONT_DECO_DELETE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_BAR_LIST, IDS_HELP_CREATE_FONT_BAR_LIST, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_BAR_NEW, IDS_HELP_CREATE_FONT_BAR_NEW, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_BAR_EDIT, IDS_HELP_CREATE_FONT_BAR_EDIT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_BAR_DELETE, IDS_HELP_CREATE_FONT_BAR_DELETE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_BAR_REFERENCE, IDS_HELP_CREATE_FONT_BAR_REFERENCE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_CREATE_FONT_DECO_REFERENCE, IDS_HELP_CREATE_FONT_DECO_REFERENCE, kHelpPlain, 0, 0, 0, 0},
+    Plain(IDC_CREATE_FONT_DECO_LIST, IDS_HELP_CREATE_FONT_DECO_LIST),
+    Plain(IDC_CREATE_FONT_DECO_NEW, IDS_HELP_CREATE_FONT_DECO_NEW),
+    Plain(IDC_CREATE_FONT_DECO_EDIT, IDS_HELP_CREATE_FONT_DECO_EDIT),
+    Plain(IDC_CREATE_FONT_DECO_DELETE, IDS_HELP_CREATE_FONT_DECO_DELETE),
+    Plain(IDC_CREATE_FONT_BAR_LIST, IDS_HELP_CREATE_FONT_BAR_LIST),
+    Plain(IDC_CREATE_FONT_BAR_NEW, IDS_HELP_CREATE_FONT_BAR_NEW),
+    Plain(IDC_CREATE_FONT_BAR_EDIT, IDS_HELP_CREATE_FONT_BAR_EDIT),
+    Plain(IDC_CREATE_FONT_BAR_DELETE, IDS_HELP_CREATE_FONT_BAR_DELETE),
+    Plain(IDC_CREATE_FONT_BAR_REFERENCE, IDS_HELP_CREATE_FONT_BAR_REFERENCE),
+    Plain(IDC_CREATE_FONT_DECO_REFERENCE, IDS_HELP_CREATE_FONT_DECO_REFERENCE),
 };
 
 // One of the page's two groups: its controls and its part of the store.

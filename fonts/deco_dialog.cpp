@@ -66,7 +66,7 @@ INT_PTR CALLBACK DecoDialogProc(HWND window, UINT message, WPARAM wParam, LPARAM
 
 }  // namespace
 
-FieldDialog DecoDialog::fields() const { return {window, IDD_DECO_FONT}; }
+FieldDialog DecoDialog::fields() const { return {window, kDecoFields}; }
 
 INT_PTR ShowDecoDialog(HWND owner, FontStore& store, int dpi) {
   DecoDialog dialog = {};

@@ -43,6 +43,7 @@ class InitialisingScope {
 
 extern const SerialControls kDecoSerial;
 extern const HelpTextTable kDecoHelp;
+extern const NumericFieldTable kDecoFields;
 
 // A group of radio buttons in the order of the values they stand for.
 using RadioGroup = std::span<const int>;

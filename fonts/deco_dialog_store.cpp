@@ -1,5 +1,6 @@
 #include "fonts/deco_dialog_data.h"
 #include "fonts/font_names.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/measured_value.h"
 #include "resources/resource.h"
 
@@ -83,7 +84,7 @@ bool StoreDecoFont(DecoDialog& dialog) {
   GetDlgItemTextW(window, IDC_DECO_FONT_NAME, name, kFontNameLength);
   const int index = store.FontEditMode == 1 ? store.FontEditIndex : -1;
   if (!CheckFontName(window, store, name, index, kDecorativeFont)) {
-    SetFocus(GetDlgItem(window, IDC_DECO_FONT_NAME));
+    MoveFocus(window, IDC_DECO_FONT_NAME);
     return false;
   }
   if (!CheckSizes(dialog) || !CheckSerialFields(dialog.fields(), kDecoSerial)) return false;

@@ -1,17 +1,9 @@
 #include "fonts/deco_dialog_data.h"
+#include "paper/paper_info.h"
 #include "resources/resource.h"
 
 namespace kestrel {
 namespace {
-
-constexpr HelpRow Plain(int control, int text) {
-  return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kHelpPlain, 0, 0, 0, 0};
-}
-constexpr HelpRow Ranged(int control, int text, HelpKind kind, int minimum, int maximum) {
-  const auto low = static_cast<int16_t>(minimum);
-  const auto high = static_cast<int16_t>(maximum);
-  return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kind, low, high, low, high};
-}
 
 constexpr HelpRow kHelpRows[] = {
     Plain(IDC_DECO_FONT_NAME, IDS_HELP_DECO_FONT_NAME),
@@ -59,6 +51,18 @@ constexpr HelpRow kHelpRows[] = {
     Ranged(IDC_DECO_FONT_LOW_DIGITS, IDS_HELP_DECO_FONT_LOW_DIGITS, kHelpDotRange, 0, 99),
 };
 
+// Widths and heights in dots.
+constexpr NumericField kFieldRows[] = {
+    {IDC_DECO_FONT_EXPAND_X, IDC_DECO_FONT_EXPAND_X_SPIN, 0, 12, kPlain},
+    {IDC_DECO_FONT_EXPAND_Y, IDC_DECO_FONT_EXPAND_Y_SPIN, 0, 12, kPlain},
+    {IDC_DECO_FONT_WIDTH, IDC_DECO_FONT_WIDTH_SPIN, 27, 550, kDot},
+    {IDC_DECO_FONT_HEIGHT, IDC_DECO_FONT_HEIGHT_SPIN, 50, 999, kDot},
+    {IDC_DECO_FONT_PRINT_NUM, IDC_DECO_FONT_PRINT_NUM_SPIN, 1, 9999, kPlain},
+    {IDC_DECO_FONT_INCREMENT, IDC_DECO_FONT_INCREMENT_SPIN, -9999, 9999, kPlain},
+    {IDC_DECO_FONT_ACTIVE_DIGITS, IDC_DECO_FONT_ACTIVE_DIGITS_SPIN, 1, 99, kPlain},
+    {IDC_DECO_FONT_LOW_DIGITS, IDC_DECO_FONT_LOW_DIGITS_SPIN, 0, 99, kPlain},
+};
+
 constexpr int kDecorate[] = {IDC_DECO_FONT_DECORATE_OFF, IDC_DECO_FONT_DECORATE_ON};
 constexpr int kUnit[] = {IDC_DECO_FONT_MM, IDC_DECO_FONT_INCH, IDC_DECO_FONT_DOT};
 constexpr int kPitch[] = {IDC_DECO_FONT_PITCH_FIXED, IDC_DECO_FONT_PITCH_PROPORTIONAL};
@@ -78,6 +82,7 @@ constexpr int kSerial[] = {IDC_DECO_FONT_SERIAL_OFF, IDC_DECO_FONT_SERIAL_ON};
 }  // namespace
 
 const HelpTextTable kDecoHelp = kHelpRows;
+const NumericFieldTable kDecoFields = kFieldRows;
 const SerialControls kDecoSerial = {
     IDC_DECO_FONT_SERIAL_ON,
     IDC_DECO_FONT_SERIAL_OFF,

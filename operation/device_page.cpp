@@ -2,8 +2,8 @@
 #include "driver/text.h"
 #include "operation/device_library.h"
 #include "operation/operation_options.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
-#include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
 #include "sheets/own_page.h"
@@ -14,9 +14,9 @@ namespace kestrel {
 namespace {
 
 constexpr HelpRow kHelp[] = {
-    {IDC_DEVICE_MODE, IDS_HELP_DEVICE_MODE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_DEVICE_QUERY_MODE, IDS_HELP_DEVICE_QUERY_MODE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_DEVICE_QUERY_VERSION, IDS_HELP_DEVICE_QUERY_VERSION, kHelpPlain, 0, 0, 0, 0},
+    Plain(IDC_DEVICE_MODE, IDS_HELP_DEVICE_MODE),
+    Plain(IDC_DEVICE_QUERY_MODE, IDS_HELP_DEVICE_QUERY_MODE),
+    Plain(IDC_DEVICE_QUERY_VERSION, IDS_HELP_DEVICE_QUERY_VERSION),
 };
 
 constexpr uint8_t kDensity203Code = 0;

@@ -5,6 +5,7 @@
 
 #include "driver/text.h"
 #include "paper/fields/measured_value.h"
+#include "paper/paper_records.h"
 #include "paper/paper_table.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
@@ -13,10 +14,6 @@ namespace kestrel {
 namespace {
 
 constexpr int kNameBytes = 64;  // of a name in code page 932 with its terminator
-
-// The widest printable area in each unit.
-constexpr int16_t kPrintableTenths = 480;
-constexpr int16_t kPrintableThousandths = 1890;
 
 bool IsStoredName(const WCHAR (&field)[kPaperNameLength], const WCHAR* name) {
   const int length = BoundedLength(field, kPaperNameLength);
@@ -76,8 +73,8 @@ PaperVerdict CheckPaperSizes(const PaperSizes& sizes, const PaperLimits& limits,
 }
 
 void DerivePrintableArea(PaperInfo& paper) {
-  const int16_t widest = paper.Unit == kInch ? kPrintableThousandths : kPrintableTenths;
-  paper.PrintableWidth = std::min(paper.LabelWidth, widest);
+  const int widest = ConvertMeasure(kPrintableWidths.maximum, kMillimetre, paper.Unit, 0);
+  paper.PrintableWidth = static_cast<int16_t>(std::min<int>(paper.LabelWidth, widest));
   paper.PrintableHeight = paper.LabelHeight;
   paper.PrintableLeft = static_cast<int16_t>((paper.LabelWidth - paper.PrintableWidth) / 2);
   paper.PrintableTop = 0;

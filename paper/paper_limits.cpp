@@ -5,17 +5,6 @@
 namespace kestrel {
 namespace {
 
-// In tenths of a millimetre.
-constexpr int16_t kMinSide = 100;
-constexpr int16_t kMaxWidth = 580;
-constexpr int16_t kMaxLength = 1630;
-constexpr int16_t kMaxGap = 80;
-constexpr int16_t kWidthKeptPrintable = 140;  // of the widest label, right of the printable left
-constexpr SizeLimit kPrintableWidth = {284, 480};
-constexpr SizeLimit kPrintableHeight = {160, 1600};
-
-constexpr int kMaxEyeMarkDots = 99;
-
 constexpr SizeLimit PaperLimits::*kAllLimits[] = {
     &PaperLimits::width,          &PaperLimits::length,          &PaperLimits::gap,
     &PaperLimits::eyeMark,        &PaperLimits::printableLeft,   &PaperLimits::printableTop,
@@ -27,14 +16,14 @@ constexpr SizeLimit PaperLimits::*kAllLimits[] = {
 PaperLimits BuildPaperLimits(int dpi) {
   const int eyeMark = ConvertMeasure(kMaxEyeMarkDots, kDot, kMillimetre, dpi);
   return {
-      .width = {kMinSide, kMaxWidth},
-      .length = {kMinSide, kMaxLength},
-      .gap = {0, kMaxGap},
+      .width = kLabelWidths,
+      .length = kLabelLengths,
+      .gap = kGaps,
       .eyeMark = {0, static_cast<int16_t>(eyeMark)},
-      .printableLeft = {0, kMaxWidth - kWidthKeptPrintable},
-      .printableTop = {0, kMaxLength},
-      .printableWidth = kPrintableWidth,
-      .printableHeight = kPrintableHeight,
+      .printableLeft = {0, kLabelWidths.maximum - kWidthKeptPrintable},
+      .printableTop = {0, kLabelLengths.maximum},
+      .printableWidth = kPrintableWidths,
+      .printableHeight = kPrintableHeights,
   };
 }
 

@@ -3,7 +3,7 @@
 #include <commctrl.h>
 
 #include "paper/fields/help_text.h"
-#include "paper/paper_page_parts.h"
+#include "paper/paper_page_data.h"
 #include "paper/paper_table.h"
 #include "paper/preview_draw.h"
 #include "sheets/own_page.h"
@@ -13,25 +13,28 @@
 namespace kestrel {
 namespace {
 
+constexpr HelpRow OffsetHelp(int edit, int text) {
+  return Ranged(edit, text, kHelpDotRange, OffsetRange(edit).minimum, OffsetRange(edit).maximum);
+}
 constexpr HelpRow kHelp[] = {
-    {IDC_PAPER_LIST, IDS_HELP_PAPER_LIST, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_PORTRAIT, IDS_HELP_PAPER_PORTRAIT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_LANDSCAPE, IDS_HELP_PAPER_LANDSCAPE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_FLIP, IDS_HELP_PAPER_FLIP, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_VERT_BASE, IDS_HELP_PAPER_VERT_BASE, kHelpDotRange, -300, 300, -300, 300},
-    {IDC_PAPER_HORZ_BASE, IDS_HELP_PAPER_HORZ_BASE, kHelpDotRange, -300, 300, -300, 300},
-    {IDC_PAPER_CUT_OFFSET, IDS_HELP_PAPER_CUT_OFFSET, kHelpDotRange, -99, 99, -99, 99},
-    {IDC_PAPER_PEEL_OFFSET, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -40, 99},
-    {IDC_PAPER_TEAR_OFFSET, IDS_HELP_PAPER_TEAR_OFFSET, kHelpDotRange, -99, 99, -99, 99},
-    {IDC_PAPER_PITCH_OFFSET, IDS_HELP_PAPER_PITCH_OFFSET, kHelpDotRange, -40, 99, -40, 99},
-    {IDC_PAPER_REGISTER, IDS_HELP_PAPER_REGISTER, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_EDIT, IDS_HELP_PAPER_EDIT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_DELETE, IDS_HELP_PAPER_DELETE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_FREE_EDIT, IDS_HELP_PAPER_FREE_EDIT, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_VERSION, IDS_HELP_PAPER_VERSION, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REFERENCE, IDS_HELP_PAPER_REFERENCE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_WHOLE_LABEL, IDS_HELP_WHOLE_LABEL, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_POSITION, IDS_HELP_PAPER_POSITION, kHelpPlain, 0, 0, 0, 0},
+    Plain(IDC_PAPER_LIST, IDS_HELP_PAPER_LIST),
+    Plain(IDC_PAPER_PORTRAIT, IDS_HELP_PAPER_PORTRAIT),
+    Plain(IDC_PAPER_LANDSCAPE, IDS_HELP_PAPER_LANDSCAPE),
+    Plain(IDC_PAPER_FLIP, IDS_HELP_PAPER_FLIP),
+    OffsetHelp(IDC_PAPER_VERT_BASE, IDS_HELP_PAPER_VERT_BASE),
+    OffsetHelp(IDC_PAPER_HORZ_BASE, IDS_HELP_PAPER_HORZ_BASE),
+    OffsetHelp(IDC_PAPER_CUT_OFFSET, IDS_HELP_PAPER_CUT_OFFSET),
+    OffsetHelp(IDC_PAPER_PEEL_OFFSET, IDS_HELP_PAPER_PEEL_OFFSET),
+    OffsetHelp(IDC_PAPER_TEAR_OFFSET, IDS_HELP_PAPER_TEAR_OFFSET),
+    OffsetHelp(IDC_PAPER_PITCH_OFFSET, IDS_HELP_PAPER_PITCH_OFFSET),
+    Plain(IDC_PAPER_REGISTER, IDS_HELP_PAPER_REGISTER),
+    Plain(IDC_PAPER_EDIT, IDS_HELP_PAPER_EDIT),
+    Plain(IDC_PAPER_DELETE, IDS_HELP_PAPER_DELETE),
+    Plain(IDC_PAPER_FREE_EDIT, IDS_HELP_PAPER_FREE_EDIT),
+    Plain(IDC_PAPER_VERSION, IDS_HELP_PAPER_VERSION),
+    Plain(IDC_PAPER_REFERENCE, IDS_HELP_PAPER_REFERENCE),
+    Plain(IDC_PAPER_WHOLE_LABEL, IDS_HELP_WHOLE_LABEL),
+    Plain(IDC_PAPER_POSITION, IDS_HELP_PAPER_POSITION),
 };
 
 constexpr WCHAR kFeedDirection[] = TEXT("搬送方向");

@@ -2,7 +2,7 @@
 
 #include "paper/fields/help_text.h"
 #include "paper/paper_checks.h"
-#include "paper/paper_page_parts.h"
+#include "paper/paper_page_data.h"
 #include "paper/paper_table.h"
 #include "paper/preview_draw.h"
 #include "paper/register_dialog.h"
@@ -43,10 +43,7 @@ void OnOffsetTyped(HWND page, DriverUiData& session, const OffsetField& field) {
   const int value = ReadField(PaperFields(page), field.edit, kPlain);
   if (value == session.settings->Record.Private.*field.setting) return;
   if (CheckFieldRange(PaperFields(page), field.edit, kPlain) == kInside) {
-    // Reads the text into the up-down, so that it is what comes back after a bad character.
-    SpinPosition(page, field.spin);
     MarkPageChanged(page);
-    if (state.picture == kMarkedLabelPicture) ShowPicture(page, state, kMarkedLabelPicture);
     return;
   }
   state.filling = true;

@@ -1,8 +1,9 @@
 #include <iterator>
 
+#include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/measured_value.h"
-#include "paper/paper_page_parts.h"
+#include "paper/paper_page_data.h"
 #include "paper/paper_table.h"
 #include "sheets/messages.h"
 
@@ -48,12 +49,9 @@ const OffsetField* FindOffsetField(int edit) {
 }
 
 void FillOffset(HWND page, DriverUiData& session, const OffsetField& field, bool attach) {
-  const PrivateDevMode& settings = session.settings->Record.Private;
-  for (const SpinRangeRow& range : SpinRangeTable) {
-    if (range.edit != field.edit) continue;
-    InitField(PaperFields(page), field.edit, range.minimum, range.maximum, settings.*field.setting,
-              kPlain, attach);
-  }
+  const SizeLimit range = OffsetRange(field.edit);
+  InitField(PaperFields(page), field.edit, range.minimum, range.maximum,
+            session.settings->Record.Private.*field.setting, kPlain, attach);
 }
 
 void ListPapers(HWND page, DriverUiData& session, int entry) {

@@ -21,6 +21,15 @@ struct PaperLimits {
 };
 static_assert(sizeof(PaperLimits) == 32);
 
+// The limits in tenths of a millimetre. That of the eye-mark is in dots of the head.
+constexpr SizeLimit kLabelWidths = {100, 580};
+constexpr SizeLimit kLabelLengths = {100, 1630};
+constexpr SizeLimit kGaps = {0, 80};
+constexpr SizeLimit kPrintableWidths = {284, 480};
+constexpr SizeLimit kPrintableHeights = {160, 1600};
+constexpr int16_t kWidthKeptPrintable = 140;  // of the widest label, right of the printable left
+constexpr int kMaxEyeMarkDots = 99;
+
 constexpr int kMaxPreviewLabels = 16;
 
 // Where one label of the whole-label view lies, in pixels of its box. An empty rectangle is not

@@ -4,47 +4,41 @@
 
 #include "paper/fields/help_text.h"
 #include "paper/preview_draw.h"
-#include "paper/register_dialog_parts.h"
+#include "paper/register_dialog_data.h"
 #include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
 
+constexpr HelpRow Ranged(int control, int text, HelpKind kind, SizeLimit range) {
+  return kestrel::Ranged(control, text, kind, range.minimum, range.maximum);
+}
 constexpr HelpRow kHelp[] = {
-    {IDC_PAPER_REGISTER_NAME, IDS_HELP_PAPER_REGISTER_NAME, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_GRADE, IDS_HELP_PAPER_REGISTER_GRADE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_THICKNESS, IDS_HELP_PAPER_REGISTER_THICKNESS, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_WIDTH, IDS_HELP_PAPER_REGISTER_WIDTH, kHelpTenthsRange, 100, 580, 100, 580},
-    {IDC_PAPER_REGISTER_LENGTH, IDS_HELP_PAPER_REGISTER_LENGTH, kHelpTenthsRange, 100, 1630, 100,
-     1630},
-    {IDC_PAPER_REGISTER_GAP, IDS_HELP_PAPER_REGISTER_GAP, kHelpTenthsUsual, 0, 80, 0, 80},
-    {IDC_PAPER_REGISTER_PRINTABLE_LEFT, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0, 0,
-     0},
-    {IDC_PAPER_REGISTER_PRINTABLE_TOP, IDS_HELP_PAPER_REGISTER_PRINTABLE_TOP, kHelpZero, 0, 0, 0,
-     0},
-    {IDC_PAPER_REGISTER_PRINTABLE_WIDTH, IDS_HELP_PAPER_REGISTER_PRINTABLE_WIDTH, kHelpPlain, 0, 0,
-     0, 0},
-    {IDC_PAPER_REGISTER_PRINTABLE_HEIGHT, IDS_HELP_PAPER_REGISTER_PRINTABLE_HEIGHT, kHelpPlain, 0,
-     0, 0, 0},
-    {IDC_PAPER_REGISTER_REFERENCE, IDS_HELP_PAPER_REGISTER_REFERENCE, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_WHOLE_LABEL, IDS_HELP_WHOLE_LABEL, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_MM, IDS_HELP_PAPER_REGISTER_MM, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_INCH, IDS_HELP_PAPER_REGISTER_INCH, kHelpPlain, 0, 0, 0, 0},
-    {IDC_PAPER_REGISTER_YOSHI, IDS_HELP_PAPER_REGISTER_YOSHI, kHelpPlain, 0, 0, 0, 0},
+    Plain(IDC_PAPER_REGISTER_NAME, IDS_HELP_PAPER_REGISTER_NAME),
+    Plain(IDC_PAPER_REGISTER_GRADE, IDS_HELP_PAPER_REGISTER_GRADE),
+    Plain(IDC_PAPER_REGISTER_THICKNESS, IDS_HELP_PAPER_REGISTER_THICKNESS),
+    Ranged(IDC_PAPER_REGISTER_WIDTH, IDS_HELP_PAPER_REGISTER_WIDTH, kHelpTenthsRange, kLabelWidths),
+    Ranged(IDC_PAPER_REGISTER_LENGTH, IDS_HELP_PAPER_REGISTER_LENGTH, kHelpTenthsRange,
+           kLabelLengths),
+    Ranged(IDC_PAPER_REGISTER_GAP, IDS_HELP_PAPER_REGISTER_GAP, kHelpTenthsUsual, kGaps),
+    Ranged(IDC_PAPER_REGISTER_PRINTABLE_LEFT, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero,
+           {0, 0}),
+    Ranged(IDC_PAPER_REGISTER_PRINTABLE_TOP, IDS_HELP_PAPER_REGISTER_PRINTABLE_TOP, kHelpZero,
+           {0, 0}),
+    Plain(IDC_PAPER_REGISTER_PRINTABLE_WIDTH, IDS_HELP_PAPER_REGISTER_PRINTABLE_WIDTH),
+    Plain(IDC_PAPER_REGISTER_PRINTABLE_HEIGHT, IDS_HELP_PAPER_REGISTER_PRINTABLE_HEIGHT),
+    Plain(IDC_PAPER_REGISTER_REFERENCE, IDS_HELP_PAPER_REGISTER_REFERENCE),
+    Plain(IDC_PAPER_REGISTER_WHOLE_LABEL, IDS_HELP_WHOLE_LABEL),
+    Plain(IDC_PAPER_REGISTER_MM, IDS_HELP_PAPER_REGISTER_MM),
+    Plain(IDC_PAPER_REGISTER_INCH, IDS_HELP_PAPER_REGISTER_INCH),
+    Plain(IDC_PAPER_REGISTER_YOSHI, IDS_HELP_PAPER_REGISTER_YOSHI),
 };
 
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 
-const SizeField* FindSizeField(int edit) {
+bool IsSizeField(int control) {
   for (const SizeField& field : kSizeFields) {
-    if (field.edit == edit) return &field;
-  }
-  return nullptr;
-}
-
-bool IsSizeSpin(int spin) {
-  for (const SizeField& field : kSizeFields) {
-    if (field.spin == spin) return true;
+    if (field.edit == control) return true;
   }
   return false;
 }
@@ -115,7 +109,7 @@ void Command(HWND dialog, DriverUiData& session, int control, int notification) 
     default:
       break;
   }
-  if (FindSizeField(control) != nullptr) {
+  if (IsSizeField(control)) {
     OnSizeNotified(dialog, session, control, notification);
   } else if (notification == BN_CLICKED) {
     OnClicked(dialog, session, control);
@@ -123,12 +117,11 @@ void Command(HWND dialog, DriverUiData& session, int control, int notification) 
 }
 
 bool Notify(HWND dialog, DriverUiData& session, const NMHDR& header) {
-  const int control = static_cast<int>(header.idFrom);
-  if (header.code != UDN_DELTAPOS || !IsSizeSpin(control)) return false;
+  if (header.code != UDN_DELTAPOS) return false;
   const QuietDialog quiet(dialog);
-  StepField(RegisterFields(dialog), control, reinterpret_cast<const NMUPDOWN&>(header).iDelta,
-            session.paper.dialog.work.Unit);
-  return true;
+  return StepField(RegisterFields(dialog), static_cast<int>(header.idFrom),
+                   reinterpret_cast<const NMUPDOWN&>(header).iDelta,
+                   session.paper.dialog.work.Unit);
 }
 
 bool DrawItem(HWND, DriverUiData& session, const DRAWITEMSTRUCT& item) {

@@ -1,12 +1,13 @@
 #include <iterator>
 
 #include "driver/text.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/option_table.h"
 #include "paper/paper_limits.h"
 #include "paper/paper_options.h"
 #include "paper/paper_table.h"
 #include "paper/reference_dialog.h"
-#include "paper/register_dialog_parts.h"
+#include "paper/register_dialog_data.h"
 #include "sheets/messages.h"
 #include "sheets/own_dialog.h"
 

@@ -1,11 +1,12 @@
 #include <iterator>
 
 #include "driver/text.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/option_table.h"
 #include "paper/paper_checks.h"
 #include "paper/paper_options.h"
 #include "paper/paper_table.h"
-#include "paper/register_dialog_parts.h"
+#include "paper/register_dialog_data.h"
 
 namespace kestrel {
 namespace {
@@ -30,7 +31,7 @@ int ControlOf(PaperInput input) {
 bool Accept(HWND dialog, const PaperVerdict& verdict, int unit) {
   if (verdict.Passed()) return true;
   ShowPaperVerdict(dialog, verdict, unit);
-  if (HWND control = GetDlgItem(dialog, ControlOf(verdict.input))) SetFocus(control);
+  MoveFocus(dialog, ControlOf(verdict.input));
   return false;
 }
 
@@ -43,17 +44,6 @@ PaperSizes TypedSizes(HWND dialog, int unit) {
       .eyeMark = read(IDC_PAPER_REGISTER_EYE_MARK),
       .gap = read(IDC_PAPER_REGISTER_GAP),
   };
-}
-
-// What the fields' up-downs hold them to at present; the limits where there is none.
-PaperLimits CurrentRanges(HWND dialog, const PaperLimits& limits) {
-  PaperLimits ranges = limits;
-  for (const SizeField& field : kSizeFields) {
-    int minimum, maximum;
-    SpinRange(dialog, field.spin, &minimum, &maximum);
-    ranges.*field.limit = {static_cast<int16_t>(minimum), static_cast<int16_t>(maximum)};
-  }
-  return ranges;
 }
 
 int16_t ChosenOption(HWND dialog, int list, const OptionTable& table) {
@@ -81,9 +71,7 @@ bool ReadPaperSizes(HWND dialog, DriverUiData& session) {
   PaperInfo& paper = state.work;
   const int unit = paper.Unit;
   const PaperSizes sizes = TypedSizes(dialog, unit);
-  if (!Accept(dialog, CheckPaperSizes(sizes, CurrentRanges(dialog, state.limits), unit), unit)) {
-    return false;
-  }
+  if (!Accept(dialog, CheckPaperSizes(sizes, state.limits, unit), unit)) return false;
   const auto read = [&](int list, const OptionTable& table) {
     return static_cast<uint16_t>(ChosenOption(dialog, list, table));
   };

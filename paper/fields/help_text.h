@@ -28,6 +28,16 @@ struct HelpRow {
 };
 using HelpTextTable = std::span<const HelpRow>;
 
+// A row that is shown as it is, and one with the same range for every density.
+constexpr HelpRow Plain(int control, int text) {
+  return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kHelpPlain, 0, 0, 0, 0};
+}
+constexpr HelpRow Ranged(int control, int text, HelpKind kind, int minimum, int maximum) {
+  const auto low = static_cast<int16_t>(minimum);
+  const auto high = static_cast<int16_t>(maximum);
+  return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kind, low, high, low, high};
+}
+
 // Shows the help of a control in the help box (a static). A control without a row, or with text 0,
 // leaves the box.
 void ShowHelp(HWND dialog, HelpTextTable rows, int control, int helpBox, int unit, int dpi);

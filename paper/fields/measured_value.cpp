@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "driver/integer_text.h"
+
 namespace kestrel {
 namespace {
 
@@ -15,19 +17,12 @@ int Scale(int value, int factor, int half, int divisor) {
   return static_cast<int>((int64_t{value} * factor + half) / divisor);
 }
 
-// Reads digits from *text on and leaves *text behind them. Wraps as 32-bit arithmetic does.
-uint32_t TakeDigits(const WCHAR*& text) {
-  uint32_t number = 0;
-  for (; IsDigit(*text); ++text) number = number * 10 + static_cast<uint32_t>(*text - TEXT('0'));
-  return number;
-}
-
 // Digits behind the point, exactly this many: missing ones count as zeros, more are dropped.
-uint32_t TakeFraction(const WCHAR* text, int decimals) {
-  uint32_t fraction = 0;
+int FractionFromText(const WCHAR* text, int decimals) {
+  int fraction = 0;
   for (int i = 0; i < decimals; ++i) {
     fraction *= 10;
-    if (IsDigit(*text)) fraction += static_cast<uint32_t>(*text++ - TEXT('0'));
+    if (IsDigit(*text)) fraction += *text++ - TEXT('0');
   }
   return fraction;
 }
@@ -98,13 +93,10 @@ int ParseMeasure(const WCHAR* text, int decimals) {
     ++text;
   }
   // What is left may carry a sign of its own, which holds for the integer part alone.
-  bool wholeNegative = false;
-  if (*text == TEXT('-') || *text == TEXT('+')) wholeNegative = *text++ == TEXT('-');
-  uint32_t whole = TakeDigits(text);
-  if (wholeNegative) whole = 0U - whole;
-  uint32_t number = whole * static_cast<uint32_t>(kPowersOfTen[decimals]);
-  if (*text == TEXT('.')) number += TakeFraction(text + 1, decimals);
-  return static_cast<int>(negative ? 0U - number : number);
+  int64_t number = int64_t{TakeInteger(text)} * kPowersOfTen[decimals];
+  if (*text == TEXT('.')) number += FractionFromText(text + 1, decimals);
+  if (negative) number = -number;
+  return static_cast<int>(std::clamp<int64_t>(number, INT32_MIN, INT32_MAX));
 }
 
 int MeasureTextLimit(int minimum, int maximum, int unit) {

@@ -25,7 +25,7 @@ constexpr int kMeasureTextLength =
 // Writes a value with the decimals of its unit; answers its length.
 int FormatMeasure(WCHAR (&out)[kMeasureTextLength], int value, int unit);
 // Reads a text with a number of decimals 0..5 (more give 0); further digits are dropped, an empty
-// text is 0.
+// text is 0. Saturates at the limits of 32 bits.
 int ParseMeasure(const WCHAR* text, int decimals);
 // Characters that a field of this range takes.
 int MeasureTextLimit(int minimum, int maximum, int unit);

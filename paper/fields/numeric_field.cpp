@@ -4,6 +4,7 @@
 
 #include "driver/instance.h"
 #include "driver/text.h"
+#include "paper/fields/controls.h"
 #include "paper/fields/measured_value.h"
 
 namespace kestrel {
@@ -14,24 +15,11 @@ constexpr int kMessageLength = 512;
 constexpr int kCaptionLength = 128;
 constexpr int kFilledLength = 1025;  // the most that wsprintfW writes, and its terminator
 
-const NumericField* FieldOfEdit(int dialogId, int edit) {
-  for (const NumericField& field : NumericFieldTable(dialogId)) {
-    if (field.edit == static_cast<uint32_t>(edit)) return &field;
+const NumericField* FieldOfEdit(NumericFieldTable fields, int edit) {
+  for (const NumericField& field : fields) {
+    if (field.edit == edit) return &field;
   }
   return nullptr;
-}
-
-const NumericField* FieldOfSpin(int dialogId, int spin) {
-  for (const NumericField& field : NumericFieldTable(dialogId)) {
-    if (field.spin == static_cast<uint32_t>(spin)) return &field;
-  }
-  return nullptr;
-}
-
-void ShowValue(HWND dialog, int edit, int value, int unit) {
-  WCHAR text[kMeasureTextLength];
-  FormatMeasure(text, value, unit);
-  SetDlgItemTextW(dialog, edit, text);
 }
 
 void ReadText(HWND dialog, int edit, WCHAR (&text)[kFieldTextLength]) {
@@ -45,6 +33,13 @@ void PutCaretBehind(HWND dialog, int edit) {
   ReadText(dialog, edit, text);
   const WPARAM end = static_cast<WPARAM>(TextLength(text));
   SendDlgItemMessageW(dialog, edit, EM_SETSEL, end, static_cast<LPARAM>(end));
+}
+
+void ShowValue(HWND dialog, int edit, int value, int unit) {
+  WCHAR text[kMeasureTextLength];
+  FormatMeasure(text, value, unit);
+  SetDlgItemTextW(dialog, edit, text);
+  PutCaretBehind(dialog, edit);
 }
 
 // Up-down messages with 32-bit values (UDM_SETPOS32 and its like).
@@ -61,6 +56,13 @@ int ConvertBound(int bound, int from, int to, int dpi) {
 
 }  // namespace
 
+int EditOfSpin(FieldDialog dialog, int spin) {
+  for (const NumericField& field : dialog.fields) {
+    if (field.spin == spin) return field.edit;
+  }
+  return 0;
+}
+
 void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int position, bool attach) {
   if (attach) {
     SendDlgItemMessageW(dialog, spin, UDM_SETBUDDY,
@@ -73,10 +75,10 @@ void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int posi
 
 void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value, int unit,
                bool attach) {
-  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field == nullptr) return;
   if (value < minimum) value = minimum;
-  SetSpin(dialog.window, static_cast<int>(field->spin), edit, minimum, maximum, value, attach);
+  SetSpin(dialog.window, field->spin, edit, minimum, maximum, value, attach);
   SendDlgItemMessageW(dialog.window, edit, EM_LIMITTEXT,
                       static_cast<WPARAM>(MeasureTextLimit(minimum, maximum, unit)), 0);
   // A value above the maximum stays to be seen, and to be found by the range check.
@@ -84,7 +86,7 @@ void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value
 }
 
 int ReadField(FieldDialog dialog, int edit, int unit) {
-  if (NumericFieldTable(dialog.id).empty()) return 0;
+  if (dialog.fields.empty()) return 0;
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
   return ParseMeasure(text, DecimalsOf(unit));
@@ -102,34 +104,35 @@ int SpinPosition(HWND dialog, int spin) {
 }
 
 RangeSide CheckFieldRange(FieldDialog dialog, int edit, int unit) {
-  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field == nullptr) return kInside;
   int minimum, maximum;
-  SpinRange(dialog.window, static_cast<int>(field->spin), &minimum, &maximum);
+  SpinRange(dialog.window, field->spin, &minimum, &maximum);
   const int value = ReadField(dialog, edit, unit);
   if (value < minimum) return kBelow;
   return value > maximum ? kAbove : kInside;
 }
 
 void SpinToEdit(FieldDialog dialog, int spin, int unit) {
-  const NumericField* field = FieldOfSpin(dialog.id, spin);
-  if (field == nullptr) return;
-  ShowValue(dialog.window, static_cast<int>(field->edit), SpinPosition(dialog.window, spin), unit);
+  const int edit = EditOfSpin(dialog, spin);
+  if (edit != 0) ShowValue(dialog.window, edit, SpinPosition(dialog.window, spin), unit);
 }
 
-void StepField(FieldDialog dialog, int spin, int step, int unit) {
+bool StepField(FieldDialog dialog, int spin, int step, int unit) {
+  if (EditOfSpin(dialog, spin) == 0) return false;
   // Setting a position keeps it within the range.
   SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin) + step);
   SpinToEdit(dialog, spin, unit);
+  return true;
 }
 
 void ReformatField(FieldDialog dialog, int edit, int unit) {
-  if (FieldOfEdit(dialog.id, edit) == nullptr) return;
+  if (FieldOfEdit(dialog.fields, edit) == nullptr) return;
   ShowValue(dialog.window, edit, ReadField(dialog, edit, unit), unit);
 }
 
 void ChangeFieldUnit(FieldDialog dialog, int edit, int oldUnit, int newUnit, int dpi) {
-  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field == nullptr) return;
   const int value = ConvertMeasure(ReadField(dialog, edit, oldUnit), oldUnit, newUnit, dpi);
   InitField(dialog, edit, ConvertBound(field->minimum, field->unit, newUnit, dpi),
@@ -159,29 +162,29 @@ bool IsPlainTyping(const WCHAR* text) {
 }
 
 bool OnMeasureTyped(FieldDialog dialog, int edit, int unit) {
-  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field == nullptr) return false;
-  const int spin = static_cast<int>(field->spin);
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
   if (!IsMeasureTyping(text, unit)) {
-    SpinToEdit(dialog, spin, unit);
-    PutCaretBehind(dialog.window, edit);
+    SpinToEdit(dialog, field->spin, unit);
     return false;
   }
-  SetPosition(dialog.window, spin, ParseMeasure(text, DecimalsOf(unit)));
+  SetPosition(dialog.window, field->spin, ParseMeasure(text, DecimalsOf(unit)));
   return true;
 }
 
 bool OnPlainTyped(FieldDialog dialog, int edit) {
-  const NumericField* field = FieldOfEdit(dialog.id, edit);
+  const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field == nullptr) return false;
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
+  // Asked for its position, the up-down reads its edit (UDS_SETBUDDYINT) and takes a number of its
+  // range.
+  const int position = SpinPosition(dialog.window, field->spin);
   if (IsPlainTyping(text)) return true;
-  // Setting the position anew writes it into the edit (UDS_SETBUDDYINT).
-  const int spin = static_cast<int>(field->spin);
-  SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin));
+  // Set anew, the position writes itself into the edit.
+  SetPosition(dialog.window, field->spin, position);
   PutCaretBehind(dialog.window, edit);
   return false;
 }
@@ -204,16 +207,9 @@ bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT above
   WCHAR caption[kCaptionLength] = {};
   GetWindowTextW(dialog, caption, kCaptionLength);
   MessageBoxW(dialog, text, caption, MB_OK | MB_ICONEXCLAMATION);
-  SetFocus(GetDlgItem(dialog, edit));
+  MoveFocus(dialog, edit);
   SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
   return false;
-}
-
-void HideControl(HWND dialog, int control) {
-  HWND window = GetDlgItem(dialog, control);
-  if (window == nullptr) return;
-  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  EnableWindow(window, FALSE);
 }
 
 }  // namespace kestrel

@@ -4,30 +4,30 @@
 
 #include <windows.h>
 
-#include <cstdint>
 #include <span>
 
 namespace kestrel {
 
-// One row of a NumericFieldTable: an edit, its up-down and its static range.
+// One row of a NumericFieldTable: an edit, its up-down and the range that a change of units
+// converts.
 struct NumericField {
-  uint32_t edit;
-  uint32_t spin;
-  uint16_t measured;  // 1: a measured value, 0: a plain number
-  uint16_t reserved;
-  int16_t minimum;
-  int16_t maximum;
-  uint16_t unit;  // of minimum and maximum
+  int edit;
+  int spin;
+  int minimum;
+  int maximum;
+  int unit;  // of minimum and maximum; kPlain for a number without a unit
 };
+// Each dialog keeps its own rows beside itself.
+using NumericFieldTable = std::span<const NumericField>;
 
-// The rows of a dialog (by template id); empty for a dialog without numeric fields.
-std::span<const NumericField> NumericFieldTable(int dialogId);
-
-// A dialog window and its template id, as every operation here needs both.
+// A dialog window and its fields, as every operation here needs both.
 struct FieldDialog {
   HWND window;
-  int id;
+  NumericFieldTable fields;
 };
+
+// The edit of an up-down; 0 when it is none of the dialog's.
+int EditOfSpin(FieldDialog dialog, int spin);
 
 enum RangeSide : int { kInside = 0, kBelow = 1, kAbove = 2 };
 
@@ -47,8 +47,9 @@ int SpinPosition(HWND dialog, int spin);
 // The edit shows the up-down's position in a unit.
 void SpinToEdit(FieldDialog dialog, int spin, int unit);
 // An arrow of a measured field was pressed: the up-down steps within its range and the edit shows
-// it. The dialog refuses the up-down's own step then, so that nothing is ever pending between them.
-void StepField(FieldDialog dialog, int spin, int step, int unit);
+// it. True when the up-down is one of the dialog's: the dialog then refuses the up-down's own step,
+// so that nothing is ever pending between the two.
+bool StepField(FieldDialog dialog, int spin, int step, int unit);
 // The edit shows its own value anew.
 void ReformatField(FieldDialog dialog, int edit, int unit);
 // Changes a field from a unit to another: converts its static range and its value and fills it
@@ -62,18 +63,12 @@ bool IsPlainTyping(const WCHAR* text);
 // else the up-down follows.
 bool OnMeasureTyped(FieldDialog dialog, int edit, int unit);
 // A plain number's text changed: false and the up-down's position again when a character is not
-// allowed.
+// allowed, else the up-down learns a number of its range.
 bool OnPlainTyped(FieldDialog dialog, int edit);
 
 // The range message of a field found outside its range: shows it, moves the focus to the field,
 // sets the dialog's message result to TRUE. Always answers false (not valid).
 bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT aboveId, int minimum,
                  int maximum, int unit);
-
-// Shrinks a control to nothing at its place and disables it.
-void HideControl(HWND dialog, int control);
-
-// Disables the dialog's LockedControlList when there is no permission to change settings.
-void LockControls(HWND dialog, int dialogId, bool permission);
 
 }  // namespace kestrel

@@ -186,7 +186,7 @@ TEST_F(FieldDialogTest, ConvertsAFieldToAnotherUnit) {
   };
   for (const auto& c : kCases) {
     Open(c.dialogId, [&] {
-      InitField({dialog.window, c.dialogId}, c.edit, -32768, 32767, c.value, c.from, true);
+      InitField(dialog, c.edit, -32768, 32767, c.value, c.from, true);
       ChangeFieldUnit(dialog, c.edit, c.from, c.to, c.dpi);
       WCHAR text[32];
       GetDlgItemTextW(dialog.window, c.edit, text, 32);
@@ -202,7 +202,7 @@ TEST_F(FieldDialogTest, ConvertsAFieldToAnotherUnit) {
 TEST_F(FieldDialogTest, DoesNothingForWhatItDoesNotKnow) {
   Open(IDD_PAPER_REGISTER, [&] {
     SetDlgItemTextW(dialog.window, IDC_PAPER_REGISTER_NAME, TEXT("12"));
-    const FieldDialog unknown = {dialog.window, 4711};
+    const FieldDialog unknown = {dialog.window, {}};
     EXPECT_EQ(ReadField(unknown, IDC_PAPER_REGISTER_NAME, kPlain), 0);
     EXPECT_EQ(ReadField(dialog, IDC_PAPER_REGISTER_NAME, kPlain), 12);
     EXPECT_EQ(CheckFieldRange(dialog, IDC_PAPER_REGISTER_NAME, kPlain), kInside);

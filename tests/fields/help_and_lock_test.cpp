@@ -11,17 +11,17 @@ using platform::Desk;
 
 TEST_F(FieldDialogTest, DescribesTheControlInUse) {
   const HelpRow rows[] = {
-      {1, IDS_HELP_PAPER_LIST, kHelpPlain, 0, 0, 0, 0},
+      Plain(1, IDS_HELP_PAPER_LIST),
       {2, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
-      {3, IDS_HELP_PAPER_REGISTER_WIDTH, kHelpTenthsRange, 100, 580, 100, 580},
+      Ranged(3, IDS_HELP_PAPER_REGISTER_WIDTH, kHelpTenthsRange, 100, 580),
       {4, IDS_HELP_DECO_FONT_WIDTH, kHelpDotRangeUnits, 27, 550, 40, 826},
-      {5, IDS_HELP_PAPER_REGISTER_GAP, kHelpTenthsUsual, 0, 80, 0, 80},
+      Ranged(5, IDS_HELP_PAPER_REGISTER_GAP, kHelpTenthsUsual, 0, 80),
       {6, IDS_HELP_PAPER_REGISTER_GAP, kHelpTenthsUsualToo, 0, 80, 10, 70},
-      {7, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0, 0, 0},
-      {8, 0, kHelpPlain, 0, 0, 0, 0},
-      {9, IDS_HELP_OPERATION_COLOR_ADJUST, kHelpPlain, 0, 0, 0, 0},
+      Ranged(7, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0),
+      Plain(8, 0),
+      Plain(9, IDS_HELP_OPERATION_COLOR_ADJUST),
       {0, 0, 0, 0, 0, 0, 0},
-      {11, IDS_HELP_PAPER_LIST, kHelpPlain, 0, 0, 0, 0},
+      Plain(11, IDS_HELP_PAPER_LIST),
   };
   const struct {
     int control, unit, dpi;

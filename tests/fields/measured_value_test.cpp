@@ -97,7 +97,7 @@ TEST(MeasuredValue, ParsesUpToWhatIsNoNumber) {
       {u"-0.5", 3, -500},   {u"5.", 3, 5000},       {u"1.2.3", 3, 1200},
       {u"1.9", 0, 1},       {u"--5", 0, 5},  // the second sign belongs to the number
       {u"-+5", 0, -5},      {u"5-3", 0, 5},         {u"１２", 0, 0},
-      {u"1", 5, 100000},    {u"1.5", 6, 0},         {u"4294967296", 0, 0},  // wraps
+      {u"1", 5, 100000},    {u"1.5", 6, 0},         {u"4294967296", 0, INT32_MAX},
       {u"32768", 0, 32768}, {u"-32768", 0, -32768},
   };
   for (const auto& c : kCases) {

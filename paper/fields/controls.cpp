@@ -1,4 +1,7 @@
-#include "paper/fields/numeric_field.h"
+#include "paper/fields/controls.h"
+
+#include <span>
+
 #include "resources/resource.h"
 
 namespace kestrel {
@@ -91,6 +94,20 @@ void LockControls(HWND dialog, int dialogId, bool permission) {
   for (int control : LockedControlList(dialogId)) {
     // A control that the template leaves out has no window.
     if (HWND window = GetDlgItem(dialog, control)) EnableWindow(window, FALSE);
+  }
+}
+
+void HideControl(HWND dialog, int control) {
+  HWND window = GetDlgItem(dialog, control);
+  if (window == nullptr) return;
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  EnableWindow(window, FALSE);
+}
+
+void MoveFocus(HWND dialog, int control) {
+  HWND window = GetDlgItem(dialog, control);
+  if (window != nullptr) {
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(window), TRUE);
   }
 }
 

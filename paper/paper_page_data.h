@@ -1,5 +1,5 @@
-// The parts of the paper page: its fields, filling it, and what its controls do. Only the page's
-// own files include this.
+// What the files of the paper page share: its fields, filling it, and what its controls do. Only
+// they include this.
 #pragma once
 
 #include <windows.h>
@@ -20,15 +20,34 @@ constexpr int16_t kEyeMarkSensor = 0;  // value of nSensor
 // The range of an offset field, in dots.
 struct SpinRangeRow {
   int edit;
-  int16_t maximum;
-  int16_t minimum;
-  int16_t flag;
+  SizeLimit range;
 };
 inline constexpr SpinRangeRow SpinRangeTable[] = {
-    {IDC_PAPER_VERT_BASE, 300, -300, 1}, {IDC_PAPER_HORZ_BASE, 300, -300, 1},
-    {IDC_PAPER_CUT_OFFSET, 99, -99, 1},  {IDC_PAPER_PEEL_OFFSET, 99, -40, 1},
-    {IDC_PAPER_TEAR_OFFSET, 99, -99, 1}, {IDC_PAPER_PITCH_OFFSET, 99, -40, 1},
+    {IDC_PAPER_VERT_BASE, {-300, 300}}, {IDC_PAPER_HORZ_BASE, {-300, 300}},
+    {IDC_PAPER_CUT_OFFSET, {-99, 99}},  {IDC_PAPER_PEEL_OFFSET, {-40, 99}},
+    {IDC_PAPER_TEAR_OFFSET, {-99, 99}}, {IDC_PAPER_PITCH_OFFSET, {-40, 99}},
 };
+constexpr SizeLimit OffsetRange(int edit) {
+  for (const SpinRangeRow& row : SpinRangeTable) {
+    if (row.edit == edit) return row.range;
+  }
+  return {};
+}
+
+// Which up-down goes with which edit. No field of the page changes its unit: the ranges are those
+// above.
+constexpr NumericField Offset(int edit, int spin) {
+  return {edit, spin, OffsetRange(edit).minimum, OffsetRange(edit).maximum, kPlain};
+}
+inline constexpr NumericField kPaperFields[] = {
+    {IDC_PAPER_VERT_BASE, IDC_PAPER_VERT_BASE_SPIN, -999, 999, kPlain},
+    {IDC_PAPER_HORZ_BASE, IDC_PAPER_HORZ_BASE_SPIN, -800, 800, kPlain},
+    Offset(IDC_PAPER_CUT_OFFSET, IDC_PAPER_CUT_OFFSET_SPIN),
+    Offset(IDC_PAPER_PEEL_OFFSET, IDC_PAPER_PEEL_OFFSET_SPIN),
+    Offset(IDC_PAPER_TEAR_OFFSET, IDC_PAPER_TEAR_OFFSET_SPIN),
+    Offset(IDC_PAPER_PITCH_OFFSET, IDC_PAPER_PITCH_OFFSET_SPIN),
+};
+inline FieldDialog PaperFields(HWND page) { return {page, kPaperFields}; }
 
 // An offset field with its up-down and the setting it edits.
 struct OffsetField {
@@ -45,8 +64,6 @@ inline constexpr OffsetField kOffsetFields[] = {
 };
 // Null for any other control.
 const OffsetField* FindOffsetField(int edit);
-
-inline FieldDialog PaperFields(HWND page) { return {page, IDD_PAPER}; }
 
 // ---- paper_page_fill.cpp ----
 
