@@ -84,7 +84,7 @@ TEST_F(BackupTest, ValuesAreReadByTheirRules) {
       {u"PitchOffset=0", u"PitchOffset=\"17\"\r\n", 396, 17},
       {u"PitchOffset=0", u"PitchOffset=x\r\n", 396, 0},
       {u"PitchOffset=0", u"PitchOffset=3,9\r\n", 396, 3},
-      {u"PitchOffset=0", u"PitchOffset=1234567890123456789\r\n", 396, -8327},  // 15 characters
+      {u"PitchOffset=0", u"PitchOffset=00000000000000123\r\n", 396, 1},  // 15 characters
       {u"PaperID=257", u"PaperID=,\r\n", 220, 99},
       {u"PaperID=257", u"PaperID=12\r\nPaperID=13\r\n", 220, 12},
       {u"PaperID=257", u"paperid=12\r\nPaperID=13\r\n", 220, 13},
