@@ -10,13 +10,9 @@ namespace platform {
 // already on this thread, the first stays.
 void KeepThrown() noexcept;
 
-// A function of the platform as a module may call it: answers 0 after it threw. Arguments without a
-// type ("...") cannot be passed on: a function that takes them is called as it is and must not
-// throw.
+// A function of the platform as a module may call it: answers 0 after it threw.
 template <auto Function>
-struct Guarded {
-  static constexpr auto Call = Function;
-};
+struct Guarded;
 template <typename Answer, typename... Parameters, Answer(WINAPI* Function)(Parameters...)>
 struct Guarded<Function> {
   static Answer WINAPI Call(Parameters... parameters) noexcept {
@@ -29,10 +25,14 @@ struct Guarded<Function> {
   }
 };
 
-// The same as GetProcAddress answers it.
+template <typename Function>
+FARPROC AsEntryPoint(Function* function) {
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+}
+// A guarded function as GetProcAddress answers it.
 template <auto Function>
 FARPROC EntryPoint() {
-  return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(+Guarded<Function>::Call));
+  return AsEntryPoint(Guarded<Function>::Call);
 }
 
 }  // namespace platform

@@ -196,7 +196,7 @@ LoadedModule* ModuleTable::Get(HMODULE handle) const {
   return found == modules_.end() ? nullptr : found->get();
 }
 
-HMODULE ModuleTable::Find(std::u16string_view given) {
+HMODULE ModuleTable::Find(std::u16string_view given) const {
   const std::lock_guard lock(mutex_);
   const std::u16string name = Completed(given);
   for (const auto& module : modules_) {
@@ -205,12 +205,7 @@ HMODULE ModuleTable::Find(std::u16string_view given) {
       return module->handle;
     }
   }
-  const Machine::EntryPoints* entries = FindBuiltIn(name);
-  if (entries == nullptr || FoldCase(name) != u"KERNEL32.DLL") return nullptr;
-  // Every process has this one, however seldom it was loaded.
-  const HMODULE kernel = LoadRegistered(name, *entries);
-  Get(kernel)->references = 0;
-  return kernel;
+  return nullptr;
 }
 
 FARPROC ModuleTable::Entry(HMODULE handle, LPCSTR name) const {

@@ -75,8 +75,8 @@ class PropertySheetsTest : public support::MachineTest {
     info.Reason = reason;
     info.lParamInit =
         isDevice ? reinterpret_cast<LPARAM>(&device) : reinterpret_cast<LPARAM>(&document);
-    return isDevice ? DrvDevicePropertySheets(&info, parameter)
-                    : DrvDocumentPropertySheets(&info, parameter);
+    return isDevice ? exports_.DrvDevicePropertySheets(&info, parameter)
+                    : exports_.DrvDocumentPropertySheets(&info, parameter);
   }
   LONG SetResult(LRESULT result) {
     SETRESULT_INFO set = {sizeof(set), 0, nullptr, result};
@@ -149,12 +149,12 @@ TEST_F(PropertySheetsTest, CloseWhenAPageIsRefused) {
 }
 
 TEST_F(PropertySheetsTest, AnswerMinusOneToWhatTheyDoNotKnow) {
-  EXPECT_EQ(DrvDocumentPropertySheets(nullptr, 0), -1);
-  EXPECT_EQ(DrvDevicePropertySheets(nullptr, 0), -1);
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, 0), -1);
+  EXPECT_EQ(exports_.DrvDevicePropertySheets(nullptr, 0), -1);
   EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_INFO_HEADER), -1);  // no session
   info.lParamInit = 0;
   info.Reason = PROPSHEETUI_REASON_INIT;
-  EXPECT_EQ(DrvDocumentPropertySheets(&info, 0), -1);
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(&info, 0), -1);
   ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
   EXPECT_EQ(info.Result, 0u);
   EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_ICON), -1);
@@ -177,10 +177,10 @@ TEST_F(PropertySheetsTest, AnswerMinusOneToWhatTheyDoNotKnow) {
 
 TEST_F(PropertySheetsTest, ResolveWithoutASheetWithoutInfo) {
   document.fMode = 0;
-  EXPECT_EQ(DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&document)), 452);
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&document)), 452);
   EXPECT_EQ(document.cbOut, 452u);
   document.fMode = DM_COPY;
-  EXPECT_EQ(DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&document)), 1);
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&document)), 1);
   EXPECT_EQ(output.Private.Signature, SETTINGS_SIGNATURE);
 }
 

@@ -1,5 +1,7 @@
 #include "tests/support/test_machine.h"
 
+#include <cstdlib>
+
 #include "driver/instance.h"
 #include "tests/support/bin_dir.h"
 
@@ -52,7 +54,8 @@ void MachineTest::SetUp() {
   setup.name = kPrinter;
   machine_->AddPrinter(setup);
   const std::u16string path = machine_->driverDirectory() + u"\\3\\" + kModuleFile;
-  machine_->InstallModule(path, support::Built("QM610rDRV1.so"));
+  const char* given = std::getenv("DRIVER_MODULE");
+  machine_->InstallModule(path, given != nullptr ? given : support::Built("QM610rDRV1.so"));
   module_ = LoadLibraryW(path.c_str());
   ASSERT_NE(module_, nullptr);
   ASSERT_TRUE(exports_.Find(module_));
@@ -61,6 +64,7 @@ void MachineTest::SetUp() {
 
 void MachineTest::TearDown() {
   machine_->faults.Clear();
+  EXPECT_NO_THROW(platform::RethrowKept());
   kestrel::SetModuleInstance(nullptr);
   if (module_ != nullptr) FreeLibrary(module_);
   if (!expectNothingLeft_) return;

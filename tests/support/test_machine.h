@@ -1,4 +1,5 @@
-// A fresh computer with one printer and the built module in its driver directory.
+// A fresh computer with one printer and the built module in its driver directory: the native one,
+// or the file that the environment's DRIVER_MODULE names (the Windows image).
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,0 +1,38 @@
+# What the stand-in's libraries export to an image, by library: made from the list that the module's import libraries
+# are made from, and the few functions that newer systems have and the module looks up at run time.
+set(IMPORT_LIST ${CMAKE_SOURCE_DIR}/windows/imports.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${IMPORT_LIST})
+file(STRINGS ${IMPORT_LIST} IMPORT_LINES REGEX "^ *[A-Za-z]")
+list(FILTER IMPORT_LINES EXCLUDE REGEX " x86$")
+list(FIND IMPORT_LINES kernel32.dll kernel)
+math(EXPR kernel "${kernel} + 1")
+list(INSERT IMPORT_LINES ${kernel} "    ActivateActCtx" "    CreateActCtxW" "    DeactivateActCtx" "    ReleaseActCtx")
+set(SYSTEM_EXPORTS "")
+foreach(line IN LISTS IMPORT_LINES)
+  if(line MATCHES "^ +([A-Za-z0-9]+) -")
+    # Arguments without a type cannot be passed on.
+    string(APPEND SYSTEM_EXPORTS "        {\"${CMAKE_MATCH_1}\", AsEntryPoint(${CMAKE_MATCH_1})},\n")
+  elseif(line MATCHES "^ +([A-Za-z0-9]+)")
+    string(APPEND SYSTEM_EXPORTS "        {\"${CMAKE_MATCH_1}\", EntryPoint<${CMAKE_MATCH_1}>()},\n")
+  else()
+    string(APPEND SYSTEM_EXPORTS "${opened}    RegisterBuiltIn(u\"${line}\", {\n")
+    set(opened "    }),\n")
+  endif()
+endforeach()
+set(SYSTEM_EXPORTS_SOURCE ${CMAKE_BINARY_DIR}/system_exports.cpp)
+file(CONFIGURE OUTPUT ${SYSTEM_EXPORTS_SOURCE} CONTENT [[
+#include <commctrl.h>
+#include <prsht.h>
+#include <shellapi.h>
+#include <windows.h>
+#include <winspool.h>
+#include <winver.h>
+
+#include "platform/system/guard.h"
+#include "platform/system/modules.h"
+
+namespace platform {
+const bool registered[] = {
+@SYSTEM_EXPORTS@    })};
+}  // namespace platform
+]] @ONLY)
