@@ -116,9 +116,7 @@ void ShowPaperVerdict(HWND dialog, const PaperVerdict& verdict, int unit) {
   WCHAR text[kMessageLength + kMeasureTextLength];
   // The messages without a limit have no place for it and leave it out.
   wsprintfW(text, format, bound);
-  WCHAR caption[128];
-  GetWindowTextW(dialog, caption, static_cast<int>(std::size(caption)));
-  MessageBoxW(dialog, text, caption, MB_OK | MB_ICONEXCLAMATION);
+  ShowText(dialog, text, MB_ICONEXCLAMATION);
 }
 
 }  // namespace kestrel

@@ -116,7 +116,6 @@ void OnOffsetNotified(HWND page, DriverUiData& session, const OffsetField& field
   PaperPageState& state = session.paper;
   switch (notification) {
     case EN_SETFOCUS:
-      state.focusedField = field.edit;
       state.fieldPicture = FieldSketch(IDD_PAPER, field.edit);
       if (state.fieldPicture == IDB_SKETCH_PITCH &&
           session.settings->Record.Private.nSensor == kEyeMarkSensor) {
@@ -125,7 +124,6 @@ void OnOffsetNotified(HWND page, DriverUiData& session, const OffsetField& field
       ShowPicture(page, state, kFieldPicture);
       break;
     case EN_KILLFOCUS:
-      state.focusedField = 0;
       ShowPicture(page, state, kWholeLabelPicture);
       break;
     case EN_CHANGE:

@@ -96,7 +96,6 @@ void FillPaperPage(HWND page, DriverUiData& session, bool creating) {
   PaperPageState& state = session.paper;
   const PrivateDevMode& settings = session.settings->Record.Private;
   state.filling = true;
-  state.focusedField = 0;
   ClearWholeLabel(state);
   SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpCursor);
 

@@ -33,8 +33,7 @@ struct PaperPageState {
   PaperDialogMode mode;
   int orientationPicture;  // bitmap ids
   int fieldPicture;
-  int focusedField;  // control id; 0: none
-  bool filling;      // edit notifications are ignored meanwhile
+  bool filling;  // edit notifications are ignored meanwhile
   PaperPicture picture;
   PreviewGeometry geometry;  // of the last whole-label drawing, on the page or in the dialog
   PreviewLabel labels[kMaxPreviewLabels];

@@ -50,8 +50,10 @@ POINT ClampToBox(const PreviewGeometry& geometry, int x, int y) {
 }  // namespace
 
 int ScaleToPreview(int value, float scale) {
-  const double pixels = static_cast<double>(static_cast<float>(value) * scale) + 0.5;
-  return static_cast<int>(std::clamp<double>(pixels, -kFarAway, kFarAway));
+  const double exact = static_cast<double>(static_cast<float>(value) * scale) + 0.5;
+  const double pixels = std::clamp<double>(exact, -kFarAway, kFarAway);
+  const int whole = static_cast<int>(pixels);
+  return whole > pixels ? whole - 1 : whole;  // the floor
 }
 
 PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box) {

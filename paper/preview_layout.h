@@ -14,7 +14,7 @@ enum class PreviewPlace { kPage, kDialog };
 // is 0 or less gets scale 0 and no measures.
 PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box);
 
-// A number of the paper's units in pixels of the preview, rounded half up.
+// A number of the paper's units in pixels of the preview, rounded half up, below zero too.
 int ScaleToPreview(int value, float scale);
 
 // Lays out the labels that can be seen in the box: the first one, those above it, then those below.

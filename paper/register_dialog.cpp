@@ -75,7 +75,7 @@ void OnSizeNotified(HWND dialog, DriverUiData& session, int edit, int notificati
 }
 
 void ShowWholeLabel(HWND dialog, DriverUiData& session) {
-  if (!ReadPaperSizes(dialog, session)) return;
+  if (!ReadPaper(dialog, session)) return;
   session.paper.dialog.wholeLabel = true;
   RepaintPicture(dialog);
 }

@@ -59,9 +59,9 @@ void EnableDarknessList(HWND dialog, const DriverUiData& session);
 
 // ---- register_dialog_store.cpp ----
 
-// Checks the typed sizes and reads them into the working copy, with the printable area that follows
-// from them. False after a refusal, whose message was shown.
-bool ReadPaperSizes(HWND dialog, DriverUiData& session);
+// Checks the typed sizes and reads everything but the name into the working copy, with the
+// printable area that follows. False after a refusal, whose message was shown.
+bool ReadPaper(HWND dialog, DriverUiData& session);
 // All that OK does: false when the dialog stays open.
 bool StorePaper(HWND dialog, DriverUiData& session);
 

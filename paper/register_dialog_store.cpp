@@ -66,7 +66,7 @@ bool ReadName(HWND dialog, DriverUiData& session) {
 
 }  // namespace
 
-bool ReadPaperSizes(HWND dialog, DriverUiData& session) {
+bool ReadPaper(HWND dialog, DriverUiData& session) {
   PaperDialogState& state = session.paper.dialog;
   PaperInfo& paper = state.work;
   const int unit = paper.Unit;
@@ -88,7 +88,7 @@ bool ReadPaperSizes(HWND dialog, DriverUiData& session) {
 }
 
 bool StorePaper(HWND dialog, DriverUiData& session) {
-  if (!ReadName(dialog, session) || !ReadPaperSizes(dialog, session)) return false;
+  if (!ReadName(dialog, session) || !ReadPaper(dialog, session)) return false;
   DriverSettingsBlock& block = *session.settings;
   const PaperDialogState& state = session.paper.dialog;
   switch (session.paper.mode) {

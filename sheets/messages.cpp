@@ -55,6 +55,10 @@ int LoadMessageText(UINT id, WCHAR* text, size_t n) {
 void ShowMessage(HWND owner, UINT id, UINT style) {
   WCHAR text[kMessageLength];
   LoadMessageText(id, text, kMessageLength);
+  ShowText(owner, text, style);
+}
+
+void ShowText(HWND owner, const WCHAR* text, UINT style) {
   WCHAR caption[kCaptionLength] = {};
   GetWindowTextW(owner, caption, kCaptionLength);
   MessageBoxW(owner, text, caption, style);

@@ -12,6 +12,7 @@ namespace kestrel {
 int LoadMessageText(UINT id, WCHAR* text, size_t n);
 // A message box over owner, captioned with its title. style is one of the MB_ICON styles.
 void ShowMessage(HWND owner, UINT id, UINT style);
+void ShowText(HWND owner, const WCHAR* text, UINT style);
 // Whether a text is empty or holds nothing but U+0020 and U+3000.
 bool IsBlankText(const WCHAR* text);
 // The wait cursor, or the arrow again.

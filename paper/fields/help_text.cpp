@@ -1,12 +1,12 @@
 #include "paper/fields/help_text.h"
 
-#include "driver/instance.h"
 #include "paper/fields/measured_value.h"
+#include "sheets/messages.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kHelpLength = 511;     // units of a loaded text, terminator included
+constexpr size_t kHelpLength = 511;  // units of a loaded text, terminator included
 constexpr int kFilledLength = 1025;  // the most that wsprintfW writes, and its terminator
 constexpr int kUsualGap = 30;        // tenths of a millimetre
 constexpr int kDensityOfFirstColumns = 203;
@@ -63,7 +63,7 @@ void ShowHelp(HWND dialog, HelpTextTable rows, int control, int helpBox, int uni
   if (row == nullptr || row->text == 0) return;
   WCHAR text[kHelpLength];
   // A text that the string table lacks empties the box.
-  if (LoadStringW(ModuleInstance(), row->text, text, kHelpLength) <= 0) text[0] = 0;
+  LoadMessageText(row->text, text, kHelpLength);
   if (row->kind == kHelpPlain) {
     SetDlgItemTextW(dialog, helpBox, text);
     return;

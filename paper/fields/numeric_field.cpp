@@ -2,18 +2,16 @@
 
 #include <commctrl.h>
 
-#include "driver/instance.h"
 #include "driver/text.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/measured_value.h"
+#include "sheets/messages.h"
 
 namespace kestrel {
 namespace {
 
 constexpr int kFieldTextLength = 32;  // units read of a field, terminator included
-constexpr int kMessageLength = 512;
-constexpr int kCaptionLength = 128;
-constexpr int kFilledLength = 1025;  // the most that wsprintfW writes, and its terminator
+constexpr int kFilledLength = 1025;   // the most that wsprintfW writes, and its terminator
 
 const NumericField* FieldOfEdit(NumericFieldTable fields, int edit) {
   for (const NumericField& field : fields) {
@@ -191,22 +189,14 @@ bool OnPlainTyped(FieldDialog dialog, int edit) {
 
 bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT aboveId, int minimum,
                  int maximum, int unit) {
-  WCHAR format[kMessageLength + 1];
-  if (LoadStringW(ModuleInstance(), side == kBelow ? belowId : aboveId, format,
-                  kMessageLength + 1) <= 0) {
-    format[0] = 0;
-  }
+  WCHAR format[kMessageLength];
+  LoadMessageText(side == kBelow ? belowId : aboveId, format, kMessageLength);
   WCHAR bound[kMeasureTextLength];
   FormatMeasure(bound, side == kBelow ? minimum : maximum, unit);
   WCHAR text[kFilledLength];
-  if (unit == kMillimetre || unit == kInch || unit == kDot) {
-    wsprintfW(text, format, bound, UnitName(unit));
-  } else {
-    wsprintfW(text, format, bound);
-  }
-  WCHAR caption[kCaptionLength] = {};
-  GetWindowTextW(dialog, caption, kCaptionLength);
-  MessageBoxW(dialog, text, caption, MB_OK | MB_ICONEXCLAMATION);
+  // The messages of plain numbers have no place for a unit and leave it out.
+  wsprintfW(text, format, bound, UnitName(unit));
+  ShowText(dialog, text, MB_ICONEXCLAMATION);
   MoveFocus(dialog, edit);
   SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
   return false;

@@ -169,7 +169,7 @@ TEST_F(PreviewDraw, MarkersShowTheTypedOffsets) {
   Keep(block);
   Click(IDC_PAPER_WHOLE_LABEL);
   marked(
-      {"marker 30 98 120 98", "marker 30 98 30 189", "marker 0 90 120 90", "marker 0 85 120 85"});
+      {"marker 30 98 120 98", "marker 30 98 30 189", "marker 0 90 120 90", "marker 0 84 120 84"});
   RunToCancel();
 }
 

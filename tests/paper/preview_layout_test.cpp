@@ -165,7 +165,7 @@ TEST(PreviewMarkers, MarkTheOffsetsInsideTheBox) {
       {IDC_PAPER_PITCH_OFFSET, kZero, {{0, 156, 200, 156}}},
       {IDC_PAPER_PITCH_OFFSET, kGapSensor, {{0, 144, 200, 144}}},
       {IDC_PAPER_PITCH_OFFSET, kMoved, {{0, 160, 200, 160}}},
-      {IDC_PAPER_PEEL_OFFSET, kMoved, {{0, 143, 200, 143}}},  // -8 + 0.5, cut
+      {IDC_PAPER_PEEL_OFFSET, kMoved, {{0, 142, 200, 142}}},
       {IDC_PAPER_TEAR_OFFSET, kMoved, {{0, 162, 200, 162}}},
       {IDC_PAPER_LIST, kMoved, {}},
   };
