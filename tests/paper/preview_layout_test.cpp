@@ -160,7 +160,7 @@ TEST(PreviewMarkers, MarkTheOffsetsInsideTheBox) {
     std::vector<std::vector<int>> lines;
   } const cases[] = {
       {IDC_PAPER_VERT_BASE, kZero, {{50, 156, 200, 156}, {50, 156, 50, 300}}},
-      {IDC_PAPER_HORZ_BASE, kMoved, {{41, 176, 200, 176}, {41, 176, 41, 300}}},
+      {IDC_PAPER_HORZ_BASE, kMoved, {{40, 176, 200, 176}, {40, 176, 40, 300}}},
       {IDC_PAPER_VERT_BASE, kFar, {{0, 276, 200, 276}, {0, 276, 0, 300}}},
       {IDC_PAPER_PITCH_OFFSET, kZero, {{0, 156, 200, 156}}},
       {IDC_PAPER_PITCH_OFFSET, kGapSensor, {{0, 144, 200, 144}}},
