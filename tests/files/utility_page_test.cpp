@@ -8,7 +8,6 @@ namespace kestrel::test {
 namespace {
 
 using support::Click;
-using support::ExpectEnabled;
 using support::ExpectText;
 using support::GoTo;
 using support::Replace;
@@ -136,33 +135,6 @@ TEST_F(UtilityPage, AFailedLoadChangesNothing) {
   EXPECT_EQ(machine().Data(kPrinter, u"Private DevMode")->bytes,
             support::BytesOf(&my_.block.Printer, kPrinterPartSize));
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
-}
-
-TEST_F(UtilityPage, ControlsFollowSessionAndPermission) {
-  const std::vector<int> files = {IDC_UTILITY_SAVE_NAME, IDC_UTILITY_SAVE, IDC_UTILITY_SAVE_BROWSE,
-                                  IDC_UTILITY_LOAD_NAME, IDC_UTILITY_LOAD_BROWSE};
-  for (const SheetKind kind :
-       {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
-    for (const bool permission : {true, false}) {
-      const bool loads = permission && kind == SheetKind::kUserDefault;
-      Visit({ExpectEnabled(files, permission), ExpectEnabled({IDC_UTILITY_LOAD}, loads),
-             support::PressCancel()},
-            kind, permission);
-    }
-  }
-}
-
-TEST_F(UtilityPage, DescribesTheControlInUse) {
-  const auto help = [](const char16_t* text) { return ExpectText(IDC_HELP_TEXT, text); };
-  // Where nothing can take the focus, the first text stays.
-  Visit({help(u"ここにマウスカーソル位置についての説明が表示されます。"), support::PressCancel()},
-        SheetKind::kUserDefault, false);
-  Visit({support::Focus(IDC_UTILITY_LOAD_NAME),
-         help(u"ドライバプロパティを読み込むファイル名を指定します。"),
-         support::Focus(IDC_UTILITY_SAVE_NAME),
-         help(u"ドライバプロパティを保存するファイル名を指定します。"), Click(IDC_UTILITY_SAVE),
-         Message(kNameMissing, MB_ICONEXCLAMATION), Message(kSaveFailed, MB_ICONHAND),
-         help(u"ドライバプロパティを指定されたファイル名で保存します。"), support::PressCancel()});
 }
 
 constexpr int kDialogName = 1148;    // the file dialog's edit
