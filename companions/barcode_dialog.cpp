@@ -146,22 +146,28 @@ void ShowField(HWND window, std::size_t index, const Session& session) {
 
 // ---- reading ----
 
-// The field's number in the unit shown; false when the text is none.
+// The field's number in the unit shown; false when the text is none, or one that no block holds.
 bool ReadNumber(HWND window, const Field& field, std::size_t index, const Session& session,
                 int& value) {
   WCHAR text[kTextCapacity];
   GetDlgItemTextW(window, ControlId(index), text, kTextCapacity);
   const int decimals = kestrel::DecimalsOf(UnitOf(field, session));
-  bool digit = false;
+  constexpr int kTooLarge = 0x10000;
+  bool digit = false, point = false;
+  int whole = 0;
   for (const WCHAR* c = text; *c; ++c) {
-    if (*c >= u'0' && *c <= u'9') {
+    if (*c >= TEXT('0') && *c <= TEXT('9')) {
       digit = true;
-    } else if (*c != u'.' || decimals == 0) {
+      if (!point) whole = std::min(whole * 10 + (*c - TEXT('0')), kTooLarge);
+    } else if (*c != TEXT('.') || point || decimals == 0) {
       return false;
+    } else {
+      point = true;
     }
   }
+  if (!digit || whole == kTooLarge) return false;
   value = kestrel::ParseMeasure(text, decimals);
-  return digit;
+  return true;
 }
 
 void Refuse(HWND window, std::size_t index, const WCHAR* text) {
@@ -279,7 +285,7 @@ void OnCommand(HWND window, Session& session, WPARAM wParam) {
     if (field.kind == FieldKind::kUnit && code == CBN_SELCHANGE) {
       const int unit = SelectedValue(window, field, index);
       if (unit != session.unit) ChangeUnit(window, session, unit);
-    } else if (field.kind == FieldKind::kMeasure && code == EN_KILLFOCUS) {
+    } else if (field.kind == FieldKind::kMeasure && code == EN_CHANGE) {
       int value = 0;  // so that the arrows go on from what was typed
       if (ReadNumber(window, field, index, session, value))
         SendDlgItemMessageW(window, kFirstSpin + static_cast<int>(index), UDM_SETPOS32, 0, value);

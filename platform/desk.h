@@ -117,7 +117,7 @@ class Desk {
   virtual std::u16string Text(int id) const = 0;
   virtual int FocusedId() const = 0;  // 0: none
   virtual HCURSOR Cursor() const = 0;
-  // Message boxes shown so far: caption, text, style (kept after they close).
+  // The last hundred message boxes: caption, text, style (kept after they close).
   struct Shown {
     std::u16string caption, text;
     UINT style;
@@ -140,7 +140,8 @@ class Desk {
       std::u16string_view text) = 0;  // the edit's whole new text in one change (browser input)
   virtual bool Select(int id, int index) = 0;  // combo box (opens, picks, closes) or list box
   virtual bool Select(int id, std::u16string_view item) = 0;
-  virtual bool Spin(int id, int steps) = 0;      // an up-down's arrows, up for positive steps
+  virtual bool Spin(int id,
+                    int steps) = 0;  // an up-down's arrows, up for positive steps; 10,000 at most
   virtual bool Slide(int id, int position) = 0;  // a trackbar
   // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus.
   virtual bool Key(int virtualKey) = 0;

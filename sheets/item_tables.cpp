@@ -7,8 +7,8 @@
 namespace kestrel {
 namespace {
 
-constexpr WORD kHeaderName = 64734;  // string of the common property-sheet library
-constexpr LONG kHeaderIcon = 64000;  // IDI_CPSUI_STD, its icon
+constexpr WORD kHeaderName = 64734;  // "none", a string of the common property-sheet library
+constexpr LONG kHeaderIcon = 64000;  // IDI_CPSUI_EMPTY
 constexpr int kErrorTextLength = 64;
 
 // Lays tables one behind the other: first to add up their size, then to place them.

@@ -71,9 +71,7 @@ static_assert(sizeof(void*) != 4 || sizeof(EXTPUSH) == 32);
 
 constexpr WORD EPF_PUSH_TYPE_DLGPROC = 0x0001;
 constexpr WORD EPF_INCL_SETUP_TITLE = 0x0002;
-constexpr WORD EPF_NO_DOT_IN_TEXT = 0x0004;
-constexpr WORD EPF_ICONID_AS_HICON = 0x0008;
-constexpr WORD EPF_USE_HDLGTEMPLATE = 0x0040;
+constexpr WORD EPF_NO_DOT_DOT_DOT = 0x0004;
 
 struct EXTCHKBOX {
   WORD cbSize;
@@ -293,9 +291,6 @@ constexpr UINT CPSFUNC_LOAD_CPSUI_STRINGW = 12;
 constexpr UINT CPSFUNC_LOAD_CPSUI_ICON = 13;
 constexpr UINT CPSFUNC_GET_PFNPROPSHEETUI_ICON = 14;
 constexpr UINT CPSFUNC_ADD_PROPSHEETPAGEA = 15;
-
-constexpr ULONG_PTR IDI_CPSUI_STD = 64000;
-constexpr ULONG_PTR IDI_CPSUI_OPTION = 64062;
 
 // Found at run time in "compstui.dll".
 using PFNCOMMONPROPERTYSHEETUIW = LONG(WINAPI*)(HWND hWndOwner, PFNPROPSHEETUI pfnPropSheetUI,

@@ -75,7 +75,7 @@ constexpr DWORD HT_PATSIZE_14x14 = 12;
 constexpr DWORD HT_PATSIZE_14x14_M = 13;
 constexpr DWORD HT_PATSIZE_16x16 = 14;
 constexpr DWORD HT_PATSIZE_16x16_M = 15;
-constexpr DWORD HT_PATSIZE_MAX_INDEX = HT_PATSIZE_16x16_M;
+constexpr DWORD HT_PATSIZE_MAX_INDEX = 18;
 
 extern "C" {
 // Both: above 0 the user confirmed a change, 0 cancelled or nothing changed, below 0 an error. They

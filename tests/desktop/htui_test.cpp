@@ -92,7 +92,10 @@ TEST_F(HalftoneTest, NothingChangesWithoutConfirmationPermissionOrTouch) {
             0);
   EXPECT_EQ(std::memcmp(&before, &adjustment_, sizeof before), 0);
   adjustment_.caSize = 23;
-  EXPECT_LT(Adjust({}), 0);
+  EXPECT_EQ(Adjust({Press(IDCANCEL)}), 0);
+  EXPECT_EQ(adjustment_.caSize, 23);
+  EXPECT_EQ(Adjust({Press(IDOK)}), 1);
+  EXPECT_EQ(adjustment_.caSize, 24) << "a foreign size is mended";
   EXPECT_LT(HTUI_ColorAdjustmentW(nullptr, nullptr, nullptr, nullptr, TRUE, TRUE), 0);
 }
 

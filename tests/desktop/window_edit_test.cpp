@@ -33,10 +33,12 @@ TEST_F(WindowTest, LimitsHoldFingersAndPastesButNotSetText) {
                   desk.Key(VK_BACK);
                   EXPECT_EQ(desk.Text(10), u"1234");
                   Send(10, EM_LIMITTEXT, 0);
-                  EXPECT_EQ(Send(10, EM_GETLIMITTEXT), 32767);
+                  EXPECT_EQ(Send(10, EM_GETLIMITTEXT), 0x7FFFFFFE);
                 },
                 [&](Desk& desk) {
                   desk.Replace(11, u"1a-2");
+                  EXPECT_EQ(desk.Text(11), u"12");
+                  desk.Paste(11, u"1\r\n2");
                   EXPECT_EQ(desk.Text(11), u"12");
                   EXPECT_FALSE(desk.Type(12, u"x"));
                   EXPECT_FALSE(desk.EditTo(12, u"x"));

@@ -151,6 +151,24 @@ TEST_F(WindowTest, EnterPressesTheFocusedButtonElseTheDefaultOne) {
                 }});
 }
 
+TEST_F(WindowTest, OnlyTheDialogsOwnWayMovesTheDefaultButtonAlong) {
+  DialogBuilder builder;
+  builder.Edit(10).Button(20).Button(21, BS_DEFPUSHBUTTON);
+  Run(builder, {[&](Desk& desk) {
+        SetFocus(Item(20));
+        EXPECT_TRUE(desk.Control(21).defaultButton) << "a bare SetFocus leaves it";
+        Take();
+        desk.Enter();
+        EXPECT_THAT(Take(), ElementsAre("21 BN_CLICKED"));
+        SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(20)), TRUE);
+        EXPECT_TRUE(desk.Control(20).defaultButton);
+        SendMessageW(dialog, WM_NEXTDLGCTL, TRUE, FALSE);
+        EXPECT_EQ(desk.FocusedId(), 10);
+        EXPECT_TRUE(desk.Control(21).defaultButton);
+        desk.Close();
+      }});
+}
+
 TEST_F(WindowTest, WithoutADefaultButtonEnterIsOk) {
   DialogBuilder builder;
   builder.Edit(10);
@@ -184,8 +202,12 @@ TEST_F(WindowTest, ADisabledOrHiddenControlLosesAndRefusesTheFocus) {
         Take();
         EXPECT_EQ(EnableWindow(Item(10), FALSE), FALSE);
         EXPECT_EQ(EnableWindow(Item(10), FALSE), TRUE);
-        EXPECT_EQ(desk.FocusedId(), 0);
-        EXPECT_THAT(Take(), ElementsAre("10 EN_KILLFOCUS"));
+        // The focus stays on what is disabled, and the keyboard is dead until a mouse moves it.
+        EXPECT_EQ(desk.FocusedId(), 10);
+        EXPECT_THAT(Take(), IsEmpty());
+        EXPECT_FALSE(desk.Tab());
+        EXPECT_FALSE(desk.Enter());
+        EXPECT_FALSE(desk.Escape());
         EXPECT_EQ(SetFocus(Item(10)), nullptr);
         EXPECT_FALSE(desk.Focus(10));
         desk.Focus(11);

@@ -125,7 +125,7 @@ TEST_F(ItemTablesTest, ComposeItemsWithExtensions) {
   EXPECT_EQ(first.pExtChkBox->pCheckedName, MAKEINTRESOURCEW(7));
   EXPECT_EQ(first.pExtChkBox->IconID, 11u);
 
-  const PushDescription push = {EPF_NO_DOT_IN_TEXT, MAKEINTRESOURCEW(8), 12};
+  const PushDescription push = {EPF_NO_DOT_DOT_DOT, MAKEINTRESOURCEW(8), 12};
   const ItemDescription withPush = {1, MAKEINTRESOURCEW(9), 0, nullptr, &push};
   const OPTITEM second = ComposeItem(*session, withPush, 9, kItemWithoutType, 5);
   EXPECT_EQ(second.Sel, 0);

@@ -67,8 +67,11 @@ void Toggle(Window& window) {
 
 bool IsPushButton(const Window& window) {
   return window.windowClass == WindowClass::kButton &&
-         (TypeOf(window) == BS_PUSHBUTTON || TypeOf(window) == BS_DEFPUSHBUTTON ||
-          TypeOf(window) == BS_OWNERDRAW);
+         (TypeOf(window) == BS_PUSHBUTTON || TypeOf(window) == BS_DEFPUSHBUTTON);
+}
+
+bool IsDefaultButton(const Window& window) {
+  return window.windowClass == WindowClass::kButton && TypeOf(window) == BS_DEFPUSHBUTTON;
 }
 
 bool IsRadio(const Window& window) {
@@ -109,6 +112,7 @@ bool ClickControl(HWND handle) {
   }
   if (window->windowClass != WindowClass::kButton || TypeOf(*window) == BS_GROUPBOX) return false;
   SetFocus(handle);
+  MoveDefault(handle);
   // Whoever lost the focus may have disabled or closed what was about to be pressed.
   if (window->destroying || !IsReachable(handle)) return true;
   Toggle(*window);

@@ -9,6 +9,8 @@ namespace {
 
 constexpr size_t kDefaultLimit = 32767;  // characters a person may enter when no limit was set
 
+constexpr size_t kNoLimit = 0x7FFFFFFE;  // what EM_LIMITTEXT makes of 0
+
 struct EditState : WindowState {
   size_t limit = kDefaultLimit;
   size_t from = 0;  // the selection, from <= to
@@ -110,7 +112,7 @@ void TakeKey(const WindowPtr& window, EditState& state, WPARAM key) {
   }
   if (key != VK_UP && key != VK_DOWN) return;
   const HWND upDown = ArrowUpDownOf(window->handle);
-  if (upDown != nullptr) SpinBy(upDown, key == VK_UP ? 1 : -1);
+  if (upDown != nullptr) SpinBy(upDown, key == VK_UP);
 }
 
 void SetReadOnly(Window& window, bool readOnly) {
@@ -135,7 +137,10 @@ bool TypeCharacter(HWND edit, WCHAR character) {
 bool PasteText(HWND edit, std::u16string_view text) {
   if (!CanWrite(edit)) return false;
   const WindowPtr window = FindWindowOf(edit);
-  Insert(window, *StateOf<EditState>(*window), text);
+  std::u16string pasted(text);
+  if ((window->style & ES_MULTILINE) == 0)
+    std::erase_if(pasted, [](char16_t c) { return c == u'\r' || c == u'\n'; });
+  Insert(window, *StateOf<EditState>(*window), pasted);
   return true;
 }
 
@@ -158,7 +163,7 @@ LRESULT CALLBACK EditProc(HWND handle, UINT message, WPARAM wParam, LPARAM lPara
       SetText(window, state, lParam);
       return TRUE;
     case EM_LIMITTEXT:
-      state.limit = wParam != 0 ? wParam : kDefaultLimit;
+      state.limit = wParam != 0 ? wParam : kNoLimit;
       return 0;
     case EM_GETLIMITTEXT:
       return static_cast<LRESULT>(state.limit);

@@ -70,13 +70,13 @@ bool ReadNumber(const UpDownState& state, std::u16string_view text, int64_t& val
   return any;
 }
 
-// Takes the buddy's number as the position; false, and the position stays, when it shows none that
-// lies in the range.
+// Takes the buddy's number as the position; false, and the position stays, when there is no buddy
+// or it shows none that lies in the range.
 bool ReadBuddy(const Window& window, UpDownState& state) {
-  if (!WritesBuddy(window)) return true;
   const WindowPtr buddy = FindWindowOf(state.buddy);
+  if (!buddy || !WritesBuddy(window)) return buddy != nullptr;
   int64_t value = 0;
-  if (!buddy || !ReadNumber(state, buddy->text, value) || !state.Inside(value)) return false;
+  if (!ReadNumber(state, buddy->text, value) || !state.Inside(value)) return false;
   state.position = static_cast<int>(value);
   return true;
 }
@@ -178,7 +178,7 @@ void Step(const WindowPtr& window, UpDownState& state, bool up) {
 
 }  // namespace
 
-bool SpinBy(HWND handle, int steps) {
+bool SpinBy(HWND handle, bool up) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window || !IsShown(handle) || !IsReachable(handle)) return false;
   auto* state = StateOf<UpDownState>(*window);
@@ -187,9 +187,7 @@ bool SpinBy(HWND handle, int steps) {
     if (!IsReachable(state->buddy)) return false;
     SetFocus(state->buddy);
   }
-  for (int i = 0; i < std::abs(steps) && !window->destroying && IsReachable(handle); ++i) {
-    Step(window, *state, steps > 0);
-  }
+  if (!window->destroying && IsReachable(handle)) Step(window, *state, up);
   if (!window->destroying) Notify(*window, SB_ENDSCROLL, state->position);
   return true;
 }

@@ -7,8 +7,6 @@ std::u16string CompstuiText(ULONG_PTR id) {
   switch (id) {
     case 64717:
       return u"プリンタ";
-    case 64734:
-      return u"オプション";
     default:
       return {};
   }

@@ -75,8 +75,9 @@ Form FormOf(const COLORADJUSTMENT& adjustment, bool monochrome) {
   return form;
 }
 
-// Only what the user set is taken.
+// Only what the user set is taken; a size that is not this structure's is put right.
 void Take(const Form& form, COLORADJUSTMENT& adjustment) {
+  adjustment.caSize = sizeof adjustment;
   for (size_t i = 0; i < std::size(kAdjustments); ++i) {
     const AdjustmentRow& row = kAdjustments[i];
     const Slider& slider = form.sliders[i];
@@ -117,12 +118,13 @@ constexpr DeviceRow kDevice[] = {
 // Sizes 2 x 2 to 16 x 16, each plain and enhanced.
 std::vector<std::u16string> Patterns() {
   std::vector<std::u16string> texts;
-  for (DWORD size = HT_PATSIZE_2x2; size <= HT_PATSIZE_MAX_INDEX; ++size) {
+  for (DWORD size = HT_PATSIZE_2x2; size <= HT_PATSIZE_16x16_M; ++size) {
     WCHAR text[32];
     const int side = static_cast<int>(size / 2 + 1) * 2;
     wsprintfW(text, size % 2 ? u"%d x %d (拡張)" : u"%d x %d", side, side);
     texts.emplace_back(text);
   }
+  for (const auto* text : {u"ｽｰﾊﾟｰｾﾙ", u"ｽｰﾊﾟｰｾﾙ (拡張)", u"ﾕｰｻﾞｰ定義"}) texts.emplace_back(text);
   return texts;
 }
 
@@ -169,7 +171,7 @@ using namespace platform::halftone;
 
 LONG APIENTRY HTUI_ColorAdjustmentW(LPWSTR callerTitle, HANDLE, LPWSTR, COLORADJUSTMENT* adjustment,
                                     BOOL showMonochromeOnly, BOOL updatePermission) {
-  if (!adjustment || adjustment->caSize != sizeof *adjustment) return kInvalidArgument;
+  if (!adjustment) return kInvalidArgument;
   Form form = FormOf(*adjustment, showMonochromeOnly != FALSE);
   form.title = TitleFor(callerTitle, u"ｶﾗｰ調整");
   form.readOnly = !updatePermission;

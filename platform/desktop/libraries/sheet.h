@@ -54,6 +54,7 @@ class Sheet : public SheetState {
   void Describe(WindowView& view) const override;
   bool Turn(int index) override;
   bool Press(SheetButton button) override;
+  bool Close() override { return Cancel(true); }
 
   // The messages of a sheet (PSM_…); false: not one of them.
   bool Handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -67,7 +68,7 @@ class Sheet : public SheetState {
   bool Activate(int index);
   bool Leave() const;
   bool Apply(bool closing);
-  bool Cancel();
+  bool Cancel(bool closeBox);
   bool HasChanges() const;
 
   SheetRequest request_;

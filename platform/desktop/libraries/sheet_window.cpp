@@ -23,7 +23,8 @@ Sheet* SheetOf(HWND window) {
 INT_PTR CALLBACK SheetProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   Sheet* sheet = SheetOf(window);
   if (!sheet) return FALSE;
-  if (message == WM_CLOSE || (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL)) {
+  if (message == WM_CLOSE) return sheet->Close(), TRUE;
+  if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) {
     sheet->Press(SheetButton::kCancel);
     return TRUE;
   }
@@ -155,10 +156,10 @@ bool Sheet::Apply(bool closing) {
   return true;
 }
 
-bool Sheet::Cancel() {
+bool Sheet::Cancel(bool closeBox) {
   if (active_ >= 0 && Notify(active_, PSN_QUERYCANCEL, 0) != FALSE) return false;
   for (int index = 0; index < Count(); ++index)
-    if (At(index).window) Notify(index, PSN_RESET, 0);
+    if (At(index).window) Notify(index, PSN_RESET, closeBox);
   return EndModal(window_, kSheetCancelled);
 }
 
@@ -167,7 +168,7 @@ bool Sheet::Press(SheetButton button) {
     case SheetButton::kOk:
       return Apply(true);
     case SheetButton::kCancel:
-      return Cancel();
+      return Cancel(false);
     case SheetButton::kApply:
       return request_.applyButton && HasChanges() && Apply(false);
     case SheetButton::kHelp:

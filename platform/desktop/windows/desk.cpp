@@ -13,6 +13,9 @@ namespace platform {
 
 namespace {
 
+// As long as a person holds an arrow at most.
+constexpr int kMostSteps = 10000;
+
 class Desktop final : public Desk {
  public:
   DesktopState state;
@@ -67,7 +70,7 @@ class Desktop final : public Desk {
     return control != nullptr && IsShown(control) && IsReachable(control) &&
            ViewOf(*FindWindowOf(control)).visible;
   }
-  HWND EditAt(int id) const;
+  HWND EditAt(int id);
   bool TypeAll(HWND edit, std::u16string_view text);
 };
 
@@ -114,26 +117,26 @@ bool Desktop::Focus(int id) {
   if (!Usable(id)) return false;
   const HWND control = ControlOf(Top(), id);
   SetFocus(control);
+  if (state.focus == control) MoveDefault(control);
   return state.focus == control;
 }
 
-HWND Desktop::EditAt(int id) const {
+HWND Desktop::EditAt(int id) {
   if (!Usable(id)) return nullptr;
   const HWND edit = ControlOf(Top(), id);
   const WindowPtr window = FindWindowOf(edit);
   if (window->windowClass != WindowClass::kEdit || (window->style & ES_READONLY) != 0)
     return nullptr;
-  SetFocus(edit);
-  return state.focus == edit ? edit : nullptr;
+  return Focus(id) ? edit : nullptr;
 }
 
-// Every character is handled and painted before the next one, as slow fingers make it. What takes
-// the focus or opens a window above keeps the rest.
+// Painting waits for the fingers to rest. What takes the focus or opens a window above keeps the
+// rest of the text.
 bool Desktop::TypeAll(HWND edit, std::u16string_view text) {
   const HWND top = Top();
   for (char16_t character : text) {
     if (Top() != top || state.focus != edit || !TypeCharacter(edit, character)) return false;
-    Settle();
+    DispatchPosted();
   }
   return true;
 }
@@ -169,9 +172,10 @@ bool Desktop::Select(int id, std::u16string_view item) {
 }
 
 bool Desktop::Spin(int id, int steps) {
-  for (int i = 0; i < std::abs(steps); ++i) {
-    if (!Usable(id) || !SpinBy(ControlOf(Top(), id), steps > 0 ? 1 : -1)) return false;
-    Settle();
+  const int count = std::abs(std::clamp(steps, -kMostSteps, kMostSteps));
+  for (int i = 0; i < count; ++i) {
+    if (!Usable(id) || !SpinBy(ControlOf(Top(), id), steps > 0)) return false;
+    DispatchPosted();
   }
   return true;
 }
@@ -179,7 +183,7 @@ bool Desktop::Spin(int id, int steps) {
 bool Desktop::Close() {
   const WindowPtr window = FindWindowOf(Top());
   if (!window || !window->enabled()) return false;
-  if (auto* sheet = StateOf<SheetState>(*window)) return sheet->Press(SheetButton::kCancel);
+  if (auto* sheet = StateOf<SheetState>(*window)) return sheet->Close();
   SendMessageW(window->handle, WM_CLOSE, 0, 0);
   return true;
 }

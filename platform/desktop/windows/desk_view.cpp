@@ -43,17 +43,6 @@ ControlKind KindOf(const Window& window) {
   }
 }
 
-// A focused push button is the one that Enter presses; else the dialog's own default.
-bool IsDefaultNow(const Window& button) {
-  if (!IsPushButton(button)) return false;
-  const WindowPtr focus = FindWindowOf(TheDesktop().focus);
-  if (focus && IsPushButton(*focus) && focus->parent == button.parent) {
-    return focus->handle == button.handle;
-  }
-  const WindowPtr dialog = FindWindowOf(button.parent);
-  return dialog && dialog->dialog && dialog->dialog->defaultId == button.id && button.id != 0;
-}
-
 void DescribePart(const Window& window, ControlView& view) {
   switch (window.windowClass) {
     case WindowClass::kEdit:
@@ -94,7 +83,7 @@ ControlView ViewOf(const Window& window) {
   view.enabled = window.enabled();
   view.focused = TheDesktop().focus == window.handle;
   view.checked = IsChecked(window);
-  view.defaultButton = IsDefaultNow(window);
+  view.defaultButton = IsDefaultButton(window);
   view.tabStop = IsTabStop(window);
   view.group = (window.style & WS_GROUP) != 0;
   view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;

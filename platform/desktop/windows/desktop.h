@@ -78,19 +78,27 @@ bool IsDescendant(HWND ancestor, HWND window);
 RECT ScreenRect(const Window& window);
 
 // ---- modal windows ----
+// Handles the messages that wait. Painting is what is left to do when none does.
+void DispatchPosted();
 // Disables the owner of a modal window until its end.
 void DisableOwner(Window& window);
 
 // ---- dialogs ----
 bool IsTabStop(const Window& window);
-// Puts the focus on a dialog's control as the keyboard does: the text of an edit gets selected.
-void FocusByKeyboard(HWND control);
+// Makes a push button that has the focus the default one (its style says so); with the focus
+// elsewhere the dialog's own is it again. Moving the focus with SetFocus alone leaves it where it
+// was.
+void MoveDefault(HWND control);
+// Puts the focus on a dialog's control as WM_NEXTDLGCTL and the keyboard do: the text of an edit
+// gets selected, and the default button follows.
+void FocusInDialog(HWND control);
 void FocusFirst(HWND dialog);
 // The controls of a dialog in tab order, those of pages and other nested dialogs in their place.
 std::vector<HWND> ControlsInOrder(HWND dialog);
 
 // ---- buttons ----
 bool IsPushButton(const Window& window);
+bool IsDefaultButton(const Window& window);
 bool IsRadio(const Window& window);
 bool IsChecked(const Window& window);
 // The radio buttons of the group that a control stands in, by WS_GROUP.
@@ -105,7 +113,7 @@ bool ClickControl(HWND control);
 bool TypeCharacter(HWND edit, WCHAR character);
 bool PasteText(HWND edit, std::u16string_view text);
 bool PickItem(HWND list, int index);
-bool SpinBy(HWND upDown, int steps);
+bool SpinBy(HWND upDown, bool up);  // one press of an arrow
 bool SlideTo(HWND trackbar, int position);
 // The up-down that takes the arrow keys of an edit; null when none does.
 HWND ArrowUpDownOf(HWND edit);

@@ -119,7 +119,12 @@ DialogRequest FromMemory(HINSTANCE instance, LPCDLGTEMPLATEW dialog, HWND parent
   return request;
 }
 
+// 0 for an owner that is no window, -1 for any other failure.
 INT_PTR RunDialog(DialogRequest request) {
+  if (request.parent != nullptr && !FindWindowOf(request.parent)) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return 0;
+  }
   request.modal = true;
   const HWND dialog = CreateDialogWindow(request);
   return dialog != nullptr ? RunModal(dialog) : -1;
@@ -197,11 +202,12 @@ static LRESULT DefaultDialog(const WindowPtr& window, UINT message, WPARAM wPara
       return window->dialog->defaultId != 0 ? MAKELONG(window->dialog->defaultId, DC_HASDEFID) : 0;
     case DM_SETDEFID:
       window->dialog->defaultId = LOWORD(wParam);
+      MoveDefault(IsDescendant(handle, GetFocus()) ? GetFocus() : handle);
       return TRUE;
     case WM_NEXTDLGCTL: {
       const HWND next = LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)
                                             : GetNextDlgTabItem(handle, GetFocus(), wParam != 0);
-      FocusByKeyboard(next);
+      FocusInDialog(next);
       return 0;
     }
     default:

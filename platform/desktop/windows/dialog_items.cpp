@@ -57,16 +57,35 @@ bool IsTabStop(const Window& window) {
            (window.style & BS_TYPEMASK) == BS_GROUPBOX);
 }
 
-void FocusByKeyboard(HWND control) {
+void MoveDefault(HWND control) {
+  const HWND top = TopLevelOf(control);
+  const WindowPtr to = FindWindowOf(control);
+  const WindowPtr dialog = FindWindowOf(top);
+  if (!to || !dialog || !dialog->dialog) return;
+  for (HWND child : ControlsInOrder(top)) {
+    const WindowPtr button = FindWindowOf(child);
+    if (!button || !IsPushButton(*button)) continue;
+    const WindowPtr owner = FindWindowOf(button->parent);
+    const bool own = owner && owner->dialog && owner->dialog->defaultId == button->id;
+    const bool is = IsPushButton(*to) ? child == control : own && button->id != 0;
+    const DWORD type = is ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    if ((button->style & BS_TYPEMASK) == type) continue;
+    button->style = (button->style & ~BS_TYPEMASK) | type;
+    InvalidateWindow(*button, false);
+  }
+}
+
+void FocusInDialog(HWND control) {
   const WindowPtr window = FindWindowOf(control);
   if (!window) return;
   if (window->windowClass == WindowClass::kEdit) SendMessageW(control, EM_SETSEL, 0, -1);
   SetFocus(control);
+  if (TheDesktop().focus == control) MoveDefault(control);
 }
 
 void FocusFirst(HWND dialog) {
   const HWND first = GetNextDlgTabItem(dialog, nullptr, FALSE);
-  if (first != nullptr) FocusByKeyboard(first);
+  if (first != nullptr) FocusInDialog(first);
 }
 
 }  // namespace platform

@@ -8,7 +8,12 @@ namespace platform {
 
 namespace {
 
-bool TakesKeys(HWND top) { return FindWindowOf(top) && IsReachable(top) && IsShown(top); }
+// Keys go to the window in focus: while that one is disabled they reach nobody.
+bool TakesKeys(HWND top) {
+  const HWND focus = GetFocus();
+  return FindWindowOf(top) && IsReachable(top) && IsShown(top) &&
+         (!IsDescendant(top, focus) || IsReachable(focus));
+}
 
 // The dialog that holds a control: a page, or the window itself.
 HWND DialogOf(HWND top, HWND control) {
@@ -52,7 +57,7 @@ char16_t AccessLetter(const Window& window) {
 // A label's letter leads to the next stop behind it.
 bool FollowLabel(HWND top, HWND label) {
   const HWND next = GetNextDlgTabItem(top, label, FALSE);
-  FocusByKeyboard(next);
+  FocusInDialog(next);
   return next != nullptr;
 }
 
@@ -69,7 +74,7 @@ bool PressTab(HWND top, bool back) {
   if (!TakesKeys(top)) return false;
   const HWND next = GetNextDlgTabItem(top, GetFocus(), back);
   if (next == nullptr) return false;
-  FocusByKeyboard(next);
+  FocusInDialog(next);
   return true;
 }
 
@@ -77,9 +82,7 @@ bool PressEnter(HWND top) {
   if (!TakesKeys(top)) return false;
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
-  if (window && IsDescendant(top, focus) && IsPushButton(*window)) {
-    return ClickControl(focus);
-  }
+  if (window && IsDescendant(top, focus) && IsDefaultButton(*window)) return ClickControl(focus);
   if (window && window->windowClass == WindowClass::kEdit && (window->style & ES_WANTRETURN) != 0) {
     return TypeCharacter(focus, u'\r');
   }

@@ -8,6 +8,7 @@ namespace platform {
 namespace {
 
 constexpr int kTextId = 0xFFFF;
+constexpr size_t kHistoryLength = 100;
 
 struct BoxButton {
   int id;
@@ -143,7 +144,9 @@ int ShowBox(HWND owner, std::u16string text, std::u16string caption, UINT style)
   DisableOwner(*window);
   AddText(box, text, {kMargin + icon, kMargin, width - kMargin, textBottom});
   AddButtons(box, style, width, textBottom + kMargin);
-  TheDesktop().history.push_back({std::move(caption), std::move(text), style});
+  auto& history = TheDesktop().history;
+  if (history.size() == kHistoryLength) history.erase(history.begin());
+  history.push_back({std::move(caption), std::move(text), style});
   return static_cast<int>(RunModal(box));
 }
 

@@ -14,6 +14,8 @@ namespace {
 constexpr int kMessagesAtOnce = 10000;
 constexpr int kPaintsAtOnce = 4;
 
+}  // namespace
+
 void DispatchPosted() {
   DesktopState& desktop = TheDesktop();
   for (int i = 0; i < kMessagesAtOnce && !desktop.posted.empty(); ++i) {
@@ -22,6 +24,8 @@ void DispatchPosted() {
     SendMessageW(next.window, next.message, next.wParam, next.lParam);
   }
 }
+
+namespace {
 
 bool PaintAll() {
   bool painted = false;

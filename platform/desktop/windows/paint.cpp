@@ -88,6 +88,7 @@ bool PaintTree(HWND handle) {
   bool painted = false;
   const bool empty = window->width() <= 0 || window->height() <= 0;
   if (window->invalid && !empty) {
+    DispatchPosted();
     PaintOne(*window);
     painted = true;
   }

@@ -42,6 +42,7 @@ class SheetState : public WindowState {
   // What a person does; each answers whether it could be done.
   virtual bool Turn(int index) = 0;
   virtual bool Press(SheetButton button) = 0;
+  virtual bool Close() = 0;  // the close box
 };
 
 // The dialog side of a window of class kDialog.
@@ -156,8 +157,7 @@ INT_PTR RunModal(HWND top);
 // Ends a modal window with a result: its owner is enabled, it is hidden, the owner becomes active.
 bool EndModal(HWND top, INT_PTR result);
 
-// Handles what waits: posted messages, then painting. A user's action that consists of several
-// steps settles between them.
+// Handles what waits: posted messages, then painting.
 void Settle();
 
 // ---- helpers ----

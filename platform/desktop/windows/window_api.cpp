@@ -102,13 +102,14 @@ HWND WINAPI GetWindow(HWND handle, UINT command) {
                                                                               : *(here + 1);
 }
 
+// A control that is disabled while it has the focus keeps it, and the keyboard is dead until a
+// mouse or the program moves it.
 BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
   const auto window = FindWindowOf(handle);
   if (!window) return FALSE;
   const bool was = window->enabled();
   if (was == (enable != FALSE)) return !was;
   window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
-  if (!enable && TheDesktop().focus == handle) SetFocus(nullptr);
   SendMessageW(handle, WM_ENABLE, static_cast<WPARAM>(enable != FALSE), 0);
   return !was;
 }
