@@ -77,7 +77,7 @@ bool GiveRecord(void* buffer, DWORD size, const Answer& answer, const DEVMODEW* 
   std::memcpy(&publicSize, start + offsetof(DEVMODEW, dmSize), sizeof publicSize);
   std::memcpy(&privateSize, start + offsetof(DEVMODEW, dmDriverExtra), sizeof privateSize);
   const size_t claimed = size_t{publicSize} + privateSize;
-  std::memcpy(buffer, start, std::min({claimed, readable, size_t{size}}));
+  std::memcpy(buffer, start, std::min(std::min(claimed, readable), size_t{size}));
   return true;
 }
 

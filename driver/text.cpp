@@ -1,7 +1,6 @@
 #include "driver/text.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "driver/integer_text.h"
 
@@ -128,9 +127,9 @@ TextSpan PrinterNamePart(const WCHAR* name, int mode) {
   const WCHAR* start = name;
   const WCHAR* end = name + TextLength(name);
   if (mode == kNameBehindServer) {
-    const auto backslash =
-        std::find(std::reverse_iterator(end), std::reverse_iterator(start), WCHAR{'\\'});
-    start = backslash.base();
+    for (const WCHAR* unit = start; unit < end; ++unit) {
+      if (*unit == '\\') start = unit + 1;
+    }
   }
   if (mode != kWholeName) end = std::find(start, end, WCHAR{','});
   return {start, static_cast<size_t>(end - start)};
@@ -154,6 +153,18 @@ LONG IntegerFromText(const char* text, bool* positive) {
   while (*text == ' ') ++text;
   if (positive != nullptr) *positive = *text != '-';
   return TakeInteger(text);
+}
+
+char* PutNumber(char* out, LONG value, unsigned base, int least) {
+  uint32_t magnitude = static_cast<uint32_t>(value);
+  if (value < 0) {
+    *out++ = '-';
+    magnitude = 0 - magnitude;
+  }
+  int count = 0;
+  for (uint32_t rest = magnitude; count < least || rest != 0; rest /= base) ++count;
+  for (int i = count; i > 0; magnitude /= base) out[--i] = "0123456789abcdef"[magnitude % base];
+  return out + count;
 }
 
 }  // namespace kestrel

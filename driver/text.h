@@ -82,4 +82,9 @@ LONG IntegerFromText(const WCHAR* text);
 // The same for 8-bit text; *positive tells whether the sign was "+" or absent.
 LONG IntegerFromText(const char* text, bool* positive = nullptr);
 
+// Writes a number in digits of base 2 to 16 (those above 9 in lower case), at least so many, a
+// negative one with its sign in front. Does not terminate; answers the end. Base 10 takes at most
+// 11 characters.
+char* PutNumber(char* out, LONG value, unsigned base = 10, int least = 1);
+
 }  // namespace kestrel

@@ -1,7 +1,6 @@
 #include "files/backup_file.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "driver/halftone_info.h"
@@ -22,7 +21,7 @@ constexpr int kPrinterNameBytes = 128;  // of DriverName as it is written
 constexpr int kSyncLength = 80;
 
 void FormatVersion(char (&text)[kVersionLength]) {
-  std::snprintf(text, sizeof(text), "%04x", static_cast<unsigned>(BACKUP_FILE_FORMAT_VERSION));
+  *PutNumber(text, BACKUP_FILE_FORMAT_VERSION, 16, 4) = 0;
 }
 
 void TransferFields(void* record, SettingsKeys keys) {
@@ -118,8 +117,8 @@ void SaveVersion(const WCHAR* printerName) {
   char version[kVersionLength];
   FormatVersion(version);
   RawText("FileVersion", version, kVersionLength);
-  std::snprintf(version, sizeof(version), "%02x%02d", unsigned{HIBYTE(kDriverVersion)},
-                int{LOBYTE(kDriverVersion)});
+  char* minor = PutNumber(version, HIBYTE(kDriverVersion), 16, 2);
+  *PutNumber(minor, LOBYTE(kDriverVersion), 10, 2) = 0;
   RawText("DriverVersion", version, kVersionLength);
   char name[kPrinterNameBytes];
   ToCodePage(printerName, -1, name, kPrinterNameBytes);
@@ -130,8 +129,7 @@ void SaveSync(const DriverSettingsBlock& block) {
   BeginSection(kSyncSection);
   ClearSection();
   char value[kSyncLength];
-  std::snprintf(value, sizeof(value), "%x",
-                unsigned{static_cast<uint16_t>(block.Record.Private.nTSMode)});
+  *PutNumber(value, static_cast<uint16_t>(block.Record.Private.nTSMode), 16) = 0;
   RawText("SYNC", value, kSyncLength);
 }
 
@@ -162,14 +160,16 @@ bool CheckVersion(HWND owner) {
 
 // Hexadecimal digits in lower case up to the first other character, modulo 256.
 int SyncFromText(const char* text) {
-  constexpr char kDigits[] = "0123456789abcdef";
   unsigned value = 0;
-  for (; *text != 0; ++text) {
-    const char* digit = std::strchr(kDigits, *text);
-    if (digit == nullptr) break;
-    value = value * 16 + static_cast<unsigned>(digit - kDigits);
+  for (;; ++text) {
+    if (*text >= '0' && *text <= '9') {
+      value = value * 16 + static_cast<unsigned>(*text - '0');
+    } else if (*text >= 'a' && *text <= 'f') {
+      value = value * 16 + static_cast<unsigned>(*text - 'a' + 10);
+    } else {
+      return static_cast<int>(value % 256);
+    }
   }
-  return static_cast<int>(value % 256);
 }
 
 void LoadSync(const BackupSubject& subject) {

@@ -1,7 +1,6 @@
 #include "files/profile_io.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "driver/text.h"
@@ -60,7 +59,8 @@ int ReadList(const char* key, void* fields, int count, int width) {
   const char* rest = value;
   int found = 0;
   while (found < count && *rest != 0) {
-    const size_t length = std::strcspn(rest, ",");
+    size_t length = 0;
+    while (rest[length] != 0 && rest[length] != ',') ++length;
     if (length != 0) {
       char element[kElementLength] = {};
       std::memcpy(element, rest, std::min(length, size_t{kElementLength - 1}));
@@ -75,13 +75,13 @@ int ReadList(const char* key, void* fields, int count, int width) {
 }
 
 int WriteList(const char* key, const void* fields, int count, int width) {
-  char value[kValueLength] = {};
-  size_t length = 0;
-  for (int i = 0; i < count && length < sizeof(value); ++i) {
-    const LONG number = LoadNumber(static_cast<const uint8_t*>(fields) + i * width, width);
-    length += static_cast<size_t>(
-        std::snprintf(value + length, sizeof(value) - length, i == 0 ? "%d" : ",%d", number));
+  char value[kValueLength];
+  char* end = value;
+  for (int i = 0; i < count && end + kElementLength < value + kValueLength; ++i) {
+    if (i > 0) *end++ = ',';
+    end = PutNumber(end, LoadNumber(static_cast<const uint8_t*>(fields) + i * width, width));
   }
+  *end = 0;
   return Write(key, value);
 }
 
@@ -128,7 +128,7 @@ void BeginSection(const WCHAR* name) { ToCodePage(name, -1, context.section, kSe
 void BeginSection(const WCHAR* prefix, int number) {
   BeginSection(prefix);
   const size_t length = std::strlen(context.section);
-  std::snprintf(context.section + length, sizeof(context.section) - length, "%02d", number);
+  *PutNumber(context.section + length, number, 10, 2) = 0;
 }
 
 void ClearSection() {

@@ -1,4 +1,5 @@
 // The page on which all driver properties are saved to a backup file and loaded from one.
+#include <algorithm>
 #include <cstring>
 
 #include "driver/handles.h"

@@ -1,7 +1,5 @@
 #include "fonts/resident_fonts.h"
 
-#include <array>
-
 #include "driver/text.h"
 #include "paper/paper_info.h"
 
@@ -48,21 +46,19 @@ constexpr DecoFontInfo Row(const WCHAR* name, int codes, bool proportional, uint
   return row;
 }
 
-using Table = std::array<DecoFontInfo, kResidentFontCount>;
+struct Table {
+  DecoFontInfo rows[kResidentFontCount];
+};
 
 // The tables of the two densities differ in the cells of the OCR fonts alone.
 constexpr Table MakeTable(int ocrA, int ocrB) {
   constexpr int kKanji = kSize16x16 | kSize24x24 | kSize22x22;
-  return {Row(TEXT("X20"), kSize5x9, false, 0),
-          Row(TEXT("X21"), kSize17x17, true, 0),
-          Row(TEXT("X22"), kSize24x24, true, 0),
-          Row(TEXT("X23"), kSize48x48, true, 0),
-          Row(TEXT("X24"), kSize48x48, true, 0),
-          Row(TEXT("OCR-A"), ocrA, false, 0),
-          Row(TEXT("OCR-B"), ocrB, false, 0),
-          Row(TEXT("POP"), kSize80x133, true, 0),
-          Row(TEXT("漢字(横書)"), kKanji, false, kUpToFive),
-          Row(TEXT("漢字(縦書)"), kKanji, false, kUpToFive)};
+  return {{Row(TEXT("X20"), kSize5x9, false, 0), Row(TEXT("X21"), kSize17x17, true, 0),
+           Row(TEXT("X22"), kSize24x24, true, 0), Row(TEXT("X23"), kSize48x48, true, 0),
+           Row(TEXT("X24"), kSize48x48, true, 0), Row(TEXT("OCR-A"), ocrA, false, 0),
+           Row(TEXT("OCR-B"), ocrB, false, 0), Row(TEXT("POP"), kSize80x133, true, 0),
+           Row(TEXT("漢字(横書)"), kKanji, false, kUpToFive),
+           Row(TEXT("漢字(縦書)"), kKanji, false, kUpToFive)}};
 }
 
 constexpr Table kTable203 = MakeTable(kSize15x22, kSize20x24);
@@ -71,7 +67,7 @@ constexpr Table kTable305 = MakeTable(kSize22x33, kSize30x36);
 }  // namespace
 
 std::span<const DecoFontInfo, kResidentFontCount> ResidentFontTable(int dpi) {
-  return dpi == 305 ? kTable305 : kTable203;
+  return dpi == 305 ? kTable305.rows : kTable203.rows;
 }
 
 int ResidentFontRow(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name) {

@@ -21,7 +21,8 @@ constexpr LONG kFailed = -1;
 constexpr WORD kPrinterTitle = 64717;    // string
 constexpr ULONG_PTR kSheetIcon = 64062;  // IDI_CPSUI_PRINTER
 
-LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry) {
+LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry,
+                    const ActivationContext& activation) {
   PROPSHEETPAGEW page = {};
   page.dwSize = sizeof(page);
   if (entry.flags & kPageHasHelp) page.dwFlags |= PSP_HASHELP;
@@ -31,7 +32,7 @@ LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry) {
   page.pszIcon = MAKEINTRESOURCEW(entry.iconId);
   page.pfnDlgProc = entry.procedure;
   page.lParam = reinterpret_cast<LPARAM>(&session);
-  HPROPSHEETPAGE handle = CreatePropertySheetPageW(&page);
+  HPROPSHEETPAGE handle = activation.Within([&page] { return CreatePropertySheetPageW(&page); });
   if (handle == nullptr) return 0;
   const LONG_PTR answer = session.comPropSheet(
       session.comPropSheetHandle, CPSFUNC_ADD_HPROPSHEETPAGE, reinterpret_cast<LPARAM>(handle), 0);
@@ -48,11 +49,12 @@ LONG_PTR AddPageSheet(DriverUiData& session, int index) {
 
 bool AddPages(DriverUiData& session) {
   const bool current = GetOsVersionCode() >= kOsXp;
-  const ActivationScope activation;
+  const ActivationContext activation;
   for (int index = 0; index < session.pageCount; ++index) {
     const PageEntry& entry = session.pages[index];
     const bool direct = entry.kind == kPageOwnDialog && (entry.flags != 0 || current);
-    const LONG_PTR answer = direct ? AddOwnPage(session, entry) : AddPageSheet(session, index);
+    const LONG_PTR answer =
+        direct ? AddOwnPage(session, entry, activation) : AddPageSheet(session, index);
     if (answer == 0) return false;
     session.pageHandles[index] = answer;
   }

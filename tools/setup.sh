@@ -2,7 +2,7 @@
 # speaks on standard error only.
 
 # llvm-rc preprocesses the resource script with clang; the sheet's page needs a Japanese font.
-runPackages=(g++ cmake ninja-build pkg-config llvm clang libsqlite3-dev libfontconfig-dev
+runPackages=(g++ cmake ninja-build pkg-config llvm clang lld libsqlite3-dev libfontconfig-dev
              nlohmann-json3-dev fonts-noto-cjk)
 checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
                g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)

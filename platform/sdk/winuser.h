@@ -4,7 +4,11 @@
 
 #include <windef.h>
 
-#include <cstdarg>
+// Only the x64 library exports the two under these names.
+#if defined(_WIN32) && !defined(_WIN64)
+#define GetWindowLongPtrW GetWindowLongW
+#define SetWindowLongPtrW SetWindowLongW
+#endif
 
 // ---- messages of every window ----
 constexpr UINT WM_CREATE = 0x0001;
