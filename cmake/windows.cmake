@@ -56,6 +56,10 @@ add_library(objects OBJECT ${MODULE_SOURCES} windows/runtime.cpp)
 target_include_directories(objects PRIVATE windows/include platform/sdk ${CMAKE_SOURCE_DIR})
 target_compile_options(objects PRIVATE -nostdinc -fno-exceptions -fno-rtti -fno-threadsafe-statics
                        -fno-stack-protector -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Werror)
+# The oldest processor that Windows 2000 runs on.
+if(MACHINE STREQUAL x86)
+  target_compile_options(objects PRIVATE -march=i586)
+endif()
 # A loop that copies memory must not become a call of itself.
 set_source_files_properties(windows/runtime.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
 
@@ -73,3 +77,13 @@ add_custom_command(
   DEPENDS objects $<TARGET_OBJECTS:objects> ${RESOURCE_RES} ${IMPORT_LIBRARIES} ${EXPORT_LIST}
   COMMAND_EXPAND_LISTS VERBATIM)
 add_custom_target(dll ALL DEPENDS ${DLL})
+
+if(KESTREL_TESTS)
+  enable_testing()
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  find_program(LLVM_READOBJ NAMES llvm-readobj llvm-readobj-14 REQUIRED)
+  add_test(NAME dll.${MACHINE} COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_SOURCE_DIR}/tests/build/check_dll.py
+           ${LLVM_READOBJ} ${MACHINE} ${DLL} ${RESOURCE_RES} ${EXPORT_LIST} ${IMPORT_LIST})
+  add_test(NAME dll.${MACHINE}.same_bytes COMMAND ${CMAKE_SOURCE_DIR}/tests/build/same_bytes.sh ${CMAKE_SOURCE_DIR}
+           windows/${MACHINE} ${DLL})
+endif()

@@ -5,7 +5,7 @@
 runPackages=(g++ cmake ninja-build pkg-config llvm clang lld libsqlite3-dev libfontconfig-dev
              nlohmann-json3-dev fonts-noto-cjk)
 checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
-               g++-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
+               libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -32,6 +32,9 @@ need() {
   "${asRoot[@]}" apt-get update -qq >&2
   "${asRoot[@]}" apt-get install -y -qq --no-install-recommends "${wanted[@]}" >&2 < /dev/null
 }
+
+# Both DLLs, each a build of its own.
+buildWindows() { build windows/x86 dll && build windows/x64 dll; }
 
 # build PRESET TARGET…: configures when that was not done yet, then builds. One build of a folder at
 # a time.
