@@ -10,44 +10,42 @@ namespace {
 
 constexpr int kLeast = -32768;
 constexpr int kMost = 32767;
+constexpr int mm = kMillimetre;
+constexpr int in = kInch;
 
 TEST(MeasuredValue, ConvertsWithHalfTheDivisorAdded) {
   constexpr struct {
     int value, from, to, dpi, expected;
   } kCases[] = {
-      {580, kMillimetre, kInch, 203, 2283},
-      {2283, kInch, kMillimetre, 203, 580},
-      {99, kDot, kMillimetre, 203, 124},
-      {99, kDot, kMillimetre, 305, 82},
-      {99, kDot, kInch, 203, 488},
-      {99, kDot, kInch, 305, 325},
-      {30, kMillimetre, kDot, 203, 24},
-      {30, kMillimetre, kDot, 305, 36},
-      {1000, kInch, kDot, 203, 203},
-      {1000, kInch, kDot, 305, 305},
-      // Half of an odd density is cut: 101, not 101.5.
-      {1, kDot, kInch, 203, 5},
-      {0, kMillimetre, kInch, 203, 0},
-      {0, kDot, kMillimetre, 305, 0},
-      // Negative values are cut towards 0, as integer division does.
-      {-1, kMillimetre, kInch, 203, -3},
-      {-580, kMillimetre, kInch, 203, -2282},
-      {-5, kInch, kMillimetre, 203, 0},
+      {580, mm, in, 203, 2283},
+      {2283, in, mm, 203, 580},
+      {99, kDot, mm, 203, 124},
+      {99, kDot, mm, 305, 82},
+      {99, kDot, in, 203, 488},
+      {99, kDot, in, 305, 325},
+      {30, mm, kDot, 203, 24},
+      {30, mm, kDot, 305, 36},
+      {1000, in, kDot, 203, 203},
+      {1000, in, kDot, 305, 305},
+      {0, mm, in, 203, 0},
+      {0, kDot, mm, 305, 0},
+      // Half of an odd density is cut: 101, not 101.5. Negative values are cut towards 0.
+      {1, kDot, in, 203, 5},
+      {-1, mm, in, 203, -3},
+      {-580, mm, in, 203, -2282},
       // The ends of a stored field.
-      {kMost, kMillimetre, kInch, 203, 129004},
-      {kLeast, kMillimetre, kInch, 203, -129007},
-      {kMost, kInch, kMillimetre, 203, 8323},
-      {kLeast, kInch, kMillimetre, 203, -8322},
-      {kMost, kMillimetre, kDot, 305, 39346},
-      {kLeast, kDot, kMillimetre, 203, -40999},
-      {kMost, kDot, kInch, 305, 107433},
+      {kMost, mm, in, 203, 129004},
+      {kLeast, in, mm, 203, -8322},
+      {kMost, mm, kDot, 305, 39346},
+      {kLeast, kDot, mm, 203, -40999},
+      {kMost, kDot, in, 305, 107433},
       // Nothing to convert.
-      {77, kInch, kInch, 203, 77},
-      {77, kPlain, kInch, 203, 77},
+      {77, in, in, 203, 77},
+      {77, kPlain, in, 203, 77},
       {77, kDot, kPlain, 203, 77},
-      {77, kMillimetre, 9, 203, 77},
+      {77, mm, 9, 203, 77},
       {77, -1, kDot, 203, 77},
-      {77, kDot, kMillimetre, 0, 77},
+      {77, kDot, mm, 0, 77},
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(ConvertMeasure(c.value, c.from, c.to, c.dpi), c.expected)
@@ -60,20 +58,17 @@ TEST(MeasuredValue, FormatsWithTheDecimalsOfItsUnit) {
     int value, unit;
     std::u16string expected;
   } kCases[] = {
-      {580, kMillimetre, u"58.0"},
-      {5, kMillimetre, u"0.5"},
-      {0, kMillimetre, u"0.0"},
-      {-5, kMillimetre, u"-0.5"},
-      {-123, kMillimetre, u"-12.3"},
-      {2283, kInch, u"2.283"},
-      {40, kInch, u"0.040"},
-      {0, kInch, u"0.000"},
-      {10000, kInch, u"10.000"},
-      {kLeast, kInch, u"-32.768"},
+      {580, mm, u"58.0"},
+      {5, mm, u"0.5"},
+      {0, mm, u"0.0"},
+      {-5, mm, u"-0.5"},
+      {2283, in, u"2.283"},
+      {40, in, u"0.040"},
+      {0, in, u"0.000"},
+      {kLeast, in, u"-32.768"},
       {0, kDot, u"0"},
       {-999, kPlain, u"-999"},
-      {kMost, kDot, u"32767"},
-      {INT32_MIN, kInch, u"-2147483.648"},
+      {INT32_MIN, in, u"-2147483.648"},
       {INT32_MAX, 77, u"2147483647"},
   };
   for (const auto& c : kCases) {
@@ -89,25 +84,47 @@ TEST(MeasuredValue, ParsesUpToWhatIsNoNumber) {
     const WCHAR* text;
     int decimals, expected;
   } kCases[] = {
-      {u"58", 1, 580},      {u"58.25", 1, 582},  // dropped, not rounded
-      {u"2.5", 3, 2500},    {u" -3", 0, -3},        {u"1.23456", 3, 1234},
-      {u"12mm", 1, 120},    {u"12mm", 3, 12000},    {u"", 1, 0},
-      {u"mm", 1, 0},        {u"\t 7", 0, 7},        {u"- 7", 0, 0},
-      {u"+7", 1, 70},       {u".5", 1, 5},          {u"-.5", 1, -5},
-      {u"-0.5", 3, -500},   {u"5.", 3, 5000},       {u"1.2.3", 3, 1200},
-      {u"1.9", 0, 1},       {u"--5", 0, 5},  // the second sign belongs to the number
-      {u"-+5", 0, -5},      {u"5-3", 0, 5},         {u"１２", 0, 0},
-      {u"1", 5, 100000},    {u"1.5", 6, 0},         {u"4294967296", 0, INT32_MAX},
-      {u"32768", 0, 32768}, {u"-32768", 0, -32768},
+      {u"58", 1, 580},
+      {u"58.25", 1, 582},
+      {u"2.5", 3, 2500},
+      {u" -3", 0, -3},
+      {u"1.23456", 3, 1234},
+      {u"12mm", 1, 120},
+      {u"", 1, 0},
+      {u"mm", 1, 0},
+      {u"\t 7", 0, 7},
+      {u"- 7", 0, 0},
+      {u"+7", 1, 70},
+      {u".5", 1, 5},
+      {u"-.5", 1, -5},
+      {u"-0.5", 3, -500},
+      {u"5.", 3, 5000},
+      {u"1.2.3", 3, 1200},
+      {u"1.9", 0, 1},
+      {u"5-3", 0, 5},
+      {u"１２", 0, 0},
+      {u"1", 5, 100000},
+      {u"1.5", 6, 0},
+      {u"1.5", -1, 0},
+      {u"1.99999999", 5, 199999},
+      // The second sign belongs to the number.
+      {u"--5", 0, 5},
+      {u"-+5", 0, -5},
+      {u"+-1.5", 1, 0},
+      {u"--1.5", 1, 5},
+      // Nothing wraps.
+      {u"4294967296", 0, INT32_MAX},
+      {u"-4294967296", 0, -INT32_MAX},
+      {u"2147483.647", 3, INT32_MAX},
+      {u"2147484", 3, INT32_MAX},
+      {u"-2147484", 3, INT32_MIN},
+      {u"32768", 0, 32768},
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(ParseMeasure(c.text, c.decimals), c.expected)
         << testing::PrintToString(std::u16string(c.text)) << " with " << c.decimals;
   }
   EXPECT_EQ(ParseMeasure(nullptr, 1), 0);
-}
-
-TEST(MeasuredValue, EveryStoredValueSurvivesItsText) {
   for (int unit : {kMillimetre, kInch, kDot, kPlain}) {
     for (int value = kLeast; value <= kMost; ++value) {
       WCHAR text[kMeasureTextLength];
@@ -121,12 +138,10 @@ TEST(MeasuredValue, LimitsTheTextByItsWidestBound) {
   constexpr struct {
     int minimum, maximum, unit, expected;
   } kCases[] = {
-      {100, 1630, kMillimetre, 5}, {0, 80, kMillimetre, 3},  {0, 9, kMillimetre, 3},
-      {0, 0, kMillimetre, 3},      {394, 6417, kInch, 5},    {0, 315, kInch, 5},
-      {0, 99, kInch, 5},           {0, 12345, kInch, 6},     {-300, 300, kDot, 4},
-      {0, 0, kPlain, 1},           {-9999, 9999, kPlain, 5}, {-9999, 5, kPlain, 5},
-      {27, 550, kDot, 3},          {-5, 5, kMillimetre, 4},  {-40, 99, kPlain, 3},
-      {kLeast, kMost, kPlain, 6},
+      {100, 1630, mm, 5},    {0, 80, mm, 3},       {0, 9, mm, 3},     {-5, 5, mm, 4},
+      {394, 6417, in, 5},    {0, 315, in, 5},      {0, 12345, in, 6}, {-300, 300, kDot, 4},
+      {27, 550, kDot, 3},    {0, 0, kPlain, 1},    {0, 9, kPlain, 1}, {0, 10, kPlain, 2},
+      {-9999, 5, kPlain, 5}, {-40, 99, kPlain, 3},
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(MeasureTextLimit(c.minimum, c.maximum, c.unit), c.expected)

@@ -1,0 +1,53 @@
+// Papers that the printer has, and the paper page of its user's defaults.
+#pragma once
+
+#include <string>
+
+#include "driver/text.h"
+#include "paper/paper_table.h"
+#include "resources/resource.h"
+#include "tests/support/open_sheet.h"
+
+namespace kestrel {
+
+using namespace support;
+
+inline constexpr char16_t kStandard[] = u"Standard Label 58 x 68 mm";
+inline constexpr char16_t kFree[] = u"フリーサイズ";
+inline constexpr char16_t kPage[] = u"用紙";
+
+class PaperTest : public SheetTest {
+ protected:
+  // The factory defaults with papers "P1", "P2" … behind the standard one, 20.1, 20.2 … mm wide.
+  static DriverSettingsBlock With(int papers) {
+    DriverSettingsBlock block = DefaultBlock();
+    for (int i = 1; i <= papers; ++i) {
+      PaperInfo paper = NewPaper();
+      const std::string number = std::to_string(i);
+      CopyText(paper.PaperName, (u"P" + std::u16string(number.begin(), number.end())).c_str());
+      paper.LabelWidth = static_cast<int16_t>(200 + i);
+      AppendPaper(block, paper);
+    }
+    return block;
+  }
+  PrinterSettingsPart Stored() { return KeptPrinterPart(machine()); }
+  std::u16string StoredName(int slot) { return Stored().Papers[slot].PaperName; }
+};
+
+// A refusal, closed.
+inline Steps Refused(std::u16string text, std::u16string caption) {
+  return CloseMessage(std::move(text), MB_ICONEXCLAMATION, std::move(caption));
+}
+
+// Types into the registration dialog; empty texts stay as they are.
+inline Steps Fill(std::u16string name, std::u16string width = u"", std::u16string length = u"",
+                  std::u16string gap = u"") {
+  Steps steps;
+  if (!name.empty()) steps += Replace(IDC_PAPER_REGISTER_NAME, name);
+  if (!width.empty()) steps += Replace(IDC_PAPER_REGISTER_WIDTH, width);
+  if (!length.empty()) steps += Replace(IDC_PAPER_REGISTER_LENGTH, length);
+  if (!gap.empty()) steps += Replace(IDC_PAPER_REGISTER_GAP, gap);
+  return steps;
+}
+
+}  // namespace kestrel
