@@ -9,17 +9,15 @@ namespace kestrel {
 
 struct BarcodeKindRow {
   uint16_t id;
-  const char* getName;     // GetBarName…, empty in the ending row
+  const char* getName;     // GetBarName…
   const char* init;        // Init…
   const char* showDialog;  // ShowDlg…
   bool serial;             // whether serial numbering may be switched
 };
 
 constexpr int kBarcodeKindCount = 19;
-constexpr uint16_t kNoBarcodeKind = 0xFFFF;
 constexpr uint16_t kFirstBarcodeKind = 100;
 
-// The rows without the ending one.
 std::span<const BarcodeKindRow, kBarcodeKindCount> BarcodeKinds();
 // Row of a kind id; -1 when the table does not hold it.
 int BarcodeKindRowOf(int id);

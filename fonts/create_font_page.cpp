@@ -130,11 +130,9 @@ int SelectedFont(HWND page, FontStore& store, const FontGroup& group) {
 
 bool RunDialog(HWND page, DriverUiData& session, const FontGroup& group) {
   const uint16_t density = session.settings->Printer.HeadDensity;
-  const INT_PTR result =
-      group.kind == kDecorativeFont
-          ? ShowDecoDialog(page, session.fonts, density)
-          : ShowBarDialog(page, session.fonts, session.printer, session.printerName, density);
-  return result == 1;
+  return group.kind == kDecorativeFont
+             ? RunDecoDialog(page, session.fonts, density)
+             : RunBarDialog(page, session.fonts, session.printer, session.printerName, density);
 }
 
 void TakeSelected(FontStore& store, const FontGroup& group, int selected) {
@@ -152,7 +150,7 @@ void ListChanged(HWND page, DriverUiData& session, const FontGroup& group) {
 void RegisterFont(HWND page, DriverUiData& session, const FontGroup& group) {
   FontStore& store = session.fonts;
   if (!store.Loaded || !CanRegisterMore(store)) return;
-  store.FontEditMode = 0;
+  store.FontEditMode = kRegisterFont;
   store.FontEditIndex = -1;
   std::memset(&store.WorkFont, 0, sizeof(store.WorkFont));
   // Without a font to refer to, the new one starts from the defaults whatever the check box says.
@@ -177,7 +175,7 @@ void RegisterFont(HWND page, DriverUiData& session, const FontGroup& group) {
 void ChangeFont(HWND page, DriverUiData& session, const FontGroup& group) {
   FontStore& store = session.fonts;
   if (CountOf(store, group) < 1) return;
-  store.FontEditMode = 1;
+  store.FontEditMode = kChangeFont;
   TakeSelected(store, group, SelectedFont(page, store, group));
   if (RunDialog(page, session, group)) {
     FontsOf(store, group)[store.FontEditIndex] = store.WorkFont;

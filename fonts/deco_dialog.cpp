@@ -2,78 +2,241 @@
 
 #include <commctrl.h>
 
-#include "driver/instance.h"
+#include <algorithm>
+#include <iterator>
+
 #include "fonts/deco_dialog_data.h"
 #include "fonts/deco_preview.h"
-#include "resources/resource.h"
+#include "fonts/font_sizes.h"
+#include "fonts/resident_fonts.h"
+#include "paper/fields/measured_value.h"
+#include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
 
-constexpr INT_PTR kConfirmed = 1;
-constexpr INT_PTR kCancelled = 2;
+constexpr HelpRow MagnificationHelp(int edit, int text) {
+  return Ranged(edit, text, kHelpDotRange, kMagnifications.minimum, kMagnifications.maximum);
+}
+constexpr HelpRow SizeHelp(int side, int edit, int text) {
+  return Ranged(edit, text, kHelpDotRangeUnits, kFreeSizes[side].minimum, kFreeSizes[side].maximum);
+}
+constexpr HelpRow kHelp[] = {
+    Plain(IDC_DECO_FONT_NAME, IDS_HELP_DECO_FONT_NAME),
+    Plain(IDC_DECO_FONT_RESIDENT, IDS_HELP_DECO_FONT_RESIDENT),
+    Plain(IDC_DECO_FONT_DECORATE_ON, IDS_HELP_DECO_FONT_DECORATE_ON),
+    Plain(IDC_DECO_FONT_DECORATE_OFF, IDS_HELP_DECO_FONT_DECORATE_OFF),
+    MagnificationHelp(IDC_DECO_FONT_EXPAND_X, IDS_HELP_DECO_FONT_EXPAND_X),
+    MagnificationHelp(IDC_DECO_FONT_EXPAND_Y, IDS_HELP_DECO_FONT_EXPAND_Y),
+    SizeHelp(0, IDC_DECO_FONT_WIDTH, IDS_HELP_DECO_FONT_WIDTH),
+    SizeHelp(1, IDC_DECO_FONT_HEIGHT, IDS_HELP_DECO_FONT_HEIGHT),
+    Plain(IDC_DECO_FONT_SIZE, IDS_HELP_DECO_FONT_SIZE),
+    Plain(IDC_DECO_FONT_MM, IDS_HELP_DECO_FONT_MM),
+    Plain(IDC_DECO_FONT_INCH, IDS_HELP_DECO_FONT_INCH),
+    Plain(IDC_DECO_FONT_DOT, IDS_HELP_DECO_FONT_DOT),
+    Plain(IDC_DECO_FONT_PITCH_FIXED, IDS_HELP_DECO_FONT_PITCH_FIXED),
+    Plain(IDC_DECO_FONT_PITCH_PROPORTIONAL, IDS_HELP_DECO_FONT_PITCH_PROPORTIONAL),
+    Plain(IDC_DECO_FONT_ROTATE_0, IDS_HELP_DECO_FONT_ROTATE_0),
+    Plain(IDC_DECO_FONT_ROTATE_90, IDS_HELP_DECO_FONT_ROTATE_90),
+    Plain(IDC_DECO_FONT_ROTATE_180, IDS_HELP_DECO_FONT_ROTATE_180),
+    Plain(IDC_DECO_FONT_ROTATE_270, IDS_HELP_DECO_FONT_ROTATE_270),
+    Plain(IDC_DECO_FONT_REVERSE_ON, IDS_HELP_DECO_FONT_REVERSE_ON),
+    Plain(IDC_DECO_FONT_REVERSE_OFF, IDS_HELP_DECO_FONT_REVERSE_OFF),
+    Plain(IDC_DECO_FONT_SMOOTH_ON, IDS_HELP_DECO_FONT_SMOOTH_ON),
+    Plain(IDC_DECO_FONT_SMOOTH_OFF, IDS_HELP_DECO_FONT_SMOOTH_OFF),
+    Plain(IDC_DECO_FONT_BOLD_ON, IDS_HELP_DECO_FONT_BOLD_ON),
+    Plain(IDC_DECO_FONT_BOLD_OFF, IDS_HELP_DECO_FONT_BOLD_OFF),
+    Plain(IDC_DECO_FONT_OUTLINE_STANDARD, IDS_HELP_DECO_FONT_OUTLINE_STANDARD),
+    Plain(IDC_DECO_FONT_OUTLINE_HOLLOW, IDS_HELP_DECO_FONT_OUTLINE_HOLLOW),
+    Plain(IDC_DECO_FONT_OUTLINE_GRAY1, IDS_HELP_DECO_FONT_OUTLINE_GRAY1),
+    Plain(IDC_DECO_FONT_OUTLINE_GRAY2, IDS_HELP_DECO_FONT_OUTLINE_GRAY2),
+    Plain(IDC_DECO_FONT_OUTLINE_GRAY3, IDS_HELP_DECO_FONT_OUTLINE_GRAY3),
+    Plain(IDC_DECO_FONT_OUTLINE_SHADOW, IDS_HELP_DECO_FONT_OUTLINE_SHADOW),
+    Plain(IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW, IDS_HELP_DECO_FONT_OUTLINE_HOLLOW_SHADOW),
+    Plain(IDC_DECO_FONT_OUTLINE_MIRROR, IDS_HELP_DECO_FONT_OUTLINE_MIRROR),
+    Plain(IDC_DECO_FONT_OUTLINE_ITALIC, IDS_HELP_DECO_FONT_OUTLINE_ITALIC),
+    Plain(IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW_ITALIC,
+          IDS_HELP_DECO_FONT_OUTLINE_HOLLOW_SHADOW_ITALIC),
+    Plain(IDC_DECO_FONT_SERIAL_ON, IDS_HELP_DECO_FONT_SERIAL_ON),
+    Plain(IDC_DECO_FONT_SERIAL_OFF, IDS_HELP_DECO_FONT_SERIAL_OFF),
+    Plain(IDC_DECO_FONT_HEXADECIMAL, IDS_HELP_DECO_FONT_HEXADECIMAL),
+    Plain(IDC_DECO_FONT_DECIMAL, IDS_HELP_DECO_FONT_DECIMAL),
+    SerialHelp(kSameIssue, IDC_DECO_FONT_PRINT_NUM, IDS_HELP_DECO_FONT_PRINT_NUM),
+    SerialHelp(kStep, IDC_DECO_FONT_INCREMENT, IDS_HELP_DECO_FONT_INCREMENT),
+    SerialHelp(kActiveDigits, IDC_DECO_FONT_ACTIVE_DIGITS, IDS_HELP_DECO_FONT_ACTIVE_DIGITS),
+    SerialHelp(kLowDigits, IDC_DECO_FONT_LOW_DIGITS, IDS_HELP_DECO_FONT_LOW_DIGITS),
+};
 
-INT_PTR OnCommand(DecoDialog& dialog, WPARAM wParam) {
-  const int control = LOWORD(wParam);
-  if (control == IDOK) {
-    if (StoreDecoFont(dialog)) EndDialog(dialog.window, kConfirmed);
-    return TRUE;
-  }
-  if (control == IDCANCEL) {
-    EndDialog(dialog.window, kCancelled);
-    return TRUE;
-  }
-  if (!dialog.initialising) OnDecoCommand(dialog, control, HIWORD(wParam));
-  return FALSE;
+bool IsOneOf(RadioGroup controls, int control) {
+  return std::find(controls.begin(), controls.end(), control) != controls.end();
 }
 
-INT_PTR OnNotify(DecoDialog& dialog, const NMHDR& header) {
-  if (header.code != UDN_DELTAPOS) return FALSE;
-  const auto& step = reinterpret_cast<const NMUPDOWN&>(header);
-  const bool refused = OnDecoSpin(dialog, static_cast<int>(header.idFrom), step.iDelta);
-  SetWindowLongPtrW(dialog.window, DWLP_MSGRESULT, refused ? TRUE : FALSE);
-  return TRUE;
+// Which of a pair of controls, for width and height, one is; -1 when it is neither.
+int SideOf(const int (&pair)[kSides], int control) {
+  const int* found = std::find(pair, std::end(pair), control);
+  return found == std::end(pair) ? -1 : static_cast<int>(found - pair);
 }
 
-INT_PTR CALLBACK DecoDialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    auto* opened = reinterpret_cast<DecoDialog*>(lParam);
-    opened->window = window;
-    SetWindowLongPtrW(window, DWLP_USER, lParam);
-    OpenDecoDialog(*opened);
-    return TRUE;
+void ShowDecoHelp(DecoDialog& dialog, int control) {
+  const int unit = IsOneOf(kSizeEdits, control) ? dialog.font().Unit : int{kPlain};
+  ShowHelp(dialog.window, kHelp, control, IDC_HELP_TEXT, unit, dialog.dpi);
+}
+
+void RedrawPreview(const DecoDialog& dialog) {
+  InvalidateRect(GetDlgItem(dialog.window, IDC_DECO_FONT_PREVIEW), nullptr, TRUE);
+}
+
+void OnList(DecoDialog& dialog, int list, int notification) {
+  if (notification == CBN_SETFOCUS) ShowDecoHelp(dialog, list);
+  if (notification != CBN_SELCHANGE) return;
+  if (list == IDC_DECO_FONT_SIZE) {
+    ComputeSelectedSize(dialog);
+    RefreshDecoDialog(dialog);
+    return;
   }
-  auto* dialog = reinterpret_cast<DecoDialog*>(GetWindowLongPtrW(window, DWLP_USER));
-  if (dialog == nullptr) return FALSE;
-  switch (message) {
-    case WM_COMMAND:
-      return OnCommand(*dialog, wParam);
-    case WM_NOTIFY:
-      return OnNotify(*dialog, *reinterpret_cast<const NMHDR*>(lParam));
-    case WM_DRAWITEM: {
-      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-      if (item.CtlID != IDC_DECO_FONT_PREVIEW) return FALSE;
-      DrawFontPreview(dialog->fields(), dialog->dpi, item.hDC, item.rcItem);
-      return TRUE;
-    }
-    case WM_CLOSE:
-      EndDialog(window, kCancelled);
-      return TRUE;
-    default:
-      return FALSE;
+  const auto rows = ResidentFontTable(dialog.dpi);
+  const auto row =
+      static_cast<size_t>(SendDlgItemMessageW(dialog.window, list, CB_GETCURSEL, 0, 0));
+  if (row < rows.size()) TakeResidentFont(dialog, rows[row]);
+}
+
+void OnMagnification(DecoDialog& dialog, int side) {
+  const int edit = kMagnificationEdits[side];
+  if (!OnPlainTyped(dialog.fields(), edit)) return;
+  dialog.magnification(side) = static_cast<int16_t>(ReadField(dialog.fields(), edit, kPlain));
+  ComputeSelectedSize(dialog);
+  RefreshDecoDialog(dialog, true);
+}
+
+// The edit shows the font's number anew. Tab selects a text before the focus arrives: what was
+// selected stays so.
+void ReformatSize(DecoDialog& dialog, int side) {
+  const QuietDialog quiet(dialog.window);
+  HWND edit = GetDlgItem(dialog.window, kSizeEdits[side]);
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  const bool whole = start == 0 && static_cast<int>(end) == GetWindowTextLengthW(edit);
+  WCHAR text[kMeasureTextLength];
+  FormatMeasure(text, dialog.size(side), dialog.font().Unit);
+  SetWindowTextW(edit, text);
+  SendMessageW(edit, EM_SETSEL, start, whole ? -1 : static_cast<LPARAM>(end));
+}
+
+// A free width or height: the field follows the font, and the font the field.
+void OnSizeField(DecoDialog& dialog, int side, int notification) {
+  const int unit = dialog.font().Unit;
+  if (notification == EN_CHANGE) {
+    if (!OnMeasureTyped(dialog.fields(), kSizeEdits[side], unit)) return;
+    dialog.size(side) = static_cast<int16_t>(ReadField(dialog.fields(), kSizeEdits[side], unit));
+  } else if (notification == EN_SETFOCUS || notification == EN_KILLFOCUS) {
+    ReformatSize(dialog, side);
+  } else {
+    return;
+  }
+  RedrawPreview(dialog);
+}
+
+void OnEdit(DecoDialog& dialog, int edit, int notification) {
+  if (notification == EN_SETFOCUS) ShowDecoHelp(dialog, edit);
+  if (const int side = SideOf(kSizeEdits, edit); side >= 0) {
+    OnSizeField(dialog, side, notification);
+  } else if (const int magnified = SideOf(kMagnificationEdits, edit); magnified >= 0) {
+    if (notification == EN_UPDATE) OnMagnification(dialog, magnified);
+  } else if (edit == IDC_DECO_FONT_NAME) {
+    if (notification != EN_UPDATE) return;
+    GetDlgItemTextW(dialog.window, edit, dialog.font().DecoFontName, kFontNameLength);
+  } else if (notification == EN_CHANGE) {
+    OnPlainTyped(dialog.fields(), edit);
   }
 }
+
+// Decoration and serial numbering are never both off.
+void OnSwitch(DecoDialog& dialog, int control) {
+  DecoFontInfo& font = dialog.font();
+  if (control == IDC_DECO_FONT_SERIAL_ON) font.Range = 1;
+  if (control == IDC_DECO_FONT_SERIAL_OFF && font.Decorate == 1) font.Range = 0;
+  if (control == IDC_DECO_FONT_DECORATE_ON) font.Decorate = 1;
+  if (control == IDC_DECO_FONT_DECORATE_OFF && font.Range == 1) font.Decorate = 0;
+  RefreshDecoDialog(dialog);
+  EnableSerialFields(dialog.window, kDecoSerial, font.Range == 1);
+}
+
+void OnUnit(DecoDialog& dialog, uint16_t unit) {
+  if (unit == dialog.font().Unit) return;
+  ChangeFontUnit(dialog.font(), unit, dialog.dpi);
+  RefreshDecoDialog(dialog);
+}
+
+void OnButton(DecoDialog& dialog, int control) {
+  ShowDecoHelp(dialog, control);
+  DecoFontInfo& font = dialog.font();
+  HWND window = dialog.window;
+  const auto value = [window](RadioGroup group) {
+    return static_cast<uint16_t>(CheckedRadio(window, group));
+  };
+  if (IsOneOf(kRotateRadios, control)) {
+    font.Rotate = static_cast<uint16_t>(90 * value(kRotateRadios));
+  } else if (IsOneOf(kReverseRadios, control)) {
+    font.ColorRevolution = value(kReverseRadios);
+  } else if (IsOneOf(kSmoothRadios, control)) {
+    font.Smoothing = value(kSmoothRadios);
+  } else if (IsOneOf(kBoldRadios, control)) {
+    font.Bold = value(kBoldRadios);
+  } else if (IsOneOf(kOutlineRadios, control)) {
+    font.OutlineStyle = value(kOutlineRadios);
+  } else if (IsOneOf(kPitchRadios, control)) {
+    font.Pitch = static_cast<uint16_t>(1 + value(kPitchRadios));
+    RedrawPreview(dialog);
+  } else if (IsOneOf(kUnitRadios, control)) {
+    OnUnit(dialog, value(kUnitRadios));
+  } else if (IsOneOf(kSerialRadios, control) || IsOneOf(kDecorateRadios, control)) {
+    OnSwitch(dialog, control);
+  }
+}
+
+void Command(HWND, DecoDialog& dialog, int control, int notification) {
+  const bool edit = control == IDC_DECO_FONT_NAME || IsOneOf(kSizeEdits, control) ||
+                    IsOneOf(kMagnificationEdits, control) || IsSerialField(kDecoSerial, control);
+  if (edit) {
+    OnEdit(dialog, control, notification);
+  } else if (control == IDC_DECO_FONT_RESIDENT || control == IDC_DECO_FONT_SIZE) {
+    OnList(dialog, control, notification);
+  } else if (notification == BN_CLICKED) {
+    OnButton(dialog, control);
+  }
+}
+
+// An arrow of a free width or height: the dialog steps itself, as the edit shows decimals.
+bool Notify(HWND window, DecoDialog& dialog, const NMHDR& header) {
+  const int side = SideOf(kSizeSpins, static_cast<int>(header.idFrom));
+  if (header.code != UDN_DELTAPOS || side < 0) return false;
+  const QuietDialog quiet(window);
+  StepField(dialog.fields(), kSizeSpins[side], reinterpret_cast<const NMUPDOWN&>(header).iDelta,
+            dialog.font().Unit);
+  dialog.size(side) = static_cast<int16_t>(SpinPosition(window, kSizeSpins[side]));
+  RedrawPreview(dialog);
+  return true;
+}
+
+bool DrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
+  if (item.CtlID != IDC_DECO_FONT_PREVIEW) return false;
+  DrawFontPreview(dialog.fields(), dialog.dpi, item.hDC, item.rcItem);
+  return true;
+}
+
+constexpr OwnDialog<DecoDialog> kDialog = {.templateId = IDD_DECO_FONT,
+                                           .open = OpenDecoDialog,
+                                           .accept = StoreDecoFont,
+                                           .command = Command,
+                                           .notify = Notify,
+                                           .draw = DrawItem};
 
 }  // namespace
 
-FieldDialog DecoDialog::fields() const { return {window, kDecoFields}; }
-
-INT_PTR ShowDecoDialog(HWND owner, FontStore& store, int dpi) {
-  DecoDialog dialog = {};
-  dialog.store = &store;
-  dialog.dpi = dpi;
-  return DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(IDD_DECO_FONT), owner, DecoDialogProc,
-                         reinterpret_cast<LPARAM>(&dialog));
+bool RunDecoDialog(HWND owner, FontStore& store, int dpi) {
+  DecoDialog dialog = {store, dpi, nullptr, {}};
+  return RunOwnDialog(kDialog, owner, dialog) == IDOK;
 }
 
 }  // namespace kestrel

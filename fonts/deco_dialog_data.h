@@ -1,5 +1,5 @@
-// What the parts of the decorative font dialog share: its tables, filling, reacting and reading
-// back, each in the file named after it.
+// What the files of the decorative font dialog share: its data and its controls, filling and
+// storing. Only they include this.
 #pragma once
 
 #include <windows.h>
@@ -7,80 +7,85 @@
 #include <span>
 
 #include "fonts/font_record.h"
-#include "fonts/resident_fonts.h"
 #include "fonts/serial_fields.h"
-#include "paper/fields/help_text.h"
+#include "resources/resource.h"
 
 namespace kestrel {
 
-struct DecoDialog {
-  HWND window;
-  FontStore* store;
-  int dpi;
-  DecoFontInfo row;   // decides what can be set
-  bool initialising;  // the dialog itself writes its controls
+// The two sides of a size: width and height.
+constexpr int kSides = 2;
 
-  FontRecord& work() { return store->WorkFont; }
-  DecoFontInfo& font() { return store->WorkFont.Deco; }
-  FieldDialog fields() const;
-  bool scalable() const { return (row.Size & kSizeScalable) != 0; }
+constexpr NumberRange kMagnifications = {1, 6};
+constexpr NumberRange kFreeSizes[kSides] = {{27, 550}, {50, 999}};  // dots
+
+// A magnification's static range is wider than what a font takes; nothing ever converts it.
+inline constexpr NumericField kDecoFields[] = {
+    {IDC_DECO_FONT_EXPAND_X, IDC_DECO_FONT_EXPAND_X_SPIN, 0, 12, kPlain},
+    {IDC_DECO_FONT_EXPAND_Y, IDC_DECO_FONT_EXPAND_Y_SPIN, 0, 12, kPlain},
+    {IDC_DECO_FONT_WIDTH, IDC_DECO_FONT_WIDTH_SPIN, kFreeSizes[0].minimum, kFreeSizes[0].maximum,
+     kDot},
+    {IDC_DECO_FONT_HEIGHT, IDC_DECO_FONT_HEIGHT_SPIN, kFreeSizes[1].minimum, kFreeSizes[1].maximum,
+     kDot},
+    SerialField(kSameIssue, IDC_DECO_FONT_PRINT_NUM, IDC_DECO_FONT_PRINT_NUM_SPIN),
+    SerialField(kStep, IDC_DECO_FONT_INCREMENT, IDC_DECO_FONT_INCREMENT_SPIN),
+    SerialField(kActiveDigits, IDC_DECO_FONT_ACTIVE_DIGITS, IDC_DECO_FONT_ACTIVE_DIGITS_SPIN),
+    SerialField(kLowDigits, IDC_DECO_FONT_LOW_DIGITS, IDC_DECO_FONT_LOW_DIGITS_SPIN),
 };
+constexpr int kMagnificationEdits[] = {IDC_DECO_FONT_EXPAND_X, IDC_DECO_FONT_EXPAND_Y};
+constexpr int kMagnificationSpins[] = {IDC_DECO_FONT_EXPAND_X_SPIN, IDC_DECO_FONT_EXPAND_Y_SPIN};
+constexpr int kSizeEdits[] = {IDC_DECO_FONT_WIDTH, IDC_DECO_FONT_HEIGHT};
+constexpr int kSizeSpins[] = {IDC_DECO_FONT_WIDTH_SPIN, IDC_DECO_FONT_HEIGHT_SPIN};
+constexpr SerialControls kDecoSerial = {IDC_DECO_FONT_SERIAL_ON, IDC_DECO_FONT_SERIAL_OFF,
+                                        IDC_DECO_FONT_HEXADECIMAL, IDC_DECO_FONT_DECIMAL,
+                                        NumericFieldTable(kDecoFields).last(kSerialNumbers)};
 
-// Keeps notifications of the dialog's own writing from coming back into the font.
-class InitialisingScope {
- public:
-  explicit InitialisingScope(DecoDialog& dialog) : flag_(dialog.initialising), before_(flag_) {
-    flag_ = true;
-  }
-  ~InitialisingScope() { flag_ = before_; }
-  InitialisingScope(const InitialisingScope&) = delete;
-  InitialisingScope& operator=(const InitialisingScope&) = delete;
-
- private:
-  bool& flag_;
-  bool before_;
-};
-
-extern const SerialControls kDecoSerial;
-extern const HelpTextTable kDecoHelp;
-extern const NumericFieldTable kDecoFields;
-
-// A group of radio buttons in the order of the values they stand for.
+// Radio buttons in the order of the values they stand for.
 using RadioGroup = std::span<const int>;
-extern const RadioGroup kDecorateRadios;  // off, on
-extern const RadioGroup kUnitRadios;      // mm, inch, dot
-extern const RadioGroup kPitchRadios;     // fixed, proportional
-extern const RadioGroup kRotateRadios;    // 0, 90, 180, 270
-extern const RadioGroup kReverseRadios;   // off, on
-extern const RadioGroup kSmoothRadios;    // off, on
-extern const RadioGroup kBoldRadios;      // off, on
-extern const RadioGroup kOutlineRadios;   // 0..9
-extern const RadioGroup kSerialRadios;    // off, on
+constexpr int kDecorateRadios[] = {IDC_DECO_FONT_DECORATE_OFF, IDC_DECO_FONT_DECORATE_ON};
+constexpr int kUnitRadios[] = {IDC_DECO_FONT_MM, IDC_DECO_FONT_INCH, IDC_DECO_FONT_DOT};
+constexpr int kPitchRadios[] = {IDC_DECO_FONT_PITCH_FIXED, IDC_DECO_FONT_PITCH_PROPORTIONAL};
+constexpr int kRotateRadios[] = {IDC_DECO_FONT_ROTATE_0, IDC_DECO_FONT_ROTATE_90,
+                                 IDC_DECO_FONT_ROTATE_180, IDC_DECO_FONT_ROTATE_270};
+constexpr int kReverseRadios[] = {IDC_DECO_FONT_REVERSE_OFF, IDC_DECO_FONT_REVERSE_ON};
+constexpr int kSmoothRadios[] = {IDC_DECO_FONT_SMOOTH_OFF, IDC_DECO_FONT_SMOOTH_ON};
+constexpr int kBoldRadios[] = {IDC_DECO_FONT_BOLD_OFF, IDC_DECO_FONT_BOLD_ON};
+constexpr int kOutlineRadios[] = {
+    IDC_DECO_FONT_OUTLINE_STANDARD,      IDC_DECO_FONT_OUTLINE_HOLLOW,
+    IDC_DECO_FONT_OUTLINE_GRAY1,         IDC_DECO_FONT_OUTLINE_GRAY2,
+    IDC_DECO_FONT_OUTLINE_GRAY3,         IDC_DECO_FONT_OUTLINE_SHADOW,
+    IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW, IDC_DECO_FONT_OUTLINE_MIRROR,
+    IDC_DECO_FONT_OUTLINE_ITALIC,        IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW_ITALIC};
+constexpr int kSerialRadios[] = {IDC_DECO_FONT_SERIAL_OFF, IDC_DECO_FONT_SERIAL_ON};
 void CheckRadio(HWND dialog, RadioGroup group, int index);
 // The checked one; the last when none is.
 int CheckedRadio(HWND dialog, RadioGroup group);
 
-// ---- deco_dialog_fill ----
-void OpenDecoDialog(DecoDialog& dialog);
-// Shows the codes of the row in the size list and selects an entry.
-void FillSizeList(DecoDialog& dialog, int entry);
-int SelectedSizeEntry(const DecoDialog& dialog);
-// Size, SizeX and SizeY from the entry and the magnifications; nothing for a row without cells.
-void ComputeSelectedSize(DecoDialog& dialog, int entry);
+struct DecoDialog {
+  FontStore& store;
+  int dpi;
+  HWND window;
+  DecoFontInfo row;  // of the resident font: decides what can be set
+
+  DecoFontInfo& font() { return store.WorkFont.Deco; }
+  int16_t& size(int side) { return side == 0 ? font().SizeX : font().SizeY; }
+  int16_t& magnification(int side) { return side == 0 ? font().ExpandX : font().ExpandY; }
+  FieldDialog fields() const { return {window, kDecoFields}; }
+};
+
+// ---- deco_dialog_fill.cpp ----
+
+void OpenDecoDialog(HWND window, DecoDialog& dialog);
+// Another resident font was chosen: the font starts anew from its row.
+void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row);
+// Size, SizeX and SizeY from the size list and the magnifications; nothing for a row without cells.
+void ComputeSelectedSize(DecoDialog& dialog);
 // Sets every control from the font and the row. Typing into a magnification leaves both
 // magnification fields alone.
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications = false);
-void RedrawPreview(const DecoDialog& dialog);
 
-// ---- deco_dialog_react ----
-// A WM_COMMAND other than OK and cancel.
-void OnDecoCommand(DecoDialog& dialog, int control, int notification);
-// An up-down of a free width or height is about to step; true refuses, as the dialog has stepped
-// itself.
-bool OnDecoSpin(DecoDialog& dialog, int spin, int step);
+// ---- deco_dialog_store.cpp ----
 
-// ---- deco_dialog_store ----
 // Checks the name and the fields; builds the work font from the controls when all are good.
-bool StoreDecoFont(DecoDialog& dialog);
+bool StoreDecoFont(HWND window, DecoDialog& dialog);
 
 }  // namespace kestrel

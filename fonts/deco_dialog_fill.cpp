@@ -3,24 +3,23 @@
 #include "driver/text.h"
 #include "fonts/deco_dialog_data.h"
 #include "fonts/font_sizes.h"
+#include "fonts/resident_fonts.h"
 #include "paper/fields/measured_value.h"
-#include "resources/resource.h"
+#include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kMagnificationEdits[] = {IDC_DECO_FONT_EXPAND_X, IDC_DECO_FONT_EXPAND_Y};
-constexpr int kMagnificationSpins[] = {IDC_DECO_FONT_EXPAND_X_SPIN, IDC_DECO_FONT_EXPAND_Y_SPIN};
-constexpr int kSizeEdits[] = {IDC_DECO_FONT_WIDTH, IDC_DECO_FONT_HEIGHT};
-constexpr int kSizeSpins[] = {IDC_DECO_FONT_WIDTH_SPIN, IDC_DECO_FONT_HEIGHT_SPIN};
-
-constexpr int kMaxMagnification = 6;
 constexpr int kMagnificationTextLimit = 2;
-constexpr WPARAM kSerialTextLimits[kSerialFieldCount] = {4, 5, 2, 2};
+constexpr int kSerialTextLimits[kSerialNumbers] = {4, 5, 2, 2};
 constexpr int kLargest = 32767;  // an up-down's position is kept to 16 bits
 
-void Enable(HWND dialog, RadioGroup controls, bool on) {
-  for (int control : controls) EnableWindow(GetDlgItem(dialog, control), on);
+void Enable(HWND window, RadioGroup controls, bool on) {
+  for (int control : controls) EnableWindow(GetDlgItem(window, control), on);
+}
+
+void LimitText(HWND window, int edit, int units) {
+  SendDlgItemMessageW(window, edit, EM_LIMITTEXT, static_cast<WPARAM>(units), 0);
 }
 
 // A resident font that this printer does not have, as a backup of another may bring: what the font
@@ -36,36 +35,46 @@ DecoFontInfo RowOfUnknownFont(const DecoFontInfo& font, const DecoFontInfo& fall
   return row;
 }
 
-// The range of the width (0) or the height (1) in the font's unit, and its value.
-void FillSizeField(DecoDialog& dialog, int side) {
-  constexpr int kFreeRange[2][2] = {{27, 550}, {50, 999}};  // dots
-  const DecoFontInfo& font = dialog.font();
-  const int value = side == 0 ? font.SizeX : font.SizeY;
-  int minimum = 1;
-  int maximum = std::clamp(value * kMaxMagnification, minimum, kLargest);
-  if (dialog.scalable()) {
-    minimum = ConvertMeasure(kFreeRange[side][0], kDot, font.Unit, dialog.dpi);
-    maximum = ConvertMeasure(kFreeRange[side][1], kDot, font.Unit, dialog.dpi);
+// Shows the cells of the row in the size list and selects an entry.
+void FillSizeList(DecoDialog& dialog, int entry) {
+  const auto send = [&](UINT message, int number, const WCHAR* text) {
+    SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, message, static_cast<WPARAM>(number),
+                        reinterpret_cast<LPARAM>(text));
+  };
+  send(CB_RESETCONTENT, 0, nullptr);
+  for (int i = 0; const FontCell* cell = CellAt(dialog.row.Size, i); ++i) {
+    send(CB_ADDSTRING, 0, cell->label);
   }
-  InitField(dialog.fields(), kSizeEdits[side], minimum, maximum, value, font.Unit, false);
+  send(CB_SETCURSEL, entry, nullptr);
+}
+
+// The range of a width or height in the font's unit, and its value.
+void FillSizeField(DecoDialog& dialog, int side) {
+  const int unit = dialog.font().Unit;
+  const int value = dialog.size(side);
+  int minimum = 1;
+  int maximum = std::clamp(value * kMagnifications.maximum, minimum, kLargest);
+  if ((dialog.row.Size & kSizeScalable) != 0) {
+    minimum = ConvertMeasure(kFreeSizes[side].minimum, kDot, unit, dialog.dpi);
+    maximum = ConvertMeasure(kFreeSizes[side].maximum, kDot, unit, dialog.dpi);
+  }
+  InitField(dialog.fields(), kSizeEdits[side], minimum, maximum, value, unit, false);
 }
 
 // A magnification beyond its range stays to be seen, and to be found by the range check.
 void ShowMagnifications(DecoDialog& dialog, bool attach) {
-  const int values[] = {dialog.font().ExpandX, dialog.font().ExpandY};
-  for (int side = 0; side < 2; ++side) {
-    SetSpin(dialog.window, kMagnificationSpins[side], kMagnificationEdits[side], 1,
-            kMaxMagnification, values[side], attach);
-    if (SpinPosition(dialog.window, kMagnificationSpins[side]) == values[side]) continue;
+  for (int side = 0; side < kSides; ++side) {
+    const int value = dialog.magnification(side);
+    SetSpin(dialog.window, kMagnificationSpins[side], kMagnificationEdits[side],
+            kMagnifications.minimum, kMagnifications.maximum, value, attach);
+    if (SpinPosition(dialog.window, kMagnificationSpins[side]) == value) continue;
     WCHAR text[kMeasureTextLength];
-    FormatMeasure(text, values[side], kPlain);
+    FormatMeasure(text, value, kPlain);
     SetDlgItemTextW(dialog.window, kMagnificationEdits[side], text);
   }
 }
 
-void ShowRadios(DecoDialog& dialog) {
-  const DecoFontInfo& font = dialog.font();
-  HWND window = dialog.window;
+void ShowRadios(HWND window, const DecoFontInfo& font, bool fixedCells) {
   CheckRadio(window, kDecorateRadios, font.Decorate != 0);
   CheckRadio(window, kUnitRadios, std::min<int>(font.Unit, kDot));
   CheckRadio(window, kPitchRadios, font.Pitch == 2);
@@ -73,33 +82,26 @@ void ShowRadios(DecoDialog& dialog) {
   CheckRadio(window, kReverseRadios, font.ColorRevolution == 1);
   CheckRadio(window, kSmoothRadios, font.Smoothing == 1);
   CheckRadio(window, kBoldRadios, font.Bold == 1);
-  const bool fixedCells = dialog.row.OutlineStyle == kFixedCells;
   CheckRadio(window, kOutlineRadios, fixedCells ? 0 : std::min<int>(font.OutlineStyle, 9));
   CheckRadio(window, kSerialRadios, font.Range == 1);
 }
 
-void EnableCapabilities(DecoDialog& dialog) {
-  const DecoFontInfo& font = dialog.font();
-  const DecoFontInfo& row = dialog.row;
-  HWND window = dialog.window;
-  if (row.Pitch == 1) {
-    Enable(window, kPitchRadios, true);
-  } else {
-    CheckRadio(window, kPitchRadios, 0);
-    Enable(window, kPitchRadios, false);
-  }
-  Enable(window, kReverseRadios, row.ColorRevolution == 1);
-  if (row.Bold == 0) Enable(window, kBoldRadios, false);
-  if (row.Bold == kUpToFive) Enable(window, kBoldRadios, font.ExpandX <= 5 && font.ExpandY <= 5);
-  const bool smooth = row.Smoothing == kAlways ||
-                      (row.Smoothing == kFromThree && font.ExpandX >= 3 && font.ExpandY >= 3);
-  Enable(window, kSmoothRadios, smooth);
-  const bool fixedCells = row.OutlineStyle == kFixedCells;
-  Enable(window, kOutlineRadios, !fixedCells);
-  Enable(window, kSizeEdits, !fixedCells);
-  Enable(window, kSizeSpins, !fixedCells);
-  Enable(window, kMagnificationEdits, fixedCells);
-  Enable(window, kMagnificationSpins, fixedCells);
+void EnableControls(HWND window, const DecoFontInfo& font, const FontOffers& offers) {
+  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_DECORATE_OFF), font.Range == 1);
+  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SERIAL_OFF), font.Decorate == 1);
+  const bool decorate = font.Decorate != 0;
+  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SIZE), decorate);
+  Enable(window, kUnitRadios, decorate);
+  Enable(window, kRotateRadios, decorate);
+  Enable(window, kPitchRadios, decorate && offers.pitch);
+  Enable(window, kReverseRadios, decorate && offers.reverse);
+  Enable(window, kBoldRadios, decorate && offers.emphasis);
+  Enable(window, kSmoothRadios, decorate && offers.smoothing);
+  Enable(window, kMagnificationEdits, decorate && offers.fixedCells);
+  Enable(window, kMagnificationSpins, decorate && offers.fixedCells);
+  Enable(window, kOutlineRadios, decorate && !offers.fixedCells);
+  Enable(window, kSizeEdits, decorate && !offers.fixedCells);
+  Enable(window, kSizeSpins, decorate && !offers.fixedCells);
 }
 
 // The row of the font's resident font, selected in the list with the font's size; none is selected
@@ -114,21 +116,34 @@ bool SelectResidentFont(DecoDialog& dialog) {
   return row >= 0;
 }
 
+void OpenStoredFont(DecoDialog& dialog) {
+  DecoFontInfo& font = dialog.font();
+  const bool known = SelectResidentFont(dialog);
+  if (dialog.store.FontEditMode == kChangeFont) {
+    if (known) ComputeSelectedSize(dialog);
+  } else {
+    PutText(dialog.store.WorkFont.FontName, TEXT(""));
+    PutText(font.DecoFontName, TEXT(""));
+  }
+  // A foreign record may have both off, which no font can keep.
+  if (font.Decorate == 0 && font.Range != 1) font.Decorate = 1;
+}
+
 void StartNewFont(DecoDialog& dialog) {
-  dialog.work() = {};
+  dialog.store.WorkFont = {};
   dialog.row = ResidentFontTable(dialog.dpi)[0];
   TakeRowDefaults(dialog.font(), dialog.row, true);
   dialog.font().Range = 0;
   SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_RESIDENT, CB_SETCURSEL, 0, 0);
   FillSizeList(dialog, 0);
-  ComputeSelectedSize(dialog, 0);
+  ComputeSelectedSize(dialog);
 }
 
 }  // namespace
 
 void CheckRadio(HWND dialog, RadioGroup group, int index) {
-  for (size_t i = 0; i < group.size(); ++i) {
-    CheckDlgButton(dialog, group[i], static_cast<int>(i) == index ? BST_CHECKED : BST_UNCHECKED);
+  for (int radio : group) {
+    CheckDlgButton(dialog, radio, index-- == 0 ? BST_CHECKED : BST_UNCHECKED);
   }
 }
 
@@ -140,105 +155,59 @@ int CheckedRadio(HWND dialog, RadioGroup group) {
   return last;
 }
 
-void OpenDecoDialog(DecoDialog& dialog) {
-  const InitialisingScope scope(dialog);
-  HWND window = dialog.window;
-  FontStore& store = *dialog.store;
+void OpenDecoDialog(HWND window, DecoDialog& dialog) {
+  dialog.window = window;
   SetDlgItemTextW(window, IDC_HELP_TEXT, kFirstHelpFonts);
   for (const DecoFontInfo& row : ResidentFontTable(dialog.dpi)) {
     SendDlgItemMessageW(window, IDC_DECO_FONT_RESIDENT, CB_ADDSTRING, 0,
                         reinterpret_cast<LPARAM>(row.ResiFontName));
   }
-  SendDlgItemMessageW(window, IDC_DECO_FONT_NAME, EM_LIMITTEXT, kFontNameLength - 1, 0);
-  for (int edit : kMagnificationEdits) {
-    SendDlgItemMessageW(window, edit, EM_LIMITTEXT, kMagnificationTextLimit, 0);
-  }
-  for (int field = 0; field < kSerialFieldCount; ++field) {
-    SendDlgItemMessageW(window, kDecoSerial.edits[field], EM_LIMITTEXT, kSerialTextLimits[field],
-                        0);
-  }
+  LimitText(window, IDC_DECO_FONT_NAME, kFontNameLength - 1);
+  for (int edit : kMagnificationEdits) LimitText(window, edit, kMagnificationTextLimit);
+  const int* limit = kSerialTextLimits;
+  for (const NumericField& field : kDecoSerial.fields) LimitText(window, field.edit, *limit++);
   ShowMagnifications(dialog, true);
-  for (int side = 0; side < 2; ++side) {
+  for (int side = 0; side < kSides; ++side) {
     SetSpin(window, kSizeSpins[side], kSizeEdits[side], 1, 1, 1, true);
   }
 
-  const bool change = store.FontEditMode == 1;
-  if (change || store.DecoReference) {
-    const bool known = SelectResidentFont(dialog);
-    if (change && known && !dialog.scalable()) {
-      ComputeSelectedSize(dialog, SelectedSizeEntry(dialog));
-    }
-    if (!change) {
-      dialog.work().FontName[0] = 0;
-      dialog.font().DecoFontName[0] = 0;
-    }
-    // A foreign record may have both off, which no font can keep.
-    if (dialog.font().Decorate == 0 && dialog.font().Range != 1) dialog.font().Decorate = 1;
+  const bool change = dialog.store.FontEditMode == kChangeFont;
+  SetWindowTextW(window, change ? TEXT("装飾フォントの変更") : TEXT("装飾フォントの登録"));
+  if (change || dialog.store.DecoReference) {
+    OpenStoredFont(dialog);
   } else {
     StartNewFont(dialog);
   }
-  SetWindowTextW(window, change ? TEXT("装飾フォントの変更") : TEXT("装飾フォントの登録"));
   RefreshDecoDialog(dialog);
-
-  const DecoFontInfo& font = dialog.font();
-  FillSerialFields(
-      window, kDecoSerial,
-      {font.Mode, {font.PrintNum, font.Incriment, font.ActivateData, font.NegativeData}});
-  EnableSerialFields(window, kDecoSerial, font.Range == 1);
+  OpenSerialFields(window, kDecoSerial, SerialOf(dialog.font()));
 }
 
-void FillSizeList(DecoDialog& dialog, int entry) {
-  SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_RESETCONTENT, 0, 0);
-  for (int i = 0;; ++i) {
-    const FontCell* cell = CellAt(dialog.row.Size, i);
-    if (cell == nullptr) break;
-    SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_ADDSTRING, 0,
-                        reinterpret_cast<LPARAM>(cell->label));
-  }
-  SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_SETCURSEL, static_cast<WPARAM>(entry),
-                      0);
+void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row) {
+  dialog.row = row;
+  TakeRowDefaults(dialog.font(), row, false);
+  FillSizeList(dialog, 0);
+  RefreshDecoDialog(dialog);
 }
 
-int SelectedSizeEntry(const DecoDialog& dialog) {
-  const LRESULT entry = SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_GETCURSEL, 0, 0);
-  return std::max(static_cast<int>(entry), 0);
-}
-
-void ComputeSelectedSize(DecoDialog& dialog, int entry) {
-  const FontCell* cell = CellAt(dialog.row.Size, entry);
+void ComputeSelectedSize(DecoDialog& dialog) {
+  const auto entry =
+      static_cast<int>(SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_GETCURSEL, 0, 0));
+  const FontCell* cell = CellAt(dialog.row.Size, std::max(entry, 0));
   if (cell != nullptr) ComputeFontSize(dialog.font(), cell->code, dialog.dpi);
 }
 
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications) {
-  const InitialisingScope scope(dialog);
+  const QuietDialog quiet(dialog.window);
   const DecoFontInfo& font = dialog.font();
-  HWND window = dialog.window;
+  const FontOffers offers = OffersOf(dialog.row, font);
   if (!keepMagnifications) {
-    SetDlgItemTextW(window, IDC_DECO_FONT_NAME, font.DecoFontName);
+    SetDlgItemTextW(dialog.window, IDC_DECO_FONT_NAME, font.DecoFontName);
     ShowMagnifications(dialog, false);
   }
-  ShowRadios(dialog);
-  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_DECORATE_OFF), font.Range == 1);
-  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SERIAL_OFF), font.Decorate == 1);
-  FillSizeField(dialog, 0);
-  FillSizeField(dialog, 1);
-
-  const bool decorate = font.Decorate != 0;
-  EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SIZE), decorate);
-  Enable(window, kUnitRadios, decorate);
-  Enable(window, kRotateRadios, decorate);
-  if (decorate) {
-    EnableCapabilities(dialog);
-    return;
-  }
-  for (RadioGroup group : {kPitchRadios, kReverseRadios, kSmoothRadios, kBoldRadios, kOutlineRadios,
-                           RadioGroup(kMagnificationEdits), RadioGroup(kMagnificationSpins),
-                           RadioGroup(kSizeEdits), RadioGroup(kSizeSpins)}) {
-    Enable(window, group, false);
-  }
-}
-
-void RedrawPreview(const DecoDialog& dialog) {
+  ShowRadios(dialog.window, font, offers.fixedCells);
+  if (font.Decorate != 0 && !offers.pitch) CheckRadio(dialog.window, kPitchRadios, 0);
+  for (int side = 0; side < kSides; ++side) FillSizeField(dialog, side);
+  EnableControls(dialog.window, font, offers);
   InvalidateRect(GetDlgItem(dialog.window, IDC_DECO_FONT_PREVIEW), nullptr, TRUE);
 }
 

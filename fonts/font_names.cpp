@@ -1,10 +1,8 @@
 #include "fonts/font_names.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "driver/text.h"
 #include "fonts/resident_fonts.h"
+#include "paper/fields/controls.h"
 #include "sheets/messages.h"
 
 namespace kestrel {
@@ -42,11 +40,6 @@ bool IsInstalledFamily(HDC dc, const WCHAR* name) {
 
 }  // namespace
 
-void PutName(WCHAR (&field)[kFontNameLength], const WCHAR* name) {
-  const int length = CopyText(field, name);
-  std::fill(field + length, std::end(field), WCHAR{});
-}
-
 bool DecoNameFree(const FontStore& store, const WCHAR* name, int except) {
   for (int i = 0; i < store.DecoFontNum; ++i) {
     if (i != except && SameText(store.DecoFonts[i].Deco.DecoFontName, name)) return false;
@@ -77,13 +70,22 @@ FontNameVerdict JudgeFontName(const FontStore& store, HDC dc, const WCHAR* name,
   return FontNameVerdict::kGood;
 }
 
-bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, int index,
-                   FontKindCode kind) {
+bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, FontKindCode kind) {
+  const int index = store.FontEditMode == kChangeFont ? store.FontEditIndex : -1;
   HDC dc = GetDC(dialog);
   const FontNameVerdict verdict = JudgeFontName(store, dc, name, index, kind);
   ReleaseDC(dialog, dc);
   if (verdict == FontNameVerdict::kGood) return true;
   ShowMessage(dialog, static_cast<UINT>(verdict), MB_ICONEXCLAMATION);
+  return false;
+}
+
+bool ReadFontName(HWND dialog, int edit, const FontStore& store, FontKindCode kind,
+                  WCHAR (&name)[kFontNameLength]) {
+  name[0] = 0;
+  GetDlgItemTextW(dialog, edit, name, kFontNameLength);
+  if (CheckFontName(dialog, store, name, kind)) return true;
+  MoveFocus(dialog, edit);
   return false;
 }
 

@@ -4,22 +4,19 @@
 #include <windows.h>
 
 #include "fonts/font_record.h"
+#include "resources/resource.h"
 
 namespace kestrel {
 
-// Why a name is refused; the values are message ids, 0: it is not.
+// Why a name is refused: the id of the message that says so.
 enum class FontNameVerdict : UINT {
   kGood = 0,
-  kBlank = 2230,
-  kReserved = 2231,  // a resident or an installed font's name
-  kTaken = 2233,
-  kBadCharacter = 2429,
-  kTooLong = 2428,
+  kBlank = IDS_FONT_NAME_MISSING,
+  kReserved = IDS_FONT_NAME_UNUSABLE,  // a resident or an installed font's name
+  kTaken = IDS_FONT_NAME_TAKEN,
+  kBadCharacter = IDS_BAD_CHARACTER,
+  kTooLong = IDS_NAME_TOO_LONG,
 };
-
-// Puts a name into a record's field, cut to 31 units; the rest of the field is zero, so that
-// nothing of a former name is stored with it.
-void PutName(WCHAR (&field)[kFontNameLength], const WCHAR* name);
 
 // Whether no record but the one at except (-1: every record counts) bears the name.
 bool DecoNameFree(const FontStore& store, const WCHAR* name, int except);
@@ -30,8 +27,13 @@ bool BarNameFree(const FontStore& store, const WCHAR* name, int except);
 FontNameVerdict JudgeFontName(const FontStore& store, HDC dc, const WCHAR* name, int index,
                               FontKindCode kind);
 
-// The same for a dialog: shows the message of a refused name. Whether the name is good.
-bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, int index,
-                   FontKindCode kind);
+// The same for the font that a dialog edits: shows the message of a refused name. Whether the name
+// is good.
+bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, FontKindCode kind);
+
+// The name in a dialog's edit; false after a message, with the focus back on the edit, when it is
+// not good.
+bool ReadFontName(HWND dialog, int edit, const FontStore& store, FontKindCode kind,
+                  WCHAR (&name)[kFontNameLength]);
 
 }  // namespace kestrel

@@ -126,6 +126,9 @@ struct FontNumber {
 };
 static_assert(sizeof(FontNumber) == 6);
 
+// What a registration dialog is opened for.
+enum FontEditing : int { kRegisterFont = 0, kChangeFont = 1 };
+
 // The font part of a property-sheet session.
 struct FontStore {
   bool Loaded;            // only a store that this session loaded is ever saved
@@ -133,8 +136,8 @@ struct FontStore {
   int16_t DecoFontNum;
   FontRecord* BarFonts;
   int16_t BarFontNum;
-  FontRecord WorkFont;    // what a registration dialog edits
-  int FontEditMode;       // 0 registers a new font, 1 changes one
+  FontRecord WorkFont;  // what a registration dialog edits
+  FontEditing FontEditMode;
   int16_t FontEditIndex;  // of the record being changed; -1 for a new font
   bool DecoReference;     // the two data-reference check boxes
   bool BarReference;

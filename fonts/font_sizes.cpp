@@ -1,6 +1,6 @@
 #include "fonts/font_sizes.h"
 
-#include "fonts/font_names.h"
+#include "driver/text.h"
 #include "fonts/resident_fonts.h"
 #include "paper/fields/measured_value.h"
 
@@ -29,7 +29,7 @@ void ChangeFontUnit(DecoFontInfo& font, uint16_t unit, int dpi) {
 }
 
 void TakeRowDefaults(DecoFontInfo& font, const DecoFontInfo& row, bool serialDefaults) {
-  PutName(font.ResiFontName, row.ResiFontName);
+  PutText(font.ResiFontName, row.ResiFontName);
   font.Decorate = 1;
   const FontCell* first = CellAt(row.Size, 0);
   font.Size = first != nullptr ? first->code : row.Size;

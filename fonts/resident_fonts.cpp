@@ -1,5 +1,7 @@
 #include "fonts/resident_fonts.h"
 
+#include <algorithm>
+
 #include "driver/text.h"
 #include "paper/paper_info.h"
 
@@ -77,14 +79,19 @@ int ResidentFontRow(std::span<const DecoFontInfo, kResidentFontCount> rows, cons
   return -1;
 }
 
-const FontCell* CellOfCode(uint16_t code) { return FindCell(code); }
-
-int CellCount(uint16_t codes) {
-  int count = 0;
-  for (; CellAt(codes, count) != nullptr; ++count) {
-  }
-  return count;
+FontOffers OffersOf(const DecoFontInfo& row, const DecoFontInfo& font) {
+  const int smaller = std::min(font.ExpandX, font.ExpandY);
+  const int larger = std::max(font.ExpandX, font.ExpandY);
+  return {
+      .pitch = row.Pitch == 1,
+      .reverse = row.ColorRevolution == 1,
+      .emphasis = row.Bold == kUpToFive && larger <= 5,
+      .smoothing = row.Smoothing == kAlways || (row.Smoothing == kFromThree && smaller >= 3),
+      .fixedCells = row.OutlineStyle == kFixedCells,
+  };
 }
+
+const FontCell* CellOfCode(uint16_t code) { return FindCell(code); }
 
 const FontCell* CellAt(uint16_t codes, int entry) {
   for (; codes != 0; codes = static_cast<uint16_t>(codes & (codes - 1))) {

@@ -10,8 +10,8 @@
 namespace kestrel {
 
 constexpr int kResidentFontCount = 10;
-constexpr uint16_t kFixedCells =
-    0xFFFF;  // OutlineStyle of a resident font without free width and height
+// OutlineStyle of a resident font without free width and height.
+constexpr uint16_t kFixedCells = 0xFFFF;
 
 // Smoothing and Bold of a row: when the setting may be made.
 constexpr uint16_t kAlways = 1;
@@ -26,6 +26,13 @@ std::span<const DecoFontInfo, kResidentFontCount> ResidentFontTable(int dpi);
 // Row of a resident font's name, -1 when the printer has no such font.
 int ResidentFontRow(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name);
 
+// What can be set of a font upon a resident font's row, as far as its magnifications allow it.
+struct FontOffers {
+  bool pitch, reverse, emphasis, smoothing;
+  bool fixedCells;  // magnifications of a cell; else free width and height, and outlines
+};
+FontOffers OffersOf(const DecoFontInfo& row, const DecoFontInfo& font);
+
 // One cell size.
 struct FontCell {
   uint16_t code;
@@ -36,9 +43,8 @@ struct FontCell {
 
 // The cell of a code; null for the scalable code and for anything that is not one code.
 const FontCell* CellOfCode(uint16_t code);
-// The codes of a set in ascending order: how many have a cell, the cell of the n-th, and the entry
-// of a code (0 when the set does not offer it).
-int CellCount(uint16_t codes);
+// The codes of a set in ascending order: the cell of the n-th that has one (null behind the last),
+// and the entry of a code (0 when the set does not offer it).
 const FontCell* CellAt(uint16_t codes, int entry);
 int EntryOfCell(uint16_t codes, uint16_t code);
 

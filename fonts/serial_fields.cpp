@@ -1,68 +1,80 @@
 #include "fonts/serial_fields.h"
 
-#include "paper/paper_info.h"
 #include "resources/resource.h"
 
 namespace kestrel {
 namespace {
 
-struct SerialRange {
-  int minimum;
-  int maximum;
-  UINT belowId;
-  UINT aboveId;
+struct RangeMessages {
+  UINT below;
+  UINT above;
 };
-
-constexpr SerialRange kRanges[kSerialFieldCount] = {
-    {1, 9999, IDS_PRINT_NUM_BELOW, IDS_PRINT_NUM_ABOVE},
-    {-9999, 9999, IDS_INCREMENT_BELOW, IDS_INCREMENT_ABOVE},
-    {1, 99, IDS_ACTIVE_DIGITS_BELOW, IDS_ACTIVE_DIGITS_ABOVE},
-    {0, 99, IDS_LOW_DIGITS_BELOW, IDS_LOW_DIGITS_ABOVE},
+constexpr RangeMessages kMessages[kSerialNumbers] = {
+    {IDS_PRINT_NUM_BELOW, IDS_PRINT_NUM_ABOVE},
+    {IDS_INCREMENT_BELOW, IDS_INCREMENT_ABOVE},
+    {IDS_ACTIVE_DIGITS_BELOW, IDS_ACTIVE_DIGITS_ABOVE},
+    {IDS_LOW_DIGITS_BELOW, IDS_LOW_DIGITS_ABOVE},
 };
 
 void Enable(HWND dialog, int control, bool on) { EnableWindow(GetDlgItem(dialog, control), on); }
 
+void CheckPair(HWND dialog, int first, int second, bool isFirst) {
+  CheckDlgButton(dialog, first, isFirst ? BST_CHECKED : BST_UNCHECKED);
+  CheckDlgButton(dialog, second, isFirst ? BST_UNCHECKED : BST_CHECKED);
+}
+
+uint16_t Checked(HWND dialog, int control) {
+  return IsDlgButtonChecked(dialog, control) == BST_CHECKED ? 1 : 0;
+}
+
 }  // namespace
 
-void FillSerialFields(HWND dialog, const SerialControls& controls, const SerialValues& values) {
-  for (int i = 0; i < kSerialFieldCount; ++i) {
-    SetSpin(dialog, controls.spins[i], controls.edits[i], kRanges[i].minimum, kRanges[i].maximum,
-            values.numbers[i], true);
+void OpenSerialFields(HWND dialog, const SerialControls& controls,
+                      const SerialNumbering& numbering) {
+  CheckPair(dialog, controls.on, controls.off, numbering.range == 1);
+  CheckPair(dialog, controls.hexadecimal, controls.decimal, numbering.mode == 1);
+  int16_t* const* number = numbering.numbers;
+  for (const NumericField& field : controls.fields) {
+    SetSpin(dialog, field.spin, field.edit, field.minimum, field.maximum, **number++, true);
   }
-  CheckDlgButton(dialog, controls.hexadecimal, values.mode == 1 ? BST_CHECKED : BST_UNCHECKED);
-  CheckDlgButton(dialog, controls.decimal, values.mode == 1 ? BST_UNCHECKED : BST_CHECKED);
+  EnableSerialFields(dialog, controls, numbering.range == 1);
 }
 
 void EnableSerialFields(HWND dialog, const SerialControls& controls, bool on) {
   Enable(dialog, controls.hexadecimal, on);
   Enable(dialog, controls.decimal, on);
-  for (int i = 0; i < kSerialFieldCount; ++i) {
-    Enable(dialog, controls.edits[i], on);
-    Enable(dialog, controls.spins[i], on);
+  for (const NumericField& field : controls.fields) {
+    Enable(dialog, field.edit, on);
+    Enable(dialog, field.spin, on);
   }
 }
 
-int SerialFieldOf(const SerialControls& controls, int edit) {
-  for (int i = 0; i < kSerialFieldCount; ++i) {
-    if (controls.edits[i] == edit) return i;
+bool IsSerialField(const SerialControls& controls, int edit) {
+  for (const NumericField& field : controls.fields) {
+    if (field.edit == edit) return true;
   }
-  return -1;
+  return false;
 }
 
-bool CheckSerialFields(FieldDialog dialog, const SerialControls& controls) {
-  for (int i = 0; i < kSerialFieldCount; ++i) {
-    const RangeSide side = CheckFieldRange(dialog, controls.edits[i], kPlain);
-    if (side == kInside) continue;
-    const SerialRange& range = kRanges[i];
-    return ReportRange(dialog.window, controls.edits[i], side, range.belowId, range.aboveId,
-                       range.minimum, range.maximum, kPlain);
+bool CheckSerialFields(HWND dialog, const SerialControls& controls) {
+  const RangeMessages* messages = kMessages;
+  for (const NumericField& field : controls.fields) {
+    if (!AcceptField({dialog, controls.fields}, field.edit, field.minimum, field.maximum, kPlain,
+                     messages->below, messages->above)) {
+      return false;
+    }
+    ++messages;
   }
   return true;
 }
 
-void ReadSerialNumbers(HWND dialog, const SerialControls& controls, SerialValues& values) {
-  for (int i = 0; i < kSerialFieldCount; ++i) {
-    values.numbers[i] = static_cast<int16_t>(SpinPosition(dialog, controls.spins[i]));
+void StoreSerialFields(HWND dialog, const SerialControls& controls,
+                       const SerialNumbering& numbering) {
+  numbering.range = Checked(dialog, controls.on);
+  numbering.mode = Checked(dialog, controls.hexadecimal);
+  int16_t* const* number = numbering.numbers;
+  for (const NumericField& field : controls.fields) {
+    **number++ = static_cast<int16_t>(SpinPosition(dialog, field.spin));
   }
 }
 

@@ -66,9 +66,10 @@ bool OnMeasureTyped(FieldDialog dialog, int edit, int unit);
 // allowed, else the up-down learns a number of its range.
 bool OnPlainTyped(FieldDialog dialog, int edit);
 
-// The range message of a field found outside its range: shows it, moves the focus to the field,
-// sets the dialog's message result to TRUE. Always answers false (not valid).
-bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT aboveId, int minimum,
-                 int maximum, int unit);
+// A field as OK takes it. Outside its range a message shows the bound that it misses, the focus
+// moves to the field, the dialog's message result is TRUE and the answer false. Inside, the up-down
+// gets the number, so that what was checked is what is stored.
+bool AcceptField(FieldDialog dialog, int edit, int minimum, int maximum, int unit, UINT belowId,
+                 UINT aboveId);
 
 }  // namespace kestrel
