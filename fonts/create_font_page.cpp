@@ -69,7 +69,13 @@ const WCHAR* ListedName(const FontRecord& font, const FontGroup& group) {
   return group.kind == kDecorativeFont ? font.FontName : font.Bar.BarFontName;
 }
 
-void Enable(HWND page, int control, bool on) { EnableWindow(GetDlgItem(page, control), on); }
+// A disabled control must not keep the focus, or the keyboard is dead: it moves to the group's
+// list, which is always there.
+void Enable(HWND page, const FontGroup& group, int control, bool on) {
+  HWND window = GetDlgItem(page, control);
+  if (!on && GetFocus() == window) MoveFocus(page, group.list);
+  EnableWindow(window, on);
+}
 
 // Lists the group's fonts and selects the first. Fonts beyond the limit of both kinds together are
 // dropped.
@@ -87,22 +93,23 @@ void FillGroup(HWND page, FontStore& store, const FontGroup& group) {
   }
   const bool any = count >= 1;
   if (any) SendDlgItemMessageW(page, group.list, LB_SETCURSEL, 0, 0);
-  Enable(page, group.reference, any);
-  Enable(page, group.editButton, any);
-  Enable(page, group.deleteButton, any);
+  Enable(page, group, group.reference, any);
+  Enable(page, group, group.editButton, any);
+  Enable(page, group, group.deleteButton, any);
 }
 
 void EnableNewButtons(HWND page, const FontStore& store) {
-  for (const FontGroup* group : kGroups) Enable(page, group->newButton, CanRegisterMore(store));
+  for (const FontGroup* group : kGroups)
+    Enable(page, *group, group->newButton, CanRegisterMore(store));
 }
 
 // Registered fonts belong to the printer, so only the user-default session edits them.
 void LockEditing(HWND page, const DriverUiData& session) {
   if (session.mode != kUserDefaultSession) {
     for (const FontGroup* group : kGroups) {
-      Enable(page, group->newButton, false);
-      Enable(page, group->editButton, false);
-      Enable(page, group->deleteButton, false);
+      Enable(page, *group, group->newButton, false);
+      Enable(page, *group, group->editButton, false);
+      Enable(page, *group, group->deleteButton, false);
     }
   }
   LockControls(page, IDD_CREATE_FONT, session.permission != FALSE);
