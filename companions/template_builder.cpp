@@ -32,7 +32,8 @@ TemplateBuilder::TemplateBuilder(const WCHAR* caption, int width, int height) {
 }
 
 void TemplateBuilder::Label(const WCHAR* text, int id, Place place) {
-  Add(nullptr, kStaticAtom, SS_LEFT | SS_NOPREFIX | WS_GROUP, text, id, place);
+  const DWORD filledLater = *text == 0 ? SS_NOPREFIX : 0;
+  Add(nullptr, kStaticAtom, SS_LEFT | WS_GROUP | filledLater, text, id, place);
 }
 
 void TemplateBuilder::Edit(int id, Place place, DWORD style) {

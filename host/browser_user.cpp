@@ -4,17 +4,32 @@
 
 #include "host/actions.h"
 #include "host/snapshot.h"
+#include "host/utf8.h"
 
 namespace printhost {
 namespace {
 constexpr std::size_t kMostPages = 16;
 }  // namespace
 
-bool BrowserUser::Act(platform::Desk& desk) {
-  asked_ = true;
+// What was opened in a browser so far goes along, so that the page opens each once.
+void BrowserUser::Publish(platform::Desk& desk, bool busy) {
   Json handled = Json::object();
   for (const auto& [page, number] : handled_) handled[page] = number;
-  exchange_.Publish(Json{{"handled", handled}, {"windows", WindowsJson(desk)}}.dump());
+  const auto calls = machine_.ShellCalls();
+  const std::string file = calls.empty() ? std::string() : ToUtf8(calls.back().file);
+  exchange_.Publish(Json{{"handled", handled},
+                         {"about", about_},
+                         {"busy", busy},
+                         {"opened", {{"count", calls.size()}, {"file", file}}},
+                         {"windows", WindowsJson(desk)}}
+                        .dump());
+}
+
+void BrowserUser::Wait(platform::Desk& desk) { Publish(desk, true); }
+
+bool BrowserUser::Act(platform::Desk& desk) {
+  asked_ = true;
+  Publish(desk, false);
   const std::optional<Json> action = exchange_.Take();
   if (!action) return false;
   // Counted before it is done: an action that opens a window ends only when that window closes.

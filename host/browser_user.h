@@ -8,23 +8,31 @@
 
 #include "host/exchange.h"
 #include "platform/desk.h"
+#include "platform/machine.h"
 
 namespace printhost {
 
 class BrowserUser : public platform::User {
  public:
-  explicit BrowserUser(Exchange& exchange) : exchange_(exchange) {}
+  // What is told about the sheet goes with every picture.
+  BrowserUser(Exchange& exchange, platform::Machine& machine, Json about)
+      : exchange_(exchange), machine_(machine), about_(std::move(about)) {}
 
   // Shows the desk, waits for the next action and does it. False when nobody is there any more.
   bool Act(platform::Desk& desk) override;
+  // Shows the desk as it is, busy.
+  void Wait(platform::Desk& desk) override;
 
   // Whether any window has ever been shown.
   bool asked() const { return asked_; }
 
  private:
+  void Publish(platform::Desk& desk, bool busy);
   void Count(const Json& action);
 
   Exchange& exchange_;
+  platform::Machine& machine_;
+  Json about_;
   // Each page's number of its last action done; the pages that acted last.
   std::vector<std::pair<std::string, std::int64_t>> handled_;
   bool asked_ = false;

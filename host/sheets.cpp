@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <iostream>
 
 #include "driver/settings_block.h"
@@ -22,13 +23,12 @@ namespace {
 constexpr Option kKindOption = {"--kind", 1, "KIND",
                                 "document (default), advanced, user-default or printer"};
 constexpr Option kListenOption = {"--listen", 1, "127.0.0.1:0", "the loopback address to serve at"};
+constexpr Option kGlossOption = {"--gloss", 1, "en", "shows the English beside the Japanese"};
 constexpr Option kOutOption = {"--out", 1, "FILE", "where the resulting record is written"};
-constexpr Option kSheetOptions[] = {kKindOption,
-                                    kListenOption,
-                                    {"--in", 1, "FILE", "a settings record to start from"},
-                                    kOutOption,
-                                    kJsonOption};
-constexpr Option kDemoOptions[] = {kListenOption, kOutOption, kJsonOption};
+constexpr Option kSheetOptions[] = {
+    kKindOption, kListenOption, {"--in", 1, "FILE", "a settings record to start from"},
+    kOutOption,  kGlossOption,  kJsonOption};
+constexpr Option kDemoOptions[] = {kListenOption, kOutOption, kGlossOption, kJsonOption};
 
 // What a caller of a sheet brings and gets.
 struct Request {
@@ -92,6 +92,21 @@ const SheetKind& FindKind(const std::string& name) {
   return *kind;
 }
 
+// What the page tells about the sheet: whose it is, which one, and where its drives lie.
+Json About(Call& call, const SheetKind& kind, Request& request) {
+  Json drives = Json::object();
+  for (const char16_t* drive : {u"C:\\", u"Z:\\"})
+    drives[ToUtf8(drive)] = std::filesystem::absolute(call.machine.HostPath(drive)).string();
+  return {{"printer", ToUtf8(request.printer.name())}, {"kind", kind.name}, {"drives", drives}};
+}
+
+// The address's tail that switches the page's English on.
+std::string GlossOf(const Arguments& arguments) {
+  if (!arguments.Has("--gloss")) return {};
+  if (arguments.Value("--gloss") != "en") throw Failure{kUsage, "--gloss takes en"};
+  return "#gloss=en";
+}
+
 // One call of a sheet, from the address to the last word.
 class Session {
  public:
@@ -103,12 +118,12 @@ class Session {
         server_(exchange_,
                 call.arguments.Has("--listen") ? call.arguments.Value("--listen") : "127.0.0.1:0",
                 request.module.handle()),
-        user_(exchange_) {
+        user_(exchange_, call.machine, About(call, kind, request)) {
     // A reader of the output that is gone is a failure to tell, not the end.
     std::signal(SIGPIPE, SIG_IGN);
     // A program that wants JSON reads standard output whole.
     std::ostream& told = call.json() ? std::cerr : std::cout;
-    told << server_.address() << std::endl;
+    told << server_.address() << GlossOf(call.arguments) << std::endl;
     if (!told) throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
     call_.machine.desk().Attach(&user_);
   }

@@ -107,6 +107,7 @@ Json OpJson(const DrawOp& op) {
       json["colour"] = Colour(op.textColour);
       if (op.opaque) json["background"] = Colour(op.background);
       json["fontHeight"] = op.fontHeight;
+      json["fontAscent"] = op.fontAscent;
       json["fontWidth"] = op.fontWidth;
       json["face"] = ToUtf8(op.face);
       break;
@@ -158,6 +159,7 @@ Json ControlJson(const ControlView& control) {
       break;
     case ControlKind::kStatic:
       json["centred"] = control.centred;
+      json["prefix"] = control.prefix;
       if (control.background != 0xFFFFFFFF) json["background"] = Colour(control.background);
       break;
     case ControlKind::kGroupBox:

@@ -49,6 +49,7 @@ struct ControlView {
   bool dropped = false;  // a combo box whose list is open
   bool centred = false;
   bool readOnly = false;
+  bool prefix = true;                          // "&" marks access keys (no SS_NOPREFIX)
   int textLimit = 0;                           // edits; 0: none
   int selection = -1;                          // combo and list boxes; -1: none
   int minimum = 0, maximum = 0, position = 0;  // up-downs and trackbars
@@ -90,6 +91,8 @@ class User {
  public:
   virtual ~User() = default;
   virtual bool Act(Desk& desk) = 0;
+  // The wait cursor has been set: nobody will be asked for a while.
+  virtual void Wait(Desk&) {}
 };
 
 class Desk {

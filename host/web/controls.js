@@ -1,38 +1,20 @@
 // The controls of a window as HTML controls: one builder a kind that makes the element and reports
 // what the person does, one updater that follows the server.
+import { across, down, make, setLabel } from "./dom.js";
 import { draw } from "./draw.js";
+import { meaningOf } from "./gloss.js";
 
-// A length in the desk's pixels.
-const px = (n) => `calc(${n} * var(--px))`;
-
-export function place(element, [left, top, width, height]) {
-  Object.assign(element.style, { left: px(left), top: px(top), width: px(width), height: px(height) });
-}
-
-function make(tag, className, parent, properties = {}) {
-  const element = Object.assign(document.createElement(tag), properties);
-  if (className) element.className = className;
-  parent?.append(element);
-  return element;
-}
-
-// "(&X)": the letter after a single "&" is the access key, "&&" is an ampersand.
-export function setLabel(element, text) {
-  element.replaceChildren();
-  for (const piece of text.match(/&&|&[^&]|[^&]+/gs) ?? []) {
-    if (piece === "&&") element.append("&");
-    else if (piece.length === 2 && piece[0] === "&") make("u", "", element, { textContent: piece[1] });
-    else element.append(piece);
-  }
+function place(element, [left, top, width, height]) {
+  Object.assign(element.style, { left: across(left), top: down(top), width: across(width), height: down(height) });
 }
 
 // A text that is a little too wide for its place is narrowed, as system fonts differ from the
-// dialogs' own.
+// dialogs' own. What the driver fills in is cut instead.
 function fit(text, box, centred) {
   text.style.transform = "";
   const room = box.clientWidth;
   const width = text.scrollWidth;
-  if (width <= room || room === 0 || box.classList.contains("wrapped")) return;
+  if (width <= room || room === 0 || box.classList.contains("wrapped") || box.classList.contains("filled")) return;
   text.style.transformOrigin = centred ? "center" : "left";
   text.style.transform = `scaleX(${room / width})`;
 }
@@ -62,6 +44,8 @@ const builders = {
   static(node) {
     node.element = node.input = make("div", "static");
     node.text = make("span", "text", node.element);
+    // What the driver fills in may change: the help box, versions, limits.
+    if (!node.view.prefix) node.text.ariaLive = "polite";
   },
   edit(node) {
     node.element = node.input = make("input", "edit", null, { type: "text", autocomplete: "off", spellcheck: false });
@@ -88,20 +72,23 @@ const builders = {
   },
   updown(node) {
     node.element = node.input = make("span", "updown");
-    for (const [name, steps, sign] of [["up", 1, "▲"], ["down", -1, "▼"]]) {
-      const arrow = make("button", "", node.element, { type: "button", tabIndex: -1, textContent: sign });
+    for (const [name, steps, sign, label] of [["up", 1, "▲", "増やす"], ["down", -1, "▼", "減らす"]]) {
+      const arrow = make("button", "", node.element, { type: "button", tabIndex: -1, textContent: sign, ariaLabel: label });
       arrow.dataset.spin = name;
+      arrow.id = `${name}${node.view.handle}`;
       let timer = 0;
       const stop = () => clearTimeout(timer);
       const step = (wait) => {
         node.act({ action: "spin", steps });
-        timer = setTimeout(step, wait, 120);
+        if (wait) timer = setTimeout(step, wait, 120);
       };
       arrow.addEventListener("pointerdown", (event) => {
         event.preventDefault(); // the edit keeps the focus
         if (event.button === 0 && !arrow.disabled) step(400);
       });
       for (const type of ["pointerup", "pointerleave", "pointercancel"]) arrow.addEventListener(type, stop);
+      // Without a pointer, as assistive technology clicks.
+      arrow.addEventListener("click", (event) => event.detail === 0 && step(0));
     }
   },
   drawn(node) {
@@ -118,7 +105,8 @@ function updateItems(node, view) {
   const { input } = node;
   if (JSON.stringify(view.items) !== node.items) {
     node.items = JSON.stringify(view.items);
-    input.replaceChildren(...view.items.map((text) => make("option", "", null, { textContent: text })));
+    const shown = (text) => [text, meaningOf(text).replaceAll("\n", " ")].filter(Boolean).join(" · ");
+    input.replaceChildren(...view.items.map((text) => make("option", "", null, { textContent: shown(text) })));
   }
   if (input.selectedIndex !== view.selection) input.selectedIndex = view.selection;
 }
@@ -133,6 +121,8 @@ const updaters = {
   static(node, view) {
     node.element.classList.toggle("centred", view.centred);
     node.element.classList.toggle("wrapped", view.rect[3] >= 23);
+    node.element.classList.toggle("filled", !view.prefix);
+    if (!view.prefix) node.element.title = view.rect[3] >= 23 ? "" : view.text;
     node.element.style.background = view.background ?? "";
   },
   edit(node, view) {
@@ -161,6 +151,8 @@ export function createControl(view, link) {
   node.input.dataset.id = view.id;
   node.input.dataset.kind = view.kind;
   node.element.classList.add("control");
+  node.element.id = `c${view.handle}`;
+  if (node.text) node.text.id = `t${view.handle}`;
   node.input.addEventListener("focus", () => link.focused(node));
   return node;
 }
@@ -177,7 +169,7 @@ export function updateControl(node, view, link) {
   if ("disabled" in node.input) node.input.disabled = !view.enabled;
   node.element.classList.toggle("disabled", !view.enabled);
   if (node.kind !== "updown") node.input.tabIndex = view.tabStop || view.kind === "radio" ? 0 : -1;
-  if (node.text && text) setLabel(node.text, view.text);
+  if (node.text && text) setLabel(node.text, view.text, view.prefix ?? true);
   updaters[node.kind]?.(node, view);
   if (view.drawing) {
     node.drawing?.remove();

@@ -19,6 +19,8 @@ function stroke(op) {
   return {
     stroke: op.pen,
     "stroke-width": Math.max(op.width, 1),
+    // A line of one pixel stays one at every scale, the same on all sides.
+    "vector-effect": op.width <= 1 ? "non-scaling-stroke" : "",
     "stroke-dasharray": op.width <= 1 ? DASHES[op.style] : "",
   };
 }
@@ -54,8 +56,7 @@ const painters = {
     // A font that is wider or narrower than its height is stretched, as the platform's font mapper does.
     const stretch = op.fontWidth > 0 && op.fontHeight > 0 ? (2 * op.fontWidth) / op.fontHeight : 1;
     const node = make("text", {
-      transform: `translate(${x} ${y}) scale(${stretch} 1)`, "font-size": op.fontHeight || 12, fill: op.colour,
-      "dominant-baseline": "text-before-edge",
+      transform: `translate(${x} ${y + op.fontAscent}) scale(${stretch} 1)`, "font-size": op.fontHeight || 12, fill: op.colour,
     }, parent);
     node.style.fontFamily = `"${op.face.replace(/["\\]/g, "")}", "Noto Sans CJK JP", sans-serif`;
     node.textContent = op.text;

@@ -1,23 +1,22 @@
 // Windows: the sheet with its tabs and buttons, dialogs, message boxes. A frame holds the controls
 // of its window in their order, so that Tab walks through them as on the desktop.
-import { createControl, updateControl, setLabel } from "./controls.js";
+import { createControl, updateControl } from "./controls.js";
+import { across, down, make, setLabel } from "./dom.js";
 import { draw } from "./draw.js";
+import { nameControls } from "./labels.js";
 
 const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"], ["apply", "適用(&A)"]];
 // Message box icons by the high digit of the style.
 const ICONS = { 1: ["stop", "✕"], 2: ["question", "?"], 3: ["exclamation", "!"], 4: ["information", "i"] };
 
-const px = (n) => `calc(${n} * var(--px))`;
-
-function make(tag, className, parent, properties = {}) {
-  const element = Object.assign(document.createElement(tag), properties);
-  if (className) element.className = className;
-  parent?.append(element);
-  return element;
+function resize(element, width, height) {
+  Object.assign(element.style, { width: across(width), height: down(height) });
 }
 
-function resize(element, width, height) {
-  Object.assign(element.style, { width: px(width), height: px(height) });
+// What the window's scale is reckoned from: its width, the height that it always has, and that of
+// its dialog, which grows under the English.
+function measure(frame, width, fixed, height) {
+  for (const [name, value] of [["--w", width], ["--fixed", fixed], ["--h", height]]) frame.element.style.setProperty(name, value);
 }
 
 // Controls that are there follow the server, new ones come in at their place, gone ones go.
@@ -41,6 +40,7 @@ function updateControls(frame, views, link) {
     frame.controls.delete(handle);
   }
   pairSpins(frame);
+  nameControls(frame, views);
   nameRadios(frame, views, link);
 }
 
@@ -80,8 +80,8 @@ function updateClient(frame, view, link) {
 
 function titleBar(element, link) {
   const bar = make("header", "title", element);
-  const text = make("span", "", bar);
-  const close = make("button", "close", bar, { type: "button", tabIndex: -1, textContent: "×", title: "閉じる" });
+  const text = make("h2", "", bar);
+  const close = make("button", "close", bar, { type: "button", tabIndex: -1, textContent: "×", title: "閉じる", ariaLabel: "閉じる" });
   close.addEventListener("click", () => link.send({ action: "close" }));
   return text;
 }
@@ -101,19 +101,27 @@ function buildSheet(frame, link) {
   frame.element.append(frame.tabs); // the tabs come last in the order of Tab, and are shown first
 }
 
+// The arrow keys walk through the tabs with the focus on them, as on the desktop.
+function createTab(frame, index, link) {
+  const tab = make("button", "tab", frame.tabs, { type: "button", role: "tab", id: `tab${index}` });
+  tab.dataset.page = index;
+  tab.addEventListener("click", () => {
+    frame.walking = false;
+    link.send({ action: "page", index });
+  });
+  tab.addEventListener("keydown", (event) => {
+    const last = frame.tabs.children.length - 1;
+    const next = { ArrowRight: index + 1, ArrowLeft: index - 1, Home: 0, End: last }[event.key];
+    if (!frame.tabs.children[next] || event.altKey || event.ctrlKey || event.metaKey) return;
+    event.preventDefault();
+    frame.walking = true;
+    link.send({ action: "page", index: next });
+    frame.tabs.children[next].focus();
+  });
+}
+
 function updateTabs(frame, view, link) {
-  while (frame.tabs.children.length < view.tabs.length) {
-    const index = frame.tabs.children.length;
-    const tab = make("button", "tab", frame.tabs, { type: "button", role: "tab" });
-    tab.dataset.page = index;
-    tab.addEventListener("click", () => link.send({ action: "page", index }));
-    tab.addEventListener("keydown", (event) => {
-      const next = index + ({ ArrowRight: 1, ArrowLeft: -1 }[event.key] ?? NaN);
-      if (!frame.tabs.children[next]) return;
-      link.send({ action: "page", index: next });
-      frame.tabs.children[next].focus();
-    });
-  }
+  while (frame.tabs.children.length < view.tabs.length) createTab(frame, frame.tabs.children.length, link);
   [...frame.tabs.children].forEach((tab, index) => {
     setLabel(tab, view.tabs[index]);
     tab.ariaSelected = String(index === view.activeTab);
@@ -124,6 +132,7 @@ function updateTabs(frame, view, link) {
 function updateSheet(frame, view, link) {
   updateTabs(frame, view, link);
   resize(frame.holder, view.pageWidth, view.pageHeight);
+  measure(frame, view.pageWidth + 18, 90, view.pageHeight);
   frame.buttons.apply.hidden = !view.applyVisible;
   frame.buttons.apply.disabled = !view.applyEnabled;
   if (frame.page?.handle !== view.page?.handle) {
@@ -133,6 +142,7 @@ function updateSheet(frame, view, link) {
   }
   if (!frame.page) return;
   frame.page.client.dataset.window = view.page.title;
+  frame.page.client.setAttribute("aria-labelledby", `tab${view.activeTab}`);
   updateClient(frame.page, view.page, link);
 }
 
@@ -147,25 +157,32 @@ function updateMessage(frame, view, link) {
   updateControls(frame, view.controls, link);
   const text = [...frame.controls.values()].find((node) => node.kind === "static");
   if (text && text.element.parentElement !== frame.message) frame.message.append(text.element);
+  if (text) frame.element.setAttribute("aria-describedby", text.text.id);
 }
 
+const ROLES = { sheet: "region", message: "alertdialog" };
+
 export function createFrame(view, link) {
-  const frame = { handle: view.handle, kind: view.kind, controls: new Map(), page: null };
-  frame.element = make("section", `window ${view.kind}`, null, { role: "dialog" });
+  const frame = { handle: view.handle, kind: view.kind, controls: new Map(), page: null, walking: false };
+  frame.element = make("section", `window ${view.kind}`, null, { role: ROLES[view.kind] ?? "dialog" });
+  if (view.kind !== "sheet") frame.element.ariaModal = "true";
   frame.element.dataset.kind = view.kind;
   frame.title = titleBar(frame.element, link);
   if (view.kind === "sheet") buildSheet(frame, link);
   else if (view.kind !== "message") frame.client = make("div", "client", frame.element);
+  if (view.kind === "file") make("p", "drives", frame.element, { textContent: link.drives });
   return frame;
 }
 
 export function updateFrame(frame, view, link) {
   frame.element.dataset.window = view.title;
   frame.element.ariaLabel = view.title;
-  frame.title.textContent = view.title;
-  if (view.kind === "sheet") updateSheet(frame, view, link);
-  else if (view.kind === "message") updateMessage(frame, view, link);
-  else updateClient(frame, view, link);
+  if (frame.shownTitle !== view.title) setLabel(frame.title, view.title, false);
+  frame.shownTitle = frame.title.title = view.title;
+  if (view.kind === "sheet") return updateSheet(frame, view, link);
+  if (view.kind === "message") return updateMessage(frame, view, link);
+  measure(frame, view.width + 2, view.kind === "file" ? 60 : 26, view.height);
+  updateClient(frame, view, link);
 }
 
 // The control with the server's focus, if the frame or its page has it.

@@ -1,36 +1,40 @@
 // Shows the desk's windows and reports what the person does. The server's picture is the truth; a
 // control that the person is ahead of (its last action is not handled yet) is left alone until the
 // server has caught up.
+import { make, setLabel } from "./dom.js";
 import { createFrame, updateFrame, focusedControl } from "./frames.js";
+import { glossIsOn, switchGloss } from "./gloss.js";
+import { openPage, say } from "./notice.js";
 
 const desk = document.getElementById("desk");
-const notice = document.getElementById("notice");
+const about = document.getElementById("about");
+const gloss = document.getElementById("gloss");
+const KINDS = { document: "文書の設定", advanced: "詳細設定", "user-default": "既定の設定", printer: "プリンタのプロパティ" };
+const LOST = "printhost との接続が切れました。端末でもう一度 printhost を起動し、表示されたアドレスを開いてください。ここでの変更は保存されていません。";
+const MOST_TRIES = 3;
+
 const frames = new Map(); // handle → frame, the one on top last
 const me = crypto.randomUUID(); // tells this page's actions from those of other pages
 let sent = 0; // this page's actions, counted from 1
 let handled = 0; // the last of them that the server has dealt with
-let picture = { handled: {}, windows: [] };
+let shown = null; // the last picture
 let following = false; // the focus moves because the server says so
 let queue = Promise.resolve();
+let tries = 0; // failed connections in a row
 
-function say(text) {
-  notice.textContent = text;
-  notice.hidden = !text;
+// One that the server does not take is told, and the page shows what is true again.
+async function post(action) {
+  const answer = await fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
+  if (answer.ok) return;
+  say(`操作を受け付けられませんでした: ${await answer.text()}`, { seconds: 15 });
+  handled = Math.max(handled, action.number); // nothing more comes of it
+  show(shown);
 }
 
-// Reports an action; answers its number. Actions reach the server in order. One that the server does
-// not take is told, and the page shows what is true again.
+// Reports an action; answers its number. Actions reach the server in order.
 function send(action) {
   const number = ++sent;
-  const body = JSON.stringify({ ...action, page: me, number });
-  const post = async () => {
-    const answer = await fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body });
-    if (answer.ok) return;
-    say(`操作を受け付けられませんでした: ${await answer.text()}`);
-    handled = Math.max(handled, number);
-    show(picture);
-  };
-  queue = queue.then(post).catch(() => say("接続が切れました。"));
+  queue = queue.then(() => post({ ...action, page: me, number })).catch(() => say(LOST));
   return number;
 }
 
@@ -40,6 +44,7 @@ const top = () => [...frames.values()].at(-1);
 function linkTo({ handle, kind }) {
   return {
     kind,
+    drives: Object.entries(shown.about.drives).map(([drive, folder]) => `${drive} = ${folder}`).join("　"),
     send: (action) => send({ ...action, window: handle }),
     isAhead: (number) => handled < number,
     focused: (node) => {
@@ -49,18 +54,30 @@ function linkTo({ handle, kind }) {
 }
 
 function followFocus(frame) {
-  if (handled < sent) return;
+  if (handled < sent || (frame.walking && document.activeElement.role === "tab")) return;
   const node = focusedControl(frame);
   if (!node || document.activeElement === node.input) return;
   following = true;
-  node.input.focus({ preventScroll: true });
+  node.input.focus();
   if (node.kind === "edit") node.input.select();
   following = false;
 }
 
-function show(next) {
-  picture = next;
+function showAbout({ printer, kind }) {
+  const text = `${printer} — ${KINDS[kind] ?? kind}`;
+  if (document.title === text) return;
+  document.title = text;
+  about.replaceChildren();
+  make("span", "", about, { textContent: `${printer} — ` });
+  setLabel(make("span", "", about), KINDS[kind] ?? kind, false);
+}
+
+function show(picture) {
+  if (picture.opened.count > (shown ?? picture).opened.count) openPage(picture.opened.file);
+  shown = picture;
   handled = Math.max(handled, picture.handled[me] ?? 0);
+  document.body.toggleAttribute("data-busy", picture.busy);
+  showAbout(picture.about);
   const gone = new Map(frames);
   for (const view of picture.windows) {
     let frame = frames.get(view.handle);
@@ -79,9 +96,19 @@ function show(next) {
   }
   const last = top();
   for (const frame of frames.values()) frame.element.inert = frame !== last;
-  if (!last) return;
-  document.title = [...frames.values()][0].title.textContent;
-  followFocus(last);
+  if (last) followFocus(last);
+}
+
+// Makes the page anew, with or without the English.
+async function setGloss(on) {
+  await switchGloss(on);
+  document.documentElement.classList.toggle("glossed", on);
+  gloss.ariaPressed = String(on);
+  history.replaceState(null, "", on ? "#gloss=en" : location.pathname);
+  desk.replaceChildren();
+  frames.clear();
+  document.title = "";
+  if (shown) show(shown);
 }
 
 const LAST_WORDS = {
@@ -95,13 +122,25 @@ function end({ end: result, reason = "" }) {
   stream.close();
   desk.replaceChildren();
   frames.clear();
+  shown = null;
   document.body.dataset.end = result;
   say(LAST_WORDS[result] + reason);
+}
+
+// Tab stays inside a dialog.
+function keepInside(frame, event) {
+  const stops = [...frame.element.querySelectorAll("button, input:not([type=radio]:not(:checked)), select")]
+    .filter((one) => one.tabIndex >= 0 && !one.disabled && one.offsetParent);
+  const [last, first] = event.shiftKey ? [stops[0], stops.at(-1)] : [stops.at(-1), stops[0]];
+  if (document.activeElement !== last && frame.element.contains(document.activeElement)) return;
+  event.preventDefault();
+  first?.focus();
 }
 
 document.addEventListener("keydown", (event) => {
   const frame = top();
   if (!frame || event.isComposing || event.ctrlKey || event.metaKey) return;
+  if (event.key === "Tab") return frame.kind === "sheet" || keepInside(frame, event);
   const inButton = event.target instanceof HTMLButtonElement;
   if (event.key === "Escape") frame.link.send({ action: "escape" });
   else if (event.key === "Enter" && !inButton) frame.link.send({ action: "enter" });
@@ -110,9 +149,21 @@ document.addEventListener("keydown", (event) => {
   event.preventDefault();
 });
 
+// Changes that OK has not confirmed yet are not left without a question.
+addEventListener("beforeunload", (event) => {
+  const [sheet] = shown?.windows ?? [];
+  if (shown?.windows.length > 1 || sheet?.applyEnabled) event.preventDefault();
+});
+
+gloss.addEventListener("click", () => setGloss(!glossIsOn()));
+
+if (location.hash === "#gloss=en") await setGloss(true);
 const stream = new EventSource("events");
-stream.onopen = () => say("");
-stream.onerror = () => say("接続が切れました。つなぎ直しています…");
+stream.onopen = () => {
+  tries = 0;
+  say("");
+};
+stream.onerror = () => say(++tries > MOST_TRIES || stream.readyState === EventSource.CLOSED ? LOST : "接続が切れました。つなぎ直しています…");
 stream.onmessage = (event) => {
   const news = JSON.parse(event.data);
   if (news.end) end(news);

@@ -27,6 +27,7 @@ struct DrawOp {
   COLORREF background = 0xFFFFFF;
   bool opaque = false;  // text: the box is filled with the background first
   int fontHeight = 0;   // pixels
+  int fontAscent = 0;   // pixels from the reference point down to the baseline
   int fontWidth = 0;    // average character width in pixels; 0: natural
   std::u16string face;
   RECT clip = {};  // empty: the client area

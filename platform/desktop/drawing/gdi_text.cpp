@@ -17,6 +17,7 @@ DrawOp TextOp(ObjectStore& store, const Dc& dc, std::u16string_view text, POINT 
   op.rect = {at.x, at.y, at.x + TextWidth(shape, text), at.y + shape.height};
   op.opaque = dc.state.backgroundMode == OPAQUE;
   op.fontHeight = shape.height;
+  op.fontAscent = shape.ascent;
   op.fontWidth = font.lfWidth == 0 ? 0 : shape.average;
   op.face = font.lfFaceName;
   return op;

@@ -33,7 +33,7 @@ class Builder {
     for (int i = 0; i < CountOf(form_.boxes); ++i) BuildBox(i);
     const DWORD enabled = form_.readOnly ? WS_DISABLED : 0;
     const int y = y_ + 8;
-    Add(u"BUTTON", u"標準に戻す(&D)", BS_PUSHBUTTON | WS_TABSTOP | enabled, kResetButton, kMargin,
+    Add(u"BUTTON", u"標準に戻す(&E)", BS_PUSHBUTTON | WS_TABSTOP | enabled, kResetButton, kMargin,
         y, 120, 22);
     Add(u"BUTTON", u"OK", BS_DEFPUSHBUTTON | WS_TABSTOP | enabled, IDOK, kWidth - 194, y, 88, 22);
     Add(u"BUTTON", u"ｷｬﾝｾﾙ", BS_PUSHBUTTON | WS_TABSTOP, IDCANCEL, kWidth - 100, y, 88, 22);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/desktop/windows/desktop.h"
+#include "platform/machine.h"
 
 extern "C" {
 
@@ -14,7 +15,10 @@ HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
 }
 
 HCURSOR WINAPI SetCursor(HCURSOR cursor) {
-  return std::exchange(platform::TheDesktop().cursor, cursor);
+  const HCURSOR before = std::exchange(platform::TheDesktop().cursor, cursor);
+  if (cursor == LoadCursorW(nullptr, IDC_WAIT) && platform::TheDesktop().user != nullptr)
+    platform::TheDesktop().user->Wait(platform::Machine::Current().desk());
+  return before;
 }
 
 BOOL WINAPI IsRectEmpty(const RECT* rect) {

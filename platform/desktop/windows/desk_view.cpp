@@ -86,6 +86,7 @@ ControlView ViewOf(const Window& window) {
   view.defaultButton = IsDefaultButton(window);
   view.tabStop = IsTabStop(window);
   view.group = (window.style & WS_GROUP) != 0;
+  view.prefix = view.kind != ControlKind::kStatic || (window.style & SS_NOPREFIX) == 0;
   view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;
   view.background = window.background;
   view.drawing = window.drawing;

@@ -1,0 +1,26 @@
+// What every part of the page needs to make elements.
+import { meaningOf } from "./gloss.js";
+
+// Lengths in the desk's pixels, across and down.
+export const across = (n) => `calc(${n} * var(--px))`;
+export const down = (n) => `calc(${n} * var(--py))`;
+
+export function make(tag, className, parent, properties = {}) {
+  const element = Object.assign(document.createElement(tag), properties);
+  if (className) element.className = className;
+  parent?.append(element);
+  return element;
+}
+
+// A text with its English meaning under it while that is switched on. "(&X)": the letter after a
+// single "&" is the access key, "&&" is an ampersand; without prefixes "&" is itself.
+export function setLabel(element, text, prefix = true) {
+  element.replaceChildren();
+  for (const piece of prefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
+    if (prefix && piece === "&&") element.append("&");
+    else if (prefix && piece.length === 2 && piece[0] === "&") make("u", "", element, { textContent: piece[1] });
+    else element.append(piece);
+  }
+  const meaning = meaningOf(text);
+  if (meaning) make("span", "gloss", element, { textContent: meaning, lang: "en" });
+}

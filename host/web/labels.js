@@ -1,0 +1,39 @@
+// What a screen reader is told: every input is named by the text before it in the template's order,
+// group boxes own what stands inside them.
+
+const contains = ([x, y, width, height], [left, top]) => left >= x && top >= y && left < x + width && top < y + height;
+
+const isLabel = (view) => view.kind === "static" && view.prefix && view.text.trim() !== "";
+
+// The smallest group box around a control.
+function groupAround(groups, view) {
+  return groups.filter((group) => group !== view && contains(group.rect, view.rect))
+    .sort((a, b) => a.rect[2] * a.rect[3] - b.rect[2] * b.rect[3])[0];
+}
+
+function nameInput(node, namer) {
+  const drawnText = (node.view.drawing ?? []).map((op) => op.text ?? "").join("");
+  if (node.kind === "updown") {
+    for (const arrow of node.element.children) arrow.setAttribute("aria-labelledby", `${namer?.text.id ?? ""} ${arrow.id}`);
+  } else if (node.kind === "drawn" && drawnText) {
+    node.input.ariaLabel = drawnText;
+  } else if (namer) {
+    node.input.setAttribute("aria-labelledby", namer.text.id);
+  }
+  if (node.kind === "drawn" && !node.view.tabStop) node.input.role = namer || drawnText ? "img" : "presentation";
+}
+
+export function nameControls(frame, views) {
+  const nodeOf = (view) => view && frame.controls.get(view.handle);
+  const groups = views.filter((view) => view.kind === "group");
+  const owned = new Map(groups.map((group) => [group, []]));
+  let label = null;
+  for (const view of views) {
+    const group = groupAround(groups, view);
+    owned.get(group)?.push(nodeOf(view).element.id);
+    if (view.kind === "group") label = null;
+    else if (isLabel(view)) label = view;
+    if (["edit", "combo", "list", "track", "updown", "drawn"].includes(view.kind)) nameInput(nodeOf(view), nodeOf(label ?? group));
+  }
+  for (const [group, members] of owned) nodeOf(group).element.setAttribute("aria-owns", members.join(" "));
+}
