@@ -1,7 +1,10 @@
-// Every allocation, spooler, file and module call in turn fails once, in every entry point.
+// Every allocation, spooler, file, module and registry call in turn fails once, in every entry
+// point. The sheets themselves are walked with the sessions.
+#include "tests/support/fault_walk.h"
+
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <algorithm>
 
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
@@ -10,188 +13,115 @@ namespace kestrel {
 namespace {
 
 using platform::Fault;
+using support::At;
 using support::kPrinter;
-
-// What an entry point answered and wrote; the machine's state is read apart.
-struct Outcome {
-  LONG answer = 0;
-  LONG size = 452;
-  DWORD error = 0;
-  std::vector<std::byte> output = std::vector<std::byte>(3000, std::byte{0xCD});
-};
 
 class FaultWalk : public support::MachineTest {
  protected:
+  static constexpr size_t kOutput = 3000;
+
   void SetUp() override {
     MachineTest::SetUp();
-    stored_ = support::DefaultBlock();
     stored_.Record.Private.nPrintSpeed = 5;
     stored_.Printer.PaperNum = 3;
-    Restore();
   }
-  void Restore() {
-    support::StoreBlock(machine(), stored_);
-    machine().RemoveData(kPrinter, u"SPLUserModePrinterDriver");
+  // call() gives the answer; check(kind) looks at it, at output_, size_ and error_.
+  template <typename Call, typename Check>
+  void Walk(Call call, Check check) {
+    using enum Fault;
+    const auto fresh = [&] {
+      support::StoreBlock(machine(), stored_);
+      machine().RemoveData(kPrinter, u"SPLUserModePrinterDriver");
+      std::fill_n(output_, kOutput, BYTE{0xCD});
+      size_ = 452;
+      SetLastError(0);
+      answer_ = static_cast<LONG>(call());
+      error_ = GetLastError();
+    };
+    EXPECT_GT(support::WalkFaults(machine(), {kAllocation, kSpooler, kFile, kModule, kRegistry},
+                                  fresh, [&](Fault kind, bool) { check(kind); }),
+              2);
   }
-
-  // Runs a call with its n-th call of each kind failing, until no call is left to fail.
-  void Walk(const std::function<void(Outcome&)>& call,
-            const std::function<void(const Outcome&, Fault)>& check) {
-    for (const Fault kind :
-         {Fault::kAllocation, Fault::kSpooler, Fault::kFile, Fault::kModule, Fault::kRegistry}) {
-      for (int n = 1;; ++n) {
-        ASSERT_LT(n, 2000);
-        Restore();
-        const int handles = machine().OpenPrinterHandles();
-        const int blocks = machine().LiveAllocations();
-        Outcome outcome;
-        SetLastError(0);
-        machine().faults.FailNth(kind, n);
-        call(outcome);
-        outcome.error = GetLastError();
-        const bool struck = machine().faults.Struck(kind);
-        machine().faults.Clear();
-        EXPECT_EQ(machine().OpenPrinterHandles(), handles);
-        EXPECT_EQ(machine().LiveAllocations(), blocks);
-        EXPECT_EQ(machine().OpenModules(), 1);
-        check(outcome, kind);
-        if (!struck) break;
-        ++struck_;
-      }
-    }
-  }
-  DEVMODEW* Record(Outcome& outcome) { return reinterpret_cast<DEVMODEW*>(outcome.output.data()); }
+  DEVMODEW* Output() { return reinterpret_cast<DEVMODEW*>(output_); }
+  DEVMODEW* Input() { return &stored_.Record.Public; }
   // A record that came back is the stored one or the defaults, never a mixture.
-  static void ExpectWhole(const Outcome& outcome) {
-    const auto* record = outcome.output.data();
-    EXPECT_EQ(support::At<uint32_t>(record, 448), SETTINGS_SIGNATURE);
-    EXPECT_EQ(support::At<WORD>(record, 72), 0x270F);
-    const int16_t speed = support::At(record, 398);
-    EXPECT_TRUE(speed == 5 || speed == 1) << speed;
-    EXPECT_EQ(outcome.output[452], std::byte{0xCD});
+  bool IsWhole() {
+    const int16_t speed = At(output_, 398);
+    return At<uint32_t>(output_, 448) == SETTINGS_SIGNATURE && At<WORD>(output_, 72) == 0x270F &&
+           (speed == 5 || speed == 1) && output_[452] == 0xCD;
   }
-  static void ExpectUntouched(const Outcome& outcome) {
-    EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), std::byte{0xCD}), 3000);
-  }
+  bool IsUntouched() { return std::count(output_, output_ + kOutput, BYTE{0xCD}) == kOutput; }
 
   std::u16string name_ = kPrinter;
-  DriverSettingsBlock stored_;
-  int struck_ = 0;
+  DriverSettingsBlock stored_ = support::DefaultBlock();
+  alignas(8) BYTE output_[kOutput];
+  LONG answer_ = 0;
+  LONG size_ = 0;
+  DWORD error_ = 0;
 };
 
-TEST_F(FaultWalk, Conversion) {
+TEST_F(FaultWalk, RecordsComeWholeOrNotAtAll) {
   for (const DWORD mode : {CDM_CONVERT, CDM_DRIVER_DEFAULT}) {
-    Walk(
-        [&](Outcome& o) {
-          o.answer = exports_.DrvConvertDevMode(name_.data(), &stored_.Record.Public, Record(o),
-                                                &o.size, mode);
-        },
-        [](const Outcome& o, Fault) {
-          if (o.answer == TRUE) {
-            EXPECT_EQ(o.size, 452);
-            ExpectWhole(o);
-          } else {
-            EXPECT_TRUE(o.size == 0 || (o.size == 452 && o.error == 87)) << o.size << o.error;
-            ExpectUntouched(o);
-          }
-        });
+    Walk([&] { return exports_.DrvConvertDevMode(name_.data(), Input(), Output(), &size_, mode); },
+         [&](Fault) {
+           EXPECT_TRUE(answer_ ? IsWhole() : IsUntouched());
+           EXPECT_TRUE(size_ == (answer_ || error_ == 87 ? 452 : 0)) << size_ << ' ' << error_;
+         });
   }
-  EXPECT_GT(struck_, 8);
-}
-
-TEST_F(FaultWalk, DocumentProperties) {
   const support::OpenedPrinter printer;
   Walk(
-      [&](Outcome& o) {
-        o.answer = exports_.DrvDocumentProperties(nullptr, printer, name_.data(), Record(o),
-                                                  &stored_.Record.Public, DM_COPY | DM_MODIFY);
+      [&] {
+        return exports_.DrvDocumentProperties(nullptr, printer, name_.data(), Output(), Input(),
+                                              DM_COPY | DM_MODIFY);
       },
-      [](const Outcome& o, Fault kind) {
-        EXPECT_TRUE(o.answer == 1 || (o.answer == 0 && kind == Fault::kAllocation));
-        o.answer == 1 ? ExpectWhole(o) : ExpectUntouched(o);
+      [&](Fault kind) {
+        EXPECT_TRUE(answer_ == 1 || (answer_ == 0 && kind == Fault::kAllocation));
+        EXPECT_TRUE(answer_ == 1 ? IsWhole() : IsUntouched());
       });
-  EXPECT_GT(struck_, 4);
 }
 
-TEST_F(FaultWalk, Capabilities) {
+TEST_F(FaultWalk, CapabilitiesAndAttributes) {
   const support::OpenedPrinter printer;
+  const auto check = [&](Fault kind) {
+    EXPECT_TRUE(answer_ == 4 || answer_ == 2 || (answer_ == -1 && kind == Fault::kAllocation));
+    EXPECT_EQ(IsUntouched(), answer_ == -1);
+  };
   for (const WORD index : {DC_PAPERS, DC_PAPERNAMES}) {
     Walk(
-        [&](Outcome& o) {
-          o.answer = static_cast<LONG>(exports_.DrvDeviceCapabilities(
-              printer, name_.data(), index, o.output.data(), &stored_.Record.Public));
+        [&] {
+          return exports_.DrvDeviceCapabilities(printer, name_.data(), index, output_, Input());
         },
-        [](const Outcome& o, Fault kind) {
-          EXPECT_TRUE(o.answer == 4 || o.answer == 2 ||
-                      (o.answer == -1 && kind == Fault::kAllocation))
-              << o.answer;
-          if (o.answer == -1) ExpectUntouched(o);
-        });
+        check);
   }
   Walk(
-      [&](Outcome& o) {
-        o.answer = static_cast<LONG>(exports_.DrvSplDeviceCaps(printer, name_.data(), DC_MEDIAREADY,
-                                                               o.output.data(), 1500, nullptr));
+      [&] {
+        return exports_.DrvSplDeviceCaps(printer, name_.data(), DC_MEDIAREADY, output_, 1500,
+                                         nullptr);
       },
-      [](const Outcome& o, Fault kind) {
-        EXPECT_TRUE(o.answer == 4 || o.answer == 2 ||
-                    (o.answer == -1 && kind == Fault::kAllocation));
-      });
-}
-
-TEST_F(FaultWalk, JobAttributes) {
-  const support::OpenedPrinter printer;
-  int memory = 0;
-  Walk(
-      [&](Outcome& o) {
-        o.answer = exports_.DrvQueryJobAttributes(printer, &stored_.Record.Public, 3,
-                                                  reinterpret_cast<BYTE*>(o.output.data()));
-      },
-      [&](const Outcome& o, Fault kind) {
-        EXPECT_EQ(o.answer, FALSE);
-        if (o.error == ERROR_NOT_ENOUGH_MEMORY && kind == Fault::kAllocation) ++memory;
-        const auto color = support::At<DWORD>(o.output.data(), 28);
-        EXPECT_TRUE(color == 0 || color == 0xCDCDCDCD);
-        EXPECT_EQ(support::At<WORD>(o.output.data(), 32), color == 0 ? 203 : 0xCDCD);
-      });
-  EXPECT_GT(memory, 0);
+      check);
+  int withoutMemory = 0;
+  Walk([&] { return exports_.DrvQueryJobAttributes(printer, Input(), 3, output_); },
+       [&](Fault kind) {
+         EXPECT_EQ(answer_, FALSE);
+         withoutMemory += error_ == ERROR_NOT_ENOUGH_MEMORY && kind == Fault::kAllocation;
+         const auto color = At<DWORD>(output_, 28);
+         EXPECT_TRUE(color == 0 || color == 0xCDCDCDCD);
+         EXPECT_EQ(At<WORD>(output_, 32), color == 0 ? 203 : 0xCDCD);
+       });
+  EXPECT_GT(withoutMemory, 0);
 }
 
 TEST_F(FaultWalk, PrinterInitialisation) {
   const auto defaults = support::DefaultBlock();
-  const auto fresh = support::BytesOf(&defaults.Printer, 3338);
-  const auto before = support::BytesOf(&stored_.Printer, 3338);
-  Walk(
-      [&](Outcome& o) {
-        o.answer = exports_.DrvPrinterEvent(name_.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
-      },
-      [&](const Outcome& o, Fault) {
-        EXPECT_EQ(o.answer, TRUE);
-        const auto part = machine().Data(kPrinter, u"Private DevMode")->bytes;
-        EXPECT_TRUE(part == fresh || part == before);
-        const auto module = machine().Data(kPrinter, u"SPLUserModePrinterDriver");
-        EXPECT_TRUE(!module || module->bytes.size() == 20);
-      });
-  EXPECT_GT(struck_, 4);
-}
-
-// The sheets themselves are walked with the sessions; here only what lies in front of them.
-TEST_F(FaultWalk, SheetsThatAreCancelledAtOnce) {
-  const support::OpenedPrinter printer;
-  const auto untouched = [](const Outcome& o, Fault) { ExpectUntouched(o); };
-  Walk(
-      [&](Outcome& o) {
-        o.answer = exports_.DrvDocumentProperties(nullptr, printer, name_.data(), Record(o),
-                                                  nullptr, DM_COPY | DM_PROMPT);
-        EXPECT_TRUE(o.answer == -1 || o.answer == CPSUI_CANCEL) << o.answer;
-      },
-      untouched);
-  Walk(
-      [&](Outcome& o) {
-        o.answer = exports_.PrinterProperties(nullptr, printer);
-        EXPECT_FALSE(o.answer);
-      },
-      untouched);
+  Walk([&] { return exports_.DrvPrinterEvent(name_.data(), PRINTER_EVENT_INITIALIZE, 0, 0); },
+       [&](Fault) {
+         EXPECT_EQ(answer_, TRUE);
+         const auto part = machine().Data(kPrinter, u"Private DevMode")->bytes;
+         EXPECT_TRUE(part == support::BytesOf(defaults.Printer) ||
+                     part == support::BytesOf(stored_.Printer));
+         const auto module = machine().Data(kPrinter, u"SPLUserModePrinterDriver");
+         EXPECT_TRUE(!module || module->bytes.size() == 20);
+       });
 }
 
 }  // namespace

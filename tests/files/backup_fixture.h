@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -75,7 +73,7 @@ class BackupTest : public support::MachineTest {
   }
   // The file as an independent reader sees it, "section|key|value" a line.
   std::string ReadElsewhere() {
-    const std::string command = "python3 '" + support::Built("read_profile.py") + "' '" +
+    const std::string command = "python3 '" + support::Built("golden/read_profile.py") + "' '" +
                                 machine().HostPath(kFile).string() + "'";
     std::string output;
     std::FILE* pipe = popen(command.c_str(), "r");
@@ -93,10 +91,7 @@ class BackupTest : public support::MachineTest {
     ASSERT_NE(place, std::string::npos);
     machine().WriteFile(kFile, text.replace(place, old.size(), Cp932(replacement)));
   }
-  static std::string Golden() {
-    std::ifstream file(support::Built("golden/defaults.ini"), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  static std::string Golden() { return support::Golden("defaults.ini"); }
   void SetUp() override {
     MachineTest::SetUp();
     std::filesystem::create_directories(machine().HostPath(u"C:\\data"));
