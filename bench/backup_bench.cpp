@@ -1,9 +1,9 @@
 // Saving and loading of a backup file, and opening of a sheet: 20 papers and a number of fonts.
 // Each key of a save replaces the file whole, which is the floor of its time: file_calls times
 // bytes.
+#include <windows.h>
 #include <benchmark/benchmark.h>
 #include <winddiui.h>
-#include <windows.h>
 #include <winspool.h>
 
 #include <vector>

@@ -2,9 +2,9 @@
 // resolution without and with an input record, a conversion. Beside the time of a call stands how
 // often it allocates and asks the spooler. "Spooler" is what the stand-in takes for the same
 // questions by itself, so that the rest of a resolution's time is the module's.
+#include <windows.h>
 #include <benchmark/benchmark.h>
 #include <winddiui.h>
-#include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>

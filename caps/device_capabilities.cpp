@@ -1,5 +1,5 @@
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include <algorithm>
 #include <cstring>
@@ -166,14 +166,14 @@ HeapBlock<DriverSettingsBlock> ResolvedBlock(HANDLE printer, const WCHAR* name,
 
 }  // namespace
 
-DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability,
-                                   PVOID pOutput, DEVMODEW* pdm) {
+extern "C" DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability,
+                                              PVOID pOutput, DEVMODEW* pdm) {
   const auto block = ResolvedBlock(hPrinter, pDeviceName, pdm);
   return block ? AnswerCapability(*block, wCapability, Elements(pOutput)) : kUnsupported;
 }
 
-DWORD WINAPI DrvSplDeviceCaps(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability, PVOID pOutput,
-                              DWORD cchBuf, DEVMODEW* pdm) {
+extern "C" DWORD WINAPI DrvSplDeviceCaps(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability,
+                                         PVOID pOutput, DWORD cchBuf, DEVMODEW* pdm) {
   const auto block = ResolvedBlock(hPrinter, pDeviceName, pdm);
   if (!block || (wCapability != DC_PAPERNAMES && wCapability != DC_MEDIAREADY)) return kUnsupported;
   if (pOutput == nullptr) return static_cast<DWORD>(PaperEntryCount(*block));

@@ -1,5 +1,6 @@
 #include "companions/barcode_dialog.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 #include <algorithm>

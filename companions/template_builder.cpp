@@ -1,5 +1,6 @@
 #include "companions/template_builder.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 namespace companions {

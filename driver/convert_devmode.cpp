@@ -1,5 +1,5 @@
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "driver/handles.h"
 #include "driver/printer_access.h"
@@ -32,8 +32,8 @@ BOOL ConvertForPrinter(const WCHAR* name, const DEVMODEW* input, DEVMODEW* outpu
 
 }  // namespace
 
-BOOL WINAPI DrvConvertDevMode(LPWSTR pPrinterName, DEVMODEW* pdmIn, DEVMODEW* pdmOut,
-                              PLONG pcbNeeded, DWORD fMode) {
+extern "C" BOOL WINAPI DrvConvertDevMode(LPWSTR pPrinterName, DEVMODEW* pdmIn, DEVMODEW* pdmOut,
+                                         PLONG pcbNeeded, DWORD fMode) {
   switch (fMode) {
     case CDM_CONVERT:
       if (pdmIn == nullptr || pdmOut == nullptr || pcbNeeded == nullptr)

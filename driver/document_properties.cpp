@@ -24,8 +24,8 @@ constexpr LONG kFailed = -1;
 
 }  // namespace
 
-LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName, DEVMODEW* pdmOut,
-                                  DEVMODEW* pdmIn, DWORD fMode) {
+extern "C" LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,
+                                             DEVMODEW* pdmOut, DEVMODEW* pdmIn, DWORD fMode) {
   if (fMode == 0) return LONG{kRecordSize};
   if (((fMode & DM_COPY) != 0 && pdmOut == nullptr) ||
       ((fMode & DM_MODIFY) != 0 && pdmIn == nullptr)) {
@@ -48,8 +48,8 @@ LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName
   return header.cbOut == kSheetRefused ? kFailed : static_cast<LONG>(result);
 }
 
-LONG WINAPI DrvAdvancedDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,
-                                          DEVMODEW* pdmOut, DEVMODEW* pdmIn) {
+extern "C" LONG WINAPI DrvAdvancedDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,
+                                                     DEVMODEW* pdmOut, DEVMODEW* pdmIn) {
   return DrvDocumentProperties(hwnd, hPrinter, pDeviceName, pdmOut, pdmIn,
                                DM_COPY | DM_PROMPT | DM_ADVANCED);
 }

@@ -1,8 +1,8 @@
 // Document properties without a property sheet.
 #pragma once
 
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 namespace kestrel {
 

@@ -2,6 +2,7 @@
 // back, never referred to.
 #pragma once
 
+#include <windows.h>
 #include <winddi.h>
 
 #include <cstddef>

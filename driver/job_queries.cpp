@@ -1,6 +1,6 @@
 // What the spooler and the graphics subsystem ask about a job.
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "driver/handles.h"
 #include "driver/printer_access.h"
@@ -39,25 +39,25 @@ void AnswerAttributes(DWORD level, LPBYTE attributes, const RecordView& record) 
 }  // namespace
 
 // Every job can be printed, whatever its record holds.
-BOOL WINAPI DevQueryPrint(HANDLE, DEVMODEW*, DWORD* pResID) {
+extern "C" BOOL WINAPI DevQueryPrint(HANDLE, DEVMODEW*, DWORD* pResID) {
   if (pResID != nullptr) *pResID = 0;
   return TRUE;
 }
 
-BOOL WINAPI DevQueryPrintEx(PDEVQUERYPRINT_INFO) { return TRUE; }
+extern "C" BOOL WINAPI DevQueryPrintEx(PDEVQUERYPRINT_INFO) { return TRUE; }
 
-INT WINAPI DrvDocumentEvent(HANDLE, HDC, INT, ULONG, PVOID, ULONG, PVOID) {
+extern "C" INT WINAPI DrvDocumentEvent(HANDLE, HDC, INT, ULONG, PVOID, ULONG, PVOID) {
   return DOCUMENTEVENT_UNSUPPORTED;
 }
 
-BOOL WINAPI DrvQueryColorProfile(HANDLE, DEVMODEW*, ULONG, PVOID, ULONG*, ULONG*) {
+extern "C" BOOL WINAPI DrvQueryColorProfile(HANDLE, DEVMODEW*, ULONG, PVOID, ULONG*, ULONG*) {
   SetLastError(ERROR_NOT_SUPPORTED);
   return FALSE;
 }
 
 // Always FALSE: the driver reports no attributes of its own and the spooler applies its own.
-BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode, DWORD dwLevel,
-                                  LPBYTE lpAttributeInfo) {
+extern "C" BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode, DWORD dwLevel,
+                                             LPBYTE lpAttributeInfo) {
   WCHAR name[32];
   if (!GetPrinterInfoValue(hPrinter, nullptr, name, sizeof name, kInfoPrinterName)) return FALSE;
   const auto block = HeapBlock<DriverSettingsBlock>::One();

@@ -1,10 +1,10 @@
+#include <windows.h>
 #include <commctrl.h>
 #include <winddiui.h>
-#include <windows.h>
 
 #include "driver/instance.h"
 
-BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
     kestrel::SetModuleInstance(instance);
     InitCommonControls();

@@ -1,6 +1,6 @@
 // What the spooler tells the driver about its printers.
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "driver/default_settings.h"
 #include "driver/handles.h"
@@ -43,7 +43,7 @@ void InitializePrinter(const WCHAR* name) {
 
 }  // namespace
 
-BOOL WINAPI DrvPrinterEvent(LPWSTR pPrinterName, INT DriverEvent, DWORD, LPARAM) {
+extern "C" BOOL WINAPI DrvPrinterEvent(LPWSTR pPrinterName, INT DriverEvent, DWORD, LPARAM) {
   switch (DriverEvent) {
     case PRINTER_EVENT_INITIALIZE:
       InitializePrinter(pPrinterName);
@@ -61,7 +61,7 @@ BOOL WINAPI DrvPrinterEvent(LPWSTR pPrinterName, INT DriverEvent, DWORD, LPARAM)
   }
 }
 
-BOOL WINAPI DrvUpgradePrinter(DWORD Level, LPBYTE pDriverUpgradeInfo) {
+extern "C" BOOL WINAPI DrvUpgradePrinter(DWORD Level, LPBYTE pDriverUpgradeInfo) {
   if ((Level != 1 && Level != 2) || pDriverUpgradeInfo == nullptr) return InvalidParameter();
   return TRUE;
 }

@@ -1,5 +1,5 @@
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "driver/printer_access.h"
 #include "driver/property_sheet_library.h"
@@ -16,7 +16,7 @@ bool MayChangePrinterData(HANDLE printer) {
 
 }  // namespace
 
-BOOL WINAPI PrinterProperties(HWND hwnd, HANDLE hPrinter) {
+extern "C" BOOL WINAPI PrinterProperties(HWND hwnd, HANDLE hPrinter) {
   DEVICEPROPERTYHEADER header{};
   header.cbSize = sizeof header;
   header.hPrinter = hPrinter;

@@ -7,7 +7,8 @@ namespace kestrel {
 bool ShowCommonPropertySheet(HWND owner, PFNPROPSHEETUI sheets, LPARAM parameter, DWORD* result) {
   const Module library = LoadSystemLibrary(TEXT("compstui.dll"));
   if (!library) return false;
-  const auto show = EntryPoint<PFNCOMMONPROPERTYSHEETUIW>(library.get(), "CommonPropertySheetUIW");
+  const auto show =
+      EntryPoint<decltype(&CommonPropertySheetUIW)>(library.get(), "CommonPropertySheetUIW");
   return show != nullptr && show(owner, sheets, parameter, result) >= 0;
 }
 

@@ -1,8 +1,8 @@
 // The common property-sheet library, loaded for each sheet.
 #pragma once
 
-#include <compstui.h>
 #include <windows.h>
+#include <compstui.h>
 
 namespace kestrel {
 

@@ -3,8 +3,8 @@
 // sizes binding.
 #pragma once
 
-#include <winddi.h>
 #include <windows.h>
+#include <winddi.h>
 
 #include <cstddef>
 #include <cstdint>

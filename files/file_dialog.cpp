@@ -1,5 +1,6 @@
 #include "files/file_dialog.h"
 
+#include <windows.h>
 #include <commdlg.h>
 
 #include <cstring>

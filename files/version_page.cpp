@@ -1,6 +1,6 @@
 // The version page: product picture, package version, and the versions of the companion modules.
-#include <shellapi.h>
 #include <windows.h>
+#include <shellapi.h>
 #include <winver.h>
 
 #include "driver/drawing.h"

@@ -1,5 +1,6 @@
 #include "fonts/deco_dialog.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 #include <algorithm>

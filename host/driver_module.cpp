@@ -1,5 +1,6 @@
 #include "host/driver_module.h"
 
+#include <windows.h>
 #include <winspool.h>
 
 #include <filesystem>

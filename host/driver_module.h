@@ -1,8 +1,8 @@
 // The driver's module, put where the spooler keeps it and loaded as the spooler loads it.
 #pragma once
 
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include <string>
 

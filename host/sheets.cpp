@@ -1,4 +1,5 @@
 // The driver's property sheets, shown in a browser.
+#include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>

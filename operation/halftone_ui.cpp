@@ -1,5 +1,6 @@
 #include "operation/halftone_ui.h"
 
+#include <windows.h>
 #include <winddi.h>
 
 #include "driver/default_settings.h"

@@ -1,5 +1,6 @@
 // The page on which the label paper of a document, its orientation, base points and offsets are
 // chosen, and from which papers are registered, edited and deleted.
+#include <windows.h>
 #include <commctrl.h>
 
 #include "paper/fields/help_text.h"

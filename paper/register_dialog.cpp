@@ -1,5 +1,6 @@
 #include "paper/register_dialog.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 #include "paper/fields/help_text.h"

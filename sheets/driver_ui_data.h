@@ -1,10 +1,10 @@
 // The data of one property-sheet session. It lives zero-filled in a private heap of its own.
 #pragma once
 
+#include <windows.h>
 #include <compstui.h>
 #include <prsht.h>
 #include <winddiui.h>
-#include <windows.h>
 
 #include "driver/settings_block.h"
 #include "files/utility_page_state.h"

@@ -1,6 +1,6 @@
 // The two functions that the common property-sheet library calls back.
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "driver/default_settings.h"
 #include "driver/document_properties.h"

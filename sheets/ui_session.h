@@ -1,8 +1,8 @@
 // Makes and destroys the session of a property sheet.
 #pragma once
 
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include "sheets/driver_ui_data.h"
 

@@ -1,5 +1,6 @@
 #include "paper/fields/numeric_field.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 #include "driver/text.h"

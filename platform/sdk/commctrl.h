@@ -2,6 +2,10 @@
 // documentation's reference of the common controls gives them.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 constexpr DWORD ICC_BAR_CLASSES = 0x00000004;

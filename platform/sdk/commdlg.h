@@ -1,6 +1,10 @@
 // The common file dialogs, found at run time in "comdlg32.dll".
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 using LPOFNHOOKPROC = UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
@@ -51,9 +55,6 @@ constexpr DWORD CDERR_STRUCTSIZE = 0x0001;
 constexpr DWORD CDERR_INITIALIZATION = 0x0002;
 constexpr DWORD FNERR_INVALIDFILENAME = 0x3002;
 constexpr DWORD FNERR_BUFFERTOOSMALL = 0x3003;
-
-using PFNGETFILENAMEW = BOOL(WINAPI*)(LPOPENFILENAMEW);
-using PFNGETFILETITLEW = SHORT(WINAPI*)(LPCWSTR, LPWSTR, WORD);
 
 extern "C" {
 BOOL WINAPI GetOpenFileNameW(LPOPENFILENAMEW file);

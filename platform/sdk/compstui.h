@@ -1,6 +1,10 @@
 // The common property-sheet library: its records, functions and reasons.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <prsht.h>
 #include <windows.h>
 
@@ -293,8 +297,6 @@ constexpr UINT CPSFUNC_GET_PFNPROPSHEETUI_ICON = 14;
 constexpr UINT CPSFUNC_ADD_PROPSHEETPAGEA = 15;
 
 // Found at run time in "compstui.dll".
-using PFNCOMMONPROPERTYSHEETUIW = LONG(WINAPI*)(HWND hWndOwner, PFNPROPSHEETUI pfnPropSheetUI,
-                                                LPARAM lParam, LPDWORD pResult);
 extern "C" {
 LONG WINAPI CommonPropertySheetUIW(HWND hWndOwner, PFNPROPSHEETUI pfnPropSheetUI, LPARAM lParam,
                                    LPDWORD pResult);

@@ -1,6 +1,10 @@
 // Property sheet pages and the messages of a sheet.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 struct PROPSHEETPAGEW;

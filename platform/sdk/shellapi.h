@@ -1,6 +1,10 @@
 // Shell calls.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 extern "C" HINSTANCE WINAPI ShellExecuteW(HWND owner, LPCWSTR verb, LPCWSTR file,

@@ -1,6 +1,10 @@
 // Halftone descriptions of a device and the halftone library's entry points.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 using LDECI4 = LONG;  // a decimal number with four digits after the point: 10000 is 1.0

@@ -1,6 +1,10 @@
 // The contract between the spooler and a printer driver's user-interface module.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <compstui.h>
 #include <windows.h>
 

@@ -2,6 +2,8 @@
 // gives it.
 #pragma once
 
+#define _WINDOWS_
+
 #include <windef.h>
 
 #include <winnt.h>

@@ -1,6 +1,10 @@
 // The print spooler.
 #pragma once
 
+#ifndef _WINDOWS_
+#error "<windows.h> comes before this header, as on Windows"
+#endif
+
 #include <windows.h>
 
 struct PRINTER_DEFAULTSW {

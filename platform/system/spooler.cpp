@@ -1,4 +1,5 @@
 // Printers as the spooler serves them: handles, rights and printer data.
+#include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>

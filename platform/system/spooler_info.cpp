@@ -1,4 +1,5 @@
 // The information structures of printers and drivers, and the driver directory.
+#include <windows.h>
 #include <winspool.h>
 
 #include <cstddef>

@@ -1,4 +1,5 @@
 // The shell and arithmetic.
+#include <windows.h>
 #include <shellapi.h>
 
 #include <limits>

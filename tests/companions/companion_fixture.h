@@ -1,8 +1,8 @@
 // A fresh machine with the companion libraries in its driver directory.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>

@@ -1,8 +1,8 @@
 // File dialogs: walking through folders, what a typed name becomes, what is refused and asked.
+#include <windows.h>
 #include <commdlg.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <string>
 #include <vector>
@@ -44,7 +44,7 @@ class FileDialogTest : public support::MachineTest {
   bool Run(const char* function, std::vector<ScriptedUser::Step> steps) {
     ScriptedUser user(std::move(steps));
     desk().Attach(&user);
-    const auto choose = reinterpret_cast<PFNGETFILENAMEW>(
+    const auto choose = reinterpret_cast<decltype(&GetOpenFileNameW)>(
         reinterpret_cast<void (*)()>(GetProcAddress(library_, function)));
     const BOOL chosen = choose(&request_);
     desk().Attach(nullptr);

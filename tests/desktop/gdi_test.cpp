@@ -1,9 +1,9 @@
 // Drawing: what a window's list holds afterwards, which objects are left, how wide texts are.
 #include "platform/desktop/drawing/gdi.h"
 
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // The halftone dialogs: what a person can set, what permission holds back, what comes home.
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <winddi.h>
-#include <windows.h>
 
 #include <cstring>
 #include <string>

@@ -1,10 +1,10 @@
 // Property sheets through the common property-sheet library: who is told what, and in which order.
 #include "platform/desktop/libraries/sheet.h"
 
+#include <windows.h>
 #include <compstui.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <functional>
 #include <map>
@@ -45,7 +45,7 @@ class SheetTest : public support::MachineTest {
     ScriptedUser user(std::move(steps));
     desk().Attach(&user);
     const HMODULE library = LoadLibraryW(u"compstui.dll");
-    const auto show = reinterpret_cast<PFNCOMMONPROPERTYSHEETUIW>(
+    const auto show = reinterpret_cast<decltype(&CommonPropertySheetUIW)>(
         reinterpret_cast<void (*)()>(GetProcAddress(library, "CommonPropertySheetUIW")));
     const LONG answer = show(nullptr, Function, 77, &result);
     FreeLibrary(library);

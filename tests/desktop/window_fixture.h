@@ -1,10 +1,10 @@
 // A dialog under test: what it is told is written down, and a script acts on it.
 #pragma once
 
+#include <windows.h>
 #include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <functional>
 #include <memory>

@@ -1,4 +1,5 @@
 // The dialogs' toolkit: fields in real dialogs of the driver, help box, options and locks.
+#include <windows.h>
 #include <commctrl.h>
 
 #include <functional>

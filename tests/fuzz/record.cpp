@@ -1,7 +1,7 @@
 // Records of callers, and what the spooler keeps as a printer's own, as any bytes at all. The first
 // bytes choose the system, the stored settings and how the record is cut.
-#include <winddiui.h>
 #include <windows.h>
+#include <winddiui.h>
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // Profile files: what is read in every encoding, what a write leaves alone, what damage does.
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <windows.h>
 
 #include <filesystem>
 #include <fstream>

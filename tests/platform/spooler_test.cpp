@@ -1,6 +1,6 @@
 // Printers, printer data and the registry as the spooler's and the registry's callers see them.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 #include <winspool.h>
 
 #include <cstring>

@@ -1,9 +1,9 @@
 // What outlives a process: the state directory, shared by several and by killed ones.
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Versions, tokens, modules, heaps and file versions.
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <shellapi.h>
-#include <windows.h>
 
 #include <atomic>
 #include <memory>

@@ -1,8 +1,8 @@
 // Code page 932, letter case, paths and formatted texts.
 #include "platform/system/text.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <climits>

@@ -1,6 +1,6 @@
 // The module's resources as the platform hands them out.
-#include <gtest/gtest.h>
 #include <windows.h>
+#include <gtest/gtest.h>
 
 #include <memory>
 #include <string>

@@ -1,4 +1,5 @@
 // The two property-sheet functions as the sheet library calls them, with a library that records.
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <winddiui.h>
 

@@ -2,9 +2,9 @@
 // or the file that the environment's DRIVER_MODULE names (the Windows image).
 #pragma once
 
+#include <windows.h>
 #include <gtest/gtest.h>
 #include <winddiui.h>
-#include <windows.h>
 #include <winspool.h>
 
 #include <memory>

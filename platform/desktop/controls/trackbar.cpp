@@ -1,4 +1,5 @@
 // Trackbars: a position in a range that a person drags.
+#include <windows.h>
 #include <commctrl.h>
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // Up-downs: a position in a range, and the edit that shows it.
+#include <windows.h>
 #include <commctrl.h>
 
 #include <algorithm>

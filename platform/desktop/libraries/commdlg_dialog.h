@@ -1,8 +1,8 @@
 // The window of a file dialog: folders, files, filter and name.
 #pragma once
 
-#include <commdlg.h>
 #include <windows.h>
+#include <commdlg.h>
 
 #include <string>
 #include <vector>

@@ -1,4 +1,5 @@
 // The entry points of the common dialogs.
+#include <windows.h>
 #include <commdlg.h>
 
 #include <algorithm>

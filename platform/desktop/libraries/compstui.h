@@ -2,8 +2,8 @@
 // to a sheet.
 #pragma once
 
-#include <compstui.h>
 #include <windows.h>
+#include <compstui.h>
 
 #include <memory>
 #include <string>

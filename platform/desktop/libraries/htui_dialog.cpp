@@ -1,5 +1,6 @@
 #include "platform/desktop/libraries/htui_dialog.h"
 
+#include <windows.h>
 #include <commctrl.h>
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // The halftone library's two dialogs: COLORADJUSTMENT and DEVHTINFO as forms.
+#include <windows.h>
 #include <winddi.h>
 
 #include <algorithm>

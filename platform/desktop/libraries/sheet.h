@@ -1,8 +1,8 @@
 // Property sheets: pages and the window that shows them. Internal to the stand-in.
 #pragma once
 
-#include <prsht.h>
 #include <windows.h>
+#include <prsht.h>
 
 #include <cstddef>
 #include <optional>
