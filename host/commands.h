@@ -39,6 +39,8 @@ extern const Command kAdd, kRemove, kList;
 extern const Command kSettings, kConvert, kSetDefault, kCaps;
 // What is stored (stored.cpp) and what the computer is (computer.cpp).
 extern const Command kData, kRegistry, kMachine, kDevice;
+// The driver's own file (module.cpp).
+extern const Command kModule;
 // Property sheets (sheets.cpp).
 extern const Command kSheet, kDemo;
 
@@ -46,7 +48,7 @@ extern const Command kSheet, kDemo;
 // then the driver's default record as the printer's. Throws Failure; then no printer is left
 // behind.
 void InstallPrinter(platform::Machine& machine, const std::u16string& name,
-                    const std::u16string& driverName, bool companions);
+                    const std::u16string& driverName, bool companions, bool native = false);
 
 // One option each that several commands have.
 inline constexpr Option kJsonOption = {"--json", 0, "", "answer as JSON"};

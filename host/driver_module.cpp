@@ -19,9 +19,25 @@ constexpr const char16_t* kMonitors[] = {u"QM6_1rLMNT", u"QM6_1rPM_UI", u"QM6_1r
                                          u"QM6_1rPMLAN"};
 constexpr DWORD kVersionMs = 14 << 16, kVersionLs = 1 << 16 | 20;  // 14.0.1.20
 
-// Libraries stand beside the program in its build folder.
+// Shared objects stand beside the program in its build folder, the DLL in one of its own.
+std::filesystem::path BuildFolder() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
 std::filesystem::path Built(std::u16string_view name) {
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / (ToUtf8(name) + ".so");
+  return BuildFolder() / (ToUtf8(name) + ".so");
+}
+#if defined(__x86_64__)
+constexpr bool kRunsImages = true;
+#else
+constexpr bool kRunsImages = false;
+#endif
+std::filesystem::path BuiltDriver(const platform::Machine& machine, DriverFile file) {
+  std::error_code none;
+  const bool native = file == DriverFile::kNative || !kRunsImages ||
+                      (file == DriverFile::kAsInstalled &&
+                       read_symlink(InstalledDriver(machine), none).extension() == ".so");
+  return native ? Built(kModule)
+                : BuildFolder().parent_path().parent_path() / "windows/x64/QM610rDRV1.dll";
 }
 
 std::u16string InstalledPath(const platform::Machine& machine, std::u16string_view name) {
@@ -35,24 +51,24 @@ bool IsInstalled(const platform::Machine& machine, std::u16string_view name) {
   return std::filesystem::exists(status);
 }
 
-void Install(platform::Machine& machine, std::u16string_view name) {
-  const std::filesystem::path built = Built(name);
+void Install(platform::Machine& machine, std::u16string_view name,
+             const std::filesystem::path& built) {
   if (!std::filesystem::exists(built))
     throw Failure{kFailed, built.string() + " is missing; build it with \"./run list\""};
   machine.InstallModule(InstalledPath(machine, name), built);
 }
 
 template <typename Function>
-void Find(HMODULE module, const char* name, Function& function) {
+void Find(HMODULE module, const char* name, Export<Function>& entry) {
   const FARPROC found = GetProcAddress(module, name);
   if (found == nullptr) throw Failure{kFailed, std::string("the module does not export ") + name};
-  function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
+  entry.function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
 }
 
 }  // namespace
 
 void InstallCompanions(platform::Machine& machine) {
-  for (const char16_t* name : kCompanions) Install(machine, name);
+  for (const char16_t* name : kCompanions) Install(machine, name, Built(name));
   for (const char16_t* name : kMonitors) {
     const std::u16string path =
         machine.systemDirectory().append(u"\\").append(name).append(u".DLL");
@@ -60,10 +76,14 @@ void InstallCompanions(platform::Machine& machine) {
   }
 }
 
-DriverModule::DriverModule(platform::Machine& machine) {
-  Install(machine, kModule);
+std::filesystem::path InstalledDriver(const platform::Machine& machine) {
+  return machine.HostPath(InstalledPath(machine, kModule));
+}
+
+DriverModule::DriverModule(platform::Machine& machine, DriverFile file) {
+  Install(machine, kModule, BuiltDriver(machine, file));
   for (const char16_t* name : kCompanions) {
-    if (IsInstalled(machine, name)) Install(machine, name);
+    if (IsInstalled(machine, name)) Install(machine, name, Built(name));
   }
   const std::u16string path = InstalledPath(machine, kModule);
   module_ = LoadLibraryW(path.c_str());

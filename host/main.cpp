@@ -25,9 +25,9 @@ std::u16string Call::Printer() const {
 }
 
 std::span<const Command> Commands() {
-  static const Command commands[] = {kAdd,     kRemove,     kList, kCaps,     kSettings,
-                                     kConvert, kSetDefault, kData, kRegistry, kMachine,
-                                     kDevice,  kSheet,      kDemo};
+  static const Command commands[] = {kAdd,     kRemove,     kList,  kCaps,     kSettings,
+                                     kConvert, kSetDefault, kData,  kRegistry, kMachine,
+                                     kDevice,  kModule,     kSheet, kDemo};
   return commands;
 }
 

@@ -16,6 +16,7 @@ constexpr Option kAddOptions[] = {
     {"--driver-name", 1, "TEXT",
      "the driver's name as the spooler knows it (default \"VELA QM610r\")"},
     {"--without-companions", 0, "", "do not install the device and barcode libraries"},
+    {"--native", 0, "", "install this system's build of the driver in place of the Windows DLL"},
 };
 constexpr Option kListOptions[] = {kJsonOption};
 
@@ -53,7 +54,8 @@ int Add(Call& call) {
   RequireName(driver, "a driver's name");
   if (call.machine.FindPrinter(name))
     throw Failure{kFailed, "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
-  InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"));
+  InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"),
+                 call.arguments.Has("--native"));
   return kDone;
 }
 
@@ -82,9 +84,9 @@ int List(Call& call) {
 }  // namespace
 
 void InstallPrinter(platform::Machine& machine, const std::u16string& name,
-                    const std::u16string& driverName, bool companions) {
+                    const std::u16string& driverName, bool companions, bool native) {
   if (companions) InstallCompanions(machine);
-  DriverModule module(machine);
+  DriverModule module(machine, native ? DriverFile::kNative : DriverFile::kImage);
   platform::PrinterSetup setup;
   setup.name = name;
   setup.driverName = driverName;

@@ -22,8 +22,8 @@ void CheckLoadable(const ImageFile& image) {
   if (image.fixed) throw ImageError("it can only lie at a fixed address");
   if (image.hasThreadData) throw ImageError("it has data of its own for each thread");
   for (const ImageSection& section : image.sections) {
-    if (section.writable && section.executable) {
-      throw ImageError("its section " + section.name + " is both writable and executable");
+    if (!section.readable || (section.writable && section.executable)) {
+      throw ImageError("its section " + section.name + " cannot be read, or both written and run");
     }
   }
 }
@@ -48,8 +48,7 @@ std::vector<FARPROC> Bind(const ImageFile& image) {
 }
 
 int ProtectionOf(const ImageSection& section) {
-  return (section.readable ? PROT_READ : 0) | (section.writable ? PROT_WRITE : 0) |
-         (section.executable ? PROT_EXEC : 0);
+  return PROT_READ | (section.writable ? PROT_WRITE : 0) | (section.executable ? PROT_EXEC : 0);
 }
 
 }  // namespace

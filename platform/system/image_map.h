@@ -14,8 +14,8 @@ class MappedImage {
   // Maps an image whose bytes are needed during the call alone; its entry point is not called.
   // Throws ImageError, with nothing mapped: ERROR_BAD_EXE_FORMAT for a damaged image, one of
   // another machine's, and one that wants what is not here (a fixed address, thread data, memory
-  // both writable and executable); ERROR_MOD_NOT_FOUND for an import from an unknown library,
-  // ERROR_PROC_NOT_FOUND for one that its library lacks.
+  // that cannot be read, or both written and run); ERROR_MOD_NOT_FOUND for an import from an
+  // unknown library, ERROR_PROC_NOT_FOUND for one that its library lacks.
   explicit MappedImage(Bytes file);
   ~MappedImage();
   MappedImage(const MappedImage&) = delete;

@@ -1,0 +1,164 @@
+// What a driver's file is: a Windows DLL, told from its bytes alone.
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+
+#include "host/commands.h"
+#include "host/driver_module.h"
+#include "host/failure.h"
+#include "host/record_json.h"
+#include "host/sha256.h"
+#include "host/utf8.h"
+#include "platform/system/image_file.h"
+
+namespace printhost {
+namespace {
+
+using platform::ImageFile;
+
+constexpr Option kModuleOptions[] = {kJsonOption};
+
+std::string Hex(std::uint64_t value, int digits) {
+  std::string text(static_cast<std::size_t>(digits), '0');
+  for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value /= 16)
+    *digit = "0123456789abcdef"[value % 16];
+  return text;
+}
+
+std::string MachineText(WORD machine) {
+  switch (machine) {
+    case platform::kMachineX86:
+      return "x86";
+    case platform::kMachineX64:
+      return "x86-64";
+    case platform::kMachineArm64:
+      return "ARM64";
+    default:
+      return "0x" + Hex(machine, 4);
+  }
+}
+
+// The numbers of RT_… as a reader knows them.
+std::string TypeText(const platform::ResourceName& type) {
+  constexpr const char* kTypes[] = {
+      "",       "cursor",          "bitmap",        "icon", "menu",
+      "dialog", "string",          "fontdir",       "font", "accelerator",
+      "data",   "messages",        "group cursor",  "",     "group icon",
+      "",       "version",         "include",       "",     "plug and play",
+      "vxd",    "animated cursor", "animated icon", "html", "manifest"};
+  if (!type.text.empty()) return ToUtf8(type.text);
+  if (type.id < std::size(kTypes) && *kTypes[type.id] != 0) return kTypes[type.id];
+  return std::to_string(type.id);
+}
+
+// Of the version resource; null without one.
+Json VersionJson(const ImageFile& image) {
+  for (const platform::ImageResource& each : image.resources) {
+    if (each.type.id != platform::kResourceVersion || !each.type.text.empty()) continue;
+    const platform::Bytes bytes = image.At(each.address, each.size);
+    void* found = nullptr;
+    UINT size = 0;
+    WORD length = 0;
+    if (bytes.size() >= 40) std::memcpy(&length, bytes.data(), sizeof(length));
+    if (length == 0 || length > bytes.size() || !VerQueryValueW(bytes.data(), u"\\", &found, &size))
+      break;
+    VS_FIXEDFILEINFO fixed;
+    std::memcpy(&fixed, found, sizeof(fixed));
+    std::string text;
+    for (const DWORD part : {fixed.dwFileVersionMS, fixed.dwFileVersionLS})
+      text += '.' + std::to_string(HIWORD(part)) + '.' + std::to_string(LOWORD(part));
+    return text.substr(1);
+  }
+  return nullptr;
+}
+
+Json ModuleJson(const std::string& file, platform::Bytes bytes) {
+  const ImageFile image(bytes);
+  Json exports = Json::array(), imports = Json::object(), resources = Json::array(),
+       sections = Json::array();
+  for (const auto& each : image.exports) exports.push_back(each.name);
+  for (const auto& library : image.imports) {
+    Json& functions = imports[library.name] = Json::array();
+    for (const auto& each : library.functions)
+      functions.push_back(each.name.empty() ? Json() : Json(each.name));
+  }
+  for (const auto& each : image.resources) {
+    Json name = each.name.text.empty() ? Json(each.name.id) : Json(ToUtf8(each.name.text));
+    resources.push_back({{"type", TypeText(each.type)}, {"name", name}, {"size", each.size}});
+  }
+  for (const auto& each : image.sections) {
+    const std::string protection = {each.readable ? 'r' : '-', each.writable ? 'w' : '-',
+                                    each.executable ? 'x' : '-'};
+    sections.push_back({{"name", each.name},
+                        {"address", each.address},
+                        {"size", each.size},
+                        {"protection", protection}});
+  }
+  return {{"file", file},
+          {"format", image.wide ? "PE32+" : "PE32"},
+          {"machine", MachineText(image.machine)},
+          {"version", VersionJson(image)},
+          {"exports", exports},
+          {"imports", imports},
+          {"resources", resources},
+          {"sections", sections},
+          {"sha256", Sha256(bytes)}};
+}
+
+void PrintList(const std::string& title, const Json& items) {
+  std::cout << title << " (" << items.size() << ")\n";
+  for (const Json& item : items)
+    std::cout << "  " << (item.is_string() ? item.get<std::string>() : "by ordinal") << '\n';
+}
+
+void Print(const Json& module) {
+  for (const char* name : {"file", "format", "machine", "version", "sha256"})
+    std::cout << name << '\t' << (module[name].is_null() ? "none" : module[name].get<std::string>())
+              << '\n';
+  PrintList("exports", module["exports"]);
+  for (const auto& [library, functions] : module["imports"].items())
+    PrintList("imports from " + library, functions);
+  std::cout << "resources (" << module["resources"].size() << ")\n";
+  for (const Json& each : module["resources"]) {
+    const Json& name = each["name"];
+    std::cout << "  " << each["type"].get<std::string>() << '\t'
+              << (name.is_string() ? name.get<std::string>() : name.dump()) << '\t' << each["size"]
+              << " bytes\n";
+  }
+  std::cout << "sections (" << module["sections"].size() << ")\n";
+  for (const Json& each : module["sections"])
+    std::cout << "  " << each["name"].get<std::string>() << '\t'
+              << each["protection"].get<std::string>() << '\t' << each["size"] << " bytes at 0x"
+              << Hex(each["address"].get<DWORD>(), 8) << '\n';
+}
+
+int Show(Call& call) {
+  const bool installed = call.arguments.positional().empty();
+  const std::filesystem::path file = installed
+                                         ? InstalledDriver(call.machine)
+                                         : std::filesystem::path(call.arguments.positional()[0]);
+  std::error_code none;
+  if (!is_regular_file(file, none))
+    throw Failure{kFailed, installed ? "no driver is installed; add a printer or name a file"
+                                     : file.string() + " is no file that can be read"};
+  const std::vector<std::byte> bytes = platform::ReadWhole(file);
+  try {
+    const Json module = ModuleJson(file.string(), bytes);
+    if (call.json())
+      std::cout << module.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    else
+      Print(module);
+  } catch (const platform::ImageError& error) {
+    throw Failure{kFailed, file.string() + ": " + error.what()};
+  }
+  return kDone;
+}
+
+}  // namespace
+
+const Command kModule = {
+    "module", "[FILE]",       0,
+    1,        kModuleOptions, "what the installed driver's file, or another DLL, holds",
+    Show};
+
+}  // namespace printhost
