@@ -65,8 +65,9 @@ LONG ShowUserDefault(Request& request) {
   header.cbOut = kestrel::kRecordSize;
   header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (request.permission ? 0 : DM_NOPERMISSION);
   DWORD result = CPSUI_CANCEL;
-  const LONG answer = CommonPropertySheetUIW(nullptr, request.module.documentPropertySheets.function,
-                                             reinterpret_cast<LPARAM>(&header), &result);
+  const LONG answer =
+      CommonPropertySheetUIW(nullptr, request.module.documentPropertySheets.function,
+                             reinterpret_cast<LPARAM>(&header), &result);
   platform::RethrowKept();
   return answer < 0 ? answer : static_cast<LONG>(result);
 }
