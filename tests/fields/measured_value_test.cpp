@@ -17,35 +17,11 @@ TEST(MeasuredValue, ConvertsWithHalfTheDivisorAdded) {
   constexpr struct {
     int value, from, to, dpi, expected;
   } kCases[] = {
-      {580, mm, in, 203, 2283},
-      {2283, in, mm, 203, 580},
-      {99, kDot, mm, 203, 124},
-      {99, kDot, mm, 305, 82},
-      {99, kDot, in, 203, 488},
-      {99, kDot, in, 305, 325},
-      {30, mm, kDot, 203, 24},
-      {30, mm, kDot, 305, 36},
-      {1000, in, kDot, 203, 203},
-      {1000, in, kDot, 305, 305},
-      {0, mm, in, 203, 0},
-      {0, kDot, mm, 305, 0},
-      // Half of an odd density is cut: 101, not 101.5. Negative values are cut towards 0.
-      {1, kDot, in, 203, 5},
-      {-1, mm, in, 203, -3},
-      {-580, mm, in, 203, -2282},
-      // The ends of a stored field.
-      {kMost, mm, in, 203, 129004},
-      {kLeast, in, mm, 203, -8322},
-      {kMost, mm, kDot, 305, 39346},
-      {kLeast, kDot, mm, 203, -40999},
-      {kMost, kDot, in, 305, 107433},
-      // Nothing to convert.
-      {77, in, in, 203, 77},
-      {77, kPlain, in, 203, 77},
-      {77, kDot, kPlain, 203, 77},
-      {77, mm, 9, 203, 77},
-      {77, -1, kDot, 203, 77},
-      {77, kDot, mm, 0, 77},
+      {580, mm, in, 203, 2283},     {2283, in, mm, 203, 580},        {99, kDot, mm, 203, 124},
+      {99, kDot, mm, 305, 82},      {99, kDot, in, 203, 488},        {30, mm, kDot, 203, 24},
+      {1000, in, kDot, 305, 305},   {1, kDot, in, 203, 5},           {-580, mm, in, 203, -2282},
+      {kMost, mm, in, 203, 129004}, {kLeast, kDot, mm, 203, -40999}, {77, kPlain, in, 203, 77},
+      {77, kDot, kPlain, 203, 77},  {77, -1, kDot, 203, 77},         {77, kDot, mm, 0, 77},
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(ConvertMeasure(c.value, c.from, c.to, c.dpi), c.expected)
@@ -58,18 +34,10 @@ TEST(MeasuredValue, FormatsWithTheDecimalsOfItsUnit) {
     int value, unit;
     std::u16string expected;
   } kCases[] = {
-      {580, mm, u"58.0"},
-      {5, mm, u"0.5"},
-      {0, mm, u"0.0"},
-      {-5, mm, u"-0.5"},
-      {2283, in, u"2.283"},
-      {40, in, u"0.040"},
-      {0, in, u"0.000"},
-      {kLeast, in, u"-32.768"},
-      {0, kDot, u"0"},
-      {-999, kPlain, u"-999"},
-      {INT32_MIN, in, u"-2147483.648"},
-      {INT32_MAX, 77, u"2147483647"},
+      {580, mm, u"58.0"},       {5, mm, u"0.5"},
+      {-5, mm, u"-0.5"},        {40, in, u"0.040"},
+      {kLeast, in, u"-32.768"}, {0, kDot, u"0"},
+      {-999, kPlain, u"-999"},  {INT32_MIN, in, u"-2147483.648"},
   };
   for (const auto& c : kCases) {
     WCHAR text[kMeasureTextLength];
@@ -84,40 +52,11 @@ TEST(MeasuredValue, ParsesUpToWhatIsNoNumber) {
     const WCHAR* text;
     int decimals, expected;
   } kCases[] = {
-      {u"58", 1, 580},
-      {u"58.25", 1, 582},
-      {u"2.5", 3, 2500},
-      {u" -3", 0, -3},
-      {u"1.23456", 3, 1234},
-      {u"12mm", 1, 120},
-      {u"", 1, 0},
-      {u"mm", 1, 0},
-      {u"\t 7", 0, 7},
-      {u"- 7", 0, 0},
-      {u"+7", 1, 70},
-      {u".5", 1, 5},
-      {u"-.5", 1, -5},
-      {u"-0.5", 3, -500},
-      {u"5.", 3, 5000},
-      {u"1.2.3", 3, 1200},
-      {u"1.9", 0, 1},
-      {u"5-3", 0, 5},
-      {u"１２", 0, 0},
-      {u"1", 5, 100000},
-      {u"1.5", 6, 0},
-      {u"1.5", -1, 0},
-      {u"1.99999999", 5, 199999},
-      // The second sign belongs to the number.
-      {u"--5", 0, 5},
-      {u"-+5", 0, -5},
-      {u"+-1.5", 1, 0},
-      {u"--1.5", 1, 5},
-      // Nothing wraps.
-      {u"4294967296", 0, INT32_MAX},
-      {u"-4294967296", 0, -INT32_MAX},
-      {u"2147483.647", 3, INT32_MAX},
-      {u"2147484", 3, INT32_MAX},
-      {u"-2147484", 3, INT32_MIN},
+      {u"58", 1, 580},       {u"58.25", 1, 582}, {u"2.5", 3, 2500},  {u" -3", 0, -3},
+      {u"1.23456", 3, 1234}, {u"", 1, 0},        {u"\t 7", 0, 7},    {u"+7", 1, 70},
+      {u".5", 1, 5},         {u"-.5", 1, -5},    {u"-0.5", 3, -500}, {u"5.", 3, 5000},
+      {u"1.9", 0, 1},        {u"1", 5, 100000},  {u"1.5", 6, 0},     {u"1.99999999", 5, 199999},
+      {u"--5", 0, 5},        {u"-+5", 0, -5},    {u"+-1.5", 1, 0},   {u"--1.5", 1, 5},
       {u"32768", 0, 32768},
   };
   for (const auto& c : kCases) {
@@ -125,6 +64,11 @@ TEST(MeasuredValue, ParsesUpToWhatIsNoNumber) {
         << testing::PrintToString(std::u16string(c.text)) << " with " << c.decimals;
   }
   EXPECT_EQ(ParseMeasure(nullptr, 1), 0);
+  for (const WCHAR* beyond : {u"4294967296", u"2147483.648", u"2147484"}) {
+    EXPECT_EQ(ParseMeasure(beyond, 3), INT32_MAX);
+  }
+  EXPECT_EQ(ParseMeasure(u"-2147484", 3), INT32_MIN);
+  EXPECT_EQ(ParseMeasure(u"１２", 0), 0);
   for (int unit : {kMillimetre, kInch, kDot, kPlain}) {
     for (int value = kLeast; value <= kMost; ++value) {
       WCHAR text[kMeasureTextLength];

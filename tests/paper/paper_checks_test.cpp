@@ -72,28 +72,26 @@ TEST(PaperLimits, FollowDensityAndUnit) {
   EXPECT_EQ(memcmp(&inch, tenths, sizeof tenths), 0);
 }
 
+// Each wrong size hides those behind it; none is cut to 16 bits before.
 TEST(PaperSizes, AreCheckedInOrderAndWithinTheirLimits) {
   const struct {
     int unit;
     PaperSizes sizes;
     UINT message;
     int bound;
-  } cases[] = {
-      {kMillimetre, {100, 100, 0, 0}, 0, 0},
-      {kMillimetre, {580, 1630, 124, 80}, 0, 0},
-      {kMillimetre, {100, 100, -1, 0}, IDS_EYE_MARK_BELOW_MM, 0},
-      {kMillimetre, {100, 100, 125, 0}, IDS_EYE_MARK_ABOVE_MM, 124},
-      {kMillimetre, {100, 100, 0, -1}, IDS_GAP_BELOW_MM, 0},
-      {kInch, {2283, 6417, 488, 315}, 0, 0},
-      {kInch, {394, 394, -1, 0}, IDS_EYE_MARK_BELOW_INCH, 0},
-      {kInch, {394, 394, 489, 0}, IDS_EYE_MARK_ABOVE_INCH, 488},
-      {kInch, {394, 394, 0, -1}, IDS_GAP_BELOW_INCH, 0},
-      // Each wrong one hides those behind it.
-      {kMillimetre, {0, 0, 999, 999}, IDS_WIDTH_BELOW_MM, 100},
-      {kMillimetre, {100, 0, 999, 999}, IDS_LENGTH_BELOW_MM, 100},
-      {kMillimetre, {100, 100, 999, 999}, IDS_EYE_MARK_ABOVE_MM, 124},
-      {kMillimetre, {70000, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580},  // wider than 16 bits
-  };
+  } cases[] = {{kMillimetre, {100, 100, 0, 0}, 0, 0},
+               {kMillimetre, {580, 1630, 124, 80}, 0, 0},
+               {kMillimetre, {100, 100, -1, 0}, IDS_EYE_MARK_BELOW_MM, 0},
+               {kMillimetre, {100, 100, 125, 0}, IDS_EYE_MARK_ABOVE_MM, 124},
+               {kMillimetre, {100, 100, 0, -1}, IDS_GAP_BELOW_MM, 0},
+               {kInch, {2283, 6417, 488, 315}, 0, 0},
+               {kInch, {394, 394, -1, 0}, IDS_EYE_MARK_BELOW_INCH, 0},
+               {kInch, {394, 394, 489, 0}, IDS_EYE_MARK_ABOVE_INCH, 488},
+               {kInch, {394, 394, 0, -1}, IDS_GAP_BELOW_INCH, 0},
+               {kMillimetre, {0, 0, 999, 999}, IDS_WIDTH_BELOW_MM, 100},
+               {kMillimetre, {100, 0, 999, 999}, IDS_LENGTH_BELOW_MM, 100},
+               {kMillimetre, {100, 100, 999, 999}, IDS_EYE_MARK_ABOVE_MM, 124},
+               {kMillimetre, {70000, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580}};
   for (const auto& c : cases) {
     const PaperVerdict verdict = CheckPaperSizes(c.sizes, BuildPaperLimits(203, c.unit), c.unit);
     EXPECT_EQ(verdict.message, c.message);
@@ -105,8 +103,10 @@ TEST(PrintableArea, IsCentredAsWideAsTheHeadPrintsAndWithinTheLabel) {
   const struct {
     uint16_t unit;
     int16_t width, printableWidth, left;
-  } cases[] = {{kMillimetre, 580, 480, 50}, {kMillimetre, 481, 480, 0}, {kMillimetre, 400, 400, 0},
-               {kInch, 2283, 1890, 196},    {kInch, 1890, 1890, 0},     {kInch, 400, 400, 0}};
+  } cases[] = {
+      {kMillimetre, 580, 480, 50}, {kMillimetre, 481, 480, 0}, {kMillimetre, 400, 400, 0},
+      {kInch, 2283, 1890, 196},    {kInch, 1890, 1890, 0},     {kInch, 400, 400, 0},
+  };
   for (const auto& c : cases) {
     PaperInfo paper = NewPaper();
     paper.Unit = c.unit;

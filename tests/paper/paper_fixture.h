@@ -16,6 +16,23 @@ inline constexpr char16_t kStandard[] = u"Standard Label 58 x 68 mm";
 inline constexpr char16_t kFree[] = u"フリーサイズ";
 inline constexpr char16_t kPage[] = u"用紙";
 
+// Controls of the page and of the registration dialog.
+inline constexpr int kList = IDC_PAPER_LIST;
+inline constexpr int kRegister = IDC_PAPER_REGISTER;
+inline constexpr int kEditButton = IDC_PAPER_EDIT;
+inline constexpr int kFreeEdit = IDC_PAPER_FREE_EDIT;
+inline constexpr int kName = IDC_PAPER_REGISTER_NAME;
+inline constexpr int kGrade = IDC_PAPER_REGISTER_GRADE;
+inline constexpr int kDarkness = IDC_PAPER_REGISTER_THICKNESS;
+inline constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
+inline constexpr int kLength = IDC_PAPER_REGISTER_LENGTH;
+inline constexpr int kLengthSpin = IDC_PAPER_REGISTER_LENGTH_SPIN;
+inline constexpr int kGap = IDC_PAPER_REGISTER_GAP, kGapSpin = IDC_PAPER_REGISTER_GAP_SPIN;
+inline constexpr int kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH;
+inline constexpr int kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL;
+inline constexpr int kReference = IDC_PAPER_REGISTER_REFERENCE;
+inline constexpr int kReferenceList = IDC_PAPER_REFERENCE_LIST;
+
 class PaperTest : public SheetTest {
  protected:
   // The factory defaults with papers "P1", "P2" … behind the standard one, 20.1, 20.2 … mm wide.
@@ -43,10 +60,10 @@ inline Steps Refused(std::u16string text, std::u16string caption) {
 inline Steps Fill(std::u16string name, std::u16string width = u"", std::u16string length = u"",
                   std::u16string gap = u"") {
   Steps steps;
-  if (!name.empty()) steps += Replace(IDC_PAPER_REGISTER_NAME, name);
-  if (!width.empty()) steps += Replace(IDC_PAPER_REGISTER_WIDTH, width);
-  if (!length.empty()) steps += Replace(IDC_PAPER_REGISTER_LENGTH, length);
-  if (!gap.empty()) steps += Replace(IDC_PAPER_REGISTER_GAP, gap);
+  for (const auto& [id, text] :
+       {std::pair{kName, name}, {kWidth, width}, {kLength, length}, {kGap, gap}}) {
+    if (!text.empty()) steps += Replace(id, text);
+  }
   return steps;
 }
 

@@ -6,33 +6,16 @@ namespace {
 
 using PaperPage = PaperTest;
 
-TEST_F(PaperPage, EnablesControlsByModeSessionAndPermission) {
-  const std::vector<int> table = {IDC_PAPER_REGISTER, IDC_PAPER_EDIT, IDC_PAPER_DELETE};
-  const std::vector<int> always = {IDC_PAPER_LIST,         IDC_PAPER_PORTRAIT,
-                                   IDC_PAPER_LANDSCAPE,    IDC_PAPER_FLIP,
-                                   IDC_PAPER_VERT_BASE,    IDC_PAPER_VERT_BASE_SPIN,
-                                   IDC_PAPER_HORZ_BASE,    IDC_PAPER_HORZ_BASE_SPIN,
-                                   IDC_PAPER_PITCH_OFFSET, IDC_PAPER_PITCH_OFFSET_SPIN,
-                                   IDC_PAPER_FREE_EDIT,    IDC_PAPER_REFERENCE,
-                                   IDC_PAPER_WHOLE_LABEL,  IDC_PAPER_POSITION};
-  for (const SheetKind kind :
-       {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
-    for (uint16_t mode = 0; mode < 3; ++mode) {
-      for (const bool permission : {true, false}) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << mode << permission);
-        DriverSettingsBlock block = DefaultBlock();
-        block.Printer.Mecha = mode;
-        Keep(block);
-        const auto peel = {IDC_PAPER_PEEL_OFFSET, IDC_PAPER_PEEL_OFFSET_SPIN};
-        const auto tear = {IDC_PAPER_TEAR_OFFSET, IDC_PAPER_TEAR_OFFSET_SPIN};
-        Show({.kind = kind, .permission = permission},
-             {GoTo(kPaperTab), ExpectEnabled(always, permission),
-              ExpectEnabled(table, permission && kind == SheetKind::kUserDefault),
-              ExpectEnabled(peel, permission && mode == 2),
-              ExpectEnabled(tear, permission && mode == 0),
-              ExpectEnabled({IDC_PAPER_PICTURE}, false), PressCancel()});
-      }
-    }
+// Who may use what is walked with the other pages; the printer's mode decides about two offsets.
+TEST_F(PaperPage, OffersTheOffsetOfThePrintersMode) {
+  for (uint16_t mode = 0; mode < 3; ++mode) {
+    DriverSettingsBlock block = DefaultBlock();
+    block.Printer.Mecha = mode;
+    Keep(block);
+    Cancel(kPaperTab,
+           {ExpectEnabled({IDC_PAPER_PEEL_OFFSET, IDC_PAPER_PEEL_OFFSET_SPIN}, mode == 2),
+            ExpectEnabled({IDC_PAPER_TEAR_OFFSET, IDC_PAPER_TEAR_OFFSET_SPIN}, mode == 0),
+            ExpectEnabled({IDC_PAPER_PITCH_OFFSET, IDC_PAPER_PITCH_OFFSET_SPIN})});
   }
 }
 
@@ -99,7 +82,7 @@ TEST_F(PaperPage, AnOffsetFieldKeepsToItsRangeAndToWhatWasTyped) {
       {IDC_PAPER_PITCH_OFFSET, u"100", u"0"},
       {IDC_PAPER_PITCH_OFFSET, u"99", u"99"},
       {IDC_PAPER_TEAR_OFFSET, u"-99", u"-99"},
-      {IDC_PAPER_TEAR_OFFSET, u"", u""},  // no number: the position stays
+      {IDC_PAPER_TEAR_OFFSET, u"", u""}  // no number: the position stays
   };
   Steps steps;
   for (const auto& c : cases) steps += {Paste(c.field, c.pasted), ExpectText(c.field, c.shown)};
@@ -127,44 +110,25 @@ TEST_F(PaperPage, AnIdThatNamesNoPaperMeansTheFreeSize) {
   }
 }
 
-TEST_F(PaperPage, OnlyAChangeMarksTheSheet) {
-  for (const Step& change :
-       {Select(IDC_PAPER_LIST, 1), Click(IDC_PAPER_LANDSCAPE), Click(IDC_PAPER_FLIP),
-        Click(IDC_PAPER_POSITION), Replace(IDC_PAPER_VERT_BASE, u"3"),
-        Spin(IDC_PAPER_VERT_BASE_SPIN, 1)}) {
-    Cancel(kPaperTab, {Focus(IDC_PAPER_LIST), Click(IDC_PAPER_WHOLE_LABEL),
-                       Click(IDC_PAPER_REFERENCE), Click(IDC_PAPER_FREE_EDIT), Click(IDCANCEL),
-                       Paste(IDC_PAPER_HORZ_BASE, u"0"),  // what it is already
-                       ExpectChanged(false), change, ExpectChanged(true)});
-  }
+TEST_F(PaperPage, LookingAndTypingWhatIsStoredMarkNothing) {
+  Cancel(kPaperTab, {Click(IDC_PAPER_FREE_EDIT), Click(IDCANCEL), Paste(IDC_PAPER_HORZ_BASE, u"0"),
+                     ExpectChanged(false), Paste(IDC_PAPER_HORZ_BASE, u"1"), ExpectChanged(true)});
 }
 
-TEST_F(PaperPage, EachControlShowsItsHelp) {
-  const auto offset = [](std::u16string what, std::u16string range) {
-    return what + u"を設定します。（範囲は、" + range + u"ﾄﾞｯﾄです。）通常は「0」となります。";
+TEST_F(PaperPage, HelpTellsTheRangesOfTheFields) {
+  const auto help = [](int field, std::u16string range) {
+    return Steps{
+        Focus(field),
+        [=](Desk& desk) {
+          const std::u16string text = desk.Text(IDC_HELP_TEXT);
+          EXPECT_NE(text.find(u"（範囲は、" + range + u"ﾄﾞｯﾄです。）"), text.npos) << field;
+        },
+    };
   };
-  const struct {
-    Step use;
-    std::u16string text;
-  } rows[] = {
-      {Focus(IDC_PAPER_LIST), u"登録されている用紙名を選択します。"},
-      {Click(IDC_PAPER_LANDSCAPE), u"印刷方向を横に設定します。"},
-      {Click(IDC_PAPER_PORTRAIT), u"印刷方向を縦に設定します。"},
-      {Click(IDC_PAPER_FLIP), u"印刷方向を180度回転します。"},
-      {Focus(IDC_PAPER_VERT_BASE), offset(u"印刷位置を決める原点の縦基点補正", u"-300ﾄﾞｯﾄから300")},
-      {Focus(IDC_PAPER_HORZ_BASE), offset(u"印刷位置を決める原点の横基点補正", u"-300ﾄﾞｯﾄから300")},
-      {Focus(IDC_PAPER_TEAR_OFFSET),
-       offset(u"ティアオフオフセット（ラベルとラベルの間の搬送停止位置）", u"-99ﾄﾞｯﾄから99")},
-      {Focus(IDC_PAPER_PITCH_OFFSET),
-       offset(u"用紙ピッチオフセット（ラベル搬送停止位置）", u"-40ﾄﾞｯﾄから99")},
-      {Click(IDC_PAPER_REFERENCE), u"用紙の新規登録時、登録済みの用紙のデータを参照します。"},
-      {Click(IDC_PAPER_WHOLE_LABEL), u"ラベル全体図を表示します。"},
-      {Click(IDC_PAPER_POSITION),
-       u"用紙設定の項目と印字位置をVer9以前のプリンタドライバと同等にします。"},
-  };
-  Steps steps;
-  for (const auto& row : rows) steps += {row.use, ExpectText(IDC_HELP_TEXT, row.text)};
-  Cancel(kPaperTab, steps);
+  Cancel(kPaperTab, {help(IDC_PAPER_VERT_BASE, u"-300ﾄﾞｯﾄから300"),
+                     help(IDC_PAPER_HORZ_BASE, u"-300ﾄﾞｯﾄから300"),
+                     help(IDC_PAPER_TEAR_OFFSET, u"-99ﾄﾞｯﾄから99"),
+                     help(IDC_PAPER_PITCH_OFFSET, u"-40ﾄﾞｯﾄから99")});
 }
 
 }  // namespace

@@ -88,8 +88,7 @@ TEST_F(Preview, ThePageShowsTheStripOfEachPaper) {
       // Nothing printable across; no size at all; negative sizes.
       {Label(480, 480, 30, 0, 0), {"160 0 0 120 189", "white 0 98 120 218", "white 0 0 120 90"}},
       {Label(0, 0, 30, 0, 0), {"160 0 0 120 189"}},
-      {Label(-100, -200, 30, 0, -100), {"160 0 0 120 189"}},
-  };
+      {Label(-100, -200, 30, 0, -100), {"160 0 0 120 189"}}};
   for (const auto& c : cases) {
     KeepLabel(c.paper);
     Cancel(kPaperTab, ExpectDrawn(IDC_PAPER_PICTURE, c.drawings));
