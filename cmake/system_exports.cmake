@@ -21,10 +21,11 @@ foreach(line IN LISTS IMPORT_LINES)
 endforeach()
 set(SYSTEM_EXPORTS_SOURCE ${CMAKE_BINARY_DIR}/system_exports.cpp)
 file(CONFIGURE OUTPUT ${SYSTEM_EXPORTS_SOURCE} CONTENT [[
+#include <windows.h>
+
 #include <commctrl.h>
 #include <prsht.h>
 #include <shellapi.h>
-#include <windows.h>
 #include <winspool.h>
 #include <winver.h>
 
