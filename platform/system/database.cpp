@@ -3,22 +3,45 @@
 #include <sqlite3.h>
 
 #include <stdexcept>
+#include <thread>
 
 namespace platform {
 namespace {
 // Long enough for any queue of writers; a killed writer's lock is gone at once.
-constexpr int kBusyMilliseconds = 20000;
+constexpr std::chrono::seconds kPatience{4};
+
+std::string Sentence(sqlite3* connection) {
+  switch (sqlite3_errcode(connection) & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "another program holds computer.sqlite locked; end it or wait for it, then try again";
+    case SQLITE_FULL:
+      return "the disk is full; free some space, then try again";
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_CANTOPEN:
+      return "the folder or its computer.sqlite cannot be written; make both writable, or name "
+             "another folder";
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return "computer.sqlite is damaged; move it away, or name another folder";
+    default:
+      return sqlite3_errmsg(connection);
+  }
+}
 }  // namespace
 
 Database::Database(const std::filesystem::path& file) {
   const std::string name = file.empty() ? ":memory:" : file.string();
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
   if (sqlite3_open_v2(name.c_str(), &connection_, kFlags, nullptr) != SQLITE_OK) {
-    const std::string reason = sqlite3_errmsg(connection_);
+    const std::string reason = Sentence(connection_);
     sqlite3_close(connection_);
     throw std::runtime_error(reason);
   }
-  sqlite3_busy_timeout(connection_, kBusyMilliseconds);
+  sqlite3_busy_handler(
+      connection_, [](void* self, int) { return static_cast<Database*>(self)->Waits() ? 1 : 0; },
+      this);
 }
 
 Database::~Database() {
@@ -26,12 +49,25 @@ Database::~Database() {
   sqlite3_close(connection_);
 }
 
-void Database::Throw() const { throw std::runtime_error(sqlite3_errmsg(connection_)); }
+void Database::Throw() const { throw std::runtime_error(Sentence(connection_)); }
 
-bool Database::Busy() const { return (sqlite3_errcode(connection_) & 0xFF) == SQLITE_BUSY; }
+bool Database::Waits() {
+  const auto now = Clock::now();
+  if (end_ == Clock::time_point() || now >= end_ + kPatience) end_ = now + kPatience;
+  if (now >= end_) return false;
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  return true;
+}
+
+bool Database::MayWait() { return (sqlite3_errcode(connection_) & 0xFF) == SQLITE_BUSY && Waits(); }
+
+int Database::Told(int result, bool writes) {
+  if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE)) end_ = {};
+  return result;
+}
 
 void Database::Execute(const char* sql) {
-  if (sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) Throw();
+  if (Told(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), true) != SQLITE_OK) Throw();
 }
 
 Database::Run::Run(Database& database, const char* sql) : database_(database) {
@@ -73,7 +109,8 @@ Database::Run& Database::Run::Bind(const std::vector<std::byte>& bytes) {
 }
 
 bool Database::Run::Step() {
-  const int result = sqlite3_step(statement_);
+  const int result =
+      database_.Told(sqlite3_step(statement_), sqlite3_stmt_readonly(statement_) == 0);
   if (result == SQLITE_ROW) return true;
   if (result != SQLITE_DONE) database_.Throw();
   return false;

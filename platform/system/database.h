@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -16,7 +17,9 @@ struct sqlite3_stmt;
 
 namespace platform {
 
-// Failures of the database throw std::runtime_error with SQLite's own words.
+// Failures of the database throw std::runtime_error with a sentence that says what to do, or
+// SQLite's own words. Another's lock is waited for a few seconds; after that calls fail at once
+// until one gets through, so that a command of many calls does not take many times as long.
 class Database {
  public:
   // An empty path keeps the database in memory.
@@ -27,7 +30,8 @@ class Database {
 
   void Execute(const char* sql);
   [[noreturn]] void Throw() const;
-  bool Busy() const;  // whether the last failure was another's lock
+  // Whether the last failure was another's lock, and waiting for it may still help.
+  bool MayWait();
 
   // One run of a statement. The text must be a literal: statements are kept by its address.
   class Run {
@@ -69,7 +73,14 @@ class Database {
   };
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  bool Waits();
+  // Passes a result on; a write that succeeded ends the waiting. Reads succeed beside a writer.
+  int Told(int result, bool writes);
+
   sqlite3* connection_ = nullptr;
+  Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
   std::unordered_map<const char*, sqlite3_stmt*> statements_;
 };
 

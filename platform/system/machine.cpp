@@ -124,8 +124,7 @@ std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
     machine->impl_ = std::make_unique<Impl>(state, false);
   } catch (const std::exception& reason) {
     throw std::runtime_error("The state directory " + state.string() +
-                             " cannot be used: " + reason.what() +
-                             "; name another one, or move its computer.sqlite away.");
+                             " cannot be used: " + reason.what());
   }
   Enter(machine.get());
   return machine;

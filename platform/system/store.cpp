@@ -1,8 +1,6 @@
 #include "platform/system/store.h"
 
-#include <chrono>
 #include <stdexcept>
-#include <thread>
 
 #include "platform/system/text.h"
 
@@ -75,7 +73,7 @@ Store::Store(const std::filesystem::path& file) : database_(file), shared_(!file
   if (Pragma("PRAGMA user_version") == kSchemaVersion) return;
   Database::Transaction transaction(database_);
   if (const int64_t version = Pragma("PRAGMA user_version"); version > kSchemaVersion) {
-    throw std::runtime_error("it was made by a newer version");
+    throw std::runtime_error("it was made by a newer version; name another folder");
   }
   database_.Execute(kSchema);
   transaction.Commit();
@@ -84,14 +82,12 @@ Store::Store(const std::filesystem::path& file) : database_(file), shared_(!file
 // The change to the log needs the database for itself and does not wait for it; of two processes
 // that open a new one at once, the second tries again.
 void Store::UseWriteAheadLog() {
-  constexpr int kTries = 200;
-  for (int i = 1;; ++i) {
+  for (;;) {
     try {
       database_.Execute("PRAGMA journal_mode = WAL");
       return;
     } catch (const std::runtime_error&) {
-      if (i == kTries || !database_.Busy()) throw;
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      if (!database_.MayWait()) throw;
     }
   }
 }
@@ -261,10 +257,9 @@ void Store::SetPermission(std::u16string_view name, bool administer, bool writab
 void Store::SetRecord(std::u16string_view name, const std::vector<std::byte>& record) {
   const std::u16string folded = FoldCase(name);
   const std::lock_guard lock(mutex_);
-  Run(database_, "UPDATE printers SET record = ? WHERE folded = ?")
-      .Bind(record)
-      .Bind(folded)
-      .Done();
+  Run run(database_, "UPDATE printers SET record = ? WHERE folded = ?");
+  if (run.Bind(record).Bind(folded).Done() == 0)
+    throw std::runtime_error("the printer is not installed any more");
 }
 
 // ---- printer data ----

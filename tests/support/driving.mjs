@@ -23,7 +23,7 @@ export async function page(address, name = "test") {
   let picture;
   let number = 0;
   let rest = "";
-  let changed = () => {};
+  const waiting = [];
   const answer = await new Promise((resolve, reject) => {
     request({ host: url.hostname, port: url.port, path: `${url.pathname}events` }, resolve).on("error", reject).end();
   });
@@ -33,12 +33,12 @@ export async function page(address, name = "test") {
     const blocks = (rest + piece).split("\n\n");
     rest = blocks.pop();
     for (const block of blocks) if (block.startsWith("data: ")) picture = JSON.parse(block.slice(6));
-    changed();
+    for (const resume of waiting.splice(0)) resume();
   });
   answer.on("error", () => {});
   // The newest picture, once it is as wanted.
   const until = async (wanted) => {
-    while (!(picture && wanted(picture))) await new Promise((resolve) => (changed = resolve));
+    while (!(picture && wanted(picture))) await new Promise((resolve) => waiting.push(resolve));
     return picture;
   };
   const post = (action) =>
@@ -56,6 +56,6 @@ export async function page(address, name = "test") {
       assert.deepEqual([status, text], [204, ""]);
       return until(({ end, handled }) => end || handled[name] >= sent.number);
     },
-    ended: async () => (await until(({ end }) => end)),
+    ended: () => until(({ end }) => end),
   };
 }
