@@ -149,10 +149,16 @@ std::string ActionProblem(const Json& action) {
   return {};
 }
 
-void DoAction(Desk& desk, const Json& action) {
+void DoAction(Desk& desk, const Json& action, const std::function<bool()>& mayConfirm) {
   const auto windows = desk.Windows();
   if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
-  std::ranges::find(kVerbs, action.at("action").get<std::string>(), &Verb::name)->act(desk, action);
+  const Json& verb = action.at("action");
+  const bool confirms =
+      verb == "enter" ||
+      (verb == "press" && (action["button"] == "ok" || action["button"] == "apply"));
+  if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !mayConfirm())
+    return;
+  std::ranges::find(kVerbs, verb.get<std::string>(), &Verb::name)->act(desk, action);
 }
 
 }  // namespace printhost

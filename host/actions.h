@@ -4,6 +4,7 @@
 // number of the action may be missing; the picture tells the last number of each page.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "host/record_json.h"
@@ -16,7 +17,8 @@ namespace printhost {
 std::string ActionProblem(const Json& action);
 
 // Does an action without a problem. One meant for a window that is no longer on top is dropped: a
-// second click on OK must not press the button of what lies below.
-void DoAction(platform::Desk& desk, const Json& action);
+// second click on OK must not press the button of what lies below. Before one that may confirm a
+// sheet mayConfirm is asked; when it says no nothing is done.
+void DoAction(platform::Desk& desk, const Json& action, const std::function<bool()>& mayConfirm);
 
 }  // namespace printhost

@@ -34,7 +34,7 @@ bool BrowserUser::Act(platform::Desk& desk) {
   if (!action) return false;
   // Counted before it is done: an action that opens a window ends only when that window closes.
   Count(*action);
-  DoAction(desk, *action);
+  DoAction(desk, *action, mayConfirm_);
   return true;
 }
 

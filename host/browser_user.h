@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,9 +15,14 @@ namespace printhost {
 
 class BrowserUser : public platform::User {
  public:
-  // What is told about the sheet goes with every picture.
-  BrowserUser(Exchange& exchange, platform::Machine& machine, Json about)
-      : exchange_(exchange), machine_(machine), about_(std::move(about)) {}
+  // What is told about the sheet goes with every picture. mayConfirm is asked before the person
+  // confirms a sheet; it tells what stands against it.
+  BrowserUser(Exchange& exchange, platform::Machine& machine, Json about,
+              std::function<bool()> mayConfirm)
+      : exchange_(exchange),
+        machine_(machine),
+        about_(std::move(about)),
+        mayConfirm_(std::move(mayConfirm)) {}
 
   // Shows the desk, waits for the next action and does it. False when nobody is there any more.
   bool Act(platform::Desk& desk) override;
@@ -33,6 +39,7 @@ class BrowserUser : public platform::User {
   Exchange& exchange_;
   platform::Machine& machine_;
   Json about_;
+  std::function<bool()> mayConfirm_;
   // Each page's number of its last action done; the pages that acted last.
   std::vector<std::pair<std::string, std::int64_t>> handled_;
   bool asked_ = false;

@@ -121,7 +121,7 @@ class Session {
         server_(exchange_,
                 call.arguments.Has("--listen") ? call.arguments.Value("--listen") : "127.0.0.1:0",
                 request.module.handle()),
-        user_(exchange_, call.machine, About(call, kind, request)) {
+        user_(exchange_, call.machine, About(call, kind, request), [this] { return MayKeep(); }) {
     // A reader of the output that is gone is a failure to tell, not the end.
     std::signal(SIGPIPE, SIG_IGN);
     // A program that wants JSON reads standard output whole.
@@ -147,8 +147,6 @@ class Session {
   }
 
  private:
-  // What could not be kept is shown again, so that the person can mend the cause and press OK once
-  // more.
   int Show() {
     std::optional<Failure> problem;
     do {
@@ -157,10 +155,21 @@ class Session {
       if (result < CPSUI_OK && problem) throw Failure(*problem);
       if (result < CPSUI_OK) return kCancelled;
       RequirePrinter();
-      problem = Keep();
+      // What could not be kept is shown again, so that the person can try once more.
+      problem = Trouble([this] { Keep(); });
       if (problem) Tell(*problem);
     } while (problem);
     return kDone;
+  }
+
+  // What stands against keeping the settings is better told while the sheet still holds them.
+  bool MayKeep() {
+    const auto problem = Trouble([this] {
+      call_.machine.RequireWritable();
+      if (call_.arguments.Has("--out")) CheckRecordFile(call_.arguments.Value("--out"));
+    });
+    if (problem) Tell(*problem);
+    return !problem;
   }
 
   void RequirePrinter() const {
@@ -171,21 +180,27 @@ class Session {
                                  "\" was removed meanwhile; nothing is kept"};
   }
 
-  // Everything that outlives the sheet. Answers what went wrong.
-  std::optional<Failure> Keep() {
-    if (!kind_.record) return std::nullopt;
-    Record record = request_.output;
-    record.resize(RecordExtent(record));
-    request_.input = record;
+  // Everything that outlives the sheet.
+  void Keep() {
+    if (!kind_.record) return;
+    request_.input = request_.output;
+    request_.input.resize(RecordExtent(request_.input));
+    if (kind_.keptHere) call_.machine.SetDefaultRecord(request_.printer.name(), request_.input);
+    if (call_.arguments.Has("--out"))
+      WriteRecordFile(call_.arguments.Value("--out"), request_.input);
+  }
+
+  // What went wrong in a step.
+  template <typename Step>
+  static std::optional<Failure> Trouble(const Step& step) {
     try {
-      if (kind_.keptHere) call_.machine.SetDefaultRecord(request_.printer.name(), record);
-      if (call_.arguments.Has("--out")) WriteRecordFile(call_.arguments.Value("--out"), record);
+      step();
+      return std::nullopt;
     } catch (const Failure& failure) {
       return failure;
     } catch (const std::exception& failure) {
       return Failure{kFailed, std::string("the settings cannot be kept: ") + failure.what()};
     }
-    return std::nullopt;
   }
 
   void Tell(const Failure& problem) {

@@ -109,6 +109,9 @@ class Machine {
   // The computer that the API functions serve. There is always one: without Create or Open an empty
   // one.
   static Machine& Current();
+  // Writes for a trial; throws std::runtime_error with a sentence for the user when nothing can be
+  // kept now.
+  void RequireWritable();
   ~Machine();
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
@@ -147,7 +150,7 @@ class Machine {
   void SetPermission(std::u16string_view name, bool administer, bool writable);
   // The printer's default settings record, as PRINTER_INFO_2 pDevMode gives it; empty: none. Kept
   // as given; a record shorter than its own dmSize + dmDriverExtra is not handed out to callers of
-  // the spooler.
+  // the spooler. Throws when there is no such printer.
   void SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record);
   std::vector<std::byte> DefaultRecord(std::u16string_view name) const;
   // Printer data by printer and value name (letter case of value names is ignored, as the spooler

@@ -19,6 +19,10 @@ void Machine::SetPermission(std::u16string_view name, bool administer, bool writ
   impl_->store.SetPermission(name, administer, writable);
 }
 
+void Machine::RequireWritable() {
+  impl_->store.ChangeFacts([](Facts&) {});
+}
+
 void Machine::SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record) {
   impl_->store.SetRecord(name, record);
 }

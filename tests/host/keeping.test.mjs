@@ -14,6 +14,7 @@ import { computer, program } from "../support/printhost.mjs";
 const PRINTER = "Label Printer";
 const ROUNDS = Number(process.env.ROUNDS ?? 5);
 const [PAPER, VERTICAL_BASE, OK_BUTTON] = [1, 1099, 1];
+const [REGISTER, NAME, WIDTH, HEIGHT] = [1046, 1115, 1053, 1080];
 const OK = { action: "press", button: "ok" };
 
 function installed(t) {
@@ -113,6 +114,9 @@ test("a locked database is told within five seconds, and the sheet outlasts it",
     await release();
   }
   const { sheet, act } = await changed(pc, 5);
+  await act({ action: "click", id: REGISTER });
+  for (const [id, text] of [[NAME, "棚札"], [WIDTH, "50.0"], [HEIGHT, "30.0"]]) await act({ action: "edit", id, text });
+  await act({ action: "click", id: OK_BUTTON });
   const release = await locked(t, pc, "NORMAL");
   const pressed = performance.now();
   assert.match(message(await act(OK)), /保存できませんでした.*locked/s);
@@ -122,6 +126,7 @@ test("a locked database is told within five seconds, and the sheet outlasts it",
   await act({ action: "click", id: OK_BUTTON });
   assert.equal((await act(OK)).end, "ok");
   assert.deepEqual([(await sheet.ended).status, kept(pc)], [0, 5]);
+  assert.ok(pc.json("caps", PRINTER).DC_PAPERNAMES.output.includes("棚札"));
 });
 
 test("a page comes back to its sheet, and two pages count for themselves", async (t) => {
