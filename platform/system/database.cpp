@@ -8,7 +8,7 @@
 namespace platform {
 namespace {
 // Long enough for any queue of writers; a killed writer's lock is gone at once.
-constexpr std::chrono::seconds kPatience{4};
+constexpr std::chrono::milliseconds kPatience{3500};
 
 std::string Sentence(sqlite3* connection) {
   switch (sqlite3_errcode(connection) & 0xFF) {

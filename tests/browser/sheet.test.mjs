@@ -186,3 +186,25 @@ test("what a field refuses snaps back; text under composition stays in the brows
   assert.deepEqual(edits.at(-1), "荷札1");
   assert.ok(edits.every((text) => !/[nにふだ]/.test(text)), edits.join());
 });
+
+test("letters typed after a reload, in a second browser and in the first again all arrive", async (t) => {
+  const { sheet, page, go, control } = await opened(t);
+  await go(PAPER);
+  await control(REGISTER).click();
+  const typed = async (page, letters) => {
+    const field = top(page).control(NAME);
+    await field.fill("");
+    await field.pressSequentially(letters, { delay: 20 });
+    await page.waitForTimeout(300); // the server has had its say
+    assert.equal(await field.inputValue(), letters);
+  };
+  await typed(page, "ABCDEFGHIJKLMNOPQRST");
+  await page.reload();
+  await typed(page, "BCDEFGHIJKLMNOPQRSTU");
+  const other = await openBrowser(t);
+  await visit(other, await sheet.address);
+  await typed(other, "CDEFGHIJKLMNOPQRSTUV");
+  assert.equal(await control(NAME).inputValue(), "CDEFGHIJKLMNOPQRSTUV");
+  await typed(page, "DEFGHIJKLMNOPQRSTUVW");
+  assert.equal(await top(other).control(NAME).inputValue(), "DEFGHIJKLMNOPQRSTUVW");
+});

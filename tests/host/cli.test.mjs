@@ -174,7 +174,9 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   for (const words of [[], ["nonsense"], ["add"], ["add", ""], ["caps"], ["caps", NAME, "--frob"], ["data", NAME, "a", "b"], ["convert", NAME],
     ["machine", "--os"], ["machine", "--os", "six"], ["machine", "--administrator", "perhaps"], ["device", NAME, "--density", "300"],
     ["machine", "--os", "5.1", "--permission", NAME, "perhaps"], ["sheet", NAME, "--kind", "some"],
-    ["sheet", NAME, "--listen", "0.0.0.0:0"], ["sheet", NAME, "--listen", "127.0.0.1:99999"]]) {
+    ...["0.0.0.0:0", "[::]:0", "127.0.0.1", "127.0.0.1:", "127.0.0.1:99999", ":0", "127.evil.invalid:0", "224.0.0.1:0"]
+      .map((listen) => ["sheet", NAME, "--listen", listen]),
+    ...["\ufeffa", "\ufffea", "a\nb", "a\x1b[31m", "a\x7f", "\u0085", "\u2028", "x".repeat(221)].map((name) => ["add", name])]) {
     const { status, stdout, stderr } = pc.run(...words);
     assert.deepEqual([status, stdout], [2, ""], words.join(" "));
     assert.match(stderr, /^printhost: .+\n$/);

@@ -163,6 +163,6 @@ test("nobody else's connections keep a person waiting", async (t) => {
   assert.equal((await sheet.ended).status, 0);
   const time = performance.now() - start;
   t.diagnostic(`page, action, OK and end beside 400 dripping connections: ${time.toFixed(0)} ms`);
-  assert.ok(time < 4 * SOON, `${time} ms`);
+  assert.ok(time < 5000, `${time} ms`);
   await Promise.all(idle);
 });
