@@ -60,6 +60,8 @@ target_compile_options(objects PRIVATE -nostdinc -fno-exceptions -fno-rtti -fno-
 if(MACHINE STREQUAL x86)
   target_compile_options(objects PRIVATE -march=i586)
 endif()
+# A page of locals would call for a function that touches the stack step by step.
+target_compile_options(objects PRIVATE -Wframe-larger-than=4000)
 # A loop that copies memory must not become a call of itself.
 set_source_files_properties(windows/runtime.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
 

@@ -1,5 +1,6 @@
 // The two property-sheet functions as the sheet library calls them, with a library that records.
 #include <windows.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <winddiui.h>
 
@@ -13,6 +14,7 @@
 #include "driver/resolve_settings.h"
 #include "paper/paper_table.h"
 #include "platform/desktop/libraries/sheet.h"
+#include "platform/system/guard.h"
 #include "resources/resource.h"
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
@@ -128,6 +130,54 @@ TEST_F(PropertySheetsTest, HostPagesByTheOldRoadBeforeXp) {
     }
     Ask(PROPSHEETUI_REASON_DESTROY);
   }
+}
+
+// The system's functions for activation contexts, recorded with the pages that there are meanwhile.
+struct Contexts {
+  static inline std::vector<std::string> log;
+  static void Note(const char* what) {
+    log.push_back(what + std::to_string(platform::LivePropertySheetPages()));
+  }
+  static HANDLE WINAPI Create(PCACTCTXW context) {
+    EXPECT_EQ(context->lpResourceName, ISOLATIONAWARE_MANIFEST_RESOURCE_ID);
+    Note("create ");
+    return reinterpret_cast<HANDLE>(0x51);
+  }
+  static BOOL WINAPI Activate(HANDLE context, ULONG_PTR* cookie) {
+    EXPECT_EQ(context, reinterpret_cast<HANDLE>(0x51));
+    *cookie = 9;
+    Note("on ");
+    return TRUE;
+  }
+  static BOOL WINAPI Deactivate(DWORD, ULONG_PTR cookie) {
+    EXPECT_EQ(cookie, 9u);
+    Note("off ");
+    return TRUE;
+  }
+  static void WINAPI Release(HANDLE) { Note("release "); }
+};
+
+TEST_F(PropertySheetsTest, CreateThePagesWithinTheManifestsContextWhereThereIsOne) {
+  // Windows 2000 has none of the four; one alone is of no use.
+  for (bool some : {false, true}) {
+    platform::Machine::EntryPoints few;
+    if (some) few["CreateActCtxW"] = platform::AsEntryPoint(Contexts::Create);
+    machine().RegisterModule(u"kernel32.dll", few);
+    ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+    EXPECT_EQ(platform::LivePropertySheetPages(), 6);
+    Ask(PROPSHEETUI_REASON_DESTROY);
+    DropPages();
+  }
+  EXPECT_TRUE(Contexts::log.empty());
+  machine().RegisterModule(u"kernel32.dll",
+                           {{"CreateActCtxW", platform::AsEntryPoint(Contexts::Create)},
+                            {"ActivateActCtx", platform::AsEntryPoint(Contexts::Activate)},
+                            {"DeactivateActCtx", platform::AsEntryPoint(Contexts::Deactivate)},
+                            {"ReleaseActCtx", platform::AsEntryPoint(Contexts::Release)}});
+  ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+  EXPECT_THAT(Contexts::log,
+              testing::ElementsAre("create 0", "on 0", "off 1", "on 1", "off 2", "on 2", "off 3",
+                                   "on 3", "off 4", "on 4", "off 5", "on 5", "off 6", "release 6"));
 }
 
 TEST_F(PropertySheetsTest, CloseWhenAPageIsRefused) {
