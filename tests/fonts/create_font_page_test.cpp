@@ -5,19 +5,6 @@
 namespace fonts {
 namespace {
 
-using platform::Desk;
-using support::Click;
-using support::ExpectChecked;
-using support::ExpectEnabled;
-using support::ExpectItems;
-using support::ExpectSelected;
-using support::ExpectText;
-using support::ExpectTitle;
-using support::GoTo;
-using support::Replace;
-using support::Select;
-using support::SheetKind;
-
 constexpr char16_t kTitle[] = u"クリエイトフォント";
 constexpr char16_t kFirstHelp[] = u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。";
 
@@ -25,40 +12,29 @@ constexpr char16_t kFirstHelp[] = u"ここにﾏｳｽｶｰｿﾙのある 入�
 struct Group {
   int list, create, change, remove, reference;
 };
-constexpr Group kDeco = {IDC_CREATE_FONT_DECO_LIST, IDC_CREATE_FONT_DECO_NEW,
-                         IDC_CREATE_FONT_DECO_EDIT, IDC_CREATE_FONT_DECO_DELETE,
-                         IDC_CREATE_FONT_DECO_REFERENCE};
-constexpr Group kBar = {IDC_CREATE_FONT_BAR_LIST, IDC_CREATE_FONT_BAR_NEW, IDC_CREATE_FONT_BAR_EDIT,
-                        IDC_CREATE_FONT_BAR_DELETE, IDC_CREATE_FONT_BAR_REFERENCE};
-const std::vector<int> kNew = {kDeco.create, kBar.create};
+constexpr Group kDeco = {1131, 1133, 1047, 1048, 1179};
+constexpr Group kBar = {1132, 1049, 1050, 1051, 1178};
 
-Steps ExpectUsable(const Group& group, bool usable) {
-  return {ExpectEnabled({group.change, group.remove, group.reference}, usable)};
-}
-
-// The question about a font, answered.
-platform::ScriptedUser::Step Answer(std::u16string name, int button) {
+// What the lists show and which entry is selected, and whether the buttons for new fonts can be
+// used and those for the listed ones.
+Step Shows(const Group& group, std::vector<std::u16string> names, bool room = true) {
   return [=](Desk& desk) {
-    ASSERT_TRUE(desk.IsMessageBox());
-    EXPECT_EQ(desk.MessageText(), name + u" を削除します。\nよろしいですか？");
-    EXPECT_EQ(desk.Title(), kTitle);
-    EXPECT_EQ(desk.MessageStyle(), static_cast<UINT>(MB_OKCANCEL | MB_ICONEXCLAMATION));
-    EXPECT_TRUE(desk.Click(button));
+    EXPECT_EQ(desk.Control(group.list).items, names);
+    EXPECT_EQ(desk.Control(group.list).selection, names.empty() ? -1 : 0);
+    EXPECT_EQ(desk.Control(group.create).enabled, room);
+    for (int id : {group.change, group.remove, group.reference}) {
+      EXPECT_EQ(desk.Control(id).enabled, !names.empty()) << id;
+    }
   };
 }
-
-// Counts the marks that the page makes on the sheet on top.
-int marks;
-LRESULT CALLBACK CountMarks(HWND sheet, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == PSM_CHANGED) ++marks;
-  return DefDlgProcW(sheet, message, wParam, lParam);
+Steps Remove(const Group& group, int row, const std::u16string& name, int answer) {
+  return {Select(group.list, row), Click(group.remove),
+          CloseMessage(name + u" を削除します。\nよろしいですか？",
+                       MB_OKCANCEL | MB_ICONEXCLAMATION, kTitle, answer)};
 }
-void WatchMarks(Desk& desk) {
-  marks = 0;
-  SetWindowLongPtrW(desk.Top(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountMarks));
-}
-platform::ScriptedUser::Step ExpectMarks(int number) {
-  return [=](Desk&) { EXPECT_EQ(marks, number); };
+Steps Named(const Group& group, int button, std::u16string name) {
+  const int edit = group.list == kDeco.list ? IDC_DECO_FONT_NAME : IDC_BAR_FONT_NAME;
+  return {Click(button), Replace(edit, std::move(name)), Click(IDOK)};
 }
 
 class CreateFontPageTest : public FontTest {
@@ -69,108 +45,59 @@ class CreateFontPageTest : public FontTest {
   }
 };
 
-TEST_F(CreateFontPageTest, ListsNothingAtFirst) {
-  EXPECT_EQ(Register(Steps{ExpectTitle(kTitle),
-                           ExpectText(
-                               IDC_CREATE_FONT_LIMIT_TEXT,
-                               u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
-                           ExpectItems(kDeco.list, {}), ExpectItems(kBar.list, {}),
-                           ExpectEnabled(kNew, true)} +
-                     ExpectUsable(kDeco, false) + ExpectUsable(kBar, false)),
-            Records());
-}
-
 TEST_F(CreateFontPageTest, CountsBothKindsToSeventy) {
-  Store(Many(39, 30));
-  const Steps addDeco = {ExpectEnabled(kNew, true), Click(kDeco.create),
-                         Replace(IDC_DECO_FONT_NAME, u"Seventieth"), Click(IDOK)};
-  const Steps full = {ExpectEnabled(kNew, false)};
-  Records expected = Many(39, 30);
-  expected.erase(expected.begin());
-  expected.insert(expected.begin() + 38, Deco(u"Seventieth"));
+  EXPECT_EQ(
+      Register({ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
+                           u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
+                Shows(kDeco, {}), Shows(kBar, {})}),
+      Records());
+  Store(Many(0, 68));
+  Records expected = Many(0, 67);
+  expected.insert(expected.begin(), Deco(u"A"));
+  expected.push_back(Bar(u"B67"));
   expected.push_back(Bar(u"Last"));
-  const Records stored =
-      Register(addDeco + full + ExpectUsable(kDeco, true) +
-               Steps{Click(kDeco.remove), Answer(u"D0", IDOK), ExpectEnabled(kNew, true),
-                     Click(kBar.create), Replace(IDC_BAR_FONT_NAME, u"Last"), Click(IDOK)} +
-               full);
-  ASSERT_EQ(stored.size(), 70u);
-  EXPECT_TRUE(std::equal(stored.begin(), stored.end() - 1, expected.begin()));
-  EXPECT_EQ(stored.back().Text(0), u"Last");
-}
-
-TEST_F(CreateFontPageTest, ShowsNoMoreThanSeventy) {
-  Store(Many(50, 40));
-  Records expected = Many(30, 40);
-  EXPECT_EQ(Register({[](Desk& desk) {
-                        EXPECT_EQ(desk.Control(kDeco.list).items.size(), 30u);
-                        EXPECT_EQ(desk.Control(kBar.list).items.size(), 40u);
-                      },
-                      ExpectEnabled(kNew, false), Select(kDeco.list, 29), Click(kDeco.remove),
-                      Answer(u"D29", IDCANCEL)}),
+  std::ranges::fill_n(expected.back().bytes.begin() + 146, 40, 0x40);
+  const std::vector<int> both = {kDeco.create, kBar.create};
+  EXPECT_EQ(Register({Named(kDeco, kDeco.create, u"A"), ExpectEnabled(both),
+                      Named(kDeco, kDeco.create, u"B"), Shows(kDeco, {u"A", u"B"}, false),
+                      // The keyboard goes on where its button was disabled.
+                      ExpectEnabled(both, false), ExpectFocus(kDeco.list),
+                      ExpectText(IDC_HELP_TEXT, kFirstHelp), Remove(kDeco, 1, u"B", IDOK),
+                      ExpectEnabled(both), ExpectFocus(kDeco.remove),
+                      Named(kBar, kBar.create, u"Last"), ExpectEnabled(both, false)}),
             expected);
+  Store(Many(50, 40));
+  EXPECT_EQ(Register({ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)}),
+            Many(30, 40));
 }
 
 TEST_F(CreateFontPageTest, DeletesTheSelectedFont) {
-  Store({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2"), Bar(u"B3")});
-  const Steps steps = Steps{Select(kBar.list, 1),
-                            Click(kBar.remove),
-                            Answer(u"B2", IDCANCEL),
-                            ExpectItems(kBar.list, {u"B1", u"B2", u"B3"}),
-                            ExpectSelected(kBar.list, 0),
-                            Select(kBar.list, 1),
-                            Click(kBar.remove),
-                            Answer(u"B2", IDOK),
-                            ExpectItems(kBar.list, {u"B1", u"B3"}),
-                            ExpectSelected(kBar.list, 0),
-                            ExpectItems(kDeco.list, {u"D1", u"D2"}),
-                            Select(kDeco.list, 1),
-                            Click(kDeco.remove),
-                            Answer(u"D2", IDOK),
-                            Click(kDeco.remove),
-                            Answer(u"D1", IDOK),
-                            ExpectEnabled(kNew, true)} +
-                      ExpectUsable(kDeco, false) + ExpectUsable(kBar, true);
-  EXPECT_EQ(Register(steps), (Records{Bar(u"B1"), Bar(u"B3")}));
-}
-
-TEST_F(CreateFontPageTest, MarksTheSheetWhenAListChanged) {
-  Store({Deco(u"D"), Bar(u"B")});
-  Register({WatchMarks,
-            Select(kBar.list, 0),
-            Click(kDeco.reference),
-            Click(kDeco.reference),
-            Click(kDeco.remove),
-            Answer(u"D", IDCANCEL),
-            Click(kDeco.change),
-            Click(IDCANCEL),
-            Click(kBar.create),
-            Click(IDCANCEL),
-            ExpectMarks(0),
-            Click(kBar.create),
-            Replace(IDC_BAR_FONT_NAME, u"C"),
-            Click(IDOK),
-            ExpectMarks(1),
-            Click(kDeco.change),
-            Click(IDOK),
-            ExpectMarks(2),
-            Click(kBar.change),
-            Click(IDOK),
-            ExpectMarks(3),
-            Click(kDeco.remove),
-            Answer(u"D", IDOK),
-            ExpectMarks(4)});
+  Store({Deco(u"D1"), Bar(u"B1"), Bar(u"B2"), Bar(u"B3")});
+  EXPECT_EQ(
+      Register({Remove(kBar, 1, u"B2", IDCANCEL), Shows(kBar, {u"B1", u"B2", u"B3"}),
+                ExpectChanged(false), Remove(kBar, 1, u"B2", IDOK), ExpectChanged(true),
+                Shows(kBar, {u"B1", u"B3"}), Shows(kDeco, {u"D1"}), Remove(kDeco, 0, u"D1", IDOK),
+                Shows(kDeco, {}), ExpectFocus(kDeco.list), Shows(kBar, {u"B1", u"B3"})}),
+      (Records{Bar(u"B1"), Bar(u"B3")}));
 }
 
 TEST_F(CreateFontPageTest, ChangesTheSelectedFontInItsPlace) {
-  Store({Deco(u"D1"), Deco(u"D2"), Deco(u"D3"), Bar(u"B1"), Bar(u"B2")});
-  EXPECT_EQ(Register({Select(kDeco.list, 1), Click(kDeco.change),
-                      ExpectText(IDC_DECO_FONT_NAME, u"D2"), Replace(IDC_DECO_FONT_NAME, u"E"),
-                      Click(IDOK), ExpectItems(kDeco.list, {u"D1", u"E", u"D3"}),
-                      ExpectSelected(kDeco.list, 0), Select(kBar.list, 1), Click(kBar.change),
-                      ExpectText(IDC_BAR_FONT_NAME, u"B2"), Replace(IDC_BAR_FONT_NAME, u"C"),
-                      Click(IDOK), ExpectItems(kBar.list, {u"B1", u"C"})}),
-            (Records{Deco(u"D1"), Deco(u"E"), Deco(u"D3"), Bar(u"B1"), Bar(u"C")}));
+  const Records stored = {Deco(u"D1"), Deco(u"D2"), Deco(u"D3"), Bar(u"B1"), Bar(u"B2")};
+  for (const Group& group : {kDeco, kBar}) {
+    Store(stored);
+    Records expected = stored;
+    expected[group.list == kDeco.list ? 1 : 4].Name(u"X").Put(2, 0).Put(68, 0);
+    EXPECT_EQ(Register({Select(group.list, 1), Click(group.change), Click(IDCANCEL),
+                        ExpectChanged(false), ExpectText(IDC_HELP_TEXT, kFirstHelp),
+                        Select(group.list, 1), Named(group, group.change, u"X"),
+                        ExpectChanged(true), ExpectSelected(group.list, 0),
+                        // Entered again, the page selects the first.
+                        Select(group.list, 1), GoTo(kVersionTab), GoTo(kFontTab),
+                        ExpectSelected(group.list, 0)}),
+              expected);
+    Cancel(kFontTab, Named(group, group.change, u"Y"));
+    EXPECT_EQ(Stored(), expected);
+  }
 }
 
 // The new font is the selected one under another name; without one it starts as any other.
@@ -179,115 +106,45 @@ TEST_F(CreateFontPageTest, NewFontsReferToTheSelectedOne) {
   deco.Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6});
   Record bar = Bar(u"B2", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6});
   Record newDeco = deco;
-  newDeco.Put(0, u"E2").Put(66, u"E2");
   Record newBar = bar;
-  newBar.Put(0, u"C2").Put(66, u"C2");
+  newDeco.Name(u"E2");
+  newBar.Name(u"C2");
   Store({Deco(u"D1"), deco, Bar(u"B1"), bar});
-  const Steps steps = {
-      ExpectChecked({kDeco.reference, kBar.reference}, false),
-      Click(kDeco.reference),
-      Select(kDeco.list, 1),
-      Click(kDeco.create),
-      ExpectTitle(u"装飾フォントの登録"),
-      ExpectText(IDC_DECO_FONT_NAME, u""),
-      ExpectSelected(IDC_DECO_FONT_RESIDENT, 9),
-      ExpectSelected(IDC_DECO_FONT_SIZE, 2),
-      ExpectText(IDC_DECO_FONT_INCREMENT, u"-34"),
-      Replace(IDC_DECO_FONT_NAME, u"E2"),
-      Click(IDOK),
-      Click(kBar.reference),
-      Select(kBar.list, 1),
-      Click(kBar.create),
-      ExpectText(IDC_BAR_FONT_NAME, u""),
-      ExpectSelected(IDC_BAR_FONT_KIND, 4),
-      Replace(IDC_BAR_FONT_NAME, u"C2"),
-      Click(IDOK),
-      ExpectChecked({kDeco.reference, kBar.reference}),
-      // The own name of the font referred to is taken.
-      Click(kDeco.create),
-      Replace(IDC_DECO_FONT_NAME, u"D1"),
-      Click(IDOK),
-      support::CloseMessage(
-          u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。",
-          MB_ICONEXCLAMATION, u"装飾フォントの登録"),
-      Click(IDCANCEL),
-  };
-  EXPECT_EQ(Register(steps), (Records{Deco(u"D1"), deco, newDeco, Bar(u"B1"), bar, newBar}));
-  EXPECT_TRUE(FakeLibrary::calls.empty());
+  const auto asked = ExpectChecked({kDeco.reference, kBar.reference});
+  EXPECT_EQ(Register({ExpectChecked({kDeco.reference, kBar.reference}, false),
+                      Click(kDeco.reference), Select(kDeco.list, 1), Click(kDeco.create),
+                      ExpectTitle(u"装飾フォントの登録"), ExpectText(IDC_DECO_FONT_NAME, u""),
+                      Replace(IDC_DECO_FONT_NAME, u"D2"), Click(IDOK),
+                      // The own name of the font referred to is taken.
+                      CloseMessage(u"既に同一のフォント名が登録されています。\n"
+                                   u"別のフォント名に変更して下さい。",
+                                   MB_ICONEXCLAMATION, u"装飾フォントの登録"),
+                      Replace(IDC_DECO_FONT_NAME, u"E2"), ExpectChanged(false), Click(IDOK),
+                      ExpectChanged(true), Click(kBar.reference), Select(kBar.list, 1),
+                      Click(kBar.create), ExpectText(IDC_BAR_FONT_NAME, u""),
+                      Replace(IDC_BAR_FONT_NAME, u"C2"), Click(IDOK), asked}),
+            (Records{Deco(u"D1"), deco, newDeco, Bar(u"B1"), bar, newBar}));
+  EXPECT_EQ(FakeLibrary::calls, "");
 
   // The box stays checked when the last font goes; there is nothing to refer to then.
-  Store({deco});
-  EXPECT_EQ(Register({Click(kDeco.reference), Click(kDeco.remove), Answer(u"D2", IDOK),
-                      Click(kDeco.create), ExpectSelected(IDC_DECO_FONT_RESIDENT, 0),
-                      Replace(IDC_DECO_FONT_NAME, u"N"), Click(IDOK)}),
-            Records{Deco(u"N")});
-}
-
-TEST_F(CreateFontPageTest, LocksByKindAndPermission) {
-  const std::vector<int> buttons = {kDeco.create, kDeco.change, kDeco.remove,
-                                    kBar.create,  kBar.change,  kBar.remove};
-  const std::vector<int> references = {kDeco.reference, kBar.reference};
-  for (SheetKind kind : {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
-    for (bool permission : {true, false}) {
-      SCOPED_TRACE(testing::Message() << static_cast<int>(kind) << permission);
-      Store({Deco(u"D"), Bar(u"B")});
-      const bool loaded = kind != SheetKind::kAdvanced;
-      using Names = std::vector<std::u16string>;
-      const Steps looks = {
-          ExpectItems(kDeco.list, loaded ? Names{u"D"} : Names()),
-          ExpectItems(kBar.list, loaded ? Names{u"B"} : Names()),
-          ExpectEnabled(buttons, kind == SheetKind::kUserDefault && permission),
-          ExpectEnabled(references, loaded && permission),
-      };
-      // The same when the page is entered again.
-      Show({.kind = kind, .permission = permission},
-           looks + Steps{GoTo(support::kVersionTab), GoTo(support::kFontTab)} + looks);
-      EXPECT_EQ(Stored(), (Records{Deco(u"D"), Bar(u"B")}));
-    }
-  }
-}
-
-TEST_F(CreateFontPageTest, CancelOfTheSheetKeepsTheFonts) {
-  Store({Deco(u"D"), Bar(u"B")});
-  support::ShowSheet(
-      exports_, {.kind = SheetKind::kUserDefault},
-      {GoTo(support::kFontTab), Click(kDeco.remove), Answer(u"D", IDOK), Click(kBar.create),
-       Replace(IDC_BAR_FONT_NAME, u"C"), Click(IDOK), support::PressCancel()});
-  EXPECT_EQ(Stored(), (Records{Deco(u"D"), Bar(u"B")}));
-}
-
-TEST_F(CreateFontPageTest, SelectsTheFirstFontsWhenEnteredAgain) {
-  Store({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")});
-  Register({Select(kDeco.list, 1), Select(kBar.list, 1), GoTo(support::kVersionTab),
-            GoTo(support::kFontTab), ExpectSelected(kDeco.list, 0), ExpectSelected(kBar.list, 0)});
-}
-
-TEST_F(CreateFontPageTest, HelpFollowsTheControlInUse) {
-  Store({Deco(u"D"), Bar(u"B")});
-  const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, text); };
-  Register({Click(kBar.remove), Answer(u"B", IDCANCEL),
-            help(u"選択したバーコードフォントを削除します。"),
-            // A dialog, confirmed or not, leaves the page as set up anew.
-            Click(kDeco.create), Click(IDCANCEL), help(kFirstHelp), Select(kDeco.list, 0),
-            [](Desk& desk) { EXPECT_NE(desk.Text(IDC_HELP_TEXT), kFirstHelp); }});
+  Store({deco, bar});
+  Record first = Bar(u"N");
+  std::ranges::fill_n(first.bytes.begin() + 146, 40, 0x40);
+  EXPECT_EQ(Register({Click(kDeco.reference), Remove(kDeco, 0, u"D2", IDOK),
+                      Named(kDeco, kDeco.create, u"M"), Click(kBar.reference),
+                      Remove(kBar, 0, u"B2", IDOK), Named(kBar, kBar.create, u"N"), asked}),
+            (Records{Deco(u"M"), first}));
 }
 
 // Names and words of any content are listed and asked about without a read past their record.
 TEST_F(CreateFontPageTest, ListsRecordsOfGarbage) {
-  Record deco;
-  Record bar;
-  for (size_t at = 0; at < sizeof(Record); at += 2) {
-    deco.Put(at, 0x3042);
-    bar.Put(at, 0x3044);
-  }
-  deco.Put(64, 0);
-  bar.Put(64, 1);
-  Store({deco, bar});
-  EXPECT_EQ(Register({ExpectItems(kDeco.list, {std::u16string(32, u'あ')}),
-                      ExpectItems(kBar.list, {std::u16string(32, u'い')}), Click(kDeco.remove),
-                      Answer(std::u16string(32, u'あ'), IDCANCEL), Click(kBar.change),
-                      ExpectText(IDC_BAR_FONT_NAME, std::u16string(31, u'い')), Click(IDCANCEL)}),
-            (Records{deco, bar}));
+  const Records garbage = {Filled(u'あ', 0), Filled(u'い', 1)};
+  Store(garbage);
+  EXPECT_EQ(
+      Register({Shows(kDeco, {std::u16string(32, u'あ')}), Shows(kBar, {std::u16string(32, u'い')}),
+                Remove(kDeco, 0, std::u16string(32, u'あ'), IDCANCEL), Click(kBar.change),
+                ExpectText(IDC_BAR_FONT_NAME, std::u16string(31, u'い')), Click(IDCANCEL)}),
+      garbage);
 }
 
 }  // namespace

@@ -5,33 +5,27 @@
 namespace fonts {
 namespace {
 
-using platform::Desk;
 using platform::Fault;
-using support::Click;
-using support::ExpectItems;
-using support::GoTo;
-using support::OpenedPrinter;
-using support::PressOk;
-using support::SheetKind;
 
 class FontStoreTest : public FontTest {
  protected:
-  // Loads the printer's fonts, and writes them back over nothing.
   kestrel::FontStore Load() {
     kestrel::FontStore store;
     const OpenedPrinter printer;
     EXPECT_TRUE(kestrel::LoadFontStore(store, printer, GetProcessHeap()));
     EXPECT_TRUE(store.Loaded);
-    EXPECT_NE(store.DecoFonts, nullptr);
-    EXPECT_NE(store.BarFonts, nullptr);
     return store;
   }
+  bool Save(const kestrel::FontStore& store) {
+    const OpenedPrinter printer;
+    return kestrel::SaveFontStore(printer, store);
+  }
   static void Free(kestrel::FontStore& store) { kestrel::FreeFontStore(store, GetProcessHeap()); }
+  // Loads the printer's fonts, and writes them back over nothing.
   Records LoadAndSave() {
     kestrel::FontStore store = Load();
     ForgetFonts();
-    const OpenedPrinter printer;
-    EXPECT_TRUE(kestrel::SaveFontStore(printer, store));
+    EXPECT_TRUE(Save(store));
     Free(store);
     return Stored();
   }
@@ -57,39 +51,29 @@ TEST_F(FontStoreTest, DamagedStoresAreEmpty) {
       // The data do not fit what was announced: reading them fails.
       {"fewer announced than there are", {1, 0, 1, 14, 0, 0}, true, 0},
   };
+  const Records records = {Deco(u"A"), Bar(u"B")};
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     ForgetFonts();
-    if (!c.number.empty()) {
-      const auto* bytes = reinterpret_cast<const std::byte*>(c.number.data());
-      machine().SetData(support::kPrinter, u"CreateFont Number",
-                        {REG_BINARY, {bytes, bytes + c.number.size()}});
-    }
-    const Records records = {Deco(u"A"), Bar(u"B")};
+    if (!c.number.empty()) SetNumber(c.number);
     if (c.data) SetRecords(records);
     EXPECT_EQ(LoadAndSave(), c.loaded == 2 ? records : Records());
   }
-}
-
-// The end of the data lies within a record: that record does not count.
-TEST_F(FontStoreTest, TakesWholeRecordsAlone) {
-  Store({Deco(u"A"), Deco(u"B")});
-  std::vector<std::byte> data = Data(u"CreateFont Data");
-  data.pop_back();
-  machine().SetData(support::kPrinter, u"CreateFont Data", {REG_BINARY, data});
+  // The end of the data lies within a record: that record does not count.
+  Store(records);
+  const std::vector<std::byte> data = Data(u"CreateFont Data");
+  machine().SetData(kPrinter, u"CreateFont Data",
+                    {REG_BINARY, BytesOf(data.data(), data.size() - 1)});
   EXPECT_EQ(LoadAndSave(), Records{Deco(u"A")});
 }
 
 // What the lists show is what is written: decorative fonts give way to barcode fonts.
 TEST_F(FontStoreTest, KeepsSeventyFonts) {
   const struct {
-    int deco, bar;
-    int savedDeco, savedBar;
+    int deco, bar, savedDeco, savedBar;
     bool more;
-  } kCases[] = {
-      {40, 29, 40, 29, true}, {40, 30, 40, 30, false}, {50, 40, 30, 40, false},
-      {70, 70, 0, 70, false}, {90, 10, 60, 10, false}, {0, 99, 0, 70, false},
-  };
+  } kCases[] = {{40, 29, 40, 29, true}, {40, 30, 40, 30, false}, {50, 40, 30, 40, false},
+                {70, 70, 0, 70, false}, {90, 10, 60, 10, false}, {0, 99, 0, 70, false}};
   for (const auto& c : kCases) {
     SCOPED_TRACE(testing::Message() << c.deco << " + " << c.bar);
     Store(Many(c.deco, c.bar));
@@ -102,19 +86,15 @@ TEST_F(FontStoreTest, KeepsSeventyFonts) {
   }
 }
 
-TEST_F(FontStoreTest, TakesTheFirstSeventyOfTwoHundredMixedRecords) {
-  Records records;
-  Records decos;
-  Records bars;
+// Stored order is kept within a kind; records of no kind are dropped.
+TEST_F(FontStoreTest, SortsMixedRecords) {
+  Records records, decos, bars;
   for (int i = 0; i < 200; ++i) {
     Record record = Numbered(u"N", i, i % 2 == 1);
     if (i % 5 == 4) record.Put(64, i);
-    records.push_back(record);
     if (i % 5 != 4) (i % 2 == 1 ? bars : decos).push_back(record);
+    records.push_back(record);
   }
-  ASSERT_EQ(bars.size(), 80u);
-  bars.resize(70);
-  decos.resize(70);
   Store(records);
   kestrel::FontStore store = Load();
   ASSERT_EQ(store.DecoFontNum, 70);
@@ -122,14 +102,12 @@ TEST_F(FontStoreTest, TakesTheFirstSeventyOfTwoHundredMixedRecords) {
   EXPECT_EQ(std::memcmp(store.DecoFonts, decos.data(), 70 * sizeof(Record)), 0);
   EXPECT_EQ(std::memcmp(store.BarFonts, bars.data(), 70 * sizeof(Record)), 0);
   Free(store);
-  EXPECT_EQ(LoadAndSave(), bars);
 }
 
-TEST_F(FontStoreTest, SavesWithoutMemory) {
-  const OpenedPrinter printer;
+TEST_F(FontStoreTest, WithoutMemory) {
   kestrel::FontStore none = Load();
   machine().faults.FailNth(Fault::kAllocation, 1);
-  EXPECT_TRUE(kestrel::SaveFontStore(printer, none));
+  EXPECT_TRUE(Save(none));
   EXPECT_TRUE(machine().faults.Struck(Fault::kAllocation));
   EXPECT_EQ(Data(u"CreateFont Number"), std::vector<std::byte>(2));
   EXPECT_TRUE(Data(u"CreateFont Data").empty());
@@ -139,15 +117,13 @@ TEST_F(FontStoreTest, SavesWithoutMemory) {
   kestrel::FontStore one = Load();
   ForgetFonts();
   machine().faults.FailNth(Fault::kAllocation, 1);
-  EXPECT_FALSE(kestrel::SaveFontStore(printer, one));
+  EXPECT_FALSE(Save(one));
   EXPECT_FALSE(HasFonts());
   Free(one);
-}
 
-TEST_F(FontStoreTest, LoadsNothingWithoutMemory) {
   Store({Deco(u"A")});
-  const OpenedPrinter printer;
   for (int n = 1; n <= 2; ++n) {  // neither of the two lists
+    const OpenedPrinter printer;
     kestrel::FontStore store;
     machine().faults.FailNth(Fault::kAllocation, n);
     EXPECT_FALSE(kestrel::LoadFontStore(store, printer, GetProcessHeap()));
@@ -165,57 +141,34 @@ TEST_F(FontStoreTest, LoadsNothingWithoutMemory) {
 
 TEST_F(FontStoreTest, WritesRefusedByTheSpoolerChangeNothing) {
   Store({Deco(u"A"), Deco(u"B")});
-  machine().SetPermission(support::kPrinter, false, false);
+  machine().SetPermission(kPrinter, false, false);
   EXPECT_EQ(Register({Click(IDC_CREATE_FONT_DECO_DELETE), Click(IDOK)}),
             (Records{Deco(u"A"), Deco(u"B")}));
 }
 
-// Two decorative and three barcode fonts, every field at its own offset.
-Records Golden() {
-  Record kanji;
-  kanji.Put(0, u"見出し１").Put(66, u"見出し１").Put(130, u"漢字(縦書)");
-  kanji.Put(194, {1, 512, 55, 83, 2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6});
-  Record serialOnly;
-  serialOnly.Put(0, u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345").Put(66, u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345");
-  serialOnly.Put(130, u"POP")
-      .Put(194, {0, 2048, 394, 655, 1, 1, 1, 2, 180, 0, 0, 0, 0, 1, 0, 9999, -9999, 99, 99});
-  Record upc = Bar(u"商品コード");
-  Record maxi = Bar(u"MAXI", 1900);
-  maxi.Put(130, {0x4008, 1900, 1, 1, 2, -1, 8, 1});
-  Record foreign = Bar(u"ｶﾅ", 1000);
-  foreign.bytes[231] = 0x5A;  // beyond what the detail library knows
-  return {kanji, serialOnly, upc, maxi, foreign};
-}
-
-TEST_F(FontStoreTest, AGoldenStoreIsShownAndSavedToItself) {
-  const Records golden = Golden();
-  Store(golden);
-  EXPECT_EQ(Register({ExpectItems(IDC_CREATE_FONT_DECO_LIST,
-                                  {u"見出し１", u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345"}),
-                      ExpectItems(IDC_CREATE_FONT_BAR_LIST, {u"商品コード", u"MAXI", u"ｶﾅ"}),
-                      [&](Desk&) { ForgetFonts(); }}),
-            golden);
-}
-
-// Applying any page but the version page writes the fonts, but only those that the sheet has
-// loaded.
+// Applying any page but the version page writes the fonts, every field at its own offset, but only
+// those that the sheet has loaded.
 TEST_F(FontStoreTest, EachPageWritesWhatItsSessionLoaded) {
+  const std::u16string full = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345";
+  const Records golden = {
+      Deco(u"見出し１", u"漢字(縦書)", 512, 55, 83)
+          .Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6}),
+      Deco(full, u"POP", 2048, 394, 655)
+          .Put(202, {1, 1, 1, 2, 180, 0, 0, 0, 0, 1, 0, 9999, -9999, 99, 99}),
+      Bar(u"商品コード"), Bar(u"MAXI", 1900).Put(130, {0x4008, 1900, 1, 1, 2, -1, 8, 1}),
+      Bar(u"ｶﾅ", 1000).Put(230, 0x5A5A)};  // beyond what the detail library knows
   for (SheetKind kind : {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
-    for (int tab = support::kVersionTab; tab <= support::kUtilityTab; ++tab) {
+    for (int tab = kVersionTab; tab <= kUtilityTab; ++tab) {
       SCOPED_TRACE(testing::Message() << "kind " << static_cast<int>(kind) << ", tab " << tab);
-      Store(Golden());
-      support::ShowSheet(exports_, {.kind = kind},
-                         {GoTo(tab), [&](Desk&) { ForgetFonts(); }, PressOk()});
-      const bool saves = kind != SheetKind::kAdvanced && tab != support::kVersionTab;
+      Store(golden);
+      Show({.kind = kind}, {GoTo(tab), [&](Desk&) { ForgetFonts(); }, PressOk()});
+      const bool saves = kind != SheetKind::kAdvanced && tab != kVersionTab;
       EXPECT_EQ(HasFonts(), saves);
       if (saves) {
-        EXPECT_EQ(Stored(), Golden());
+        EXPECT_EQ(Stored(), golden);
       }
     }
   }
-  Store(Golden());
-  support::ShowSheet(exports_, {.kind = SheetKind::kPrinter}, {PressOk()});
-  EXPECT_EQ(Stored(), Golden());
 }
 
 }  // namespace
