@@ -1,292 +1,165 @@
 // The operation page in sheets that a person uses.
-#include <gtest/gtest.h>
-
-#include <map>
 #include <optional>
 #include <string>
 
+#include "operation/device_settings.h"
 #include "operation/halftone_ui.h"
 #include "paper/fields/option_table.h"
-#include "platform/desktop/libraries/htui_dialog.h"
 #include "resources/resource.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
-#include "tests/support/settings.h"
 
 namespace kestrel {
 namespace {
 
-using platform::Desk;
-using support::Click;
-using support::DefaultBlock;
-using support::GoTo;
-using support::kOperationTab;
-using support::kPrinter;
-using support::kVersionTab;
-using support::PressOk;
-using support::Select;
-using support::SheetAnswer;
-using support::SheetKind;
-using support::Steps;
-using support::StoreBlock;
+using namespace support;
 
+constexpr char16_t kPrinters[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 constexpr char16_t kKey[] =
     u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Label Printer\\PrinterDriverData";
 
-class OperationPageTest : public support::MachineTest {
+class OperationPageTest : public SheetTest {
  protected:
-  SheetAnswer Show(SheetKind kind, Steps steps, bool permission = true) {
-    return support::ShowSheet(exports_, {.kind = kind, .permission = permission}, std::move(steps));
-  }
-  // Opens the page, does what is asked and presses OK.
-  PrivateDevMode Leave(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
-    steps.insert(steps.begin(), GoTo(kOperationTab));
-    steps.push_back(PressOk());
-    return Show(kind, std::move(steps)).record.Private;
+  PrivateDevMode Leave(Steps steps = {}) {
+    return Ok(kOperationTab, std::move(steps)).record.Private;
   }
   std::optional<DWORD> SyncPrint() {
     const auto data = machine().Registry(kKey, u"SyncPrint");
     if (!data || data->type != REG_DWORD || data->bytes.size() != 4) return std::nullopt;
-    DWORD value;
-    std::memcpy(&value, data->bytes.data(), 4);
-    return value;
+    return At<DWORD>(data->bytes.data(), 0);
   }
   void SetSyncPrint(DWORD value) {
-    machine().SetRegistry(kKey, u"SyncPrint", {REG_DWORD, support::BytesOf(value)});
+    machine().SetRegistry(kKey, u"SyncPrint", {REG_DWORD, BytesOf(value)});
   }
 };
 
+Step SyncPrintShown(bool checked) { return ExpectChecked({IDC_OPERATION_SYNC_PRINT}, checked); }
+
 TEST_F(OperationPageTest, ReadsAndWritesPageByPageConfirmation) {
   const struct {
-    const char* what;
     std::optional<DWORD> value;
-    bool readable, writable;
-    bool checked;
+    bool readable, writable, checked;
     std::optional<DWORD> after;
   } kCases[] = {
-      {"absent", std::nullopt, true, true, false, 0},
-      {"0", 0, true, true, false, 0},
-      {"1", 1, true, true, true, 1},
-      {"5", 5, true, true, true, 1},
-      {"only its upper half set", 0x10000, true, true, true, 1},
-      {"unreadable", 1, false, true, false, 1},  // the key cannot be opened for writing either
-      {"unwritable", 5, true, false, true, 5},
-      {"unwritable and absent", std::nullopt, true, false, false, std::nullopt},
+      {std::nullopt, true, true, false, 0},
+      {0, true, true, false, 0},
+      {5, true, true, true, 1},
+      {0x10000, true, true, true, 1},
+      {1, false, true, false, 1},  // the key cannot be opened for writing either
+      {5, true, false, true, 5},
+      {std::nullopt, true, false, false, std::nullopt},
   };
   DriverSettingsBlock block = DefaultBlock();
   block.Record.Private.nTSMode = 1;  // what the record holds does not count
-  StoreBlock(machine(), block);
+  Keep(block);
   for (const auto& c : kCases) {
-    SCOPED_TRACE(c.what);
-    machine().SetRegistryAccess(true, true);
+    SCOPED_TRACE(&c - kCases);
     machine().RemoveRegistry(kKey, u"SyncPrint");
     if (c.value) SetSyncPrint(*c.value);
     machine().SetRegistryAccess(c.readable, c.writable);
-    const PrivateDevMode left = Leave({[&](Desk& desk) {
-      EXPECT_EQ(desk.Control(IDC_OPERATION_SYNC_PRINT).checked, c.checked);
-    }});
-    EXPECT_EQ(left.nTSMode, c.checked ? 1 : 0);
+    EXPECT_EQ(Leave(SyncPrintShown(c.checked)).nTSMode, c.checked ? 1 : 0);
     machine().SetRegistryAccess(true, true);
     EXPECT_EQ(SyncPrint(), c.after);
   }
-}
-
-TEST_F(OperationPageTest, IgnoresAConfirmationOfAnotherType) {
-  machine().SetRegistry(kKey, u"SyncPrint", {REG_SZ, support::BytesOf(u"1")});
-  machine().SetRegistry(kKey, u"Other", {REG_DWORD, support::BytesOf(DWORD{7})});
-  const PrivateDevMode left =
-      Leave({[&](Desk& desk) { EXPECT_FALSE(desk.Control(IDC_OPERATION_SYNC_PRINT).checked); }});
-  EXPECT_EQ(left.nTSMode, 0);
-  EXPECT_EQ(SyncPrint(), DWORD{0});
+  machine().SetRegistry(kKey, u"SyncPrint", {REG_SZ, BytesOf(u"1")});
+  machine().SetRegistry(kKey, u"Other", {REG_DWORD, BytesOf(DWORD{7})});
+  EXPECT_EQ(Leave(SyncPrintShown(false)).nTSMode, 0);
   EXPECT_TRUE(machine().Registry(kKey, u"Other"));
-}
-
-TEST_F(OperationPageTest, SeesAConfirmationChangedElsewhereWhenEnteredAgain) {
-  const auto expect = [](bool checked) {
-    return [=](Desk& desk) { EXPECT_EQ(desk.Control(IDC_OPERATION_SYNC_PRINT).checked, checked); };
-  };
-  Leave({expect(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab),
+  // Written when the page is left, read when it is entered again.
+  Leave({Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab),
          [&](Desk&) {
-           EXPECT_EQ(SyncPrint(), DWORD{1});  // written when the page is left
+           EXPECT_EQ(SyncPrint(), DWORD{1});
            SetSyncPrint(0);
          },
-         GoTo(kOperationTab), expect(false)});
+         GoTo(kOperationTab), SyncPrintShown(false)});
   EXPECT_EQ(SyncPrint(), DWORD{0});
 }
 
-TEST_F(OperationPageTest, LocksByKindRightsAndPermission) {
-  for (SheetKind kind : {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
-    for (int rights = 0; rights < 4; ++rights) {
-      const bool administrator = (rights & 1) != 0;
-      const bool permission = (rights & 2) != 0;
-      SCOPED_TRACE(testing::Message() << "kind " << static_cast<int>(kind) << ", administrator "
-                                      << administrator << ", permission " << permission);
-      machine().SetAdministrator(administrator);
-      const bool userDefault = kind == SheetKind::kUserDefault;
-      const std::map<int, bool> expected = {
-          {IDC_OPERATION_SYNC_PRINT, userDefault && administrator && permission},
-          {IDC_OPERATION_COMPULSORY, userDefault && permission},
-          {IDC_OPERATION_HALFTONE, userDefault && permission},
-          {IDC_OPERATION_COLOR_ADJUST, permission},
-          {IDC_OPERATION_COLOR_BLACK, permission},
-          {IDC_OPERATION_COLOR_SHADED, permission},
-          {IDC_OPERATION_SPEED, permission},
-          {IDC_OPERATION_SENSOR, permission},
-      };
-      const auto check = [&](Desk& desk) {
-        for (const auto& [id, enabled] : expected) {
-          EXPECT_EQ(desk.Control(id).enabled, enabled) << id;
-        }
-        const RECT halftone = desk.Control(IDC_OPERATION_HALFTONE).rect;
-        EXPECT_EQ(halftone.right > halftone.left && halftone.bottom > halftone.top, userDefault);
-      };
-      // Entering it a second time changes nothing.
-      Show(kind,
-           {GoTo(kOperationTab), check, GoTo(kVersionTab), GoTo(kOperationTab), check, PressOk()},
-           permission);
+// Its name holds what separates keys.
+TEST_F(OperationPageTest, APrinterConnectionHasOneKey) {
+  WriteSyncPrint(u"\\\\server\\printer", true);
+  const auto all = machine().AllRegistry(kPrinters);
+  ASSERT_EQ(all.size(), 1u);
+  EXPECT_EQ(all.begin()->first,
+            std::u16string(kPrinters) + u",,server,printer\\PrinterDriverData\\SyncPrint");
+  EXPECT_EQ(ReadSyncPrint(u"\\\\server\\printer"), 1u);
+  EXPECT_EQ(ReadSyncPrint(u"printer"), 0u);
+}
+
+TEST_F(OperationPageTest, ConfirmationIsForAdministratorsAndTheHalftoneForTheOwner) {
+  for (bool administrator : {false, true}) {
+    machine().SetAdministrator(administrator);
+    for (SheetKind kind : {SheetKind::kDocument, SheetKind::kUserDefault}) {
+      const bool owner = kind == SheetKind::kUserDefault;
+      const Steps looks = {ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, owner && administrator),
+                           ExpectEnabled({IDC_OPERATION_COMPULSORY}, owner), [=](Desk& desk) {
+                             const RECT halftone = desk.Control(IDC_OPERATION_HALFTONE).rect;
+                             EXPECT_EQ(halftone.right > halftone.left, owner);
+                             EXPECT_EQ(halftone.bottom > halftone.top, owner);
+                           }};
+      Show({.kind = kind},
+           {GoTo(kOperationTab), looks, GoTo(kVersionTab), GoTo(kOperationTab), looks, PressOk()});
     }
   }
 }
 
 TEST_F(OperationPageTest, StoresWhatItsAbsentControlsStandFor) {
-  const int16_t moveModes[] = {1, 0, 7};
-  for (uint16_t mode = 0; mode < 3; ++mode) {
-    DriverSettingsBlock block = DefaultBlock();
+  DriverSettingsBlock block = DefaultBlock();
+  block.Record.Private.nMoveMode = kFollowPrinter;
+  block.Record.Private.Dither = 0;
+  for (uint16_t mode = 0; mode < 4; ++mode) {
+    constexpr int16_t kMoveModes[] = {1, 0, 7, 1};
     block.Printer.Mecha = mode;
-    block.Record.Private.nMoveMode = kFollowPrinter;
-    block.Record.Private.Dither = 0;
-    StoreBlock(machine(), block);
-    const PrivateDevMode left = Leave({});
-    EXPECT_EQ(left.nMoveMode, moveModes[mode]);
+    Keep(block);
+    const PrivateDevMode left = Leave();
+    EXPECT_EQ(left.nMoveMode, kMoveModes[mode]);
     EXPECT_EQ(left.Dither, 3);
   }
   // A page that is never entered stores nothing.
-  DriverSettingsBlock block = DefaultBlock();
-  block.Record.Private.nMoveMode = kFollowPrinter;
-  StoreBlock(machine(), block);
   machine().RemoveRegistry(kKey, u"SyncPrint");
-  const PrivateDevMode kept = Show(SheetKind::kUserDefault, {PressOk()}).record.Private;
+  Keep(block);
+  const PrivateDevMode kept = Ok(kVersionTab).record.Private;
   EXPECT_EQ(kept.nMoveMode, kFollowPrinter);
-  EXPECT_EQ(kept.Dither, 2);
+  EXPECT_EQ(kept.Dither, 0);
   EXPECT_EQ(SyncPrint(), std::nullopt);
 }
 
 TEST_F(OperationPageTest, ShowsAndStoresItsFields) {
   const struct {
     int16_t speed, sensor;
-    int speedRow, sensorRow;
-  } kCases[] = {{1, 0, 0, 0}, {2, 1, 1, 1}, {255, 255, 2, 2}, {99, -1, 0, 0}};
-  const int16_t speeds[] = {1, 2, 255};
-  const int16_t sensors[] = {0, 1, 255};
+    int row;
+  } kCases[] = {{1, 0, 0}, {2, 1, 1}, {255, 255, 2}, {99, -1, 0}};
   for (const auto& c : kCases) {
     for (int16_t on : {int16_t{0}, int16_t{1}}) {
-      const bool isOn = on != 0;
+      const auto expect = [&](const PrivateDevMode& left, int row, int switches) {
+        EXPECT_EQ(left.nPrintSpeed, kCases[row].speed);
+        EXPECT_EQ(left.nSensor, kCases[row].sensor);
+        EXPECT_EQ(left.nColorText, switches);
+        EXPECT_EQ(left.nCompulsory, switches);
+      };
       DriverSettingsBlock block = DefaultBlock();
       block.Record.Private.nPrintSpeed = c.speed;
       block.Record.Private.nSensor = c.sensor;
-      block.Record.Private.nColorText = on;
-      block.Record.Private.nCompulsory = on;
-      StoreBlock(machine(), block);
-      const auto check = [&](Desk& desk) {
-        EXPECT_EQ(desk.Control(IDC_OPERATION_SPEED).selection, c.speedRow);
-        EXPECT_EQ(desk.Control(IDC_OPERATION_SENSOR).selection, c.sensorRow);
-        EXPECT_EQ(desk.Control(IDC_OPERATION_COLOR_SHADED).checked, isOn);
-        EXPECT_EQ(desk.Control(IDC_OPERATION_COLOR_BLACK).checked, !isOn);
-        EXPECT_EQ(desk.Control(IDC_OPERATION_COMPULSORY).checked, isOn);
-      };
-      PrivateDevMode left = Leave({check});
-      EXPECT_EQ(left.nPrintSpeed, speeds[c.speedRow]);
-      EXPECT_EQ(left.nSensor, sensors[c.sensorRow]);
-      EXPECT_EQ(left.nColorText, on);
-      EXPECT_EQ(left.nCompulsory, on);
-
-      const int newRow = (c.speedRow + 1) % 3;
-      left = Leave({Select(IDC_OPERATION_SPEED, newRow), Select(IDC_OPERATION_SENSOR, newRow),
-                    Click(isOn ? IDC_OPERATION_COLOR_BLACK : IDC_OPERATION_COLOR_SHADED),
-                    Click(IDC_OPERATION_COMPULSORY)});
-      EXPECT_EQ(left.nPrintSpeed, speeds[newRow]);
-      EXPECT_EQ(left.nSensor, sensors[newRow]);
-      EXPECT_EQ(left.nColorText, 1 - on);
-      EXPECT_EQ(left.nCompulsory, 1 - on);
+      block.Record.Private.nColorText = block.Record.Private.nCompulsory = on;
+      Keep(block);
+      expect(Leave({ExpectSelected(IDC_OPERATION_SPEED, c.row),
+                    ExpectSelected(IDC_OPERATION_SENSOR, c.row),
+                    ExpectChecked({IDC_OPERATION_COLOR_SHADED, IDC_OPERATION_COMPULSORY}, on == 1),
+                    ExpectChecked({IDC_OPERATION_COLOR_BLACK}, on == 0)}),
+             c.row, on);
+      const int other = (c.row + 1) % 3;
+      expect(Leave({Select(IDC_OPERATION_SPEED, other), Select(IDC_OPERATION_SENSOR, other),
+                    Click(on == 1 ? IDC_OPERATION_COLOR_BLACK : IDC_OPERATION_COLOR_SHADED),
+                    Click(IDC_OPERATION_COMPULSORY)}),
+             other, 1 - on);
     }
   }
 }
 
-TEST_F(OperationPageTest, DescribesTheControlInUse) {
-  const auto help = [](std::u16string text) { return support::ExpectText(IDC_HELP_TEXT, text); };
-  const auto helpOf = [&](UINT id) {
-    WCHAR text[256];
-    LoadStringW(module_, id, text, 256);
-    return help(text);
-  };
-  const auto escape = [](Desk& desk) { EXPECT_TRUE(desk.Escape()); };
-  const auto first = help(u"ここにマウスカーソル位置についての説明が表示されます。");
-  Leave({first, Click(IDC_OPERATION_COLOR_BLACK), helpOf(IDS_HELP_OPERATION_COLOR_BLACK),
-         Click(IDC_OPERATION_COLOR_SHADED), helpOf(IDS_HELP_OPERATION_COLOR_SHADED),
-         support::Focus(IDC_OPERATION_SPEED), helpOf(IDS_HELP_OPERATION_SPEED),
-         support::Focus(IDC_OPERATION_SENSOR), helpOf(IDS_HELP_OPERATION_SENSOR),
-         Click(IDC_OPERATION_SYNC_PRINT), helpOf(IDS_HELP_OPERATION_SYNC_PRINT),
-         Click(IDC_OPERATION_COMPULSORY), helpOf(IDS_HELP_OPERATION_COMPULSORY),
-         // The two adjustment buttons have no text of their own.
-         Click(IDC_OPERATION_COLOR_ADJUST), escape, help(u""), Click(IDC_OPERATION_SYNC_PRINT),
-         Click(IDC_OPERATION_HALFTONE), escape, help(u""), GoTo(kVersionTab), GoTo(kOperationTab),
-         first});
-}
-
-TEST_F(OperationPageTest, ToleratesAMissingHalftoneLibrary) {
-  machine().RegisterModule(u"htui.dll", {});
-  int modules = 0;
-  const PrivateDevMode left =
-      Leave({[&](Desk&) { modules = machine().OpenModules(); }, Click(IDC_OPERATION_COLOR_ADJUST),
-             Click(IDC_OPERATION_HALFTONE),
-             [&](Desk& desk) {
-               EXPECT_EQ(desk.ModalDepth(), 1);
-               machine().faults.FailNth(platform::Fault::kModule, 1);
-             },
-             Click(IDC_OPERATION_COLOR_ADJUST),
-             [&](Desk&) {
-               EXPECT_TRUE(machine().faults.Struck(platform::Fault::kModule));
-               EXPECT_EQ(machine().OpenModules(), modules);
-             }});
-  const COLORADJUSTMENT fresh = DefaultBlock().Record.Private.ColorAdjust;
-  EXPECT_EQ(std::memcmp(&left.ColorAdjust, &fresh, sizeof(fresh)), 0);
-}
-
-TEST_F(OperationPageTest, MarksTheSheetChanged) {
-  const auto slide = [](Desk& desk) {
-    EXPECT_TRUE(desk.Slide(platform::halftone::kFirstSlider, 5));
-  };
-  const struct {
-    const char* what;
-    Steps steps;
-    bool changed;
-  } kCases[] = {
-      {"entered", {}, false},
-      {"focused", {support::Focus(IDC_OPERATION_SPEED)}, false},
-      {"speed", {Select(IDC_OPERATION_SPEED, 1)}, true},
-      {"sensor", {Select(IDC_OPERATION_SENSOR, 1)}, true},
-      {"black", {Click(IDC_OPERATION_COLOR_BLACK)}, true},
-      {"shaded", {Click(IDC_OPERATION_COLOR_SHADED)}, true},
-      {"confirmation", {Click(IDC_OPERATION_SYNC_PRINT)}, true},
-      {"precedence", {Click(IDC_OPERATION_COMPULSORY)}, true},
-      {"adjusted", {Click(IDC_OPERATION_COLOR_ADJUST), slide, Click(IDOK)}, true},
-      {"adjustment cancelled", {Click(IDC_OPERATION_COLOR_ADJUST), slide, Click(IDCANCEL)}, false},
-      {"halftone cancelled", {Click(IDC_OPERATION_HALFTONE), Click(IDCANCEL)}, false},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.what);
-    Steps steps = c.steps;
-    steps.push_back(support::ExpectChanged(c.changed));
-    Leave(std::move(steps));
-  }
-  // Sheets before Windows 2000 are not told.
-  machine().SetOs({.major = 4});
-  Leave({Select(IDC_OPERATION_SPEED, 1), support::ExpectChanged(false)});
-}
-
 // What the adjustment functions are handed.
 struct Handed {
-  std::u16string title;
-  BOOL monochrome, permission;
+  COLORADJUSTMENT values;
+  BOOL permission;
   DEVHTADJDATA data;
   DWORD defaultPattern;
   LONG answer;
@@ -294,23 +167,22 @@ struct Handed {
 
 LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORADJUSTMENT* values,
                       BOOL monochrome, BOOL permission) {
+  EXPECT_EQ(std::u16string(title), kPrinter);
   EXPECT_EQ(picture, nullptr);
   EXPECT_EQ(pictureTitle, nullptr);
-  handed.title = title;
-  handed.monochrome = monochrome;
+  EXPECT_TRUE(monochrome);
   handed.permission = permission;
+  handed.values = *values;
   values->caContrast = 17;
   return handed.answer;
 }
-
 LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
-  handed.title = title;
+  EXPECT_EQ(std::u16string(title), kPrinter);
   handed.data = *data;
   handed.defaultPattern = data->pDefHTInfo->HTPatternSize;
   if (data->pAdjHTInfo != nullptr) data->pAdjHTInfo->HTPatternSize = 6;
   return handed.answer;
 }
-
 template <typename Proc>
 FARPROC AnyEntry(Proc* proc) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(proc));
@@ -323,7 +195,9 @@ TEST_F(OperationPageTest, HandsTheAdjustmentsWhatTheyNeed) {
     uint16_t density;
     LONG answer;
     DWORD dpi;
-  } kCases[] = {{203, 1, 203}, {305, 1, 305}, {300, 0, 203}, {203, -3, 203}};
+    bool permission = true;
+  } kCases[] = {{203, 1, 203},  {305, 1, 305},        {300, 0, 203},
+                {203, -3, 203}, {203, 1, 203, false}, {203, 2, 203}};
   for (const auto& c : kCases) {
     DriverSettingsBlock block = DefaultBlock();
     block.Printer.HeadDensity = c.density;
@@ -331,43 +205,55 @@ TEST_F(OperationPageTest, HandsTheAdjustmentsWhatTheyNeed) {
     own.HTPatternSize = 5;
     std::memcpy(&block.Printer.HTInfo, &own, sizeof(own));
     block.Record.Private.ColorAdjust.caContrast = 3;
-    StoreBlock(machine(), block);
+    block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
+    Keep(block);
     handed = {};
     handed.answer = c.answer;
-    const PrivateDevMode left =
-        Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE)});
-    EXPECT_EQ(handed.title, kPrinter);
-    EXPECT_TRUE(handed.monochrome);
-    EXPECT_TRUE(handed.permission);
+    const bool taken = c.answer >= 1 && c.permission;
+    if (c.permission) {
+      for (int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
+        Cancel(kOperationTab, {Click(button), ExpectChanged(taken)});
+      }
+      block.Record.Private =
+          Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE)});
+      block.Printer = KeptPrinterPart(machine());
+    } else {
+      EXPECT_EQ(AdjustHalftone(block, kPrinter, false), 1);
+      EXPECT_EQ(AdjustColor(block, kPrinter, false), 1);
+    }
+    EXPECT_EQ(handed.permission != FALSE, c.permission);
+    EXPECT_EQ(handed.values.caSize, sizeof(COLORADJUSTMENT));
     EXPECT_EQ(handed.data.DeviceFlags, 0u);
     EXPECT_EQ(handed.data.DeviceXDPI, c.dpi);
     EXPECT_EQ(handed.data.DeviceYDPI, c.dpi);
-    EXPECT_NE(handed.data.pAdjHTInfo, nullptr);
-    EXPECT_EQ(handed.defaultPattern, DefaultHalftoneInfo().HTPatternSize);
-    EXPECT_EQ(left.ColorAdjust.caContrast, c.answer >= 1 ? 17 : 3);
-    DEVHTINFO kept;
-    const PrinterSettingsPart part = support::KeptPrinterPart(machine());
-    std::memcpy(&kept, &part.HTInfo, sizeof(kept));
-    EXPECT_EQ(kept.HTPatternSize, c.answer >= 1 ? 6u : 5u);
+    EXPECT_EQ(handed.data.pAdjHTInfo != nullptr, c.permission);
+    EXPECT_EQ(handed.defaultPattern, c.permission ? DefaultHalftoneInfo().HTPatternSize : 5u);
+    EXPECT_EQ(block.Record.Private.ColorAdjust.caContrast, c.answer >= 1 ? 17 : 3);
+    std::memcpy(&own, &block.Printer.HTInfo, sizeof(own));
+    EXPECT_EQ(own.HTPatternSize, taken ? 6u : 5u);
   }
 }
 
-TEST_F(OperationPageTest, OnlyShowsTheHalftoneWithoutPermission) {
-  machine().RegisterModule(u"htui.dll", {{"HTUI_ColorAdjustmentW", AnyEntry(FakeColor)},
-                                         {"HTUI_DeviceColorAdjustmentW", AnyEntry(FakeDevice)}});
-  DriverSettingsBlock block = DefaultBlock();
-  DEVHTINFO own = DefaultHalftoneInfo();
-  own.HTPatternSize = 5;
-  std::memcpy(&block.Printer.HTInfo, &own, sizeof(own));
-  const DriverSettingsBlock before = block;
-  handed = {};
-  handed.answer = 1;
-  EXPECT_EQ(AdjustHalftone(block, kPrinter, false), 1);
-  EXPECT_EQ(handed.data.pAdjHTInfo, nullptr);
-  EXPECT_EQ(handed.defaultPattern, 5u);
-  EXPECT_EQ(std::memcmp(&block, &before, sizeof(block)), 0);
-  AdjustColor(block, kPrinter, false);
-  EXPECT_FALSE(handed.permission);
+TEST_F(OperationPageTest, ToleratesAMissingHalftoneLibrary) {
+  const auto adjust = [&](int failing) {
+    return Steps{[=](Desk&) {
+                   platform::Machine::Current().faults.FailNth(platform::Fault::kModule, failing);
+                 },
+                 Click(IDC_OPERATION_COLOR_ADJUST)};
+  };
+  int modules = 0;
+  const auto none = [&](Desk& desk) {
+    EXPECT_EQ(desk.ModalDepth(), 1);
+    EXPECT_EQ(machine().OpenModules(), modules);
+  };
+  machine().RegisterModule(u"htui.dll", {});
+  Leave({[&](Desk&) { modules = machine().OpenModules(); }, Click(IDC_OPERATION_COLOR_ADJUST), none,
+         Click(IDC_OPERATION_HALFTONE), none, adjust(1), none});
+  // A file of that name where programs look first is not taken for the system's.
+  machine().UnregisterModule(u"htui.dll");
+  machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), [](Desk& desk) { EXPECT_EQ(desk.ModalDepth(), 2); },
+         Escape()});
 }
 
 }  // namespace
