@@ -160,6 +160,8 @@ TEST_F(EntryPoints, SheetFunctionWithoutSheet) {
   header.hPrinter = printer;
   header.pszPrinterName = name_.data();
   header.pdmOut = Out();
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&header)), 452);
+  header.cbOut = 0;
   header.fMode = DM_COPY;
   EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, reinterpret_cast<LPARAM>(&header)), 1);
   EXPECT_EQ(header.cbOut, 452u);
