@@ -126,6 +126,9 @@ TEST(Texts, StayWithinTheirBuffers) {
   EXPECT_EQ(buffer, std::u16string(u"abcde"));
   EXPECT_EQ(AppendText(buffer, u"x"), 0);
   EXPECT_EQ(CopyText(buffer, nullptr), 0);
+  EXPECT_EQ(std::u16string(buffer, 6), std::u16string(6, 0)) << "a tail is left";
+  buffer[0] = u'x';
+  EXPECT_EQ(CopyText(buffer, 1, u"y"), 0);
   EXPECT_EQ(buffer[0], 0);
   const WCHAR unterminated[3] = {'x', 'y', 'z'};
   EXPECT_EQ(CopyField(buffer, 6, unterminated, 3), 3);

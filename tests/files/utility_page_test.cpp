@@ -1,4 +1,7 @@
 // The utility page in sheets that a person uses.
+#include <windows.h>
+#include <commdlg.h>
+
 #include "operation/device_settings.h"
 #include "resources/resource.h"
 #include "tests/files/backup_fixture.h"
@@ -32,12 +35,11 @@ class UtilityPage : public BackupTest {
     BackupTest::SetUp();
     support::StoreBlock(machine(), my_.block);
   }
-  support::SheetAnswer Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault,
-                             bool permission = true) {
-    steps.insert(steps.begin(), GoTo(support::kUtilityTab));
-    return support::ShowSheet(exports_, {.kind = kind, .permission = permission}, std::move(steps));
+  support::SheetAnswer Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
+    return support::ShowSheet(exports_, {.kind = kind},
+                              {GoTo(support::kUtilityTab), std::move(steps)});
   }
-  static support::Steps::value_type Message(const char16_t* text, UINT icon) {
+  static support::Step Message(const char16_t* text, UINT icon) {
     return support::CloseMessage(text, icon, u"ユーティリティ");
   }
   std::u16string NameInData(const char16_t* value) {
@@ -67,14 +69,13 @@ TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
   Steps steps;
   for (const Case& c : cases) {
     for (const bool save : {true, false}) {
-      steps.push_back(Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, c.name));
-      steps.push_back(Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD));
-      if (c.reason != nullptr) steps.push_back(Message(c.reason, MB_ICONEXCLAMATION));
-      steps.push_back(Message(save ? kSaveFailed : kLoadFailed, MB_ICONHAND));
+      steps += {Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, c.name),
+                Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD),
+                c.reason != nullptr ? Steps(Message(c.reason, MB_ICONEXCLAMATION)) : Steps(),
+                Message(save ? kSaveFailed : kLoadFailed, MB_ICONHAND)};
     }
   }
-  steps.push_back(support::PressCancel());
-  Visit(std::move(steps));
+  Visit({steps, support::PressCancel()});
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"(none)");
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
 }
@@ -98,7 +99,13 @@ TEST_F(UtilityPage, KeepsTheFirst130UnitsOfALongName) {
   Visit({Replace(IDC_UTILITY_SAVE_NAME, name), Click(IDC_UTILITY_SAVE),
          Message(kSaved, MB_ICONASTERISK), support::PressCancel()});
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), name.substr(0, 130));
-  Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)), support::PressCancel()});
+  // The field itself takes 259 units.
+  Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)),
+         [](platform::Desk& desk) {
+           EXPECT_EQ(desk.Control(IDC_UTILITY_SAVE_NAME).textLimit, 259);
+           EXPECT_EQ(desk.Control(IDC_UTILITY_LOAD_NAME).textLimit, 259);
+         },
+         support::PressCancel()});
 }
 
 TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
@@ -108,13 +115,10 @@ TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
   machine().WriteFile(kFile, text);
   const Steps load = {Replace(IDC_UTILITY_LOAD_NAME, kFile), Click(IDC_UTILITY_LOAD),
                       Message(kLoaded, MB_ICONASTERISK)};
-  Steps steps = load;
-  steps.push_back(support::PressCancel());
-  EXPECT_FALSE(Visit(steps).written);
+  EXPECT_FALSE(Visit({load, support::PressCancel()}).written);
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
   EXPECT_EQ(ReadSyncPrint(kPrinter), 1u);
-  steps.back() = support::PressOk();
-  const auto answer = Visit(steps);
+  const auto answer = Visit({load, support::PressOk()});
   EXPECT_EQ(answer.record.Private.nPrintSpeed, 3);
   EXPECT_EQ(answer.record.Private.nTSMode, 1);
   EXPECT_EQ(answer.record.Private.Signature, SETTINGS_SIGNATURE);
@@ -137,47 +141,99 @@ TEST_F(UtilityPage, AFailedLoadChangesNothing) {
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
 }
 
-constexpr int kDialogName = 1148;    // the file dialog's edit
-constexpr int kDialogFolder = 1137;  // and its folder
+// What a file dialog was asked for, and the file that the person picks in it; none: cancel.
+struct FileAsk {
+  OPENFILENAMEW dialog;
+  std::u16string function, filter, file, folder, extension;
+};
+std::vector<FileAsk> asked;
+const char16_t* picked;
+
+BOOL Ask(OPENFILENAMEW* dialog, const char16_t* function) {
+  const WCHAR* end = dialog->lpstrFilter;
+  while (end[0] != 0 || end[1] != 0) ++end;
+  asked.push_back({*dialog, function, std::u16string(dialog->lpstrFilter, end), dialog->lpstrFile,
+                   dialog->lpstrInitialDir, dialog->lpstrDefExt});
+  if (picked != nullptr) std::u16string(picked).copy(dialog->lpstrFile, dialog->nMaxFile);
+  return picked != nullptr;
+}
+BOOL WINAPI AskOpen(OPENFILENAMEW* dialog) { return Ask(dialog, u"open"); }
+BOOL WINAPI AskSave(OPENFILENAMEW* dialog) { return Ask(dialog, u"save"); }
 
 TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
   struct Case {
-    const char16_t* name;
-    const char16_t* startName;
-    const char16_t* folder;  // its last part; null: the platform's choice
+    const char16_t *name, *file, *folder;
   };
-  Steps steps;
-  for (const Case& c : {Case{u"C:\\data\\a.ini", u"a.ini", u"data"},
-                        {u"b.ini", u"b.ini", u"system32"},
-                        {u"", u"", nullptr},
-                        {u"  ", u"", nullptr}}) {
-    for (const int browse : {IDC_UTILITY_SAVE_BROWSE, IDC_UTILITY_LOAD_BROWSE}) {
-      const int field =
-          browse == IDC_UTILITY_SAVE_BROWSE ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME;
-      steps.push_back(Replace(field, c.name));
-      steps.push_back(Click(browse));
-      steps.push_back(ExpectText(kDialogName, c.startName));
-      steps.push_back([c](platform::Desk& desk) {
-        const std::u16string folder = desk.Text(kDialogFolder);
-        if (c.folder == nullptr) return;
-        EXPECT_NE(folder.find(c.folder), std::u16string::npos) << Cp932(folder);
-      });
-      steps.push_back(Click(IDCANCEL));
-      steps.push_back(ExpectText(field, c.name));
+  const HMODULE library = LoadLibraryW(u"comdlg32.dll");
+  const auto entry = [](auto* function) {
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+  };
+  const FARPROC title = GetProcAddress(library, "GetFileTitleW");
+  FreeLibrary(library);
+  machine().RegisterModule(u"comdlg32.dll", {{"GetFileTitleW", title},
+                                             {"GetOpenFileNameW", entry(AskOpen)},
+                                             {"GetSaveFileNameW", entry(AskSave)}});
+  for (const bool save : {true, false}) {
+    const int field = save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME;
+    const int browse = save ? IDC_UTILITY_SAVE_BROWSE : IDC_UTILITY_LOAD_BROWSE;
+    const std::u16string tooLong = u"C:\\data\\" + std::u16string(64, u't');
+    for (const Case& c : {Case{u"C:\\data\\a.ini", u"a.ini", u"C:\\data\\"},
+                          {u"\\b.ini", u"b.ini", u"\\"},
+                          {u"b.ini", u"b.ini", u"C:\\WINDOWS\\system32"},
+                          {tooLong.c_str(), u"", tooLong.c_str()},
+                          {u"", u"", u""},
+                          {u" \u3000", u"", u""}}) {
+      asked.clear();
+      picked = nullptr;
+      Visit({Replace(field, c.name), Click(browse), ExpectText(field, c.name),
+             [](platform::Desk&) { picked = u"C:\\表\\chosen.ini"; }, Click(browse),
+             ExpectText(field, u"C:\\表\\chosen.ini"), support::PressCancel()});
+      ASSERT_EQ(asked.size(), 2u);
+      const FileAsk& ask = asked[0];
+      EXPECT_EQ(ask.function, save ? u"save" : u"open");
+      EXPECT_EQ(ask.file, c.file) << Cp932(c.name);
+      EXPECT_EQ(ask.folder, c.folder) << Cp932(c.name);
+      EXPECT_EQ(ask.filter, std::u16string(u"初期化ﾌｧｲﾙ(*.ini)\0*.ini", 20));
+      EXPECT_EQ(ask.extension, u"ini");
+      EXPECT_EQ(ask.dialog.lStructSize, sizeof(OPENFILENAMEW));
+      EXPECT_EQ(ask.dialog.nFilterIndex, 1u);
+      EXPECT_EQ(ask.dialog.nMaxFile, 260u);
+      EXPECT_EQ(ask.dialog.lpstrTitle, nullptr);
+      EXPECT_EQ(ask.dialog.lpstrFileTitle, nullptr);
+      EXPECT_NE(ask.dialog.hwndOwner, nullptr);
+      EXPECT_EQ(ask.dialog.Flags,
+                DWORD(save ? OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY
+                           : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST));
     }
   }
-  steps.push_back(support::PressCancel());
-  Visit(std::move(steps));
 }
 
+// With the platform's own dialog, which asks before a file is written over.
 TEST_F(UtilityPage, TakesTheChosenFile) {
-  Visit({Replace(IDC_UTILITY_SAVE_NAME, u"C:\\data\\x.ini"), Click(IDC_UTILITY_SAVE_BROWSE),
-         Replace(kDialogName, u"new"), Click(IDOK),
-         ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\data\\new.ini"), Click(IDC_UTILITY_SAVE),
-         Message(kSaved, MB_ICONASTERISK), Replace(IDC_UTILITY_LOAD_NAME, u"C:\\data\\x.ini"),
+  constexpr int kDialogName = 1148;
+  const support::Step overwrite = Click(IDYES);
+  const Steps choose = {Replace(IDC_UTILITY_SAVE_NAME, u"C:\\data\\x.ini"),
+                        Click(IDC_UTILITY_SAVE_BROWSE), Replace(kDialogName, u"new"), Click(IDOK)};
+  const Steps save = {ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\data\\new.ini"),
+                      Click(IDC_UTILITY_SAVE), Message(kSaved, MB_ICONASTERISK)};
+  Visit({choose, save, choose, overwrite, save, Replace(IDC_UTILITY_LOAD_NAME, u"C:\\data\\x.ini"),
          Click(IDC_UTILITY_LOAD_BROWSE), Replace(kDialogName, u"NEW.ini"), Click(IDOK),
          Click(IDC_UTILITY_LOAD), Message(kLoaded, MB_ICONASTERISK), support::PressCancel()});
   EXPECT_EQ(Bytes(u"C:\\data\\new.ini"), Golden());
+}
+
+// The wait cursor lasts as long as the transfer, whatever becomes of it.
+TEST_F(UtilityPage, ShowsTheWaitCursorWhileItTransfers) {
+  const auto cursor = [](LPCWSTR name) {
+    return [=](platform::Desk& desk) { EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, name)); };
+  };
+  WriteDefaultsWith(u"BarFontNum=0", u"BarFontNum=1\r\n");
+  const Steps fonts = {cursor(IDC_WAIT), Click(IDOK)};  // the warning of loaded fonts
+  Visit({Replace(IDC_UTILITY_LOAD_NAME, kFile), Click(IDC_UTILITY_LOAD), fonts, cursor(IDC_ARROW),
+         Message(kLoaded, MB_ICONASTERISK), cursor(IDC_ARROW),
+         Replace(IDC_UTILITY_LOAD_NAME, u"C:\\data\\none.ini"), Click(IDC_UTILITY_LOAD),
+         cursor(IDC_WAIT), Message(kNotABackup, MB_ICONHAND), cursor(IDC_ARROW),
+         Message(kLoadFailed, MB_ICONHAND), support::PressCancel()});
 }
 
 TEST_F(UtilityPage, WithoutTheDialogLibraryNothingIsTouched) {
