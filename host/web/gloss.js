@@ -2,8 +2,10 @@
 
 let entries = null; // pattern and meaning, the longest first; null: switched off
 
+const JOINED = 8; // messages are joined from texts longer than this
+
 // Texts are compared without their access keys, blanks and widths of letters.
-const plain = (text) => text.normalize("NFKC").replace(/\(&.\)|&(?=[^&])|[\s:]/g, "");
+export const plain = (text) => text.normalize("NFKC").replace(/\(&.\)|&(?=[^&])|[\s:]/g, "");
 
 // "%s" and "%d" stand for any text, which is given its own meaning if it has one.
 function entryOf([text, meaning]) {
@@ -33,7 +35,7 @@ export function meaningOf(text) {
   }
   const meanings = [];
   while (rest) {
-    const entry = entries.find(({ pattern, length }) => length > 0 && pattern.test(rest));
+    const entry = entries.find(({ pattern, length }) => length > JOINED && pattern.test(rest));
     if (!entry) return "";
     const found = rest.match(entry.pattern);
     meanings.push(fill(entry.meaning, found));

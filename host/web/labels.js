@@ -1,5 +1,6 @@
 // What a screen reader is told: every input is named by the text before it in the template's order,
 // group boxes own what stands inside them.
+import { meaningOf } from "./gloss.js";
 
 const contains = ([x, y, width, height], [left, top]) => left >= x && top >= y && left < x + width && top < y + height;
 
@@ -17,6 +18,7 @@ function nameInput(node, namer) {
     for (const arrow of node.element.children) arrow.setAttribute("aria-labelledby", `${namer?.text.id ?? ""} ${arrow.id}`);
   } else if (node.kind === "drawn" && drawnText) {
     node.input.ariaLabel = drawnText;
+    node.input.title = meaningOf(drawnText);
   } else if (namer) {
     node.input.setAttribute("aria-labelledby", namer.text.id);
   }

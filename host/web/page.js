@@ -26,7 +26,7 @@ let tries = 0; // failed connections in a row
 async function post(action) {
   const answer = await fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
   if (answer.ok) return;
-  say(`操作を受け付けられませんでした: ${await answer.text()}`, { seconds: 15 });
+  say("操作を受け付けられませんでした: " + (await answer.text()), { seconds: 15 });
   handled = Math.max(handled, action.number); // nothing more comes of it
   show(shown);
 }

@@ -1,0 +1,71 @@
+// The English table knows every Japanese text that a sheet can show.
+import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
+import { readFileSync } from "node:fs";
+import { dirname, join } from "node:path";
+import { test } from "node:test";
+import { fileURLToPath } from "node:url";
+
+import { meaningOf, plain, useMeanings } from "../../host/web/gloss.js";
+import { program } from "../support/printhost.mjs";
+
+const root = fileURLToPath(new URL("../../", import.meta.url));
+const table = JSON.parse(readFileSync(join(root, "host/web/gloss.json"), "utf8"));
+const JAPANESE = /[\u3041-\u30ff\u4e00-\u9fff\uff66-\uff9f]/;
+
+// Captions, control texts and strings of the compiled resource script.
+function resourceTexts() {
+  const script = `import json, sys
+sys.path.insert(0, sys.argv[2])
+from compiled_resources import *
+texts = []
+for kind, name, data in entries(open(sys.argv[1], "rb").read()):
+    if kind == RT_STRING: texts += strings(name, data).values()
+    if kind == RT_DIALOG: texts += [dialog(name, data).caption] + [c.text for c in dialog(name, data).controls]
+print(json.dumps(texts))`;
+  const compiled = join(dirname(program), "../QM610rDRV1.res");
+  return JSON.parse(execFileSync("python3", ["-B", "-c", script, compiled, join(root, "tests/resources")], { maxBuffer: 1 << 24 }));
+}
+
+// Literals of the sources, each joined with those that follow it directly. Not shown in a sheet: the
+// keys of settings files, names of typefaces, log lines of the build.
+function sourceTexts() {
+  const rooms = ["driver", "sheets", "paper", "operation", "fonts", "files", "companions", "platform", "host"];
+  const files = execFileSync("git", ["-C", root, "ls-files", ...rooms.map((room) => `${room}/**`)], { encoding: "utf8" }).split("\n");
+  const literal = /(?:u8?|TEXT\()?"(?:[^"\\\n]|\\.)*"\)?(?:\s*(?:u8?)?"(?:[^"\\\n]|\\.)*")*/g;
+  return files.filter((file) => /\.(cpp|h|js|html)$/.test(file) && !file.endsWith("settings_keys.h")).flatMap((file) => {
+    const code = readFileSync(join(root, file), "utf8").replace(/^\s*\/\/.*$/gm, "");
+    return (code.match(literal) ?? []).map((found) =>
+      [...found.matchAll(/"((?:[^"\\\n]|\\.)*)"/g)].map(([, text]) => text.replace(/\\n/g, "\n").replace(/\\t/g, "\t").replace(/\\./g, (two) => two[1])).join(""));
+  }).filter((text) => !/^ＭＳ Ｐ?ゴシック$/.test(text));
+}
+
+test("every text has an English meaning, and every meaning a text", () => {
+  const resources = resourceTexts().filter((text) => JAPANESE.test(text));
+  const texts = [...resources, ...sourceTexts().filter((text) => JAPANESE.test(text))];
+  assert.ok(resources.length > 250 && texts.length > resources.length + 150);
+  useMeanings(table);
+  assert.deepEqual(texts.filter((text) => !meaningOf(text)), []);
+  const known = texts.map((text) => plain(text).replace(/^%s/, ""));
+  const unused = Object.keys(table).filter((text) => {
+    const wanted = plain(text).replace(/^%s-?/, "");
+    return !known.some((text) => text === wanted || (/%[sd]$/.test(wanted) && text.startsWith(wanted.slice(0, -2))));
+  });
+  assert.deepEqual(unused, []);
+});
+
+test("meanings carry numbers and names, joined texts keep their order, other texts have none", () => {
+  useMeanings(table);
+  const expected = {
+    "ｷｬﾝｾﾙ": "Cancel",
+    "保存(&S)": "Save",
+    "用紙は最大 20 個登録できます。": "Up to 20 papers can be added.",
+    "用紙幅サイズを設定します。（指定範囲20.0mmから58.0mmです。）": "The width of the paper (20.0mm to 58.0mm).",
+    "回転の詳細設定": "Details of Rotation",
+    "データを保存しました。データを読込みました。": "The settings were saved.\nThe settings were loaded.",
+    "荷札 50": "",
+    "Standard Label 58 x 68 mm": "",
+    "": "",
+  };
+  assert.deepEqual(Object.fromEntries(Object.keys(expected).map((text) => [text, meaningOf(text)])), expected);
+});
