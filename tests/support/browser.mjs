@@ -8,10 +8,10 @@ const FLAGS = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-ru
   "--disable-component-update", "--disable-sync"];
 
 // A page of a browser with a profile of its own, closed with the test.
-export async function openBrowser(test, viewport = { width: 1000, height: 900 }) {
+export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
   const profile = mkdtempSync(join(tmpdir(), "chromium-"));
   const context = await chromium.launchPersistentContext(profile, {
-    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", headless: true, args: FLAGS, viewport,
+    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", headless: true, args: FLAGS, viewport, ...options,
   });
   test.after(async () => {
     await context.close().catch(() => {});

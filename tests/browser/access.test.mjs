@@ -1,0 +1,94 @@
+// Every page and dialog, whoever uses it and on whatever screen: named, within reach, large enough.
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { createRequire } from "node:module";
+import { test } from "node:test";
+
+import { openBrowser, top, visit } from "../support/browser.mjs";
+import { computer } from "../support/printhost.mjs";
+import { documentSheet, sheetDocument } from "../../tools/sheet_document.mjs";
+import { tour } from "./tour.mjs";
+
+const AXE = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
+const RULES = ["wcag2a", "wcag2aa", "best-practice"];
+
+async function opened(t, size, context = {}, tail = "") {
+  const sheet = computer(t).start("demo");
+  const page = await openBrowser(t, size, context);
+  const faults = await visit(page, (await sheet.address) + tail);
+  return { page, faults };
+}
+
+// What axe finds in the page, and access keys that two controls share.
+async function violations(page) {
+  return page.evaluate(async (rules) => {
+    const { violations } = await axe.run(document, { runOnly: rules });
+    const window = [...document.querySelectorAll("section[data-window]")].at(-1);
+    const keys = [...window.querySelectorAll("u")].map((key) => key.textContent.toUpperCase());
+    return [
+      ...violations.flatMap(({ id, nodes }) => nodes.map((node) => `${id} ${node.html}`)),
+      ...keys.filter((key, i) => keys.indexOf(key) !== i).map((key) => `two controls have the access key ${key}`),
+    ];
+  }, RULES);
+}
+
+// What sticks out of the window on top, cannot be scrolled to, is cut off or too small to be hit:
+// least is the height of a target.
+function misfits(page, least) {
+  return page.evaluate((least) => {
+    const window = [...document.querySelectorAll("section[data-window]")].at(-1);
+    const outer = window.getBoundingClientRect();
+    const faults = [];
+    const { scrollX, scrollY } = globalThis;
+    const root = document.scrollingElement;
+    const within = (inner, box) => inner.left >= box.left - 1 && inner.top >= box.top - 1 && inner.right <= box.right + 1 && inner.bottom <= box.bottom + 1;
+    if (outer.left + scrollX < -1 || outer.top + scrollY < -1 || outer.right + scrollX > root.scrollWidth + 1 || outer.bottom + scrollY > root.scrollHeight + 1)
+      faults.push("the window is out of reach");
+    for (const one of window.querySelectorAll(".control, button")) {
+      const box = one.getBoundingClientRect();
+      const name = `${one.className} ${one.textContent.slice(0, 20)}`;
+      if (box.width && !within(box, outer)) faults.push(`${name} sticks out`);
+      if (one.matches("label, button, input, select") && box.width && !one.closest(".updown") && Math.min(box.width, box.height + 2) < least) faults.push(`${name} is ${box.width} x ${box.height}`);
+    }
+    for (const text of window.querySelectorAll(".text")) {
+      const room = text.parentElement;
+      if (room.matches(".push, .static:not(.wrapped)") && text.getBoundingClientRect().width > room.getBoundingClientRect().width + 2) faults.push(`${text.textContent} is cut off`);
+    }
+    return faults;
+  }, least);
+}
+
+test("every page and dialog is named and unambiguous, and docs/sheet.md tells of it as it is", async (t) => {
+  const { page, faults } = await opened(t, { width: 1280, height: 720 }, {}, "#gloss=en");
+  await page.evaluate(AXE);
+  const found = {};
+  const stops = [];
+  await tour(page, async (stop) => {
+    const wrong = await violations(page);
+    if (wrong.length) found[stop.name] = wrong;
+    stops.push(await documentSheet(page, stop));
+  });
+  assert.deepEqual(found, {});
+  assert.deepEqual(faults, []);
+  assert.equal(readFileSync(new URL("../../docs/sheet.md", import.meta.url), "utf8"), sheetDocument(stops), "docs/sheet.md is old: node tools/screenshots.mjs");
+});
+
+test("every page and dialog fits a small laptop, a phone and a page at 200 %", async (t) => {
+  const screens = [
+    [{ width: 1280, height: 720 }, {}, 16, true],
+    [{ width: 1366, height: 640 }, {}, 15, true],
+    [{ width: 390, height: 844 }, { hasTouch: true }, 24, false],
+    [{ width: 640, height: 360 }, {}, 15, false],
+  ];
+  await Promise.all(screens.map(async ([size, context, least, whole]) => {
+    const { page } = await opened(t, size, context);
+    const found = {};
+    await tour(page, async (stop) => {
+      const wrong = await misfits(page, least);
+      const seen = await page.evaluate(() => [document.scrollingElement.scrollWidth <= innerWidth, document.scrollingElement.scrollHeight <= innerHeight]);
+      if (whole && !seen.every(Boolean)) wrong.push("is not seen whole");
+      if (wrong.length) found[stop.name] = wrong;
+    });
+    assert.deepEqual(found, {}, JSON.stringify(size));
+  }));
+});

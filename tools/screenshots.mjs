@@ -1,0 +1,28 @@
+// Makes docs/sheet.md and its pictures anew: node tools/screenshots.mjs
+import { mkdirSync, writeFileSync } from "node:fs";
+import { fileURLToPath } from "node:url";
+
+import { openBrowser, visit } from "../tests/support/browser.mjs";
+import { computer } from "../tests/support/printhost.mjs";
+import { documentSheet, sheetDocument } from "./sheet_document.mjs";
+import { tour } from "../tests/browser/tour.mjs";
+
+const docs = fileURLToPath(new URL("../docs/", import.meta.url));
+mkdirSync(`${docs}screenshots`, { recursive: true });
+const cleanups = [];
+const scope = { after: (cleanup) => cleanups.unshift(cleanup) };
+const page = await openBrowser(scope);
+const gloss = page.locator("#gloss");
+await visit(page, await computer(scope).start("demo").address);
+const stops = [];
+await tour(page, async (stop) => {
+  await page.mouse.move(0, 0);
+  await page.locator("section[data-window]").last().screenshot({ path: `${docs}screenshots/${stop.name}.png` });
+  await gloss.evaluate((button) => button.click());
+  await page.locator("html.glossed section[data-window]").last().waitFor();
+  stops.push(await documentSheet(page, stop));
+  await gloss.evaluate((button) => button.click());
+  await page.locator("html:not(.glossed) section[data-window]").last().waitFor();
+});
+writeFileSync(`${docs}sheet.md`, sheetDocument(stops));
+for (const cleanup of cleanups) await cleanup();

@@ -1,0 +1,66 @@
+// docs/sheet.md: each page and dialog with its picture and its controls by id, name and meaning, as a
+// sheet that shows its English tells them.
+import { readFileSync } from "node:fs";
+
+const read = (name) => readFileSync(new URL(`../${name}`, import.meta.url), "utf8");
+const numbers = Object.fromEntries([...read("resources/resource.h").matchAll(/#define (\w+) (\d+)/g)].map(([, name, number]) => [name, Number(number)]));
+const helpTexts = Object.fromEntries([...read("resources/help.rc").matchAll(/(IDS_HELP_\w+)\s+"([^"]*)"/g)].map(([, name, text]) => [name, text.replace("\\n", "\n")]));
+
+// The help text of a control, by the name that its id has among those of its dialog.
+function helpOf(prefix, id) {
+  const name = Object.keys(numbers).find((one) => one.startsWith(`IDC_${prefix}_`) && numbers[one] === id && `IDS_HELP_${one.slice(4)}` in helpTexts);
+  return name ? helpTexts[`IDS_HELP_${name.slice(4)}`] : "";
+}
+
+// What the window on top shows now.
+export function documentSheet(page, { name, prefix }) {
+  return page.evaluate(async ({ name, helps }) => {
+    const { meaningOf } = await import("./gloss.js");
+    const both = (element) => {
+      const meaning = element?.querySelector(".gloss")?.textContent ?? "";
+      const text = element?.textContent ?? "";
+      return { text: text.slice(0, text.length - meaning.length).trim(), meaning };
+    };
+    const window = [...document.querySelectorAll("section[data-window]")].at(-1);
+    const shown = window.querySelector(".tab[aria-selected=true]") ?? window.querySelector("h2");
+    const rows = [...window.querySelectorAll("[data-id]")].filter((one) => !one.matches(".group, .static:not(.filled), .message .static, [role=presentation]")).map((one) => {
+      const named = one.getAttribute("aria-labelledby") ?? one.querySelector("[aria-labelledby]")?.getAttribute("aria-labelledby").split(" ")[0];
+      const own = one.closest("label, button") ?? one;
+      const drawn = { text: one.ariaLabel ?? "", meaning: meaningOf(one.ariaLabel) };
+      const group = [...window.querySelectorAll(".group")].find((one) => one.getAttribute("aria-owns").split(" ").includes(own.id));
+      const id = Number(one.dataset.id);
+      return {
+        id, kind: one.dataset.kind, group: both(group?.querySelector(".text")),
+        ...(named ? both(document.getElementById(named)) : one.dataset.kind === "drawn" ? drawn : both(own)),
+        help: meaningOf((helps[id] ?? "").replace(/%[sd]/g, "n")),
+        choices: one.dataset.kind === "combo" ? [...one.options].map((option) => option.text) : [],
+      };
+    });
+    return { name, title: both(shown), message: both(window.querySelector(".message .text")), rows };
+  }, { name, helps: Object.fromEntries(Object.values(numbers).map((id) => [id, helpOf(prefix, id)])) });
+}
+
+const KINDS = { button: "button", check: "check box", radio: "choice", edit: "field", combo: "list", list: "list", updown: "arrows", drawn: "picture", static: "text", track: "slider" };
+const cell = (text) => text.replace(/\s*\n\s*/g, " ").replaceAll("|", "\\|").trim();
+
+function row({ id, kind, group, text, meaning, help, choices }) {
+  const means = [meaning, help, choices.length ? `Choices: ${choices.join("; ")}.` : ""].filter(Boolean).join(". ").replaceAll("..", ".");
+  return `| ${id} | ${KINDS[kind]} | ${cell(group.text)} | ${cell(text)} | ${cell(means)} |`;
+}
+
+function section({ name, title, message, rows }) {
+  return [
+    `## ${title.text}${title.meaning ? ` — ${title.meaning}` : ""}`, "", `![${title.text}](screenshots/${name}.png)`, "",
+    ...(message.text ? [`> ${cell(message.text)}`, ">", `> ${cell(message.meaning)}`, ""] : []),
+    "| id | kind | group | name | meaning |", "|---|---|---|---|---|", ...rows.map(row), "",
+  ];
+}
+
+export function sheetDocument(stops) {
+  return [
+    "# The sheet", "",
+    "Every page and dialog with its controls: the id by which programs and tests name a control, its name on the sheet, and what it means. Made by",
+    "`node tools/screenshots.mjs` from a running sheet and the table of its English (`host/web/gloss.json`), and checked to be current.", "",
+    ...stops.flatMap(section),
+  ].join("\n");
+}
