@@ -17,6 +17,7 @@
 #include "driver/default_settings.h"
 #include "driver/settings_block.h"
 #include "platform/machine.h"
+#include "tests/support/bin_dir.h"
 
 namespace kestrel {
 namespace {
@@ -73,11 +74,21 @@ void Measure(benchmark::State& state, Call call) {
   state.counters["spooler"] = questions;
 }
 
-void Capability(benchmark::State& state) {
+// Through the export of a loaded file: the Windows DLL or the native module.
+void Capability(benchmark::State& state, const char* file) {
   std::vector<WCHAR> names((kPaperCapacity + 1) * 64);
+  HMODULE module = nullptr;
+  decltype(&DrvDeviceCapabilities) ask = nullptr;
   Measure(state, [&](Printer& printer) {
-    const auto count = static_cast<LONG>(DrvDeviceCapabilities(
-        printer.handle(), printer.name(), 16, names.data(), nullptr));  // DC_PAPERNAMES
+    if (module == nullptr) {
+      printer.machine().InstallModule(u"C:\\driver.dll", support::Built(file));
+      module = LoadLibraryW(u"C:\\driver.dll");
+      ask = reinterpret_cast<decltype(ask)>(
+          reinterpret_cast<void (*)()>(GetProcAddress(module, "DrvDeviceCapabilities")));
+      if (ask == nullptr) return false;
+    }
+    const auto count = static_cast<LONG>(
+        ask(printer.handle(), printer.name(), 16, names.data(), nullptr));  // DC_PAPERNAMES
     return count == state.range(0) + 1;
   });
 }
@@ -129,7 +140,8 @@ void OpenAndClose(benchmark::State& state) {
   });
 }
 
-BENCHMARK(Capability)->Arg(1)->Arg(20);
+BENCHMARK_CAPTURE(Capability, dll, "../../windows/x64/QM610rDRV1.dll")->Arg(1)->Arg(20);
+BENCHMARK_CAPTURE(Capability, native, "QM610rDRV1.so")->Arg(1)->Arg(20);
 BENCHMARK(Resolution)->Arg(1)->Arg(20);
 BENCHMARK(ResolutionWithInput)->Arg(1)->Arg(20);
 BENCHMARK(Conversion)->Arg(1)->Arg(20);

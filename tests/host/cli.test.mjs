@@ -1,9 +1,9 @@
 // printhost from the shell: what a person types and reads, and that everything is there in the next
 // process.
 import assert from "node:assert/strict";
-import { randomFillSync } from "node:crypto";
-import { existsSync, lstatSync, readFileSync, readdirSync, rmSync, symlinkSync, writeFileSync } from "node:fs";
-import { join } from "node:path";
+import { createHash, randomFillSync } from "node:crypto";
+import { existsSync, lstatSync, readFileSync, readdirSync, readlinkSync, realpathSync, rmSync, symlinkSync, writeFileSync } from "node:fs";
+import { dirname, join } from "node:path";
 import { test } from "node:test";
 
 import { computer } from "../support/printhost.mjs";
@@ -185,4 +185,33 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   assert.equal(pc.run("caps", "absent").status, 3);
   assert.equal(pc.run("caps", "--help").status, 0);
   assert.equal(readdirSync(pc.folder).length, 1);
+});
+
+test("the driver that runs is the Windows DLL, or the native module where that was asked for", (t) => {
+  const pc = installed(t);
+  const told = pc.json("module");
+  const bytes = readFileSync(told.file);
+  assert.deepEqual([told.format, told.machine, told.version], ["PE32+", "x86-64", "14.0.1.20"]);
+  assert.equal(told.sha256, createHash("sha256").update(bytes).digest("hex"));
+  assert.equal(told.exports.length, 16);
+  assert.ok(told.imports["winspool.drv"].includes("OpenPrinterW") && !told.imports["user32.dll"].includes("OpenPrinterW"));
+  assert.deepEqual(told.resources.filter(({ type }) => type === "version").map(({ name }) => name), [1]);
+  assert.deepEqual(told.sections.filter(({ name }) => [".text", ".data"].includes(name)).map(({ protection }) => protection), ["r-x", "rw-"]);
+  const x86 = pc.json("module", join(dirname(realpathSync(told.file)), "../x86/QM610rDRV1.dll"));
+  assert.deepEqual([x86.format, x86.machine, x86.exports], ["PE32", "x86", told.exports]);
+  for (const size of [0, 100, 1000, bytes.length - 1]) {
+    const file = pc.file(`cut${size}`);
+    writeFileSync(file, bytes.subarray(0, size));
+    const { status, stdout, stderr } = pc.run("module", file);
+    assert.deepEqual([status, stdout], [3, ""]);
+    assert.match(stderr, /^printhost: .+\n$/);
+  }
+
+  const caps = pc.json("caps", NAME);
+  assert.equal(pc.run("add", "native", "--native").status, 0);
+  assert.deepEqual(pc.json("caps", NAME), caps);
+  assert.match(readlinkSync(told.file), /\.so$/);
+  assert.equal(pc.run("module").status, 3);
+  assert.equal(pc.run("add", "again").status, 0);
+  assert.equal(pc.json("module").sha256, told.sha256);
 });

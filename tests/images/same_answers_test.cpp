@@ -123,10 +123,8 @@ TEST_F(BothModules, AnswerAlike) {
       return module.DrvSplDeviceCaps(*printer_, name_.data(), DC_MEDIAREADY, output, 128, record);
     });
     Compare(what + " attributes", [&](auto& module, std::byte* output) {
-      return module.DrvQueryJobAttributes(*printer_, record, 4, reinterpret_cast<BYTE*>(output));
-    });
-    Compare(what + " print", [&](auto& module, std::byte* output) {
-      return module.DevQueryPrint(*printer_, record, reinterpret_cast<DWORD*>(output));
+      return module.DrvQueryJobAttributes(*printer_, record, 4, reinterpret_cast<BYTE*>(output)) +
+             module.DevQueryPrint(*printer_, record, reinterpret_cast<DWORD*>(output + 64));
     });
     Compare(what + " profile", [&](auto& module, std::byte* output) {
       ULONG size = 64, flags = 0;
@@ -134,7 +132,25 @@ TEST_F(BothModules, AnswerAlike) {
       return int64_t{size} << 16 | flags << 8 | static_cast<ULONG>(done);
     });
   }
-  EXPECT_EQ(compared_, 66 + 401 * 16);
+  // Sheets are cancelled at once: nobody is at the desk.
+  for (int event = -1; event < 16; ++event) {
+    Compare("event " + std::to_string(event), [&](auto& module, std::byte* output) {
+      auto* const record = reinterpret_cast<DEVMODEW*>(output);
+      DEVQUERYPRINT_INFO query = {};
+      query.cbSize = static_cast<WORD>(event);
+      return int64_t{module.DrvPrinterEvent(name_.data(), event, 0, 0)} << 40 |
+             module.DrvUpgradePrinter(static_cast<DWORD>(event), nullptr) << 20 |
+             module.DevQueryPrintEx(&query) << 16 |
+             (module.DrvDocumentEvent(*printer_, nullptr, event, 0, nullptr, 8, output) & 15)
+                 << 12 |
+             (module.DrvAdvancedDocumentProperties(nullptr, *printer_, name_.data(), record,
+                                                   nullptr) &
+              15) << 8 |
+             (module.PrinterProperties(nullptr, *printer_) & 15) << 4 |
+             (module.DrvDevicePropertySheets(nullptr, event) & 15);
+    });
+  }
+  EXPECT_EQ(compared_, 66 + 401 * 15 + 17);
 }
 
 struct ThrowingUser : platform::User {

@@ -1,0 +1,50 @@
+// Windows images as any bytes at all, up to the call of their entry point. Begins with the small
+// library that the loader's tests load.
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/system/image_map.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// What a taken image offers lies in its own memory and can be read.
+void LookAtAll(const platform::ImageFile& image, const platform::MappedImage& mapped) {
+  const auto* const base = reinterpret_cast<const std::byte*>(mapped.handle());
+  const auto within = [&](const void* address, size_t size) {
+    const auto at = static_cast<size_t>(static_cast<const std::byte*>(address) - base);
+    return at <= image.size && image.size - at >= size;
+  };
+  for (const platform::Resource& resource : mapped.Resources()) {
+    Require(within(resource.data.data(), resource.data.size()));
+    const platform::Bytes data = resource.data;
+    Require(std::count(data.begin(), data.end(), std::byte{0}) >= 0);
+  }
+  for (const platform::ImageExport& each : image.exports) {
+    const FARPROC entry = mapped.Entry(each.name.c_str());
+    Require(entry == nullptr || within(reinterpret_cast<const void*>(entry), 1));
+  }
+  for (const platform::ImageSection& section : image.sections) {
+    Require(!section.writable || !section.executable);
+    Require(within(base + section.address, section.size));
+    static_cast<void>(*const_cast<const volatile std::byte*>(base + section.address));
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const platform::Bytes file(reinterpret_cast<const std::byte*>(data), size);
+  try {
+    const platform::ImageFile image(file);
+    const platform::MappedImage mapped(file);
+    LookAtAll(image, mapped);
+  } catch (const platform::ImageError& error) {
+    Require(error.code == ERROR_BAD_EXE_FORMAT || error.code == ERROR_MOD_NOT_FOUND ||
+            error.code == ERROR_PROC_NOT_FOUND);
+  }
+  return 0;
+}
