@@ -84,7 +84,7 @@ constexpr Control kControls[] = {
     {kFontTab, IDC_CREATE_FONT_DECO_NEW, kOwner, 2283, false},
     {kFontTab, IDC_CREATE_FONT_DECO_EDIT, kOwner, 2284, false},
     {kFontTab, IDC_CREATE_FONT_DECO_DELETE, kOwner, 2285, false},
-    {kFontTab, IDC_CREATE_FONT_DECO_REFERENCE, kPermitted, 0, false},
+    {kFontTab, IDC_CREATE_FONT_DECO_REFERENCE, kPermitted, 2397, false},
     {kFontTab, IDC_CREATE_FONT_BAR_LIST, kAlways, 2286, false},
     {kFontTab, IDC_CREATE_FONT_BAR_NEW, kOwner, 2287, false},
     {kFontTab, IDC_CREATE_FONT_BAR_EDIT, kOwner, 2288, false},
