@@ -130,87 +130,40 @@ TEST_F(BarDialogTest, DetailsThroughTheLibrary) {
   Record edited = stored;
   Record freshAndEdited = Fresh(u"B", 1400);
   edited.bytes[146 + 14] = freshAndEdited.bytes[146 + 14] = 0xED;
-  const struct {
-    const char* what;
-    std::vector<std::string> missing;
-    int16_t init, show;
-    Steps change, atOk;
-    Record expected;
-    std::string calls;
-  } kCases[] = {
-      {"confirmed", {}, 0, 1, detail(kUpca), {}, edited, "S"},
-      {"not confirmed", {}, 0, 0, detail(kUpca), {}, stored, "S"},
-      {"cancelled", {}, 0, 2, detail(kUpca), {}, stored, "S"},
-      {"another kind", {}, 0, 1, detail(kQr1), {}, freshAndEdited, "IS"},
-      {"another kind not confirmed", {}, 1, 0, {detail(kQr1), back}, {}, stored, "IS"},
-      {"that kind all the same", {}, 1, 0, detail(kQr1), {}, Fresh(u"B", 1400), "ISI"},
-      {"no first name",
-       {"GetBarNameUPCA"},
-       0,
-       1,
-       {Error(kNoEntry), KindsListed(0, -1), Click(IDC_BAR_FONT_DETAIL)},
-       {},
-       stored,
-       ""},
-      {"no twelfth name",
-       {"GetBarNameRSS"},
-       0,
-       1,
-       {Error(kNoEntry), KindsListed(11, kUpca)},
-       {},
-       stored,
-       ""},
-      {"no dialog", {"ShowDlgUPCA"}, 1, 1, {detail(kUpca), Error(kNoEntry)}, {}, stored, ""},
-      // The answer is then that of Init.
-      {"no dialog, 1",
-       {"ShowDlgCODE128"},
-       1,
-       1,
-       {detail(kCode128), Error(kNoEntry)},
-       {},
-       Fresh(u"B", 700),
-       "I"},
-      {"no dialog, 0",
-       {"ShowDlgCODE128"},
-       0,
-       1,
-       {detail(kCode128), Error(kNoEntry), back},
-       {},
-       stored,
-       "I"},
-      {"no defaults",
-       {"InitCODE128"},
-       1,
-       1,
-       {detail(kCode128), Error(kNoEntry), back},
-       {},
-       stored,
-       ""},
-      {"no defaults on OK",
-       {"InitCODE128"},
-       1,
-       1,
-       Select(IDC_BAR_FONT_KIND, kCode128),
-       Error(kNoEntry),
-       Bar(u"B", 700),
-       ""},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.what);
+  // A library without an entry point, and what its Init and ShowDlg answer.
+  const auto check = [&](const char* missing, int init, int show, const Steps& change,
+                         const Record& expected, const std::string& calls, const Steps& atOk = {}) {
+    SCOPED_TRACE(testing::Message() << missing << init << show << calls);
     Store({stored});
-    FakeLibrary::Install(machine(), c.missing);
-    FakeLibrary::initResult = c.init;
-    FakeLibrary::showResult = c.show;
-    EXPECT_EQ(Register(Change(c.change, c.atOk)), Records{c.expected});
-    EXPECT_EQ(FakeLibrary::calls, c.calls);
+    FakeLibrary::Install(machine(), {missing});
+    FakeLibrary::initResult = static_cast<int16_t>(init);
+    FakeLibrary::showResult = static_cast<int16_t>(show);
+    EXPECT_EQ(Register(Change(change, atOk)), Records{expected});
+    EXPECT_EQ(FakeLibrary::calls, calls);
     // Init starts from nothing, ShowDlg from what is stored or from what Init left.
     FakeLibrary::Block from = {};
-    if (c.calls == "S") std::ranges::copy_n(stored.bytes.begin() + 146, 40, from.begin());
-    if (c.calls == "IS") from = FakeLibrary::Initial();
-    if (c.calls.ends_with("S") || c.calls == "I") {
+    if (calls == "S") std::ranges::copy_n(stored.bytes.begin() + 146, 40, from.begin());
+    if (calls == "IS") from = FakeLibrary::Initial();
+    if (calls.ends_with("S") || calls == "I") {
       EXPECT_EQ(FakeLibrary::handed, from);
     }
-  }
+  };
+  check("", 0, 1, detail(kUpca), edited, "S");
+  check("", 0, 0, detail(kUpca), stored, "S");
+  check("", 0, 2, detail(kUpca), stored, "S");
+  check("", 0, 1, detail(kQr1), freshAndEdited, "IS");
+  check("", 1, 0, {detail(kQr1), back}, stored, "IS");
+  check("", 1, 0, detail(kQr1), Fresh(u"B", 1400), "ISI");
+  const Step error = Error(kNoEntry);
+  check("GetBarNameUPCA", 0, 1, {error, KindsListed(0, -1), Click(IDC_BAR_FONT_DETAIL)}, stored,
+        "");
+  check("GetBarNameRSS", 0, 1, {error, KindsListed(11, kUpca)}, stored, "");
+  check("ShowDlgUPCA", 1, 1, {detail(kUpca), error}, stored, "");
+  // Without ShowDlg the answer is that of Init.
+  check("ShowDlgCODE128", 1, 1, {detail(kCode128), error}, Fresh(u"B", 700), "I");
+  check("ShowDlgCODE128", 0, 1, {detail(kCode128), error, back}, stored, "I");
+  check("InitCODE128", 1, 1, {detail(kCode128), error, back}, stored, "");
+  check("InitCODE128", 1, 1, Select(IDC_BAR_FONT_KIND, kCode128), Bar(u"B", 700), "", error);
 }
 
 // Without the library, and with kinds that it does not list or that have no row.
@@ -243,15 +196,15 @@ TEST_F(BarDialogTest, CancelKeepsTheList) {
 }
 
 TEST_F(BarDialogTest, HelpFollowsTheControlInUse) {
-  const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, std::move(text)); };
-  const std::u16string kind = u"バーコード種を選択します。";
-  Register(New(u"B", {Click(IDC_BAR_FONT_SERIAL_ON), Focus(IDC_BAR_FONT_KIND), help(kind),
-                      Focus(IDC_BAR_FONT_INCREMENT),
-                      [](Desk& desk) {
+  const std::pair<int, UINT> kHelp[] = {{1049, 2269}, {1007, 2270}, {1008, 2271}, {1165, 2272},
+                                        {1030, 2275}, {1029, 2274}, {1031, 2276}, {1032, 2277},
+                                        {1103, 2278}, {1111, 2280}, {1113, 2281}, {1105, 2279}};
+  Steps steps;
+  for (const auto& [id, text] : kHelp) steps += Helps(id, text);
+  Register(New(u"B", {Click(IDC_BAR_FONT_SERIAL_ON), steps, [](Desk& desk) {
                         EXPECT_NE(desk.Text(IDC_HELP_TEXT).find(u"-9999から9999"),
                                   std::u16string::npos);
-                      },
-                      Select(IDC_BAR_FONT_KIND, kCode39), help(kind)}));
+                      }}));
 }
 
 // The library itself, found in the driver directory of the printer's version.

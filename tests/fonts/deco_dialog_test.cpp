@@ -252,20 +252,7 @@ TEST_F(DecoDialogTest, HelpFollowsTheControlInUse) {
       {1149, 2326}, {1151, 2327}, {1153, 2328}, {1155, 2329}};
   Store({Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7}).Put(220, 1)});
   Steps steps;
-  for (const auto& [id, text] : kHelp) {
-    steps += [id = id, text = text, this](Desk& desk) {
-      using Kind = platform::ControlKind;
-      const Kind kind = desk.Control(id).kind;
-      const bool button = kind != Kind::kEdit && kind != Kind::kComboBox;
-      EXPECT_TRUE(button ? desk.Click(id) : desk.Focus(id)) << id;
-      WCHAR loaded[512] = {};
-      LoadStringW(module_, text, loaded, 512);
-      const std::u16string start = loaded;
-      EXPECT_EQ(desk.Text(IDC_HELP_TEXT).substr(0, start.find(u'%')),
-                start.substr(0, start.find(u'%')))
-          << id;
-    };
-  }
+  for (const auto& [id, text] : kHelp) steps += Helps(id, text);
   const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, std::move(text)); };
   Register(ChangeDeco({steps, Focus(IDC_DECO_FONT_WIDTH),
                        help(u"文字の幅を設定します。（範囲は、27dotから550dotです。）"),

@@ -138,6 +138,20 @@ class FontTest : public SheetTest {
     block.Printer.HeadDensity = static_cast<uint16_t>(density);
     Keep(block);
   }
+  // A control in use is described by a text of the string table, up to the range filled in.
+  Step Helps(int id, UINT text) {
+    return [=, this](Desk& desk) {
+      const auto kind = desk.Control(id).kind;
+      const bool focus =
+          kind == platform::ControlKind::kEdit || kind == platform::ControlKind::kComboBox;
+      EXPECT_TRUE(focus ? desk.Focus(id) : desk.Click(id)) << id;
+      WCHAR loaded[512] = {};
+      LoadStringW(module_, text, loaded, 512);
+      const std::u16string start =
+          std::u16string(loaded).substr(0, std::u16string(loaded).find(u'%'));
+      EXPECT_EQ(desk.Text(IDC_HELP_TEXT).substr(0, start.size()), start) << id;
+    };
+  }
   // Opens the font page of the user's defaults, does the steps and presses OK. The fonts stored
   // then.
   Records Register(Steps steps) {
