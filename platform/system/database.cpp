@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <stdexcept>
 #include <thread>
 
@@ -11,7 +12,9 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{3500};
 
 std::string Sentence(sqlite3* connection) {
-  switch (sqlite3_errcode(connection) & 0xFF) {
+  int code = sqlite3_errcode(connection) & 0xFF;
+  if (code == SQLITE_IOERR && sqlite3_system_errno(connection) == ENOSPC) code = SQLITE_FULL;
+  switch (code) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
       return "another program holds computer.sqlite locked; end it or wait for it, then try again";

@@ -40,9 +40,6 @@ function send(url, pieces, pause = 0) {
   });
 }
 
-function* once(text) {
-  yield text;
-}
 function* forever(head, piece) {
   yield head;
   for (;;) yield piece;
@@ -112,37 +109,31 @@ test("hostile requests are refused at once, or in time, and cost no memory", asy
   const head = (way, lines, host = url.host) => `POST ${way} HTTP/1.1\r\nHost: ${host}\r\n${lines}\r\n`;
   const mega = Buffer.alloc(1 << 20, "7");
   const chunk = Buffer.concat([Buffer.from("100000\r\n"), mega, Buffer.from("\r\n")]);
-  const json = "Content-Type: application/json\r\n";
   const cases = {
     "chunked, no token": [403, SOON, forever(head("/action", "Transfer-Encoding: chunked\r\n\r\n"), chunk)],
     "large, foreign host": [403, SOON, forever(head(path, "Content-Length: 536870912\r\n\r\n", "evil.example"), mega)],
-    "chunked": [411, SOON, forever(head(path, `${json}Transfer-Encoding: chunked\r\n`), chunk)],
-    "unbounded": [411, SOON, forever(head(path, json), mega)],
-    "large": [413, SOON, forever(head(path, `${json}Content-Length: 536870912\r\n`), mega)],
-    "huge": [413, SOON, forever(head(path, `${json}Content-Length: 99999999999999999999999\r\n`), mega)],
-    "packed": [415, SOON, forever(head(path, `${json}Content-Encoding: gzip\r\nContent-Length: 261000\r\n`), mega)],
-    "two lengths": [400, SOON, once(head(path, `${json}Content-Length: 1\r\nContent-Length: 2\r\n`))],
-    "negative": [400, SOON, once(head(path, `${json}Content-Length: -1\r\n`))],
-    "two hosts": [403, SOON, once(head(path, `Host: evil.example\r\nContent-Length: 2\r\n`))],
-    "no HTTP": [400, SOON, once("\x16\x03\x01\r\n\r\n")],
-    "folded": [400, SOON, once(head(path, `${json}X: 1\r\n  2\r\n`))],
-    "one endless line": [431, SOON, forever("GET /", mega)],
+    "chunked": [411, SOON, forever(head(path, `Transfer-Encoding: chunked\r\n`), chunk)],
+    "unbounded": [411, SOON, forever(head(path, ""), mega)],
+    "large": [413, SOON, forever(head(path, `Content-Length: 536870912\r\n`), mega)],
+    "huge": [413, SOON, forever(head(path, `Content-Length: 99999999999999999999999\r\n`), mega)],
+    "packed": [415, SOON, forever(head(path, `Content-Encoding: gzip\r\nContent-Length: 261000\r\n`), mega)],
+    "two lengths": [400, SOON, [head(path, `Content-Length: 1\r\nContent-Length: 2\r\n`)].values()],
+    "two hosts": [403, SOON, [head(path, `Host: evil.example\r\nContent-Length: 2\r\n`)].values()],
+    "no HTTP": [400, SOON, ["\x16\x03\x01\r\n\r\n"].values()],
+    "folded": [400, SOON, [head(path, `X: 1\r\n  2\r\n`)].values()],
     "endless headers": [431, SOON, forever("GET / HTTP/1.1\r\n", "X: 1\r\n".repeat(1000))],
     "dripping head": [408, DEADLINE + SOON, forever("GET / HTTP/1.1\r\n", "X"), 100],
-    "dripping body": [408, DEADLINE + SOON, forever(head(path, `${json}Content-Length: 60000\r\n`), "7"), 100],
-    "silence": [NaN, DEADLINE + SOON, once("")],
+    "dripping body": [408, DEADLINE + SOON, forever(head(path, `Content-Length: 60000\r\n`), "7"), 100],
+    "silence": [NaN, DEADLINE + SOON, [""].values()],
   };
   await ask(url);
   const before = memory();
-  const answers = await Promise.all(Object.entries(cases).map(async ([name, [status, limit, pieces, pause]]) => {
+  await Promise.all(Object.entries(cases).map(async ([name, [status, limit, pieces, pause]]) => {
     const answer = await send(url, pieces, pause);
     t.diagnostic(`${name}: ${answer.status} after ${answer.time.toFixed(0)} ms`);
-    return [name, status, limit, answer];
-  }));
-  for (const [name, status, limit, answer] of answers) {
     assert.deepEqual(answer.status, status, name);
     assert.ok(answer.time < limit, `${name}: ${answer.time} ms`);
-  }
+  }));
   t.diagnostic(`VmHWM ${before} kB, then ${memory()} kB`);
   assert.ok(memory() - before < 4096, `${before} kB, then ${memory()} kB`);
   assert.equal(sheet.child.exitCode, null);
