@@ -123,18 +123,15 @@ MarkerValues ReadMarkerValues(HWND page, const DriverUiData& session) {
   };
 }
 
-void DrawMarkers(HWND page, HDC dc, DriverUiData& session) {
-  PaperPageState& state = session.paper;
-  if (state.labelCount == 0) return;
+void DrawMarkers(HWND page, HDC dc, const DriverUiData& session, const PreviewGeometry& geometry) {
   const bool peel = session.settings->Printer.Mecha == kPeelMode;
   const int fields[] = {IDC_PAPER_VERT_BASE, IDC_PAPER_PITCH_OFFSET,
                         peel ? IDC_PAPER_PEEL_OFFSET : IDC_PAPER_TEAR_OFFSET};
   const MarkerValues values = ReadMarkerValues(page, session);
   for (const int field : fields) {
     MarkerLine lines[kMaxMarkerLines];
-    const int count = LayOutMarker(state.geometry, field, values, lines);
+    const int count = LayOutMarker(geometry, field, values, lines);
     DrawMarkerLines(dc, {lines, static_cast<size_t>(count)});
-    state.lastMarker = lines[0].from;
   }
 }
 
@@ -144,9 +141,11 @@ void DrawBox(HWND page, DriverUiData& session, const DRAWITEMSTRUCT& item) {
     DrawPicture(item.hDC, item.rcItem, state.fieldPicture);
     return;
   }
-  DrawWholeLabel(item.hDC, item.rcItem, state.preview, PreviewPlace::kPage,
-                 state.orientationPicture, {state.geometry, state.labels, state.labelCount});
-  if (state.picture == kMarkedLabelPicture) DrawMarkers(page, item.hDC, session);
+  const PreviewGeometry drawn = DrawWholeLabel(item.hDC, item.rcItem, state.preview,
+                                               PreviewPlace::kPage, state.orientationPicture);
+  if (state.picture == kMarkedLabelPicture && drawn.scale > 0) {
+    DrawMarkers(page, item.hDC, session, drawn);
+  }
 }
 
 bool DrawItem(HWND page, DriverUiData& session, const DRAWITEMSTRUCT& item) {

@@ -18,7 +18,6 @@ void RunRegistration(HWND page, DriverUiData& session, PaperDialogMode mode, int
   DriverSettingsBlock& block = *session.settings;
   // After a deletion PaperID may name no paper, and a new one would inherit it.
   block.Record.Private.PaperID = PaperEntryId(block, state.selected);
-  ClearWholeLabel(state);
   state.mode = mode;
   state.dialog.edited = entry;
   if (RunPaperDialog(page, session)) {

@@ -73,8 +73,6 @@ void FillPaperPage(HWND page, DriverUiData& session, bool creating);
 void ListPapers(HWND page, DriverUiData& session, int entry);
 // Range, position and text of an offset field from its setting.
 void FillOffset(HWND page, DriverUiData& session, const OffsetField& field, bool attach);
-// Forgets the drawn labels and their markers.
-void ClearWholeLabel(PaperPageState& state);
 // The preview copy follows the selected entry, and the picture box shows it.
 void ShowSelectedPaper(HWND page, DriverUiData& session);
 // The picture box shows something else.

@@ -66,12 +66,6 @@ void ListPapers(HWND page, DriverUiData& session, int entry) {
   session.paper.selected = entry;
 }
 
-void ClearWholeLabel(PaperPageState& state) {
-  state.labelCount = 0;
-  state.geometry = {};
-  state.lastMarker = {};
-}
-
 void ShowPicture(HWND page, PaperPageState& state, PaperPicture picture) {
   state.picture = picture;
   InvalidateRect(GetDlgItem(page, IDC_PAPER_PICTURE), nullptr, FALSE);
@@ -96,7 +90,6 @@ void FillPaperPage(HWND page, DriverUiData& session, bool creating) {
   PaperPageState& state = session.paper;
   const PrivateDevMode& settings = session.settings->Record.Private;
   state.filling = true;
-  ClearWholeLabel(state);
   SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpCursor);
 
   ListPapers(page, session, PaperEntryOrFree(*session.settings, settings.PaperID));

@@ -35,10 +35,6 @@ struct PaperPageState {
   int fieldPicture;
   bool filling;  // edit notifications are ignored meanwhile
   PaperPicture picture;
-  PreviewGeometry geometry;  // of the last whole-label drawing, on the page or in the dialog
-  PreviewLabel labels[kMaxPreviewLabels];
-  int labelCount;
-  POINT lastMarker;
   PaperDialogState dialog;
 };
 

@@ -80,19 +80,21 @@ void DrawPicture(HDC dc, const RECT& rect, int bitmapId) {
   Stretch(dc, rect, Picture(dc, static_cast<WORD>(bitmapId)));
 }
 
-void DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
-                    int orientationPicture, WholeLabelView view) {
+PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
+                               int orientationPicture) {
   DrawPicture(dc, box, IDB_BACKGROUND);
-  view.geometry = MeasurePreview(paper, box);
-  view.labelCount = LayOutLabels(view.geometry, place, view.labels);
-  if (view.labelCount == 0) return;
+  const PreviewGeometry geometry = MeasurePreview(paper, box);
+  PreviewLabel labels[kMaxPreviewLabels];
+  const int count = LayOutLabels(geometry, place, labels);
+  if (count == 0) return {};
 
   const Picture picture(dc, static_cast<WORD>(orientationPicture));
   const SavedDc saved(dc);
-  for (int i = 0; i < view.labelCount; ++i) {
-    DrawLabel(dc, box, view.labels[i], place);
-    Stretch(dc, view.labels[i].picture, picture);
+  for (int i = 0; i < count; ++i) {
+    DrawLabel(dc, box, labels[i], place);
+    Stretch(dc, labels[i].picture, picture);
   }
+  return geometry;
 }
 
 void DrawMarkerLines(HDC dc, std::span<const MarkerLine> lines) {

@@ -6,7 +6,6 @@
 
 #include <span>
 
-#include "paper/paper_records.h"
 #include "paper/preview_layout.h"
 
 namespace kestrel {
@@ -16,14 +15,9 @@ namespace kestrel {
 void DrawPicture(HDC dc, const RECT& rect, int bitmapId);
 
 // The whole-label view of a paper over a box: the background, then the laid-out labels with the
-// picture of the print orientation in each. Keeps the geometry and the labels it drew.
-struct WholeLabelView {
-  PreviewGeometry& geometry;
-  PreviewLabel (&labels)[kMaxPreviewLabels];
-  int& labelCount;
-};
-void DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
-                    int orientationPicture, WholeLabelView view);
+// picture of the print orientation in each. Answers the geometry, empty when no label was drawn.
+PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
+                               int orientationPicture);
 
 // Dotted red lines.
 void DrawMarkerLines(HDC dc, std::span<const MarkerLine> lines);

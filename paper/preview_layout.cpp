@@ -61,7 +61,6 @@ PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box) {
   geometry.box = box;
   geometry.centreX = (box.left + box.right) / 2;
   geometry.centreY = (box.top + box.bottom) / 2;
-  geometry.unit = paper.Unit;
   const int larger = std::max(paper.LabelWidth, paper.LabelHeight);
   if (larger <= 0) return geometry;
 

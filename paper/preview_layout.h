@@ -2,10 +2,38 @@
 // offsets. Pure arithmetic over rectangles; preview_draw draws it.
 #pragma once
 
+#include <windows.h>
+
 #include "paper/paper_info.h"
-#include "paper/paper_records.h"
 
 namespace kestrel {
+
+constexpr int kMaxPreviewLabels = 16;
+
+// Where one label of the whole-label view lies, in pixels of its box. An empty rectangle is not
+// drawn.
+struct PreviewLabel {
+  RECT label;
+  RECT printable;
+  RECT picture;
+  int eyeMark;  // height of the eye-mark bars at the label's top
+};
+
+// A paper scaled to its preview box; recomputed for every drawing. Everything but the scale is in
+// pixels.
+struct PreviewGeometry {
+  RECT box;
+  int centreX, centreY;
+  float scale;  // pixels a unit of the paper; 0: the paper has no size and no label is drawn
+  int width, height, printableLeft, printableTop, printableWidth, printableHeight, gap, eyeMark;
+  RECT picture;  // square inside the printable area
+};
+
+// One dotted line of a marker.
+struct MarkerLine {
+  POINT from;
+  POINT to;
+};
 
 // Where the strip is shown; the place of the first label differs.
 enum class PreviewPlace { kPage, kDialog };

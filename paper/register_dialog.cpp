@@ -134,7 +134,7 @@ bool DrawItem(HWND, DriverUiData& session, const DRAWITEMSTRUCT& item) {
     case IDC_PAPER_REGISTER_PICTURE:
       if (state.dialog.wholeLabel) {
         DrawWholeLabel(item.hDC, item.rcItem, state.dialog.work, PreviewPlace::kDialog,
-                       IDB_PORTRAIT, {state.geometry, state.labels, state.labelCount});
+                       IDB_PORTRAIT);
       } else {
         DrawPicture(item.hDC, item.rcItem, state.dialog.fieldPicture);
       }

@@ -34,25 +34,15 @@ void FillText(WCHAR (&out)[kFilledLength], const WCHAR* text, const HelpRow& row
   const BoundText minimum(first ? row.min203 : row.min305, from, unit, dpi);
   const BoundText maximum(first ? row.max203 : row.max305, from, unit, dpi);
   const WCHAR* name = UnitName(unit);
-  switch (row.kind) {
-    case kHelpDotRange:
-      wsprintfW(out, text, minimum.text, maximum.text);
-      break;
-    case kHelpTenthsRange:
-    case kHelpDotRangeUnits:
-      wsprintfW(out, text, minimum.text, name, maximum.text, name);
-      break;
-    case kHelpTenthsUsual:
-    case kHelpTenthsUsualToo: {
-      const BoundText usual(kUsualGap, kMillimetre, unit, dpi);
-      wsprintfW(out, text, minimum.text, name, maximum.text, name, usual.text, name);
-      break;
-    }
-    default: {
-      const BoundText zero(0, unit, unit, dpi);
-      wsprintfW(out, text, zero.text, name);
-      break;
-    }
+  const BoundText usual(kUsualGap, kMillimetre, unit, dpi);
+  const BoundText zero(0, unit, unit, dpi);
+  if (row.kind == kHelpDotRange) {
+    wsprintfW(out, text, minimum.text, maximum.text);
+  } else if (row.kind == kHelpZero) {
+    wsprintfW(out, text, zero.text, name);
+  } else {
+    // A text that names no usual value leaves it out.
+    wsprintfW(out, text, minimum.text, name, maximum.text, name, usual.text, name);
   }
 }
 

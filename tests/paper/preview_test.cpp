@@ -199,35 +199,39 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
 
 // ---- the layout alone, where a box of another size is needed ----
 
-int Count(const PaperInfo& paper, PreviewPlace place, int height, PreviewLabel* last = nullptr) {
+std::vector<PreviewLabel> LayOut(const PaperInfo& paper, PreviewPlace place, int height) {
   PreviewLabel labels[kMaxPreviewLabels] = {};
   const int count = LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels);
-  if (last != nullptr && count > 0) *last = labels[count - 1];
-  return count;
+  return {labels, labels + count};
 }
 
 TEST(PreviewLayout, ShowsEveryLabelOfWhichARowIsInTheBox) {
   // 200 × 100 pixels without a gap; the box height moves the strip.
   const PaperInfo paper = Label(500, 250, 0, 50, 400);
-  EXPECT_EQ(Count(paper, PreviewPlace::kPage, 200), 2);  // 100, 0; the others only touch the box
-  PreviewLabel last;
-  EXPECT_EQ(Count(paper, PreviewPlace::kPage, 202, &last), 4);  // 101, 1, -99, 201
-  EXPECT_EQ(last.label.top, 201);
-  EXPECT_EQ(last.printable.bottom, 202);
+  EXPECT_EQ(LayOut(paper, PreviewPlace::kPage, 200).size(), 2u);  // the next only touch the box
+  const auto touching = LayOut(paper, PreviewPlace::kPage, 202);  // from 101, 1, -99 and 201 on
+  ASSERT_EQ(touching.size(), 4u);
+  EXPECT_EQ(touching[2].printable.bottom, 1);
+  EXPECT_EQ(touching[3].label.top, 201);
+  EXPECT_EQ(touching[3].printable.top, 201);
+  EXPECT_EQ(touching[3].printable.bottom, 202);
   // A label that begins 4 pixels above the box keeps 8 of its bar of 12.
-  EXPECT_EQ(Count(Label(500, 250, 30, 0, 500), PreviewPlace::kPage, 204, &last), 2);
-  EXPECT_EQ(last.label.top, 0);
-  EXPECT_EQ(last.label.bottom, 96);
-  EXPECT_EQ(last.eyeMark, 8);
+  const auto cut = LayOut(Label(500, 250, 30, 0, 500), PreviewPlace::kPage, 204);
+  ASSERT_EQ(cut.size(), 2u);
+  EXPECT_EQ(cut[1].label.top, 0);
+  EXPECT_EQ(cut[1].label.bottom, 96);
+  EXPECT_EQ(cut[1].eyeMark, 8);
 }
 
 TEST(PreviewLayout, StopsAtSixteenLabelsAndWhereTheStripDoesNotMoveOn) {
-  PreviewLabel last;
-  EXPECT_EQ(Count(Label(1000, 10, 0, 0, 9), PreviewPlace::kPage, 300, &last), kMaxPreviewLabels);
-  EXPECT_EQ(last.label.top, 150 - 15 * 2);
-  EXPECT_EQ(Count(Label(1000, 60, 0, 0, 9), PreviewPlace::kPage, 150, &last), 14);
-  EXPECT_EQ(Count(Label(500, 250, -250, 0, 9), PreviewPlace::kPage, 300), 1);
-  EXPECT_EQ(Count(Label(500, 250, -300, 0, 9), PreviewPlace::kDialog, 300), 1);
+  const auto full = LayOut(Label(1000, 10, 0, 0, 9), PreviewPlace::kPage, 300);
+  ASSERT_EQ(full.size(), 16u);
+  EXPECT_EQ(full[15].label.top, 150 - 15 * 2);
+  EXPECT_EQ(LayOut(Label(1000, 60, 0, 0, 9), PreviewPlace::kPage, 150).size(), 14u);
+  EXPECT_EQ(LayOut(Label(500, 250, -250, 0, 9), PreviewPlace::kPage, 300).size(), 1u);
+  EXPECT_EQ(LayOut(Label(500, 250, -300, 0, 9), PreviewPlace::kDialog, 300).size(), 1u);
+  // The strip goes on below while its distance is less than the box's bottom, whatever is seen.
+  EXPECT_EQ(LayOut(Label(500, 250, 0, 0, 9), PreviewPlace::kDialog, 100).size(), 2u);
 }
 
 TEST(PreviewLayout, StaysInRangeForEveryStoredNumber) {

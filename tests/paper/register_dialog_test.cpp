@@ -133,7 +133,9 @@ TEST_F(RegisterDialog, RenamingKeepsTheSlotAndChecksTheName) {
                  ExpectText(kName, cut),
                  [](Desk& desk) {
                    EXPECT_EQ(desk.Control(kName).textLimit, 63);
-                   EXPECT_FALSE(desk.Control(kReference).visible);
+                   const RECT hidden = desk.Control(kReference).rect;
+                   EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
+                   EXPECT_FALSE(desk.Control(kReference).enabled);
                  }};
   for (const auto& [name, message] : refusals) {
     steps += {Paste(kName, name),      Focus(kWidth),      Click(IDOK),
