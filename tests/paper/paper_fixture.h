@@ -17,19 +17,24 @@ inline constexpr char16_t kFree[] = u"フリーサイズ";
 inline constexpr char16_t kPage[] = u"用紙";
 
 // Controls of the page and of the registration dialog.
-inline constexpr int kList = IDC_PAPER_LIST;
-inline constexpr int kRegister = IDC_PAPER_REGISTER;
-inline constexpr int kEditButton = IDC_PAPER_EDIT;
-inline constexpr int kFreeEdit = IDC_PAPER_FREE_EDIT;
-inline constexpr int kName = IDC_PAPER_REGISTER_NAME;
-inline constexpr int kGrade = IDC_PAPER_REGISTER_GRADE;
-inline constexpr int kDarkness = IDC_PAPER_REGISTER_THICKNESS;
+inline constexpr int kList = IDC_PAPER_LIST, kPicture = IDC_PAPER_PICTURE;
+inline constexpr int kPortrait = IDC_PAPER_PORTRAIT, kLandscape = IDC_PAPER_LANDSCAPE;
+inline constexpr int kFlip = IDC_PAPER_FLIP, kPageWholeLabel = IDC_PAPER_WHOLE_LABEL;
+inline constexpr int kVert = IDC_PAPER_VERT_BASE, kVertSpin = IDC_PAPER_VERT_BASE_SPIN;
+inline constexpr int kHorz = IDC_PAPER_HORZ_BASE, kHorzSpin = IDC_PAPER_HORZ_BASE_SPIN;
+inline constexpr int kPeel = IDC_PAPER_PEEL_OFFSET, kPeelSpin = IDC_PAPER_PEEL_OFFSET_SPIN;
+inline constexpr int kTear = IDC_PAPER_TEAR_OFFSET, kTearSpin = IDC_PAPER_TEAR_OFFSET_SPIN;
+inline constexpr int kPitch = IDC_PAPER_PITCH_OFFSET, kPitchSpin = IDC_PAPER_PITCH_OFFSET_SPIN;
+inline constexpr int kRegister = IDC_PAPER_REGISTER, kEditButton = IDC_PAPER_EDIT;
+inline constexpr int kFreeEdit = IDC_PAPER_FREE_EDIT, kName = IDC_PAPER_REGISTER_NAME;
+inline constexpr int kGrade = IDC_PAPER_REGISTER_GRADE, kDarkness = IDC_PAPER_REGISTER_THICKNESS;
 inline constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
-inline constexpr int kLength = IDC_PAPER_REGISTER_LENGTH;
+inline constexpr int kLength = IDC_PAPER_REGISTER_LENGTH, kGap = IDC_PAPER_REGISTER_GAP;
 inline constexpr int kLengthSpin = IDC_PAPER_REGISTER_LENGTH_SPIN;
-inline constexpr int kGap = IDC_PAPER_REGISTER_GAP, kGapSpin = IDC_PAPER_REGISTER_GAP_SPIN;
+inline constexpr int kGapSpin = IDC_PAPER_REGISTER_GAP_SPIN;
 inline constexpr int kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH;
 inline constexpr int kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL;
+inline constexpr int kDialogPicture = IDC_PAPER_REGISTER_PICTURE;
 inline constexpr int kReference = IDC_PAPER_REGISTER_REFERENCE;
 inline constexpr int kReferenceList = IDC_PAPER_REFERENCE_LIST;
 

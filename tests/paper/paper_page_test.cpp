@@ -13,9 +13,8 @@ TEST_F(PaperPage, OffersTheOffsetOfThePrintersMode) {
     block.Printer.Mecha = mode;
     Keep(block);
     Cancel(kPaperTab,
-           {ExpectEnabled({IDC_PAPER_PEEL_OFFSET, IDC_PAPER_PEEL_OFFSET_SPIN}, mode == 2),
-            ExpectEnabled({IDC_PAPER_TEAR_OFFSET, IDC_PAPER_TEAR_OFFSET_SPIN}, mode == 0),
-            ExpectEnabled({IDC_PAPER_PITCH_OFFSET, IDC_PAPER_PITCH_OFFSET_SPIN})});
+           {ExpectEnabled({kPeel, kPeelSpin}, mode == 2),
+            ExpectEnabled({kTear, kTearSpin}, mode == 0), ExpectEnabled({kPitch, kPitchSpin})});
   }
 }
 
@@ -32,27 +31,25 @@ TEST_F(PaperPage, ShowsTheSettingsAndWritesThemOnLeaving) {
   settings.nPitchOffset = -40;
   settings.Position = 0;
   Keep(block);
-  const Steps shown = {
-      ExpectSelected(IDC_PAPER_LIST, 1),
-      ExpectChecked({IDC_PAPER_LANDSCAPE, IDC_PAPER_FLIP}),
-      ExpectChecked({IDC_PAPER_PORTRAIT, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
-      ExpectRange(IDC_PAPER_VERT_BASE_SPIN, -300, 300, -300),
-      ExpectRange(IDC_PAPER_HORZ_BASE_SPIN, -300, 300, 7),
-      ExpectRange(IDC_PAPER_PEEL_OFFSET_SPIN, -40, 99, 99),
-      ExpectRange(IDC_PAPER_TEAR_OFFSET_SPIN, -99, 99, -99),
-      ExpectRange(IDC_PAPER_PITCH_OFFSET_SPIN, -40, 99, -40),
-      ExpectText(IDC_PAPER_TEAR_OFFSET, u"-99"),
-      ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
+  const Steps shown = {ExpectSelected(kList, 1),
+                       ExpectChecked({kLandscape, kFlip}),
+                       ExpectChecked({kPortrait, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
+                       ExpectRange(kVertSpin, -300, 300, -300),
+                       ExpectRange(kHorzSpin, -300, 300, 7),
+                       ExpectRange(kPeelSpin, -40, 99, 99),
+                       ExpectRange(kTearSpin, -99, 99, -99),
+                       ExpectRange(kPitchSpin, -40, 99, -40),
+                       ExpectText(kTear, u"-99"),
+                       ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
   SheetAnswer answer = Ok(kPaperTab, {shown, GoTo(kVersionTab), GoTo(kPaperTab), shown});
   EXPECT_EQ(memcmp(&answer.record.Private, &settings, sizeof settings), 0);
 
-  answer =
-      Ok(kPaperTab, {Click(IDC_PAPER_PORTRAIT), Click(IDC_PAPER_FLIP), Click(IDC_PAPER_POSITION),
-                     Replace(IDC_PAPER_VERT_BASE, u"300"), Paste(IDC_PAPER_HORZ_BASE, u"-12"),
-                     Spin(IDC_PAPER_TEAR_OFFSET_SPIN, 2), Spin(IDC_PAPER_PITCH_OFFSET_SPIN, -1),
-                     GoTo(kVersionTab), GoTo(kPaperTab), ExpectText(IDC_PAPER_TEAR_OFFSET, u"-97"),
-                     // Turned twice, the switch is where the picture is.
-                     Click(IDC_PAPER_LANDSCAPE), Click(IDC_PAPER_PORTRAIT)});
+  answer = Ok(kPaperTab,
+              {Click(kPortrait), Click(kFlip), Click(IDC_PAPER_POSITION), Replace(kVert, u"300"),
+               Paste(kHorz, u"-12"), Spin(kTearSpin, 2), Spin(kPitchSpin, -1), GoTo(kVersionTab),
+               GoTo(kPaperTab), ExpectText(kTear, u"-97"),
+               // Turned twice, the switch is where the picture is.
+               Click(kLandscape), Click(kPortrait)});
   settings.Orient = 1;
   settings.nFlip = 0;
   settings.Position = 1;
@@ -71,18 +68,10 @@ TEST_F(PaperPage, AnOffsetFieldKeepsToItsRangeAndToWhatWasTyped) {
     int field;
     std::u16string pasted, shown;
   } cases[] = {
-      {IDC_PAPER_VERT_BASE, u"400", u"5"},
-      {IDC_PAPER_VERT_BASE, u"-301", u"5"},
-      {IDC_PAPER_VERT_BASE, u"300", u"300"},
-      {IDC_PAPER_VERT_BASE, u"-300", u"-300"},
-      {IDC_PAPER_HORZ_BASE, u"301", u"0"},
-      {IDC_PAPER_HORZ_BASE, u"-30", u"-30"},
-      {IDC_PAPER_HORZ_BASE, u"1x", u"-30"},
-      {IDC_PAPER_PITCH_OFFSET, u"-41", u"0"},
-      {IDC_PAPER_PITCH_OFFSET, u"100", u"0"},
-      {IDC_PAPER_PITCH_OFFSET, u"99", u"99"},
-      {IDC_PAPER_TEAR_OFFSET, u"-99", u"-99"},
-      {IDC_PAPER_TEAR_OFFSET, u"", u""}  // no number: the position stays
+      {kVert, u"400", u"5"},     {kVert, u"-301", u"5"},  {kVert, u"300", u"300"},
+      {kVert, u"-300", u"-300"}, {kHorz, u"301", u"0"},   {kHorz, u"-30", u"-30"},
+      {kHorz, u"1x", u"-30"},    {kPitch, u"-41", u"0"},  {kPitch, u"100", u"0"},
+      {kPitch, u"99", u"99"},    {kTear, u"-99", u"-99"}, {kTear, u"", u""},
   };
   Steps steps;
   for (const auto& c : cases) steps += {Paste(c.field, c.pasted), ExpectText(c.field, c.shown)};
@@ -90,11 +79,10 @@ TEST_F(PaperPage, AnOffsetFieldKeepsToItsRangeAndToWhatWasTyped) {
       Ok(kPaperTab,
          {steps,
           // A stray letter takes back itself alone, the stored value too; the caret stays behind.
-          Paste(IDC_PAPER_VERT_BASE, u"12"), Paste(IDC_PAPER_VERT_BASE, u"5"),
-          Type(IDC_PAPER_VERT_BASE, u"x"), ExpectText(IDC_PAPER_VERT_BASE, u"5"),
-          Type(IDC_PAPER_VERT_BASE, u"1"), ExpectText(IDC_PAPER_VERT_BASE, u"51"),
-          Type(IDC_PAPER_VERT_BASE, u"0"), ExpectText(IDC_PAPER_VERT_BASE, u"5"),  // 510
-          Type(IDC_PAPER_VERT_BASE, u"2"), ExpectText(IDC_PAPER_VERT_BASE, u"52")});
+          Paste(kVert, u"12"), Paste(kVert, u"5"), Type(kVert, u"x"), ExpectText(kVert, u"5"),
+          Type(kVert, u"1"), ExpectText(kVert, u"51"), Type(kVert, u"0"),
+          ExpectText(kVert, u"5"),  // 510
+          Type(kVert, u"2"), ExpectText(kVert, u"52")});
   EXPECT_EQ(answer.record.Private.nVertBase, 52);
   EXPECT_EQ(answer.record.Private.nHorzBase, -30);
   EXPECT_EQ(answer.record.Private.nPitchOffset, 99);
@@ -106,13 +94,13 @@ TEST_F(PaperPage, AnIdThatNamesNoPaperMeansTheFreeSize) {
     DriverSettingsBlock block = DefaultBlock();
     block.Record.Private.PaperID = id;
     Keep(block);
-    EXPECT_EQ(Ok(kPaperTab, ExpectSelected(IDC_PAPER_LIST, 1)).record.Private.PaperID, 256) << id;
+    EXPECT_EQ(Ok(kPaperTab, ExpectSelected(kList, 1)).record.Private.PaperID, 256) << id;
   }
 }
 
 TEST_F(PaperPage, LookingAndTypingWhatIsStoredMarkNothing) {
-  Cancel(kPaperTab, {Click(IDC_PAPER_FREE_EDIT), Click(IDCANCEL), Paste(IDC_PAPER_HORZ_BASE, u"0"),
-                     ExpectChanged(false), Paste(IDC_PAPER_HORZ_BASE, u"1"), ExpectChanged(true)});
+  Cancel(kPaperTab, {Click(kFreeEdit), Click(IDCANCEL), Paste(kHorz, u"0"), ExpectChanged(false),
+                     Paste(kHorz, u"1"), ExpectChanged(true)});
 }
 
 TEST_F(PaperPage, HelpTellsTheRangesOfTheFields) {
@@ -125,10 +113,8 @@ TEST_F(PaperPage, HelpTellsTheRangesOfTheFields) {
         },
     };
   };
-  Cancel(kPaperTab, {help(IDC_PAPER_VERT_BASE, u"-300ﾄﾞｯﾄから300"),
-                     help(IDC_PAPER_HORZ_BASE, u"-300ﾄﾞｯﾄから300"),
-                     help(IDC_PAPER_TEAR_OFFSET, u"-99ﾄﾞｯﾄから99"),
-                     help(IDC_PAPER_PITCH_OFFSET, u"-40ﾄﾞｯﾄから99")});
+  Cancel(kPaperTab, {help(kVert, u"-300ﾄﾞｯﾄから300"), help(kHorz, u"-300ﾄﾞｯﾄから300"),
+                     help(kTear, u"-99ﾄﾞｯﾄから99"), help(kPitch, u"-40ﾄﾞｯﾄから99")});
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ Step ExpectDrawn(int box, Drawings expected) {
 Step ExpectMarkers(Drawings expected) {
   return [=](Desk& desk) {
     Drawings found;
-    for (const DrawOp& op : desk.Control(IDC_PAPER_PICTURE).drawing) {
+    for (const DrawOp& op : desk.Control(kPicture).drawing) {
       if (op.kind == DrawOp::Kind::kLine) found.push_back(Describe(op));
     }
     EXPECT_EQ(found, expected);
@@ -91,53 +91,48 @@ TEST_F(Preview, ThePageShowsTheStripOfEachPaper) {
       {Label(-100, -200, 30, 0, -100), {"160 0 0 120 189"}}};
   for (const auto& c : cases) {
     KeepLabel(c.paper);
-    Cancel(kPaperTab, ExpectDrawn(IDC_PAPER_PICTURE, c.drawings));
+    Cancel(kPaperTab, ExpectDrawn(kPicture, c.drawings));
   }
   Drawings turned = cases[0].drawings;
   const auto shows = [&](int picture) {
     for (size_t at : {2, 4}) turned[at].replace(0, 3, std::to_string(picture));
-    return ExpectDrawn(IDC_PAPER_PICTURE, turned);
+    return ExpectDrawn(kPicture, turned);
   };
   KeepLabel(cases[0].paper);
-  Cancel(kPaperTab,
-         {Click(IDC_PAPER_LANDSCAPE), shows(IDB_LANDSCAPE), Click(IDC_PAPER_FLIP),
-          shows(IDB_LANDSCAPE_ROTATED), Click(IDC_PAPER_PORTRAIT), shows(IDB_PORTRAIT_ROTATED),
-          GoTo(kVersionTab), GoTo(kPaperTab), shows(IDB_PORTRAIT_ROTATED)});
+  Cancel(kPaperTab, {Click(kLandscape), shows(IDB_LANDSCAPE), Click(kFlip),
+                     shows(IDB_LANDSCAPE_ROTATED), Click(kPortrait), shows(IDB_PORTRAIT_ROTATED),
+                     GoTo(kVersionTab), GoTo(kPaperTab), shows(IDB_PORTRAIT_ROTATED)});
 }
 
 TEST_F(Preview, MarkersShowTheTypedOffsets) {
   KeepLabel(Label(240, 480, 30, 0, 240));  // a quarter pixel a dot
   Cancel(kPaperTab,
-         {Paste(IDC_PAPER_VERT_BASE, u"20"), Paste(IDC_PAPER_HORZ_BASE, u"40"),
-          Paste(IDC_PAPER_TEAR_OFFSET, u"80"), ExpectMarkers({}), Click(IDC_PAPER_WHOLE_LABEL),
+         {Paste(kVert, u"20"), Paste(kHorz, u"40"), Paste(kTear, u"80"), ExpectMarkers({}),
+          Click(kPageWholeLabel),
           ExpectMarkers({"marker 40 103 120 103", "marker 40 103 40 189", "marker 0 98 120 98",
                          "marker 0 114 120 114"}),
-          Click(IDC_PAPER_LANDSCAPE), ExpectMarkers({}), Paste(IDC_PAPER_VERT_BASE, u"-22"),
-          Paste(IDC_PAPER_HORZ_BASE, u"-300"), Paste(IDC_PAPER_TEAR_OFFSET, u"-2"),
-          Paste(IDC_PAPER_PITCH_OFFSET, u"-6"), Click(IDC_PAPER_WHOLE_LABEL),
+          Click(kLandscape), ExpectMarkers({}), Paste(kVert, u"-22"), Paste(kHorz, u"-300"),
+          Paste(kTear, u"-2"), Paste(kPitch, u"-6"), Click(kPageWholeLabel),
           // Half pixels go up, below zero too; the left edge holds the base point.
           ExpectMarkers({"marker 0 93 120 93", "marker 0 93 0 189", "marker 0 97 120 97",
                          "marker 0 94 120 94"})});
   KeepLabel(Label(240, 480, 30, 0, 240), 2, 1);  // peel mode, gap sensor
-  Cancel(kPaperTab, {Paste(IDC_PAPER_PEEL_OFFSET, u"-40"), Click(IDC_PAPER_WHOLE_LABEL),
+  Cancel(kPaperTab, {Paste(kPeel, u"-40"), Click(kPageWholeLabel),
                      ExpectMarkers({"marker 30 98 120 98", "marker 30 98 30 189",
                                     "marker 0 90 120 90", "marker 0 84 120 84"})});
   KeepLabel(Label(0, 0, 0, 0, 0));
-  Cancel(kPaperTab, {Click(IDC_PAPER_WHOLE_LABEL), ExpectMarkers({})});
+  Cancel(kPaperTab, {Click(kPageWholeLabel), ExpectMarkers({})});
 }
 
 TEST_F(Preview, FieldsShowTheirSketchWhileTheyHaveTheFocus) {
   const auto sketch = [](int field, int bitmap) {
-    return Steps{Focus(field),
-                 ExpectDrawn(IDC_PAPER_PICTURE, {std::to_string(bitmap) + " 0 0 120 189"})};
+    return Steps{Focus(field), ExpectDrawn(kPicture, {std::to_string(bitmap) + " 0 0 120 189"})};
   };
-  Cancel(kPaperTab, {sketch(IDC_PAPER_VERT_BASE, 162), sketch(IDC_PAPER_HORZ_BASE, 162),
-                     sketch(IDC_PAPER_TEAR_OFFSET, 163), sketch(IDC_PAPER_PITCH_OFFSET, 164),
-                     Focus(IDC_PAPER_LIST), [](Desk& desk) {
-                       EXPECT_GT(desk.Control(IDC_PAPER_PICTURE).drawing.size(), 1u);
-                     }});
+  Cancel(kPaperTab,
+         {sketch(kVert, 162), sketch(kHorz, 162), sketch(kTear, 163), sketch(kPitch, 164),
+          Focus(kList), [](Desk& desk) { EXPECT_GT(desk.Control(kPicture).drawing.size(), 1u); }});
   KeepLabel(Label(240, 480, 30, 0, 240), 2, 1);
-  Cancel(kPaperTab, {sketch(IDC_PAPER_PITCH_OFFSET, 165), sketch(IDC_PAPER_PEEL_OFFSET, 163),
+  Cancel(kPaperTab, {sketch(kPitch, 165), sketch(kPeel, 163),
                      ExpectDrawn(IDC_PAPER_FEED_PICTURE, {"159 0 0 24 102"}), [](Desk& desk) {
                        const platform::DisplayList list = desk.Control(IDC_PAPER_FEED_TEXT).drawing;
                        ASSERT_EQ(list.size(), 5u);
@@ -155,31 +150,30 @@ TEST_F(Preview, FieldsShowTheirSketchWhileTheyHaveTheFocus) {
 // The dialog's box is 138 × 246 pixels.
 TEST_F(Preview, TheDialogShowsSketchesAndTheWholeLabelOfWhatWasTyped) {
   const auto sketch = [](int bitmap) {
-    return ExpectDrawn(IDC_PAPER_REGISTER_PICTURE, {std::to_string(bitmap) + " 0 0 138 246"});
+    return ExpectDrawn(kDialogPicture, {std::to_string(bitmap) + " 0 0 138 246"});
   };
-  Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), sketch(160), Focus(IDC_PAPER_REGISTER_WIDTH),
-                     sketch(134), Focus(IDC_PAPER_REGISTER_LENGTH), sketch(135),
-                     Focus(IDC_PAPER_REGISTER_GAP), sketch(140), Focus(IDC_PAPER_REGISTER_NAME),
-                     sketch(160), ExpectDrawn(IDC_PAPER_REGISTER_FEED_PICTURE, {"159 0 0 24 102"}),
+  Cancel(kPaperTab, {Click(kRegister), sketch(160), Focus(kWidth), sketch(134), Focus(kLength),
+                     sketch(135), Focus(kGap), sketch(140), Focus(kName), sketch(160),
+                     ExpectDrawn(IDC_PAPER_REGISTER_FEED_PICTURE, {"159 0 0 24 102"}),
                      [](Desk& desk) {
                        EXPECT_EQ(desk.Control(IDC_PAPER_REGISTER_FEED_TEXT).background,
                                  RGB(255, 255, 255));
                        EXPECT_NE(desk.Control(IDC_HELP_TEXT).background, RGB(255, 255, 255));
                      },
                      // 55.2 mm are 138 pixels; 48.0 mm printable are 120, the gap 10 pixels.
-                     Fill(u"", u"55.2", u"55.2", u"4.0"), Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
-                     ExpectDrawn(IDC_PAPER_REGISTER_PICTURE,
+                     Fill(u"", u"55.2", u"55.2", u"4.0"), Click(kWholeLabel),
+                     ExpectDrawn(kDialogPicture,
                                  {"160 0 0 138 246", "white 0 89 138 227", "white 9 89 129 227",
                                   "155 39 128 99 188", "white 0 0 138 79", "white 9 0 129 79",
                                   "155 39 0 99 40", "white 0 237 138 375", "white 9 237 129 246"}),
-                     Focus(IDC_PAPER_REGISTER_GAP), sketch(140), Click(IDCANCEL)});
+                     Focus(kGap), sketch(140), Click(IDCANCEL)});
 }
 
 // Each creation of a drawing object fails in turn: what can be drawn is, and nothing stays behind.
 TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
   KeepLabel(Label(240, 480, 30, 0, 240));
-  Cancel(kPaperTab, {Click(IDC_PAPER_WHOLE_LABEL), [this](Desk& desk) {
-                       const HWND box = desk.Control(IDC_PAPER_PICTURE).handle;
+  Cancel(kPaperTab, {Click(kPageWholeLabel), [this](Desk& desk) {
+                       const HWND box = desk.Control(kPicture).handle;
                        const int objects = platform::LiveGdiObjects();
                        const int contexts = platform::LiveDcs();
                        int n = 0;
@@ -193,7 +187,7 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
                          EXPECT_EQ(platform::LiveDcs(), contexts);
                        }
                        EXPECT_GT(n, 5);  // two pictures with their contexts, and a pen
-                       EXPECT_EQ(desk.Control(IDC_PAPER_PICTURE).drawing.size(), 11u);
+                       EXPECT_EQ(desk.Control(kPicture).drawing.size(), 11u);
                      }});
 }
 

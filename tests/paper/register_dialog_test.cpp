@@ -314,7 +314,7 @@ TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
                ExpectChecked({kMmButton}, false), ExpectRange(kWidthSpin, 394, 2283, 1500),
                // The whole-label view is that of the copy: 1.5 to 2.5 inches, 83 pixels to 138.
                [](Desk& desk) {
-                 const RECT label = desk.Control(IDC_PAPER_REGISTER_PICTURE).drawing.at(1).rect;
+                 const RECT label = desk.Control(kDialogPicture).drawing.at(1).rect;
                  EXPECT_EQ(label.right - label.left, 83);
                },
                Click(IDOK), ExpectItems(kList, {kStandard, u"P1", kFree})});
