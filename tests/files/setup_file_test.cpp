@@ -49,22 +49,23 @@ class SetupFile : public support::MachineTest {
 };
 
 TEST_F(SetupFile, IsRefusedWholeOrNotAtAll) {
+  const std::u16string named = u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n";
   struct Case {
-    const char16_t* text;
+    std::u16string text;
     bool taken;
   };
   const Case cases[] = {
       {u"", false},
       {u"[用紙登録数]\r\nPaperNum=1\r\n", false},
       {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=\r\n[用紙登録数]\r\nPaperNum=1\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=21\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=65537\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=4294967297\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=-1\r\n", false},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=20\r\n", true},
-      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=none\r\n", true},
+      {named, false},
+      {named + u"[用紙登録数]\r\nPaperNum=\r\n", false},
+      {named + u"[用紙登録数]\r\nPaperNum=21\r\n", false},
+      {named + u"[用紙登録数]\r\nPaperNum=65537\r\n", false},
+      {named + u"[用紙登録数]\r\nPaperNum=4294967297\r\n", false},
+      {named + u"[用紙登録数]\r\nPaperNum=-1\r\n", false},
+      {named + u"[用紙登録数]\r\nPaperNum=20\r\n", true},
+      {named + u"[用紙登録数]\r\nPaperNum=none\r\n", true},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(Import(c.text), c.taken);
