@@ -189,6 +189,7 @@ TEST_F(Fields, DescribeTheControlInUse) {
       {5, mm, 203, u"0.0mmから8.0mmです。通常は3.0mmです）"},
       {6, in, 0, u"0.039inchから0.276inchです。通常は0.118inchです）"},
       {7, in, 203, u"（通常は 0.000inch です。）"},
+      {8, mm, 203, u"as before"},
       {10, mm, 203, u"as before"},
       {11, mm, 203, u"as before"}  // behind the row that ends the table
   };

@@ -14,44 +14,35 @@ using PaperName = PaperTest;
 TEST_F(PaperName, IsRefusedInTheOrderOfTheRules) {
   DriverSettingsBlock block = With(2);
   CopyText(block.Printer.Papers[2].PaperName, u"\x2460?");
+  constexpr UINT kMissing = IDS_PAPER_NAME_MISSING, kTaken = IDS_PAPER_NAME_TAKEN;
+  constexpr UINT kBad = IDS_BAD_CHARACTER, kLong = IDS_NAME_TOO_LONG;
   const auto times = [](size_t n, char16_t unit) { return std::u16string(n, unit); };
+  const std::u16string free = kFree, full = times(31, u'棚');
   const struct {
-    std::u16string name;
-    int edited;
     UINT message;
+    int edited;
+    std::vector<std::u16string> names;
   } cases[] = {
-      {u"", -1, IDS_PAPER_NAME_MISSING},
-      {u" \u3000 ", -1, IDS_PAPER_NAME_MISSING},
-      {kFree, -1, IDS_PAPER_NAME_TAKEN},
-      {kFree, 0, IDS_PAPER_NAME_TAKEN},
-      {u" フリーサイズ", -1, 0},
-      {u"P1", -1, IDS_PAPER_NAME_TAKEN},
-      {u"P1", 1, 0},
-      {u"P1", 2, IDS_PAPER_NAME_TAKEN},
-      {u"p1", -1, 0},
-      {u"P1 ", -1, 0},
-      {u"P", -1, 0},
-      {u"a?b", -1, 0},
-      {u"\x2460?", -1, IDS_PAPER_NAME_TAKEN},
-      {u"\u00e9tiquette", -1, IDS_BAD_CHARACTER},
-      {u"a\xd83d", -1, IDS_BAD_CHARACTER},
-      {times(31, u'棚') + u"a", -1, 0},
-      {times(32, u'棚'), -1, IDS_NAME_TOO_LONG},
-      {times(31, u'棚') + u"ab", -1, IDS_NAME_TOO_LONG},
-      {times(63, u'ｱ'), -1, 0},
-      {times(31, u'棚') + u"a棚", -1, IDS_NAME_TOO_LONG},
-      {times(63, u'棚'), -1, IDS_NAME_TOO_LONG},
-      {times(31, u'棚') + u"\u00e9" + times(31, u'棚'), -1, IDS_BAD_CHARACTER},
+      {kMissing, -1, {u"", u" \u3000 "}},
+      {kTaken, -1, {kFree, kStandard, u"P1", u"\x2460?"}},
+      {kTaken, 0, {kFree, u"P1"}},
+      {kTaken, 2, {u"P1"}},
+      {0, 1, {u"P1"}},  // its own
+      {0, -1, {u" " + free, u"p1", u"P1 ", u"P", u"a?b", full + u"a", times(63, u'ｱ')}},
+      {kBad, -1, {u"\u00e9tiquette", u"a\xd83d", full + u"\u00e9" + full}},
+      {kLong, -1, {full + u"棚", full + u"ab", full + u"a棚", full + full}},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(CheckPaperName(block, c.name.c_str(), c.edited).message, c.message)
-        << testing::PrintToString(c.name) << " for " << c.edited;
+    for (const std::u16string& name : c.names) {
+      EXPECT_EQ(CheckPaperName(block, name.c_str(), c.edited).message, c.message)
+          << testing::PrintToString(name) << " for " << c.edited;
+    }
   }
   // Registered papers only, and no further than the table; a name without a terminator is its own.
   block.Printer.PaperNum = 1;
   EXPECT_TRUE(CheckPaperName(block, u"P1", -1).Passed());
   block.Printer.PaperNum = 32767;
-  EXPECT_EQ(CheckPaperName(block, u"P1", -1).message, IDS_PAPER_NAME_TAKEN);
+  EXPECT_EQ(CheckPaperName(block, u"P1", -1).message, kTaken);
   for (WCHAR& unit : block.Printer.Papers[0].PaperName) unit = u'x';
   EXPECT_TRUE(CheckPaperName(block, times(63, u'x').c_str(), -1).Passed());
 }
@@ -74,24 +65,25 @@ TEST(PaperLimits, FollowDensityAndUnit) {
 
 // Each wrong size hides those behind it; none is cut to 16 bits before.
 TEST(PaperSizes, AreCheckedInOrderAndWithinTheirLimits) {
+  constexpr int mm = kMillimetre, in = kInch;
   const struct {
     int unit;
     PaperSizes sizes;
     UINT message;
     int bound;
-  } cases[] = {{kMillimetre, {100, 100, 0, 0}, 0, 0},
-               {kMillimetre, {580, 1630, 124, 80}, 0, 0},
-               {kMillimetre, {100, 100, -1, 0}, IDS_EYE_MARK_BELOW_MM, 0},
-               {kMillimetre, {100, 100, 125, 0}, IDS_EYE_MARK_ABOVE_MM, 124},
-               {kMillimetre, {100, 100, 0, -1}, IDS_GAP_BELOW_MM, 0},
-               {kInch, {2283, 6417, 488, 315}, 0, 0},
-               {kInch, {394, 394, -1, 0}, IDS_EYE_MARK_BELOW_INCH, 0},
-               {kInch, {394, 394, 489, 0}, IDS_EYE_MARK_ABOVE_INCH, 488},
-               {kInch, {394, 394, 0, -1}, IDS_GAP_BELOW_INCH, 0},
-               {kMillimetre, {0, 0, 999, 999}, IDS_WIDTH_BELOW_MM, 100},
-               {kMillimetre, {100, 0, 999, 999}, IDS_LENGTH_BELOW_MM, 100},
-               {kMillimetre, {100, 100, 999, 999}, IDS_EYE_MARK_ABOVE_MM, 124},
-               {kMillimetre, {70000, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580}};
+  } cases[] = {{mm, {100, 100, 0, 0}, 0, 0},
+               {mm, {580, 1630, 124, 80}, 0, 0},
+               {mm, {100, 100, -1, 0}, IDS_EYE_MARK_BELOW_MM, 0},
+               {mm, {100, 100, 125, 0}, IDS_EYE_MARK_ABOVE_MM, 124},
+               {mm, {100, 100, 0, -1}, IDS_GAP_BELOW_MM, 0},
+               {in, {2283, 6417, 488, 315}, 0, 0},
+               {in, {394, 394, -1, 0}, IDS_EYE_MARK_BELOW_INCH, 0},
+               {in, {394, 394, 489, 0}, IDS_EYE_MARK_ABOVE_INCH, 488},
+               {in, {394, 394, 0, -1}, IDS_GAP_BELOW_INCH, 0},
+               {mm, {0, 0, 999, 999}, IDS_WIDTH_BELOW_MM, 100},
+               {mm, {100, 0, 999, 999}, IDS_LENGTH_BELOW_MM, 100},
+               {mm, {100, 100, 999, 999}, IDS_EYE_MARK_ABOVE_MM, 124},
+               {mm, {70000, 100, 0, 0}, IDS_WIDTH_ABOVE_MM, 580}};
   for (const auto& c : cases) {
     const PaperVerdict verdict = CheckPaperSizes(c.sizes, BuildPaperLimits(203, c.unit), c.unit);
     EXPECT_EQ(verdict.message, c.message);

@@ -217,8 +217,9 @@ TEST_F(RegisterDialog, ArrowsLeavingAndUnitsKeepWhatTheFieldShows) {
       Type(kWidth, u".5"),  // taken back, letter by letter
       ExpectText(kWidth, u"57.6"), Replace(kWidth, u"45"), ExpectText(kWidth, u"45"),
       Spin(kLengthSpin, 3), ExpectSizes(u"45.0", u"68.3", u"3.0"), Spin(kGapSpin, 100),
-      ExpectText(kGap, u"8.0"), Click(kInchButton), ExpectRange(kWidthSpin, 394, 2283, 1772),
-      ExpectRange(kLengthSpin, 394, 6417, 2689),
+      ExpectText(kGap, u"8.0"), Click(kInchButton),
+      [](Desk& desk) { EXPECT_EQ(desk.Control(kWidth).textLimit, 5); },
+      ExpectRange(kWidthSpin, 394, 2283, 1772), ExpectRange(kLengthSpin, 394, 6417, 2689),
       ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_LEFT_SPIN, 0, 2283, 0),
       ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_HEIGHT_SPIN, 630, 6299, 2677), Spin(kWidthSpin, 2),
       Enter()});
