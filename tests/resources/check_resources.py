@@ -15,8 +15,11 @@ GROUP_BOX, AUTO_RADIO, AUTO_CHECK, BUTTON_OWNER_DRAW = 7, 9, 3, 0xB
 PIXELS = 1.5  # a dialog unit, either way
 HELP_TEXT, HELP_GROUP = 1167, 1171
 
-SIZES = {110: (279, 261), 111: (279, 261), 114: (327, 337), 121: (216, 58), 122: (243, 265),
-         129: (279, 261), 145: (275, 261), 153: (279, 261), 125: None, 127: None}
+FORMS = {110: ("動作モード", 279, 261), 111: ("用紙", 279, 261), 114: ("用紙登録", 327, 337),
+         121: ("参照用紙選択\u3000", 216, 58), 122: ("デバイスの設定", 243, 265), 125: ("装飾フォントの登録", 397, 347),
+         127: ("バーコードフォントの登録", 323, 246), 129: ("クリエイトフォント", 279, 261), 145: ("バージョン情報", 275, 261),
+         153: ("ユーティリティ", 279, 261)}
+HIDDEN = {110: [1113], 114: [1126, 1056, 1106, 1067, 1107, 1070, 1108, 1073, 1109]}  # beside their labels
 PAGES = (110, 111, 122, 129, 145, 153)
 # The longest texts that the code puts into controls, by dialog and control.
 FILLED = {
@@ -151,10 +154,11 @@ def check_spins(d):
 
 
 def check_dialog(d, texts, help_ids):
-    if SIZES.get(d.id, 0) == 0:
-        fault(f"dialog {d.id} is unknown")
-    elif SIZES[d.id] and SIZES[d.id] != (d.width, d.height):
-        fault(f"dialog {d.id} is {d.width} x {d.height}")
+    if FORMS.get(d.id) != (d.caption, d.width, d.height):
+        fault(f"dialog {d.id} is {d.caption!r}, {d.width} x {d.height}")
+    hidden = [c.id for c in d.controls if not c.style & WS_VISIBLE and c.id != -1]
+    if hidden != HIDDEN.get(d.id, []):
+        fault(f"dialog {d.id} hides {hidden}")
     if (d.point, d.face) != (9, "ＭＳ Ｐゴシック"):
         fault(f"dialog {d.id} has the font {d.face} {d.point}")
     if (d.id in PAGES) != bool(d.style & WS_CHILD) or (d.id in PAGES) == bool(d.style & WS_POPUP):
@@ -230,7 +234,7 @@ def main():
         prefix = "IDS_HELP_" + HELP_OF.get(d.id, "-")
         help_ids = [int(v) for k, v in numbers.items() if k.startswith(prefix)]
         check_dialog(d, texts, help_ids)
-    for number in SIZES.keys() - {d.id for d in dialogs}:
+    for number in FORMS.keys() - {d.id for d in dialogs}:
         fault(f"dialog {number} is missing")
     bitmaps = {name: data for kind, name, data in found if kind == RT_BITMAP}
     for number in {int(v) for k, v in numbers.items() if k.startswith("IDB_")} ^ bitmaps.keys():
