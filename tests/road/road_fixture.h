@@ -14,10 +14,10 @@ namespace kestrel {
 
 constexpr char16_t kSecond[] = u"倉庫 2F";
 
-class Road : public support::MachineTest {
+class Road : public support::SheetTest {
  protected:
   void SetUp() override {
-    MachineTest::SetUp();
+    SheetTest::SetUp();
     platform::PrinterSetup second;
     second.name = kSecond;
     machine().AddPrinter(second);
@@ -39,22 +39,13 @@ class Road : public support::MachineTest {
     LONG size = sizeof(record);
     EXPECT_TRUE(exports_.DrvConvertDevMode(text.data(), nullptr, &record.Public, &size,
                                            CDM_DRIVER_DEFAULT));
-    Keep(name, record);
-  }
-
-  void Keep(const std::u16string& name, const SettingsRecord& record) {
-    const auto* bytes = reinterpret_cast<const std::byte*>(&record);
-    machine().SetDefaultRecord(name, {bytes, bytes + sizeof(record)});
+    machine().SetDefaultRecord(name, support::BytesOf(record));
   }
 
   // A user-default sheet whose result the spooler keeps.
   void ShowUserDefault(const std::u16string& printer, support::Steps steps) {
-    support::SheetAsk ask;
-    ask.kind = support::SheetKind::kUserDefault;
-    ask.printer = printer;
-    const support::SheetAnswer answer = support::ShowSheet(exports_, ask, std::move(steps));
-    ASSERT_EQ(answer.result, CPSUI_OK);
-    Keep(printer, answer.record);
+    const support::SheetAsk ask = {.kind = support::SheetKind::kUserDefault, .printer = printer};
+    ASSERT_EQ(Show(ask, std::move(steps)).result, CPSUI_OK);
   }
 
   // The settings of a printer as an application gets them, with its own record when it has one.
