@@ -32,9 +32,11 @@ Steps Remove(const Group& group, int row, const std::u16string& name, int answer
           CloseMessage(name + u" を削除します。\nよろしいですか？",
                        MB_OKCANCEL | MB_ICONEXCLAMATION, kTitle, answer)};
 }
+int NameOf(const Group& group) {
+  return group.list == kDeco.list ? IDC_DECO_FONT_NAME : IDC_BAR_FONT_NAME;
+}
 Steps Named(const Group& group, int button, std::u16string name) {
-  const int edit = group.list == kDeco.list ? IDC_DECO_FONT_NAME : IDC_BAR_FONT_NAME;
-  return {Click(button), Replace(edit, std::move(name)), Click(IDOK)};
+  return {Click(button), Replace(NameOf(group), std::move(name)), Click(IDOK)};
 }
 
 class CreateFontPageTest : public FontTest {
@@ -87,8 +89,11 @@ TEST_F(CreateFontPageTest, ChangesTheSelectedFontInItsPlace) {
     Store(stored);
     Records expected = stored;
     expected[group.list == kDeco.list ? 1 : 4].Name(u"X").Put(2, 0).Put(68, 0);
-    EXPECT_EQ(Register({Select(group.list, 1), Click(group.change), Click(IDCANCEL),
-                        ExpectChanged(false), ExpectText(IDC_HELP_TEXT, kFirstHelp),
+    Steps declined;
+    for (const Step& end : {Click(IDCANCEL), Close(), Escape()}) {
+      declined += {Click(group.change), Replace(NameOf(group), u"Y"), end};
+    }
+    EXPECT_EQ(Register({declined, ExpectChanged(false), ExpectText(IDC_HELP_TEXT, kFirstHelp),
                         Select(group.list, 1), Named(group, group.change, u"X"),
                         ExpectChanged(true), ExpectSelected(group.list, 0),
                         // Entered again, the page selects the first.

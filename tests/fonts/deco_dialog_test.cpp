@@ -189,38 +189,13 @@ TEST_F(DecoDialogTest, AnotherResidentFontStartsAnew) {
       Records{Deco(u"A", u"X22", 256, 24, 24).Put(220, {1, 1, 5})});
 }
 
-TEST_F(DecoDialogTest, CancelKeepsTheList) {
-  Store({Deco(u"A")});
-  const Steps change = {Replace(IDC_DECO_FONT_NAME, u"Other"), Select(IDC_DECO_FONT_RESIDENT, kPop),
-                        Click(IDC_DECO_FONT_SERIAL_ON)};
-  EXPECT_EQ(
-      Register({Click(IDC_CREATE_FONT_DECO_EDIT), change, Click(IDCANCEL),
-                Click(IDC_CREATE_FONT_DECO_EDIT), change, Close(), Click(IDC_CREATE_FONT_DECO_NEW),
-                change, Escape(), ExpectItems(IDC_CREATE_FONT_DECO_LIST, {u"A"})}),
-      Records{Deco(u"A")});
-}
-
+// The name goes before the numbers.
 TEST_F(DecoDialogTest, NamesAreRefusedWithTheirMessage) {
-  constexpr char16_t kReserved[] =
-      u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。";
-  constexpr char16_t kTaken[] =
-      u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。";
-  const struct {
-    const char16_t *name, *message;
-  } kCases[] = {{u"　", u"登録フォント名を入力して下さい。"},
-                {u"Installed Face", kReserved},
-                {u"Bar", kTaken},
-                {u"é", u"不正な文字が使用されています。"},
-                {u"あいうえおかきくけこさしすせそた", u"文字数が多すぎます。"}};
   Store({Deco(u"Deco"), Bar(u"Bar")});
-  Steps steps = Replace(IDC_DECO_FONT_EXPAND_X, u"7");  // the name goes first
-  for (const auto& c : kCases) {
-    steps += {Replace(IDC_DECO_FONT_NAME, c.name), Focus(IDC_DECO_FONT_SIZE),
-              Refused(c.message, IDC_DECO_FONT_NAME, kRegisterTitle)};
-  }
-  const std::u16string full = u"1234567890123456789012345678901";
-  EXPECT_EQ(Register(NewDeco(full + u"2", {steps, Replace(IDC_DECO_FONT_EXPAND_X, u"1")})),
-            (Records{Deco(u"Deco"), Deco(full), Bar(u"Bar")}));
+  EXPECT_EQ(Register(NewDeco(kFullName, {Replace(IDC_DECO_FONT_EXPAND_X, u"7"),
+                                         NameWalk(IDC_DECO_FONT_NAME, kRegisterTitle),
+                                         Replace(IDC_DECO_FONT_EXPAND_X, u"1")})),
+            (Records{Deco(u"Deco"), Deco(kFullName), Bar(u"Bar")}));
 }
 
 // What a row and the magnifications allow; no printer has every one of these rows.

@@ -170,6 +170,26 @@ inline Steps Refused(std::u16string message, int field, std::u16string title) {
           ExpectFocus(field)};
 }
 
+// The names that are refused beside the fonts "Deco" and "Bar"; what follows is typed over a good
+// one that is longer than a name may be.
+constexpr char16_t kFullName[] = u"1234567890123456789012345678901";
+inline Steps NameWalk(int edit, const std::u16string& title) {
+  constexpr char16_t kTaken[] =
+      u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。";
+  const std::pair<const char16_t*, const char16_t*> kCases[] = {
+      {u"　", u"登録フォント名を入力して下さい。"},
+      {u"Installed Face", u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。"},
+      {u"Deco", kTaken},
+      {u"Bar", kTaken},
+      {u"é", u"不正な文字が使用されています。"},
+      {u"あいうえおかきくけこさしすせそた", u"文字数が多すぎます。"}};
+  Steps steps;
+  for (const auto& [name, message] : kCases) {
+    steps += {Replace(edit, name), Tab(), Refused(message, edit, title)};
+  }
+  return {steps, Replace(edit, kFullName + std::u16string(u"2")), ExpectText(edit, kFullName)};
+}
+
 // ---- how a dialog looks, in words: what cannot be used stands in parentheses, what can be used in
 // part in braces ----
 inline std::string Usable(Desk& desk, const std::vector<int>& ids, const std::string& text) {
