@@ -6,6 +6,7 @@
 
 #include "companions/barcode_dialog.h"
 #include "companions/barcode_parameters.h"
+#include "platform/system/guard.h"
 
 namespace companions {
 namespace {
@@ -39,12 +40,14 @@ WORD EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
 // The three entry points of a kind, by its index in the table of kinds.
 #define BARCODE_ENTRIES(suffix, index)                                                           \
   extern "C" {                                                                                   \
-  void WINAPI GetBarName##suffix(LPSTR name) { companions::WriteName(index, name); }             \
+  void WINAPI GetBarName##suffix(LPSTR name) {                                                   \
+    platform::Keeping([&] { companions::WriteName(index, name); });                              \
+  }                                                                                              \
   WORD WINAPI Init##suffix(BYTE* block, const companions::BarcodeLibInfo* info, HWND) {          \
-    return companions::WriteBlock(index, block, info);                                           \
+    return platform::Keeping([&] { return companions::WriteBlock(index, block, info); });        \
   }                                                                                              \
   WORD WINAPI ShowDlg##suffix(BYTE* block, const companions::BarcodeLibInfo* info, HWND owner) { \
-    return companions::EditBlock(index, block, info, owner);                                     \
+    return platform::Keeping([&] { return companions::EditBlock(index, block, info, owner); });  \
   }                                                                                              \
   }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "companions/simulated_device.h"
+#include "platform/system/guard.h"
 
 namespace companions {
 namespace {
@@ -88,16 +89,20 @@ extern "C" {
 // mode (0 tear-off, 1 continuous, 2 peel). Non-zero on success.
 DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                             DWORD* status) {
-  return companions::Query(printer, reply, replySize, size, status, companions::ModeAnswer);
+  return platform::Keeping([&] {
+    return companions::Query(printer, reply, replySize, size, status, companions::ModeAnswer);
+  });
 }
 
 // Versions of the printer as texts in code page 932: 16 bytes firmware, 8 bytes font. Non-zero on
 // success.
 DWORD WINAPI RtlGetVersionComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                                DWORD* status) {
-  return companions::Query(printer, reply, replySize, size, status,
-                           [replySize](const companions::SimulatedDevice& device) {
-                             return companions::VersionAnswer(device, replySize);
-                           });
+  return platform::Keeping([&] {
+    return companions::Query(printer, reply, replySize, size, status,
+                             [replySize](const companions::SimulatedDevice& device) {
+                               return companions::VersionAnswer(device, replySize);
+                             });
+  });
 }
 }

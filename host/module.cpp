@@ -105,10 +105,18 @@ Json ModuleJson(const std::string& file, platform::Bytes bytes) {
           {"sha256", Sha256(bytes)}};
 }
 
+// A name from the file as a terminal may see it.
+std::string Plain(const Json& name) {
+  if (!name.is_string()) return name.is_null() ? "by ordinal" : name.dump();
+  std::string text = name;
+  std::ranges::replace_if(
+      text, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; }, '?');
+  return text;
+}
+
 void PrintList(const std::string& title, const Json& items) {
   std::cout << title << " (" << items.size() << ")\n";
-  for (const Json& item : items)
-    std::cout << "  " << (item.is_string() ? item.get<std::string>() : "by ordinal") << '\n';
+  for (const Json& item : items) std::cout << "  " << Plain(item) << '\n';
 }
 
 void Print(const Json& module) {
@@ -117,19 +125,15 @@ void Print(const Json& module) {
               << '\n';
   PrintList("exports", module["exports"]);
   for (const auto& [library, functions] : module["imports"].items())
-    PrintList("imports from " + library, functions);
+    PrintList("imports from " + Plain(library), functions);
   std::cout << "resources (" << module["resources"].size() << ")\n";
-  for (const Json& each : module["resources"]) {
-    const Json& name = each["name"];
-    std::cout << "  " << each["type"].get<std::string>() << '\t'
-              << (name.is_string() ? name.get<std::string>() : name.dump()) << '\t' << each["size"]
+  for (const Json& each : module["resources"])
+    std::cout << "  " << Plain(each["type"]) << '\t' << Plain(each["name"]) << '\t' << each["size"]
               << " bytes\n";
-  }
   std::cout << "sections (" << module["sections"].size() << ")\n";
   for (const Json& each : module["sections"])
-    std::cout << "  " << each["name"].get<std::string>() << '\t'
-              << each["protection"].get<std::string>() << '\t' << each["size"] << " bytes at 0x"
-              << Hex(each["address"].get<DWORD>(), 8) << '\n';
+    std::cout << "  " << Plain(each["name"]) << '\t' << Plain(each["protection"]) << '\t'
+              << each["size"] << " bytes at 0x" << Hex(each["address"].get<DWORD>(), 8) << '\n';
 }
 
 int Show(Call& call) {

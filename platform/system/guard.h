@@ -10,18 +10,24 @@ namespace platform {
 // already on this thread, the first stays.
 void KeepThrown() noexcept;
 
-// A function of the platform as a module may call it: answers 0 after it threw.
+// What a body answers that a module has called; 0 after it threw.
+template <typename Body>
+auto Keeping(Body body) noexcept -> decltype(body()) {
+  try {
+    return body();
+  } catch (...) {
+    KeepThrown();
+    return decltype(body())();
+  }
+}
+
+// A function of the platform as a module may call it.
 template <auto Function>
 struct Guarded;
 template <typename Answer, typename... Parameters, Answer(WINAPI* Function)(Parameters...)>
 struct Guarded<Function> {
   static Answer WINAPI Call(Parameters... parameters) noexcept {
-    try {
-      return Function(parameters...);
-    } catch (...) {
-      KeepThrown();
-      return Answer();
-    }
+    return Keeping([&] { return Function(parameters...); });
   }
 };
 
