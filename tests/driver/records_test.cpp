@@ -271,6 +271,7 @@ TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
   block_.Record.Private.nPrintSpeed = 5;
   Store();
   EXPECT_EQ(Speed(), 5);
+  EXPECT_TRUE(ResolveSettings(nullptr, nullptr, nullptr, kPrinter, DM_COPY | kCopyWholeBlock));
   Bytes shorter = Stored();
   shorter.resize(200);
   machine().SetDefaultRecord(kPrinter, shorter);

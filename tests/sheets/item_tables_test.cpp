@@ -38,7 +38,7 @@ class ItemTablesTest : public testing::Test {
 };
 
 TEST_F(ItemTablesTest, HoldAnItemForEachOwnPage) {
-  ASSERT_TRUE(Allocate({5, 5, 5, 5, 5, 5}));
+  ASSERT_TRUE(Allocate({kPageDocumentSet, 5, 5, kPageTreeView, 5, 5, 5, 5}));
   EXPECT_EQ(tables.items.capacity, 6);
   EXPECT_EQ(tables.types.capacity, 6);
   EXPECT_EQ(tables.params.capacity, 6);
@@ -58,11 +58,6 @@ TEST_F(ItemTablesTest, HoldAnItemForEachOwnPage) {
     EXPECT_EQ(item.pOptType, nullptr);
     EXPECT_EQ(item.DMPubID, 100 + i);
   }
-}
-
-TEST_F(ItemTablesTest, CountOwnPagesOnly) {
-  ASSERT_TRUE(Allocate({kPageDocumentSet, kPageOwnDialog, kPageTreeView, kPageOwnDialog}));
-  EXPECT_EQ(tables.items.capacity, 2);
 }
 
 TEST_F(ItemTablesTest, TellOfTheFirstOverflowAndIgnoreLaterAdds) {
@@ -162,22 +157,20 @@ TEST_F(ItemTablesTest, SetStatesOfTheFirstItemWithAnId) {
   EXPECT_EQ(session->tableError, kNoSuchItem);
 }
 
-TEST_F(ItemTablesTest, RefuseATypeFlagOfAnItemWithoutType) {
-  ASSERT_TRUE(Allocate({5}));
+TEST_F(ItemTablesTest, RefuseWhatDoesNotFit) {
+  ASSERT_TRUE(Allocate({5, 5}));
   AddOptItem(*session, Item(50));
   SetItemState(*session, 50, 7, kItemDisabled | kItemTypeDisabled);
   EXPECT_EQ(tables.items.start[0].Flags, OPTIF_DISABLED);
   EXPECT_EQ(tables.items.start[0].Sel, 0);
-  EXPECT_EQ(session->tableError, kNoSuchItem);
-}
+  EXPECT_EQ(session->tableError, kNoSuchItem) << "an item without a type";
 
-TEST_F(ItemTablesTest, RefuseAnItemWhileParametersAreOwed) {
-  ASSERT_TRUE(Allocate({5}));
+  session->tableError = kTableOk;
   tables.owedParams = 1;
-  AddOptItem(*session, Item(50));
+  AddOptItem(*session, Item(51));
   EXPECT_EQ(session->tableError, kParamsOwed);
-  EXPECT_EQ(tables.items.used, 0);
-  EXPECT_EQ(tables.items.calls, 1);
+  EXPECT_EQ(tables.items.used, 1);
+  EXPECT_EQ(tables.items.calls, 2);
 }
 
 TEST_F(ItemTablesTest, NameEachError) {
@@ -188,10 +181,7 @@ TEST_F(ItemTablesTest, NameEachError) {
   tables.halftones.calls = 5;
   tables.checkBoxes.calls = 6;
   tables.pushes.calls = 7;
-  const struct {
-    int error;
-    std::u16string text;
-  } kCases[] = {
+  const std::pair<int, std::u16string> cases[] = {
       {1, u"ItemTable OverFlow!!\n( 1 )"},
       {2, u"TypeTable OverFlow!!\n( 2 )"},
       {3, u"ParamTable OverFlow!!\n( 3 )"},
@@ -203,12 +193,12 @@ TEST_F(ItemTablesTest, NameEachError) {
       {9, u"Invalid Parameter!!\n"},
       {77, u"Internal Error!!\n( 77 )"},
   };
-  for (const auto& c : kCases) {
-    session->tableError = c.error;
+  for (const auto& [error, text] : cases) {
+    session->tableError = error;
     machine->desk().ClearShown();
     EXPECT_FALSE(ReportTableError(*session));
-    ASSERT_EQ(machine->desk().History().size(), 1u) << c.error;
-    EXPECT_EQ(machine->desk().History()[0].text, c.text);
+    ASSERT_EQ(machine->desk().History().size(), 1u) << error;
+    EXPECT_EQ(machine->desk().History()[0].text, text);
   }
   session->tableError = kTablesClosed;
   machine->desk().ClearShown();
