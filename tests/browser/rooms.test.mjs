@@ -2,18 +2,12 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 
-import { openSheet } from "../support/browser.mjs";
+import { openNewSheet, openSheet } from "../support/browser.mjs";
 import { computer } from "../support/printhost.mjs";
 
 const PRINTER = "Label Printer";
-const [PAPER, OPERATION, DEVICE, FONTS, UTILITY] = [1, 2, 3, 4, 5];
+const [PAPER, DEVICE, FONTS, UTILITY] = [1, 3, 4, 5];
 const OK = 1;
-
-function withPrinters(t, ...names) {
-  const pc = computer(t);
-  for (const name of names) assert.equal(pc.run("add", name).status, 0);
-  return pc;
-}
 
 async function registerPaper(sheet) {
   await sheet.go(PAPER);
@@ -42,8 +36,8 @@ async function registerFonts(sheet) {
 }
 
 test("a label is registered, drawn, turned and listed by the next process", async (t) => {
-  const pc = withPrinters(t, PRINTER);
-  const sheet = await openSheet(t, pc, PRINTER);
+  const sheet = await openNewSheet(t);
+  const { pc } = sheet;
   await registerPaper(sheet);
   await sheet.control(1005).selectOption("棚札");
   const before = await sheet.control(1181).innerHTML();
@@ -61,9 +55,8 @@ test("a label is registered, drawn, turned and listed by the next process", asyn
 });
 
 test("a peel printer tells its mode, and the paper page follows", async (t) => {
-  const pc = withPrinters(t, PRINTER);
-  assert.equal(pc.run("device", PRINTER, "--mode", "peel").status, 0);
-  const sheet = await openSheet(t, pc, PRINTER);
+  const sheet = await openNewSheet(t);
+  assert.equal(sheet.pc.run("device", PRINTER, "--mode", "peel").status, 0);
   await sheet.go(PAPER);
   assert.ok(await sheet.control(1195).isDisabled());
   await sheet.go(DEVICE);
@@ -78,34 +71,9 @@ test("a peel printer tells its mode, and the paper page follows", async (t) => {
   await sheet.ok();
 });
 
-test("brightness is adjusted and kept", async (t) => {
-  const pc = withPrinters(t, PRINTER);
-  const sheet = await openSheet(t, pc, PRINTER);
-  await sheet.go(OPERATION);
-  await sheet.control(1180).click();
-  await sheet.holds(2102, "0");
-  await sheet.control(2102).fill("35");
-  await sheet.close(OK);
-  await sheet.ok();
-  assert.equal(pc.json("settings", PRINTER).private.ColorAdjust.caBrightness, 35);
-});
-
-test("fonts of both kinds are registered and found again", async (t) => {
-  const pc = withPrinters(t, PRINTER);
-  const first = await openSheet(t, pc, PRINTER);
-  await registerFonts(first);
-  await first.ok();
-  const again = await openSheet(t, pc, PRINTER);
-  await again.go(FONTS);
-  await again.holds(1131, "太字");
-  await again.holds(1132, "品番QR");
-  await again.open(1050, "バーコードフォントの変更");
-  await again.control(1059).click();
-  await again.holds(1004, "9");
-});
-
 test("a backup chosen by browsing brings papers and fonts to a second printer", async (t) => {
-  const pc = withPrinters(t, PRINTER, "倉庫 2F");
+  const pc = computer(t);
+  for (const name of [PRINTER, "倉庫 2F"]) pc.run("add", name);
   const first = await openSheet(t, pc, PRINTER);
   await registerPaper(first);
   await registerFonts(first);
@@ -128,6 +96,11 @@ test("a backup chosen by browsing brings papers and fonts to a second printer", 
   assert.match(await second.message(), /データを読込みました。/);
   await second.go(FONTS);
   await second.holds(1131, "太字");
+  await second.holds(1132, "品番QR");
+  await second.open(1050, "バーコードフォントの変更");
+  await second.control(1059).click();
+  await second.holds(1004, "9");
+  for (const window of [2, 2]) await second.close(window);
   await second.ok();
   const caps = pc.json("caps", "倉庫 2F");
   assert.deepEqual(caps.DC_PAPERNAMES.output, ["Standard Label 58 x 68 mm", "棚札", "フリーサイズ"]);

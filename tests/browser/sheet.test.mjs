@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { existsSync, readFileSync } from "node:fs";
 import { test } from "node:test";
 
-import { openBrowser, top, visit } from "../support/browser.mjs";
+import { openBrowser, openNewSheet, openSheet, top, visit } from "../support/browser.mjs";
 import { computer } from "../support/printhost.mjs";
 
 const PRINTER = "Label Printer";
@@ -12,22 +12,8 @@ const [VERSION, PAPER, OPERATION, DEVICE, FONTS, UTILITY] = [0, 1, 2, 3, 4, 5];
 const [VERTICAL_BASE, VERTICAL_BASE_SPIN, LANDSCAPE, PORTRAIT, PAPERS, REGISTER] = [1099, 1101, 1001, 1000, 1005, 1046];
 const [NAME, WIDTH, HELP] = [1115, 1053, 1167];
 
-// A sheet that stands open in a browser.
-async function opened(t, ...words) {
-  const pc = computer(t);
-  const sheet = pc.start(...(words.length ? words : ["demo", "--json"]));
-  const page = await openBrowser(t);
-  const faults = await visit(page, await sheet.address);
-  const go = async (index) => {
-    await page.locator(`[data-page="${index}"]`).click();
-    await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
-  };
-  const record = async () => JSON.parse((await sheet.ended).output);
-  return { pc, sheet, page, faults, go, record, ...top(page) };
-}
-
 test("six pages, a field, OK: the record comes out and is kept", async (t) => {
-  const { pc, sheet, page, faults, go, record, window, control } = await opened(t);
+  const { pc, page, faults, go, ok, window, control } = await openNewSheet(t);
   const titles = ["バージョン情報", "用紙", "動作モード", "デバイスの設定", "クリエイトフォント", "ユーティリティ"];
   assert.deepEqual(await page.locator("[data-page]").allTextContents(), titles);
   for (const index of [VERSION, PAPER, OPERATION, DEVICE, FONTS, UTILITY]) {
@@ -40,17 +26,15 @@ test("six pages, a field, OK: the record comes out and is kept", async (t) => {
   await control(VERTICAL_BASE_SPIN).locator('[data-spin="up"]').click();
   await control(LANDSCAPE).check();
   await page.waitForFunction((id) => document.querySelector(`[data-id="${id}"]`).value === "-11", VERTICAL_BASE);
-  await page.locator('[data-button="ok"]').click();
-  const { public: open, private: own } = await record();
+  const { public: open, private: own } = await ok();
   assert.deepEqual([own.nVertBase, own.Orient, open.dmOrientation], [-11, 2, 2]);
-  assert.equal((await sheet.ended).status, 0);
   assert.deepEqual(faults, []);
   const kept = pc.json("settings", PRINTER);
   assert.deepEqual([kept.private.nVertBase, kept.private.Orient], [-11, 2]);
 });
 
 test("a paper is registered by keyboard, refused while it has no name", async (t) => {
-  const { pc, page, go, record, control, window } = await opened(t);
+  const { pc, page, go, ok, control, window } = await openNewSheet(t);
   await go(PAPER);
   await control(REGISTER).click();
   await page.locator('[data-window="用紙登録"]').waitFor();
@@ -70,8 +54,7 @@ test("a paper is registered by keyboard, refused while it has no name", async (t
   await page.locator('[data-window="用紙登録"]').waitFor({ state: "detached" });
   await page.waitForFunction((id) => [...document.querySelector(`[data-id="${id}"]`).options].some((option) => option.text === "荷札 50"), PAPERS);
   await control(PAPERS).selectOption("荷札 50");
-  await page.locator('[data-button="ok"]').click();
-  const { public: open } = await record();
+  const { public: open } = await ok();
   assert.deepEqual([open.dmFormName, open.dmPaperWidth], ["荷札 50", 500]);
   const caps = pc.json("caps", PRINTER);
   assert.deepEqual(caps.DC_PAPERNAMES.output, ["Standard Label 58 x 68 mm", "荷札 50", "フリーサイズ"]);
@@ -90,11 +73,9 @@ test("Cancel, Esc, a closed page, a killed browser and SIGTERM change nothing", 
       const pc = computer(t);
       pc.run("add", PRINTER);
       const before = [pc.json("settings", PRINTER), pc.json("data", PRINTER)];
-      const sheet = pc.start("sheet", PRINTER, "--kind", "user-default", "--out", pc.file("out"));
-      const page = await openBrowser(t);
-      await visit(page, await sheet.address);
-      await page.locator(`[data-page="${PAPER}"]`).click();
-      await top(page).control(VERTICAL_BASE).fill("9");
+      const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", "user-default", "--out", pc.file("out"));
+      await go(PAPER);
+      await control(VERTICAL_BASE).fill("9");
       await end({ page, sheet });
       assert.equal((await sheet.ended).status, 1);
       assert.ok(!existsSync(pc.file("out")));
@@ -110,14 +91,11 @@ test("each kind of sheet shows its pages and hands its record on as it should", 
   for (const [kind, pages, kept] of [["document", 6, false], ["advanced", 6, false], ["printer", 1, false], ["user-default", 6, true]]) {
     await t.test(kind, async (t) => {
       const out = kind === "printer" ? [] : ["--out", pc.file(kind)];
-      const sheet = pc.start("sheet", PRINTER, "--kind", kind, ...out);
-      t.after(() => sheet.child.kill("SIGKILL"));
-      const page = await openBrowser(t);
-      await visit(page, await sheet.address);
+      const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", kind, ...out);
       assert.equal(await page.locator("[data-page]").count(), pages);
       if (kind !== "printer") {
-        await page.locator(`[data-page="${PAPER}"]`).click();
-        await top(page).control(LANDSCAPE).check();
+        await go(PAPER);
+        await control(LANDSCAPE).check();
       }
       await page.locator('[data-button="ok"]').click();
       assert.equal((await sheet.ended).status, 0);
@@ -132,17 +110,13 @@ test("without permission the pages lock what changes the printer", async (t) => 
   const pc = computer(t);
   pc.run("add", PRINTER);
   pc.run("machine", "--permission", PRINTER, "no");
-  const sheet = pc.start("sheet", PRINTER, "--kind", "user-default");
-  const page = await openBrowser(t);
-  await visit(page, await sheet.address);
-  await page.locator(`[data-page="${PAPER}"]`).click();
-  const { control } = top(page);
-  await control(REGISTER).waitFor();
+  const { go, control } = await openSheet(t, pc, PRINTER);
+  await go(PAPER);
   assert.ok(await control(REGISTER).isDisabled());
 });
 
 test("Tab walks the page's controls in order, arrows within a group", async (t) => {
-  const { page, go, control } = await opened(t);
+  const { page, go, control } = await openNewSheet(t);
   await go(PAPER);
   await control(PAPERS).focus();
   const visited = [];
@@ -158,7 +132,7 @@ test("Tab walks the page's controls in order, arrows within a group", async (t) 
 });
 
 test("what a field refuses snaps back; text under composition stays in the browser", async (t) => {
-  const { page, go, control } = await opened(t);
+  const { page, go, control } = await openNewSheet(t);
   await go(PAPER);
   await control(REGISTER).click();
   const width = control(WIDTH);
@@ -188,7 +162,7 @@ test("what a field refuses snaps back; text under composition stays in the brows
 });
 
 test("letters typed after a reload, in a second browser and in the first again all arrive", async (t) => {
-  const { sheet, page, go, control } = await opened(t);
+  const { sheet, page, go, control } = await openNewSheet(t);
   await go(PAPER);
   await control(REGISTER).click();
   const typed = async (page, letters) => {

@@ -4,6 +4,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { chromium } from "playwright-core";
 
+import { computer } from "./printhost.mjs";
+
 const FLAGS = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
   "--disable-component-update", "--disable-sync"];
 
@@ -36,15 +38,26 @@ export async function visit(page, address) {
   return faults;
 }
 
-// A user-default sheet of a printer, open in a browser, with what a person does at it.
-export async function openSheet(test, pc, printer) {
-  const sheet = pc.start("sheet", printer, "--kind", "user-default", "--json");
+// A sheet of a printer on a computer of its own.
+export async function openNewSheet(test, printer = "Label Printer") {
+  const pc = computer(test);
+  pc.run("add", printer);
+  return openSheet(test, pc, printer);
+}
+
+// A sheet of a printer (its defaults if nothing else is said), open in a browser, with what a person
+// does at it.
+export async function openSheet(test, pc, printer, ...words) {
+  const sheet = pc.start("sheet", printer, ...(words.length ? words : ["--kind", "user-default", "--json"]));
   const page = await openBrowser(test);
-  await visit(page, await sheet.address);
+  const faults = await visit(page, await sheet.address);
   const { window, control } = top(page);
   const windowTitled = (title) => page.locator(`[data-window="${title}"]`);
   return {
+    pc,
+    sheet,
     page,
+    faults,
     window,
     control,
     go: async (index) => {

@@ -1,0 +1,112 @@
+// What the page tells and asks, and what keys and texts do on it.
+import assert from "node:assert/strict";
+import { writeFileSync } from "node:fs";
+import { test } from "node:test";
+
+import { openNewSheet } from "../support/browser.mjs";
+
+const PRINTER = "R&D 2F";
+const [VERSION, PAPER, FONTS, UTILITY] = [0, 1, 4, 5];
+const OK = 1;
+
+test("printer and kind, drives, a placeholder, unsaved changes, a refused action and a lost server are told", async (t) => {
+  const { pc, page, control, go, sheet } = await openNewSheet(t, PRINTER);
+  const notice = (text) => page.locator("#notice", { hasText: text }).waitFor();
+  assert.equal(await page.title(), `${PRINTER} — 既定の設定`);
+  assert.equal(await page.locator("h1").innerText(), `${PRINTER} — 既定の設定`);
+
+  await go(VERSION);
+  await page.context().route("https://**", (route) => route.fulfill({ body: "support" }));
+  const opening = page.context().waitForEvent("page");
+  await control(1180).click();
+  await (await opening).waitForURL("https://www.vela.example/**");
+  await notice("仮のもの");
+  await page.bringToFront();
+
+  await go(UTILITY);
+  await control(1175).click();
+  await page.locator(".drives", { hasText: `C:\\ = ${pc.state}/` }).waitFor();
+  await page.keyboard.press("Escape");
+
+  await go(PAPER);
+  await page.route("**/action", (route) => route.fulfill({ status: 503, body: "Too many." }));
+  await control(1099).fill("77");
+  await notice("操作を受け付けられませんでした: Too many.");
+  assert.equal(await control(1099).inputValue(), "0");
+  await page.unroute("**/action");
+  await control(1099).fill("12");
+  await page.locator(`[data-id="1099"]`).waitFor();
+  await page.waitForTimeout(200); // the change reaches the sheet
+  const asked = page.waitForEvent("dialog");
+  await page.evaluate(() => setTimeout(() => location.reload()));
+  assert.equal((await asked).type(), "beforeunload");
+  await (await asked).dismiss();
+
+  sheet.child.kill("SIGKILL");
+  await notice("もう一度 printhost を起動し");
+});
+
+test("the wait cursor shows while a file is written", async (t) => {
+  const { pc, page, control, go, message } = await openNewSheet(t);
+  // What else is in the file is kept and written anew with every key.
+  const file = pc.file("large.ini");
+  writeFileSync(file, `[other]\r\n${`key=${"x".repeat(200)}\r\n`.repeat(20000)}`);
+  await go(UTILITY);
+  await control(1176).fill(`Z:${file.replaceAll("/", "\\")}`);
+  await control(1060).click();
+  await page.locator("body[data-busy]").waitFor();
+  assert.equal(await control(1060).evaluate((button) => getComputedStyle(button).cursor), "wait");
+  assert.match(await message(), /データを保存しました/);
+  await page.locator("body:not([data-busy])").waitFor();
+});
+
+test("walking the tabs by arrows leaves the pages alone; Tab stays in a dialog; a click() steps", async (t) => {
+  const { page, control, go, holds } = await openNewSheet(t);
+  const before = () => page.evaluate(() => [document.activeElement.dataset.page, document.querySelector(".tab[aria-selected=true]").dataset.page]);
+  await page.locator('[data-page="0"]').focus();
+  const visited = [];
+  for (const key of ["ArrowRight", "ArrowRight", "ArrowRight", "End", "ArrowLeft", "Home", "ArrowRight"]) {
+    await page.keyboard.press(key);
+    await page.waitForFunction(() => document.activeElement.ariaSelected === "true");
+    await page.waitForTimeout(100); // the picture that follows moves nothing
+    visited.push((await before()).join());
+  }
+  assert.deepEqual(visited, ["1,1", "2,2", "3,3", "5,5", "4,4", "0,0", "1,1"]);
+  await page.keyboard.press("Enter");
+  await page.waitForFunction(() => document.activeElement.dataset.id === "1005");
+
+  await control(1101).locator('[data-spin="up"]').evaluate((arrow) => arrow.click());
+  await holds(1099, "1");
+  await go(FONTS);
+  await control(1049).click();
+  await control(1007).waitFor();
+  for (const key of ["Shift+Tab", "Tab", "Shift+Tab", "Shift+Tab"]) {
+    await page.keyboard.press(key);
+    assert.ok(await page.evaluate(() => document.querySelector("section:last-of-type").contains(document.activeElement)), key);
+  }
+});
+
+test("an ampersand is itself where the text is no caption, and a preview stands in its box", async (t) => {
+  const { page, window, control, go, open, close } = await openNewSheet(t);
+  await go(PAPER);
+  await open(1046, "用紙登録");
+  await control(1115).fill("R&D && x");
+  await close(OK);
+  await control(1005).selectOption("R&D && x");
+  await control(1047).click();
+  await page.locator('[data-kind="message"]').waitFor();
+  assert.match(await window.innerText(), /R&D && x を削除します/);
+  await page.keyboard.press("Escape");
+  await page.locator('[data-kind="message"]').waitFor({ state: "detached" });
+
+  await go(FONTS);
+  await open(1133, "装飾フォントの登録");
+  await control(1135).selectOption("X24");
+  await control(1159).fill("2");
+  await page.waitForTimeout(300);
+  const [box, text] = await page.evaluate(() => {
+    const drawing = [...document.querySelectorAll(".drawn .drawing")].at(-1);
+    return [drawing, drawing.querySelector("text")].map((one) => one.getBoundingClientRect()).map(({ top, bottom, height }) => ({ middle: (top + bottom) / 2, height }));
+  });
+  assert.ok(Math.abs(box.middle - text.middle) < 0.12 * text.height, JSON.stringify([box, text]));
+});
