@@ -34,6 +34,7 @@ async function post(action) {
 // Reports an action; answers its number. Actions reach the server in order.
 function send(action) {
   const number = ++sent;
+  document.body.toggleAttribute("data-ahead", true);
   queue = queue.then(() => post({ ...action, page: me, number })).catch(() => say(LOST));
   return number;
 }
@@ -77,6 +78,7 @@ function show(picture) {
   shown = picture;
   handled = Math.max(handled, picture.handled[me] ?? 0);
   document.body.toggleAttribute("data-busy", picture.busy);
+  document.body.toggleAttribute("data-ahead", handled < sent);
   showAbout(picture.about);
   const gone = new Map(frames);
   for (const view of picture.windows) {

@@ -40,13 +40,9 @@ test("a label is registered, drawn, turned and listed by the next process", asyn
   const { pc } = sheet;
   await registerPaper(sheet);
   await sheet.control(1005).selectOption("棚札");
-  const before = await sheet.control(1181).innerHTML();
   await sheet.control(1001).check();
-  await sheet.page.waitForFunction((html) => document.querySelector('[data-id="1181"]').innerHTML !== html, before);
   // Two labels fit the box, each turned.
-  const drawn = await sheet.control(1181).innerHTML();
-  assert.equal(drawn.match(/<rect /g).length, 2);
-  assert.equal(drawn.match(/picture\/156/g).length, 2);
+  await sheet.page.waitForFunction(() => ["rect", '[href="picture/156"]'].every((one) => document.querySelectorAll(`[data-id="1181"] ${one}`).length === 2));
   const { public: record } = await sheet.ok();
   assert.deepEqual([record.dmPaperSize, record.dmOrientation, record.dmFormName], [258, 2, "棚札"]);
   const caps = pc.json("caps", PRINTER);

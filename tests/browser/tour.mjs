@@ -35,7 +35,11 @@ export async function tour(page, stop) {
     await page.locator(`[data-page="${index}"]`).click();
     await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
   };
-  const settled = () => page.waitForTimeout(150); // the focus brings a help text
+  // Everything done is in the picture, and what that moves is moved.
+  const settled = async () => {
+    await page.waitForTimeout(30);
+    await page.waitForSelector("body:not([data-ahead])");
+  };
   for (const [name, prefix, index, ...ids] of STOPS) {
     await go(index);
     const before = await windows(page);
