@@ -1,7 +1,7 @@
 // The sheet server answers the person at this computer and nobody else, and nobody keeps it from
 // doing so.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
+import { readFileSync, readdirSync } from "node:fs";
 import { connect } from "node:net";
 import { test } from "node:test";
 
@@ -112,7 +112,7 @@ test("hostile requests are refused at once, or in time, and cost no memory", asy
   const cases = {
     "chunked, no token": [403, SOON, forever(head("/action", "Transfer-Encoding: chunked\r\n\r\n"), chunk)],
     "large, foreign host": [403, SOON, forever(head(path, "Content-Length: 536870912\r\n\r\n", "evil.example"), mega)],
-    "chunked": [411, SOON, forever(head(path, `Transfer-Encoding: chunked\r\n`), chunk)],
+    "chunked": [411, SOON, forever(head(path, `Transfer-Encoding: chunked\r\nContent-Length: 2\r\n`), chunk)],
     "unbounded": [411, SOON, forever(head(path, ""), mega)],
     "large": [413, SOON, forever(head(path, `Content-Length: 536870912\r\n`), mega)],
     "huge": [413, SOON, forever(head(path, `Content-Length: 99999999999999999999999\r\n`), mega)],
@@ -148,6 +148,7 @@ test("nobody else's connections keep a person waiting", async (t) => {
   const idle = Array.from({ length: 400 }, () => send(url, forever("GET / HTTP/1.1\r\n", "X"), 100));
   const start = performance.now();
   assert.equal((await ask(url)).status, 200);
+  assert.ok(readdirSync(`/proc/${sheet.child.pid}/fd`).length < 300);
   await pages[5].act({ action: "page", index: 1 });
   await pages[5].act({ action: "press", button: "ok" });
   for (const one of pages.slice(2)) assert.equal((await one.ended()).end, "ok");
