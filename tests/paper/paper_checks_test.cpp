@@ -47,6 +47,16 @@ TEST_F(PaperName, IsRefusedInTheOrderOfTheRules) {
   EXPECT_TRUE(CheckPaperName(block, times(63, u'x').c_str(), -1).Passed());
 }
 
+// The dialog's walk shows the rest; here an index of no registered paper, with a stale one behind.
+TEST_F(PaperName, OfNoRegisteredPaperIsNotDeleted) {
+  DriverSettingsBlock block = With(3);
+  block.Printer.PaperNum = 3;
+  EXPECT_TRUE(CheckPaperDeletion(block, 2).Passed());
+  for (int entry : {-1, 3, 4}) {
+    EXPECT_EQ(CheckPaperDeletion(block, entry).message, IDS_PAPER_FIXED) << entry;
+  }
+}
+
 TEST(PaperLimits, FollowDensityAndUnit) {
   const PaperLimits mm = BuildPaperLimits(203);
   const int16_t tenths[] = {100, 580, 100, 1630, 0,   80,  0,   124,
