@@ -206,7 +206,8 @@ TEST_F(Fields, DescribeTheControlInUse) {
 
 TEST_F(Fields, LockEveryInputOfTheRegistrationDialogWithoutPermission) {
   const auto look = [](Desk& desk) {
-    for (const platform::ControlView& control : desk.Windows().back().controls) {
+    const std::vector<platform::WindowView> windows = desk.Windows();
+    for (const platform::ControlView& control : windows.back().controls) {
       if (!control.tabStop || !control.visible) continue;
       EXPECT_EQ(control.enabled, control.id == IDOK || control.id == IDCANCEL);
     }
