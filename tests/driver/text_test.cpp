@@ -65,6 +65,7 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
   EXPECT_EQ(FromCodePage("A\x95", 2, wide, sizeof wide), 1) << "half a character counts as none";
   EXPECT_EQ(wide, std::u16string(u"A"));
   EXPECT_EQ(FromCodePage("AB", 1, wide, sizeof wide), 1);
+  for (const int bytes : {0, 1, 2}) EXPECT_EQ(FromCodePage("AB", 2, wide, bytes), 0) << bytes;
   for (const char* bad : {"A\x81\x20\x81\x20", "\x81\x20\x81\x20\x81\x20", "\xff\xff\xff"}) {
     const int units = FromCodePage(bad, -1, wide, sizeof wide);
     EXPECT_TRUE(units == 1 || units == 2) << bad;
