@@ -163,15 +163,6 @@ TEST_F(DevicePageTest, ShowsTheVersionsOfThePrinter) {
         {ExpectText(IDC_DEVICE_FIRMWARE_VERSION, c.firmware),
          ExpectText(IDC_DEVICE_FONT_VERSION, c.font)});
   }
-  // Half a character at the end of its place is the code page's affair; the rest stays whole.
-  device.text =
-      "ABCDEFGHIJKLMNO\x83"
-      "1234567\x83";
-  Ask(0, 203, IDC_DEVICE_QUERY_VERSION, {}, [](Desk& desk) {
-    EXPECT_EQ(desk.Text(IDC_DEVICE_FIRMWARE_VERSION).substr(0, 15), u"ABCDEFGHIJKLMNO");
-    EXPECT_EQ(desk.Text(IDC_DEVICE_FONT_VERSION).substr(0, 7), u"1234567");
-    EXPECT_LE(desk.Text(IDC_DEVICE_FONT_VERSION).size(), 8u);
-  });
 }
 
 TEST_F(DevicePageTest, ChangesTheModeAtOnce) {
