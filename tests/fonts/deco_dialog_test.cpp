@@ -71,6 +71,7 @@ TEST_F(DecoDialogTest, MultipliesAndConvertsTheChosenCell) {
   const Steps across = {
       Select(IDC_DECO_FONT_RESIDENT, kKanjiAcross),
       Select(IDC_DECO_FONT_SIZE, 2),
+      Looks(kanji("(22/1..132) x (22/1..132), 1/1..6 x 1/1..6, 2 (0) 0 0 (0) 0 (0) {1}")),
       Replace(IDC_DECO_FONT_EXPAND_X, u"2"),
       Spin(IDC_DECO_FONT_EXPAND_Y_SPIN, 2),
       Looks(kanji("(44/1..264) x (66/1..396), 2/1..6 x 3/1..6, 2 (0) 0 0 (0) 0 (0) {1}")),

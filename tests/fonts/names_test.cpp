@@ -25,6 +25,9 @@ class FontNamesTest : public FontTest {
     }());
     const OpenedPrinter printer;
     ASSERT_TRUE(kestrel::LoadFontStore(store_, printer, GetProcessHeap()));
+    // What lies behind a list's end is no font.
+    std::memcpy(&store_.DecoFonts[store_.DecoFontNum], Deco(u"Gone").bytes.data(), sizeof(Record));
+    std::memcpy(&store_.BarFonts[store_.BarFontNum], Bar(u"Gone").bytes.data(), sizeof(Record));
   }
   void TearDown() override {
     kestrel::FreeFontStore(store_, GetProcessHeap());
@@ -70,6 +73,7 @@ TEST_F(FontNamesTest, AreJudgedInOrder) {
       {u"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx", kGood},            // a stored one is longer
       {u"ｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿﾀﾁﾂﾃﾄﾅﾆﾇﾈﾉﾊﾋﾌﾍﾎﾏ", kGood},            // half-width: a byte each
       {u"Bar", kTaken},
+      {u"Gone", kGood},
       // A font's own record does not count against its name; the record at the same place of the
       // other list does.
       {u"Deco", kGood, 0},
