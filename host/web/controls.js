@@ -2,7 +2,7 @@
 // what the person does, one updater that follows the server.
 import { across, down, make, setLabel } from "./dom.js";
 import { draw } from "./draw.js";
-import { meaningOf } from "./gloss.js";
+import { glossIsOn, meaningOf } from "./gloss.js";
 
 function place(element, [left, top, width, height]) {
   Object.assign(element.style, { left: across(left), top: down(top), width: across(width), height: down(height) });
@@ -109,6 +109,7 @@ function updateItems(node, view) {
     input.replaceChildren(...view.items.map((text) => make("option", "", null, { textContent: shown(text) })));
   }
   if (input.selectedIndex !== view.selection) input.selectedIndex = view.selection;
+  input.title = glossIsOn() ? (input.selectedOptions[0]?.text ?? "") : "";
 }
 
 const updaters = {
