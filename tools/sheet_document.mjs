@@ -32,11 +32,12 @@ export function documentSheet(page, { name, prefix }) {
       return {
         id, kind: one.dataset.kind, group: both(group?.querySelector(".text")),
         ...(named ? both(document.getElementById(named)) : one.dataset.kind === "drawn" ? drawn : both(own)),
-        help: meaningOf((helps[id] ?? "").replace(/%[sd]/g, "n")),
+        help: meaningOf((helps[id] ?? "").replace(/(%[sd])+/g, "n")),
         choices: one.dataset.kind === "combo" ? [...one.options].map((option) => option.text) : [],
       };
     });
-    return { name, title: both(shown), message: both(window.querySelector(".message .text")), rows };
+    // The help box tells of the control in focus.
+    return { name, title: both(shown), message: both(window.querySelector(".message .text")), rows: rows.filter(({ group }) => group.text !== "説明") };
   }, { name, helps: Object.fromEntries(Object.values(numbers).map((id) => [id, helpOf(prefix, id)])) });
 }
 
