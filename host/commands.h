@@ -41,8 +41,8 @@ extern const Command kSettings, kConvert, kSetDefault, kCaps;
 extern const Command kData, kRegistry, kMachine, kDevice;
 // The driver's own file (module.cpp).
 extern const Command kModule;
-// Property sheets (sheets.cpp).
-extern const Command kSheet, kDemo;
+// Property sheets: in the browser (sheets.cpp) and by a script (play.cpp).
+extern const Command kSheet, kDemo, kPlay;
 
 // Installs a printer as the spooler does when a driver's printer is added: the initialise event,
 // then the driver's default record as the printer's. Throws Failure; then no printer is left

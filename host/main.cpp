@@ -27,7 +27,7 @@ std::u16string Call::Printer() const {
 std::span<const Command> Commands() {
   static const Command commands[] = {kAdd,     kRemove,     kList,  kCaps,     kSettings,
                                      kConvert, kSetDefault, kData,  kRegistry, kMachine,
-                                     kDevice,  kModule,     kSheet, kDemo};
+                                     kDevice,  kModule,     kSheet, kPlay,     kDemo};
   return commands;
 }
 

@@ -1,0 +1,110 @@
+#include "host/sheet_call.h"
+
+#include <windows.h>
+#include <winspool.h>
+
+#include <algorithm>
+
+#include "driver/settings_block.h"
+#include "host/utf8.h"
+
+namespace printhost {
+
+struct SheetCall::Kind {
+  std::string_view name;
+  LONG (SheetCall::*show)();
+  bool record;    // whether a settings record comes back
+  bool keptHere;  // whether it becomes the printer's default
+};
+const SheetCall::Kind SheetCall::kKinds[] = {
+    {"document", &SheetCall::ShowDocument, true, false},
+    {"advanced", &SheetCall::ShowAdvanced, true, false},
+    {"user-default", &SheetCall::ShowUserDefault, true, true},
+    {"printer", &SheetCall::ShowPrinter, false, false}};
+
+const SheetCall::Kind& SheetCall::FindKind(std::string_view name) {
+  const auto kind = std::ranges::find(kKinds, name, &Kind::name);
+  if (kind == std::end(kKinds))
+    throw Failure{kUsage, "--kind takes document, advanced, user-default or printer"};
+  return *kind;
+}
+
+SheetCall::SheetCall(Call& call, std::u16string printer, std::string_view kind)
+    : machine_(call.machine),
+      kind_(FindKind(!kind.empty()                  ? std::string(kind)
+                     : call.arguments.Has("--kind") ? call.arguments.Value("--kind")
+                                                    : "document")),
+      module_(call.machine),
+      printer_(std::move(printer)),
+      out_(call.arguments.Value("--out")),
+      output_(kestrel::kRecordSize) {
+  if (!kind_.record && (call.arguments.Has("--in") || call.arguments.Has("--out")))
+    throw Failure{kUsage,
+                  "the printer's own sheet has no settings record; leave --in and --out away"};
+  if (call.arguments.Has("--in")) input_ = ReadRecordFile(call.arguments.Value("--in"));
+  if (call.arguments.Has("--out")) CheckRecordFile(out_);
+}
+
+std::string_view SheetCall::kind() const { return kind_.name; }
+
+LONG SheetCall::Show() { return (this->*kind_.show)(); }
+
+LONG SheetCall::ShowDocument() {
+  const DWORD mode = DM_COPY | DM_PROMPT | (in() != nullptr ? DM_IN_BUFFER : 0);
+  return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), in(),
+                                    mode);
+}
+
+LONG SheetCall::ShowAdvanced() {
+  return module_.advancedDocumentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_),
+                                            in());
+}
+
+LONG SheetCall::ShowUserDefault() {
+  const bool permission = machine_.FindPrinter(printer())->writable;
+  DOCUMENTPROPERTYHEADER header = {};
+  header.cbSize = sizeof header;
+  header.hPrinter = printer_.get();
+  header.pszPrinterName = printer();
+  header.pdmIn = in();
+  header.pdmOut = AsDevMode(output_);
+  header.cbOut = kestrel::kRecordSize;
+  header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (permission ? 0 : DM_NOPERMISSION);
+  DWORD result = CPSUI_CANCEL;
+  const LONG answer = CommonPropertySheetUIW(nullptr, module_.documentPropertySheets.function,
+                                             reinterpret_cast<LPARAM>(&header), &result);
+  platform::RethrowKept();
+  return answer < 0 ? answer : static_cast<LONG>(result);
+}
+
+LONG SheetCall::ShowPrinter() {
+  output_.clear();
+  return module_.printerProperties(nullptr, printer_.get()) ? CPSUI_OK : CPSUI_CANCEL;
+}
+
+void SheetCall::RequirePrinter() {
+  DWORD needed = 0;
+  GetPrinterW(printer_.get(), 4, nullptr, 0, &needed);
+  if (GetLastError() == ERROR_PRINTER_DELETED)
+    throw Failure{kFailed, "the printer \"" + ToUtf8(printer()) +
+                               "\" was removed meanwhile; nothing is kept"};
+}
+
+void SheetCall::Keep() {
+  if (!kind_.record) return;
+  input_ = output_;
+  input_.resize(RecordExtent(input_));
+  if (kind_.keptHere) machine_.SetDefaultRecord(printer(), input_);
+  if (!out_.empty()) WriteRecordFile(out_, input_);
+}
+
+std::optional<Failure> SheetCall::Hindrance() const {
+  return Trouble([this] {
+    machine_.RequireWritable();
+    if (!out_.empty()) CheckRecordFile(out_);
+  });
+}
+
+Json SheetCall::Result() const { return kind_.record ? RecordJson(input_) : Json(); }
+
+}  // namespace printhost
