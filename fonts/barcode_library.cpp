@@ -12,7 +12,7 @@ using GetBarNameProc = void(WINAPI*)(char* name);
 using InitProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
 using ShowDlgProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
 
-constexpr int kMaxListedKinds = 32;
+static_assert(kBarcodeKindCount <= 32, "the list takes no more");
 constexpr int kNameBytes = 32;
 constexpr int16_t kCancelled = 2;
 
@@ -43,9 +43,7 @@ BarcodeLibInfo InfoOf(const BarcodeLibrary& library) {
 void FillKindList(const BarcodeLibrary& library, int list) {
   const Module module = LoadBarcodeLibrary(library);
   if (!module) return;
-  int entry = 0;
   for (const BarcodeKindRow& kind : BarcodeKinds()) {
-    if (entry >= kMaxListedKinds) return;
     const auto getName = FindEntry<GetBarNameProc>(library, module, kind.getName);
     if (getName == nullptr) return;
     char bytes[kNameBytes] = {};
@@ -53,9 +51,9 @@ void FillKindList(const BarcodeLibrary& library, int list) {
     bytes[kNameBytes - 1] = 0;
     WCHAR name[kNameBytes];
     FromCodePage(bytes, -1, name, sizeof(name));
-    SendDlgItemMessageW(library.dialog, list, CB_INSERTSTRING, static_cast<WPARAM>(entry),
+    // An unsorted list takes it as the last.
+    SendDlgItemMessageW(library.dialog, list, CB_INSERTSTRING, static_cast<WPARAM>(-1),
                         reinterpret_cast<LPARAM>(name));
-    ++entry;
   }
 }
 

@@ -93,9 +93,13 @@ TEST_F(BarDialogTest, ReadsItsControls) {
 // chosen stays. What a kind chosen without its details gets is the library's; what lies behind the
 // library's 40 bytes stays.
 TEST_F(BarDialogTest, EveryKindHasItsRow) {
+  const auto tailed = [](Record record) {
+    std::fill(record.bytes.begin() + 186, record.bytes.end(), 0x77);
+    return record.Put(134, 1);
+  };
   for (int row = 0; row < 19; ++row) {
     SCOPED_TRACE(row);
-    const Record stored = Bar(u"B", kKinds[row]).Put(134, 1).Put(186, 0x7777).Put(230, 0x7777);
+    const Record stored = tailed(Bar(u"B", kKinds[row]));
     Store({stored});
     const int next = (row + 1) % 19;
     const auto looks = [](int kind) {
@@ -106,7 +110,7 @@ TEST_F(BarDialogTest, EveryKindHasItsRow) {
                                looks(row), ExpectEnabled({IDC_BAR_FONT_INCREMENT})})),
               Records{stored});
     EXPECT_EQ(FakeLibrary::calls, "");
-    Record expected = Fresh(u"B", kKinds[next]).Put(134, 1).Put(186, 0x7777).Put(230, 0x7777);
+    const Record expected = tailed(Fresh(u"B", kKinds[next]));
     EXPECT_EQ(Register(Change({Select(IDC_BAR_FONT_KIND, next), looks(next)})), Records{expected});
     EXPECT_EQ(std::exchange(FakeLibrary::calls, ""), "I");
   }
@@ -190,20 +194,45 @@ TEST_F(BarDialogTest, HelpFollowsTheControlInUse) {
 }
 
 // The library itself, found in the driver directory of the printer's version.
-TEST_F(BarDialogTest, TheRealLibraryEditsAQrCode) {
+TEST_F(BarDialogTest, TheRealLibraryKnowsEveryKind) {
   machine().UnregisterModule(u"QM610rBAR.DLL");
   machine().InstallModule(machine().driverDirectory() + u"\\3\\QM610rBAR.DLL",
                           Built("QM610rBAR.so"));
+  const std::vector<std::u16string> names = {u"UPC-A",
+                                             u"UPC-E",
+                                             u"JAN-8",
+                                             u"JAN-13",
+                                             u"CODE39",
+                                             u"CODE93",
+                                             u"CODE128",
+                                             u"UCC/EAN128",
+                                             u"ITF(Interleaved 2of5)",
+                                             u"NW-7",
+                                             u"カスタマバーコード",
+                                             u"RSS(GS1 DataBar)",
+                                             u"QRコード(モデル1)",
+                                             u"QRコード(モデル2)",
+                                             u"マイクロQRコード",
+                                             u"PDF417",
+                                             u"MaxiCode",
+                                             u"DataMatrix(ECC200)",
+                                             u"マイクロPDF417"};
+  Steps steps;
+  for (int row = 0; row < 19; ++row) {
+    steps += New(u"Kind " + names[static_cast<size_t>(row)],
+                 {ExpectItems(IDC_BAR_FONT_KIND, names), Select(IDC_BAR_FONT_KIND, row),
+                  Click(IDC_BAR_FONT_DETAIL), Click(IDOK), ExpectTitle(kRegisterTitle)});
+  }
   constexpr int kCellSize = 1004;
-  const Records stored =
-      Register(New(u"QR", {Select(IDC_BAR_FONT_KIND, kQr1), Click(IDC_BAR_FONT_DETAIL),
-                           Replace(kCellSize, u"9"), Click(IDOK), ExpectTitle(kRegisterTitle)}));
-  EXPECT_EQ(stored.at(0).Word(132), 1400);
-  EXPECT_EQ(stored.at(0).Word(146), 1400);
-  EXPECT_EQ(stored.at(0).Word(146 + 14), 9);
-  EXPECT_EQ(
-      Register(Change({Click(IDC_BAR_FONT_DETAIL), ExpectText(kCellSize, u"9"), Click(IDOK)})),
-      stored);
+  steps += New(u"QR", {Select(IDC_BAR_FONT_KIND, kQr1), Click(IDC_BAR_FONT_DETAIL),
+                       Replace(kCellSize, u"9"), Click(IDOK)});
+  const Records stored = Register(steps);
+  ASSERT_EQ(stored.size(), 20u);
+  for (size_t row = 0; row < 19; ++row) {
+    EXPECT_EQ(stored[row].Word(132), kKinds[row]);
+    EXPECT_EQ(stored[row].Word(146), kKinds[row]);
+  }
+  EXPECT_EQ(stored[19].Word(146 + 14), 9);
 }
 
 }  // namespace

@@ -68,6 +68,8 @@ TEST_F(CreateFontPageTest, CountsBothKindsToSeventy) {
                       ExpectEnabled(both), ExpectFocus(kDeco.remove),
                       Named(kBar, kBar.create, u"Last"), ExpectEnabled(both, false)}),
             expected);
+  Store(Many(0, 70));
+  EXPECT_EQ(Register(Remove(kBar, 69, u"B69", IDOK)), Many(0, 69));
   Store(Many(50, 40));
   EXPECT_EQ(Register({ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)}),
             Many(30, 40));
