@@ -267,7 +267,8 @@ std::string WindowSvg(const WindowView& window, HMODULE module) {
       const LONG left = static_cast<LONG>(tab) * each;
       picture.Box({left, top, left + each, top + kTabHeight},
                   static_cast<int>(tab) == window.activeTab ? "#ffffff" : "#d8d8d8", "#b0b0b0");
-      picture.Write(left + each / 2, top + 15, window.tabs[tab], " text-anchor=\"middle\"");
+      picture.Write(left + each / 2, top + 15, window.tabs[tab],
+                    " font-size=\"9\" text-anchor=\"middle\"");
     }
     top += kTabHeight;
   }
