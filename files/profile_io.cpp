@@ -92,7 +92,7 @@ int TransferList(const char* key, void* fields, int count, int width) {
 // Cuts a text of code page 932 to fewer than size bytes without splitting a character.
 void CutText(char* text, size_t size) {
   size_t end = 0;
-  while (text[end] != 0) {
+  for (;;) {
     const size_t width = IsDBCSLeadByteEx(kJapaneseCodePage, static_cast<BYTE>(text[end])) ? 2 : 1;
     if (end + width >= size || text[end + width - 1] == 0) break;
     end += width;

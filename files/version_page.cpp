@@ -41,8 +41,9 @@ bool ReadFileVersion(const WCHAR* path, WCHAR (&out)[kTextLength]) {
   if (!data || !GetFileVersionInfoW(path, 0, size, data.get())) return false;
   void* value = nullptr;
   UINT length = 0;
-  if (!VerQueryValueW(data.get(), TEXT("\\"), &value, &length)) return false;
-  if (value == nullptr || length < sizeof(VS_FIXEDFILEINFO)) return false;
+  if (!VerQueryValueW(data.get(), TEXT("\\"), &value, &length) || value == nullptr ||
+      length < sizeof(VS_FIXEDFILEINFO))
+    return false;
   const auto& version = *static_cast<const VS_FIXEDFILEINFO*>(value);
   wsprintfW(out, TEXT("%d.%d.%d.%d"), HIWORD(version.dwFileVersionMS),
             LOWORD(version.dwFileVersionMS), HIWORD(version.dwFileVersionLS),

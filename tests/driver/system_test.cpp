@@ -169,6 +169,8 @@ TEST_F(PrinterAccess, TellsTheSizeOfDataInEveryCase) {
   EXPECT_FALSE(ReadPrinterData(printer, u"Value", buffer, 4, &needed));
   EXPECT_EQ(needed, 5u);
   EXPECT_FALSE(ReadPrinterData(printer, u"Other", buffer, sizeof buffer, &needed));
+  EXPECT_FALSE(ReadPrinterData(nullptr, u"Value", buffer, sizeof buffer, &needed));
+  EXPECT_EQ(needed, 0u);
   EXPECT_FALSE(WritePrinterData(nullptr, u"Value", REG_BINARY, buffer, 1));
 }
 
