@@ -35,6 +35,8 @@ TEST(PrinterNames, AreCutByMode) {
   WCHAR narrow[4];
   EXPECT_TRUE(CutPrinterName(narrow, 4, u"Label", 2));
   EXPECT_EQ(narrow, std::u16string(u"Lab"));
+  EXPECT_TRUE(CutPrinterName(narrow, 1, u"Label", 2));
+  EXPECT_EQ(narrow[0], 0);
 }
 
 TEST(CodePageText, IsCutAtWholeCharacters) {
