@@ -133,7 +133,11 @@ TEST_F(SetupFile, NumbersAndTriplesAreReadByTheirRules) {
   EXPECT_EQ(adjustment.caIlluminantIndex, 0x1111) << "the backup file's spelling";
   EXPECT_EQ(adjustment.caRedGamma, 4464);
   EXPECT_EQ(adjustment.caContrast, -3);
-  ASSERT_TRUE(Import(With(u"ﾊｰﾌﾄｰﾝ情報", u"ColorAdjust.ColorAdjust.IlluminantIndex=5")));
+  // A value ends behind its 99th character.
+  const std::u16string zeros(98, u'0');
+  ASSERT_TRUE(Import(With(u"ﾊｰﾌﾄｰﾝ情報", u"HTInfo.DevPelsDPI=" + zeros +
+                                             u"71\r\nColorAdjust.ColorAdjust.IlluminantIndex=5")));
+  EXPECT_EQ(HalftoneInfo(block_).DevPelsDPI, 7u);
   EXPECT_EQ(block_.Record.Private.ColorAdjust.caIlluminantIndex, 5);
 }
 
