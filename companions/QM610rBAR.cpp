@@ -2,23 +2,16 @@
 // parameters and its detail dialog.
 #include <windows.h>
 
-#include <span>
-
-#include "companions/barcode_dialog.h"
 #include "companions/barcode_parameters.h"
 #include "platform/system/guard.h"
+#include "platform/system/text.h"
 
 namespace companions {
 namespace {
 
-constexpr UINT kCodePage = 932;
-
 // Writes the display name into a buffer of kNameCapacity bytes.
 void WriteName(int index, LPSTR name) {
-  if (!name) return;
-  const int size = WideCharToMultiByte(kCodePage, 0, KindAt(index).name, -1, name, kNameCapacity,
-                                       nullptr, nullptr);
-  if (size == 0) name[0] = '\0';
+  if (name) name[platform::ToCp932(KindAt(index).name).copy(name, kNameCapacity - 1)] = '\0';
 }
 
 // 0: nothing has been confirmed by anyone.

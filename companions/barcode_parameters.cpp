@@ -10,70 +10,48 @@ namespace {
 using enum FieldKind;
 
 // ---- choices ----
-constexpr Choice kRotations[] = {
-    {TEXT("0度"), 0}, {TEXT("90度"), 90}, {TEXT("180度"), 180}, {TEXT("270度"), 270}};
-constexpr Choice kUnits[] = {{TEXT("mm"), 0}, {TEXT("inch"), 1}, {TEXT("dot"), 2}};
-constexpr Choice kNever[] = {{TEXT("無し"), 0}};
-constexpr Choice kNoYes[] = {{TEXT("無し"), 0}, {TEXT("有り"), 1}};
-constexpr Choice kRatios[] = {
-    {TEXT("1：2"), 0}, {TEXT("1：3"), 1}, {TEXT("2：5"), 2}, {TEXT("任意指定"), 3}};
-constexpr Choice kCorrections[] = {{TEXT("L（約 7%）"), 0},
-                                   {TEXT("M（約15%）"), 1},
-                                   {TEXT("Q（約25%）"), 2},
-                                   {TEXT("H（約30%）"), 3}};
-constexpr Choice kMicroCorrections[] = {{TEXT("誤り検出のみ"), 4},
-                                        {TEXT("L（約 7%）"), 0},
-                                        {TEXT("M（約15%）"), 1},
-                                        {TEXT("Q（約25%）"), 2}};
-constexpr Choice kEstablishModes[] = {{TEXT("自動設定"), 0}, {TEXT("手動設定"), 1}};
-constexpr Choice kDataModes[] = {
-    {TEXT("数字"), 0}, {TEXT("英数字"), 1}, {TEXT("漢字"), 2}, {TEXT("バイナリ"), 3}};
+constexpr Choice kRotations[] = {{0, u"0度"}, {90, u"90度"}, {180, u"180度"}, {270, u"270度"}};
+constexpr Choice kUnits[] = {{0, u"mm"}, {1, u"inch"}, {2, u"dot"}};
+constexpr Choice kNever[] = {{0, u"無し"}};
+constexpr Choice kNoYes[] = {{0, u"無し"}, {1, u"有り"}};
+constexpr Choice kRatios[] = {{0, u"1：2"}, {1, u"1：3"}, {2, u"2：5"}, {3, u"任意指定"}};
+constexpr Choice kCorrections[] = {
+    {0, u"L（約 7%）"}, {1, u"M（約15%）"}, {2, u"Q（約25%）"}, {3, u"H（約30%）"}};
+constexpr Choice kMicroCorrections[] = {
+    {4, u"誤り検出のみ"}, {0, u"L（約 7%）"}, {1, u"M（約15%）"}, {2, u"Q（約25%）"}};
+constexpr Choice kEstablishModes[] = {{0, u"自動設定"}, {1, u"手動設定"}};
+constexpr Choice kDataModes[] = {{0, u"数字"}, {1, u"英数字"}, {2, u"漢字"}, {3, u"バイナリ"}};
 constexpr Choice kSecurityLevels[] = {
-    {TEXT("自動"), 9},    {TEXT("レベル0"), 0}, {TEXT("レベル1"), 1}, {TEXT("レベル2"), 2},
-    {TEXT("レベル3"), 3}, {TEXT("レベル4"), 4}, {TEXT("レベル5"), 5}, {TEXT("レベル6"), 6},
-    {TEXT("レベル7"), 7}, {TEXT("レベル8"), 8}};
-constexpr Choice kPdfTypes[] = {{TEXT("標準"), 0}, {TEXT("簡易（トランケート）"), 1}};
-constexpr Choice kMaxiModes[] = {{TEXT("モード2（数字の郵便番号）"), 2},
-                                 {TEXT("モード3（英数の郵便番号）"), 3},
-                                 {TEXT("モード4（標準）"), 4},
-                                 {TEXT("モード5（高い誤り訂正）"), 5},
-                                 {TEXT("モード6（読取機の設定）"), 6}};
-constexpr Choice kRssTypes[] = {{TEXT("RSS-14"), 0},
-                                {TEXT("RSS-14 Truncated"), 1},
-                                {TEXT("RSS-14 Stacked"), 2},
-                                {TEXT("RSS-14 Stacked Omni"), 3},
-                                {TEXT("RSS Limited"), 4},
-                                {TEXT("RSS Expanded"), 5},
-                                {TEXT("RSS Expanded Stacked"), 6}};
-constexpr Choice kSegments[] = {{TEXT("2"), 2},   {TEXT("4"), 4},   {TEXT("6"), 6},
-                                {TEXT("8"), 8},   {TEXT("10"), 10}, {TEXT("12"), 12},
-                                {TEXT("14"), 14}, {TEXT("16"), 16}, {TEXT("18"), 18},
-                                {TEXT("20"), 20}, {TEXT("22"), 22}};
-constexpr Choice kMatrixSizes[] = {
-    {TEXT("自動"), 0}, {TEXT("10"), 10},   {TEXT("12"), 12},   {TEXT("14"), 14},
-    {TEXT("16"), 16},  {TEXT("18"), 18},   {TEXT("20"), 20},   {TEXT("22"), 22},
-    {TEXT("24"), 24},  {TEXT("26"), 26},   {TEXT("32"), 32},   {TEXT("36"), 36},
-    {TEXT("40"), 40},  {TEXT("44"), 44},   {TEXT("48"), 48},   {TEXT("52"), 52},
-    {TEXT("64"), 64},  {TEXT("72"), 72},   {TEXT("80"), 80},   {TEXT("88"), 88},
-    {TEXT("96"), 96},  {TEXT("104"), 104}, {TEXT("120"), 120}, {TEXT("132"), 132},
-    {TEXT("144"), 144}};
-constexpr Choice kMicroPdfColumns[] = {
-    {TEXT("自動"), 0}, {TEXT("1"), 1}, {TEXT("2"), 2}, {TEXT("3"), 3}, {TEXT("4"), 4}};
-constexpr Choice kMicroPdfRows[] = {
-    {TEXT("自動"), 0}, {TEXT("4"), 4},   {TEXT("6"), 6},   {TEXT("7"), 7},   {TEXT("8"), 8},
-    {TEXT("10"), 10},  {TEXT("11"), 11}, {TEXT("12"), 12}, {TEXT("14"), 14}, {TEXT("15"), 15},
-    {TEXT("17"), 17},  {TEXT("20"), 20}, {TEXT("23"), 23}, {TEXT("24"), 24}, {TEXT("26"), 26},
-    {TEXT("28"), 28},  {TEXT("32"), 32}, {TEXT("38"), 38}, {TEXT("44"), 44}};
+    {9, u"自動"},    {0, u"レベル0"}, {1, u"レベル1"}, {2, u"レベル2"}, {3, u"レベル3"},
+    {4, u"レベル4"}, {5, u"レベル5"}, {6, u"レベル6"}, {7, u"レベル7"}, {8, u"レベル8"}};
+constexpr Choice kPdfTypes[] = {{0, u"標準"}, {1, u"簡易（トランケート）"}};
+constexpr Choice kMaxiModes[] = {{2, u"モード2（数字の郵便番号）"},
+                                 {3, u"モード3（英数の郵便番号）"},
+                                 {4, u"モード4（標準）"},
+                                 {5, u"モード5（高い誤り訂正）"},
+                                 {6, u"モード6（読取機の設定）"}};
+constexpr Choice kRssTypes[] = {{0, u"RSS-14"},
+                                {1, u"RSS-14 Truncated"},
+                                {2, u"RSS-14 Stacked"},
+                                {3, u"RSS-14 Stacked Omni"},
+                                {4, u"RSS Limited"},
+                                {5, u"RSS Expanded"},
+                                {6, u"RSS Expanded Stacked"}};
+constexpr Choice kSegments[] = {{2}, {4}, {6}, {8}, {10}, {12}, {14}, {16}, {18}, {20}, {22}};
+constexpr Choice kMatrixSizes[] = {{0, u"自動"}, {10}, {12}, {14},  {16},  {18},  {20}, {22}, {24},
+                                   {26},         {32}, {36}, {40},  {44},  {48},  {52}, {64}, {72},
+                                   {80},         {88}, {96}, {104}, {120}, {132}, {144}};
+constexpr Choice kMicroPdfColumns[] = {{0, u"自動"}, {1}, {2}, {3}, {4}};
+constexpr Choice kMicroPdfRows[] = {{0, u"自動"}, {4},  {6},  {7},  {8},  {10}, {11},
+                                    {12},         {14}, {15}, {17}, {20}, {23}, {24},
+                                    {26},         {28}, {32}, {38}, {44}};
 
 // ---- fields ----
-constexpr Field Fixed(const WCHAR* label, uint16_t offset) {
-  return {label, offset, kFixed, 0, 0, {}, false};
-}
 constexpr Field Number(const WCHAR* label, uint16_t offset, uint16_t min, uint16_t max) {
   return {label, offset, kNumber, min, max, {}, false};
 }
 constexpr Field Height(uint16_t offset) {
-  return {TEXT("バーの高さ"), offset, kMeasure, 8, 999, {}, false};
+  return {u"バーの高さ", offset, kMeasure, 8, 999, {}, false};
 }
 constexpr Field OneOf(const WCHAR* label, uint16_t offset, std::span<const Choice> choices) {
   return {label, offset, kChoice, 0, 0, choices, false};
@@ -82,129 +60,87 @@ constexpr Field Text(const WCHAR* label, uint16_t offset, uint16_t bytes, bool t
   return {label, offset, kText, 0, bytes, {}, terminated};
 }
 
-constexpr Field kBarcodeId = Fixed(TEXT("バーコードID"), kIdOffset);
-constexpr Field kRotate = OneOf(TEXT("回転"), 2, kRotations);
-constexpr Field kUnitField{TEXT("単位"), kUnitOffset, FieldKind::kUnit, 0, 0, kUnits, false};
-constexpr Field kExpand = Number(TEXT("倍率"), 12, 1, 12);
+constexpr Field kExpand = Number(u"倍率", 12, 1, 12);
 
-constexpr Field kLayoutA[] = {kBarcodeId, kRotate,    kUnitField,
-                              kExpand,    Height(14), OneOf(TEXT("ガイドバー"), 16, kNoYes)};
-constexpr Field kLayoutB[] = {kBarcodeId, kRotate, kUnitField, kExpand, Height(14)};
-constexpr Field kLayoutC[] = {kBarcodeId, kRotate,    kUnitField,
-                              kExpand,    Height(14), OneOf(TEXT("コメント文字"), 16, kNoYes)};
-constexpr Field kLayoutD[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              kExpand,
+constexpr Field kLayoutA[] = {kExpand, Height(14), OneOf(u"ガイドバー", 16, kNoYes)};
+constexpr Field kLayoutB[] = {kExpand, Height(14)};
+constexpr Field kLayoutC[] = {kExpand, Height(14), OneOf(u"コメント文字", 16, kNoYes)};
+constexpr Field kLayoutD[] = {kExpand,
                               Height(14),
-                              OneOf(TEXT("細太比率"), 16, kRatios),
-                              Number(TEXT("細スペース"), 18, 1, 99),
-                              Number(TEXT("太スペース"), 20, 1, 99),
-                              Number(TEXT("細バー"), 22, 1, 99),
-                              Number(TEXT("太バー"), 24, 1, 99),
-                              Number(TEXT("文字間ギャップ"), 26, 1, 99)};
-constexpr Field kLayoutE[] = {kBarcodeId, kRotate, kUnitField,
-                              Number(TEXT("サイズ（ポイント）"), 12, 8, 12),
-                              Text(TEXT("郵便番号"), 14, 7, false)};
-constexpr Field kLayoutF[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              OneOf(TEXT("誤り訂正レベル"), 12, kCorrections),
-                              Number(TEXT("セルサイズ"), 14, 1, 50),
-                              OneOf(TEXT("設定モード"), 16, kEstablishModes),
-                              OneOf(TEXT("連結"), 18, kNoYes),
-                              Number(TEXT("連結数"), 20, 1, 16),
-                              Number(TEXT("連結番号"), 22, 1, 16),
-                              Number(TEXT("連結パリティ"), 24, 0, 255),
-                              OneOf(TEXT("データモード"), 26, kDataModes)};
+                              OneOf(u"細太比率", 16, kRatios),
+                              Number(u"細スペース", 18, 1, 99),
+                              Number(u"太スペース", 20, 1, 99),
+                              Number(u"細バー", 22, 1, 99),
+                              Number(u"太バー", 24, 1, 99),
+                              Number(u"文字間ギャップ", 26, 1, 99)};
+constexpr Field kLayoutE[] = {Number(u"サイズ（ポイント）", 12, 8, 12),
+                              Text(u"郵便番号", 14, 7, false)};
+constexpr std::array<Field, 8> QrLayout(std::span<const Choice> corrections,
+                                        std::span<const Choice> joined, uint16_t parts,
+                                        uint16_t parity) {
+  return {OneOf(u"誤り訂正レベル", 12, corrections), Number(u"セルサイズ", 14, 1, 50),
+          OneOf(u"設定モード", 16, kEstablishModes), OneOf(u"連結", 18, joined),
+          Number(u"連結数", 20, 1, parts),           Number(u"連結番号", 22, 1, parts),
+          Number(u"連結パリティ", 24, 0, parity),    OneOf(u"データモード", 26, kDataModes)};
+}
+constexpr auto kLayoutF = QrLayout(kCorrections, kNoYes, 16, 255);
 // A symbol of this kind is never one of several that are read together.
-constexpr Field kLayoutFMicro[] = {kBarcodeId,
-                                   kRotate,
-                                   kUnitField,
-                                   OneOf(TEXT("誤り訂正レベル"), 12, kMicroCorrections),
-                                   Number(TEXT("セルサイズ"), 14, 1, 50),
-                                   OneOf(TEXT("設定モード"), 16, kEstablishModes),
-                                   OneOf(TEXT("連結"), 18, kNever),
-                                   Number(TEXT("連結数"), 20, 1, 1),
-                                   Number(TEXT("連結番号"), 22, 1, 1),
-                                   Number(TEXT("連結パリティ"), 24, 0, 0),
-                                   OneOf(TEXT("データモード"), 26, kDataModes)};
-constexpr Field kLayoutG[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              Number(TEXT("モジュール幅"), 12, 1, 10),
-                              Number(TEXT("モジュール高さ"), 14, 1, 99),
-                              OneOf(TEXT("セキュリティレベル"), 16, kSecurityLevels),
-                              Number(TEXT("コードワード数"), 18, 1, 30),
-                              Number(TEXT("行数"), 20, 3, 90),
-                              OneOf(TEXT("コードタイプ"), 22, kPdfTypes)};
-constexpr Field kLayoutH[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              OneOf(TEXT("コードタイプ"), 12, kMaxiModes),
-                              Number(TEXT("サービスコード"), 14, 0, 999),
-                              Number(TEXT("国コード"), 16, 0, 999),
-                              Number(TEXT("郵便番号の桁数"), 18, 0, 9),
-                              Text(TEXT("郵便番号"), 20, 19, true)};
-constexpr Field kLayoutI[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              Number(TEXT("セルの幅"), 12, 1, 50),
-                              Number(TEXT("セルの高さ"), 14, 1, 50),
-                              OneOf(TEXT("列のセル数"), 16, kMatrixSizes),
-                              OneOf(TEXT("行のセル数"), 18, kMatrixSizes)};
-constexpr Field kLayoutJ[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              Number(TEXT("モジュール幅"), 12, 1, 10),
-                              Number(TEXT("モジュール高さ"), 14, 1, 99),
-                              OneOf(TEXT("列のワード数"), 16, kMicroPdfColumns),
-                              OneOf(TEXT("行数"), 18, kMicroPdfRows),
-                              OneOf(TEXT("バイナリデータ"), 20, kNoYes)};
-constexpr Field kLayoutK[] = {kBarcodeId,
-                              kRotate,
-                              kUnitField,
-                              kExpand,
-                              Height(14),
-                              OneOf(TEXT("セグメント数"), 16, kSegments),
-                              OneOf(TEXT("RSSの種類"), 18, kRssTypes)};
+constexpr auto kLayoutFMicro = QrLayout(kMicroCorrections, kNever, 1, 0);
+constexpr Field kLayoutG[] = {Number(u"モジュール幅", 12, 1, 10),
+                              Number(u"モジュール高さ", 14, 1, 99),
+                              OneOf(u"セキュリティレベル", 16, kSecurityLevels),
+                              Number(u"コードワード数", 18, 1, 30),
+                              Number(u"行数", 20, 3, 90),
+                              OneOf(u"コードタイプ", 22, kPdfTypes)};
+constexpr Field kLayoutH[] = {OneOf(u"コードタイプ", 12, kMaxiModes),
+                              Number(u"サービスコード", 14, 0, 999),
+                              Number(u"国コード", 16, 0, 999), Number(u"郵便番号の桁数", 18, 0, 9),
+                              Text(u"郵便番号", 20, 19, true)};
+constexpr Field kLayoutI[] = {Number(u"セルの幅", 12, 1, 50), Number(u"セルの高さ", 14, 1, 50),
+                              OneOf(u"列のセル数", 16, kMatrixSizes),
+                              OneOf(u"行のセル数", 18, kMatrixSizes)};
+constexpr Field kLayoutJ[] = {
+    Number(u"モジュール幅", 12, 1, 10), Number(u"モジュール高さ", 14, 1, 99),
+    OneOf(u"列のワード数", 16, kMicroPdfColumns), OneOf(u"行数", 18, kMicroPdfRows),
+    OneOf(u"バイナリデータ", 20, kNoYes)};
+constexpr Field kLayoutK[] = {kExpand, Height(14), OneOf(u"セグメント数", 16, kSegments),
+                              OneOf(u"RSSの種類", 18, kRssTypes)};
 
-// Defaults follow the fields: id, rotation, unit, then the layout's own; a height of 10 mm for
+// Defaults follow the fields; a height of 10 mm for
 // symbols read across, module sizes that a 203-dpi head prints safely.
 constexpr BarcodeKind kKinds[kKindCount] = {
-    {100, TEXT("UPC-A"), kLayoutA, {100, 0, 2, 2, 100, 1}},
-    {200, TEXT("UPC-E"), kLayoutB, {200, 0, 2, 2, 100}},
-    {300, TEXT("JAN-8"), kLayoutA, {300, 0, 2, 2, 100, 1}},
-    {400, TEXT("JAN-13"), kLayoutA, {400, 0, 2, 2, 100, 1}},
-    {500, TEXT("CODE39"), kLayoutD, {500, 0, 2, 1, 100, 2, 2, 5, 2, 5, 2}},
-    {600, TEXT("CODE93"), kLayoutB, {600, 0, 2, 2, 100}},
-    {700, TEXT("CODE128"), kLayoutB, {700, 0, 2, 2, 100}},
-    {800, TEXT("UCC/EAN128"), kLayoutC, {800, 0, 2, 2, 127, 1}},
-    {900, TEXT("ITF(Interleaved 2of5)"), kLayoutD, {900, 0, 2, 1, 127, 2, 2, 5, 2, 5, 2}},
-    {1200, TEXT("NW-7"), kLayoutD, {1200, 0, 2, 1, 100, 2, 2, 5, 2, 5, 2}},
-    {1300, TEXT("カスタマバーコード"), kLayoutE, {1300, 0, 2, 10}},
-    {2500, TEXT("RSS(GS1 DataBar)"), kLayoutK, {2500, 0, 2, 2, 50, 22, 0}},
-    {1400, TEXT("QRコード(モデル1)"), kLayoutF, {1400, 0, 2, 1, 4, 0, 0, 1, 1, 0, 3}},
-    {1500, TEXT("QRコード(モデル2)"), kLayoutF, {1500, 0, 2, 1, 4, 0, 0, 1, 1, 0, 3}},
-    {1600, TEXT("マイクロQRコード"), kLayoutFMicro, {1600, 0, 2, 0, 4, 0, 0, 1, 1, 0, 0}},
-    {1700, TEXT("PDF417"), kLayoutG, {1700, 0, 2, 2, 6, 9, 4, 10, 0}},
-    {1900, TEXT("MaxiCode"), kLayoutH, {1900, 0, 2, 4, 0, 392, 7}},
-    {2000, TEXT("DataMatrix(ECC200)"), kLayoutI, {2000, 0, 2, 4, 4, 0, 0}},
-    {2100, TEXT("マイクロPDF417"), kLayoutJ, {2100, 0, 2, 2, 4, 0, 0, 0}},
+    {100, u"UPC-A", kLayoutA, {2, 100, 1}},
+    {200, u"UPC-E", kLayoutB, {2, 100}},
+    {300, u"JAN-8", kLayoutA, {2, 100, 1}},
+    {400, u"JAN-13", kLayoutA, {2, 100, 1}},
+    {500, u"CODE39", kLayoutD, {1, 100, 2, 2, 5, 2, 5, 2}},
+    {600, u"CODE93", kLayoutB, {2, 100}},
+    {700, u"CODE128", kLayoutB, {2, 100}},
+    {800, u"UCC/EAN128", kLayoutC, {2, 127, 1}},
+    {900, u"ITF(Interleaved 2of5)", kLayoutD, {1, 127, 2, 2, 5, 2, 5, 2}},
+    {1200, u"NW-7", kLayoutD, {1, 100, 2, 2, 5, 2, 5, 2}},
+    {1300, u"カスタマバーコード", kLayoutE, {10}},
+    {2500, u"RSS(GS1 DataBar)", kLayoutK, {2, 50, 22, 0}},
+    {1400, u"QRコード(モデル1)", kLayoutF, {1, 4, 0, 0, 1, 1, 0, 3}},
+    {1500, u"QRコード(モデル2)", kLayoutF, {1, 4, 0, 0, 1, 1, 0, 3}},
+    {1600, u"マイクロQRコード", kLayoutFMicro, {0, 4, 0, 0, 1, 1, 0, 0}},
+    {1700, u"PDF417", kLayoutG, {2, 6, 9, 4, 10, 0}},
+    {1900, u"MaxiCode", kLayoutH, {4, 0, 392, 7}},
+    {2000, u"DataMatrix(ECC200)", kLayoutI, {4, 4, 0, 0}},
+    {2100, u"マイクロPDF417", kLayoutJ, {2, 4, 0, 0, 0}},
 };
 
-// Every parameter lies in the library's part of the block and has at least one value to choose.
-constexpr bool IsSound(const BarcodeKind& kind) {
-  return kind.fields.size() <= kMaxFields &&
-         std::ranges::all_of(kind.fields, [](const Field& field) {
-           const int size = field.kind == kText ? field.max + (field.terminated ? 1 : 0) : 2;
-           const bool list = field.kind == kChoice || field.kind == FieldKind::kUnit;
-           return field.offset + size <= kBlockSize && list == !field.choices.empty();
-         });
-}
-static_assert(std::ranges::all_of(kKinds, IsSound));
+// Every parameter lies in the library's part of the block.
+static_assert(std::ranges::all_of(kKinds, [](const BarcodeKind& kind) {
+  return std::ranges::all_of(kind.own, [](const Field& field) {
+    return field.offset + (field.kind == kText ? field.max + field.terminated : 2) <= kBlockSize;
+  });
+}));
 
 }  // namespace
+
+const Field kRotateField = OneOf(u"回転", 2, kRotations);
+const Field kUnitField{u"単位", 10, FieldKind::kUnit, 0, 0, kUnits, false};
 
 const BarcodeKind& KindAt(int index) { return kKinds[index]; }
 
@@ -221,11 +157,13 @@ void WriteWord(std::span<BYTE> block, std::size_t offset, uint16_t value) {
 
 void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block) {
   std::ranges::fill(block, BYTE{0});
+  WriteWord(block, kIdOffset, kind.id);
   WriteWord(block, kLibraryWords, info.densityX);
   WriteWord(block, kLibraryWords + 2, info.densityY);
   WriteWord(block, kLibraryWords + 4, kLibraryVersion);
-  for (std::size_t i = 0; i < kind.fields.size(); ++i) {
-    const Field& field = kind.fields[i];
+  WriteWord(block, kUnitField.offset, kestrel::kDot);
+  for (std::size_t i = 0; i < kind.own.size(); ++i) {
+    const Field& field = kind.own[i];
     if (field.kind == kText) continue;
     int value = kind.defaults[i];
     if (field.kind == kMeasure) {

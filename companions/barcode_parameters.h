@@ -22,7 +22,6 @@ struct BarcodeLibInfo {
 static_assert(sizeof(BarcodeLibInfo) == 8);
 
 enum class FieldKind : uint8_t {
-  kFixed,    // shown, not edited
   kNumber,   // a whole number from min to max
   kMeasure,  // a length stored in the block's unit; min and max in dots
   kChoice,   // one of the choices
@@ -31,8 +30,8 @@ enum class FieldKind : uint8_t {
 };
 
 struct Choice {
-  const WCHAR* text;
   uint16_t value;
+  const WCHAR* text = nullptr;  // null: the value itself
 };
 
 // A named parameter of a block: 16 bits, or a text.
@@ -46,18 +45,21 @@ struct Field {
   bool terminated;  // texts: a zero byte follows within the block
 };
 
-constexpr std::size_t kMaxFields = 11;  // of the largest layout, the common ones included
-constexpr uint16_t kIdOffset = 0;       // BarcodeID
-constexpr uint16_t kUnitOffset = 10;    // Unit
-constexpr uint16_t kLibraryWords = 4;   // three words of the library's own
+constexpr std::size_t kMaxFields = 8;  // of the largest layout
+constexpr uint16_t kIdOffset = 0;      // BarcodeID
+constexpr uint16_t kLibraryWords = 4;  // three words of the library's own
 constexpr uint16_t kLibraryVersion = 0x100;
 
 struct BarcodeKind {
   uint16_t id;
-  const WCHAR* name;                          // display name
-  std::span<const Field> fields;              // the common ones first
-  std::array<uint16_t, kMaxFields> defaults;  // one a field; measures in tenths of a millimetre
+  const WCHAR* name;           // display name
+  std::span<const Field> own;  // its fields beside those of every kind
+  std::array<uint16_t, kMaxFields>
+      defaults;  // one a field of its own; measures in tenths of a millimetre
 };
+
+// The fields of every kind, before its own.
+extern const Field kRotateField, kUnitField;
 
 constexpr int kKindCount = 19;
 // The kind at an index of the export list; the index is not checked.
@@ -65,6 +67,11 @@ const BarcodeKind& KindAt(int index);
 
 // Writes a kind's default parameters into the block; lengths are in dots of the given density.
 void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block);
+
+// Shows the kind's parameters in a modal dialog over the owner. True when the user confirmed: the
+// block then holds the new values, otherwise it is untouched.
+bool EditBarcodeDetail(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block,
+                       HWND owner);
 
 // The density to work with: 305 where the driver says so, otherwise 203.
 int DensityOf(const BarcodeLibInfo& info);

@@ -1,6 +1,9 @@
 #include "companions/simulated_device.h"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "platform/machine.h"
 
@@ -14,34 +17,29 @@ std::u16string DeviceKey(std::u16string_view printer) {
   return std::u16string(u"SOFTWARE\\Kestrel\\Devices\\").append(printer);
 }
 
-DWORD ReadNumber(const std::u16string& key, std::u16string_view value, DWORD fallback) {
-  const auto data = platform::Machine::Current().Registry(key, value);
-  DWORD number = fallback;
-  if (data && data->type == kRegDword && data->bytes.size() == sizeof number)
-    std::memcpy(&number, data->bytes.data(), sizeof number);
-  return number;
+// What is kept under a name when it is of this type; else nothing.
+std::vector<std::byte> Read(const std::u16string& key, std::u16string_view name, DWORD type) {
+  const auto data = platform::Machine::Current().Registry(key, name);
+  return data && data->type == type ? data->bytes : std::vector<std::byte>();
 }
 
-std::u16string ReadText(const std::u16string& key, std::u16string_view value,
-                        std::u16string fallback) {
-  const auto data = platform::Machine::Current().Registry(key, value);
-  if (!data || data->type != kRegString) return fallback;
-  std::u16string text(data->bytes.size() / sizeof(WCHAR), u'\0');
-  std::memcpy(text.data(), data->bytes.data(), text.size() * sizeof(WCHAR));
-  return text.substr(0, text.find(u'\0'));
+void ReadNumber(const std::u16string& key, std::u16string_view name, DWORD& number) {
+  const auto bytes = Read(key, name, kRegDword);
+  if (bytes.size() == sizeof number) std::memcpy(&number, bytes.data(), sizeof number);
 }
 
-void WriteNumber(const std::u16string& key, std::u16string_view value, DWORD number) {
-  platform::DataValue data{kRegDword, std::vector<std::byte>(sizeof number)};
-  std::memcpy(data.bytes.data(), &number, sizeof number);
-  platform::Machine::Current().SetRegistry(key, value, std::move(data));
+void ReadText(const std::u16string& key, std::u16string_view name, std::u16string& text) {
+  const auto bytes = Read(key, name, kRegString);
+  if (bytes.empty()) return;
+  text.assign(bytes.size() / sizeof(WCHAR), u'\0');
+  std::memcpy(text.data(), bytes.data(), text.size() * sizeof(WCHAR));
+  text.resize(std::min(text.find(u'\0'), text.size()));
 }
 
-void WriteText(const std::u16string& key, std::u16string_view value, const std::u16string& text) {
-  const std::size_t size = (text.size() + 1) * sizeof(WCHAR);
-  platform::DataValue data{kRegString, std::vector<std::byte>(size)};
-  std::memcpy(data.bytes.data(), text.c_str(), size);
-  platform::Machine::Current().SetRegistry(key, value, std::move(data));
+void Write(const std::u16string& key, std::u16string_view name, DWORD type, const void* from,
+           std::size_t size) {
+  const auto* bytes = static_cast<const std::byte*>(from);
+  platform::Machine::Current().SetRegistry(key, name, {type, {bytes, bytes + size}});
 }
 
 }  // namespace
@@ -49,25 +47,30 @@ void WriteText(const std::u16string& key, std::u16string_view value, const std::
 SimulatedDevice LoadSimulatedDevice(std::u16string_view printer) {
   const std::u16string key = DeviceKey(printer);
   SimulatedDevice device;
-  device.mode = ReadNumber(key, u"Mode", device.mode);
-  device.density = ReadNumber(key, u"Density", device.density);
-  device.offline = ReadNumber(key, u"Offline", 0) != 0;
-  const DWORD answer = ReadNumber(key, u"Answer", 0);
+  DWORD offline = 0, answer = 0;
+  ReadNumber(key, u"Mode", device.mode);
+  ReadNumber(key, u"Density", device.density);
+  ReadNumber(key, u"Offline", offline);
+  ReadNumber(key, u"Answer", answer);
+  ReadText(key, u"Firmware", device.firmware);
+  ReadText(key, u"Font", device.font);
+  device.offline = offline != 0;
   if (answer <= static_cast<DWORD>(DeviceAnswer::kOverlong))
     device.answer = static_cast<DeviceAnswer>(answer);
-  device.firmware = ReadText(key, u"Firmware", device.firmware);
-  device.font = ReadText(key, u"Font", device.font);
   return device;
 }
 
 void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& device) {
   const std::u16string key = DeviceKey(printer);
-  WriteNumber(key, u"Mode", device.mode);
-  WriteNumber(key, u"Density", device.density);
-  WriteNumber(key, u"Offline", device.offline ? 1 : 0);
-  WriteNumber(key, u"Answer", static_cast<DWORD>(device.answer));
-  WriteText(key, u"Firmware", device.firmware);
-  WriteText(key, u"Font", device.font);
+  const std::pair<const char16_t*, DWORD> numbers[] = {
+      {u"Mode", device.mode},
+      {u"Density", device.density},
+      {u"Offline", device.offline},
+      {u"Answer", static_cast<DWORD>(device.answer)}};
+  for (const auto& [name, number] : numbers) Write(key, name, kRegDword, &number, sizeof number);
+  for (const auto& [name, text] :
+       {std::pair(u"Firmware", &device.firmware), std::pair(u"Font", &device.font)})
+    Write(key, name, kRegString, text->c_str(), (text->size() + 1) * sizeof(WCHAR));
 }
 
 }  // namespace companions

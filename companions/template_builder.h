@@ -1,12 +1,10 @@
-// Writes an extended dialog template (the documentation's DLGTEMPLATEEX and DLGITEMTEMPLATEEX) into
-// a buffer of fixed size.
+// Writes an extended dialog template (the documentation's DLGTEMPLATEEX and DLGITEMTEMPLATEEX).
 #pragma once
 
 #include <windows.h>
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace companions {
 
@@ -17,31 +15,54 @@ struct Place {
 class TemplateBuilder {
  public:
   // A modal dialog in the middle of its owner, with the 9-point font of the driver's own dialogs.
-  TemplateBuilder(const WCHAR* caption, int width, int height);
+  TemplateBuilder(const WCHAR* caption, int width, int height) {
+    Head(1 | 0xFFFFu << 16,
+         DS_SETFONT | DS_MODALFRAME | DS_CENTER | WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU);
+    Words({0});  // items, counted as they come
+    At({0, 0, width, height});
+    Words({0, 0});  // no menu, the dialog class
+    Text(caption);
+    Words({9, 400, 0x80u << 8u});  // points, weight, no italic and the Japanese character set
+    Text(TEXT("ＭＳ Ｐゴシック"));
+  }
 
-  void Label(const WCHAR* text, int id, Place place);
-  void Edit(int id, Place place, DWORD style);
-  void Spin(int id, Place place, DWORD style);
-  void DropDown(int id, Place place);
-  void Button(const WCHAR* text, int id, Place place, bool isDefault);
+  // A visible control of a class by name.
+  void Add(const WCHAR* className, DWORD style, const WCHAR* text, int id, Place place) {
+    if (words_.size() % 2 != 0) Words({0});
+    Head(0, style | WS_CHILD | WS_VISIBLE);
+    At(place);
+    Words({static_cast<uint32_t>(id) & 0xFFFF, static_cast<uint32_t>(id) >> 16});
+    Text(className);
+    Text(text);
+    Words({0});  // no creation data
+    ++words_[kItemCountAt];
+  }
 
-  // The template, or null when it did not fit.
-  LPCDLGTEMPLATEW Get() const;
+  LPCDLGTEMPLATEW Get() const { return reinterpret_cast<LPCDLGTEMPLATEW>(words_.data()); }
 
  private:
-  void Add(const WCHAR* className, uint16_t atom, DWORD style, const WCHAR* text, int id,
-           Place place);
-  void Word(uint16_t value);
-  void Long(uint32_t value);
-  void Text(const WCHAR* text);
-  void Align();
-  void PlaceAt(Place place);
+  static constexpr std::size_t kItemCountAt = 8;  // words before cDlgItems
 
-  static constexpr std::size_t kCapacity = 6144;  // words; the largest dialog takes a third
-  alignas(4) std::array<uint16_t, kCapacity> words_{};
-  std::size_t used_ = 0;
-  uint16_t items_ = 0;
-  bool overflow_ = false;
+  void Words(std::initializer_list<uint32_t> values) {
+    for (const uint32_t value : values) words_.push_back(static_cast<uint16_t>(value));
+  }
+  // The first words (a control's help id), help id (extended style), extended style, style: a
+  // dialog has one double word more in front.
+  void Head(uint32_t mark, DWORD style) {
+    if (mark != 0) Words({mark & 0xFFFF, mark >> 16});
+    Words({0, 0, 0, 0, style & 0xFFFF, style >> 16});
+  }
+  void At(Place place) {
+    for (const int number : {place.x, place.y, place.width, place.height})
+      words_.push_back(static_cast<uint16_t>(number));
+  }
+  void Text(const WCHAR* text) {
+    do {
+      words_.push_back(static_cast<uint16_t>(*text));
+    } while (*text++);
+  }
+
+  std::vector<uint16_t> words_;
 };
 
 }  // namespace companions

@@ -24,10 +24,7 @@ struct Button {
   const char* name;
   SheetButton button;
 };
-constexpr Button kButtons[] = {{"ok", SheetButton::kOk},
-                               {"cancel", SheetButton::kCancel},
-                               {"apply", SheetButton::kApply},
-                               {"help", SheetButton::kHelp}};
+constexpr Button kButtons[] = {{"ok", SheetButton::kOk}, {"cancel", SheetButton::kCancel}};
 
 const Button* FindButton(const Json& action) {
   return std::ranges::find(kButtons, action.at("button").get<std::string>(), &Button::name);
@@ -66,12 +63,6 @@ constexpr Verb kVerbs[] = {
      nullptr,
      [](Desk& desk, const Json& action) {
        desk.Spin(Number(action, "id"), Number(action, "steps"));
-     }},
-    {"slide",
-     {"id", "position"},
-     nullptr,
-     [](Desk& desk, const Json& action) {
-       desk.Slide(Number(action, "id"), Number(action, "position"));
      }},
     {"page",
      {"index"},
@@ -153,9 +144,7 @@ void DoAction(Desk& desk, const Json& action, const std::function<bool()>& mayCo
   const auto windows = desk.Windows();
   if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
   const Json& verb = action.at("action");
-  const bool confirms =
-      verb == "enter" ||
-      (verb == "press" && (action["button"] == "ok" || action["button"] == "apply"));
+  const bool confirms = verb == "enter" || (verb == "press" && action["button"] == "ok");
   if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !mayConfirm())
     return;
   std::ranges::find(kVerbs, verb.get<std::string>(), &Verb::name)->act(desk, action);

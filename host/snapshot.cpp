@@ -36,8 +36,6 @@ const char* KindName(ControlKind kind) {
       return "updown";
     case ControlKind::kOwnerDraw:
       return "drawn";
-    case ControlKind::kTrackbar:
-      return "track";
   }
   return "static";
 }
@@ -95,7 +93,7 @@ Json OpJson(const DrawOp& op) {
       json["pen"] = Colour(op.pen);
       json["style"] = op.penStyle;
       json["width"] = op.penWidth;
-      json["brush"] = op.hollow ? Json("none") : Json(Colour(op.brush));
+      json["brush"] = Colour(op.brush);
       break;
     case DrawOp::Kind::kImage:
       json["bitmap"] = op.bitmap;
@@ -151,7 +149,6 @@ Json ControlJson(const ControlView& control) {
       break;
     }
     case ControlKind::kUpDown:
-    case ControlKind::kTrackbar:
       json["minimum"] = control.minimum;
       json["maximum"] = control.maximum;
       json["position"] = control.position;
@@ -187,8 +184,7 @@ Json WindowJson(const WindowView& window) {
   Json& tabs = json["tabs"] = Json::array();
   for (const std::u16string& tab : window.tabs) tabs.push_back(ToUtf8(tab));
   json["activeTab"] = window.activeTab;
-  json["applyVisible"] = window.applyVisible;
-  json["applyEnabled"] = window.applyEnabled;
+  json["changed"] = window.changed;
   json["pageWidth"] = window.pageWidth;
   json["pageHeight"] = window.pageHeight;
   json["page"] = window.page ? WindowJson(*window.page) : Json();

@@ -11,6 +11,8 @@
 namespace printhost {
 namespace {
 
+constexpr int kDownKey = 0x28;  // VK_DOWN
+
 using platform::ControlKind;
 using platform::ControlView;
 using platform::Desk;
@@ -196,7 +198,7 @@ Json Key(Desk& desk, HMODULE, const Json& step) {
                                     {"tab", [](Desk& on) { return on.Tab(); }},
                                     {"backtab", [](Desk& on) { return on.Tab(true); }},
                                     {"up", [](Desk& on) { return on.Key(VK_UP); }},
-                                    {"down", [](Desk& on) { return on.Key(VK_DOWN); }},
+                                    {"down", [](Desk& on) { return on.Key(kDownKey); }},
                                     {"delete", [](Desk& on) { return on.Key(VK_DELETE); }},
                                     {"back", [](Desk& on) { return on.Key(VK_BACK); }}};
   const std::string name = Word(step, "key");
@@ -212,13 +214,10 @@ Json Button(Desk& desk, HMODULE, const Json& step) {
     std::string_view name;
     SheetButton button;
   };
-  static constexpr Named kButtons[] = {{"ok", SheetButton::kOk},
-                                       {"cancel", SheetButton::kCancel},
-                                       {"apply", SheetButton::kApply},
-                                       {"help", SheetButton::kHelp}};
+  static constexpr Named kButtons[] = {{"ok", SheetButton::kOk}, {"cancel", SheetButton::kCancel}};
   const std::string name = Word(step, "button");
   const auto button = std::ranges::find(kButtons, std::string_view(name), &Named::name);
-  if (button == std::end(kButtons)) Refuse("the sheet's buttons are ok, cancel, apply and help");
+  if (button == std::end(kButtons)) Refuse("the sheet's buttons are ok and cancel");
   const WindowView top = Top(desk);
   if (top.kind != WindowView::Kind::kSheet)
     Refuse("the sheet is under the window " + Quoted(top.title) +
@@ -310,7 +309,7 @@ bool MayConfirm(Desk& desk, const Json& step) {
     const auto found = step.find(name);
     return found != step.end() && *found == value;
   };
-  return is("button", "ok") || is("button", "apply") || is("key", "enter");
+  return is("button", "ok") || is("key", "enter");
 }
 
 }  // namespace printhost

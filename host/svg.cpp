@@ -117,7 +117,6 @@ class Picture {
 };
 
 std::string Stroke(const DrawOp& op) {
-  if (op.penStyle == PS_NULL) return " stroke=\"none\"";
   std::string stroke = " stroke=\"" + Colour(op.pen) + "\" stroke-width=\"" +
                        std::to_string(std::max(op.penWidth, 1)) + "\"";
   if (op.penStyle > 0 && op.penStyle < 5 && op.penWidth <= 1)
@@ -134,7 +133,7 @@ void Picture::Draw(const DrawOp& op) {
               std::to_string(op.rect.top) + ".5\" width=\"" +
               std::to_string(std::max<LONG>(op.rect.right - op.rect.left - 1, 0)) + "\" height=\"" +
               std::to_string(std::max<LONG>(op.rect.bottom - op.rect.top - 1, 0)) + "\" fill=\"" +
-              (op.hollow ? "none" : Colour(op.brush)) + "\"" + Stroke(op) + "/>\n";
+              Colour(op.brush) + "\"" + Stroke(op) + "/>\n";
       break;
     case DrawOp::Kind::kFill:
       out_ += "<rect" + Place(op.rect) + " fill=\"" + Colour(op.brush) + "\"/>\n";

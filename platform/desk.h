@@ -26,8 +26,7 @@ enum class ControlKind {
   kComboBox,
   kListBox,
   kUpDown,
-  kOwnerDraw,
-  kTrackbar
+  kOwnerDraw
 };
 
 // One control (or picture) of a window as it looks now. Rectangles are pixels in the window's
@@ -45,14 +44,13 @@ struct ControlView {
   bool checked = false;  // check boxes and radio buttons
   bool defaultButton = false;
   bool tabStop = false;
-  bool group = false;    // starts a group of controls (WS_GROUP)
-  bool dropped = false;  // a combo box whose list is open
+  bool group = false;  // starts a group of controls (WS_GROUP)
   bool centred = false;
   bool readOnly = false;
   bool prefix = true;                          // "&" marks access keys (no SS_NOPREFIX)
   int textLimit = 0;                           // edits; 0: none
   int selection = -1;                          // combo and list boxes; -1: none
-  int minimum = 0, maximum = 0, position = 0;  // up-downs and trackbars
+  int minimum = 0, maximum = 0, position = 0;  // up-downs
   int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
   COLORREF background = 0xFFFFFFFF;  // statics whose dialog gave a brush; else 0xFFFFFFFF
@@ -73,14 +71,13 @@ struct WindowView {
   // Property sheets:
   std::vector<std::u16string> tabs;
   int activeTab = -1;
-  bool applyVisible = false;
-  bool applyEnabled = false;  // some page is marked changed, whether the button is there or not
+  bool changed = false;               // some page has marked itself changed
   std::shared_ptr<WindowView> page;   // the shown page, its controls with rectangles in the page
   int pageWidth = 0, pageHeight = 0;  // the largest page, in pixels
 };
 
 // Buttons of a property sheet.
-enum class SheetButton { kOk, kCancel, kApply, kHelp };
+enum class SheetButton { kOk, kCancel };
 
 class Desk;
 
@@ -145,7 +142,6 @@ class Desk {
   virtual bool Select(int id, std::u16string_view item) = 0;
   virtual bool Spin(int id,
                     int steps) = 0;  // an up-down's arrows, up for positive steps; 10,000 at most
-  virtual bool Slide(int id, int position) = 0;  // a trackbar
   // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus.
   virtual bool Key(int virtualKey) = 0;
   virtual bool Tab(bool back = false) = 0;

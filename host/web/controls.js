@@ -95,10 +95,6 @@ const builders = {
     node.element = node.input = node.view.tabStop ? make("button", "drawn", null, { type: "button" }) : make("div", "drawn");
     if (node.view.tabStop) node.input.addEventListener("click", () => node.act({ action: "click" }));
   },
-  track(node) {
-    node.element = node.input = make("input", "track", null, { type: "range", step: 1 });
-    node.input.addEventListener("input", () => node.act({ action: "slide", position: node.input.valueAsNumber }));
-  },
 };
 
 function updateItems(node, view) {
@@ -139,9 +135,6 @@ const updaters = {
   list: updateItems,
   updown(node, view) {
     for (const arrow of node.element.children) arrow.disabled = !view.enabled;
-  },
-  track(node, view) {
-    Object.assign(node.input, { min: view.minimum, max: view.maximum, value: view.position });
   },
 };
 

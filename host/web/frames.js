@@ -5,7 +5,7 @@ import { across, down, make, setLabel } from "./dom.js";
 import { draw } from "./draw.js";
 import { nameControls } from "./labels.js";
 
-const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"], ["apply", "適用(&A)"]];
+const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"]];
 // Message box icons by the high digit of the style.
 const ICONS = { 1: ["stop", "✕"], 2: ["question", "?"], 3: ["exclamation", "!"], 4: ["information", "i"] };
 
@@ -133,8 +133,6 @@ function updateSheet(frame, view, link) {
   updateTabs(frame, view, link);
   resize(frame.holder, view.pageWidth, view.pageHeight);
   measure(frame, view.pageWidth + 18, 90, view.pageHeight);
-  frame.buttons.apply.hidden = !view.applyVisible;
-  frame.buttons.apply.disabled = !view.applyEnabled;
   if (frame.page?.handle !== view.page?.handle) {
     frame.page?.client.remove();
     frame.page = view.page && { handle: view.page.handle, controls: new Map() };

@@ -35,7 +35,7 @@ export function nameControls(frame, views) {
     owned.get(group)?.push(nodeOf(view).element.id);
     if (view.kind === "group") label = null;
     else if (isLabel(view)) label = view;
-    if (["edit", "combo", "list", "track", "updown", "drawn"].includes(view.kind)) nameInput(nodeOf(view), nodeOf(label ?? group));
+    if (["edit", "combo", "list", "updown", "drawn"].includes(view.kind)) nameInput(nodeOf(view), nodeOf(label ?? group));
   }
   for (const [group, members] of owned) nodeOf(group).element.setAttribute("aria-owns", members.join(" "));
 }

@@ -154,7 +154,7 @@ document.addEventListener("keydown", (event) => {
 // Changes that OK has not confirmed yet are not left without a question.
 addEventListener("beforeunload", (event) => {
   const [sheet] = shown?.windows ?? [];
-  if (shown?.windows.length > 1 || sheet?.applyEnabled) event.preventDefault();
+  if (shown?.windows.length > 1 || sheet?.changed) event.preventDefault();
 });
 
 gloss.addEventListener("click", () => setGloss(!glossIsOn()));

@@ -23,10 +23,6 @@ struct OPTPARAM {
 };
 using POPTPARAM = OPTPARAM*;
 
-constexpr BYTE OPTPF_HIDE = 0x01;
-constexpr BYTE OPTPF_DISABLED = 0x02;
-constexpr BYTE OPTPF_ICONID_AS_HICON = 0x04;
-
 struct OPTTYPE {
   WORD cbSize;
   BYTE Type;
@@ -40,20 +36,10 @@ struct OPTTYPE {
 };
 using POPTTYPE = OPTTYPE*;
 
-constexpr BYTE TVOT_2STATES = 0;
-constexpr BYTE TVOT_3STATES = 1;
-constexpr BYTE TVOT_UDARROW = 2;
-constexpr BYTE TVOT_TRACKBAR = 3;
-constexpr BYTE TVOT_SCROLLBAR = 4;
-constexpr BYTE TVOT_LISTBOX = 5;
 constexpr BYTE TVOT_COMBOBOX = 6;
 constexpr BYTE TVOT_EDITBOX = 7;
-constexpr BYTE TVOT_PUSHBUTTON = 8;
-constexpr BYTE TVOT_CHKBOX = 9;
-constexpr BYTE TVOT_NONE = 0xFF;
 
 constexpr BYTE OPTTF_TYPE_DISABLED = 0x01;
-constexpr BYTE OPTTF_NOSPACE_BEFORE_POSTFIX = 0x02;
 
 struct EXTPUSH {
   WORD cbSize;
@@ -73,8 +59,6 @@ struct EXTPUSH {
 using PEXTPUSH = EXTPUSH*;
 static_assert(sizeof(void*) != 4 || sizeof(EXTPUSH) == 32);
 
-constexpr WORD EPF_PUSH_TYPE_DLGPROC = 0x0001;
-constexpr WORD EPF_INCL_SETUP_TITLE = 0x0002;
 constexpr WORD EPF_NO_DOT_DOT_DOT = 0x0004;
 
 struct EXTCHKBOX {
@@ -91,16 +75,8 @@ using PEXTCHKBOX = EXTCHKBOX*;
 static_assert(sizeof(void*) != 4 || sizeof(EXTCHKBOX) == 36);
 
 constexpr WORD ECBF_CHECKNAME_AT_FRONT = 0x0001;
-constexpr WORD ECBF_CHECKNAME_ONLY_ENABLED = 0x0002;
-constexpr WORD ECBF_ICONID_AS_HICON = 0x0004;
 
-struct OIEXT {
-  WORD cbSize;
-  WORD Flags;
-  HINSTANCE hInstCaller;
-  LPWSTR pHelpFile;
-  ULONG_PTR dwReserved[4];
-};
+struct OIEXT;
 using POIEXT = OIEXT*;
 
 struct OPTITEM {
@@ -129,37 +105,16 @@ struct OPTITEM {
 using POPTITEM = OPTITEM*;
 static_assert(sizeof(void*) != 4 || sizeof(OPTITEM) == 52);
 
-constexpr DWORD OPTIF_COLLAPSE = 0x00000001;
 constexpr DWORD OPTIF_HIDE = 0x00000002;
 constexpr DWORD OPTIF_CALLBACK = 0x00000004;
-constexpr DWORD OPTIF_CHANGED = 0x00000008;
-constexpr DWORD OPTIF_CHANGEONCE = 0x00000010;
 constexpr DWORD OPTIF_DISABLED = 0x00000020;
 constexpr DWORD OPTIF_ECB_CHECKED = 0x00000040;
-constexpr DWORD OPTIF_EXT_HIDE = 0x00000080;
 constexpr DWORD OPTIF_EXT_DISABLED = 0x00000100;
-constexpr DWORD OPTIF_SEL_AS_HICON = 0x00000200;
 constexpr DWORD OPTIF_EXT_IS_EXTPUSH = 0x00000400;
-constexpr DWORD OPTIF_NO_GROUPBOX_NAME = 0x00000800;
 
-constexpr BYTE DMPUB_NONE = 0;
 constexpr BYTE DMPUB_USER = 100;
 
-struct CPSUICBPARAM {
-  WORD cbSize;
-  WORD Reason;
-  HWND hDlg;
-  POPTITEM pOptItem;
-  WORD cOptItem;
-  WORD Flags;
-  POPTITEM pCurItem;
-  union {
-    LONG OldSel;
-    LPWSTR pOldSel;
-  };
-  ULONG_PTR UserData;
-  ULONG_PTR Result;
-};
+struct CPSUICBPARAM;
 using PCPSUICBPARAM = CPSUICBPARAM*;
 using _CPSUICALLBACK = LONG(APIENTRY*)(PCPSUICBPARAM);
 
@@ -177,19 +132,10 @@ struct DLGPAGE {
 using PDLGPAGE = DLGPAGE*;
 static_assert(sizeof(void*) != 4 || sizeof(DLGPAGE) == 20);
 
-constexpr WORD DPF_ICONID_AS_HICON = 0x0001;
-constexpr WORD DPF_USE_HDLGTEMPLATE = 0x0002;
 constexpr WORD DP_STD_TREEVIEWPAGE = 0xFFFF;
-constexpr WORD DP_STD_DOCPROPPAGE2 = 0xFFFE;
-constexpr WORD DP_STD_DOCPROPPAGE1 = 0xFFFD;
-constexpr WORD DP_STD_RESERVED_START = 0xFFF0;
 
 // Values of COMPROPSHEETUI pDlgPage that stand for the library's own page sets.
 inline PDLGPAGE CpsuiStandardPages(ULONG_PTR set) { return reinterpret_cast<PDLGPAGE>(set); }
-#define CPSUI_PDLGPAGE_DOCPROP CpsuiStandardPages(1)
-#define CPSUI_PDLGPAGE_ADVDOCPROP CpsuiStandardPages(2)
-#define CPSUI_PDLGPAGE_PRINTERPROP CpsuiStandardPages(3)
-#define CPSUI_PDLGPAGE_TREEVIEWONLY CpsuiStandardPages(4)
 
 struct COMPROPSHEETUI {
   WORD cbSize;
@@ -209,20 +155,16 @@ struct COMPROPSHEETUI {
   WORD OptItemVersion;
   ULONG_PTR dwReserved[4];
 };
-using PCOMPROPSHEETUI = COMPROPSHEETUI*;
 static_assert(sizeof(void*) != 4 || sizeof(COMPROPSHEETUI) == 64);
 
 constexpr WORD CPSUIF_UPDATE_PERMISSION = 0x0001;
-constexpr WORD CPSUIF_ICONID_AS_HICON = 0x0002;
 constexpr WORD CPSUIF_ABOUT_CALLBACK = 0x0004;
 
 constexpr LONG CPSUI_CANCEL = 0;
 constexpr LONG CPSUI_OK = 1;
 constexpr LONG CPSUI_RESTARTWINDOWS = 2;
-constexpr LONG CPSUI_REBOOTSYSTEM = 3;
 
 constexpr LONG ERR_CPSUI_GETLASTERROR = -1;
-constexpr LONG ERR_CPSUI_ALLOCMEM_FAILED = -2;
 constexpr LONG ERR_CPSUI_INVALID_PDATA = -3;
 
 using PFNCOMPROPSHEET = LONG_PTR(CALLBACK*)(HANDLE hComPropSheet, UINT Function, LPARAM lParam1,
@@ -262,14 +204,9 @@ struct PROPSHEETUI_INFO_HEADER {
     ULONG_PTR IconID;
   };
 };
-using PPROPSHEETUI_INFO_HEADER = PROPSHEETUI_INFO_HEADER*;
 
-constexpr WORD PSUIHDRF_OBSOLETE = 0x0001;
 constexpr WORD PSUIHDRF_NOAPPLYNOW = 0x0002;
 constexpr WORD PSUIHDRF_PROPTITLE = 0x0004;
-constexpr WORD PSUIHDRF_USEHICON = 0x0008;
-constexpr WORD PSUIHDRF_DEFTITLE = 0x0010;
-constexpr WORD PSUIHDRF_EXACT_PTITLE = 0x0020;
 
 struct SETRESULT_INFO {
   WORD cbSize;
@@ -277,24 +214,10 @@ struct SETRESULT_INFO {
   HANDLE hSetResult;
   LRESULT Result;
 };
-using PSETRESULT_INFO = SETRESULT_INFO*;
 
 constexpr UINT CPSFUNC_ADD_HPROPSHEETPAGE = 0;
-constexpr UINT CPSFUNC_ADD_PROPSHEETPAGEW = 1;
-constexpr UINT CPSFUNC_ADD_PCOMPROPSHEETUIA = 2;
 constexpr UINT CPSFUNC_ADD_PCOMPROPSHEETUIW = 3;
-constexpr UINT CPSFUNC_ADD_PFNPROPSHEETUIA = 4;
-constexpr UINT CPSFUNC_ADD_PFNPROPSHEETUIW = 5;
-constexpr UINT CPSFUNC_DELETE_HCOMPROPSHEET = 6;
-constexpr UINT CPSFUNC_SET_HSTARTPAGE = 7;
-constexpr UINT CPSFUNC_GET_PAGECOUNT = 8;
 constexpr UINT CPSFUNC_SET_RESULT = 9;
-constexpr UINT CPSFUNC_GET_HPSUIPAGES = 10;
-constexpr UINT CPSFUNC_LOAD_CPSUI_STRINGA = 11;
-constexpr UINT CPSFUNC_LOAD_CPSUI_STRINGW = 12;
-constexpr UINT CPSFUNC_LOAD_CPSUI_ICON = 13;
-constexpr UINT CPSFUNC_GET_PFNPROPSHEETUI_ICON = 14;
-constexpr UINT CPSFUNC_ADD_PROPSHEETPAGEA = 15;
 
 // Found at run time in "compstui.dll".
 extern "C" {

@@ -66,10 +66,8 @@ int WINAPI MulDiv(int number, int numerator, int denominator);
 
 }  // extern "C"
 
-constexpr UINT GMEM_FIXED = 0x0000;
 constexpr UINT GMEM_MOVEABLE = 0x0002;
 constexpr UINT GMEM_ZEROINIT = 0x0040;
-constexpr UINT GPTR = GMEM_FIXED | GMEM_ZEROINIT;
 constexpr UINT GHND = GMEM_MOVEABLE | GMEM_ZEROINIT;
 
 #define INVALID_HANDLE_VALUE reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1))

@@ -8,14 +8,12 @@
 #include <windows.h>
 
 using LDECI4 = LONG;  // a decimal number with four digits after the point: 10000 is 1.0
-using FLONG = ULONG;
 
 struct CIECHROMA {
   LDECI4 x;
   LDECI4 y;
   LDECI4 Y;
 };
-using PCIECHROMA = CIECHROMA*;
 
 struct COLORINFO {
   CIECHROMA Red;
@@ -35,7 +33,6 @@ struct COLORINFO {
   LDECI4 CyanInYellowDye;
   LDECI4 MagentaInYellowDye;
 };
-using PCOLORINFO = COLORINFO*;
 
 struct DEVHTINFO {
   DWORD HTFlags;
@@ -56,29 +53,10 @@ struct DEVHTADJDATA {
 using PDEVHTADJDATA = DEVHTADJDATA*;
 
 constexpr DWORD DEVHTADJF_COLOR_DEVICE = 0x00000001;
-constexpr DWORD DEVHTADJF_ADDITIVE_DEVICE = 0x00000002;
 
-constexpr DWORD HT_FLAG_SQUARE_DEVICE_PEL = 0x00000001;
 constexpr DWORD HT_FLAG_HAS_BLACK_DYE = 0x00000002;
-constexpr DWORD HT_FLAG_ADDITIVE_PRIMS = 0x00000004;
-constexpr DWORD HT_FLAG_USE_8BPP_BITMASK = 0x00000008;
 
-constexpr DWORD HT_PATSIZE_2x2 = 0;
-constexpr DWORD HT_PATSIZE_2x2_M = 1;
-constexpr DWORD HT_PATSIZE_4x4 = 2;
-constexpr DWORD HT_PATSIZE_4x4_M = 3;
-constexpr DWORD HT_PATSIZE_6x6 = 4;
-constexpr DWORD HT_PATSIZE_6x6_M = 5;
-constexpr DWORD HT_PATSIZE_8x8 = 6;
 constexpr DWORD HT_PATSIZE_8x8_M = 7;
-constexpr DWORD HT_PATSIZE_10x10 = 8;
-constexpr DWORD HT_PATSIZE_10x10_M = 9;
-constexpr DWORD HT_PATSIZE_12x12 = 10;
-constexpr DWORD HT_PATSIZE_12x12_M = 11;
-constexpr DWORD HT_PATSIZE_14x14 = 12;
-constexpr DWORD HT_PATSIZE_14x14_M = 13;
-constexpr DWORD HT_PATSIZE_16x16 = 14;
-constexpr DWORD HT_PATSIZE_16x16_M = 15;
 constexpr DWORD HT_PATSIZE_MAX_INDEX = 18;
 
 extern "C" {

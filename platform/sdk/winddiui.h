@@ -22,7 +22,6 @@ struct DOCUMENTPROPERTYHEADER {
   DWORD cbOut;
   DWORD fMode;
 };
-using PDOCUMENTPROPERTYHEADER = DOCUMENTPROPERTYHEADER*;
 static_assert(sizeof(void*) != 4 || sizeof(DOCUMENTPROPERTYHEADER) == 28);
 
 struct DEVICEPROPERTYHEADER {
@@ -31,7 +30,6 @@ struct DEVICEPROPERTYHEADER {
   HANDLE hPrinter;
   LPWSTR pszPrinterName;
 };
-using PDEVICEPROPERTYHEADER = DEVICEPROPERTYHEADER*;
 static_assert(sizeof(void*) != 4 || sizeof(DEVICEPROPERTYHEADER) == 12);
 
 constexpr WORD DPS_NOPERMISSION = 0x0001;
@@ -47,17 +45,6 @@ struct DEVQUERYPRINT_INFO {
 };
 using PDEVQUERYPRINT_INFO = DEVQUERYPRINT_INFO*;
 
-struct ATTRIBUTE_INFO_1 {
-  DWORD dwJobNumberOfPagesPerSide;
-  DWORD dwDrvNumberOfPagesPerSide;
-  DWORD dwNupBorderFlags;
-  DWORD dwJobPageOrderFlags;
-  DWORD dwDrvPageOrderFlags;
-  DWORD dwJobNumberOfCopies;
-  DWORD dwDrvNumberOfCopies;
-};
-using PATTRIBUTE_INFO_1 = ATTRIBUTE_INFO_1*;
-
 struct ATTRIBUTE_INFO_2 {
   DWORD dwJobNumberOfPagesPerSide;
   DWORD dwDrvNumberOfPagesPerSide;
@@ -68,7 +55,6 @@ struct ATTRIBUTE_INFO_2 {
   DWORD dwDrvNumberOfCopies;
   DWORD dwColorOptimization;
 };
-using PATTRIBUTE_INFO_2 = ATTRIBUTE_INFO_2*;
 
 struct ATTRIBUTE_INFO_3 {
   DWORD dwJobNumberOfPagesPerSide;
@@ -82,7 +68,6 @@ struct ATTRIBUTE_INFO_3 {
   SHORT dmPrintQuality;
   SHORT dmYResolution;
 };
-using PATTRIBUTE_INFO_3 = ATTRIBUTE_INFO_3*;
 
 struct ATTRIBUTE_INFO_4 {
   DWORD dwJobNumberOfPagesPerSide;
@@ -101,11 +86,9 @@ struct ATTRIBUTE_INFO_4 {
   DWORD dwScalingPercentX;
   DWORD dwScalingPercentY;
 };
-using PATTRIBUTE_INFO_4 = ATTRIBUTE_INFO_4*;
 static_assert(sizeof(ATTRIBUTE_INFO_2) == 32 && sizeof(ATTRIBUTE_INFO_3) == 36 &&
               sizeof(ATTRIBUTE_INFO_4) == 56);
 
-constexpr INT PRINTER_EVENT_CONFIGURATION_CHANGE = 0;
 constexpr INT PRINTER_EVENT_ADD_CONNECTION = 1;
 constexpr INT PRINTER_EVENT_DELETE_CONNECTION = 2;
 constexpr INT PRINTER_EVENT_INITIALIZE = 3;
@@ -114,26 +97,8 @@ constexpr INT PRINTER_EVENT_CACHE_REFRESH = 5;
 constexpr INT PRINTER_EVENT_CACHE_DELETE = 6;
 constexpr INT PRINTER_EVENT_ATTRIBUTES_CHANGED = 7;
 constexpr INT PRINTER_EVENT_CONFIGURATION_UPDATE = 8;
-constexpr DWORD PRINTER_EVENT_FLAG_NO_UI = 0x00000001;
 
-constexpr int DOCUMENTEVENT_FIRST = 1;
-constexpr int DOCUMENTEVENT_CREATEDCPRE = 1;
-constexpr int DOCUMENTEVENT_CREATEDCPOST = 2;
-constexpr int DOCUMENTEVENT_RESETDCPRE = 3;
-constexpr int DOCUMENTEVENT_RESETDCPOST = 4;
-constexpr int DOCUMENTEVENT_STARTDOC = 5;
-constexpr int DOCUMENTEVENT_STARTPAGE = 6;
-constexpr int DOCUMENTEVENT_ENDPAGE = 7;
-constexpr int DOCUMENTEVENT_ENDDOC = 8;
-constexpr int DOCUMENTEVENT_ABORTDOC = 9;
-constexpr int DOCUMENTEVENT_DELETEDC = 10;
-constexpr int DOCUMENTEVENT_ESCAPE = 11;
-constexpr int DOCUMENTEVENT_ENDDOCPOST = 12;
-constexpr int DOCUMENTEVENT_STARTDOCPOST = 13;
-constexpr int DOCUMENTEVENT_QUERYFILTER = 14;
-constexpr INT DOCUMENTEVENT_SUCCESS = 1;
 constexpr INT DOCUMENTEVENT_UNSUPPORTED = 0;
-constexpr INT DOCUMENTEVENT_FAILURE = -1;
 
 constexpr DWORD CDM_CONVERT = 0x00000001;
 constexpr DWORD CDM_CONVERT351 = 0x00000002;

@@ -13,7 +13,6 @@ using WCHAR = char16_t;
 using CHAR = char;
 using BOOL = int32_t;
 using BYTE = uint8_t;
-using UCHAR = uint8_t;
 using WORD = uint16_t;
 using USHORT = uint16_t;
 using SHORT = int16_t;
@@ -22,10 +21,8 @@ using ULONG = uint32_t;
 using LONG = int32_t;
 using INT = int32_t;
 using UINT = uint32_t;
-using FLOAT = float;
 using DWORDLONG = uint64_t;
 using ULONGLONG = uint64_t;
-using LONGLONG = int64_t;
 using INT_PTR = intptr_t;
 using UINT_PTR = uintptr_t;
 using LONG_PTR = intptr_t;
@@ -35,8 +32,6 @@ using SIZE_T = size_t;
 using WPARAM = UINT_PTR;
 using LPARAM = LONG_PTR;
 using LRESULT = LONG_PTR;
-using HRESULT = int32_t;
-using ATOM = WORD;
 using COLORREF = DWORD;
 using LANGID = WORD;
 
@@ -44,26 +39,14 @@ using LPVOID = void*;
 using PVOID = void*;
 using LPCVOID = const void*;
 using LPWSTR = WCHAR*;
-using PWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;
-using PCWSTR = const WCHAR*;
-using LPTSTR = WCHAR*;
-using LPCTSTR = const WCHAR*;
-using TCHAR = WCHAR;
 using LPSTR = CHAR*;
 using LPCSTR = const CHAR*;
 using LPBYTE = BYTE*;
-using PBYTE = BYTE*;
-using LPWORD = WORD*;
-using PWORD = WORD*;
 using LPDWORD = DWORD*;
-using PDWORD = DWORD*;
-using PULONG = ULONG*;
-using LPLONG = LONG*;
 using PLONG = LONG*;
 using LPBOOL = BOOL*;
 using PBOOL = BOOL*;
-using LPINT = INT*;
 
 using HANDLE = void*;
 #define DECLARE_HANDLE(name) \
@@ -81,7 +64,6 @@ using HCURSOR = HICON;
 DECLARE_HANDLE(HMENU);
 DECLARE_HANDLE(HRSRC);
 using HGLOBAL = HANDLE;
-using HLOCAL = HANDLE;
 using HGDIOBJ = void*;
 DECLARE_HANDLE(HBITMAP);
 DECLARE_HANDLE(HBRUSH);
@@ -125,7 +107,6 @@ struct POINT {
   LONG y;
 };
 using LPPOINT = POINT*;
-using PPOINT = POINT*;
 struct SIZE {
   LONG cx;
   LONG cy;
@@ -138,7 +119,6 @@ struct RECT {
   LONG bottom;
 };
 using LPRECT = RECT*;
-using LPCRECT = const RECT*;
 
 constexpr WORD LOWORD(DWORD_PTR value) { return static_cast<WORD>(value & 0xFFFF); }
 constexpr WORD HIWORD(DWORD_PTR value) { return static_cast<WORD>((value >> 16) & 0xFFFF); }

@@ -223,7 +223,7 @@ TEST_F(BarDialogTest, TheRealLibraryKnowsEveryKind) {
                  {ExpectItems(IDC_BAR_FONT_KIND, names), Select(IDC_BAR_FONT_KIND, row),
                   Click(IDC_BAR_FONT_DETAIL), Click(IDOK), ExpectTitle(kRegisterTitle)});
   }
-  constexpr int kCellSize = 1004;
+  constexpr int kCellSize = 1003;
   steps += New(u"QR", {Select(IDC_BAR_FONT_KIND, kQr1), Click(IDC_BAR_FONT_DETAIL),
                        Replace(kCellSize, u"9"), Click(IDOK)});
   const Records stored = Register(steps);

@@ -78,9 +78,6 @@ class ThoroughUser : public platform::User {
       case ControlKind::kUpDown:
         desk.Spin(control.id, 1);
         break;
-      case ControlKind::kTrackbar:
-        desk.Slide(control.id, control.maximum);
-        break;
       default:
         desk.Click(control.id);
     }

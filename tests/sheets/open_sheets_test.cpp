@@ -41,7 +41,6 @@ TEST_F(OpenSheets, VisitEveryPage) {
       const platform::WindowView sheet = desk.Windows().back();
       EXPECT_EQ(sheet.tabs, expected);
       EXPECT_EQ(sheet.activeTab, 0);
-      EXPECT_FALSE(sheet.applyVisible);
     };
   };
   for (DWORD major : {5u, 10u}) {

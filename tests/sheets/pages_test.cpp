@@ -123,11 +123,11 @@ class OneUse : public platform::User {
       case 0:
         return desk.Page(control_.tab);
       case 1:
-        EXPECT_FALSE(desk.Windows().back().applyEnabled);
+        EXPECT_FALSE(desk.Windows().back().changed);
         return done = Use(desk);
       default:
         Look(desk);
-        marked = desk.Windows().back().applyEnabled;
+        marked = desk.Windows().back().changed;
         return desk.Press(platform::SheetButton::kCancel);
     }
   }

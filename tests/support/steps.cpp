@@ -56,9 +56,6 @@ Step Paste(int id, std::u16string text) {
 Step Spin(int id, int steps) {
   return MustAt(id, "spin", [=](Desk& desk) { return desk.Spin(id, steps); });
 }
-Step Slide(int id, int position) {
-  return MustAt(id, "slide", [=](Desk& desk) { return desk.Slide(id, position); });
-}
 Step Focus(int id) {
   return MustAt(id, "focus", [=](Desk& desk) { return desk.Focus(id); });
 }
@@ -128,7 +125,7 @@ Step ExpectTitle(std::u16string title) {
   return [=](Desk& desk) { EXPECT_EQ(desk.Title(), title); };
 }
 Step ExpectChanged(bool changed) {
-  return [=](Desk& desk) { EXPECT_EQ(desk.Windows().back().applyEnabled, changed); };
+  return [=](Desk& desk) { EXPECT_EQ(desk.Windows().back().changed, changed); };
 }
 
 }  // namespace support

@@ -76,7 +76,6 @@ Step Replace(int id, std::u16string text);  // types over what an edit holds
 Step Type(int id, std::u16string text);     // behind what it holds; it may take some of it back
 Step Paste(int id, std::u16string text);    // over what it holds, in one change
 Step Spin(int id, int steps);
-Step Slide(int id, int position);
 Step Focus(int id);
 Step Key(int virtualKey);
 Step Tab(bool back = false);

@@ -1,7 +1,5 @@
 // Buttons: push buttons, check boxes, radio buttons, group boxes and owner-drawn buttons.
-#include <algorithm>
-
-#include "platform/desktop/windows/desktop.h"
+#include "platform/desktop/windows/manager.h"
 
 namespace platform {
 
@@ -9,74 +7,44 @@ namespace {
 
 struct ButtonState : WindowState {
   UINT check = BST_UNCHECKED;
-  LPARAM image = 0;
 };
 
-DWORD TypeOf(const Window& window) { return window.style & BS_TYPEMASK; }
-
-bool HasCheck(const Window& window) {
-  switch (TypeOf(window)) {
-    case BS_CHECKBOX:
-    case BS_AUTOCHECKBOX:
-    case BS_3STATE:
-    case BS_AUTO3STATE:
-    case BS_RADIOBUTTON:
-    case BS_AUTORADIOBUTTON:
-      return true;
-    default:
-      return false;
-  }
+bool IsButton(const Window& window, DWORD type) {
+  return window.windowClass == WindowClass::kButton && (window.style & BS_TYPEMASK) == type;
 }
 
 // A radio button that is checked is the stop of the Tab key in its group.
 void SetCheck(Window& window, UINT check) {
   auto* state = StateOf<ButtonState>(window);
-  if (state == nullptr || !HasCheck(window)) return;
-  const bool threeStates = TypeOf(window) == BS_3STATE || TypeOf(window) == BS_AUTO3STATE;
-  const UINT value = std::min(check, threeStates ? BST_INDETERMINATE : BST_CHECKED);
+  if (!IsRadio(window) && !IsButton(window, BS_AUTOCHECKBOX)) return;
   if (IsRadio(window)) {
-    window.style = value != 0 ? window.style | WS_TABSTOP : window.style & ~WS_TABSTOP;
+    window.style = check != 0 ? window.style | WS_TABSTOP : window.style & ~WS_TABSTOP;
   }
-  if (state->check == value) return;
-  state->check = value;
+  state->check = check != 0 ? BST_CHECKED : BST_UNCHECKED;
   InvalidateWindow(window, false);
 }
 
 void Toggle(Window& window) {
-  auto* state = StateOf<ButtonState>(window);
-  switch (TypeOf(window)) {
-    case BS_AUTOCHECKBOX:
-      SetCheck(window, state->check == BST_UNCHECKED ? BST_CHECKED : BST_UNCHECKED);
-      break;
-    case BS_AUTO3STATE:
-      SetCheck(window, (state->check + 1) % 3);
-      break;
-    case BS_AUTORADIOBUTTON:
-      for (HWND other : GroupOf(window)) {
-        const WindowPtr one = FindWindowOf(other);
-        if (one && other != window.handle && TypeOf(*one) == BS_AUTORADIOBUTTON) SetCheck(*one, 0);
-      }
-      SetCheck(window, BST_CHECKED);
-      break;
-    default:
-      break;
+  if (IsRadio(window)) {
+    for (HWND other : GroupOf(window)) {
+      const WindowPtr one = FindWindowOf(other);
+      if (one && other != window.handle && IsRadio(*one)) SetCheck(*one, BST_UNCHECKED);
+    }
   }
+  SetCheck(window, IsRadio(window) || !IsChecked(window) ? BST_CHECKED : BST_UNCHECKED);
 }
 
 }  // namespace
 
 bool IsPushButton(const Window& window) {
-  return window.windowClass == WindowClass::kButton &&
-         (TypeOf(window) == BS_PUSHBUTTON || TypeOf(window) == BS_DEFPUSHBUTTON);
+  return IsButton(window, BS_PUSHBUTTON) || IsDefaultButton(window);
 }
+bool IsDefaultButton(const Window& window) { return IsButton(window, BS_DEFPUSHBUTTON); }
+bool IsRadio(const Window& window) { return IsButton(window, BS_AUTORADIOBUTTON); }
 
-bool IsDefaultButton(const Window& window) {
-  return window.windowClass == WindowClass::kButton && TypeOf(window) == BS_DEFPUSHBUTTON;
-}
-
-bool IsRadio(const Window& window) {
-  return window.windowClass == WindowClass::kButton &&
-         (TypeOf(window) == BS_RADIOBUTTON || TypeOf(window) == BS_AUTORADIOBUTTON);
+bool IsOwnerDrawn(const Window& window) {
+  return IsButton(window, BS_OWNERDRAW) || (window.windowClass == WindowClass::kStatic &&
+                                            (window.style & SS_TYPEMASK) == SS_OWNERDRAW);
 }
 
 bool IsChecked(const Window& window) {
@@ -104,13 +72,9 @@ std::vector<HWND> GroupOf(const Window& control) {
 
 bool ClickControl(HWND handle) {
   const WindowPtr window = FindWindowOf(handle);
-  if (!window || !IsShown(handle) || !IsReachable(handle)) return false;
-  if (window->windowClass == WindowClass::kStatic) {
-    if ((window->style & SS_NOTIFY) == 0) return false;
-    NotifyCommand(*window, STN_CLICKED);
-    return true;
-  }
-  if (window->windowClass != WindowClass::kButton || TypeOf(*window) == BS_GROUPBOX) return false;
+  if (!window || window->windowClass != WindowClass::kButton || IsButton(*window, BS_GROUPBOX) ||
+      !IsShown(handle) || !IsReachable(handle))
+    return false;
   SetFocus(handle);
   MoveDefault(handle);
   // Whoever lost the focus may have disabled or closed what was about to be pressed.
@@ -123,61 +87,18 @@ bool ClickControl(HWND handle) {
 LRESULT CALLBACK ButtonProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window) return 0;
-  auto* state = StateOf<ButtonState>(*window);
-  const bool notifies = (window->style & BS_NOTIFY) != 0;
   switch (message) {
     case WM_CREATE:
       window->state = std::make_unique<ButtonState>();
       return 0;
     case BM_GETCHECK:
-      return state->check;
+      return StateOf<ButtonState>(*window)->check;
     case BM_SETCHECK:
       SetCheck(*window, static_cast<UINT>(wParam));
       return 0;
-    case BM_SETSTYLE:
-      window->style = (window->style & 0xFFFF0000) | LOWORD(wParam);
-      InvalidateWindow(*window, false);
-      return 0;
-    case BM_CLICK:
-      ClickControl(handle);
-      return 0;
-    case BM_SETIMAGE: {
-      const LPARAM before = state->image;
-      state->image = lParam;
-      return before;
-    }
-    case BM_GETIMAGE:
-      return state->image;
-    case WM_SETFOCUS:
-      if (notifies) NotifyCommand(*window, BN_SETFOCUS);
-      return 0;
-    case WM_KILLFOCUS:
-      if (notifies) NotifyCommand(*window, BN_KILLFOCUS);
-      return 0;
     default:
-      return DefWindowProcW(handle, message, wParam, lParam);
+      return DefaultProc(handle, message, wParam, lParam);
   }
-}
-
-LRESULT CALLBACK StaticProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  struct StaticState : WindowState {
-    LPARAM image = 0;
-  };
-  const WindowPtr window = FindWindowOf(handle);
-  if (!window) return 0;
-  if (message == WM_CREATE) {
-    window->state = std::make_unique<StaticState>();
-    return 0;
-  }
-  auto* state = StateOf<StaticState>(*window);
-  if (message == STM_GETIMAGE) return state->image;
-  if (message == STM_SETIMAGE) {
-    const LPARAM before = state->image;
-    state->image = lParam;
-    InvalidateWindow(*window, true);
-    return before;
-  }
-  return DefWindowProcW(handle, message, wParam, lParam);
 }
 
 }  // namespace platform

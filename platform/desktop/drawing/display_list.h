@@ -15,11 +15,10 @@ struct DrawOp {
   RECT rect = {};    // rectangle, fill, image target, text clip box; a line runs from left/top to
                      // right/bottom
   COLORREF pen = 0;  // rectangles and lines
-  int penStyle = 0;  // PS_SOLID, PS_DOT, PS_NULL …
+  int penStyle = 0;  // PS_SOLID, PS_DOT …
   int penWidth = 1;
   COLORREF brush = 0xFFFFFF;  // rectangles and fills
-  bool hollow = false;        // a rectangle without a fill
-  int bitmap = 0;             // images: the bitmap's resource id (0: made at run time)
+  int bitmap = 0;             // images: the bitmap's resource id
   RECT source = {};           // images: the part shown, in the bitmap's pixels
   std::u16string text;
   POINT at = {};  // text: the reference point

@@ -6,54 +6,51 @@
 
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <variant>
 #include <vector>
 
-#include "platform/desktop/drawing/display_list.h"
-
 namespace platform {
 
-// Objects made (pens, brushes, fonts, bitmaps, regions) and not deleted; stock objects do not
-// count.
+// Objects made (pens, fonts, bitmaps) and not deleted; stock objects do not count.
 int LiveGdiObjects();
-// Contexts got from GetDC, BeginPaint or CreateCompatibleDC and not given back.
+// Contexts got from GetDC or CreateCompatibleDC and not given back.
 int LiveDcs();
 
-// The colour of a brush; nothing for a hollow brush or a stale handle.
+// The colour of a brush; nothing for a stale handle.
 std::optional<COLORREF> BrushColour(HBRUSH brush);
-// Width of a text in pixels in a font; a null or stale font counts as the dialogs' own font.
-int TextWidth(HFONT font, std::u16string_view text);
 
 namespace gdi {
 
+struct Pen {
+  int style, width;
+  COLORREF colour;
+};
+struct Brush {
+  COLORREF colour;
+};
 struct Bitmap {
   int width = 0, height = 0;
-  WORD bitsPerPixel = 32;
-  int resourceId = 0;   // 0: made at run time
-  DisplayList drawing;  // what was drawn on it since
+  WORD bitsPerPixel = 0;
+  int resourceId = 0;
 };
+using ObjectData = std::variant<Pen, Brush, LOGFONTW, Bitmap>;
 
 struct Object {
-  UINT type = 0;  // OBJ_PEN, OBJ_BRUSH, OBJ_FONT, OBJ_BITMAP or OBJ_REGION
   bool stock = false;
   int selected = 0;  // contexts (and saved states) that hold it
-  std::variant<LOGPEN, LOGBRUSH, LOGFONTW, Bitmap, RECT> data;
+  ObjectData data;
 };
 
-// What SaveDC keeps.
+// What SaveDC keeps. The objects selected stand in the order of ObjectData.
 struct DcState {
-  HGDIOBJ pen, brush, font, bitmap;
+  HGDIOBJ selected[std::variant_size_v<ObjectData>] = {};
   COLORREF textColour = 0;
   COLORREF background = 0xFFFFFF;
   int backgroundMode = OPAQUE;
   int stretchMode = BLACKONWHITE;
-  int mapMode = MM_TEXT;
-  UINT align = TA_LEFT;
   POINT position = {};
-  std::optional<RECT> clip;
 };
 
 struct Dc {
@@ -61,13 +58,6 @@ struct Dc {
   bool memory = false;
   DcState state;
   std::vector<DcState> saved;
-};
-
-// Where a context draws: the list, and the area that covers all of it. No list: drawing is lost (a
-// window that is gone, the screen).
-struct Target {
-  DisplayList* list = nullptr;
-  RECT area = {};
 };
 
 // All live objects and contexts. Handles are numbers that are never used again, so a stale handle
@@ -81,43 +71,44 @@ struct ObjectStore {
   HGDIOBJ defaultBitmap = nullptr;  // the one-pixel bitmap of a fresh memory context
 
   static ObjectStore& Get();
-  HGDIOBJ Add(UINT type, decltype(Object::data) data, bool isStock = false);
+  HGDIOBJ Add(ObjectData data, bool isStock = false);
   Object* Find(HGDIOBJ handle);
   Dc* FindDc(HDC dc);
   template <typename T>
   T* FindAs(HGDIOBJ handle) {
     Object* object = Find(handle);
-    return object ? std::get_if<T>(&object->data) : nullptr;
+    return object != nullptr ? std::get_if<T>(&object->data) : nullptr;
   }
-  Target TargetOf(const Dc& dc);
+  // The object of a kind that a context has selected: there always is one.
+  template <typename T>
+  const T& Selected(const Dc& dc) {
+    return *FindAs<T>(dc.state.selected[ObjectData(T()).index()]);
+  }
   void Hold(const DcState& state, int by);  // counts the state's objects as selected or no more
 
  private:
   ObjectStore();
 };
 
-// The window's list and client area; none for a window that is gone.
-Target WindowTarget(HWND window);
+// Runs `work` on a live context under the lock; answers `none` for a stale one.
+template <typename Answer, typename Work>
+Answer WithDc(HDC handle, Answer none, Work work) {
+  ObjectStore& store = ObjectStore::Get();
+  const std::lock_guard guard(store.lock);
+  Dc* dc = store.FindDc(handle);
+  return dc != nullptr ? work(store, *dc) : none;
+}
 
-// Whether a creation shall fail now, as a computer out of handles lets it fail.
-bool CreationFails();
-
-// Adds an operation, clipped to the context, and drops what it hides.
-void Record(ObjectStore& store, const Dc& dc, DrawOp op);
-void Record(const Target& target, DrawOp op);
-
-// An operation with the context's pen, brush, colours and font filled in.
-DrawOp Prepared(ObjectStore& store, const Dc& dc, DrawOp::Kind kind);
+// An object as the module makes it; null where a computer out of handles has none.
+HGDIOBJ AddMade(ObjectData data);
 
 // Font metrics, fixed for all machines.
 struct FontShape {
-  int height, ascent, descent, average;
+  int height, ascent, average;
   bool proportional;
 };
 FontShape ShapeOf(const LOGFONTW& font);
-int CharWidth(const FontShape& shape, char16_t unit);
 int TextWidth(const FontShape& shape, std::u16string_view text);
-const LOGFONTW& SelectedFont(ObjectStore& store, const Dc& dc);
 
 }  // namespace gdi
 }  // namespace platform

@@ -36,7 +36,6 @@ FontShape ShapeOf(const LOGFONTW& font) {
   FontShape shape = {};
   shape.height = font.lfHeight == 0 ? 12 : std::abs(std::clamp(font.lfHeight, -32767, 32767));
   shape.ascent = (shape.height * 220 + 128) / 256;
-  shape.descent = shape.height - shape.ascent;
   const int width = std::abs(std::clamp(font.lfWidth, -32767, 32767));
   shape.average = width != 0 ? width : std::max(1, shape.height / 2);
   // A fixed pitch asked for weighs more than the face in the font mapper, so a proportional face is
@@ -47,7 +46,7 @@ FontShape ShapeOf(const LOGFONTW& font) {
   return shape;
 }
 
-int CharWidth(const FontShape& shape, char16_t unit) {
+static int CharWidth(const FontShape& shape, char16_t unit) {
   if (unit >= 0xDC00 && unit <= 0xDFFF) return 0;  // its pair's first half has the width
   if (IsFullWidth(unit)) return shape.average * 2;
   if (!shape.proportional) return shape.average;
@@ -62,11 +61,6 @@ int TextWidth(const FontShape& shape, std::u16string_view text) {
   return width;
 }
 
-const LOGFONTW& SelectedFont(ObjectStore& store, const Dc& dc) {
-  const auto* font = store.FindAs<LOGFONTW>(dc.state.font);
-  return font ? *font : *store.FindAs<LOGFONTW>(store.stock[SYSTEM_FONT]);
-}
-
 namespace {
 
 TEXTMETRICW MetricsOf(const LOGFONTW& font) {
@@ -74,32 +68,12 @@ TEXTMETRICW MetricsOf(const LOGFONTW& font) {
   TEXTMETRICW metrics = {};
   metrics.tmHeight = shape.height;
   metrics.tmAscent = shape.ascent;
-  metrics.tmDescent = shape.descent;
+  metrics.tmDescent = shape.height - shape.ascent;
   metrics.tmAveCharWidth = shape.average;
   metrics.tmMaxCharWidth = shape.average * 2;
-  metrics.tmWeight = font.lfWeight == FW_DONTCARE ? FW_NORMAL : font.lfWeight;
-  metrics.tmDigitizedAspectX = metrics.tmDigitizedAspectY = 96;
-  metrics.tmFirstChar = 0x20;
-  metrics.tmLastChar = 0xFFE6;
-  metrics.tmDefaultChar = u'?';
-  metrics.tmBreakChar = u' ';
-  metrics.tmItalic = font.lfItalic;
-  metrics.tmUnderlined = font.lfUnderline;
-  metrics.tmStruckOut = font.lfStrikeOut;
-  metrics.tmPitchAndFamily = static_cast<BYTE>(FF_MODERN | TMPF_VECTOR | TMPF_TRUETYPE |
-                                               (shape.proportional ? TMPF_FIXED_PITCH : 0));
+  metrics.tmWeight = font.lfWeight;
   metrics.tmCharSet = SHIFTJIS_CHARSET;
   return metrics;
-}
-
-template <typename Work>
-BOOL WithFont(HDC dc, Work work) {
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  const Dc* it = store.FindDc(dc);
-  if (!it) return FALSE;
-  work(SelectedFont(store, *it));
-  return TRUE;
 }
 
 }  // namespace
@@ -107,55 +81,29 @@ BOOL WithFont(HDC dc, Work work) {
 
 using namespace platform::gdi;
 
-int platform::TextWidth(HFONT font, std::u16string_view text) {
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  const auto* found = store.FindAs<LOGFONTW>(font);
-  return TextWidth(ShapeOf(found ? *found : *store.FindAs<LOGFONTW>(store.stock[SYSTEM_FONT])),
-                   text);
-}
-
 BOOL WINAPI GetTextMetricsW(HDC dc, LPTEXTMETRICW metrics) {
-  return WithFont(dc, [&](const LOGFONTW& font) { *metrics = MetricsOf(font); });
+  return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) {
+    *metrics = MetricsOf(store.Selected<LOGFONTW>(it));
+    return TRUE;
+  });
 }
 
 BOOL WINAPI GetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size) {
   if (length < 0) return FALSE;
-  return WithFont(dc, [&](const LOGFONTW& font) {
-    const FontShape shape = ShapeOf(font);
+  return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) {
+    const FontShape shape = ShapeOf(store.Selected<LOGFONTW>(it));
     *size = {TextWidth(shape, {text, static_cast<size_t>(length)}), shape.height};
+    return TRUE;
   });
-}
-
-BOOL WINAPI GetCharWidth32W(HDC dc, UINT first, UINT last, LPINT widths) {
-  if (first > last || last > 0xFFFF) return FALSE;
-  return WithFont(dc, [&](const LOGFONTW& font) {
-    const FontShape shape = ShapeOf(font);
-    for (UINT unit = first; unit <= last; ++unit)
-      *widths++ = CharWidth(shape, static_cast<char16_t>(unit));
-  });
-}
-
-int WINAPI GetTextFaceW(HDC dc, int size, LPWSTR name) {
-  int copied = 0;
-  WithFont(dc, [&](const LOGFONTW& font) {
-    const std::u16string_view face(font.lfFaceName);
-    copied = static_cast<int>(face.size()) + 1;
-    if (!name || size < 1) return;
-    copied = std::min(copied, size);
-    face.copy(name, static_cast<size_t>(copied) - 1);
-    name[copied - 1] = 0;
-  });
-  return copied;
 }
 
 // Answers what the callback answered last; 1 when no family is there. A family given by name is
 // told alone.
 int WINAPI EnumFontFamiliesW(HDC dc, LPCWSTR family, FONTENUMPROCW callback, LPARAM param) {
-  if (!callback || !GetObjectType(dc)) return 0;
+  if (callback == nullptr || !WithDc(dc, false, [](ObjectStore&, Dc&) { return true; })) return 0;
   int answer = 1;
   for (const std::u16string& name : platform::Machine::Current().InstalledFontFamilies()) {
-    if (family && lstrcmpiW(name.c_str(), family) != 0) continue;
+    if (family != nullptr && lstrcmpiW(name.c_str(), family) != 0) continue;
     ENUMLOGFONTW font = {};
     font.elfLogFont.lfHeight = 16;
     font.elfLogFont.lfWidth = 8;

@@ -1,32 +1,16 @@
-// Pens, brushes, fonts, regions and stock objects: making, selecting, asking, deleting.
+// Pens, brushes, fonts, bitmaps and stock objects, and the contexts that they are selected into.
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "platform/desktop/drawing/gdi.h"
+#include "platform/desktop/windows/window.h"
 #include "platform/machine.h"
+#include "platform/system/resources.h"
 
 namespace platform {
 namespace gdi {
-namespace {
-
-LOGFONTW FontNamed(int height, int weight, BYTE pitch, std::u16string_view face) {
-  LOGFONTW font = {};
-  font.lfHeight = height;
-  font.lfWeight = weight;
-  font.lfCharSet = SHIFTJIS_CHARSET;
-  font.lfPitchAndFamily = pitch;
-  face.copy(font.lfFaceName, LF_FACESIZE - 1);
-  return font;
-}
-
-HGDIOBJ AddMade(UINT type, decltype(Object::data) data) {
-  if (CreationFails()) return nullptr;
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  return store.Add(type, std::move(data));
-}
-
-}  // namespace
 
 ObjectStore& ObjectStore::Get() {
   static ObjectStore store;
@@ -34,32 +18,22 @@ ObjectStore& ObjectStore::Get() {
 }
 
 ObjectStore::ObjectStore() {
-  const struct {
-    int index;
-    COLORREF colour;
-  } brushes[] = {{WHITE_BRUSH, 0xFFFFFF},
-                 {LTGRAY_BRUSH, 0xC0C0C0},
-                 {GRAY_BRUSH, 0x808080},
-                 {DKGRAY_BRUSH, 0x404040},
-                 {BLACK_BRUSH, 0x000000}};
-  for (const auto& brush : brushes)
-    stock[brush.index] = Add(OBJ_BRUSH, LOGBRUSH{BS_SOLID, brush.colour, 0}, true);
-  stock[NULL_BRUSH] = Add(OBJ_BRUSH, LOGBRUSH{BS_NULL, 0, 0}, true);
-  stock[WHITE_PEN] = Add(OBJ_PEN, LOGPEN{PS_SOLID, {0, 0}, 0xFFFFFF}, true);
-  stock[BLACK_PEN] = Add(OBJ_PEN, LOGPEN{PS_SOLID, {0, 0}, 0}, true);
-  stock[NULL_PEN] = Add(OBJ_PEN, LOGPEN{PS_NULL, {0, 0}, 0}, true);
-  const LOGFONTW fixed = FontNamed(12, FW_NORMAL, FIXED_PITCH, u"ＭＳ ゴシック");
-  const LOGFONTW dialog = FontNamed(12, FW_NORMAL, FIXED_PITCH, u"MS Shell Dlg");
-  stock[ANSI_FIXED_FONT] = Add(OBJ_FONT, fixed, true);
-  for (const int index : {ANSI_VAR_FONT, SYSTEM_FONT, DEFAULT_GUI_FONT})
-    stock[index] = Add(OBJ_FONT, dialog, true);
-  defaultBitmap = Add(OBJ_BITMAP, Bitmap{1, 1, 1, 0, {}}, true);
+  stock[WHITE_BRUSH] = Add(Brush{0xFFFFFF}, true);
+  stock[BLACK_BRUSH] = Add(Brush{0x000000}, true);
+  stock[BLACK_PEN] = Add(Pen{PS_SOLID, 0, 0}, true);
+  LOGFONTW font = {};
+  font.lfHeight = 12;
+  font.lfWeight = FW_NORMAL;
+  font.lfPitchAndFamily = FIXED_PITCH;
+  std::u16string_view(u"MS Shell Dlg").copy(font.lfFaceName, LF_FACESIZE - 1);
+  stock[SYSTEM_FONT] = Add(font, true);
+  defaultBitmap = Add(Bitmap{1, 1, 1, 0}, true);
 }
 
-HGDIOBJ ObjectStore::Add(UINT type, decltype(Object::data) data, bool isStock) {
+HGDIOBJ ObjectStore::Add(ObjectData data, bool isStock) {
   const auto handle = reinterpret_cast<HGDIOBJ>(nextHandle);
   nextHandle += 2;
-  objects.emplace(handle, Object{type, isStock, 0, std::move(data)});
+  objects.emplace(handle, Object{isStock, 0, std::move(data)});
   return handle;
 }
 
@@ -74,12 +48,70 @@ Dc* ObjectStore::FindDc(HDC dc) {
 }
 
 void ObjectStore::Hold(const DcState& state, int by) {
-  for (HGDIOBJ handle : {state.pen, state.brush, state.font, state.bitmap})
+  for (HGDIOBJ handle : state.selected)
     if (Object* object = Find(handle)) object->selected += by;
 }
 
-bool CreationFails() { return Machine::Current().faults.Strike(Fault::kWindow); }
+HGDIOBJ AddMade(ObjectData data) {
+  if (Machine::Current().faults.Strike(Fault::kWindow)) return nullptr;
+  ObjectStore& store = ObjectStore::Get();
+  const std::lock_guard guard(store.lock);
+  return store.Add(std::move(data));
+}
 
+namespace {
+
+constexpr int kLargestSide = 32767;
+
+// The head of a device-independent bitmap without its file header; false when it is damaged.
+bool ReadBitmapHead(const std::byte* data, size_t size, Bitmap& bitmap) {
+  BITMAPINFOHEADER head;
+  if (size < sizeof head) return false;
+  std::memcpy(&head, data, sizeof head);
+  if (head.biSize < sizeof head || head.biSize > size) return false;
+  if (head.biWidth <= 0 || head.biWidth > kLargestSide) return false;
+  if (head.biHeight == 0 || std::llabs(head.biHeight) > kLargestSide) return false;
+  bitmap.width = head.biWidth;
+  bitmap.height = std::abs(head.biHeight);
+  bitmap.bitsPerPixel = head.biBitCount;
+  return true;
+}
+
+HDC AddContext(HWND window, bool memory) {
+  ObjectStore& store = ObjectStore::Get();
+  const std::lock_guard guard(store.lock);
+  const auto handle = reinterpret_cast<HDC>(store.nextHandle);
+  store.nextHandle += 2;
+  Dc dc;
+  dc.window = window;
+  dc.memory = memory;
+  const HGDIOBJ fresh[] = {store.stock[BLACK_PEN], store.stock[WHITE_BRUSH],
+                           store.stock[SYSTEM_FONT], store.defaultBitmap};
+  std::copy(std::begin(fresh), std::end(fresh), dc.state.selected);
+  store.Hold(dc.state, 1);
+  store.contexts.emplace(handle, std::move(dc));
+  return handle;
+}
+
+bool RemoveContext(HDC handle, HWND window, bool memory) {
+  return WithDc(handle, false, [=](ObjectStore& store, Dc& dc) {
+    if (dc.memory != memory || dc.window != window) return false;
+    store.Hold(dc.state, -1);
+    for (const DcState& state : dc.saved) store.Hold(state, -1);
+    store.contexts.erase(handle);
+    return true;
+  });
+}
+
+// Sets a member of the state and answers the old value.
+template <typename T>
+T Exchange(HDC handle, T none, T DcState::*member, T value) {
+  return WithDc(handle, none, [&](ObjectStore&, Dc& dc) {
+    return static_cast<T>(std::exchange(dc.state.*member, value));
+  });
+}
+
+}  // namespace
 }  // namespace gdi
 
 int LiveGdiObjects() {
@@ -98,79 +130,53 @@ int LiveDcs() {
 std::optional<COLORREF> BrushColour(HBRUSH brush) {
   gdi::ObjectStore& store = gdi::ObjectStore::Get();
   const std::lock_guard guard(store.lock);
-  const auto* found = store.FindAs<LOGBRUSH>(brush);
-  if (!found || found->lbStyle == BS_NULL) return std::nullopt;
-  return found->lbColor;
+  const auto* found = store.FindAs<gdi::Brush>(brush);
+  return found != nullptr ? std::optional(found->colour) : std::nullopt;
 }
 
 }  // namespace platform
 
+using namespace platform;
 using namespace platform::gdi;
 
 HGDIOBJ WINAPI GetStockObject(int index) {
-  if (index < 0 || index >= 20) return nullptr;
-  return ObjectStore::Get().stock[index];
+  return index >= 0 && index < 20 ? ObjectStore::Get().stock[index] : nullptr;
 }
 
 HPEN WINAPI CreatePen(int style, int width, COLORREF colour) {
-  // An unknown style counts as solid, as the documentation of CreatePen has it; broken lines exist
-  // one pixel wide only.
-  if (style < PS_SOLID || style > PS_INSIDEFRAME) style = PS_SOLID;
-  if (width > 1 && style >= PS_DASH && style <= PS_DASHDOTDOT) style = PS_SOLID;
-  return static_cast<HPEN>(
-      AddMade(OBJ_PEN, LOGPEN{static_cast<UINT>(style), {width, 0}, colour & 0xFFFFFF}));
-}
-
-HPEN WINAPI CreatePenIndirect(const LOGPEN* pen) {
-  return pen ? CreatePen(static_cast<int>(pen->lopnStyle), pen->lopnWidth.x, pen->lopnColor)
-             : nullptr;
-}
-
-HBRUSH WINAPI CreateSolidBrush(COLORREF colour) {
-  return static_cast<HBRUSH>(AddMade(OBJ_BRUSH, LOGBRUSH{BS_SOLID, colour & 0xFFFFFF, 0}));
-}
-
-HBRUSH WINAPI CreateBrushIndirect(const LOGBRUSH* brush) {
-  return brush ? static_cast<HBRUSH>(AddMade(OBJ_BRUSH, *brush)) : nullptr;
-}
-
-HFONT WINAPI CreateFontIndirectW(const LOGFONTW* font) {
-  if (!font) return nullptr;
-  LOGFONTW copy = *font;
-  copy.lfFaceName[LF_FACESIZE - 1] = 0;
-  return static_cast<HFONT>(AddMade(OBJ_FONT, copy));
+  return static_cast<HPEN>(AddMade(Pen{style, width, colour & 0xFFFFFF}));
 }
 
 HFONT WINAPI CreateFontW(int height, int width, int escapement, int orientation, int weight,
                          DWORD italic, DWORD underline, DWORD strikeOut, DWORD charSet,
                          DWORD outPrecision, DWORD clipPrecision, DWORD quality,
                          DWORD pitchAndFamily, LPCWSTR faceName) {
-  LOGFONTW font = {};
-  font.lfHeight = height;
-  font.lfWidth = width;
-  font.lfEscapement = escapement;
-  font.lfOrientation = orientation;
-  font.lfWeight = weight;
-  font.lfItalic = static_cast<BYTE>(italic);
-  font.lfUnderline = static_cast<BYTE>(underline);
-  font.lfStrikeOut = static_cast<BYTE>(strikeOut);
-  font.lfCharSet = static_cast<BYTE>(charSet);
-  font.lfOutPrecision = static_cast<BYTE>(outPrecision);
-  font.lfClipPrecision = static_cast<BYTE>(clipPrecision);
-  font.lfQuality = static_cast<BYTE>(quality);
-  font.lfPitchAndFamily = static_cast<BYTE>(pitchAndFamily);
-  if (faceName) std::u16string_view(faceName).copy(font.lfFaceName, LF_FACESIZE - 1);
-  return CreateFontIndirectW(&font);
+  LOGFONTW font = {height,
+                   width,
+                   escapement,
+                   orientation,
+                   weight,
+                   static_cast<BYTE>(italic),
+                   static_cast<BYTE>(underline),
+                   static_cast<BYTE>(strikeOut),
+                   static_cast<BYTE>(charSet),
+                   static_cast<BYTE>(outPrecision),
+                   static_cast<BYTE>(clipPrecision),
+                   static_cast<BYTE>(quality),
+                   static_cast<BYTE>(pitchAndFamily),
+                   {}};
+  if (faceName != nullptr) std::u16string_view(faceName).copy(font.lfFaceName, LF_FACESIZE - 1);
+  return static_cast<HFONT>(AddMade(font));
 }
 
-HRGN WINAPI CreateRectRgn(int left, int top, int right, int bottom) {
-  const RECT rect = {std::min(left, right), std::min(top, bottom), std::max(left, right),
-                     std::max(top, bottom)};
-  return static_cast<HRGN>(AddMade(OBJ_REGION, rect));
-}
-
-HRGN WINAPI CreateRectRgnIndirect(const RECT* rect) {
-  return rect ? CreateRectRgn(rect->left, rect->top, rect->right, rect->bottom) : nullptr;
+HBITMAP WINAPI LoadBitmapW(HINSTANCE instance, LPCWSTR name) {
+  if (!IS_INTRESOURCE(name)) return nullptr;
+  const WORD id = LOWORD(reinterpret_cast<ULONG_PTR>(name));
+  const auto data = FindResourceBytes(instance, kResourceBitmap, id);
+  Bitmap bitmap;
+  bitmap.resourceId = id;
+  if (!ReadBitmapHead(data.data(), data.size(), bitmap)) return nullptr;
+  return static_cast<HBITMAP>(AddMade(bitmap));
 }
 
 // A selected object is not deleted: the mistake shows in the count of live objects. A stock object
@@ -179,43 +185,83 @@ BOOL WINAPI DeleteObject(HGDIOBJ object) {
   ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
   const Object* found = store.Find(object);
-  if (!found) return FALSE;
-  if (found->stock) return TRUE;
-  if (found->selected > 0) return FALSE;
-  store.objects.erase(object);
+  if (found == nullptr || (!found->stock && found->selected > 0)) return FALSE;
+  if (!found->stock) store.objects.erase(object);
   return TRUE;
 }
 
-UINT WINAPI GetObjectType(HGDIOBJ object) {
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  if (const Object* found = store.Find(object)) return found->type;
-  if (const Dc* dc = store.FindDc(static_cast<HDC>(object))) return dc->memory ? OBJ_MEMDC : OBJ_DC;
-  return 0;
-}
-
+// Of bitmaps: nobody asks about others.
 int WINAPI GetObjectW(HGDIOBJ object, int size, LPVOID buffer) {
   ObjectStore& store = ObjectStore::Get();
   const std::lock_guard guard(store.lock);
-  const Object* found = store.Find(object);
-  if (!found || found->type == OBJ_REGION) return 0;
-  const auto answer = [&](const auto& value) {
-    const int whole = static_cast<int>(sizeof value);
-    if (!buffer) return whole;
-    const int copied = std::clamp(size, 0, whole);
-    std::memcpy(buffer, &value, static_cast<size_t>(copied));
-    return copied;
-  };
-  if (const auto* bitmap = std::get_if<Bitmap>(&found->data)) {
-    BITMAP form = {};
-    form.bmWidth = bitmap->width;
-    form.bmHeight = bitmap->height;
-    form.bmWidthBytes = (bitmap->width * bitmap->bitsPerPixel + 15) / 16 * 2;
-    form.bmPlanes = 1;
-    form.bmBitsPixel = bitmap->bitsPerPixel;
-    return size < static_cast<int>(sizeof form) && buffer ? 0 : answer(form);
-  }
-  if (const auto* pen = std::get_if<LOGPEN>(&found->data)) return answer(*pen);
-  if (const auto* brush = std::get_if<LOGBRUSH>(&found->data)) return answer(*brush);
-  return answer(std::get<LOGFONTW>(found->data));
+  const auto* bitmap = store.FindAs<Bitmap>(object);
+  BITMAP form = {};
+  if (bitmap == nullptr || buffer == nullptr || size < static_cast<int>(sizeof form)) return 0;
+  form.bmWidth = bitmap->width;
+  form.bmHeight = bitmap->height;
+  form.bmWidthBytes = (bitmap->width * bitmap->bitsPerPixel + 15) / 16 * 2;
+  form.bmPlanes = 1;
+  form.bmBitsPixel = bitmap->bitsPerPixel;
+  std::memcpy(buffer, &form, sizeof form);
+  return sizeof form;
+}
+
+HDC WINAPI GetDC(HWND window) {
+  return window == nullptr || FindWindowOf(window) ? AddContext(window, false) : nullptr;
+}
+
+int WINAPI ReleaseDC(HWND window, HDC dc) { return RemoveContext(dc, window, false); }
+
+HDC WINAPI CreateCompatibleDC(HDC) {
+  return Machine::Current().faults.Strike(Fault::kWindow) ? nullptr : AddContext(nullptr, true);
+}
+
+BOOL WINAPI DeleteDC(HDC dc) { return RemoveContext(dc, nullptr, true); }
+
+int WINAPI SaveDC(HDC dc) {
+  return WithDc(dc, 0, [](ObjectStore& store, Dc& it) {
+    store.Hold(it.state, 1);
+    it.saved.push_back(it.state);
+    return static_cast<int>(it.saved.size());
+  });
+}
+
+// A state is one that SaveDC answered; a negative one counts back from the current one.
+BOOL WINAPI RestoreDC(HDC dc, int state) {
+  return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) -> BOOL {
+    const int depth = static_cast<int>(it.saved.size());
+    const int index = state < 0 ? depth + state : state - 1;
+    if (index < 0 || index >= depth) return FALSE;
+    for (; static_cast<int>(it.saved.size()) > index; it.saved.pop_back()) {
+      store.Hold(it.state, -1);
+      it.state = it.saved.back();
+    }
+    return TRUE;
+  });
+}
+
+// A bitmap goes into memory contexts only, and into one at a time.
+HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object) {
+  return WithDc(dc, HGDIOBJ{}, [=](ObjectStore& store, Dc& it) -> HGDIOBJ {
+    Object* found = store.Find(object);
+    if (found == nullptr) return nullptr;
+    HGDIOBJ& slot = it.state.selected[found->data.index()];
+    if (std::holds_alternative<Bitmap>(found->data) &&
+        (!it.memory || (slot != object && found->selected > 0 && !found->stock)))
+      return nullptr;
+    ++found->selected;
+    if (Object* old = store.Find(slot)) --old->selected;
+    return std::exchange(slot, object);
+  });
+}
+
+COLORREF WINAPI SetTextColor(HDC dc, COLORREF colour) {
+  return Exchange(dc, CLR_INVALID, &DcState::textColour, colour & 0xFFFFFF);
+}
+COLORREF WINAPI SetBkColor(HDC dc, COLORREF colour) {
+  return Exchange(dc, CLR_INVALID, &DcState::background, colour & 0xFFFFFF);
+}
+int WINAPI SetBkMode(HDC dc, int mode) { return Exchange(dc, 0, &DcState::backgroundMode, mode); }
+int WINAPI SetStretchBltMode(HDC dc, int mode) {
+  return Exchange(dc, 0, &DcState::stretchMode, mode);
 }

@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/desktop/windows/desk_view.h"
-#include "platform/desktop/windows/desktop.h"
-#include "platform/desktop/windows/keyboard.h"
+#include "platform/desktop/windows/manager.h"
 #include "platform/machine.h"
 
 namespace platform {
@@ -16,9 +14,9 @@ namespace {
 // As long as a person holds an arrow at most.
 constexpr int kMostSteps = 10000;
 
-class Desktop final : public Desk {
+class ManagedDesk final : public Desk {
  public:
-  DesktopState state;
+  WindowManager state;
 
   void Attach(User* user) override {
     state.user = user;
@@ -51,17 +49,16 @@ class Desktop final : public Desk {
   }
   bool Select(int id, std::u16string_view item) override;
   bool Spin(int id, int steps) override;
-  bool Slide(int id, int position) override {
-    return Usable(id) && SlideTo(ControlOf(Top(), id), position);
-  }
   bool Key(int key) override { return PressKey(Top(), key); }
   bool Tab(bool back) override { return PressTab(Top(), back); }
   bool Enter() override { return PressEnter(Top()); }
   bool Escape() override { return PressEscape(Top()); }
   bool AccessKey(char16_t letter) override { return PressAccessKey(Top(), letter); }
   bool Close() override;
-  bool Page(int index) override;
-  bool Press(SheetButton button) override;
+  bool Page(int index) override { return SheetOnTop() != nullptr && SheetOnTop()->Turn(index); }
+  bool Press(SheetButton button) override {
+    return SheetOnTop() != nullptr && SheetOnTop()->Press(button);
+  }
 
  private:
   // Whether the control is there, can be seen and acted on, in a window that is on top.
@@ -70,11 +67,12 @@ class Desktop final : public Desk {
     return control != nullptr && IsShown(control) && IsReachable(control) &&
            ViewOf(*FindWindowOf(control)).visible;
   }
+  SheetState* SheetOnTop() const;
   HWND EditAt(int id);
   bool TypeAll(HWND edit, std::u16string_view text);
 };
 
-std::vector<WindowView> Desktop::Windows() {
+std::vector<WindowView> ManagedDesk::Windows() {
   std::vector<WindowView> views;
   for (HWND top : state.tops) {
     const WindowPtr window = FindWindowOf(top);
@@ -83,7 +81,7 @@ std::vector<WindowView> Desktop::Windows() {
   return views;
 }
 
-std::u16string Desktop::Title() const {
+std::u16string ManagedDesk::Title() const {
   const WindowPtr window = FindWindowOf(Top());
   if (!window) return {};
   const auto* sheet = StateOf<SheetState>(*window);
@@ -91,29 +89,28 @@ std::u16string Desktop::Title() const {
   return page ? page->text : window->text;
 }
 
-bool Desktop::IsMessageBox() const {
+bool ManagedDesk::IsMessageBox() const {
   const WindowPtr window = FindWindowOf(Top());
   return window && window->viewKind == WindowView::Kind::kMessageBox;
 }
 
-std::u16string Desktop::MessageText() const {
+std::u16string ManagedDesk::MessageText() const {
   constexpr int kTextId = 0xFFFF;
   return IsMessageBox() ? Text(kTextId) : std::u16string();
 }
 
-UINT Desktop::MessageStyle() const {
+UINT ManagedDesk::MessageStyle() const {
   return IsMessageBox() ? FindWindowOf(Top())->messageStyle : 0;
 }
 
-ControlView Desktop::Control(int id) const {
+ControlView ManagedDesk::Control(int id) const {
   const WindowPtr control = FindWindowOf(ControlOf(Top(), id));
   if (!control)
     throw std::out_of_range("no control " + std::to_string(id) + " in the window on top");
   return ViewOf(*control);
 }
 
-// The control after the person's hand has reached it; null when it could not.
-bool Desktop::Focus(int id) {
+bool ManagedDesk::Focus(int id) {
   if (!Usable(id)) return false;
   const HWND control = ControlOf(Top(), id);
   SetFocus(control);
@@ -121,7 +118,7 @@ bool Desktop::Focus(int id) {
   return state.focus == control;
 }
 
-HWND Desktop::EditAt(int id) {
+HWND ManagedDesk::EditAt(int id) {
   if (!Usable(id)) return nullptr;
   const HWND edit = ControlOf(Top(), id);
   const WindowPtr window = FindWindowOf(edit);
@@ -132,7 +129,7 @@ HWND Desktop::EditAt(int id) {
 
 // Painting waits for the fingers to rest. What takes the focus or opens a window above keeps the
 // rest of the text.
-bool Desktop::TypeAll(HWND edit, std::u16string_view text) {
+bool ManagedDesk::TypeAll(HWND edit, std::u16string_view text) {
   const HWND top = Top();
   for (char16_t character : text) {
     if (Top() != top || state.focus != edit || !TypeCharacter(edit, character)) return false;
@@ -141,15 +138,15 @@ bool Desktop::TypeAll(HWND edit, std::u16string_view text) {
   return true;
 }
 
-bool Desktop::Type(int id, std::u16string_view text) {
+bool ManagedDesk::Type(int id, std::u16string_view text) {
   const HWND edit = EditAt(id);
   if (edit == nullptr) return false;
-  const auto end = static_cast<WPARAM>(GetWindowTextLengthW(edit));
+  const auto end = FindWindowOf(edit)->text.size();
   SendMessageW(edit, EM_SETSEL, end, static_cast<LPARAM>(end));
   return TypeAll(edit, text);
 }
 
-bool Desktop::Replace(int id, std::u16string_view text) {
+bool ManagedDesk::Replace(int id, std::u16string_view text) {
   const HWND edit = EditAt(id);
   if (edit == nullptr) return false;
   SendMessageW(edit, EM_SETSEL, 0, -1);
@@ -157,21 +154,21 @@ bool Desktop::Replace(int id, std::u16string_view text) {
   return TypeAll(edit, text);
 }
 
-bool Desktop::Paste(int id, std::u16string_view text) {
+bool ManagedDesk::Paste(int id, std::u16string_view text) {
   const HWND edit = EditAt(id);
   if (edit == nullptr) return false;
   SendMessageW(edit, EM_SETSEL, 0, -1);
   return PasteText(edit, text);
 }
 
-bool Desktop::Select(int id, std::u16string_view item) {
+bool ManagedDesk::Select(int id, std::u16string_view item) {
   if (!Has(id)) return false;
   const std::vector<std::u16string> items = Control(id).items;
   const auto found = std::find(items.begin(), items.end(), item);
   return found != items.end() && Select(id, static_cast<int>(found - items.begin()));
 }
 
-bool Desktop::Spin(int id, int steps) {
+bool ManagedDesk::Spin(int id, int steps) {
   const int count = std::abs(std::clamp(steps, -kMostSteps, kMostSteps));
   for (int i = 0; i < count; ++i) {
     if (!Usable(id) || !SpinBy(ControlOf(Top(), id), steps > 0)) return false;
@@ -180,7 +177,7 @@ bool Desktop::Spin(int id, int steps) {
   return true;
 }
 
-bool Desktop::Close() {
+bool ManagedDesk::Close() {
   const WindowPtr window = FindWindowOf(Top());
   if (!window || !window->enabled()) return false;
   if (auto* sheet = StateOf<SheetState>(*window)) return sheet->Close();
@@ -188,23 +185,16 @@ bool Desktop::Close() {
   return true;
 }
 
-bool Desktop::Page(int index) {
+SheetState* ManagedDesk::SheetOnTop() const {
   const WindowPtr window = FindWindowOf(Top());
-  auto* sheet = window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
-  return sheet != nullptr && sheet->Turn(index);
-}
-
-bool Desktop::Press(SheetButton button) {
-  const WindowPtr window = FindWindowOf(Top());
-  auto* sheet = window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
-  return sheet != nullptr && sheet->Press(button);
+  return window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
 }
 
 }  // namespace
 
-DesktopState& TheDesktop() { return static_cast<Desktop&>(Machine::Current().desk()).state; }
+WindowManager& Manager() { return static_cast<ManagedDesk&>(Machine::Current().desk()).state; }
 
-std::unique_ptr<Desk> MakeDesk() { return std::make_unique<Desktop>(); }
+std::unique_ptr<Desk> MakeDesk() { return std::make_unique<ManagedDesk>(); }
 
 bool ScriptedUser::Act(Desk& desk) {
   if (!problem_.empty()) return false;

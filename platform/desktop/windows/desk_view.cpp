@@ -1,32 +1,24 @@
-#include "platform/desktop/windows/desk_view.h"
+// Snapshots of windows and controls, as the desk hands them out.
+#include "platform/desktop/windows/manager.h"
 
 namespace platform {
 
 namespace {
 
-ControlKind KindOfButton(const Window& window) {
-  switch (window.style & BS_TYPEMASK) {
-    case BS_CHECKBOX:
-    case BS_AUTOCHECKBOX:
-    case BS_3STATE:
-    case BS_AUTO3STATE:
-      return ControlKind::kCheckBox;
-    case BS_RADIOBUTTON:
-    case BS_AUTORADIOBUTTON:
-      return ControlKind::kRadio;
-    case BS_GROUPBOX:
-      return ControlKind::kGroupBox;
-    case BS_OWNERDRAW:
-      return ControlKind::kOwnerDraw;
-    default:
-      return ControlKind::kButton;
-  }
-}
-
 ControlKind KindOf(const Window& window) {
+  if (IsOwnerDrawn(window)) return ControlKind::kOwnerDraw;
   switch (window.windowClass) {
     case WindowClass::kButton:
-      return KindOfButton(window);
+      switch (window.style & BS_TYPEMASK) {
+        case BS_AUTOCHECKBOX:
+          return ControlKind::kCheckBox;
+        case BS_AUTORADIOBUTTON:
+          return ControlKind::kRadio;
+        case BS_GROUPBOX:
+          return ControlKind::kGroupBox;
+        default:
+          return ControlKind::kButton;
+      }
     case WindowClass::kEdit:
       return ControlKind::kEdit;
     case WindowClass::kComboBox:
@@ -35,31 +27,8 @@ ControlKind KindOf(const Window& window) {
       return ControlKind::kListBox;
     case WindowClass::kUpDown:
       return ControlKind::kUpDown;
-    case WindowClass::kTrackbar:
-      return ControlKind::kTrackbar;
     default:
-      return (window.style & SS_TYPEMASK) == SS_OWNERDRAW ? ControlKind::kOwnerDraw
-                                                          : ControlKind::kStatic;
-  }
-}
-
-void DescribePart(const Window& window, ControlView& view) {
-  switch (window.windowClass) {
-    case WindowClass::kEdit:
-      DescribeEdit(window, view);
-      break;
-    case WindowClass::kComboBox:
-    case WindowClass::kListBox:
-      DescribeList(window, view);
-      break;
-    case WindowClass::kUpDown:
-      DescribeUpDown(window, view);
-      break;
-    case WindowClass::kTrackbar:
-      DescribeTrackbar(window, view);
-      break;
-    default:
-      break;
+      return ControlKind::kStatic;
   }
 }
 
@@ -81,7 +50,7 @@ ControlView ViewOf(const Window& window) {
   view.text = window.text;
   view.visible = window.visible() && window.width() > 0 && window.height() > 0;
   view.enabled = window.enabled();
-  view.focused = TheDesktop().focus == window.handle;
+  view.focused = Manager().focus == window.handle;
   view.checked = IsChecked(window);
   view.defaultButton = IsDefaultButton(window);
   view.tabStop = IsTabStop(window);
@@ -90,7 +59,9 @@ ControlView ViewOf(const Window& window) {
   view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;
   view.background = window.background;
   view.drawing = window.drawing;
-  DescribePart(window, view);
+  DescribeEdit(window, view);
+  DescribeList(window, view);
+  DescribeUpDown(window, view);
   return view;
 }
 

@@ -3,43 +3,22 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/windows/desktop.h"
+#include "platform/desktop/windows/manager.h"
 
 namespace platform {
 
 namespace {
 
-// A nested dialog whose controls belong to the outer one's tab order.
-bool HoldsControls(const Window& window) {
-  return window.windowClass == WindowClass::kDialog &&
-         ((window.style & DS_CONTROL) != 0 || (window.exStyle & WS_EX_CONTROLPARENT) != 0 ||
-          window.parent != nullptr);
-}
-
 void Collect(const Window& parent, std::vector<HWND>& out) {
   for (HWND child : parent.children) {
     const WindowPtr window = FindWindowOf(child);
     if (!window) continue;
-    if (!HoldsControls(*window)) {
+    if (window->windowClass != WindowClass::kDialog) {
       out.push_back(child);
     } else if (window->visible() && window->enabled()) {
       Collect(*window, out);
     }
   }
-}
-
-// The next element behind (before) a control for which a test holds, around the end.
-template <typename Test>
-HWND NextOf(const std::vector<HWND>& order, HWND control, bool previous, Test test) {
-  const size_t count = order.size();
-  const auto found = std::find(order.begin(), order.end(), control);
-  size_t at = found != order.end() ? static_cast<size_t>(found - order.begin())
-                                   : (previous ? 0 : count - 1);
-  for (size_t i = 0; i < count; ++i) {
-    at = previous ? (at + count - 1) % count : (at + 1) % count;
-    if (test(order[at])) return order[at];
-  }
-  return nullptr;
 }
 
 }  // namespace
@@ -80,13 +59,24 @@ void FocusInDialog(HWND control) {
   if (!window) return;
   if (window->windowClass == WindowClass::kEdit) SendMessageW(control, EM_SETSEL, 0, -1);
   SetFocus(control);
-  if (TheDesktop().focus == control) MoveDefault(control);
+  if (Manager().focus == control) MoveDefault(control);
 }
 
-void FocusFirst(HWND dialog) {
-  const HWND first = GetNextDlgTabItem(dialog, nullptr, FALSE);
-  if (first != nullptr) FocusInDialog(first);
+HWND NextStop(HWND dialog, HWND control, bool back) {
+  const std::vector<HWND> order = ControlsInOrder(dialog);
+  const size_t count = order.size();
+  const auto found = std::find(order.begin(), order.end(), control);
+  size_t at =
+      found != order.end() ? static_cast<size_t>(found - order.begin()) : (back ? 0 : count - 1);
+  for (size_t i = 0; i < count; ++i) {
+    at = back ? (at + count - 1) % count : (at + 1) % count;
+    const WindowPtr window = FindWindowOf(order[at]);
+    if (window && IsTabStop(*window)) return order[at];
+  }
+  return nullptr;
 }
+
+void FocusFirst(HWND dialog) { FocusInDialog(NextStop(dialog, nullptr, false)); }
 
 }  // namespace platform
 
@@ -120,32 +110,6 @@ UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int size) {
   return static_cast<UINT>(GetWindowTextW(GetDlgItem(dialog, id), text, size));
 }
 
-BOOL WINAPI SetDlgItemInt(HWND dialog, int id, UINT value, BOOL isSigned) {
-  const int64_t number = isSigned ? static_cast<INT>(value) : static_cast<int64_t>(value);
-  std::u16string text;
-  for (char digit : std::to_string(number)) text.push_back(static_cast<char16_t>(digit));
-  return SetDlgItemTextW(dialog, id, text.c_str());
-}
-
-UINT WINAPI GetDlgItemInt(HWND dialog, int id, BOOL* translated, BOOL isSigned) {
-  WCHAR text[32] = {};
-  GetDlgItemTextW(dialog, id, text, 32);
-  const WCHAR* at = text;
-  while (*at == u' ') ++at;
-  const bool negative = isSigned && *at == u'-';
-  if (negative) ++at;
-  int64_t number = 0;
-  bool good = *at != 0;
-  for (; *at != 0; ++at) {
-    good = good && *at >= u'0' && *at <= u'9' && number <= 0xFFFFFFFF;
-    if (good) number = number * 10 + (*at - u'0');
-  }
-  if (negative) number = -number;
-  good = good && (isSigned ? number == static_cast<INT>(number) : number <= 0xFFFFFFFF);
-  if (translated != nullptr) *translated = good;
-  return good ? static_cast<UINT>(number) : 0;
-}
-
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {
   const HWND item = GetDlgItem(dialog, id);
   if (item == nullptr) return FALSE;
@@ -168,31 +132,6 @@ BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int check) {
 
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id) {
   return static_cast<UINT>(SendDlgItemMessageW(dialog, id, BM_GETCHECK, 0, 0));
-}
-
-HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
-  const std::vector<HWND> order = platform::ControlsInOrder(dialog);
-  if (order.empty()) return nullptr;
-  return platform::NextOf(order, control, previous != FALSE, [](HWND one) {
-    const auto window = FindWindowOf(one);
-    return window && platform::IsTabStop(*window);
-  });
-}
-
-HWND WINAPI GetNextDlgGroupItem(HWND, HWND control, BOOL previous) {
-  const auto window = FindWindowOf(control);
-  if (!window) return nullptr;
-  return platform::NextOf(platform::GroupOf(*window), control, previous != FALSE, [](HWND one) {
-    const auto item = FindWindowOf(one);
-    return item && item->visible() && item->enabled();
-  });
-}
-
-BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rect) {
-  if (!FindWindowOf(dialog) || rect == nullptr) return FALSE;
-  *rect = {platform::PixelsAcross(rect->left), platform::PixelsDown(rect->top),
-           platform::PixelsAcross(rect->right), platform::PixelsDown(rect->bottom)};
-  return TRUE;
 }
 
 }  // extern "C"

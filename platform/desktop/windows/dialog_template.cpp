@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/desktop/windows/window.h"
-
 namespace platform {
 
 namespace {
 
 constexpr WORD kOrdinalMark = 0xFFFF;
+
+// A name or an ordinal.
+struct Name {
+  std::u16string text;
+  WORD ordinal = 0;
+};
 
 class Reader {
  public:
@@ -29,8 +33,8 @@ class Reader {
   }
 
   // Empty for 0x0000, an ordinal behind 0xFFFF, else a terminated text.
-  TemplateName TakeName() {
-    TemplateName name;
+  Name TakeName() {
+    Name name;
     WORD unit = Take<WORD>();
     if (unit == kOrdinalMark) {
       name.ordinal = Take<WORD>();
@@ -38,6 +42,13 @@ class Reader {
     }
     for (; unit != 0 && ok_; unit = Take<WORD>()) name.text.push_back(static_cast<char16_t>(unit));
     return name;
+  }
+
+  // A place in dialog units: half as many pixels more, rounded half up.
+  RECT TakePlace() {
+    const auto pixels = [this] { return MulDiv(Take<SHORT>(), 3, 2); };
+    const LONG left = pixels(), top = pixels(), width = pixels(), height = pixels();
+    return {left, top, left + width, top + height};
   }
 
   void Skip(size_t bytes) {
@@ -54,34 +65,19 @@ class Reader {
   bool ok_ = true;
 };
 
-template <typename T>
-void TakePlace(Reader& reader, T& out) {
-  out.x = reader.Take<SHORT>();
-  out.y = reader.Take<SHORT>();
-  out.cx = reader.Take<SHORT>();
-  out.cy = reader.Take<SHORT>();
-}
-
-TemplateItem TakeItem(Reader& reader, bool extended) {
-  TemplateItem item;
+ControlRequest TakeItem(Reader& reader) {
+  ControlRequest item;
   reader.AlignToDword();
-  if (extended) reader.Take<DWORD>();  // help id
-  if (extended) item.exStyle = reader.Take<DWORD>();
+  reader.Skip(2 * sizeof(DWORD));  // help id, extended style
   item.style = reader.Take<DWORD>();
-  if (!extended) item.exStyle = reader.Take<DWORD>();
-  TakePlace(reader, item);
-  item.id = extended ? static_cast<int>(reader.Take<DWORD>()) : reader.Take<WORD>();
-  item.windowClass = reader.TakeName();
-  item.title = reader.TakeName();
+  item.rect = reader.TakePlace();
+  item.id = static_cast<int>(reader.Take<DWORD>());
+  const Name windowClass = reader.TakeName();
+  item.className = windowClass.text;
+  item.classAtom = windowClass.ordinal;
+  item.text = reader.TakeName().text;
   reader.Skip(reader.Take<WORD>());  // creation data
   return item;
-}
-
-bool IsExtended(const void* data, size_t size) {
-  WORD head[2] = {};
-  if (size < sizeof head) return false;
-  std::memcpy(head, data, sizeof head);
-  return head[0] == 1 && head[1] == kOrdinalMark;
 }
 
 }  // namespace
@@ -89,38 +85,20 @@ bool IsExtended(const void* data, size_t size) {
 bool ParseDialogTemplate(const void* data, size_t size, DialogTemplate& out) {
   if (data == nullptr) return false;
   Reader reader(data, size);
-  const bool extended = IsExtended(data, size);
-  if (extended) {
-    reader.Take<DWORD>();  // version and signature
-    reader.Take<DWORD>();  // help id
-    out.exStyle = reader.Take<DWORD>();
-  }
+  if (reader.Take<WORD>() != 1 || reader.Take<WORD>() != kOrdinalMark) return false;
+  reader.Skip(2 * sizeof(DWORD));  // help id, extended style
   out.style = reader.Take<DWORD>();
-  if (!extended) out.exStyle = reader.Take<DWORD>();
   const WORD count = reader.Take<WORD>();
-  TakePlace(reader, out);
+  out.rect = reader.TakePlace();
   reader.TakeName();  // menu
   reader.TakeName();  // class
   out.caption = reader.TakeName().text;
   if ((out.style & DS_SETFONT) != 0) {
-    reader.Take<WORD>();                 // points
-    if (extended) reader.Take<DWORD>();  // weight, italic, character set
-    reader.TakeName();                   // face
+    reader.Skip(3 * sizeof(WORD));  // points, weight, italic and character set
+    reader.TakeName();              // face
   }
-  for (WORD i = 0; i < count && reader.ok(); ++i) out.items.push_back(TakeItem(reader, extended));
+  for (WORD i = 0; i < count && reader.ok(); ++i) out.items.push_back(TakeItem(reader));
   return reader.ok();
-}
-
-int PixelsAcross(int units) { return MulDiv(units, 6, 4); }
-int PixelsDown(int units) { return MulDiv(units, 12, 8); }
-
-bool ReadTemplateInfo(const void* data, size_t size, TemplateInfo& info) {
-  DialogTemplate dialog;
-  if (!ParseDialogTemplate(data, size, dialog)) return false;
-  info.width = PixelsAcross(dialog.cx);
-  info.height = PixelsDown(dialog.cy);
-  info.caption = dialog.caption;
-  return true;
 }
 
 }  // namespace platform

@@ -1,8 +1,7 @@
-#include "platform/desktop/windows/keyboard.h"
-
+// The keys that a dialog itself acts on: Tab, Enter, Esc, access keys, arrows.
 #include <algorithm>
 
-#include "platform/desktop/windows/desktop.h"
+#include "platform/desktop/windows/manager.h"
 
 namespace platform {
 
@@ -15,17 +14,6 @@ bool TakesKeys(HWND top) {
          (!IsDescendant(top, focus) || IsReachable(focus));
 }
 
-// The dialog that holds a control: a page, or the window itself.
-HWND DialogOf(HWND top, HWND control) {
-  const WindowPtr window = FindWindowOf(control);
-  return window && window->parent != nullptr ? window->parent : top;
-}
-
-void SendId(HWND dialog, int id) {
-  const HWND button = GetDlgItem(dialog, id);
-  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
-}
-
 // Presses a button by id where it stands; without such a button the dialog gets its command.
 bool PressId(HWND dialog, int id) {
   const HWND button = GetDlgItem(dialog, id);
@@ -33,7 +21,7 @@ bool PressId(HWND dialog, int id) {
     MessageBeep(0);
     return false;
   }
-  SendId(dialog, id);
+  SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
   return true;
 }
 
@@ -56,23 +44,28 @@ char16_t AccessLetter(const Window& window) {
 
 // A label's letter leads to the next stop behind it.
 bool FollowLabel(HWND top, HWND label) {
-  const HWND next = GetNextDlgTabItem(top, label, FALSE);
+  const HWND next = NextStop(top, label, false);
   FocusInDialog(next);
   return next != nullptr;
 }
 
-bool MoveInGroup(HWND top, HWND radio, bool back) {
-  const HWND next = GetNextDlgGroupItem(top, radio, back);
-  const WindowPtr window = FindWindowOf(next);
-  if (!window || next == radio || !IsRadio(*window)) return false;
-  return ClickControl(next);
+// To the next radio button of a group that can be used, around its end.
+bool MoveInGroup(const Window& radio, bool back) {
+  std::vector<HWND> group = GroupOf(radio);
+  if (back) std::reverse(group.begin(), group.end());
+  std::rotate(group.begin(), std::find(group.begin(), group.end(), radio.handle), group.end());
+  for (size_t i = 1; i < group.size(); ++i) {
+    const WindowPtr next = FindWindowOf(group[i]);
+    if (next && IsRadio(*next) && next->visible() && next->enabled()) return ClickControl(group[i]);
+  }
+  return false;
 }
 
 }  // namespace
 
 bool PressTab(HWND top, bool back) {
   if (!TakesKeys(top)) return false;
-  const HWND next = GetNextDlgTabItem(top, GetFocus(), back);
+  const HWND next = NextStop(top, GetFocus(), back);
   if (next == nullptr) return false;
   FocusInDialog(next);
   return true;
@@ -83,12 +76,9 @@ bool PressEnter(HWND top) {
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
   if (window && IsDescendant(top, focus) && IsDefaultButton(*window)) return ClickControl(focus);
-  if (window && window->windowClass == WindowClass::kEdit && (window->style & ES_WANTRETURN) != 0) {
-    return TypeCharacter(focus, u'\r');
-  }
   if (auto* sheet = StateOf<SheetState>(*FindWindowOf(top))) return sheet->Press(SheetButton::kOk);
-  const auto answer = static_cast<DWORD>(SendMessageW(top, DM_GETDEFID, 0, 0));
-  return PressId(top, HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : IDOK);
+  const int own = FindWindowOf(top)->dialog->defaultId;
+  return PressId(top, own != 0 ? own : IDOK);
 }
 
 bool PressEscape(HWND top) {
@@ -121,20 +111,18 @@ bool PressKey(HWND top, int key) {
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
   if (!TakesKeys(top) || !window || !IsDescendant(top, focus)) return false;
-  const bool back = key == VK_UP;
-  if (key == VK_UP || key == VK_DOWN) {
-    if (IsRadio(*window)) return MoveInGroup(DialogOf(top, focus), focus, back);
-    if (window->windowClass == WindowClass::kComboBox ||
-        window->windowClass == WindowClass::kListBox) {
-      ControlView view;
-      DescribeList(*window, view);
-      return PickItem(focus, std::max(view.selection + (back ? -1 : 1), 0));
-    }
+  const bool up = key == VK_UP;
+  switch (window->windowClass) {
+    case WindowClass::kEdit:
+      if (key == VK_BACK) return TypeCharacter(focus, VK_BACK);
+      if (key == VK_DELETE) return PressDelete(focus);
+      return SpinBy(ArrowUpDownOf(focus), up);
+    case WindowClass::kComboBox:
+    case WindowClass::kListBox:
+      return PickItem(focus, std::max(ViewOf(*window).selection + (up ? -1 : 1), 0));
+    default:
+      return IsRadio(*window) && MoveInGroup(*window, up);
   }
-  if (window->windowClass != WindowClass::kEdit) return false;
-  if (key == VK_BACK) return TypeCharacter(focus, VK_BACK);
-  SendMessageW(focus, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
-  return true;
 }
 
 }  // namespace platform

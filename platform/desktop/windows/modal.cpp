@@ -1,7 +1,7 @@
 // Modal windows: the loop that handles messages, paints, and asks the user, and its end.
 #include <algorithm>
 
-#include "platform/desktop/windows/desktop.h"
+#include "platform/desktop/windows/manager.h"
 #include "platform/machine.h"
 #include "platform/system/guard.h"
 
@@ -9,36 +9,22 @@ namespace platform {
 
 namespace {
 
-// Bounds for windows that post to themselves or become invalid while they paint, for ever: then the
-// user gets a turn all the same.
-constexpr int kMessagesAtOnce = 10000;
+// A bound for windows that become invalid while they paint, for ever: then the user gets a turn all
+// the same.
 constexpr int kPaintsAtOnce = 4;
-
-}  // namespace
-
-void DispatchPosted() {
-  DesktopState& desktop = TheDesktop();
-  for (int i = 0; i < kMessagesAtOnce && !desktop.posted.empty(); ++i) {
-    const PostedMessage next = desktop.posted.front();
-    desktop.posted.pop_front();
-    SendMessageW(next.window, next.message, next.wParam, next.lParam);
-  }
-}
-
-namespace {
 
 bool PaintAll() {
   bool painted = false;
-  const std::vector<HWND> tops = TheDesktop().tops;
+  const std::vector<HWND> tops = Manager().tops;
   for (HWND top : tops) painted = PaintTree(top) || painted;
   return painted;
 }
 
 bool AskUser() {
-  DesktopState& desktop = TheDesktop();
-  if (desktop.user == nullptr || desktop.gone) return false;
+  WindowManager& manager = Manager();
+  if (manager.user == nullptr || manager.gone) return false;
   try {
-    return desktop.user->Act(Machine::Current().desk());
+    return manager.user->Act(Machine::Current().desk());
   } catch (...) {
     KeepThrown();
     return false;
@@ -47,7 +33,7 @@ bool AskUser() {
 
 // Ends a modal window as a person who closes it would; by force when it will not close.
 void Abandon(HWND top) {
-  TheDesktop().gone = true;
+  Manager().gone = true;
   const WindowPtr window = FindWindowOf(top);
   if (!window) return;
   if (auto* sheet = StateOf<SheetState>(*window)) {
@@ -59,8 +45,7 @@ void Abandon(HWND top) {
   if (!window->ended) EndModal(top, window->cancelResult);
 }
 
-}  // namespace
-
+// Handles what waits: posted messages, then painting.
 void Settle() {
   for (int i = 0; i < kPaintsAtOnce; ++i) {
     DispatchPosted();
@@ -68,9 +53,11 @@ void Settle() {
   }
 }
 
+}  // namespace
+
 HWND ActiveTop() {
-  const DesktopState& desktop = TheDesktop();
-  return desktop.modal.empty() ? nullptr : desktop.modal.back();
+  const WindowManager& manager = Manager();
+  return manager.modal.empty() ? nullptr : manager.modal.back();
 }
 
 void DisableOwner(Window& window) {
@@ -80,24 +67,24 @@ void DisableOwner(Window& window) {
 }
 
 INT_PTR RunModal(HWND top) {
-  DesktopState& desktop = TheDesktop();
+  WindowManager& manager = Manager();
   const WindowPtr window = FindWindowOf(top);
   if (!window || window->parent != nullptr) return -1;
   if (!window->ended) {
     DisableOwner(*window);
-    desktop.modal.push_back(top);
-    ShowWindow(top, SW_SHOW);
+    manager.modal.push_back(top);
+    SetVisible(top, true);
     ActivateTop(top);
     while (!window->ended && !window->destroying) {
       Settle();
       if (window->ended || window->destroying) break;
       if (!AskUser()) Abandon(top);
     }
-    std::erase(desktop.modal, top);
-    if (desktop.modal.empty()) desktop.gone = false;
+    std::erase(manager.modal, top);
+    if (manager.modal.empty()) manager.gone = false;
   }
   if (window->destroying) EndModal(top, window->result);
-  DestroyWindow(top);
+  Destroy(top);
   return window->result;
 }
 
@@ -110,8 +97,8 @@ bool EndModal(HWND top, INT_PTR result) {
     window->ownerDisabled = false;
     EnableWindow(TopLevelOf(window->owner), TRUE);
   }
-  if (IsDescendant(top, TheDesktop().focus)) SetFocus(top);
-  ShowWindow(top, SW_HIDE);
+  if (IsDescendant(top, Manager().focus)) SetFocus(top);
+  SetVisible(top, false);
   return true;
 }
 

@@ -1,5 +1,5 @@
-// Windows of the desktop as the platform itself sees them: what window classes, dialogs, property
-// sheets and drawing share. Handles are never used twice, so that a stale one finds nothing.
+// Windows as the platform itself sees them: what window classes, dialogs, property sheets and
+// drawing share. Handles are never used twice, so that a stale one finds nothing.
 #pragma once
 
 #include <windows.h>
@@ -14,8 +14,6 @@
 
 namespace platform {
 
-class Machine;
-
 enum class WindowClass {
   kDialog,  // dialogs, pages, message boxes, file dialogs, property sheets
   kButton,
@@ -23,8 +21,7 @@ enum class WindowClass {
   kEdit,
   kComboBox,
   kListBox,
-  kUpDown,
-  kTrackbar
+  kUpDown
 };
 
 // What a window class keeps for each of its windows beyond Window itself.
@@ -37,7 +34,7 @@ class WindowState {
 class SheetState : public WindowState {
  public:
   virtual HWND ActivePage() const = 0;  // null: none shown
-  // Fills tabs, activeTab, applyVisible, applyEnabled, pageWidth and pageHeight.
+  // Fills tabs, activeTab, changed, pageWidth and pageHeight.
   virtual void Describe(WindowView& view) const = 0;
   // What a person does; each answers whether it could be done.
   virtual bool Turn(int index) = 0;
@@ -59,19 +56,13 @@ struct Window {
   WNDPROC proc = nullptr;  // GWLP_WNDPROC; never null
   int id = 0;
   DWORD style = 0;  // WS_VISIBLE and WS_DISABLED are kept up to date in it
-  DWORD exStyle = 0;
-  RECT rect = {};  // pixels, in the parent's client area; of a top-level window on the screen
+  RECT rect = {};   // pixels, in the parent's client area; of a top-level window on the screen
   std::u16string text;
-  WORD titleResource = 0;  // a title that was given as a resource id (pictures)
-  HINSTANCE instance = nullptr;
   HWND parent = nullptr;       // child windows
   HWND owner = nullptr;        // top-level windows
   std::vector<HWND> children;  // in tab order
-  HFONT font = nullptr;
-  LONG_PTR userData = 0;  // GWLP_USERDATA
-  bool redraw = true;     // WM_SETREDRAW
-  bool invalid = true;    // waits for WM_PAINT or WM_DRAWITEM
-  bool erase = true;      // its background waits as well
+  bool invalid = true;         // waits for WM_PAINT or WM_DRAWITEM
+  bool erase = true;           // its background waits as well
   bool destroying = false;
   // What the window shows. Drawing on a device context of the window appends here; the list is
   // emptied when its background is erased and before an owner-drawn item is asked to draw.
@@ -94,10 +85,11 @@ struct Window {
   int width() const { return rect.right - rect.left; }
   int height() const { return rect.bottom - rect.top; }
 };
+using WindowPtr = std::shared_ptr<Window>;
 
 // The window of a handle; null for a handle that is stale or was never one. Held on to while a
 // procedure runs, it outlives its own destruction.
-std::shared_ptr<Window> FindWindowOf(HWND handle);
+WindowPtr FindWindowOf(HWND handle);
 
 // A window's state as the class it is known to be of; null when it has none.
 template <typename State>
@@ -105,13 +97,22 @@ State* StateOf(const Window& window) {
   return dynamic_cast<State*>(window.state.get());
 }
 
-// ---- dialogs ----
+// ---- creation ----
 
-// Dialog units to pixels at the fixed base units of 6 × 12 pixels.
-int PixelsAcross(int units);
-int PixelsDown(int units);
+// A control as a dialog template or a window of the platform's own asks for it.
+struct ControlRequest {
+  std::u16string className;  // or
+  WORD classAtom = 0;        // the predefined classes' ordinals of dialog templates
+  int id = 0;
+  std::u16string text;
+  DWORD style = 0;
+  RECT rect = {};  // pixels in the parent
+};
+// A visible control.
+ControlRequest Part(std::u16string className, int id, std::u16string text, DWORD style, int x,
+                    int y, int width, int height);
 
-// A dialog made from a compiled template (extended or plain form).
+// A dialog made from a compiled template.
 struct DialogRequest {
   HINSTANCE instance = nullptr;
   const void* data = nullptr;  // the template
@@ -125,17 +126,10 @@ struct DialogRequest {
 // Creates the dialog with its controls and sends WM_INITDIALOG. Null when the template is damaged
 // or a window cannot be created (nothing is left behind then).
 HWND CreateDialogWindow(const DialogRequest& request);
-// A template's size in pixels and its caption, without creating anything.
-struct TemplateInfo {
-  int width = 0;
-  int height = 0;
-  std::u16string caption;
-};
-bool ReadTemplateInfo(const void* data, size_t size, TemplateInfo& info);
 
-// A top-level window without a template, whose controls are added with CreateWindowExW: message
-// boxes, file dialogs, property sheets. It is a dialog: messages go to its dialog procedure, then
-// to DefDlgProcW. No WM_INITDIALOG is sent. Null when no window can be created.
+// A top-level window without a template: message boxes, file dialogs, property sheets. It is a
+// dialog: messages go to its dialog procedure, then to DefDlgProcW. No WM_INITDIALOG is sent. Null
+// when no window can be created.
 struct TopWindowRequest {
   std::u16string title;
   int width = 0;  // client area, pixels
@@ -144,6 +138,7 @@ struct TopWindowRequest {
   DLGPROC proc = nullptr;
   WindowView::Kind kind = WindowView::Kind::kDialog;
   std::unique_ptr<WindowState> state;
+  std::vector<ControlRequest> parts;
 };
 HWND CreateTopWindow(TopWindowRequest request);
 
@@ -157,20 +152,13 @@ INT_PTR RunModal(HWND top);
 // Ends a modal window with a result: its owner is enabled, it is hidden, the owner becomes active.
 bool EndModal(HWND top, INT_PTR result);
 
-// Handles what waits: posted messages, then painting.
-void Settle();
-
 // ---- helpers ----
 
-HWND TopLevelOf(HWND window);
-HWND ActiveTop();            // the window on top of the modal windows; null when none is open
-void ActivateTop(HWND top);  // makes a top-level window the active one and moves the focus into it
-// Whether a window and all above it are visible (enabled).
-bool IsShown(HWND window);
-bool IsReachable(HWND window);
-// Sends WM_COMMAND with a notification code of a control to its parent.
-void NotifyCommand(const Window& control, UINT code);
-void InvalidateWindow(Window& window, bool erase);
+void Destroy(HWND window);  // with its children; nothing for a stale handle
+void SetVisible(HWND window, bool visible);
+HWND ActiveTop();  // the window on top of the modal windows; null when none is open
+void PlaceWindow(Window& window, const RECT& rect);
+void FocusFirst(HWND dialog);  // the first stop of the Tab key
 
 // The desk of a machine; Machine::desk() makes one on first use.
 std::unique_ptr<Desk> MakeDesk();

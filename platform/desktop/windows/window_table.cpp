@@ -1,10 +1,11 @@
-// The windows there are: creation, destruction, lookup by handle.
+// The windows there are: creation, destruction, lookup by handle, and how they hang together.
 #include <algorithm>
 #include <atomic>
 #include <utility>
 
-#include "platform/desktop/windows/desktop.h"
+#include "platform/desktop/windows/manager.h"
 #include "platform/machine.h"
+#include "platform/system/text.h"
 
 namespace platform {
 
@@ -26,40 +27,32 @@ struct ClassEntry {
 constexpr ClassEntry kClasses[] = {
     {0x0080, u"button", WindowClass::kButton, ButtonProc},
     {0x0081, u"edit", WindowClass::kEdit, EditProc},
-    {0x0082, u"static", WindowClass::kStatic, StaticProc},
+    {0x0082, u"static", WindowClass::kStatic, DefaultProc},
     {0x0083, u"listbox", WindowClass::kListBox, ListBoxProc},
     {0x0085, u"combobox", WindowClass::kComboBox, ComboBoxProc},
     {0, u"msctls_updown32", WindowClass::kUpDown, UpDownProc},
-    {0, u"msctls_trackbar32", WindowClass::kTrackbar, TrackbarProc},
 };
-
-char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
-
-bool SameName(std::u16string_view a, std::u16string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return Lower(x) == Lower(y); });
-}
 
 const ClassEntry* FindClass(const ControlRequest& request) {
   for (const ClassEntry& entry : kClasses) {
     if (request.classAtom != 0 ? entry.atom == request.classAtom
-                               : SameName(entry.name, request.className)) {
+                               : EqualIgnoringCase(entry.name, request.className)) {
       return &entry;
     }
   }
   return nullptr;
 }
 
-void Forget(DesktopState& desktop, const WindowPtr& window) {
-  std::erase(desktop.tops, window->handle);
+void Forget(WindowManager& manager, const WindowPtr& window) {
+  std::erase(manager.tops, window->handle);
   if (WindowPtr parent = FindWindowOf(window->parent)) {
     std::erase(parent->children, window->handle);
   }
-  if (desktop.focus == window->handle) desktop.focus = nullptr;
-  if (desktop.active == window->handle) desktop.active = nullptr;
-  std::erase_if(desktop.posted,
+  if (manager.focus == window->handle) manager.focus = nullptr;
+  if (manager.active == window->handle) manager.active = nullptr;
+  std::erase_if(manager.posted,
                 [&](const PostedMessage& posted) { return posted.window == window->handle; });
-  desktop.windows.erase(window->handle);
+  manager.windows.erase(window->handle);
 }
 
 void DestroyTree(const WindowPtr& window) {
@@ -69,16 +62,15 @@ void DestroyTree(const WindowPtr& window) {
   for (HWND child : children) {
     if (WindowPtr one = FindWindowOf(child)) DestroyTree(one);
   }
-  SendMessageW(window->handle, WM_NCDESTROY, 0, 0);
-  Forget(TheDesktop(), window);
+  Forget(Manager(), window);
 }
 
 }  // namespace
 
-std::shared_ptr<Window> FindWindowOf(HWND handle) {
-  const DesktopState& desktop = TheDesktop();
-  const auto found = desktop.windows.find(handle);
-  return found == desktop.windows.end() ? nullptr : found->second;
+WindowPtr FindWindowOf(HWND handle) {
+  const WindowManager& manager = Manager();
+  const auto found = manager.windows.find(handle);
+  return found == manager.windows.end() ? nullptr : found->second;
 }
 
 WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc) {
@@ -90,66 +82,74 @@ WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc) {
   window->handle = NextHandle();
   window->windowClass = windowClass;
   window->proc = proc;
-  TheDesktop().windows.emplace(window->handle, window);
+  Manager().windows.emplace(window->handle, window);
   return window;
 }
 
-HWND CreateControl(const ControlRequest& request) {
-  const ClassEntry* entry = FindClass(request);
-  const WindowPtr parent = FindWindowOf(request.parent);
-  if (entry == nullptr || !parent || parent->destroying) {
-    SetLastError(entry == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_WINDOW_HANDLE);
-    return nullptr;
+bool CreateControls(Window& dialog, const std::vector<ControlRequest>& controls) {
+  for (const ControlRequest& request : controls) {
+    const ClassEntry* entry = FindClass(request);
+    const WindowPtr window =
+        entry != nullptr ? AddWindow(entry->windowClass, entry->proc) : nullptr;
+    if (!window) return false;
+    window->id = request.id;
+    window->style = request.style | WS_CHILD;
+    window->rect = request.rect;
+    window->text = request.text;
+    window->parent = dialog.handle;
+    dialog.children.push_back(window->handle);
+    SendMessageW(window->handle, WM_CREATE, 0, 0);
+    if (IsDefaultButton(*window)) dialog.dialog->defaultId = request.id;
   }
-  const WindowPtr window = AddWindow(entry->windowClass, entry->proc);
-  if (!window) return nullptr;
-  window->id = request.id;
-  window->style = request.style | WS_CHILD;
-  window->exStyle = request.exStyle;
-  window->rect = request.rect;
-  window->text = request.text;
-  window->titleResource = request.titleResource;
-  window->parent = request.parent;
-  window->instance = request.instance;
-  parent->children.push_back(window->handle);
-  SendMessageW(window->handle, WM_CREATE, 0, 0);
-  return window->handle;
+  return true;
 }
+
+ControlRequest Part(std::u16string className, int id, std::u16string text, DWORD style, int x,
+                    int y, int width, int height) {
+  return {std::move(className),         0, id, std::move(text), style | WS_VISIBLE,
+          {x, y, x + width, y + height}};
+}
+
+void Destroy(HWND handle) {
+  const WindowPtr window = FindWindowOf(handle);
+  if (!window || window->destroying) return;
+  SetVisible(handle, false);
+  DestroyTree(window);
+}
+
+HWND ChildWithId(const Window& parent, int id) {
+  for (HWND child : parent.children) {
+    const WindowPtr window = FindWindowOf(child);
+    if (window && window->id == id) return child;
+  }
+  return nullptr;
+}
+
+HWND TopLevelOf(HWND handle) {
+  HWND top = nullptr;
+  for (WindowPtr window = FindWindowOf(handle); window; window = FindWindowOf(window->parent)) {
+    top = window->handle;
+  }
+  return top;
+}
+
+bool IsDescendant(HWND ancestor, HWND handle) {
+  for (WindowPtr window = FindWindowOf(handle); window; window = FindWindowOf(window->parent)) {
+    if (window->handle == ancestor) return true;
+  }
+  return false;
+}
+
+static bool AllAbove(HWND handle, bool (Window::*holds)() const) {
+  WindowPtr window = FindWindowOf(handle);
+  if (!window) return false;
+  for (; window; window = FindWindowOf(window->parent)) {
+    if (!(*window.*holds)()) return false;
+  }
+  return true;
+}
+
+bool IsShown(HWND handle) { return AllAbove(handle, &Window::visible); }
+bool IsReachable(HWND handle) { return AllAbove(handle, &Window::enabled); }
 
 }  // namespace platform
-
-using platform::FindWindowOf;
-
-extern "C" {
-
-HWND WINAPI CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD style,
-                            int x, int y, int width, int height, HWND parent, HMENU menu,
-                            HINSTANCE instance, LPVOID) {
-  platform::ControlRequest request;
-  if (className == nullptr) return nullptr;
-  if (IS_INTRESOURCE(className)) {
-    request.classAtom = LOWORD(reinterpret_cast<ULONG_PTR>(className));
-  } else {
-    request.className = className;
-  }
-  if (windowName != nullptr && !IS_INTRESOURCE(windowName)) request.text = windowName;
-  request.id = static_cast<int>(reinterpret_cast<INT_PTR>(menu));
-  request.style = style;
-  request.exStyle = exStyle;
-  request.rect = {x, y, x + width, y + height};
-  request.parent = parent;
-  request.instance = instance;
-  return platform::CreateControl(request);
-}
-
-BOOL WINAPI DestroyWindow(HWND handle) {
-  const auto window = FindWindowOf(handle);
-  if (!window || window->destroying) return FALSE;
-  ShowWindow(handle, SW_HIDE);
-  platform::DestroyTree(window);
-  return TRUE;
-}
-
-BOOL WINAPI IsWindow(HWND handle) { return FindWindowOf(handle) ? TRUE : FALSE; }
-
-}  // extern "C"

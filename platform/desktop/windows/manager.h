@@ -1,4 +1,5 @@
-// The state of one desktop, for the files of this folder that make up the window manager.
+// The window manager: every window there is, who has the keyboard, and what the files of this
+// folder and the controls share of it.
 #pragma once
 
 #include <windows.h>
@@ -20,8 +21,8 @@ struct PostedMessage {
   LPARAM lParam;
 };
 
-struct DesktopState {
-  std::unordered_map<HWND, std::shared_ptr<Window>> windows;
+struct WindowManager {
+  std::unordered_map<HWND, WindowPtr> windows;
   std::vector<HWND> tops;   // top-level windows, the one on top last
   std::vector<HWND> modal;  // windows with a running modal loop, the innermost last
   std::deque<PostedMessage> posted;
@@ -34,57 +35,53 @@ struct DesktopState {
 };
 
 // The current machine's.
-DesktopState& TheDesktop();
-
-using WindowPtr = std::shared_ptr<Window>;
+WindowManager& Manager();
 
 // A closed combo box is as high as its font asks; the height given is that of its open list.
 constexpr LONG kClosedComboHeight = 20;
 
-// ---- window classes ----
+// ---- window classes: WM_CREATE makes a window's state ----
 LRESULT CALLBACK ButtonProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK StaticProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK EditProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK ComboBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK ListBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT CALLBACK UpDownProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK TrackbarProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
+// What every window does with a message that it does not know.
+LRESULT CALLBACK DefaultProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 
 // ---- creation ----
-struct ControlRequest {
-  std::u16string className;  // or
-  WORD classAtom = 0;        // the predefined classes' ordinals of dialog templates
-  std::u16string text;
-  WORD titleResource = 0;
-  int id = 0;
-  DWORD style = 0;
-  DWORD exStyle = 0;
-  RECT rect = {};
-  HWND parent = nullptr;
-  HINSTANCE instance = nullptr;
-};
-// Null for a class that is not there, a parent that is none, or when no window can be had.
-HWND CreateControl(const ControlRequest& request);
 // A window in the table, not yet told of its creation; null when no window can be had.
 WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc);
-
-// Answers WM_GETTEXT: as much of a text as fits into size units with its terminator.
-LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out);
+// Creates a dialog's controls; false for a class that is not there, or when no window can be had.
+bool CreateControls(Window& dialog, const std::vector<ControlRequest>& controls);
 
 // ---- tree ----
 // The first child with an id. Pages of a sheet are not searched.
 HWND ChildWithId(const Window& parent, int id);
+HWND TopLevelOf(HWND window);
 bool IsDescendant(HWND ancestor, HWND window);
-RECT ScreenRect(const Window& window);
+// Whether a window and all above it are visible (enabled).
+bool IsShown(HWND window);
+bool IsReachable(HWND window);
 
-// ---- modal windows ----
+// ---- messages ----
+// Answers WM_GETTEXT: as much of a text as fits into size units with its terminator.
+LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out);
+// Sends WM_COMMAND with a notification code of a control to its parent.
+void NotifyCommand(const Window& control, UINT code);
 // Handles the messages that wait. Painting is what is left to do when none does.
 void DispatchPosted();
+
+// ---- modal windows ----
 // Disables the owner of a modal window until its end.
 void DisableOwner(Window& window);
+// Makes a top-level window the active one and moves the focus into it.
+void ActivateTop(HWND top);
 
 // ---- dialogs ----
 bool IsTabStop(const Window& window);
+// The next stop of the Tab key behind (before) a control, around the end; null when there is none.
+HWND NextStop(HWND dialog, HWND control, bool back);
 // Makes a push button that has the focus the default one (its style says so); with the focus
 // elsewhere the dialog's own is it again. Moving the focus with SetFocus alone leaves it where it
 // was.
@@ -92,8 +89,7 @@ void MoveDefault(HWND control);
 // Puts the focus on a dialog's control as WM_NEXTDLGCTL and the keyboard do: the text of an edit
 // gets selected, and the default button follows.
 void FocusInDialog(HWND control);
-void FocusFirst(HWND dialog);
-// The controls of a dialog in tab order, those of pages and other nested dialogs in their place.
+// The controls of a dialog in tab order, those of pages in their place.
 std::vector<HWND> ControlsInOrder(HWND dialog);
 
 // ---- buttons ----
@@ -101,27 +97,41 @@ bool IsPushButton(const Window& window);
 bool IsDefaultButton(const Window& window);
 bool IsRadio(const Window& window);
 bool IsChecked(const Window& window);
+bool IsOwnerDrawn(const Window& window);
 // The radio buttons of the group that a control stands in, by WS_GROUP.
 std::vector<HWND> GroupOf(const Window& control);
 
 // ---- painting ----
 // Paints a window and those in it that are invalid; whether anything was.
 bool PaintTree(HWND window);
+// A window takes its children along.
+void InvalidateWindow(Window& window, bool erase);
+
+// ---- the keys that a dialog itself acts on (IsDialogMessage), in a top-level window ----
+bool PressTab(HWND top, bool back);
+bool PressEnter(HWND top);
+bool PressEscape(HWND top);
+bool PressAccessKey(HWND top, char16_t letter);
+bool PressKey(HWND top, int key);  // up, down, Delete and Backspace for the control in focus
 
 // ---- what a person's hand does to controls; each answers whether it could ----
 bool ClickControl(HWND control);
 bool TypeCharacter(HWND edit, WCHAR character);
+bool PressDelete(HWND edit);
 bool PasteText(HWND edit, std::u16string_view text);
 bool PickItem(HWND list, int index);
 bool SpinBy(HWND upDown, bool up);  // one press of an arrow
-bool SlideTo(HWND trackbar, int position);
 // The up-down that takes the arrow keys of an edit; null when none does.
 HWND ArrowUpDownOf(HWND edit);
 
-// ---- what controls show ----
+// ---- what can be seen ----
+ControlView ViewOf(const Window& control);
+WindowView ViewOfWindow(const Window& window);
 void DescribeEdit(const Window& window, ControlView& view);
 void DescribeList(const Window& window, ControlView& view);
 void DescribeUpDown(const Window& window, ControlView& view);
-void DescribeTrackbar(const Window& window, ControlView& view);
+// The control of a window that a person sees under an id: of the shown page first when the window
+// is a sheet. Null when there is none.
+HWND ControlOf(HWND top, int id);
 
 }  // namespace platform

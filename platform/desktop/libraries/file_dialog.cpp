@@ -1,0 +1,223 @@
+// The common file dialogs: the files of a folder, and a name.
+#include <windows.h>
+#include <commdlg.h>
+
+#include <algorithm>
+
+#include "platform/desktop/libraries/file_paths.h"
+#include "platform/desktop/windows/window.h"
+#include "platform/system/guard.h"
+#include "platform/system/modules.h"
+
+namespace platform::filedialog {
+namespace {
+
+// Ids that the common dialogs have always given their controls.
+constexpr int kNameEdit = 1148;
+constexpr int kFileList = 1120;
+constexpr int kFolderText = 1137;
+constexpr int kFilterText = 1136;
+
+constexpr std::u16string_view kFirstDrive = u"C:\\";
+
+std::u16string Trimmed(std::u16string_view text) {
+  const size_t first = text.find_first_not_of(u" \"");
+  if (first == std::u16string_view::npos) return {};
+  return std::u16string(text.substr(first, text.find_last_not_of(u" \"") - first + 1));
+}
+
+class FileDialog : public WindowState {
+ public:
+  // Shows the dialog until a file is chosen or nobody wants one. The filter is the first of the
+  // request's, the only one there is.
+  static bool Show(const OPENFILENAMEW& request, bool saving, std::u16string& path);
+
+ private:
+  static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void Command(int id, UINT code);
+  void GoTo(std::u16string folder);
+  void PickLine();
+  void Accept();
+  bool Passes(std::u16string& path) const;
+  bool Refuse(std::u16string_view about, std::u16string_view text) const {
+    Ask(about, text, MB_OK);
+    return false;
+  }
+  int Ask(std::u16string_view about, std::u16string_view text, UINT style) const;
+
+  const OPENFILENAMEW* request_ = nullptr;
+  bool saving_ = false;
+  HWND window_ = nullptr;
+  std::u16string pattern_, folder_;
+  std::vector<std::u16string> lines_;
+  std::u16string picked_;  // the folder picked from the list after the name was last edited
+  std::u16string* path_ = nullptr;
+};
+
+bool FileDialog::Show(const OPENFILENAMEW& request, bool saving, std::u16string& path) {
+  const std::u16string filter = request.lpstrFilter != nullptr ? request.lpstrFilter : u"";
+  const std::u16string start = request.lpstrFile;
+  auto state = std::make_unique<FileDialog>();
+  FileDialog& dialog = *state;
+  dialog.request_ = &request;
+  dialog.saving_ = saving;
+  dialog.path_ = &path;
+  if (!filter.empty()) dialog.pattern_ = request.lpstrFilter + filter.size() + 1;
+  TopWindowRequest top;
+  top.title = saving ? u"名前を付けて保存" : u"ファイルを開く";
+  top.width = 430;
+  top.height = 264;
+  top.owner = request.hwndOwner;
+  top.proc = Proc;
+  top.kind = WindowView::Kind::kFileDialog;
+  top.state = std::move(state);
+  const DWORD shown = SS_LEFT | SS_NOPREFIX;
+  top.parts = {Part(u"static", -1, u"場所(&I):", SS_LEFT, 11, 14, 90, 14),
+               Part(u"static", kFolderText, u"", shown, 105, 14, 310, 14),
+               Part(u"listbox", kFileList, u"", LBS_NOTIFY | WS_TABSTOP, 11, 38, 404, 150),
+               Part(u"static", -1, u"ファイル名(&N):", SS_LEFT, 11, 202, 90, 14),
+               Part(u"edit", kNameEdit, u"", WS_TABSTOP, 105, 199, 210, 20),
+               Part(u"button", IDOK, saving ? u"保存(&S)" : u"開く(&O)",
+                    BS_DEFPUSHBUTTON | WS_TABSTOP, 325, 198, 90, 22),
+               Part(u"static", -1, u"ファイルの種類:", SS_LEFT, 11, 232, 90, 14),
+               Part(u"static", kFilterText, filter, shown, 105, 232, 210, 14),
+               Part(u"button", IDCANCEL, u"キャンセル", WS_TABSTOP, 325, 228, 90, 22)};
+  const HWND window = CreateTopWindow(std::move(top));
+  if (window == nullptr) return false;
+  dialog.window_ = window;
+  SendDlgItemMessageW(window, kNameEdit, EM_LIMITTEXT, MAX_PATH - 1, 0);
+  // The start name's own folder comes before the one asked for.
+  std::u16string folder(kFirstDrive);
+  for (const std::u16string& one :
+       {request.lpstrInitialDir != nullptr ? std::u16string(request.lpstrInitialDir) : folder,
+        start.substr(0, TitleStart(start))})
+    if (!one.empty() && FolderExists(FullPath(kFirstDrive, one)))
+      folder = FullPath(kFirstDrive, one);
+  dialog.GoTo(std::move(folder));
+  SetDlgItemTextW(window, kNameEdit, start.c_str() + TitleStart(start));
+  SetFocus(GetDlgItem(window, kNameEdit));
+  return RunModal(window) == IDOK;
+}
+
+INT_PTR CALLBACK FileDialog::Proc(HWND window, UINT message, WPARAM wParam, LPARAM) {
+  const auto found = FindWindowOf(window);
+  auto* dialog = found ? StateOf<FileDialog>(*found) : nullptr;
+  if (dialog == nullptr || dialog->window_ == nullptr) return FALSE;
+  if (message == WM_CLOSE) return EndModal(window, IDCANCEL);
+  if (message == WM_COMMAND) dialog->Command(LOWORD(wParam), HIWORD(wParam));
+  return message == WM_COMMAND;
+}
+
+void FileDialog::Command(int id, UINT code) {
+  if (id == IDCANCEL) EndModal(window_, IDCANCEL);
+  if (id == IDOK) picked_.empty() ? Accept() : GoTo(FullPath(folder_, picked_));
+  if (id == kFileList && code == LBN_SELCHANGE) PickLine();
+  if (id == kNameEdit && code == EN_CHANGE) picked_.clear();
+}
+
+void FileDialog::GoTo(std::u16string folder) {
+  folder_ = std::move(folder);
+  picked_.clear();
+  lines_ = List(folder_, pattern_);
+  SetDlgItemTextW(window_, kFolderText, folder_.c_str());
+  SendDlgItemMessageW(window_, kFileList, LB_RESETCONTENT, 0, 0);
+  for (const auto& line : lines_)
+    SendDlgItemMessageW(window_, kFileList, LB_INSERTSTRING, static_cast<WPARAM>(-1),
+                        reinterpret_cast<LPARAM>(line.c_str()));
+}
+
+// A picked file becomes the name; a picked folder is entered when it is opened.
+void FileDialog::PickLine() {
+  const LRESULT index = SendDlgItemMessageW(window_, kFileList, LB_GETCURSEL, 0, 0);
+  if (index < 0) return;
+  const std::u16string line = lines_[static_cast<size_t>(index)];
+  if (line.back() != u'\\') SetDlgItemTextW(window_, kNameEdit, line.c_str());
+  picked_ = line.back() == u'\\' ? line : u"";
+}
+
+int FileDialog::Ask(std::u16string_view about, std::u16string_view text, UINT style) const {
+  WCHAR title[64];
+  GetWindowTextW(window_, title, 64);
+  const std::u16string message = std::u16string(about) + u"\n" + std::u16string(text);
+  return MessageBoxW(window_, message.c_str(), title, style | MB_ICONEXCLAMATION);
+}
+
+// A folder is entered, anything else is the chosen file.
+void FileDialog::Accept() {
+  WCHAR text[MAX_PATH] = {};
+  GetDlgItemTextW(window_, kNameEdit, text, MAX_PATH);
+  const std::u16string name = Trimmed(text);
+  if (name.empty()) return;
+  if (HasForbiddenCharacter(name)) {
+    Refuse(name, u"ファイル名が無効です。");
+    return;
+  }
+  std::u16string path = FullPath(folder_, name);
+  if (FolderExists(path)) {
+    SetDlgItemTextW(window_, kNameEdit, u"");
+    GoTo(std::move(path));
+  } else if (Passes(path)) {
+    *path_ = std::move(path);
+    EndModal(window_, IDOK);
+  }
+}
+
+// The default extension, then what the caller's flags demand.
+bool FileDialog::Passes(std::u16string& path) const {
+  const bool extensionless = ExtensionStart(path) == path.size();
+  if (extensionless && request_->lpstrDefExt && (saving_ || !FileExists(path))) {
+    if (path.back() != u'.') path += u'.';
+    path += request_->lpstrDefExt;
+  }
+  const DWORD flags = request_->Flags;
+  if ((flags & OFN_PATHMUSTEXIST) != 0 && !FolderExists(FolderAbove(path)))
+    return Refuse(path, u"パスが存在しません。\nパスを確認してください。");
+  if ((flags & OFN_FILEMUSTEXIST) != 0 && !FileExists(path))
+    return Refuse(path, u"ファイルが見つかりません。\nファイル名を確認してください。");
+  return !saving_ || (flags & OFN_OVERWRITEPROMPT) == 0 || !FileExists(path) ||
+         Ask(path, u"このファイルは既に存在します。上書きしますか?", MB_YESNO | MB_DEFBUTTON2) ==
+             IDYES;
+}
+
+// Nothing of the caller's is touched but when a file was chosen; a buffer too small for it holds
+// the size needed in its first character.
+BOOL ChooseFile(LPOPENFILENAMEW request, bool saving) {
+  if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW) ||
+      request->lpstrFile == nullptr)
+    return FALSE;
+  std::u16string path;
+  if (!FileDialog::Show(*request, saving, path)) return FALSE;
+  if (path.size() + 1 > request->nMaxFile) {
+    if (request->nMaxFile > 0) request->lpstrFile[0] = static_cast<WCHAR>(path.size() + 1);
+    return FALSE;
+  }
+  request->lpstrFile[path.copy(request->lpstrFile, path.size())] = 0;
+  return TRUE;
+}
+
+}  // namespace
+
+const bool registered =
+    RegisterBuiltIn(u"comdlg32.dll", {{"GetOpenFileNameW", EntryPoint<GetOpenFileNameW>()},
+                                      {"GetSaveFileNameW", EntryPoint<GetSaveFileNameW>()},
+                                      {"GetFileTitleW", EntryPoint<GetFileTitleW>()}});
+
+}  // namespace platform::filedialog
+
+using namespace platform::filedialog;
+
+BOOL WINAPI GetOpenFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, false); }
+
+BOOL WINAPI GetSaveFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, true); }
+
+// Refused as the documentation of GetFileTitle lists: no name, a wildcard or bracket in it, a
+// separator or colon at its end.
+SHORT WINAPI GetFileTitleW(LPCWSTR path, LPWSTR title, WORD size) {
+  const std::u16string_view whole(path != nullptr ? path : u"");
+  const std::u16string_view name = whole.substr(TitleStart(whole));
+  if (name.empty() || whole.size() >= MAX_PATH || whole.find_first_of(u"*?[]") != whole.npos)
+    return -1;
+  if (title == nullptr || name.size() + 1 > size) return static_cast<SHORT>(name.size() + 1);
+  title[name.copy(title, name.size())] = 0;
+  return 0;
+}
