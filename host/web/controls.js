@@ -38,7 +38,7 @@ const builders = {
     node.input.addEventListener("click", () => node.act({ action: "click" }));
   },
   group(node) {
-    node.element = node.input = make("div", "group");
+    node.element = node.input = make("div", "group", null, { role: "group" });
     node.text = make("span", "text", node.element);
   },
   static(node) {

@@ -37,5 +37,8 @@ export function nameControls(frame, views) {
     else if (isLabel(view)) label = view;
     if (["edit", "combo", "list", "updown", "drawn"].includes(view.kind)) nameInput(nodeOf(view), nodeOf(label ?? group));
   }
-  for (const [group, members] of owned) nodeOf(group).element.setAttribute("aria-owns", members.join(" "));
+  for (const [group, members] of owned) {
+    nodeOf(group).element.setAttribute("aria-labelledby", nodeOf(group).text.id);
+    nodeOf(group).element.setAttribute("aria-owns", members.join(" "));
+  }
 }

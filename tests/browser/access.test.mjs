@@ -19,13 +19,24 @@ async function opened(t, size, context = {}, tail = "") {
   return { page, faults };
 }
 
-// What axe finds in the page, and access keys that two controls share.
+// What axe finds in the page, access keys that two controls share, and what axe does not know to be
+// wanted: windows that say what they are, groups with their controls, a help box that is read.
 async function violations(page) {
   return page.evaluate(async (rules) => {
     const { violations } = await axe.run(document, { runOnly: rules });
     const window = [...document.querySelectorAll("section[data-window]")].at(-1);
     const keys = [...window.querySelectorAll("u")].map((key) => key.textContent.toUpperCase());
+    const { kind } = window.dataset;
+    const wanted = {
+      role: { sheet: "region", message: "alertdialog" }[kind] ?? "dialog",
+      modal: kind === "sheet" ? null : "true",
+      described: kind === "message" ? window.querySelector(".message .text").textContent : undefined,
+    };
+    const is = { role: window.role, modal: window.ariaModal, described: document.getElementById(window.getAttribute("aria-describedby"))?.textContent };
     return [
+      ...Object.keys(wanted).filter((name) => wanted[name] !== is[name]),
+      ...[...window.querySelectorAll(".group")].filter((group) => group.role !== "group" || !group.getAttribute("aria-owns")).map((group) => `${group.textContent} owns nothing`),
+      ...[...window.querySelectorAll('[data-id="1167"] .text')].filter((help) => help.ariaLive !== "polite").map(() => "help is not read"),
       ...violations.flatMap(({ id, nodes }) => nodes.map((node) => `${id} ${node.html}`)),
       ...keys.filter((key, i) => keys.indexOf(key) !== i).map((key) => `two controls have the access key ${key}`),
     ];
