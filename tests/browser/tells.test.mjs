@@ -110,5 +110,5 @@ test("an ampersand is itself where the text is no caption, and a preview stands 
     const drawing = [...document.querySelectorAll(".drawn .drawing")].at(-1);
     return [drawing, drawing.querySelector("text")].map((one) => one.getBoundingClientRect()).map(({ top, bottom, height }) => ({ middle: (top + bottom) / 2, height }));
   });
-  assert.ok(Math.abs(box.middle - text.middle) < 0.12 * text.height, JSON.stringify([box, text]));
+  assert.ok(Math.abs(box.middle - text.middle) < 0.07 * text.height, JSON.stringify([box, text]));
 });
