@@ -57,7 +57,7 @@ test("every text has an English meaning, and every meaning a text", () => {
 test("meanings carry numbers and names, joined texts keep their order, other texts have none", () => {
   useMeanings(table);
   const expected = {
-    "保存(&S)": "Save", "ｷｬﾝｾﾙ": "Cancel", "回転の詳細設定": "Details of Rotation",
+    "保存(&S)": "Save", "プリンタのプロパティ": "printer properties", "ｷｬﾝｾﾙ": "Cancel", "回転の詳細設定": "Details of Rotation",
     "用紙幅サイズを設定します。（指定範囲20.0mmから58.0mmです。）": "The width of the paper (20.0mm to 58.0mm).",
     "データを保存しました。データを読込みました。": "The settings were saved.\nThe settings were loaded.",
     "荷札 50": "", "Standard Label 58 x 68 mm": "", "": "",
