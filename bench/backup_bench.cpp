@@ -91,7 +91,8 @@ void OpenUserDefaultSheet(benchmark::State& state) {
   SetModuleInstance(module.get());
   {
     HANDLE handle = nullptr;
-    OpenPrinterW(name.data(), &handle, nullptr);
+    PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+    OpenPrinterW(name.data(), &handle, &all);
     const Printer printer(handle);
     full.fonts.Loaded = true;
     SaveFontStore(printer.get(), full.fonts);

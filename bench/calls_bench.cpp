@@ -43,7 +43,8 @@ class Printer {
     machine_->SetDefaultRecord(name_, Bytes(&block_.Record, kRecordSize));
     machine_->SetData(name_, u"Private DevMode",
                       {REG_BINARY, Bytes(&block_.Printer, kPrinterPartSize)});
-    if (!OpenPrinterW(name_.data(), &handle_, nullptr)) std::abort();
+    PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+    if (!OpenPrinterW(name_.data(), &handle_, &all)) std::abort();
   }
   ~Printer() { ClosePrinter(handle_); }
   Printer(const Printer&) = delete;

@@ -13,8 +13,11 @@ namespace {
 constexpr DWORD kRegString = 1;  // REG_SZ
 constexpr DWORD kRegDword = 4;   // REG_DWORD
 
+// One key a printer, as its name is one part: none lies below another's.
 std::u16string DeviceKey(std::u16string_view printer) {
-  return std::u16string(u"SOFTWARE\\Kestrel\\Devices\\").append(printer);
+  std::u16string part(printer);
+  std::replace(part.begin(), part.end(), u'\\', u',');
+  return u"SOFTWARE\\Kestrel\\Devices\\" + part;
 }
 
 // What is kept under a name when it is of this type; else nothing.
@@ -58,6 +61,10 @@ SimulatedDevice LoadSimulatedDevice(std::u16string_view printer) {
   if (answer <= static_cast<DWORD>(DeviceAnswer::kOverlong))
     device.answer = static_cast<DeviceAnswer>(answer);
   return device;
+}
+
+void RemoveSimulatedDevice(std::u16string_view printer) {
+  platform::Machine::Current().RemoveRegistryKey(DeviceKey(printer));
 }
 
 void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& device) {

@@ -35,4 +35,7 @@ SimulatedDevice LoadSimulatedDevice(std::u16string_view printer);
 // SOFTWARE\Kestrel\Devices\<printer>.
 void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& device);
 
+// Forgets the device of a printer.
+void RemoveSimulatedDevice(std::u16string_view printer);
+
 }  // namespace companions

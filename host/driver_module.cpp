@@ -104,7 +104,9 @@ DriverModule::~DriverModule() {
 }
 
 PrinterHandle::PrinterHandle(std::u16string name) : name_(std::move(name)) {
-  if (!OpenPrinterW(name_.data(), &printer_, nullptr))
+  PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+  if (!OpenPrinterW(name_.data(), &printer_, &all) &&
+      !OpenPrinterW(name_.data(), &printer_, nullptr))
     throw Failure{kFailed, "the printer \"" + ToUtf8(name_) + "\" cannot be opened (error " +
                                std::to_string(GetLastError()) + ")"};
 }

@@ -61,7 +61,8 @@ class DriverModule {
   HMODULE module_ = nullptr;
 };
 
-// An open printer.
+// An open printer, opened as the control panel does: with all access where the person is allowed
+// it, else for use.
 class PrinterHandle {
  public:
   // Throws Failure when the printer cannot be opened.

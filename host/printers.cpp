@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "companions/simulated_device.h"
 #include "driver/settings_block.h"
 #include "host/commands.h"
 #include "host/driver_module.h"
@@ -52,8 +53,6 @@ int Add(Call& call) {
                                     : platform::PrinterSetup().driverName;
   RequireName(name, "a printer's name");
   RequireName(driver, "a driver's name");
-  if (call.machine.FindPrinter(name))
-    throw Failure{kFailed, "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
   InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"),
                  call.arguments.Has("--native"));
   return kDone;
@@ -62,8 +61,11 @@ int Add(Call& call) {
 int Remove(Call& call) {
   std::u16string name = call.Printer();
   DriverModule module(call.machine);
-  module.printerEvent(name.data(), PRINTER_EVENT_DELETE, 0, 0);
-  call.machine.RemovePrinter(name);
+  call.machine.Together([&] {
+    module.printerEvent(name.data(), PRINTER_EVENT_DELETE, 0, 0);
+    call.machine.RemovePrinter(name);
+    companions::RemoveSimulatedDevice(name);
+  });
   return kDone;
 }
 
@@ -90,15 +92,15 @@ void InstallPrinter(platform::Machine& machine, const std::u16string& name,
   platform::PrinterSetup setup;
   setup.name = name;
   setup.driverName = driverName;
-  machine.AddPrinter(setup);
-  try {
+  machine.Together([&] {
+    if (machine.FindPrinter(name))
+      throw Failure{kFailed,
+                    "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
+    machine.AddPrinter(setup);
     std::u16string given = name;
     module.printerEvent(given.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
     KeepDefaultRecord(machine, module, name);
-  } catch (...) {
-    machine.RemovePrinter(name);
-    throw;
-  }
+  });
 }
 
 const Command kAdd = {"add", "NAME", 1, 1, kAddOptions, "installs a printer", Add};

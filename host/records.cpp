@@ -70,6 +70,9 @@ int Convert(Call& call) {
 int SetDefault(Call& call) {
   const std::u16string name = call.Printer();
   Require(call, "--in");
+  if (!call.machine.FindPrinter(name)->administer)
+    throw Failure{kFailed, "the settings of \"" + ToUtf8(name) +
+                               "\" may not be changed; `machine --permission NAME yes` allows it"};
   const Record input = ReadRecordFile(call.arguments.Value("--in"));
   DriverModule module(call.machine);
   const Record record = Resolve(module, name, input);

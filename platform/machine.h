@@ -112,6 +112,10 @@ class Machine {
   // Writes for a trial; throws std::runtime_error with a sentence for the user when nothing can be
   // kept now.
   void RequireWritable();
+  // Keeps all of the store that the body writes on this thread, through the platform's functions
+  // too, or nothing: when the body throws, when one of its writes fails (thrown then) and when the
+  // process is killed. Other processes wait with their writes meanwhile.
+  void Together(const std::function<void()>& body);
   ~Machine();
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
@@ -166,6 +170,7 @@ class Machine {
   // All values at and below a key: "key\value" -> data. An empty key gives all.
   std::map<std::u16string, DataValue> AllRegistry(std::u16string_view key) const;
   bool RemoveRegistry(std::u16string_view key, std::u16string_view value);
+  void RemoveRegistryKey(std::u16string_view key);  // with all at and below it
   void SetRegistryAccess(bool readable, bool writable);
 
   // ---- modules ----

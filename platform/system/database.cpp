@@ -52,7 +52,11 @@ Database::~Database() {
   sqlite3_close(connection_);
 }
 
-void Database::Throw() const { throw std::runtime_error(Sentence(connection_)); }
+void Database::Throw() {
+  const std::string sentence = Sentence(connection_);
+  if (inTransaction_ && failure_.empty()) failure_ = sentence;
+  throw std::runtime_error(sentence);
+}
 
 bool Database::Waits() {
   const auto now = Clock::now();
@@ -112,6 +116,8 @@ Database::Run& Database::Run::Bind(const std::vector<std::byte>& bytes) {
 }
 
 bool Database::Run::Step() {
+  // What SQLite has undone by itself is not continued without its beginning.
+  if (!database_.failure_.empty()) throw std::runtime_error(database_.failure_);
   const int result =
       database_.Told(sqlite3_step(statement_), sqlite3_stmt_readonly(statement_) == 0);
   if (result == SQLITE_ROW) return true;
@@ -140,13 +146,18 @@ std::vector<std::byte> Database::Run::Bytes(int column) const {
   return data == nullptr ? std::vector<std::byte>() : std::vector<std::byte>(data, data + size);
 }
 
-Database::Transaction::Transaction(Database& database) : database_(database) {
+Database::Transaction::Transaction(Database& database)
+    : database_(database), outermost_(!database.inTransaction_) {
+  if (!outermost_) return;
   // Taking the write lock at once lets the busy timeout work for a transaction that reads first.
   database_.Execute("BEGIN IMMEDIATE");
+  database_.inTransaction_ = true;
 }
 
 Database::Transaction::~Transaction() {
-  if (!open_) return;
+  if (!open_ || !outermost_) return;
+  database_.inTransaction_ = false;
+  database_.failure_.clear();
   try {
     database_.Execute("ROLLBACK");
   } catch (const std::exception&) {
@@ -155,7 +166,11 @@ Database::Transaction::~Transaction() {
 }
 
 void Database::Transaction::Commit() {
-  database_.Execute("COMMIT");
+  if (outermost_) {
+    if (!database_.failure_.empty()) throw std::runtime_error(database_.failure_);
+    database_.Execute("COMMIT");
+    database_.inTransaction_ = false;
+  }
   open_ = false;
 }
 

@@ -29,7 +29,7 @@ class Database {
   Database& operator=(const Database&) = delete;
 
   void Execute(const char* sql);
-  [[noreturn]] void Throw() const;
+  [[noreturn]] void Throw();
   // Whether the last failure was another's lock, and waiting for it may still help.
   bool MayWait();
 
@@ -60,7 +60,8 @@ class Database {
     int next_ = 1;
   };
 
-  // A transaction that is undone unless it is committed.
+  // A transaction that is undone unless it is committed. One inside another is part of it: the
+  // outer one's commit throws the first failure that anything inside it met, and keeps nothing.
   class Transaction {
    public:
     explicit Transaction(Database& database);
@@ -70,6 +71,7 @@ class Database {
    private:
     Database& database_;
     bool open_ = true;
+    bool outermost_;
   };
 
  private:
@@ -80,6 +82,8 @@ class Database {
   int Told(int result, bool writes);
 
   sqlite3* connection_ = nullptr;
+  bool inTransaction_ = false;
+  std::string failure_;         // the first one of the open transaction
   Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
   std::unordered_map<const char*, sqlite3_stmt*> statements_;
 };

@@ -3,6 +3,8 @@
 
 namespace platform {
 
+void Machine::Together(const std::function<void()>& body) { impl_->store.Together(body); }
+
 void Machine::AddPrinter(const PrinterSetup& setup) { impl_->store.AddPrinter(setup); }
 
 bool Machine::RemovePrinter(std::u16string_view name) { return impl_->store.RemovePrinter(name); }
@@ -65,6 +67,8 @@ std::map<std::u16string, DataValue> Machine::AllRegistry(std::u16string_view key
 bool Machine::RemoveRegistry(std::u16string_view key, std::u16string_view value) {
   return impl_->store.RemoveRegistry(key, value);
 }
+
+void Machine::RemoveRegistryKey(std::u16string_view key) { impl_->store.RemoveKey(key); }
 
 void Machine::SetRegistryAccess(bool readable, bool writable) {
   impl_->store.ChangeFacts([=](Facts& facts) {

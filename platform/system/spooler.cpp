@@ -68,6 +68,7 @@ DWORD SetData(HANDLE printer, LPCWSTR value, DWORD type, const BYTE* data, DWORD
   const auto handle = machine.impl().printerHandles.Find(printer);
   if (handle == nullptr) return ERROR_INVALID_HANDLE;
   if (value == nullptr || (data == nullptr && size > 0)) return ERROR_INVALID_PARAMETER;
+  if ((handle->access & PRINTER_ACCESS_ADMINISTER) == 0) return ERROR_ACCESS_DENIED;
   DataValue kept{type, std::vector<std::byte>(size)};
   if (size > 0) std::memcpy(kept.bytes.data(), data, size);
   switch (StoreOf(machine).SetData(handle->printer, value, kept, true)) {

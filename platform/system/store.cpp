@@ -98,6 +98,18 @@ int64_t Store::Pragma(const char* sql) {
   return run.Number(0);
 }
 
+void Store::Together(const std::function<void()>& body) {
+  const std::lock_guard lock(mutex_);
+  Database::Transaction transaction(database_);
+  try {
+    body();
+    transaction.Commit();
+  } catch (...) {
+    factsKnown_ = false;
+    throw;
+  }
+}
+
 // ---- facts ----
 
 const Facts& Store::LoadFacts() {
@@ -186,8 +198,6 @@ void Store::AddPrinter(const PrinterSetup& setup) {
 
 bool Store::RemovePrinter(std::u16string_view name) {
   const std::u16string folded = FoldCase(name);
-  const std::u16string key = FoldCase(NormalKey(std::u16string(kPrintersKey) + folded));
-  const std::u16string below = key + u'\\';
   const std::lock_guard lock(mutex_);
   Database::Transaction transaction(database_);
   Run(database_,
@@ -196,17 +206,7 @@ bool Store::RemovePrinter(std::u16string_view name) {
       .Done();
   const bool removed =
       Run(database_, "DELETE FROM printers WHERE folded = ?").Bind(folded).Done() > 0;
-  if (removed) {
-    Run(database_, "DELETE FROM registry_values WHERE key = ?1 OR substr(key, 1, length(?2)) = ?2")
-        .Bind(key)
-        .Bind(below)
-        .Done();
-    Run(database_,
-        "DELETE FROM registry_keys WHERE folded = ?1 OR substr(folded, 1, length(?2)) = ?2")
-        .Bind(key)
-        .Bind(below)
-        .Done();
-  }
+  if (removed) RemoveKey(std::u16string(kPrintersKey) + folded);
   transaction.Commit();
   return removed;
 }

@@ -38,6 +38,10 @@ class Store {
   // An empty path keeps everything in memory.
   explicit Store(const std::filesystem::path& file);
 
+  // Keeps all that the body writes, or nothing when it throws or a write in it failed, which is
+  // thrown then. Others read what was and wait with their writes.
+  void Together(const std::function<void()>& body);
+
   Facts ReadFacts();
   void ChangeFacts(const std::function<void(Facts&)>& change);
 
@@ -65,6 +69,7 @@ class Store {
   std::optional<DataValue> Registry(std::u16string_view key, std::u16string_view value);
   std::map<std::u16string, DataValue> AllRegistry(std::u16string_view key);
   bool RemoveRegistry(std::u16string_view key, std::u16string_view value);
+  void RemoveKey(std::u16string_view key);  // with all at and below it
 
  private:
   void UseWriteAheadLog();
@@ -72,7 +77,7 @@ class Store {
   const Facts& LoadFacts();
   void SaveFacts(const Facts& facts);
 
-  std::mutex mutex_;  // one connection, one caller at a time
+  std::recursive_mutex mutex_;  // one connection, one caller at a time
   Database database_;
   bool shared_;  // whether other processes may write
   bool factsKnown_ = false;

@@ -91,4 +91,21 @@ bool Store::RemoveRegistry(std::u16string_view key, std::u16string_view value) {
              .Done() > 0;
 }
 
+void Store::RemoveKey(std::u16string_view key) {
+  const std::u16string folded = FoldCase(NormalKey(key));
+  const std::u16string below = folded + u'\\';
+  const std::lock_guard lock(mutex_);
+  Database::Transaction transaction(database_);
+  Run(database_, "DELETE FROM registry_values WHERE key = ?1 OR substr(key, 1, length(?2)) = ?2")
+      .Bind(folded)
+      .Bind(below)
+      .Done();
+  Run(database_,
+      "DELETE FROM registry_keys WHERE folded = ?1 OR substr(folded, 1, length(?2)) = ?2")
+      .Bind(folded)
+      .Bind(below)
+      .Done();
+  transaction.Commit();
+}
+
 }  // namespace platform

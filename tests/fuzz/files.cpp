@@ -116,7 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
   const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
   HANDLE printer = nullptr;
-  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, nullptr);
+  PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, &all);
   const bool save = (data[0] & 0x38) == 0x38;  // seldom, for it is slow
   switch (data[0] % 8) {
     case 0:

@@ -85,7 +85,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const int blocks = machine->LiveAllocations();
   {
     HANDLE printer = nullptr;
-    OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, nullptr);
+    PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+    OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, &all);
     const Printer owner(printer);
     AskEverything(printer, record.As<DEVMODEW>());
   }

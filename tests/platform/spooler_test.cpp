@@ -147,6 +147,11 @@ TEST_F(Spooler, DataKeepsTypeSizeAndRight) {
   EXPECT_EQ(SetPrinterDataW(printer, lower, REG_SZ, nullptr, 0), ERROR_SUCCESS);
   EXPECT_EQ(GetPrinterDataW(printer, name, &type, nullptr, 0, &needed), ERROR_SUCCESS);
   EXPECT_EQ(machine_->AllData(u"倉庫 1F,LPT1:").size(), 1u) << "one value under both spellings";
+  for (const ACCESS_MASK access : {ACCESS_MASK{0}, ACCESS_MASK{PRINTER_ACCESS_USE}}) {
+    const OpenedPrinter used(u"倉庫 1F,LPT1:", access);
+    EXPECT_EQ(SetPrinterDataW(used, name, REG_BINARY, bytes, 4), ERROR_ACCESS_DENIED) << access;
+    EXPECT_EQ(GetPrinterDataW(used, name, &type, bytes, 4, &needed), ERROR_SUCCESS) << access;
+  }
   machine_->SetPermission(u"倉庫 1F,LPT1:", true, false);
   EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, bytes, 4), ERROR_ACCESS_DENIED);
   EXPECT_EQ(machine_->Data(u"倉庫 1F,LPT1:", u"Private DevMode")->bytes.size(), 0u);

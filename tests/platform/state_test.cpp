@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <winspool.h>
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -82,6 +84,47 @@ TEST_F(State, TwoComputersOfOneDirectorySeeEachOther) {
   writer->AddPrinter({.name = u"P"});
   EXPECT_EQ(reader->os().major, 6u) << "no stale fact";
   EXPECT_TRUE(reader->FindPrinter(u"p"));
+}
+
+// What a body does together is kept whole or not at all, and is nobody else's before its end.
+TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
+  const auto other = Machine::Open(directory_);
+  const auto machine = Machine::Open(directory_);
+  const auto install = [&machine](const std::function<void()>& last) {
+    machine->Together([&] {
+      machine->AddPrinter({.name = u"P"});
+      machine->SetRegistry(u"A", u"v", {REG_DWORD, {}});
+      machine->SetAdministrator(false);
+      last();
+    });
+  };
+  EXPECT_THROW(install([] { throw 1; }), int);
+  EXPECT_FALSE(machine->FindPrinter(u"P"));
+  EXPECT_FALSE(machine->Registry(u"A", u"v"));
+  EXPECT_TRUE(machine->administrator()) << "no fact of what was undone";
+  // No room for more: what fails inside undoes all, though a caller of the spooler hides it.
+  signal(SIGXFSZ, SIG_IGN);
+  rlimit old = {};
+  getrlimit(RLIMIT_FSIZE, &old);
+  const rlimit tight = {1 << 20, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &tight);
+  EXPECT_THROW(install([] {
+                 std::vector<BYTE> large(8 << 20);
+                 const support::OpenedPrinter printer(u"P");
+                 EXPECT_EQ(SetPrinterDataW(printer, const_cast<LPWSTR>(kValue), REG_BINARY,
+                                           large.data(), static_cast<DWORD>(large.size())),
+                           ERROR_GEN_FAILURE);
+               }),
+               std::runtime_error);
+  setrlimit(RLIMIT_FSIZE, &old);
+  EXPECT_FALSE(machine->FindPrinter(u"P"));
+  EXPECT_FALSE(other->FindPrinter(u"P"));
+  install([&] { EXPECT_FALSE(other->FindPrinter(u"P")); });
+  EXPECT_TRUE(other->FindPrinter(u"P"));
+  EXPECT_FALSE(other->administrator());
+  other->AddPrinter({.name = u"Q"});
+  machine->RemoveRegistryKey(u"a");
+  EXPECT_FALSE(other->Registry(u"A", u"v"));
 }
 
 TEST_F(State, ManyOpenANewDirectoryAtOnce) {
