@@ -97,7 +97,7 @@ void Machine::WriteFile(std::u16string_view windowsPath, std::string_view bytes)
   const fs::path file = HostPath(windowsPath);
   fs::create_directories(file.parent_path());
   const std::lock_guard lock(impl_->profiles.mutex);
-  impl_->profiles.ForgetAll();
+  impl_->profiles.Forget();
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!out.flush()) throw std::runtime_error("cannot write " + file.string());

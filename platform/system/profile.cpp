@@ -1,4 +1,5 @@
-// The profile-file functions in their byte form (code page 932) and their UTF-16 form.
+// The profile-file functions: reading in the byte form (code page 932) and in UTF-16, writing
+// in the byte form.
 #include "platform/system/profile.h"
 
 #include <algorithm>
@@ -135,47 +136,17 @@ DWORD Get(const typename Form::Char* section, const typename Form::Char* key,
   return static_cast<DWORD>(count);
 }
 
-template <typename Form>
-bool Change(ProfileDocument& document, const typename Form::Char* section,
-            const typename Form::Char* key, const typename Form::Char* value) {
-  const Encoding encoding = document.encoding();
-  const auto sectionName = Form::In(section, encoding);
-  if (!sectionName) return false;
+void Change(ProfileDocument& document, const char* section, const char* key, const char* value) {
+  const auto in = [&document](const char* text) {
+    return *ByteForm::In(text, document.encoding());
+  };
   if (key == nullptr) {
-    document.RemoveSection(*sectionName);
-    return true;
-  }
-  const auto keyName = Form::In(key, encoding);
-  if (!keyName) return false;
-  if (value == nullptr) {
-    document.RemoveKey(*sectionName, *keyName);
-    return true;
-  }
-  // A value may lose what code page 932 cannot hold; a name may not.
-  if constexpr (std::is_same_v<Form, WideForm>) {
-    document.Set(*sectionName, *keyName,
-                 encoding == Encoding::kCp932 ? ToCp932(value) : ToUtf8(value));
+    document.RemoveSection(in(section));
+  } else if (value == nullptr) {
+    document.RemoveKey(in(section), in(key));
   } else {
-    document.Set(*sectionName, *keyName, *Form::In(value, encoding));
+    document.Set(in(section), in(key), in(value));
   }
-  return true;
-}
-
-template <typename Form>
-BOOL Put(const typename Form::Char* section, const typename Form::Char* key,
-         const typename Form::Char* value, const typename Form::Char* fileName) {
-  if (section == nullptr || fileName == nullptr) return FALSE;  // nothing waits to be written
-  Machine& machine = Machine::Current();
-  bool done = false;
-  if (!machine.faults.Strike(Fault::kFile)) {
-    const std::filesystem::path file = FileOf(Form::Path(fileName));
-    ProfileCache& cache = machine.impl().profiles;
-    const std::lock_guard lock(cache.mutex);
-    ProfileDocument* document = cache.ReadOrNew(file);
-    done = document != nullptr && Change<Form>(*document, section, key, value) && cache.Write(file);
-  }
-  if (!done) SetLastError(ERROR_ACCESS_DENIED);
-  return done;
 }
 
 }  // namespace
@@ -190,11 +161,22 @@ DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallbac
   return Get<ByteForm>(section, key, fallback, returned, size, fileName);
 }
 
-BOOL WINAPI WritePrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR value,
-                                       LPCWSTR fileName) {
-  return Put<WideForm>(section, key, value, fileName);
-}
-
 BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR fileName) {
-  return Put<ByteForm>(section, key, value, fileName);
+  if (section == nullptr || fileName == nullptr) return FALSE;  // nothing waits to be written
+  Machine& machine = Machine::Current();
+  DWORD error = ERROR_ACCESS_DENIED;
+  if (!machine.faults.Strike(Fault::kFile)) {
+    const std::filesystem::path file = FileOf(FromCp932(fileName));
+    ProfileCache& cache = machine.impl().profiles;
+    const std::lock_guard lock(cache.mutex);
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(file.parent_path(), ignored)) {
+      error = ERROR_PATH_NOT_FOUND;
+    } else if (ProfileDocument* document = cache.ReadOrNew(file)) {
+      Change(*document, section, key, value);
+      if (cache.Write(file)) return TRUE;
+    }
+  }
+  SetLastError(error);
+  return FALSE;
 }

@@ -1,8 +1,7 @@
-// Profile files: the parsed form of those in use.
+// Profile files: the parsed form of the one in use.
 #pragma once
 
 #include <filesystem>
-#include <list>
 #include <memory>
 #include <mutex>
 
@@ -10,7 +9,7 @@
 
 namespace platform {
 
-// A few parsed files, each valid as long as its file keeps inode, size and time. The functions are
+// The last parsed file, valid as long as the file keeps inode, size and time. The functions are
 // called under the lock.
 class ProfileCache {
  public:
@@ -22,7 +21,7 @@ class ProfileCache {
   // Replaces the file by the document that Read or ReadOrNew gave. When that fails the file is as
   // it was and the document is forgotten.
   bool Write(const std::filesystem::path& file);
-  void ForgetAll();
+  void Forget();
 
   std::mutex mutex;
 
@@ -32,18 +31,14 @@ class ProfileCache {
     int64_t seconds = 0, nanoseconds = 0;
     bool operator==(const Stamp&) const = default;
   };
-  struct Entry {
-    std::filesystem::path file;
-    Stamp stamp;
-    ProfileDocument document;
-    // False when the file was so young at reading that a later change could bear the same stamp.
-    bool settled = false;
-  };
   static bool StampOf(int descriptor, Stamp& stamp);
-  Entry& Front(const std::filesystem::path& file);
-  void Forget(const std::filesystem::path& file);
 
-  std::list<Entry> entries_;  // the last used first
+  std::filesystem::path file_;  // empty: none
+  Stamp stamp_;
+  ProfileDocument document_;
+  // False when the file was so young at reading that a later change could bear the same stamp.
+  bool settled_ = false;
+  std::filesystem::path swept_;  // the last file beside which leftovers were looked for
 };
 
 }  // namespace platform

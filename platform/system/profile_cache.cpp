@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <ctime>
 #include <string>
 
@@ -13,7 +13,6 @@
 namespace platform {
 namespace {
 
-constexpr size_t kFilesKept = 8;
 // Files bear times no finer than this, in milliseconds.
 constexpr int64_t kYoung = 50;
 
@@ -68,6 +67,24 @@ std::filesystem::path Beside(const std::filesystem::path& file) {
                                "." + std::to_string(counter++));
 }
 
+// Removes what killed processes have left beside a file; a living one needs far less than a minute.
+void RemoveLeftovers(const std::filesystem::path& file) {
+  const std::string start = "." + file.filename().string() + ".";
+  const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1);
+  std::error_code failed;
+  for (const auto& entry : std::filesystem::directory_iterator(file.parent_path(), failed)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(start)) continue;
+    const size_t dot = name.find('.', start.size());
+    const bool numbered = dot != std::string::npos &&
+                          name.find_first_not_of("0123456789", start.size()) == dot &&
+                          name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
+    if (numbered && entry.last_write_time(failed) < old && !failed) {
+      std::filesystem::remove(entry.path(), failed);
+    }
+  }
+}
+
 }  // namespace
 
 bool ProfileCache::StampOf(int descriptor, Stamp& stamp) {
@@ -78,61 +95,49 @@ bool ProfileCache::StampOf(int descriptor, Stamp& stamp) {
   return true;
 }
 
-ProfileCache::Entry& ProfileCache::Front(const std::filesystem::path& file) {
-  const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                  [&file](const Entry& entry) { return entry.file == file; });
-  if (found != entries_.end()) {
-    entries_.splice(entries_.begin(), entries_, found);
-  } else {
-    entries_.push_front({file, {}, {}, false});
-    if (entries_.size() > kFilesKept) entries_.pop_back();
-  }
-  return entries_.front();
+void ProfileCache::Forget() {
+  file_.clear();
+  document_ = {};
+  settled_ = false;
 }
-
-void ProfileCache::Forget(const std::filesystem::path& file) {
-  entries_.remove_if([&file](const Entry& entry) { return entry.file == file; });
-}
-
-void ProfileCache::ForgetAll() { entries_.clear(); }
 
 ProfileDocument* ProfileCache::Read(const std::filesystem::path& file) {
+  if (file_ != file) Forget();
   const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   Stamp stamp;
-  if (!descriptor || !StampOf(descriptor.Get(), stamp)) {
-    Forget(file);
-    return nullptr;
-  }
-  Entry& entry = Front(file);
-  if (entry.settled && entry.stamp == stamp) return &entry.document;
   std::string bytes;
-  if (!ReadAll(descriptor.Get(), stamp.size, bytes)) {
-    Forget(file);
+  const bool there = descriptor && StampOf(descriptor.Get(), stamp);
+  if (there && settled_ && stamp_ == stamp) return &document_;
+  if (!there || !ReadAll(descriptor.Get(), stamp.size, bytes)) {
+    Forget();
     return nullptr;
   }
-  entry.document = ProfileDocument::Parse(bytes);
-  entry.stamp = stamp;
-  entry.settled = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kYoung;
-  return &entry.document;
+  file_ = file;
+  document_ = ProfileDocument::Parse(bytes);
+  stamp_ = stamp;
+  settled_ = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kYoung;
+  return &document_;
 }
 
 ProfileDocument* ProfileCache::ReadOrNew(const std::filesystem::path& file) {
   std::error_code failed;
   if (std::filesystem::exists(file, failed) || failed) return Read(file);
-  Forget(file);
-  return &Front(file).document;
+  Forget();
+  file_ = file;
+  return &document_;
 }
 
 bool ProfileCache::Write(const std::filesystem::path& file) {
   constexpr mode_t kNewFile = 0644;
   constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
-  Entry& entry = Front(file);
   struct stat old;
   const bool exists = stat(file.c_str(), &old) == 0;
   const mode_t mode = exists ? old.st_mode & 07777 : kNewFile;
   std::error_code failed;
   // A link stays a link; what it names is replaced.
   const std::filesystem::path target = exists ? std::filesystem::canonical(file, failed) : file;
+  if (target != swept_) RemoveLeftovers(target);
+  swept_ = target;
   const std::filesystem::path beside = Beside(target);
   const bool allowed = !failed && (!exists || (S_ISREG(old.st_mode) && (mode & kAnyWrite) != 0 &&
                                                access(file.c_str(), W_OK) == 0));
@@ -141,12 +146,12 @@ bool ProfileCache::Write(const std::filesystem::path& file) {
     const Descriptor descriptor(
         open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile));
     done = descriptor && (!exists || fchmod(descriptor.Get(), mode) == 0) &&
-           WriteAll(descriptor.Get(), entry.document.FileBytes()) &&
-           StampOf(descriptor.Get(), entry.stamp) && rename(beside.c_str(), target.c_str()) == 0;
+           WriteAll(descriptor.Get(), document_.FileBytes()) && StampOf(descriptor.Get(), stamp_) &&
+           rename(beside.c_str(), target.c_str()) == 0;
     if (descriptor && !done) unlink(beside.c_str());
   }
-  entry.settled = true;
-  if (!done) Forget(file);
+  settled_ = true;
+  if (!done) Forget();
   return done;
 }
 

@@ -8,7 +8,6 @@ namespace platform {
 namespace {
 
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kLineEnd = "\r\n";
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
@@ -52,9 +51,6 @@ ProfileDocument ProfileDocument::Parse(std::string_view bytes) {
     if (bytes.size() % 2 == 1) document.oddByte_ = bytes.substr(bytes.size() - 1);
     converted = FromUtf16Bytes(bytes.substr(kUtf16Mark.size()));
     bytes = converted;
-  } else if (bytes.starts_with(kUtf8Mark)) {
-    document.encoding_ = Encoding::kUtf8;
-    bytes.remove_prefix(kUtf8Mark.size());
   }
   document.sections_.emplace_back();
   while (!bytes.empty()) {
@@ -81,8 +77,7 @@ std::string ProfileDocument::FileBytes() const {
     size += section.bytes.size();
   }
   std::string text;
-  text.reserve(size + kUtf8Mark.size());
-  if (encoding_ == Encoding::kUtf8) text += kUtf8Mark;
+  text.reserve(size);
   for (const Section& section : sections_) text += section.bytes;
   if (encoding_ != Encoding::kUtf16) return text;
   std::string bytes(kUtf16Mark);

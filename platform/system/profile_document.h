@@ -14,9 +14,9 @@ namespace platform {
 
 class ProfileDocument {
  public:
-  // How the file's text is stored. Inside, texts are bytes: of code page 932 for the first, of
-  // UTF-8 for the others.
-  enum class Encoding { kCp932, kUtf8, kUtf16 };
+  // How the file's text is stored: in the system's code page, or as UTF-16 behind its mark. Inside,
+  // texts are bytes: of code page 932 for the first, of UTF-8 for the second.
+  enum class Encoding { kCp932, kUtf16 };
 
   ProfileDocument() = default;
   static ProfileDocument Parse(std::string_view fileBytes);

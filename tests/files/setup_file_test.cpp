@@ -18,12 +18,11 @@ constexpr char16_t kHead[] = u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=VELA 
 
 class SetupFile : public support::MachineTest {
  protected:
-  enum Encoding { kCodePage, kUtf8, kUtf16 };
+  enum Encoding { kCodePage, kUtf16 };
 
   void Write(const std::u16string& text, Encoding encoding = kCodePage) {
     std::string bytes;
     if (encoding == kCodePage) bytes = platform::ToCp932(text);
-    if (encoding == kUtf8) bytes = "\xEF\xBB\xBF" + platform::ToUtf8(text);
     if (encoding == kUtf16) {
       const std::u16string marked = u"\xFEFF" + text;
       bytes.assign(reinterpret_cast<const char*>(marked.data()), marked.size() * 2);
@@ -161,7 +160,7 @@ TEST_F(SetupFile, PapersAreReadBelowTheCount) {
 
 TEST_F(SetupFile, InitialisesAPrinterInEachEncoding) {
   std::u16string name = support::kPrinter;
-  for (const Encoding encoding : {kCodePage, kUtf8, kUtf16}) {
+  for (const Encoding encoding : {kCodePage, kUtf16}) {
     Write(With(u"PAPER00",
                u"PaperName=x\r\n[ﾄﾞﾗｲﾊﾞ情報]\r\nPrintSpeed=4\r\n[ﾃﾞﾊﾞｲｽ情報]\r\nMecha=2\r\n"
                u"[ﾌﾘｰｻｲｽﾞ用紙]\r\nPaperName=髙表示"),

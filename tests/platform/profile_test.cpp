@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/machine.h"
@@ -48,8 +50,7 @@ class Profile : public testing::Test {
 
 TEST_F(Profile, BothFormsReadEveryEncoding) {
   const std::u16string text = u"; 注釈\r\n[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=ゾ倉庫\r\n[ゾ]\r\nｷｰ=ソ\r\n";
-  const std::string bytes[] = {ToCp932(text), "\xEF\xBB\xBF" + platform::ToUtf8(text),
-                               "\xFF\xFE" + Utf16Bytes(text)};
+  const std::string bytes[] = {ToCp932(text), "\xFF\xFE" + Utf16Bytes(text)};
   for (const std::string& file : bytes) {
     Keep(file);
     EXPECT_EQ(GetWide(u"ﾊﾞｰｼﾞｮﾝ情報", u"DriverName"), u"ゾ倉庫");
@@ -192,10 +193,33 @@ TEST_F(Profile, AFailedWriteLeavesTheFileAndNothingBeside) {
   EXPECT_EQ(Get("s", "k"), "1") << "what was not written is not remembered";
   EXPECT_EQ(Kept(), text);
   EXPECT_EQ(count(), entries);
-  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", "C:\\missing\\x.ini"));
-  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", "Q:\\x.ini"));
-  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", "C:\\WINDOWS"));
+  for (const auto& [path, error] : {std::pair("C:\\missing\\x.ini", ERROR_PATH_NOT_FOUND),
+                                    {"Q:\\x.ini", ERROR_PATH_NOT_FOUND},
+                                    {"C:\\WINDOWS", ERROR_ACCESS_DENIED}}) {
+    EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", path));
+    EXPECT_EQ(GetLastError(), DWORD{error}) << path;
+  }
   EXPECT_FALSE(WritePrivateProfileStringA(nullptr, nullptr, nullptr, kPath));
+}
+
+TEST_F(Profile, WhatAKillLeftBesideGoesWithTheNextWrite) {
+  Keep("");
+  const auto folder = machine_->HostPath(kWidePath).parent_path();
+  const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2);
+  const struct {
+    const char* name;
+    bool aged, stays;
+  } rows[] = {{".settings.ini.123.0", true, false}, {".settings.ini.123.1", false, true},
+              {".settings.ini.123.x", true, true},  {".settings.ini.bak", true, true},
+              {".settings.ini.a.1", true, true},    {".other.ini.123.0", true, true}};
+  for (const auto& row : rows) {
+    std::ofstream(folder / row.name) << "x";
+    if (row.aged) std::filesystem::last_write_time(folder / row.name, old);
+  }
+  ASSERT_TRUE(Put("s", "k", "1"));
+  for (const auto& row : rows) {
+    EXPECT_EQ(std::filesystem::exists(folder / row.name), row.stays) << row.name;
+  }
 }
 
 TEST_F(Profile, AReplacedFileIsReadAnewAndItsModeAndLinkStay) {
