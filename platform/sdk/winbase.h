@@ -17,11 +17,6 @@ HANDLE WINAPI HeapCreate(DWORD options, SIZE_T initialSize, SIZE_T maximumSize);
 BOOL WINAPI HeapDestroy(HANDLE heap);
 LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes);
 BOOL WINAPI HeapFree(HANDLE heap, DWORD flags, LPVOID block);
-HGLOBAL WINAPI GlobalAlloc(UINT flags, SIZE_T bytes);
-LPVOID WINAPI GlobalLock(HGLOBAL block);
-BOOL WINAPI GlobalUnlock(HGLOBAL block);
-SIZE_T WINAPI GlobalSize(HGLOBAL block);
-HGLOBAL WINAPI GlobalFree(HGLOBAL block);
 
 // ---- modules and their resources ----
 HMODULE WINAPI LoadLibraryW(LPCWSTR fileName);
@@ -38,7 +33,6 @@ DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
 
 // ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);
-UINT WINAPI GetSystemDirectoryA(LPSTR directory, UINT size);
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size);
 
 // ---- profile files ----
@@ -63,10 +57,6 @@ int WINAPI lstrcmpiW(LPCWSTR a, LPCWSTR b);
 int WINAPI MulDiv(int number, int numerator, int denominator);
 
 }  // extern "C"
-
-constexpr UINT GMEM_MOVEABLE = 0x0002;
-constexpr UINT GMEM_ZEROINIT = 0x0040;
-constexpr UINT GHND = GMEM_MOVEABLE | GMEM_ZEROINIT;
 
 #define INVALID_HANDLE_VALUE reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1))
 

@@ -5,7 +5,6 @@
 
 constexpr UINT CP_ACP = 0;
 
-constexpr DWORD MB_ERR_INVALID_CHARS = 0x00000008;
 constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
 
 extern "C" {

@@ -123,19 +123,9 @@ UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
   return static_cast<UINT>(directory.size());
 }
 
-UINT AnswerDirectory(const std::u16string& directory, LPSTR out, UINT size) {
-  const std::string bytes = ToCp932(directory);
-  if (out == nullptr || size <= bytes.size()) return static_cast<UINT>(bytes.size() + 1);
-  out[bytes.copy(out, size - 1)] = 0;
-  return static_cast<UINT>(bytes.size());
-}
-
 }  // namespace
 
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size) {
-  return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);
-}
-UINT WINAPI GetSystemDirectoryA(LPSTR directory, UINT size) {
   return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);
 }
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size) {

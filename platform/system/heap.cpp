@@ -1,219 +1,104 @@
-// Heaps and global memory. Each block is an allocation of the C library's, so that the address
-// sanitizer sees an overrun; a header in front of it, closed to everybody else under that
-// sanitizer, ties it to its heap.
+// Heaps. Each block is an allocation of the C library's, so that the address sanitizer sees an
+// overrun on either side.
 #include "platform/system/heap.h"
 
-#include <atomic>
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <map>
 #include <mutex>
-#include <new>
+#include <set>
 
 #include "platform/machine.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define KESTREL_CLOSES_HEADERS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KESTREL_CLOSES_HEADERS 1
-#endif
-#endif
-#ifdef KESTREL_CLOSES_HEADERS
-#include <sanitizer/asan_interface.h>
-#endif
 
 namespace platform {
 namespace {
 
-std::atomic<int> privateHeaps = 0;
-std::atomic<int> liveBlocks = 0;
+constexpr uintptr_t kProcessHeap = 0x1000;
 
-struct Heap;
-
-struct alignas(std::max_align_t) Block {
-  Heap* heap;
-  Block* previous;
-  Block* next;
-  size_t size;
-};
-
-void Open([[maybe_unused]] Block* block) {
-#ifdef KESTREL_CLOSES_HEADERS
-  __asan_unpoison_memory_region(block, sizeof(Block));
-#endif
-}
-void Close([[maybe_unused]] Block* block) {
-#ifdef KESTREL_CLOSES_HEADERS
-  __asan_poison_memory_region(block, sizeof(Block));
-#endif
-}
-
-constexpr DWORD kHeapMark = 0x50414548;
-constexpr size_t kPage = 4096;
-
-struct Heap {
-  DWORD mark = kHeapMark;
-  size_t limit = 0;  // bytes in all; 0: grows
-  size_t used = 0;
-  Block* first = nullptr;
+struct Heaps {
   std::mutex mutex;
+  std::map<uintptr_t, std::set<void*>> blocks = {{kProcessHeap, {}}};  // of each heap
+  uintptr_t last = kProcessHeap;                                       // no handle is given twice
 };
 
-void* DataOf(Block* block) { return block + 1; }
-Block* BlockOf(const void* data) { return static_cast<Block*>(const_cast<void*>(data)) - 1; }
-
-Heap* HeapOf(HANDLE handle) {
-  auto* heap = static_cast<Heap*>(handle);
-  return heap != nullptr && heap->mark == kHeapMark ? heap : nullptr;
+// They live as long as the process.
+Heaps& All() {
+  static Heaps* heaps = new Heaps;
+  return *heaps;
 }
 
-void Link(Heap& heap, Block* block) {
-  block->heap = &heap;
-  block->previous = nullptr;
-  block->next = heap.first;
-  if (heap.first != nullptr) {
-    Open(heap.first);
-    heap.first->previous = block;
-    Close(heap.first);
-  }
-  heap.first = block;
-  heap.used += block->size;
-}
-
-void Unlink(Heap& heap, Block* block) {
-  if (block->next != nullptr) {
-    Open(block->next);
-    block->next->previous = block->previous;
-    Close(block->next);
-  }
-  if (block->previous != nullptr) {
-    Open(block->previous);
-    block->previous->next = block->next;
-    Close(block->previous);
-  } else {
-    heap.first = block->next;
-  }
-  heap.used -= block->size;
-}
-
-void* Allocate(Heap& heap, bool zero, size_t bytes) {
-  if (Machine::Current().faults.Strike(Fault::kAllocation)) return nullptr;
-  if (bytes > SIZE_MAX - sizeof(Block)) return nullptr;
-  const size_t total = sizeof(Block) + bytes;
-  const std::lock_guard lock(heap.mutex);
-  if (heap.limit != 0 && bytes > heap.limit - heap.used) return nullptr;
-  auto* block = static_cast<Block*>(zero ? std::calloc(1, total) : std::malloc(total));
-  if (block == nullptr) return nullptr;
-  block->size = bytes;
-  Link(heap, block);
-  Close(block);
-  ++liveBlocks;
-  return DataOf(block);
-}
-
-bool Release(Heap& heap, void* data) {
-  if (data == nullptr) return true;
-  // Locked before the header is opened: a neighbour that comes or goes closes it again.
-  const std::lock_guard lock(heap.mutex);
-  Block* block = BlockOf(data);
-  Open(block);
-  if (block->heap != &heap) {
-    Close(block);
-    return false;
-  }
-  Unlink(heap, block);
-  block->heap = nullptr;
-  std::free(block);
-  --liveBlocks;
-  return true;
-}
-
-size_t SizeOf(Heap& heap, const void* data) {
-  const std::lock_guard lock(heap.mutex);
-  Block* block = BlockOf(data);
-  Open(block);
-  const size_t size = block->size;
-  Close(block);
-  return size;
-}
-
-// Both live as long as the process.
-Heap& ProcessHeap() {
-  static Heap* heap = new Heap;
-  return *heap;
-}
-Heap& GlobalHeap() {
-  static Heap* heap = new Heap;
-  return *heap;
-}
+uintptr_t NumberOf(HANDLE heap) { return reinterpret_cast<uintptr_t>(heap); }
 
 }  // namespace
 
-int PrivateHeaps() { return privateHeaps; }
-int HeapBlockCount() { return liveBlocks; }
+int PrivateHeaps() {
+  const std::lock_guard lock(All().mutex);
+  return static_cast<int>(All().blocks.size()) - 1;
+}
+
+int HeapBlockCount() {
+  const std::lock_guard lock(All().mutex);
+  size_t count = 0;
+  for (const auto& [heap, blocks] : All().blocks) count += blocks.size();
+  return static_cast<int>(count);
+}
 
 }  // namespace platform
 
 using namespace platform;
 
-HANDLE WINAPI GetProcessHeap() { return &ProcessHeap(); }
+HANDLE WINAPI GetProcessHeap() { return reinterpret_cast<HANDLE>(kProcessHeap); }
 
-HANDLE WINAPI HeapCreate(DWORD, SIZE_T, SIZE_T maximumSize) {
-  auto* heap =
-      Machine::Current().faults.Strike(Fault::kAllocation) ? nullptr : new (std::nothrow) Heap;
-  if (heap == nullptr) {
+HANDLE WINAPI HeapCreate(DWORD, SIZE_T, SIZE_T) {
+  if (Machine::Current().faults.Strike(Fault::kAllocation)) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   }
-  if (maximumSize != 0) heap->limit = (maximumSize + kPage - 1) / kPage * kPage;
-  ++privateHeaps;
-  return heap;
+  const std::lock_guard lock(All().mutex);
+  const uintptr_t heap = All().last += 0x10;
+  All().blocks[heap];
+  return reinterpret_cast<HANDLE>(heap);
 }
 
-BOOL WINAPI HeapDestroy(HANDLE handle) {
-  Heap* heap = HeapOf(handle);
-  if (heap == nullptr || heap == &ProcessHeap()) {
+BOOL WINAPI HeapDestroy(HANDLE heap) {
+  const std::lock_guard lock(All().mutex);
+  const auto found = All().blocks.find(NumberOf(heap));
+  if (found == All().blocks.end() || found->first == kProcessHeap) {
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;
   }
-  for (Block* block = heap->first; block != nullptr;) {
-    Open(block);
-    Block* next = block->next;
-    std::free(block);
-    --liveBlocks;
-    block = next;
-  }
-  heap->mark = 0;
-  delete heap;
-  --privateHeaps;
+  std::for_each(found->second.begin(), found->second.end(), std::free);
+  All().blocks.erase(found);
   return TRUE;
 }
 
-LPVOID WINAPI HeapAlloc(HANDLE handle, DWORD flags, SIZE_T bytes) {
-  Heap* heap = HeapOf(handle);
-  return heap == nullptr ? nullptr : Allocate(*heap, (flags & HEAP_ZERO_MEMORY) != 0, bytes);
+LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes) {
+  if (Machine::Current().faults.Strike(Fault::kAllocation)) return nullptr;
+  const std::lock_guard lock(All().mutex);
+  const auto found = All().blocks.find(NumberOf(heap));
+  if (found == All().blocks.end()) return nullptr;
+  // A block of no bytes has an address of its own.
+  const SIZE_T size = std::max<SIZE_T>(bytes, 1);
+  void* block = (flags & HEAP_ZERO_MEMORY) != 0 ? std::calloc(1, size) : std::malloc(size);
+  if (block != nullptr) found->second.insert(block);
+  return block;
 }
 
-BOOL WINAPI HeapFree(HANDLE handle, DWORD, LPVOID block) {
-  Heap* heap = HeapOf(handle);
-  if (heap != nullptr && Release(*heap, block)) return TRUE;
+// What no heap holds was freed twice or never given: no caller goes on from there.
+BOOL WINAPI HeapFree(HANDLE heap, DWORD, LPVOID block) {
+  if (block == nullptr) return TRUE;
+  const std::lock_guard lock(All().mutex);
+  const auto found = All().blocks.find(NumberOf(heap));
+  if (found != All().blocks.end() && found->second.erase(block) > 0) {
+    std::free(block);
+    return TRUE;
+  }
+  const auto holds = [block](const auto& each) { return each.second.count(block) > 0; };
+  if (std::none_of(All().blocks.begin(), All().blocks.end(), holds)) {
+    std::fputs("HeapFree: a block that no heap holds\n", stderr);
+    std::abort();
+  }
   SetLastError(ERROR_INVALID_PARAMETER);
   return FALSE;
-}
-
-// A movable block stays where it is; its handle is its address.
-HGLOBAL WINAPI GlobalAlloc(UINT flags, SIZE_T bytes) {
-  void* block = Allocate(GlobalHeap(), (flags & GMEM_ZEROINIT) != 0, bytes);
-  if (block == nullptr) SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-  return block;
-}
-LPVOID WINAPI GlobalLock(HGLOBAL block) { return block; }
-BOOL WINAPI GlobalUnlock(HGLOBAL) { return TRUE; }
-SIZE_T WINAPI GlobalSize(HGLOBAL block) {
-  return block == nullptr ? 0 : SizeOf(GlobalHeap(), block);
-}
-HGLOBAL WINAPI GlobalFree(HGLOBAL block) {
-  if (Release(GlobalHeap(), block)) return nullptr;
-  SetLastError(ERROR_INVALID_HANDLE);
-  return block;
 }

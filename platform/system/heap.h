@@ -4,6 +4,6 @@
 namespace platform {
 
 int PrivateHeaps();    // created and not destroyed
-int HeapBlockCount();  // blocks of all heaps and of global memory
+int HeapBlockCount();  // blocks of all heaps
 
 }  // namespace platform

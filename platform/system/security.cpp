@@ -1,6 +1,6 @@
 // Security identifiers and the calling token.
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
+#include <iterator>
 
 #include "platform/machine.h"
 
@@ -8,53 +8,37 @@ using namespace platform;
 
 namespace {
 
-constexpr BYTE kMaximum = 8;
-constexpr BYTE kNtAuthority[6] = SECURITY_NT_AUTHORITY;
-
+// Of an identifier only counts which built-in group it is; 0: none.
 struct Sid {
-  BYTE revision;
-  BYTE count;
-  BYTE authority[6];
-  DWORD parts[kMaximum];
+  DWORD builtInGroup;
 };
 
-bool IsBuiltInGroup(const Sid& sid, DWORD group) {
-  return std::memcmp(sid.authority, kNtAuthority, sizeof(kNtAuthority)) == 0 && sid.count == 2 &&
-         sid.parts[0] == SECURITY_BUILTIN_DOMAIN_RID && sid.parts[1] == group;
+BOOL Fail(DWORD error) {
+  SetLastError(error);
+  return FALSE;
 }
 
 }  // namespace
 
 BOOL WINAPI AllocateAndInitializeSid(PSID_IDENTIFIER_AUTHORITY authority, BYTE count, DWORD part0,
-                                     DWORD part1, DWORD part2, DWORD part3, DWORD part4,
-                                     DWORD part5, DWORD part6, DWORD part7, PSID* out) {
-  if (authority == nullptr || out == nullptr || count > kMaximum) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return FALSE;
-  }
-  auto* sid = static_cast<Sid*>(HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Sid)));
-  if (sid == nullptr) {
-    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-    return FALSE;
-  }
-  sid->revision = 1;
-  sid->count = count;
-  std::memcpy(sid->authority, authority->Value, sizeof(sid->authority));
-  const DWORD parts[kMaximum] = {part0, part1, part2, part3, part4, part5, part6, part7};
-  std::memcpy(sid->parts, parts, count * sizeof(DWORD));
+                                     DWORD part1, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD,
+                                     PSID* out) {
+  if (authority == nullptr || out == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+  auto* sid = static_cast<Sid*>(HeapAlloc(GetProcessHeap(), 0, sizeof(Sid)));
+  if (sid == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+  constexpr SID_IDENTIFIER_AUTHORITY kNt = {SECURITY_NT_AUTHORITY};
+  const bool builtIn = std::equal(std::begin(kNt.Value), std::end(kNt.Value), authority->Value) &&
+                       count == 2 && part0 == SECURITY_BUILTIN_DOMAIN_RID;
+  sid->builtInGroup = builtIn ? part1 : 0;
   *out = sid;
   return TRUE;
 }
 
 BOOL WINAPI CheckTokenMembership(HANDLE, PSID sid, PBOOL isMember) {
-  if (sid == nullptr || isMember == nullptr) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return FALSE;
-  }
-  const auto& group = *static_cast<const Sid*>(sid);
-  *isMember =
-      IsBuiltInGroup(group, DOMAIN_ALIAS_RID_USERS) ||
-      (IsBuiltInGroup(group, DOMAIN_ALIAS_RID_ADMINS) && Machine::Current().administrator());
+  if (sid == nullptr || isMember == nullptr) return Fail(ERROR_INVALID_PARAMETER);
+  const DWORD group = static_cast<const Sid*>(sid)->builtInGroup;
+  *isMember = group == DOMAIN_ALIAS_RID_USERS ||
+              (group == DOMAIN_ALIAS_RID_ADMINS && Machine::Current().administrator());
   return TRUE;
 }
 

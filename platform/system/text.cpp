@@ -1,39 +1,32 @@
 #include "platform/system/text.h"
 
 #include <algorithm>
+#include <bit>
+#include <optional>
 
 namespace platform {
 namespace {
 
-void AppendUtf8(std::string& out, char32_t c) {
-  const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
-  if (c < 0x80) {
-    byte(c);
-  } else if (c < 0x800) {
-    byte(0xC0 | (c >> 6));
-    byte(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    byte(0xE0 | (c >> 12));
-    byte(0x80 | ((c >> 6) & 0x3F));
-    byte(0x80 | (c & 0x3F));
-  } else {
-    byte(0xF0 | (c >> 18));
-    byte(0x80 | ((c >> 12) & 0x3F));
-    byte(0x80 | ((c >> 6) & 0x3F));
-    byte(0x80 | (c & 0x3F));
+bool IsHigh(char32_t c) { return c >= 0xD800 && c < 0xDC00; }
+bool IsLow(char32_t c) { return c >= 0xDC00 && c < 0xE000; }
+
+// The code point that the text begins with, taken off it; nothing of what is no UTF-8. A form
+// longer than needed is none; an unpaired surrogate is kept on purpose.
+std::optional<char32_t> TakePoint(std::string_view& text) {
+  constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+  const auto first = static_cast<unsigned char>(text[0]);
+  const int ones = std::countl_one(first);
+  const auto further = static_cast<size_t>(ones == 0 ? 0 : ones - 1);
+  if (ones == 1 || ones > 4 || further >= text.size()) return std::nullopt;
+  char32_t point = first & (0xFFu >> (ones == 0 ? 0 : ones + 1));
+  for (size_t i = 1; i <= further; ++i) {
+    const auto next = static_cast<unsigned char>(text[i]);
+    if (next >> 6 != 2) return std::nullopt;
+    point = point << 6 | (next & 0x3F);
   }
-}
-
-bool IsHigh(char16_t c) { return c >= 0xD800 && c < 0xDC00; }
-bool IsLow(char16_t c) { return c >= 0xDC00 && c < 0xE000; }
-
-// Length of the sequence that a first byte announces; 0: it announces none.
-size_t SequenceLength(unsigned char first) {
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first < 0xE0) return 2;
-  if (first >= 0xE0 && first < 0xF0) return 3;
-  if (first >= 0xF0 && first < 0xF5) return 4;
-  return 0;
+  if (point < kLeast[further] || point > 0x10FFFF) return std::nullopt;
+  text.remove_prefix(further + 1);
+  return point;
 }
 
 }  // namespace
@@ -43,10 +36,18 @@ std::string ToUtf8(std::u16string_view text) {
   out.reserve(text.size() * 3);
   for (size_t i = 0; i < text.size(); ++i) {
     char32_t c = text[i];
-    if (IsHigh(text[i]) && i + 1 < text.size() && IsLow(text[i + 1])) {
+    if (IsHigh(c) && i + 1 < text.size() && IsLow(text[i + 1])) {
       c = 0x10000 + ((c - 0xD800) << 10) + (char32_t{text[++i]} - 0xDC00);
     }
-    AppendUtf8(out, c);
+    if (c < 0x80) {
+      out.push_back(static_cast<char>(c));
+      continue;
+    }
+    const int further = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    out.push_back(static_cast<char>(((0xFF00u >> (further + 1)) & 0xFF) | (c >> (6 * further))));
+    for (int place = further - 1; place >= 0; --place) {
+      out.push_back(static_cast<char>(0x80 | ((c >> (6 * place)) & 0x3F)));
+    }
   }
   return out;
 }
@@ -54,31 +55,12 @@ std::string ToUtf8(std::u16string_view text) {
 std::u16string ToUtf16(std::string_view utf8) {
   std::u16string out;
   out.reserve(utf8.size());
-  for (size_t i = 0; i < utf8.size();) {
-    const auto first = static_cast<unsigned char>(utf8[i]);
-    const size_t length = SequenceLength(first);
-    constexpr unsigned char kPayload[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    char32_t c = first & kPayload[length];
-    bool valid = length > 0 && i + length <= utf8.size();
-    for (size_t k = 1; valid && k < length; ++k) {
-      const auto next = static_cast<unsigned char>(utf8[i + k]);
-      valid = (next & 0xC0) == 0x80;
-      c = (c << 6) | (next & 0x3F);
-    }
-    // Longer forms than needed are refused; unpaired surrogates are kept on purpose.
-    valid = valid && !(length == 3 && c < 0x800) && !(length == 4 && (c < 0x10000 || c > 0x10FFFF));
-    if (!valid) {
-      out.push_back(u'\xFFFD');
-      ++i;
-      continue;
-    }
-    if (c >= 0x10000) {
-      out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
-      out.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
-    } else {
-      out.push_back(static_cast<char16_t>(c));
-    }
-    i += length;
+  while (!utf8.empty()) {
+    const auto point = TakePoint(utf8);
+    if (!point) utf8.remove_prefix(1);
+    const char32_t c = point.value_or(0xFFFD);
+    if (c >= 0x10000) out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+    out.push_back(static_cast<char16_t>(c >= 0x10000 ? 0xDC00 + ((c - 0x10000) & 0x3FF) : c));
   }
   return out;
 }

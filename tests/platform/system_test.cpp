@@ -188,19 +188,19 @@ TEST_F(System, HeapsCountAndGoInOneStep) {
   ASSERT_NE(block, nullptr);
   EXPECT_EQ(block[99], 0);
   EXPECT_FALSE(HeapFree(GetProcessHeap(), 0, block)) << "a block of another heap";
-  HeapAlloc(heap, 0, 0);
-  const HGLOBAL global = GlobalAlloc(GHND, 8);
+  EXPECT_NE(HeapAlloc(heap, 0, 0), HeapAlloc(heap, 0, 0));
   EXPECT_EQ(machine_->LiveAllocations(), 3);
+  EXPECT_TRUE(HeapFree(heap, 0, block));
+  EXPECT_DEATH(HeapFree(heap, 0, block), "no heap holds");
   EXPECT_TRUE(HeapDestroy(heap));
-  EXPECT_EQ(GlobalFree(global), nullptr);
+  EXPECT_FALSE(HeapDestroy(heap));
+  EXPECT_FALSE(HeapDestroy(GetProcessHeap()));
+  EXPECT_EQ(HeapAlloc(heap, 0, 1), nullptr);
   EXPECT_TRUE(HeapFree(GetProcessHeap(), 0, nullptr));
   EXPECT_EQ(machine_->LiveHeaps(), 0);
   EXPECT_EQ(machine_->LiveAllocations(), 0);
-  const HANDLE small = HeapCreate(0, 0, 4096);
-  EXPECT_EQ(HeapAlloc(small, 0, 4097), nullptr) << "a heap that may not grow";
-  HeapDestroy(small);
   machine_->faults.FailNth(Fault::kAllocation, 1);
-  EXPECT_EQ(GlobalAlloc(0, 8), nullptr);
+  EXPECT_EQ(HeapCreate(0, 0, 0), nullptr);
   EXPECT_EQ(HeapAlloc(GetProcessHeap(), 0, SIZE_MAX), nullptr);
 }
 
