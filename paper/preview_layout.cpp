@@ -11,6 +11,13 @@ namespace {
 // leaves 32 bits.
 constexpr int kFarAway = 1 << 24;
 
+// A number of 32 bits, whatever it was computed in: the registers of an x86 processor hold more
+// digits, and what lies half way between two pixels would be drawn at another on each machine.
+float Stored(float number) {
+  const volatile float stored = number;
+  return stored;
+}
+
 RECT Offset(const RECT& rect, int dx, int dy) {
   return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
 }
@@ -50,7 +57,7 @@ POINT ClampToBox(const PreviewGeometry& geometry, int x, int y) {
 }  // namespace
 
 int ScaleToPreview(int value, float scale) {
-  const double exact = static_cast<double>(static_cast<float>(value) * scale) + 0.5;
+  const double exact = double{Stored(static_cast<float>(value) * scale)} + 0.5;
   const double pixels = std::clamp<double>(exact, -kFarAway, kFarAway);
   const int whole = static_cast<int>(pixels);
   return whole > pixels ? whole - 1 : whole;  // the floor
@@ -64,7 +71,7 @@ PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box) {
   const int larger = std::max(paper.LabelWidth, paper.LabelHeight);
   if (larger <= 0) return geometry;
 
-  const float scale = static_cast<float>(box.right - box.left) / static_cast<float>(larger);
+  const float scale = Stored(static_cast<float>(box.right - box.left) / static_cast<float>(larger));
   geometry.scale = scale;
   geometry.width = ScaleToPreview(paper.LabelWidth, scale);
   geometry.height = ScaleToPreview(paper.LabelHeight, scale);
