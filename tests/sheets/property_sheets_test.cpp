@@ -108,6 +108,8 @@ TEST_F(PropertySheetsTest, HostPagesByTheOldRoadBeforeXp) {
     machine().SetOs({.major = c.major, .minor = c.minor});
     DropPages();
     ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+    // What a DLL made reads alike here: its size and the place of its last member.
+    ASSERT_TRUE(IsValidUiSession(&session()));
     ASSERT_EQ(calls.size(), 6u);
     for (int i = 0; i < 6; ++i) EXPECT_EQ(session().pageHandles[i], 1001 + i);
     EXPECT_EQ(calls[5].function, c.function);
