@@ -168,6 +168,7 @@ TEST_F(EntryPoints, SheetFunctionWithoutSheet) {
   EXPECT_EQ(At<WORD>(out_, 70), 232);
   EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, 0), -1);
   EXPECT_EQ(exports_.DrvDevicePropertySheets(nullptr, reinterpret_cast<LPARAM>(&header)), -1);
+  EXPECT_EQ(exports_.DrvDevicePropertySheets(nullptr, 0), -1);
 }
 
 TEST_F(EntryPoints, SheetsThatCannotBeShownFail) {

@@ -39,55 +39,77 @@ TEST_F(BackupTest, ForeignFilesAreRefused) {
   EXPECT_EQ(ReadSyncPrint(kPrinter), 0u);
 }
 
-TEST_F(BackupTest, EachDriverKeyUpToColorTextIsNeeded) {
-  for (const auto& [line, field] : {std::pair{u"PaperID=257", 0},
-                                    {u"Orient=1", 0},
-                                    {u"ColorText=1", 0},
-                                    {u"CompulsorySet=0", 438},
-                                    {u"Position=1", 436}}) {
-    const std::u16string key(line, std::u16string_view(line).find(u'=') + 1);
-    for (const std::u16string& instead : {std::u16string(), key + u"\r\n"}) {
-      WriteDefaultsWith(line, instead);
-      if (field != 0) support::Put<int16_t>(&my_.block, static_cast<size_t>(field), 7);
-      EXPECT_EQ(Load(), field != 0) << Cp932(line);
-      EXPECT_EQ(Shown(), u"");
-      // The two that may be missing are 0 then.
-      EXPECT_TRUE(field == 0 || At(&my_.block, static_cast<size_t>(field)) == 0) << Cp932(line);
-    }
-  }
-}
-
-TEST_F(BackupTest, ValuesAreReadByTheirRules) {
+// A line of a backup is another, or missing: what that makes of the field at an offset of the
+// block.
+TEST_F(BackupTest, LinesAreReadByTheirRules) {
+  constexpr int kRefused = 99;  // the field keeps its number and the load fails
+  constexpr int kKept = 98;     // the field keeps its number
+  const std::u16string longName = u"PaperName=" + std::u16string(40, u'表');
   struct Case {
     const char16_t* line;
-    const char16_t* instead;
+    std::u16string instead;
     size_t offset;
     int value;
   };
   const Case cases[] = {
-      {u"PitchOffset=0", u"PitchOffset=-5\r\n", 396, -5},
-      {u"PitchOffset=0", u"PitchOffset=70000\r\n", 396, 4464},
-      {u"PitchOffset=0", u"PitchOffset= +12abc\r\n", 396, 12},
-      {u"PitchOffset=0", u"PitchOffset=\"17\"\r\n", 396, 17},
-      {u"PitchOffset=0", u"PitchOffset=x\r\n", 396, 0},
-      {u"PitchOffset=0", u"PitchOffset=3,9\r\n", 396, 3},
-      {u"PitchOffset=0", u"PitchOffset=00000000000000123\r\n", 396, 1},  // 15 characters
-      {u"PaperID=257", u"PaperID=,\r\n", 220, 99},
-      {u"PaperID=257", u"PaperID=12\r\nPaperID=13\r\n", 220, 12},
-      {u"PaperID=257", u"paperid=12\r\nPaperID=13\r\n", 220, 13},
-      {u"HeadDensity=203", u"HeadDensity=305\r\n", 3654, 99},
-      {u"Mecha=0", u"Mecha=2\r\n", 3656, 99},
-      {u"UserDef=0", u"UserDef=1\r\n", 380, 1},
+      // The driver's keys up to ColorText are needed; the two behind are 0 without one.
+      {u"PaperID=257", u"", 220, kRefused},
+      {u"PaperID=257", u"PaperID=", 220, kRefused},
+      {u"Orient=1", u"", 388, kRefused},
+      {u"ColorText=1", u"", 408, kRefused},
+      {u"ColorText=1", u"ColorText=", 408, kRefused},
+      {u"CompulsorySet=0", u"", 438, 0},
+      {u"CompulsorySet=0", u"CompulsorySet=", 438, 0},
+      {u"Position=1", u"", 436, 0},
+      {u"PitchOffset=0", u"PitchOffset=-5", 396, -5},
+      {u"PitchOffset=0", u"PitchOffset=70000", 396, 4464},
+      {u"PitchOffset=0", u"PitchOffset= +12abc", 396, 12},
+      {u"PitchOffset=0", u"PitchOffset=\"17\"", 396, 17},
+      {u"PitchOffset=0", u"PitchOffset=x", 396, 0},
+      {u"PitchOffset=0", u"PitchOffset=3,9", 396, 3},
+      {u"PitchOffset=0", u"PitchOffset=00000000000000123", 396, 1},  // 15 characters
+      {u"PaperID=257", u"PaperID=,", 220, kKept},
+      {u"PaperID=257", u"PaperID=12\r\nPaperID=13", 220, 12},
+      {u"PaperID=257", u"paperid=12\r\nPaperID=13", 220, 13},
+      {u"HeadDensity=203", u"HeadDensity=305", 3654, kKept},
+      {u"Mecha=0", u"Mecha=2", 3656, kKept},
+      {u"UserDef=0", u"UserDef=1", 380, 1},
       {u"Yoshi=0", u"", 372, 0},
-      {u"Yoshi=0", u"Yoshi=\r\n", 372, 0},
-      {u"Thickness=3", u"", 352, 99},
+      {u"Yoshi=0", u"Yoshi=", 372, 0},
+      {u"Thickness=3", u"", 352, kKept},
+      {u"PaperName=Standard Label 58 x 68 mm", longName, 454 + 2 * 30, u'表'},
+      {u"PaperName=Standard Label 58 x 68 mm", longName, 454 + 2 * 31, 0},
+      // Hexadecimal, and set in the registry too.
+      {u"SYNC=0", u"SYNC=1f", 434, 31},
+      {u"SYNC=0", u"SYNC=A", 434, 0},
+      {u"SYNC=0", u"SYNC=123", 434, 0x23},
+      {u"SYNC=0", u"SYNC=100", 434, 0},
+      {u"SYNC=0", u"SYNC=1", 434, 1},
+      {u"SYNC=0", u"", 434, 0},
+      {u"SYNC=0", u"SYNC=aBc", 434, 10},
+      {u"SYNC=0", u"SYNC=", 434, 0},
+      {u"SYNC=0", u"SYNC=ffg", 434, 255},
+      {u"SYNC=0", u"SYNC=-1", 434, 0},
   };
   for (const Case& c : cases) {
-    WriteDefaultsWith(c.line, c.instead);
-    support::Put<int16_t>(&my_.block, c.offset, 99);
-    EXPECT_TRUE(Load());
-    EXPECT_EQ(At(&my_.block, c.offset), c.value) << Cp932(c.instead);
+    SCOPED_TRACE(Cp932(c.instead.empty() ? c.line : c.instead));
+    WriteDefaultsWith(c.line, c.instead.empty() ? u"" : c.instead + u"\r\n");
+    const int before = c.value == kKept ? kKept : kRefused;
+    support::Put(&my_.block, c.offset, static_cast<int16_t>(before));
+    WriteSyncPrint(kPrinter, c.value == 0);
+    EXPECT_EQ(Load(), c.value != kRefused);
+    EXPECT_EQ(Shown(), u"");
+    EXPECT_EQ(At<uint16_t>(&my_.block, c.offset), static_cast<uint16_t>(c.value));
+    if (c.offset == 434) {
+      EXPECT_EQ(ReadSyncPrint(kPrinter), c.value != 0 ? 1u : 0u);
+    }
   }
+  machine().SetRegistryAccess(true, false);
+  WriteDefaultsWith(u"SYNC=0", u"SYNC=1");
+  EXPECT_TRUE(Load()) << "the registry does not decide";
+}
+
+TEST_F(BackupTest, EachNumberOfATripleIsOptional) {
   DEVHTINFO info = {};
   info.ColorInfo.Red = {7, 8, 9};
   SetHalftoneInfo(my_.block, info);
@@ -190,32 +212,6 @@ TEST_F(BackupTest, DecorativeFontsEndAtAMissingKeyAndBarcodeFontsDoNot) {
   }
 }
 
-TEST_F(BackupTest, SyncIsHexadecimalAndSetsTheRegistry) {
-  struct Case {
-    const char16_t* value;
-    int mode;
-  };
-  for (const Case& c : {Case{u"SYNC=1f", 31},
-                        {u"SYNC=A", 0},
-                        {u"SYNC=123", 0x23},
-                        {u"SYNC=100", 0},
-                        {u"SYNC=1", 1},
-                        {u"", 0},
-                        {u"SYNC=aBc", 10},
-                        {u"SYNC=", 0},
-                        {u"SYNC=ffg", 255},
-                        {u"SYNC=-1", 0}}) {
-    WriteSyncPrint(kPrinter, c.mode == 0);
-    WriteDefaultsWith(u"SYNC=0", c.value);
-    ASSERT_TRUE(Load());
-    EXPECT_EQ(my_.block.Record.Private.nTSMode, c.mode) << Cp932(c.value);
-    EXPECT_EQ(ReadSyncPrint(kPrinter), c.mode != 0 ? 1u : 0u) << Cp932(c.value);
-  }
-  machine().SetRegistryAccess(true, false);
-  WriteDefaultsWith(u"SYNC=0", u"SYNC=1");
-  EXPECT_TRUE(Load()) << "the registry does not decide";
-}
-
 TEST_F(BackupTest, EverythingComesBackInAnotherPrinter) {
   auto& block = my_.block;
   block.Printer.PaperNum = kPaperCapacity;
@@ -297,17 +293,6 @@ TEST_F(BackupTest, EverythingComesBackInAnotherPrinter) {
     EXPECT_EQ(support::BytesOf(my_.deco[i]), support::BytesOf(source.deco[i])) << i;
     EXPECT_EQ(support::BytesOf(my_.bar[i]), support::BytesOf(source.bar[i])) << i;
   }
-}
-
-TEST_F(BackupTest, LongValuesAreCut) {
-  const std::u16string text = platform::FromCp932(Golden());
-  std::u16string longName = text;
-  const std::u16string old = u"PaperName=Standard Label 58 x 68 mm";
-  longName.replace(text.find(old), old.size(), u"PaperName=" + std::u16string(40, u'表'));
-  Write(longName + u"Long=" + std::u16string(1 << 20, u'1') + u"\r\n");
-  EXPECT_TRUE(Load());
-  EXPECT_EQ(my_.block.Printer.Papers[0].PaperName, std::u16string(31, u'表'));
-  EXPECT_EQ(my_.block.Printer.PaperNum, 1);
 }
 
 TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {

@@ -50,18 +50,6 @@ TEST_F(BackupTest, SectionsFollowTheMask) {
   }
 }
 
-TEST_F(BackupTest, NumbersAndSyncAreWrittenInTheirForms) {
-  PrivateDevMode& settings = my_.block.Record.Private;
-  settings.nPitchOffset = -5;
-  settings.nVertBase = -32768;
-  settings.nTSMode = 0x1F;
-  my_.block.Printer.Mecha = 65535;
-  EXPECT_TRUE(Save());
-  for (const char* line :
-       {"PitchOffset=-5\r\n", "VerticalBase=-32768\r\n", "SYNC=1f\r\n", "Mecha=-1\r\n"})
-    EXPECT_TRUE(Contains(Bytes(), line)) << line;
-}
-
 TEST_F(BackupTest, ANameCannotBreakOutOfItsLine) {
   SetName(my_.block.Printer.Papers[0].PaperName, u"a\r\n[用紙登録数]\r\nPaperNum=20");
   EXPECT_TRUE(Save());

@@ -208,20 +208,6 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
   }
 }
 
-// With the platform's own dialog, which asks before a file is written over.
-TEST_F(UtilityPage, TakesTheChosenFile) {
-  constexpr int kDialogName = 1148;
-  const support::Step overwrite = Click(IDYES);
-  const Steps choose = {Replace(IDC_UTILITY_SAVE_NAME, u"C:\\data\\x.ini"),
-                        Click(IDC_UTILITY_SAVE_BROWSE), Replace(kDialogName, u"new"), Click(IDOK)};
-  const Steps save = {ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\data\\new.ini"),
-                      Click(IDC_UTILITY_SAVE), Message(kSaved, MB_ICONASTERISK)};
-  Visit({choose, save, choose, overwrite, save, Replace(IDC_UTILITY_LOAD_NAME, u"C:\\data\\x.ini"),
-         Click(IDC_UTILITY_LOAD_BROWSE), Replace(kDialogName, u"NEW.ini"), Click(IDOK),
-         Click(IDC_UTILITY_LOAD), Message(kLoaded, MB_ICONASTERISK), support::PressCancel()});
-  EXPECT_EQ(Bytes(u"C:\\data\\new.ini"), Golden());
-}
-
 // The wait cursor lasts as long as the transfer, whatever becomes of it.
 TEST_F(UtilityPage, ShowsTheWaitCursorWhileItTransfers) {
   const auto cursor = [](LPCWSTR name) {

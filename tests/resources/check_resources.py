@@ -4,6 +4,7 @@ enough for their texts, that help texts fit the help box, and that texts fit the
 
 usage: check_resources.py FILE.res — prints one line a fault, exits 1 when there is any."""
 import re
+import struct
 import sys
 import unicodedata
 
@@ -44,6 +45,9 @@ FORMATTED = ({i: ["%s"] for i in range(2204, 2221)} | {i: ["%s"] for i in range(
                                          2358, 2359, 2360, 2361, 2362, 2363, 2377, 2378)}
              | {i: ["%s"] * 4 for i in (2296, 2297, 2373, 2374)}
              | {2375: ["%s"] * 6, 2410: ["%d"], 2435: ["%d"], 2212: []})
+# Width, height and bits a dot of pictures whose boxes count on them.
+PICTURES = {149: (420, 200, 24), 134: (138, 246, 8), 141: (138, 246, 8), 162: (120, 189, 8),
+            155: (96, 96, 8), 158: (96, 96, 8)}
 
 faults = []
 
@@ -239,6 +243,10 @@ def main():
     bitmaps = {name: data for kind, name, data in found if kind == RT_BITMAP}
     for number in {int(v) for k, v in numbers.items() if k.startswith("IDB_")} ^ bitmaps.keys():
         fault(f"bitmap {number} is missing or not named")
+    for number, facts in PICTURES.items():
+        width, height, bits = struct.unpack_from("<4xii2xH", bitmaps.get(number, bytes(16)))
+        if (width, height, bits) != facts:
+            fault(f"bitmap {number} is {width} x {height} of {bits} bits")
     for kind in (RT_VERSION, RT_MANIFEST):
         if kind not in {k for k, _, _ in found}:
             fault(f"no resource of type {kind}")

@@ -107,13 +107,9 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
       exports_.DrvDeviceCapabilities(opened, name.data(), DC_PAPERSIZE, sizes.data(), nullptr), 3);
   EXPECT_EQ(sizes[1].x, 400);
   EXPECT_EQ(sizes[1].y, 300);
-}
 
-TEST_F(Road, ABackupMakesTheSecondPrinterTheFirst) {
-  machine().WriteFile(u"C:\\BACKUP\\readme.txt", "");
-  ShowUserDefault(support::kPrinter, ChangeEverything());
+  // A backup makes the second printer the first.
   ShowUserDefault(kSecond, LoadBackup());
-
   // The three words of a barcode block that have no name stay behind; the rest of each font
   // crosses.
   std::vector<std::byte> fonts = Data(support::kPrinter, u"CreateFont Data");

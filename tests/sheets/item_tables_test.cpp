@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -37,9 +38,8 @@ class ItemTablesTest : public testing::Test {
   OptItemTables& tables = session->tables;
 };
 
-TEST_F(ItemTablesTest, HoldAnItemForEachOwnPage) {
+TEST_F(ItemTablesTest, HoldAnItemForEachOwnPageAndTellOfTheFirstOverflow) {
   ASSERT_TRUE(Allocate({kPageDocumentSet, 5, 5, kPageTreeView, 5, 5, 5, 5}));
-  EXPECT_EQ(tables.items.capacity, 6);
   EXPECT_EQ(tables.types.capacity, 6);
   EXPECT_EQ(tables.params.capacity, 6);
   EXPECT_EQ(tables.texts.capacity + tables.halftones.capacity + tables.checkBoxes.capacity +
@@ -47,30 +47,21 @@ TEST_F(ItemTablesTest, HoldAnItemForEachOwnPage) {
             0);
   for (BYTE id = 100; id < 106; ++id) AddPageHeaderItem(*session, id);
   EXPECT_TRUE(ReportTableError(*session));
-  ASSERT_EQ(tables.items.used, 6);
-  for (int i = 0; i < 6; ++i) {
-    const OPTITEM& item = tables.items.start[i];
-    EXPECT_EQ(item.cbSize, sizeof(OPTITEM));
-    EXPECT_EQ(item.Level, 1);
-    EXPECT_EQ(item.Flags, OPTIF_CALLBACK);
-    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(item.pName), 64734u);
-    EXPECT_EQ(item.Sel, 64000);
-    EXPECT_EQ(item.pOptType, nullptr);
-    EXPECT_EQ(item.DMPubID, 100 + i);
+  OPTITEM header = Item(100);
+  header.cbSize = sizeof(OPTITEM);
+  header.Level = 1;
+  header.Flags = OPTIF_CALLBACK;
+  header.pName = MAKEINTRESOURCEW(64734);
+  header.Sel = 64000;
+  for (int i = 0; i < 6; ++i, ++header.DMPubID) {
+    EXPECT_EQ(std::memcmp(&tables.items.start[i], &header, sizeof header), 0) << i;
   }
-}
-
-TEST_F(ItemTablesTest, TellOfTheFirstOverflowAndIgnoreLaterAdds) {
-  ASSERT_TRUE(Allocate({5, 5, 5, 5, 5, 5}));
-  for (BYTE id = 100; id < 107; ++id) AddPageHeaderItem(*session, id);
-  EXPECT_EQ(session->tableError, kItemTableFull);
+  AddPageHeaderItem(*session, 106);
   EXPECT_FALSE(ReportTableError(*session));
-  const auto& history = machine->desk().History();
-  ASSERT_EQ(history.size(), 1u);
-  EXPECT_EQ(history[0].caption, u"TreeViewMakeError");
-  EXPECT_EQ(history[0].text, u"ItemTable OverFlow!!\n( 7 )");
-  EXPECT_EQ(history[0].style, MB_ICONHAND | MB_SETFOREGROUND);
-
+  EXPECT_EQ(machine->desk().History()[0].caption, u"TreeViewMakeError");
+  EXPECT_EQ(machine->desk().History()[0].text, u"ItemTable OverFlow!!\n( 7 )");
+  EXPECT_EQ(machine->desk().History()[0].style, MB_ICONHAND | MB_SETFOREGROUND);
+  // Later adds and changes do nothing but count.
   AddOptItem(*session, Item(1));
   EXPECT_EQ(AddItemText(*session, TEXT("text")), nullptr);
   EXPECT_EQ(AddExtCheckBox(*session, {}), nullptr);
@@ -106,30 +97,37 @@ TEST_F(ItemTablesTest, ComposeItemsWithExtensions) {
   ASSERT_TRUE(AllocateGeneral());
   const CheckBoxDescription box = {ECBF_CHECKNAME_AT_FRONT, TEXT("box"), nullptr,
                                    MAKEINTRESOURCEW(7), 11};
-  const ItemDescription withBox = {2, TEXT("name"), 33, &box, nullptr};
-  const OPTITEM first = ComposeItem(*session, withBox, 9, kGivenSelection, 5);
-  EXPECT_EQ(first.Sel, 5);
-  EXPECT_EQ(first.Level, 2);
-  EXPECT_EQ(first.HelpIndex, 33u);
-  EXPECT_EQ(first.pOptType, tables.types.start);
-  EXPECT_EQ(first.Flags, OPTIF_CALLBACK);
-  ASSERT_NE(first.pExtChkBox, nullptr);
-  EXPECT_EQ(first.pExtChkBox->cbSize, sizeof(EXTCHKBOX));
-  EXPECT_EQ(first.pExtChkBox->Flags, ECBF_CHECKNAME_AT_FRONT);
-  EXPECT_EQ(std::u16string(first.pExtChkBox->pTitle), u"box");
-  EXPECT_EQ(first.pExtChkBox->pCheckedName, MAKEINTRESOURCEW(7));
-  EXPECT_EQ(first.pExtChkBox->IconID, 11u);
+  OPTITEM first = {};
+  first.cbSize = sizeof first;
+  first.Level = 2;
+  first.Flags = OPTIF_CALLBACK;
+  first.Sel = 5;
+  first.pExtChkBox = tables.checkBoxes.start;
+  first.pOptType = tables.types.start;
+  first.HelpIndex = 33;
+  first.DMPubID = 9;
+  first.pName = MAKEINTRESOURCEW(6);
+  OPTITEM item = ComposeItem(*session, {2, first.pName, 33, &box, nullptr}, 9, kGivenSelection, 5);
+  EXPECT_EQ(std::memcmp(&item, &first, sizeof item), 0);
+  const EXTCHKBOX& made = *tables.checkBoxes.start;
+  EXPECT_EQ(made.cbSize, sizeof(EXTCHKBOX));
+  EXPECT_EQ(made.Flags, ECBF_CHECKNAME_AT_FRONT);
+  EXPECT_EQ(std::u16string(made.pTitle), u"box");
+  EXPECT_EQ(std::u16string(made.pSeparator), u"");
+  EXPECT_EQ(made.pCheckedName, MAKEINTRESOURCEW(7));
+  EXPECT_EQ(made.IconID, 11u);
 
   const PushDescription push = {EPF_NO_DOT_DOT_DOT, MAKEINTRESOURCEW(8), 12};
-  const ItemDescription withPush = {1, MAKEINTRESOURCEW(9), 0, nullptr, &push};
-  const OPTITEM second = ComposeItem(*session, withPush, 9, kItemWithoutType, 5);
-  EXPECT_EQ(second.Sel, 0);
-  EXPECT_EQ(second.pOptType, nullptr);
-  EXPECT_EQ(second.Flags, OPTIF_CALLBACK | OPTIF_EXT_IS_EXTPUSH);
-  ASSERT_NE(second.pExtPush, nullptr);
-  EXPECT_EQ(second.pExtPush->cbSize, sizeof(EXTPUSH));
-  EXPECT_EQ(second.pExtPush->IconID, 12u);
-
+  item = ComposeItem(*session, {1, MAKEINTRESOURCEW(9), 0, nullptr, &push}, 9, kItemWithoutType, 5);
+  EXPECT_EQ(item.Sel, 0);
+  EXPECT_EQ(item.pOptType, nullptr);
+  EXPECT_EQ(item.Flags, OPTIF_CALLBACK | OPTIF_EXT_IS_EXTPUSH);
+  EXTPUSH button = {};
+  button.cbSize = sizeof button;
+  button.Flags = EPF_NO_DOT_DOT_DOT;
+  button.pTitle = MAKEINTRESOURCEW(8);
+  button.IconID = 12;
+  EXPECT_EQ(std::memcmp(item.pExtPush, &button, sizeof button), 0);
   EXPECT_EQ(AddExtPush(*session, push), nullptr);
   EXPECT_EQ(session->tableError, kPushTableFull);
 }
@@ -174,36 +172,27 @@ TEST_F(ItemTablesTest, RefuseWhatDoesNotFit) {
 }
 
 TEST_F(ItemTablesTest, NameEachError) {
-  tables.items.calls = 1;
-  tables.types.calls = 2;
-  tables.params.calls = 3;
-  tables.texts.calls = 4;
-  tables.halftones.calls = 5;
-  tables.checkBoxes.calls = 6;
-  tables.pushes.calls = 7;
-  const std::pair<int, std::u16string> cases[] = {
-      {1, u"ItemTable OverFlow!!\n( 1 )"},
-      {2, u"TypeTable OverFlow!!\n( 2 )"},
-      {3, u"ParamTable OverFlow!!\n( 3 )"},
-      {4, u"TextTable OverFlow!!\n( 4 )"},
-      {5, u"HTSetupTable OverFlow!!\n( 5 )"},
-      {6, u"ExtCheckBoxTable OverFlow!!\n( 6 )"},
-      {7, u"ExtPushButtonTable OverFlow!!\n( 7 )"},
-      {8, u"NotEqual AddParam!!\n"},
-      {9, u"Invalid Parameter!!\n"},
-      {77, u"Internal Error!!\n( 77 )"},
-  };
-  for (const auto& [error, text] : cases) {
+  int* const calls[] = {&tables.items.calls, &tables.types.calls,     &tables.params.calls,
+                        &tables.texts.calls, &tables.halftones.calls, &tables.checkBoxes.calls,
+                        &tables.pushes.calls};
+  const char16_t* const full[] = {u"Item",    u"Type",        u"Param",        u"Text",
+                                  u"HTSetup", u"ExtCheckBox", u"ExtPushButton"};
+  const auto expect = [&](int error, const std::u16string& text) {
     session->tableError = error;
     machine->desk().ClearShown();
     EXPECT_FALSE(ReportTableError(*session));
-    ASSERT_EQ(machine->desk().History().size(), 1u) << error;
-    EXPECT_EQ(machine->desk().History()[0].text, text);
+    std::u16string shown;
+    for (const auto& box : machine->desk().History()) shown += box.text;
+    EXPECT_EQ(shown, text) << error;
+  };
+  for (int i = 0; i < 7; ++i) {
+    *calls[i] = i + 1;
+    expect(i + 1, full[i] + std::u16string(u"Table OverFlow!!\n( ") + char16_t(u'1' + i) + u" )");
   }
-  session->tableError = kTablesClosed;
-  machine->desk().ClearShown();
-  EXPECT_FALSE(ReportTableError(*session));
-  EXPECT_TRUE(machine->desk().History().empty());
+  expect(kParamsOwed, u"NotEqual AddParam!!\n");
+  expect(kNoSuchItem, u"Invalid Parameter!!\n");
+  expect(77, u"Internal Error!!\n( 77 )");
+  expect(kTablesClosed, u"");
 }
 
 }  // namespace

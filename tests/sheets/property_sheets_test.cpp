@@ -19,6 +19,7 @@
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
 #include "tests/support/fault_walk.h"
+#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
@@ -200,8 +201,6 @@ TEST_F(PropertySheetsTest, CloseWhenAPageIsRefused) {
 }
 
 TEST_F(PropertySheetsTest, AnswerMinusOneToWhatTheyDoNotKnow) {
-  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, 0), -1);
-  EXPECT_EQ(exports_.DrvDevicePropertySheets(nullptr, 0), -1);
   EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_INFO_HEADER), -1);  // no session
   info.lParamInit = 0;
   info.Reason = PROPSHEETUI_REASON_INIT;
@@ -258,6 +257,9 @@ TEST_F(PropertySheetsTest, HandOutAndStoreByKindPermissionAndResult) {
       {"document OK by DM_UPDATE", false, DM_UPDATE, CPSUI_OK, true, false},
       {"document OK without output mode", false, DM_PROMPT, CPSUI_OK, false, false},
       {"document restart", false, DM_COPY, CPSUI_RESTARTWINDOWS, false, false},
+      {"document cancel", false, DM_COPY, CPSUI_CANCEL, false, false},
+      {"user default cancel", false, DM_COPY | DM_USER_DEFAULT, CPSUI_CANCEL, false, false},
+      {"printer cancel", true, 0, CPSUI_CANCEL, false, false},
       {"advanced OK", false, DM_COPY | DM_ADVANCED | DM_USER_DEFAULT, CPSUI_OK, true, false},
       {"user default OK", false, DM_COPY | DM_USER_DEFAULT, CPSUI_OK, true, true},
       {"user default OK, no permission", false, DM_COPY | DM_USER_DEFAULT | DM_NOPERMISSION,
@@ -323,31 +325,6 @@ TEST_F(PropertySheetsTest, ConfirmOnTheFirstPage) {
   session().pageCount = count;
 }
 
-TEST_F(PropertySheetsTest, LeaveNothingBehindWithoutMemory) {
-  for (bool asDevice : {false, true}) {
-    isDevice = asDevice;
-    LONG answer = 0;
-    size_t pages = 0;
-    int refused = 0;
-    support::WalkFaults(
-        machine(), {Fault::kAllocation},
-        [&] {
-          answer = Ask(PROPSHEETUI_REASON_INIT);
-          pages = calls.size();
-          if (answer == 1) Ask(PROPSHEETUI_REASON_DESTROY);
-          DropPages();
-        },
-        [&](Fault, bool struck) {
-          EXPECT_TRUE(answer == 1 || (answer == -1 && struck)) << answer;
-          EXPECT_TRUE(answer == -1 || pages == (asDevice ? 1u : 6u)) << pages;
-          EXPECT_TRUE(desk().History().empty()) << "no table was too small";
-          refused += answer == -1;
-        });
-    // The session's heap, the session, its block, the tables' heap and block; and the font lists.
-    EXPECT_GE(refused, asDevice ? 5 : 7);
-  }
-}
-
 TEST_F(PropertySheetsTest, KnowTheirSessionsMode) {
   const std::u16string explorer = machine().windowsDirectory() + u"\\EXPLORER.EXE";
   const struct {
@@ -410,30 +387,23 @@ TEST_F(PropertySheetsTest, AskThePrinterForAMissingName) {
 }
 
 TEST_F(PropertySheetsTest, LoadTheBackupNamesOfDocumentAndUserDefaultSessions) {
-  std::vector<std::byte> bytes(260);
-  const char16_t path[] = u"C:\\a.ini";
-  std::memcpy(bytes.data(), path, sizeof(path));
-  machine().SetData(kPrinter, u"BackupFile Read Name", {REG_BINARY, bytes});
   // A name of exactly 130 units without a terminator, and one that is too long.
-  std::vector<std::byte> full(260, std::byte{'x'});
-  for (size_t i = 1; i < full.size(); i += 2) full[i] = std::byte{0};
-  machine().SetData(kPrinter, u"BackupFile Write Name", {REG_BINARY, full});
-  for (DWORD mode : {DM_COPY, DM_USER_DEFAULT, DM_ADVANCED}) {
-    document.fMode = mode;
-    DriverUiData* made = CreateUiSession(&document);
-    ASSERT_NE(made, nullptr);
-    const bool loaded = mode != DM_ADVANCED;
-    EXPECT_EQ(std::u16string(made->utility.readName), loaded ? u"C:\\a.ini" : u"");
-    EXPECT_EQ(std::u16string(made->utility.writeName), std::u16string(loaded ? 130 : 0, u'x'));
-    DestroyUiSession(made);
+  for (const size_t units : {130u, 131u}) {
+    const std::u16string full(units, u'x');
+    machine().SetData(kPrinter, u"BackupFile Read Name",
+                      {REG_BINARY, support::BytesOf(u"C:\\a.ini", 18)});
+    machine().SetData(kPrinter, u"BackupFile Write Name",
+                      {REG_BINARY, support::BytesOf(full.data(), 2 * units)});
+    for (const DWORD mode : {DM_COPY, DM_USER_DEFAULT, DM_ADVANCED}) {
+      document.fMode = mode;
+      DriverUiData* made = CreateUiSession(&document);
+      ASSERT_NE(made, nullptr);
+      const bool loaded = mode != DM_ADVANCED;
+      EXPECT_EQ(std::u16string(made->utility.readName), loaded ? u"C:\\a.ini" : u"");
+      EXPECT_EQ(made->utility.writeName, loaded && units == 130 ? full : u"");
+      DestroyUiSession(made);
+    }
   }
-  full.resize(262, std::byte{0});
-  machine().SetData(kPrinter, u"BackupFile Write Name", {REG_BINARY, full});
-  document.fMode = DM_COPY;
-  DriverUiData* made = CreateUiSession(&document);
-  ASSERT_NE(made, nullptr);
-  EXPECT_EQ(std::u16string(made->utility.writeName), u"");
-  DestroyUiSession(made);
 }
 
 }  // namespace

@@ -1,39 +1,23 @@
 #include "tests/support/test_machine.h"
 
 #include <cstdlib>
+#include <type_traits>
 
 #include "driver/instance.h"
 #include "tests/support/bin_dir.h"
 
 namespace support {
 
-namespace {
-
-template <typename Proc>
-bool Look(HMODULE module, const char* name, Proc& proc) {
-  const FARPROC found = GetProcAddress(module, name);
-  proc = reinterpret_cast<Proc>(reinterpret_cast<void*>(found));
-  return found != nullptr;
-}
-
-}  // namespace
-
 bool Exports::Find(HMODULE module) {
-  return Look(module, "DrvPrinterEvent", DrvPrinterEvent) &&
-         Look(module, "DrvUpgradePrinter", DrvUpgradePrinter) &&
-         Look(module, "DevQueryPrint", DevQueryPrint) &&
-         Look(module, "DevQueryPrintEx", DevQueryPrintEx) &&
-         Look(module, "DrvDocumentEvent", DrvDocumentEvent) &&
-         Look(module, "DrvQueryJobAttributes", DrvQueryJobAttributes) &&
-         Look(module, "DrvQueryColorProfile", DrvQueryColorProfile) &&
-         Look(module, "DrvDocumentProperties", DrvDocumentProperties) &&
-         Look(module, "DrvAdvancedDocumentProperties", DrvAdvancedDocumentProperties) &&
-         Look(module, "PrinterProperties", PrinterProperties) &&
-         Look(module, "DrvConvertDevMode", DrvConvertDevMode) &&
-         Look(module, "DrvDeviceCapabilities", DrvDeviceCapabilities) &&
-         Look(module, "DrvSplDeviceCaps", DrvSplDeviceCaps) &&
-         Look(module, "DrvDocumentPropertySheets", DrvDocumentPropertySheets) &&
-         Look(module, "DrvDevicePropertySheets", DrvDevicePropertySheets);
+  const auto look = [module](const char* name, auto& function) {
+    const FARPROC found = GetProcAddress(module, name);
+    function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(
+        reinterpret_cast<void*>(found));
+    return found != nullptr;
+  };
+#define LOOK(name) &&look(#name, name)
+  return true EACH_EXPORT(LOOK);
+#undef LOOK
 }
 
 OpenedPrinter::OpenedPrinter(std::u16string name) {

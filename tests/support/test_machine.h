@@ -17,23 +17,18 @@
 
 namespace support {
 
+#define EACH_EXPORT(use)                                                                       \
+  use(DrvPrinterEvent) use(DrvUpgradePrinter) use(DevQueryPrint) use(DevQueryPrintEx)          \
+      use(DrvDocumentEvent) use(DrvQueryJobAttributes) use(DrvQueryColorProfile)               \
+          use(DrvDocumentProperties) use(DrvAdvancedDocumentProperties) use(PrinterProperties) \
+              use(DrvConvertDevMode) use(DrvDeviceCapabilities) use(DrvSplDeviceCaps)          \
+                  use(DrvDocumentPropertySheets) use(DrvDevicePropertySheets)
+
 // The exports as a caller finds them in the loaded module.
 struct Exports {
-  decltype(&::DrvPrinterEvent) DrvPrinterEvent = nullptr;
-  decltype(&::DrvUpgradePrinter) DrvUpgradePrinter = nullptr;
-  decltype(&::DevQueryPrint) DevQueryPrint = nullptr;
-  decltype(&::DevQueryPrintEx) DevQueryPrintEx = nullptr;
-  decltype(&::DrvDocumentEvent) DrvDocumentEvent = nullptr;
-  decltype(&::DrvQueryJobAttributes) DrvQueryJobAttributes = nullptr;
-  decltype(&::DrvQueryColorProfile) DrvQueryColorProfile = nullptr;
-  decltype(&::DrvDocumentProperties) DrvDocumentProperties = nullptr;
-  decltype(&::DrvAdvancedDocumentProperties) DrvAdvancedDocumentProperties = nullptr;
-  decltype(&::PrinterProperties) PrinterProperties = nullptr;
-  decltype(&::DrvConvertDevMode) DrvConvertDevMode = nullptr;
-  decltype(&::DrvDeviceCapabilities) DrvDeviceCapabilities = nullptr;
-  decltype(&::DrvSplDeviceCaps) DrvSplDeviceCaps = nullptr;
-  decltype(&::DrvDocumentPropertySheets) DrvDocumentPropertySheets = nullptr;
-  decltype(&::DrvDevicePropertySheets) DrvDevicePropertySheets = nullptr;
+#define DECLARE(name) decltype(&::name) name = nullptr;
+  EACH_EXPORT(DECLARE)
+#undef DECLARE
 
   // Looks every export up; false when one is missing.
   bool Find(HMODULE module);
