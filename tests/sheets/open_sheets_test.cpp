@@ -61,11 +61,15 @@ TEST_F(OpenSheets, SurviveEachFailure) {
   support::WalkFaults(
       machine(), {kAllocation, kSpooler, kRegistry, kModule, kFile, kWindow},
       [&] {
+        desk().ClearShown();
         Visitor visitor;
         const support::Seat seat(visitor);
         answer = AskForSheet(exports_, {});
       },
       [&](Fault, bool) {
+        for (const auto& shown : desk().History()) {
+          EXPECT_NE(shown.caption, u"TreeViewMakeError") << "a sheet without its tables";
+        }
         EXPECT_EQ(answer.written, answer.result == CPSUI_OK);
         if (!answer.written) return;
         EXPECT_EQ(answer.record.Private.Signature, SETTINGS_SIGNATURE);
