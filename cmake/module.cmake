@@ -14,7 +14,4 @@ add_library(QM610rDRV1 MODULE $<TARGET_OBJECTS:kestrel> ${RESOURCE_ASM})
 set_target_properties(QM610rDRV1 PROPERTIES PREFIX "" LINKER_LANGUAGE CXX LINK_DEPENDS ${VERSION_SCRIPT})
 target_link_libraries(QM610rDRV1 PRIVATE platform)
 target_link_options(QM610rDRV1 PRIVATE -Wl,--version-script=${VERSION_SCRIPT})
-# Nothing may stay undefined. Clang keeps its sanitizers' runtime in the executable alone.
-if(NOT (KESTREL_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
-  target_link_options(QM610rDRV1 PRIVATE -Wl,-z,defs)
-endif()
+target_link_options(QM610rDRV1 PRIVATE ${NOTHING_UNDEFINED})

@@ -3,13 +3,13 @@
 #include <windows.h>
 #include <winspool.h>
 
-#include <cstdlib>
 #include <vector>
 
 #include "files/backup_file.h"
 #include "files/setup_file.h"
 #include "fonts/font_store.h"
 #include "paper/paper_table.h"
+#include "tests/fuzz/harness.h"
 #include "tests/support/settings.h"
 
 namespace {
@@ -19,10 +19,6 @@ using support::kPrinter;
 
 constexpr WCHAR kFile[] = u"C:\\data\\a.ini";
 constexpr WCHAR kSetupFile[] = u"C:\\WINDOWS\\SetupKit_QM6_1R.INI";
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 struct Properties {
   DriverSettingsBlock block = support::DefaultBlock();
@@ -52,9 +48,17 @@ void RequireSound(const Properties& properties) {
   Require(PaperCount(properties.block) <= kPaperCapacity);
 }
 
+// A file of age, as the platform would find one: of one just written every call reads all of it
+// again.
+void WriteOldFile(platform::Machine& machine, const WCHAR* path, std::string_view bytes) {
+  machine.WriteFile(path, bytes);
+  const auto now = std::filesystem::file_time_type::clock::now();
+  std::filesystem::last_write_time(machine.HostPath(path), now - std::chrono::hours(1));
+}
+
 // A file that loads comes back the same from a save, once what it could not hold has gone.
 void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
-  machine.WriteFile(kFile, bytes);
+  WriteOldFile(machine, kFile, bytes);
   Properties first(printer);
   if (!first.Transfer(TransferDirection::kLoad)) return;
   RequireSound(first);
@@ -68,13 +72,14 @@ void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE print
 }
 
 void ImportSetup(platform::Machine& machine, std::string_view bytes) {
-  machine.WriteFile(kSetupFile, bytes);
+  WriteOldFile(machine, kSetupFile, bytes);
   auto block = support::DefaultBlock();
   const auto before = block;
   if (!ImportSetupFile(block, nullptr, kPrinter))
     Require(std::memcmp(&block, &before, sizeof block) == 0);
   else
     Require(block.Printer.PaperNum >= 0 && block.Printer.PaperNum <= kPaperCapacity);
+  std::filesystem::remove(machine.HostPath(kSetupFile));
 }
 
 // The first six bytes are "CreateFont Number", the rest its data and the papers.
@@ -107,9 +112,7 @@ void UsePrinterData(platform::Machine& machine, std::string_view bytes, HANDLE p
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  // A save is hundreds of small writes: the machine's drive lies in memory.
-  static const bool inMemory = setenv("TMPDIR", "/dev/shm", 0) == 0;
-  static_cast<void>(inMemory);
+  static const DrivesInMemory inMemory;
   static const auto machine = platform::Machine::Create();
   static const bool added = (machine->AddPrinter({.name = kPrinter}), true);
   static_cast<void>(added);

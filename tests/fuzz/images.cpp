@@ -1,15 +1,11 @@
 // Windows images as any bytes at all, up to the call of their entry point. Begins with the small
 // library that the loader's tests load.
 #include <algorithm>
-#include <cstdlib>
 
 #include "platform/system/image_map.h"
+#include "tests/fuzz/harness.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // What a taken image offers lies in its own memory and can be read.
 void LookAtAll(const platform::ImageFile& image, const platform::MappedImage& mapped) {

@@ -4,10 +4,10 @@
 #include <winddiui.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
 #include "driver/handles.h"
+#include "tests/fuzz/harness.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/settings.h"
 
@@ -18,10 +18,6 @@ using support::At;
 using support::kPrinter;
 
 constexpr size_t kChoices = 4;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // A record may claim more than the input has; a caller who tells the truth has all of it.
 support::GuardedBuffer TruthfulRecord(const uint8_t* data, size_t size) {
@@ -68,6 +64,7 @@ void AskEverything(HANDLE printer, DEVMODEW* record) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const DrivesInMemory inMemory;
   static const auto machine = platform::Machine::Create();
   static const bool added = (machine->AddPrinter({.name = kPrinter}), true);
   static_cast<void>(added);
