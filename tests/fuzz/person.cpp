@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <span>
 
 #include "driver/handles.h"
 #include "driver/instance.h"
@@ -30,17 +31,18 @@ using support::kPrinter;
 constexpr WCHAR kBackup[] = u"C:\\data\\a.ini";
 
 // The bytes one after another; zeros once they are used up.
-class Choices {
- public:
-  Choices(const uint8_t* data, size_t size) : next_(data), end_(data + size) {}
-  bool empty() const { return next_ == end_; }
-  uint8_t Byte() { return empty() ? uint8_t{0} : *next_++; }
-  WORD Word() { return MAKEWORD(Byte(), Byte()); }
-  size_t Below(size_t count) { return count == 0 ? 0 : Byte() % count; }
+struct Choices {
+  std::span<const uint8_t> left;
 
- private:
-  const uint8_t* next_;
-  const uint8_t* end_;
+  uint8_t Byte() {
+    if (left.empty()) return 0;
+    const uint8_t byte = left.front();
+    left = left.subspan(1);
+    return byte;
+  }
+  WORD Word() { return MAKEWORD(Byte(), Byte()); }
+  size_t Below(size_t count) { return Byte() % count; }
+  int16_t Count(int most) { return static_cast<int16_t>(Below(static_cast<size_t>(most) + 1)); }
 };
 
 std::u16string Text(Choices& choices) {
@@ -82,17 +84,17 @@ std::u16string Text(Choices& choices) {
   return text;
 }
 
-bool IsNumbered(const ControlView& control) {
-  return control.visible && control.enabled && control.kind != ControlKind::kStatic &&
-         control.kind != ControlKind::kGroupBox;
-}
-
-// What holds of a window whatever has been done.
-void RequireSound(const std::vector<ControlView>& controls) {
-  for (const ControlView& control : controls) {
-    Require(control.selection >= -1 && control.selection < static_cast<int>(control.items.size()));
-    Require(control.items.size() <= 256);
+// What holds of a window whatever has been done; answers the controls that somebody can use.
+std::vector<ControlView> SoundControls(const WindowView& window) {
+  std::vector<ControlView> usable;
+  for (const ControlView& control : window.controls) {
+    const int items = static_cast<int>(control.items.size());
+    Require(control.selection >= -1 && control.selection < std::max(items, 1) && items <= 256);
+    if (control.visible && control.enabled && control.kind != ControlKind::kStatic &&
+        control.kind != ControlKind::kGroupBox)
+      usable.push_back(control);
   }
+  return usable;
 }
 
 class Person : public platform::User {
@@ -101,44 +103,34 @@ class Person : public platform::User {
 
   bool Act(Desk& desk) override {
     const WindowView top = desk.Windows().back();
-    RequireSound(top.controls);
-    if (top.page) RequireSound(top.page->controls);
+    const auto usable = SoundControls(top.page ? *top.page : top);
     ++actions;
-    if (!choices_.empty()) {
-      Do(desk, top, choices_.Byte());
-    } else if (++leaving_ % 2 == 1) {
-      Agree(desk);
-    } else {
-      desk.Escape();
-    }
+    const bool done = choices_.left.empty();
+    const uint8_t what = choices_.Byte();
+    if (done)
+      ++leaving_ % 2 == 1 ? Agree(desk) : static_cast<void>(desk.Escape());
+    else if (top.kind == WindowView::Kind::kFileDialog)
+      UseFileDialog(desk, what);
+    else if (what < 208 && !usable.empty())
+      Use(desk, usable[choices_.Below(usable.size())]);
+    else if (what < 232)
+      desk.Page(what % 6);
+    else
+      UseKeys(desk, what);
     return leaving_ < 8;  // who is asked on and on goes away
   }
 
   static inline long actions = 0;
 
  private:
-  void Do(Desk& desk, const WindowView& top, uint8_t what) {
-    if (top.kind == WindowView::Kind::kFileDialog) {
-      UseFileDialog(desk, what);
-    } else if (what < 208) {
-      Use(desk, top.page ? top.page->controls : top.controls);
-    } else if (what < 232) {
-      desk.Page(what % 6);
-    } else {
-      UseKeys(desk, what);
-    }
-  }
-
   void UseKeys(Desk& desk, uint8_t what) {
-    constexpr int kArrowUp = 0x26, kArrowDown = 0x28;
+    constexpr int kKeys[] = {VK_UP, VK_DELETE, VK_BACK, 0x28};  // the last is VK_DOWN
     if (what == 232) desk.Tab(choices_.Byte() % 2 == 0);
     if (what == 234) desk.Enter();
     if (what == 235) desk.Escape();
     if (what == 236) desk.Close();
     if (what == 237) desk.AccessKey(static_cast<char16_t>('A' + choices_.Below(26)));
-    if (what == 238) desk.Key(kArrowUp);
-    if (what == 239) desk.Key(kArrowDown);
-    if (what >= 240 && what < 248) desk.Key(what % 2 == 0 ? VK_DELETE : VK_BACK);
+    if (what >= 238 && what < 248) desk.Key(kKeys[what % 4]);
     if (what == 248) desk.Press(platform::SheetButton::kCancel);
     if (what > 248) Agree(desk);
   }
@@ -148,26 +140,15 @@ class Person : public platform::User {
     if (!desk.Press(platform::SheetButton::kOk) && !desk.Enter()) desk.Escape();
   }
 
-  void Use(Desk& desk, const std::vector<ControlView>& controls) {
-    std::vector<const ControlView*> usable;
-    for (const ControlView& control : controls)
-      if (IsNumbered(control)) usable.push_back(&control);
-    if (usable.empty()) return;
-    const ControlView& control = *usable[choices_.Below(usable.size())];
-    switch (control.kind) {
-      case ControlKind::kEdit:
-        Write(desk, control.id);
-        break;
-      case ControlKind::kComboBox:
-      case ControlKind::kListBox:
-        desk.Select(control.id, static_cast<int>(choices_.Below(control.items.size() + 1)));
-        break;
-      case ControlKind::kUpDown:
-        desk.Spin(control.id, static_cast<int8_t>(choices_.Byte()));
-        break;
-      default:
-        desk.Click(control.id);
-    }
+  void Use(Desk& desk, const ControlView& control) {
+    if (control.kind == ControlKind::kEdit)
+      Write(desk, control.id);
+    else if (control.kind == ControlKind::kComboBox || control.kind == ControlKind::kListBox)
+      desk.Select(control.id, static_cast<int>(choices_.Below(control.items.size() + 1)));
+    else if (control.kind == ControlKind::kUpDown)
+      desk.Spin(control.id, static_cast<int8_t>(choices_.Byte()));
+    else
+      desk.Click(control.id);
   }
 
   void Write(Desk& desk, int id) {
@@ -195,13 +176,6 @@ bool Terminated(const WCHAR (&name)[size]) {
   return std::find(name, name + size, u'\0') != name + size;
 }
 
-bool SoundFont(const FontRecord& font) {
-  return Terminated(font.FontName) &&
-         (font.FontKind == kBarcodeFont
-              ? Terminated(font.Bar.BarFontName)
-              : Terminated(font.Deco.DecoFontName) && Terminated(font.Deco.ResiFontName));
-}
-
 // What the spooler keeps after OK.
 void RequireSoundStore(platform::Machine& machine) {
   const auto number = machine.Data(kPrinter, u"CreateFont Number");
@@ -212,7 +186,8 @@ void RequireSoundStore(platform::Machine& machine) {
     for (size_t i = 0; i < total; ++i) {
       FontRecord font;
       std::memcpy(static_cast<void*>(&font), fonts->bytes.data() + i * sizeof font, sizeof font);
-      Require(SoundFont(font));
+      Require(Terminated(font.FontName) && Terminated(font.Deco.DecoFontName));
+      Require(font.FontKind == kBarcodeFont || Terminated(font.Deco.ResiFontName));
     }
   }
   const PrinterSettingsPart part = support::KeptPrinterPart(machine);
@@ -220,10 +195,17 @@ void RequireSoundStore(platform::Machine& machine) {
   for (int i = 0; i < part.PaperNum; ++i) Require(Terminated(part.Papers[i].PaperName));
 }
 
+HANDLE OpenedPrinter(bool administer) {
+  HANDLE printer = nullptr;
+  PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, administer ? &access : nullptr);
+  return printer;
+}
+
 // A few papers, and as many fonts of both kinds as the bytes tell.
 void Furnish(platform::Machine& machine, Choices& choices) {
   auto block = support::DefaultBlock();
-  block.Printer.PaperNum = static_cast<int16_t>(choices.Below(kPaperCapacity + 1));
+  block.Printer.PaperNum = choices.Count(kPaperCapacity);
   for (int i = 0; i < block.Printer.PaperNum; ++i) {
     block.Printer.Papers[i] = block.Record.Private.FreePaper;
     block.Printer.Papers[i].PaperName[0] = static_cast<WCHAR>(u'a' + i);
@@ -231,24 +213,16 @@ void Furnish(platform::Machine& machine, Choices& choices) {
     block.Printer.Papers[i].UserDef = i % 2 == 0;
   }
   support::StoreBlock(machine, block);
-  HANDLE printer = nullptr;
-  PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, &access);
-  const Printer owner(printer);
+  const Printer owner(OpenedPrinter(true));
+  HANDLE printer = owner.get();
   FontStore fonts = {};
   Require(LoadFontStore(fonts, printer, GetProcessHeap()));
-  const auto fill = [](FontRecord* list, int16_t count, FontKindCode kind) {
-    for (int16_t i = 0; i < count; ++i) {
-      list[i] = {};
-      list[i].FontKind = kind;
-      list[i].FontName[0] = static_cast<WCHAR>((kind == kBarcodeFont ? u'あ' : u'A') + i);
-      list[i].Deco.DecoFontName[0] = list[i].FontName[0];
-    }
-  };
-  fonts.DecoFontNum = static_cast<int16_t>(choices.Below(kFontCapacity + 1));
-  fonts.BarFontNum = static_cast<int16_t>(choices.Below(kFontCapacity - fonts.DecoFontNum + 1));
-  fill(fonts.DecoFonts, fonts.DecoFontNum, kDecorativeFont);
-  fill(fonts.BarFonts, fonts.BarFontNum, kBarcodeFont);
+  fonts.DecoFontNum = choices.Count(kFontCapacity);
+  fonts.BarFontNum = choices.Count(kFontCapacity - fonts.DecoFontNum);
+  for (int i = 0; i < kFontCapacity; ++i) {
+    fonts.DecoFonts[i] = {{static_cast<WCHAR>(u'A' + i)}, kDecorativeFont, {}};
+    fonts.BarFonts[i] = {{static_cast<WCHAR>(u'あ' + i)}, kBarcodeFont, {}};
+  }
   Require(SaveFontStore(printer, fonts));
   static const std::string whole = [&] {
     machine.WriteFile(kBackup, "");
@@ -269,10 +243,8 @@ void ShowSheet(platform::Machine& machine, Choices& choices) {
   const auto input = support::DefaultBlock().Record;
   auto* const in = (how & 4) != 0 ? const_cast<DEVMODEW*>(&input.Public) : nullptr;
   std::u16string name = kPrinter;
-  HANDLE printer = nullptr;
-  PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-  OpenPrinterW(name.data(), &printer, (how & 8) != 0 ? nullptr : &access);
-  const Printer owner(printer);
+  const Printer owner(OpenedPrinter((how & 8) == 0));
+  HANDLE printer = owner.get();
   Person person(choices);
   machine.desk().Attach(&person);
   LONG result = 0;
@@ -308,7 +280,7 @@ struct Office {
     // The backup that later ones are damaged copies of has papers and fonts.
     machine->AddPrinter({.name = kPrinter});
     constexpr uint8_t kCounts[] = {20, 30, 10};
-    Choices counts(kCounts, std::size(kCounts));
+    Choices counts{kCounts};
     Furnish(*machine, counts);
   }
   ~Office() { std::fprintf(stderr, "%ld actions\n", Person::actions); }
@@ -330,13 +302,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   machine.RemovePrinter(kPrinter);
   machine.AddPrinter({.name = kPrinter});
   std::filesystem::remove_all(office.data);
-  Choices choices(data, size);
+  Choices choices{{data, size}};
   // Names without a folder lie in the computer's.
   const std::filesystem::path here = std::filesystem::current_path();
   const auto before = open();
   Furnish(machine, choices);
   std::filesystem::current_path(office.data);
-  for (int sheets = 0; sheets < 4 && !choices.empty(); ++sheets) {
+  for (int sheets = 0; sheets < 4 && !choices.left.empty(); ++sheets) {
     ShowSheet(machine, choices);
     RequireSoundStore(machine);
     Require(machine.desk().ModalDepth() == 0 && open() == before);
