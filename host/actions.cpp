@@ -136,7 +136,7 @@ std::string ActionProblem(const Json& action) {
     return "\"" + std::string(verb->text) + "\" has to be a text.";
   if (action.contains("button") && std::string_view(verb->name) == "press" &&
       FindButton(action) == std::end(kButtons))
-    return "\"button\" has to be ok, cancel, apply or help.";
+    return "\"button\" has to be ok or cancel.";
   return {};
 }
 

@@ -19,7 +19,7 @@ Arguments::Arguments(std::span<const Option> options, std::span<const std::strin
       continue;
     }
     const std::size_t equals = word.find('=');
-    const std::string name = word.substr(0, equals);
+    const std::string name = word == "-h" ? "--help" : word.substr(0, equals);
     const auto option = std::ranges::find(options, std::string_view(name), &Option::name);
     if (option == options.end()) throw Failure{kUsage, "unknown option " + name};
     std::vector<std::string> values;

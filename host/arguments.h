@@ -18,8 +18,9 @@ struct Option {
 
 class Arguments {
  public:
-  // Options may stand anywhere, as "--name value" or "--name=value"; after "--" nothing is an
-  // option. Throws Failure (usage) for an unknown option, a missing value or an option given twice.
+  // Options may stand anywhere, as "--name value" or "--name=value"; "-h" is "--help"; after
+  // "--" nothing is an option. Throws Failure (usage) for an unknown option, a missing value or an
+  // option given twice.
   Arguments(std::span<const Option> options, std::span<const std::string> words);
 
   bool Has(std::string_view option) const { return values_.contains(option); }

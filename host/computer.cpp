@@ -23,7 +23,7 @@ constexpr Option kMachineOptions[] = {
     {"--permission", 2, "NAME yes|no", "whether the person may change a printer's settings"},
     kJsonOption};
 constexpr Option kDeviceOptions[] = {
-    {"--mode", 1, "tear-off|continuous|peel", "the printer's mode, or any code as a number"},
+    {"--mode", 1, "tear-off|continuous|peel", "the printer's mode, or any code from 0 to 255"},
     {"--density", 1, "203|305", "dots per inch of its head"},
     {"--firmware", 1, "TEXT", "the firmware's version"},
     {"--font", 1, "TEXT", "the resident fonts' version"},
@@ -139,6 +139,9 @@ int Device(Call& call) {
     const std::string mode = arguments.Value("--mode");
     const std::size_t index = IndexOf(kModes, mode);
     device.mode = index < std::size(kModes) ? static_cast<DWORD>(index) : Number("--mode", mode);
+    // The device answers its mode in one byte.
+    if (device.mode > 0xFF)
+      throw Failure{kUsage, "--mode takes tear-off, continuous, peel or a code from 0 to 255"};
   }
   if (arguments.Has("--density")) {
     device.density = Number("--density", arguments.Value("--density"));

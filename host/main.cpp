@@ -34,7 +34,7 @@ std::span<const Command> Commands() {
 namespace {
 
 constexpr Option kStateOption = {"--state", 1, "DIR", "the folder that the computer is kept in"};
-constexpr Option kHelpOption = {"--help", 0, "", "show this help"};
+constexpr Option kHelpOption = {"--help", 0, "", "show this help, as -h does"};
 
 void PrintOption(const Option& option) {
   std::string left = "  " + std::string(option.name);

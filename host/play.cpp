@@ -1,6 +1,7 @@
 // A property sheet against a script of steps, without a browser.
 #include <windows.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -25,7 +26,9 @@ class Script {
   explicit Script(const std::string& path) {
     if (path.empty() || path == "-") return;
     file_.open(path);
-    if (!file_) throw Failure{kFailed, "\"" + path + "\" cannot be read"};
+    // A folder opens and has nothing to be read.
+    if (!file_ || std::filesystem::is_directory(path))
+      throw Failure{kFailed, "\"" + path + "\" cannot be read"};
     in_ = &file_;
   }
 

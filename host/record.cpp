@@ -108,12 +108,9 @@ Record ReadRecordFile(const std::filesystem::path& path) {
   if (PublicSize(record) < kLeastRecord)
     Refuse(path, "its public part has " + std::to_string(PublicSize(record)) +
                      " bytes and ends before its first field");
-  if (record.size() < claimed)
+  // Anything behind the record's own end is a sign of another kind of file.
+  if (record.size() != claimed)
     Refuse(path, "it says that it has " + std::to_string(claimed) + " bytes, the file has " + held);
-  // Padding behind a record of a known form is let pass, any other mismatch is no record.
-  if (record.size() > claimed && PublicSize(record) > sizeof(DEVMODEW))
-    Refuse(path, "it says that it has " + std::to_string(claimed) + " bytes, the file has " + held);
-  record.resize(claimed);
   return record;
 }
 

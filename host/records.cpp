@@ -13,7 +13,8 @@ namespace printhost {
 namespace {
 
 constexpr Option kInOption = {"--in", 1, "FILE", "a settings record"};
-constexpr Option kOutOption = {"--out", 1, "FILE", "where the record that comes back is written"};
+constexpr Option kOutOption = {"--out", 1, "FILE",
+                               "where the record that comes back is written; - is standard output"};
 constexpr Option kSettingsOptions[] = {
     {"--in", 1, "FILE", "a settings record to merge into the printer's settings"},
     kOutOption,
@@ -35,25 +36,40 @@ void PrintFields(const Json& fields, const std::string& prefix) {
   }
 }
 
+// Where the record goes: a file, or standard output as "-", which then holds nothing else.
+void CheckOut(const Call& call) {
+  if (call.arguments.Value("--out") == "-" && call.json())
+    throw Failure{kUsage, "--out - and --json both write to standard output; give one of them"};
+}
+
+void Deliver(const Call& call, const Record& record) {
+  const bool written = call.arguments.Has("--out");
+  if (const std::string out = call.arguments.Value("--out"); out == "-")
+    std::cout.write(reinterpret_cast<const char*>(record.data()),
+                    static_cast<std::streamsize>(record.size()));
+  else if (written)
+    WriteRecordFile(out, record);
+  if (call.json())
+    std::cout << RecordJson(record).dump(2) << '\n';
+  else if (!written)
+    PrintFields(RecordJson(record), "");
+}
+
 int Settings(Call& call) {
+  CheckOut(call);
   const std::u16string name = call.Printer();
   std::optional<Record> input;
   if (call.arguments.Has("--in")) input = ReadRecordFile(call.arguments.Value("--in"));
   DriverModule module(call.machine);
   const Record record = Resolve(module, name, input);
-  if (call.arguments.Has("--out")) WriteRecordFile(call.arguments.Value("--out"), record);
-  const Json json = RecordJson(record);
-  if (call.json())
-    std::cout << json.dump(2) << '\n';
-  else if (!call.arguments.Has("--out"))
-    PrintFields(json, "");
+  Deliver(call, record);
   return kDone;
 }
 
 int Convert(Call& call) {
+  CheckOut(call);
   std::u16string name = call.Printer();
   Require(call, "--in");
-  Require(call, "--out");
   Record input = ReadRecordFile(call.arguments.Value("--in"));
   DriverModule module(call.machine);
   Record output(kestrel::kRecordSize);
@@ -62,8 +78,7 @@ int Convert(Call& call) {
     throw Failure{kFailed, "the driver did not convert the record (error " +
                                std::to_string(GetLastError()) + ")"};
   output.resize(RecordExtent(output));
-  WriteRecordFile(call.arguments.Value("--out"), output);
-  if (call.json()) std::cout << RecordJson(output).dump(2) << '\n';
+  Deliver(call, output);
   return kDone;
 }
 

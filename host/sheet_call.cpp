@@ -41,6 +41,8 @@ SheetCall::SheetCall(Call& call, std::u16string printer, std::string_view kind)
   if (!kind_.record && (call.arguments.Has("--in") || call.arguments.Has("--out")))
     throw Failure{kUsage,
                   "the printer's own sheet has no settings record; leave --in and --out away"};
+  if (out_ == "-")
+    throw Failure{kUsage, "--out takes a file; --json tells the record on standard output"};
   if (call.arguments.Has("--in")) input_ = ReadRecordFile(call.arguments.Value("--in"));
   if (call.arguments.Has("--out")) CheckRecordFile(out_);
 }

@@ -6,7 +6,7 @@
 //   {"spin": 1101, "steps": -3}                  an up-down's arrows
 //   {"key": "enter"}                             enter, escape, tab, backtab, up,
 //                                              down, delete, back
-//   {"button": "ok"}                             of the sheet: ok, cancel, apply, help
+//   {"button": "ok"}                             of the sheet: ok, cancel
 //   {"close": true}                              the close box of the window on top
 //   {"expect": 1099, "text": "-12"}              also enabled, checked, items, item
 //   {"expect": "window", "title": "…"}           also message

@@ -1,4 +1,7 @@
 // What is stored: printer data and the registry.
+#include <windows.h>
+
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 
@@ -101,10 +104,26 @@ int Data(Call& call) {
   return kDone;
 }
 
+// A key below HKEY_LOCAL_MACHINE, which may be named in full or in short.
+std::u16string LocalMachineKey(const std::u16string& given) {
+  const std::size_t end = std::min(given.find(u'\\'), given.size());
+  const std::u16string root = given.substr(0, end);
+  if (lstrcmpiW(root.c_str(), u"HKLM") != 0 && lstrcmpiW(root.c_str(), u"HKEY_LOCAL_MACHINE") != 0)
+    return given;
+  return given.substr(std::min(end + 1, given.size()));
+}
+
 int Registry(Call& call) {
-  return PrintAll(
-      call.machine.AllRegistry(call.arguments.positional().empty() ? u"" : call.Text(0)),
-      call.json());
+  const std::u16string key =
+      call.arguments.positional().empty() ? std::u16string() : LocalMachineKey(call.Text(0));
+  const auto values = call.machine.AllRegistry(key);
+  if (values.empty() && !key.empty()) {
+    HKEY open = nullptr;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, &open) != ERROR_SUCCESS)
+      throw Failure{kFailed, "HKEY_LOCAL_MACHINE has no key \"" + ToUtf8(key) + "\""};
+    RegCloseKey(open);
+  }
+  return PrintAll(values, call.json());
 }
 
 }  // namespace

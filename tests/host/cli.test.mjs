@@ -63,6 +63,10 @@ test("its settings and what is stored for it", (t) => {
 
 test("an application's record merges field by field", (t) => {
   const pc = installed(t);
+  const own = record(pc, "own");
+  assert.deepEqual(pc.json("convert", NAME, "--in", own), pc.json("settings", NAME));
+  for (const command of ["settings", "convert"])
+    assert.equal(pc.run(command, NAME, "--in", own, "--out", "-").stdout, readFileSync(own, "utf8"), command);
   const file = record(pc, "in", (bytes) => {
     bytes.writeInt16LE(2, ORIENTATION);
     bytes.writeInt16LE(9, PAPER);
@@ -71,8 +75,8 @@ test("an application's record merges field by field", (t) => {
     bytes.writeUInt32LE(0, bytes.length - 4); // no signature of ours: the private part is foreign
     return bytes;
   });
-  const { public: open, private: own } = pc.json("settings", NAME, "--in", file);
-  assert.deepEqual([open.dmOrientation, open.dmPaperSize, open.dmCopies, own.nPrintSpeed], [2, 257, 1, 1]);
+  const { public: open, private: kept } = pc.json("settings", NAME, "--in", file);
+  assert.deepEqual([open.dmOrientation, open.dmPaperSize, open.dmCopies, kept.nPrintSpeed], [2, 257, 1, 1]);
 });
 
 test("an older, shorter record converts to itself and cannot be a default", (t) => {
@@ -95,12 +99,14 @@ test("files that hold no record are refused and nothing is written", (t) => {
   const noise = randomFillSync(Buffer.alloc(65536));
   noise.writeUInt16LE(40000, SIZE); // a claim that fits into the noise
   noise.writeUInt16LE(9000, EXTRA);
+  record(pc, "own");
   const bad = {
     short: Buffer.alloc(3),
     "no fields": Buffer.alloc(75),
     zeros: Buffer.alloc(452),
     noise,
-    boast: record(pc, "own", (bytes) => (bytes.writeUInt16LE(65535, SIZE), bytes)) && readFileSync(pc.file("own")),
+    boast: record(pc, "boast", (bytes) => (bytes.writeUInt16LE(65535, SIZE), bytes)) && readFileSync(pc.file("boast")),
+    longer: Buffer.concat([readFileSync(pc.file("own")), Buffer.alloc(2)]),
     cut: Buffer.from(readFileSync(pc.file("own"))).subarray(0, 300),
   };
   for (const [name, bytes] of Object.entries(bad)) {
@@ -166,6 +172,11 @@ test("printers, the computer and the device are kept and changed", (t) => {
   pc.run("device", NAME, "--mode", "peel", "--density", "305", "--offline", "yes");
   const device = pc.json("device", NAME);
   assert.deepEqual([device.mode, device.density, device.offline], ["peel", 305, true]);
+  const key = `SOFTWARE\\Kestrel\\Devices\\${NAME}`;
+  for (const root of ["", "hklm\\", "HKEY_LOCAL_MACHINE\\"])
+    assert.equal(pc.json("registry", root + key)[`${key}\\Density`].number, 305, root);
+  assert.ok(`${key}\\Density` in pc.json("registry", "HKLM"));
+  assert.equal(pc.run("registry", `HKLM\\${key}\\none`).status, 3);
 });
 
 test("misuse is told in one line with exit code 2, and changes nothing", (t) => {
@@ -174,6 +185,7 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   for (const words of [[], ["nonsense"], ["add"], ["add", ""], ["caps"], ["caps", NAME, "--frob"], ["data", NAME, "a", "b"], ["convert", NAME],
     ["machine", "--os"], ["machine", "--os", "six"], ["machine", "--administrator", "perhaps"], ["device", NAME, "--density", "300"],
     ["machine", "--os", "5.1", "--permission", NAME, "perhaps"], ["sheet", NAME, "--kind", "some"],
+    ["device", NAME, "--mode", "257"], ["settings", NAME, "--out", "-", "--json"], ["sheet", NAME, "--out", "-"],
     ...["0.0.0.0:0", "[::]:0", "127.0.0.1", "127.0.0.1:", "127.0.0.1:99999", ":0", "127.evil.invalid:0", "224.0.0.1:0"]
       .map((listen) => ["sheet", NAME, "--listen", listen]),
     ...["\ufeffa", "\ufffea", "a\nb", "a\x1b[31m", "a\x7f", "\u0085", "\u2028", "x".repeat(221)].map((name) => ["add", name])]) {
@@ -183,7 +195,8 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   }
   assert.deepEqual(pc.json("machine"), before);
   assert.equal(pc.run("caps", "absent").status, 3);
-  assert.equal(pc.run("caps", "--help").status, 0);
+  for (const help of ["--help", "-h"]) assert.match(pc.run("caps", help).stdout, /--json/);
+  assert.match(pc.run("-h").stdout, /COMMAND/);
   assert.equal(readdirSync(pc.folder).length, 1);
 });
 
