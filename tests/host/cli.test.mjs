@@ -131,8 +131,8 @@ test("a default survives in another process, byte for byte, and the registered p
   pc.run("list");
   const setup = join(pc.state, "drive_c", "WINDOWS", "SetupKit_QM6_1R.INI");
   const papers = ["一", "二", "三"];
-  writeFileSync(setup, "\ufeff[ﾊﾞｰｼﾞｮﾝ情報]\nDriverName=x\n[用紙登録数]\nPaperNum=3\n" +
-    papers.map((name, i) => `[PAPER0${i}]\nPaperName=${name}\nLabelWidth=${i}\n`).join(""));
+  writeFileSync(setup, Buffer.from("\ufeff[ﾊﾞｰｼﾞｮﾝ情報]\nDriverName=x\n[用紙登録数]\nPaperNum=3\n" +
+    papers.map((name, i) => `[PAPER0${i}]\nPaperName=${name}\nLabelWidth=${i}\n`).join(""), "utf16le"));
   assert.equal(pc.run("add", NAME).status, 0);
   rmSync(setup);
   const stored = pc.json("data", NAME);

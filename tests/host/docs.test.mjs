@@ -32,7 +32,7 @@ async function shell(pc, code) {
   return output;
 }
 
-test("the README's commands, one after another", async (t) => {
+test("the README's commands, one after another", { timeout: 60000 }, async (t) => {
   const pc = computer(t);
   const [code] = blocks("README.md", "./run add");
   const lines = code.trim().split("\n");
