@@ -29,8 +29,8 @@ async function registerFonts(sheet) {
   await sheet.control(1049).fill("品番QR");
   await sheet.control(1165).selectOption({ index: 12 });
   await sheet.control(1059).click();
-  await sheet.holds(1004, "4");
-  await sheet.control(1004).fill("9");
+  await sheet.holds(1003, "4");
+  await sheet.control(1003).fill("9");
   await sheet.close(OK);
   await sheet.close(OK);
 }
