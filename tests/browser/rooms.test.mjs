@@ -95,7 +95,7 @@ test("a backup chosen by browsing brings papers and fonts to a second printer", 
   await second.holds(1132, "品番QR");
   await second.open(1050, "バーコードフォントの変更");
   await second.control(1059).click();
-  await second.holds(1004, "9");
+  await second.holds(1003, "9");
   for (const window of [2, 2]) await second.close(window);
   await second.ok();
   const caps = pc.json("caps", "倉庫 2F");
