@@ -52,7 +52,8 @@ class Session {
     std::signal(SIGPIPE, SIG_IGN);
     // A program that wants JSON reads standard output whole.
     std::ostream& told = call.json() ? std::cerr : std::cout;
-    told << server_.address() << GlossOf(call.arguments) << std::endl;
+    // One write: a reader never sees half an address.
+    told << server_.address() + GlossOf(call.arguments) + '\n' << std::flush;
     if (!told) throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
     call_.machine.desk().Attach(&user_);
   }

@@ -157,3 +157,13 @@ test("letters typed after a reload, in a second browser and in the first again a
   await typed(page, "DEFGHIJKLMNOPQRSTUVW");
   assert.equal(await top(other).control(NAME).inputValue(), "DEFGHIJKLMNOPQRSTUVW");
 });
+
+test("the documented example of a sheet in the browser", async (t) => {
+  const { page, sheet } = await openNewSheet(t);
+  const document = readFileSync(new URL("../../docs/driving-a-sheet.md", import.meta.url), "utf8");
+  const [, code] = /```js\n([^]*?)```/.exec(document);
+  const AsyncFunction = (async () => {}).constructor;
+  await new AsyncFunction("page", code)(page);
+  const { status, output } = await sheet.ended;
+  assert.deepEqual([status, JSON.parse(output).private.nVertBase], [0, -12]);
+});

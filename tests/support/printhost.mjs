@@ -1,6 +1,6 @@
 // Runs printhost as a person does, each test on a computer of its own.
 import { spawn, spawnSync } from "node:child_process";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
@@ -21,6 +21,12 @@ export function computer(test) {
     state,
     run,
     file: (name) => join(folder, name),
+    // A script for "play".
+    steps: (steps) => {
+      const path = join(folder, "steps");
+      writeFileSync(path, steps.map((step) => JSON.stringify(step)).join("\n"));
+      return path;
+    },
     json: (...words) => {
       const { status, stdout, stderr } = run(...words, "--json");
       if (status !== 0) throw new Error(`exit ${status}: ${stderr}`);
