@@ -3,6 +3,7 @@
 #include "platform/system/heap.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -74,7 +75,8 @@ BOOL WINAPI HeapDestroy(HANDLE heap) {
 }
 
 LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes) {
-  if (Machine::Current().faults.Strike(Fault::kAllocation)) return nullptr;
+  // No block is as large as half the addresses; sanitizers end a program that asks for it.
+  if (bytes > SIZE_MAX / 2 || Machine::Current().faults.Strike(Fault::kAllocation)) return nullptr;
   const std::lock_guard lock(All().mutex);
   const auto found = All().blocks.find(NumberOf(heap));
   if (found == All().blocks.end()) return nullptr;
