@@ -7,7 +7,8 @@ set(SAMPLE_DLL ${CMAKE_BINARY_DIR}/bin/sample.dll)
 add_custom_command(
   OUTPUT ${SAMPLE_DLL}
   COMMAND ${CLANG} --target=x86_64-pc-windows-msvc -O1 -ffreestanding -fshort-wchar -c ${SAMPLE}/sample.c -o sample.obj
-  COMMAND ${LLVM_RC} /FO sample.res ${SAMPLE}/sample.rc
+  # A file's whole path may look like an option to llvm-rc ("/c…" is the code page).
+  COMMAND ${CMAKE_COMMAND} -E chdir ${SAMPLE} ${LLVM_RC} /FO ${CMAKE_BINARY_DIR}/sample.res sample.rc
   COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${SAMPLE}/kernel32.def -l sample_kernel32.lib
   COMMAND ${LLVM_DLLTOOL} -m i386:x86-64 -d ${SAMPLE}/user32.def -l sample_user32.lib
   COMMAND ${LLD_LINK} /dll /nodefaultlib /entry:DllMain /timestamp:0 /def:${SAMPLE}/sample.def /out:${SAMPLE_DLL}
