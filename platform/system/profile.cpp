@@ -48,12 +48,9 @@ struct WideForm {
 };
 
 // A bare file name lies in the Windows directory.
-std::filesystem::path FileOf(std::u16string path) {
-  const Machine& machine = Machine::Current();
-  if (path.find_first_of(u"\\/:") == std::u16string::npos) {
-    path = machine.windowsDirectory() + u'\\' + path;
-  }
-  return machine.HostPath(path);
+std::u16string FullPath(const Machine& machine, std::u16string path) {
+  if (path.find_first_of(u"\\/:") != std::u16string::npos) return path;
+  return machine.windowsDirectory() + u'\\' + path;
 }
 
 // The answer of a reading call, copied under the cache's lock.
@@ -70,10 +67,11 @@ Answer<Form> Look(const typename Form::Char* section, const typename Form::Char*
   Answer<Form> answer;
   Machine& machine = Machine::Current();
   if (machine.faults.Strike(Fault::kFile)) return answer;
-  const std::filesystem::path file = FileOf(Form::Path(fileName));
+  const std::u16string path = FullPath(machine, Form::Path(fileName));
   ProfileCache& cache = machine.impl().profiles;
   const std::lock_guard lock(cache.mutex);
-  const ProfileDocument* document = cache.Read(file);
+  const ProfileDocument* document =
+      path == cache.heldPath ? &cache.held : cache.Read(machine.HostPath(path));
   if (document == nullptr) return answer;
   const Encoding encoding = document->encoding();
   if (section == nullptr || key == nullptr) {
@@ -151,6 +149,18 @@ void Change(ProfileDocument& document, const char* section, const char* key, con
 
 }  // namespace
 
+void Machine::HoldProfile(std::u16string path, std::string_view bytes) {
+  ProfileCache& cache = impl_->profiles;
+  const std::lock_guard lock(cache.mutex);
+  cache.heldPath = std::move(path);
+  cache.held = ProfileDocument::Parse(bytes);
+}
+
+std::string Machine::HeldProfile() {
+  const std::lock_guard lock(impl_->profiles.mutex);
+  return impl_->profiles.held.FileBytes();
+}
+
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
                                       LPWSTR returned, DWORD size, LPCWSTR fileName) {
   return Get<WideForm>(section, key, fallback, returned, size, fileName);
@@ -166,9 +176,14 @@ BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value,
   Machine& machine = Machine::Current();
   DWORD error = ERROR_ACCESS_DENIED;
   if (!machine.faults.Strike(Fault::kFile)) {
-    const std::filesystem::path file = FileOf(FromCp932(fileName));
+    const std::u16string path = FullPath(machine, FromCp932(fileName));
     ProfileCache& cache = machine.impl().profiles;
     const std::lock_guard lock(cache.mutex);
+    if (path == cache.heldPath) {
+      Change(cache.held, section, key, value);
+      return TRUE;
+    }
+    const std::filesystem::path file = machine.HostPath(path);
     std::error_code ignored;
     if (!std::filesystem::is_directory(file.parent_path(), ignored)) {
       error = ERROR_PATH_NOT_FOUND;

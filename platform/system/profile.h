@@ -24,6 +24,9 @@ class ProfileCache {
   void Forget();
 
   std::mutex mutex;
+  // A file that lies in memory alone; its path, as calls name it, is empty when there is none.
+  std::u16string heldPath;
+  ProfileDocument held;
 
  private:
   struct Stamp {

@@ -106,6 +106,7 @@ void Store::Together(const std::function<void()>& body) {
     transaction.Commit();
   } catch (...) {
     factsKnown_ = false;
+    last_ = nullptr;
     throw;
   }
 }
@@ -173,6 +174,7 @@ void Store::SaveFacts(const Facts& facts) {
 void Store::AddPrinter(const PrinterSetup& setup) {
   const std::u16string folded = FoldCase(setup.name);
   const std::lock_guard lock(mutex_);
+  last_ = nullptr;
   Database::Transaction transaction(database_);
   Run(database_,
       "DELETE FROM printer_data WHERE printer = (SELECT id FROM printers WHERE folded = ?)")
@@ -199,6 +201,7 @@ void Store::AddPrinter(const PrinterSetup& setup) {
 bool Store::RemovePrinter(std::u16string_view name) {
   const std::u16string folded = FoldCase(name);
   const std::lock_guard lock(mutex_);
+  last_ = nullptr;
   Database::Transaction transaction(database_);
   Run(database_,
       "DELETE FROM printer_data WHERE printer = (SELECT id FROM printers WHERE folded = ?)")
@@ -219,34 +222,37 @@ std::vector<PrinterSetup> Store::Printers() {
   return printers;
 }
 
-std::optional<StoredPrinter> Store::FindPrinter(std::u16string_view name) {
-  const std::u16string folded = FoldCase(name);
-  const std::lock_guard lock(mutex_);
-  Run run(database_, "SELECT " PRINTER_COLUMNS " FROM printers WHERE folded = ?");
-  run.Bind(folded);
-  if (!run.Step()) return std::nullopt;
-  return ReadPrinter(run);
+std::shared_ptr<const StoredPrinter> Store::Found(Run& run) {
+  if (!run.Step()) return nullptr;
+  auto printer = std::make_shared<const StoredPrinter>(ReadPrinter(run));
+  if (!shared_) last_ = printer;
+  return printer;
 }
 
-std::optional<StoredPrinter> Store::FindPrinter(int64_t id) {
+std::shared_ptr<const StoredPrinter> Store::FindPrinter(std::u16string_view name) {
+  const std::u16string folded = FoldCase(name);
   const std::lock_guard lock(mutex_);
+  if (last_ != nullptr && FoldCase(last_->setup.name) == folded) return last_;
+  Run run(database_, "SELECT " PRINTER_COLUMNS " FROM printers WHERE folded = ?");
+  return Found(run.Bind(folded));
+}
+
+std::shared_ptr<const StoredPrinter> Store::FindPrinter(int64_t id) {
+  const std::lock_guard lock(mutex_);
+  if (last_ != nullptr && last_->id == id) return last_;
   Run run(database_, "SELECT " PRINTER_COLUMNS " FROM printers WHERE id = ?");
-  run.Bind(id);
-  if (!run.Step()) return std::nullopt;
-  return ReadPrinter(run);
+  return Found(run.Bind(id));
 }
 
 int64_t Store::PrinterId(std::u16string_view name) {
-  const std::u16string folded = FoldCase(name);
-  const std::lock_guard lock(mutex_);
-  Run run(database_, "SELECT id FROM printers WHERE folded = ?");
-  run.Bind(folded);
-  return run.Step() ? run.Number(0) : 0;
+  const auto printer = FindPrinter(name);
+  return printer == nullptr ? 0 : printer->id;
 }
 
 void Store::SetPermission(std::u16string_view name, bool administer, bool writable) {
   const std::u16string folded = FoldCase(name);
   const std::lock_guard lock(mutex_);
+  last_ = nullptr;
   Run(database_, "UPDATE printers SET administer = ?, writable = ? WHERE folded = ?")
       .Bind(int64_t{administer})
       .Bind(int64_t{writable})
@@ -257,6 +263,7 @@ void Store::SetPermission(std::u16string_view name, bool administer, bool writab
 void Store::SetRecord(std::u16string_view name, const std::vector<std::byte>& record) {
   const std::u16string folded = FoldCase(name);
   const std::lock_guard lock(mutex_);
+  last_ = nullptr;
   Run run(database_, "UPDATE printers SET record = ? WHERE folded = ?");
   if (run.Bind(record).Bind(folded).Done() == 0)
     throw std::runtime_error("the printer is not installed any more");
@@ -268,22 +275,18 @@ Store::Write Store::SetData(int64_t printer, std::u16string_view value, const Da
                             bool checkRights) {
   const std::u16string folded = FoldCase(value);
   const std::lock_guard lock(mutex_);
-  Database::Transaction transaction(database_);
-  {
-    Run run(database_, "SELECT writable FROM printers WHERE id = ?");
-    run.Bind(printer);
-    if (!run.Step()) return Write::kNoPrinter;
-    if (checkRights && run.Number(0) == 0) return Write::kDenied;
-  }
-  Run(database_, "INSERT OR REPLACE INTO printer_data VALUES (?, ?, ?, ?, ?)")
-      .Bind(printer)
-      .Bind(folded)
-      .Bind(value)
-      .Bind(int64_t{data.type})
-      .Bind(data.bytes)
-      .Done();
-  transaction.Commit();
-  return Write::kDone;
+  const int kept = Run(database_,
+                       "INSERT OR REPLACE INTO printer_data SELECT id, ?2, ?3, ?4, ?5 FROM printers"
+                       " WHERE id = ?1 AND (writable OR NOT ?6)")
+                       .Bind(printer)
+                       .Bind(folded)
+                       .Bind(value)
+                       .Bind(int64_t{data.type})
+                       .Bind(data.bytes)
+                       .Bind(int64_t{checkRights})
+                       .Done();
+  if (kept > 0) return Write::kDone;
+  return FindPrinter(printer) == nullptr ? Write::kNoPrinter : Write::kDenied;
 }
 
 std::optional<DataValue> Store::Data(int64_t printer, std::u16string_view value) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -48,8 +49,9 @@ class Store {
   void AddPrinter(const PrinterSetup& setup);
   bool RemovePrinter(std::u16string_view name);
   std::vector<PrinterSetup> Printers();
-  std::optional<StoredPrinter> FindPrinter(std::u16string_view name);
-  std::optional<StoredPrinter> FindPrinter(int64_t id);
+  // Null: there is none.
+  std::shared_ptr<const StoredPrinter> FindPrinter(std::u16string_view name);
+  std::shared_ptr<const StoredPrinter> FindPrinter(int64_t id);
   // The printer's number; 0: there is none of that name.
   int64_t PrinterId(std::u16string_view name);
   void SetPermission(std::u16string_view name, bool administer, bool writable);
@@ -73,6 +75,7 @@ class Store {
 
  private:
   void UseWriteAheadLog();
+  std::shared_ptr<const StoredPrinter> Found(Database::Run& run);
   int64_t Pragma(const char* sql);  // a literal; its first number
   const Facts& LoadFacts();
   void SaveFacts(const Facts& facts);
@@ -83,6 +86,7 @@ class Store {
   bool factsKnown_ = false;
   int64_t factsVersion_ = 0;
   Facts facts_;
+  std::shared_ptr<const StoredPrinter> last_;  // the printer found last, of what nobody shares
 };
 
 // A registry key without empty parts: "A\\B" and "\A\B\" name the key "A\B".

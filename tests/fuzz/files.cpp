@@ -28,8 +28,13 @@ struct Properties {
   ~Properties() { FreeFontStore(fonts, GetProcessHeap()); }
   Properties(const Properties&) = delete;
 
+  // What was saved is read back from the file's bytes.
   bool Transfer(TransferDirection direction) {
-    return BackupFileTransfer(nullptr, kFile, {block, fonts, kPrinter}, direction, BACKUP_ALL);
+    const bool done =
+        BackupFileTransfer(nullptr, kFile, {block, fonts, kPrinter}, direction, BACKUP_ALL);
+    platform::Machine& machine = platform::Machine::Current();
+    if (direction == TransferDirection::kSave) machine.HoldProfile(kFile, machine.HeldProfile());
+    return done;
   }
   bool operator==(const Properties& other) const {
     constexpr size_t kList = kFontCapacity * sizeof(FontRecord);
@@ -48,17 +53,9 @@ void RequireSound(const Properties& properties) {
   Require(PaperCount(properties.block) <= kPaperCapacity);
 }
 
-// A file of age, as the platform would find one: of one just written every call reads all of it
-// again.
-void WriteOldFile(platform::Machine& machine, const WCHAR* path, std::string_view bytes) {
-  machine.WriteFile(path, bytes);
-  const auto now = std::filesystem::file_time_type::clock::now();
-  std::filesystem::last_write_time(machine.HostPath(path), now - std::chrono::hours(1));
-}
-
 // A file that loads comes back the same from a save, once what it could not hold has gone.
 void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
-  WriteOldFile(machine, kFile, bytes);
+  machine.HoldProfile(kFile, bytes);
   Properties first(printer);
   if (!first.Transfer(TransferDirection::kLoad)) return;
   RequireSound(first);
@@ -72,14 +69,13 @@ void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE print
 }
 
 void ImportSetup(platform::Machine& machine, std::string_view bytes) {
-  WriteOldFile(machine, kSetupFile, bytes);
+  machine.HoldProfile(kSetupFile, bytes);
   auto block = support::DefaultBlock();
   const auto before = block;
   if (!ImportSetupFile(block, nullptr, kPrinter))
     Require(std::memcmp(&block, &before, sizeof block) == 0);
   else
     Require(block.Printer.PaperNum >= 0 && block.Printer.PaperNum <= kPaperCapacity);
-  std::filesystem::remove(machine.HostPath(kSetupFile));
 }
 
 // The first six bytes are "CreateFont Number", the rest its data and the papers.
@@ -99,11 +95,11 @@ void UsePrinterData(platform::Machine& machine, std::string_view bytes, HANDLE p
   Require(again.fonts.DecoFontNum <= properties.fonts.DecoFontNum &&
           again.fonts.BarFontNum == properties.fonts.BarFontNum);
   FillPublicFields(properties.block, printer, kPrinter);
-  machine.WriteFile(kFile, "");
   machine.RemoveData(kPrinter, u"CreateFont Number");
   machine.RemoveData(kPrinter, u"CreateFont Data");
   if (!save) return;
   // Whatever lies in the records, the file made of them can be loaded.
+  machine.HoldProfile(kFile, "");
   Require(properties.Transfer(TransferDirection::kSave));
   Require(again.Transfer(TransferDirection::kLoad));
   RequireSound(again);
