@@ -1,177 +1,214 @@
-// The seam to the system: its version, and what the spooler tells of printers.
+// The seam to the system: its version, what the spooler tells of printers, and texts.
 #include <gtest/gtest.h>
 
-#include <string>
+#include <map>
+#include <tuple>
 
 #include "driver/os_version.h"
 #include "driver/printer_access.h"
+#include "driver/text.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {
 
-using support::At;
 using support::kPrinter;
 
 TEST(OsVersionCode, IsToldBySystem) {
   const auto machine = platform::Machine::Create();
-  struct Case {
-    DWORD major, minor, platformId;
-    BYTE product;
-    bool verifies;
-    int code;
-  };
-  const Case cases[] = {
-      {10, 0, 2, 1, true, 110},
-      {10, 0, 2, 3, true, 210},
-      {6, 3, 2, 1, true, 110},
-      {6, 3, 2, 2, true, 210},
-      {6, 2, 2, 1, true, 109},
-      {6, 2, 2, 3, true, 208},
-      {6, 1, 2, 1, true, 108},
-      {6, 1, 2, 3, true, 206},
-      {6, 0, 2, 1, true, 106},
-      {6, 0, 2, 3, true, 107},
-      {5, 2, 2, 1, true, 104},
-      {5, 2, 2, 3, true, 105},
-      {5, 1, 2, 1, true, 104},
-      {5, 0, 2, 1, true, 103},
-      {5, 0, 2, 3, true, 103},
-      {4, 0, 2, 1, true, 102},
-      {4, 10, 1, 1, true, 2},
-      {4, 0, 0, 1, true, -1},
-      {3, 51, 2, 1, true, 101},
-      // found by the version number alone
-      {5, 1, 2, 1, false, 104},
-      {5, 2, 2, 1, false, 201},
-      {5, 2, 2, 2, false, 105},
-      {5, 2, 2, 3, false, 105},
-      {6, 0, 2, 1, false, 106},
-      {6, 0, 2, 3, false, 107},
-      {6, 1, 2, 1, false, 108},
-      {6, 1, 2, 3, false, -1},
-      {6, 2, 2, 1, false, 109},
-      {6, 2, 2, 3, false, -1},
-      {6, 3, 2, 1, false, -1},
-      {10, 0, 2, 1, false, -1},
-  };
-  for (const Case& c : cases) {
-    machine->SetOs({c.major, c.minor, 0, c.platformId, c.product, c.verifies});
-    EXPECT_EQ(GetOsVersionCode(), c.code)
-        << c.major << '.' << c.minor << " product " << int{c.product} << " verifies " << c.verifies;
+  // Of a workstation, a domain controller and a server, compared, then by the number alone.
+  const std::tuple<DWORD, DWORD, DWORD, const char*> kCases[] = {
+      {10, 0, 2, "110 210 210 -1 -1 -1 "},   {6, 3, 2, "110 210 210 -1 -1 -1 "},
+      {6, 2, 2, "109 208 208 109 -1 -1 "},   {6, 1, 2, "108 206 206 108 -1 -1 "},
+      {6, 0, 2, "106 107 107 106 107 107 "}, {5, 2, 2, "104 105 105 201 105 105 "},
+      {5, 1, 2, "104 105 105 104 104 104 "}, {5, 0, 2, "103 103 103 103 103 103 "},
+      {4, 0, 2, "102 102 102 102 102 102 "}, {4, 10, 1, "2 2 2 2 2 2 "},
+      {4, 0, 0, "-1 -1 -1 -1 -1 -1 "},       {3, 51, 2, "101 101 101 101 101 101 "}};
+  for (const auto& [major, minor, platformId, codes] : kCases) {
+    std::string told;
+    for (const bool verifies : {true, false}) {
+      for (BYTE product = 1; product <= 3; ++product) {
+        machine->SetOs({major, minor, 0, platformId, product, verifies});
+        told += std::to_string(GetOsVersionCode()) + ' ';
+      }
+    }
+    EXPECT_EQ(told, codes) << major << '.' << minor;
   }
 }
 
 class PrinterAccess : public support::MachineTest {};
 
 TEST_F(PrinterAccess, AnswersBySelector) {
-  machine().AddPrinter({.name = kPrinter, .portName = u"LPT2:", .attributes = 0x40});
-  const support::OpenedPrinter printer;
-  const std::u16string directory = machine().driverDirectory();
-  struct Case {
-    int selector;
-    std::u16string text;
-  };
-  const Case texts[] = {
-      {0, u"VELA QM610r"},     {11, u"VELA QM610r"},    {4, u"winprint"},
-      {12, u"LPT2:"},          {14, u"Label Printer"},  {2, directory},
-      {1, directory + u"\\3"}, {3, directory + u"\\3"}, {100, directory + u"\\3"},
-  };
-  for (const Case& c : texts) {
-    WCHAR buffer[260];
-    EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, buffer, sizeof buffer, c.selector));
-    EXPECT_EQ(buffer, c.text) << c.selector;
-  }
-  for (const int selector : {13, 20, 30}) {
-    DWORD attributes = 1;
-    EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, &attributes, 4, selector));
-    EXPECT_EQ(attributes, 0x40u) << selector;
-    EXPECT_FALSE(GetPrinterInfoValue(printer, kPrinter, &attributes, 2, selector));
-  }
-  WCHAR help[260];
-  EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, help, sizeof help, 110));
-  EXPECT_TRUE(std::u16string_view(help).ends_with(u"QM610rDRV1.HLP"));
-}
-
-TEST_F(PrinterAccess, AnswersNothingItDoesNotKnow) {
-  machine().AddPrinter({.name = kPrinter, .helpFile = u""});
-  const support::OpenedPrinter printer;
-  for (const int selector : {5, -1, 15, 99, 101, 110 /* no help file */, 10 /* no record */}) {
-    WCHAR buffer[4] = {1, 2, 3, 4};
-    EXPECT_FALSE(GetPrinterInfoValue(printer, kPrinter, buffer, sizeof buffer, selector));
-    EXPECT_EQ(std::u16string(buffer, 4), std::u16string(4, 0)) << "not cleared: " << selector;
-  }
-  WCHAR name[32];
-  EXPECT_FALSE(GetPrinterInfoValue(nullptr, kPrinter, name, sizeof name, 14));
-  EXPECT_FALSE(GetPrinterNameOfHandle(nullptr, name, 32));
-}
-
-TEST_F(PrinterAccess, CutsTextsAndDirectories) {
   const std::u16string longName(40, u'x');
-  machine().AddPrinter({.name = longName});
-  const support::OpenedPrinter printer(longName);
+  machine().AddPrinter({.name = longName, .portName = u"LPT2:", .attributes = '@'});
+  machine().AddPrinter({.name = kPrinter, .helpFile = u""});
+  const support::OpenedPrinter printer(longName), other;
+  const std::u16string model = u"VELA QM610r", port = u"LPT2:", processor = u"winprint";
+  const std::u16string path = machine().driverDirectory(), three = path + u"\\3", at = u"@";
+  const std::u16string help = three + u"\\QM610rDRV1.HLP", data = three + u"\\QM610rDRV1.DLL";
+  const std::map<int, std::u16string> kAnswers = {
+      {0, model}, {1, three},     {2, path}, {3, three}, {4, processor}, {11, model}, {12, port},
+      {13, at},   {14, longName}, {20, at},  {30, at},   {100, three},   {110, help}, {111, data}};
+  for (int selector = -1; selector < 130; ++selector) {
+    std::u16string buffer(260, u'x');
+    const bool known = kAnswers.contains(selector);
+    EXPECT_EQ(GetPrinterInfoValue(printer, nullptr, buffer.data(), 520, selector), known);
+    std::u16string expected = known ? kAnswers.at(selector) : u"";
+    expected.resize(260);
+    EXPECT_EQ(buffer, expected) << selector;
+  }
   WCHAR name[32];
+  for (const int selector : {13, 20, 30})
+    EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, name, 2, selector)) << "needs 4 bytes";
+  EXPECT_FALSE(GetPrinterInfoValue(other, nullptr, name, sizeof name, 110)) << "no help file";
+  EXPECT_FALSE(GetPrinterNameOfHandle(nullptr, name, 32));
   EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, name, sizeof name, 14));
   EXPECT_EQ(name, longName.substr(0, 31));
-  const size_t length = machine().driverDirectory().size();
+  EXPECT_TRUE(GetPrinterNameOfHandle(printer, name, 32));
+  EXPECT_EQ(name, longName.substr(0, 31));
+  // A directory fits with "\3" and its terminator.
+  const auto size = static_cast<DWORD>(2 * three.size());
   std::u16string buffer(300, 0);
-  for (const size_t units : {length + 1, length + 2, length + 3}) {
-    const auto size = static_cast<DWORD>(units * sizeof(WCHAR));
-    const bool fits = units == length + 3;  // "\\3" and the terminator
-    EXPECT_EQ(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 1), fits);
-    EXPECT_EQ(buffer.c_str(), machine().driverDirectory() + (fits ? u"\\3" : u""));
-    EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 2));
-  }
+  EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size + 2, 1));
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 1));
+  EXPECT_EQ(buffer.c_str(), path);
 }
 
 TEST_F(PrinterAccess, TakesARecordNoFurtherThanItAndTheBufferReach) {
-  auto bytes = std::vector<std::byte>(460, std::byte{7});
-  support::Put<WORD>(bytes.data(), 68, 220);
-  support::Put<WORD>(bytes.data(), 70, 10);
-  machine().SetDefaultRecord(kPrinter, bytes);
-  const support::OpenedPrinter printer;
-  std::vector<std::byte> record(452, std::byte{1});
-  EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, record.data(), 452, 10));
-  EXPECT_EQ(record[229], std::byte{7});
-  EXPECT_EQ(record[230], std::byte{0});
-  EXPECT_TRUE(GetPrinterInfoValue(printer, kPrinter, record.data(), 100, 10));
-  // One that claims more than the spooler has of it is no record, or ends where that ends.
-  bytes.resize(100);
-  support::Put<WORD>(bytes.data(), 68, 65535);
-  machine().SetDefaultRecord(kPrinter, bytes);
-  GetPrinterInfoValue(printer, kPrinter, record.data(), 452, 10);
-  EXPECT_EQ(record[200], std::byte{0});
+  // What a record claims, how much of it the spooler has, the room, and how much is taken.
+  const std::tuple<WORD, WORD, size_t, DWORD, size_t> kCases[] = {
+      {220, 10, 460, 452, 230},  {220, 10, 460, 100, 100}, {220, 232, 452, 452, 452},
+      {220, 232, 460, 452, 452}, {65535, 9, 100, 452, 0},  {0, 0, 71, 452, 0}};
+  for (const auto& [size, extra, length, room, taken] : kCases) {
+    std::vector<std::byte> bytes(length, std::byte{7}), record(452, std::byte{1});
+    support::Put(bytes.data(), 68, size);
+    if (length >= 72) support::Put(bytes.data(), 70, extra);
+    machine().SetDefaultRecord(kPrinter, bytes);
+    const support::OpenedPrinter printer;
+    EXPECT_EQ(GetPrinterInfoValue(printer, kPrinter, record.data(), room, 10), taken > 0);
+    bytes.resize(taken);
+    bytes.resize(room);
+    record.resize(room);
+    EXPECT_EQ(record, bytes) << length;
+  }
 }
 
 TEST_F(PrinterAccess, OpensByMode) {
-  HANDLE handle = module_;
-  EXPECT_FALSE(OpenPrinterForDriver(kPrinter, 5, &handle));
-  EXPECT_EQ(handle, nullptr);
-  EXPECT_FALSE(OpenPrinterForDriver(kPrinter, 0, &handle));
-  machine().SetPermission(kPrinter, false, true);
-  for (const int mode : {1, 2, 3, 4}) {
-    const bool administering = mode == 1 || mode == 4;
-    EXPECT_NE(OpenPrinterForDriver(kPrinter, mode, &handle), administering) << mode;
+  std::string told;
+  const auto open = [&](const WCHAR* name, int mode) {
+    HANDLE handle = module_;
+    told += OpenPrinterForDriver(name, mode, &handle) ? "open " : "- ";
     if (handle != nullptr) ClosePrinter(handle);
-  }
-  EXPECT_FALSE(OpenPrinterForDriver(u"No such printer", 2, &handle));
-  EXPECT_EQ(handle, nullptr);
+  };
+  for (int mode = 0; mode < 6; ++mode) open(kPrinter, mode);
+  machine().SetPermission(kPrinter, false, true);
+  for (int mode = 0; mode < 6; ++mode) open(kPrinter, mode);
+  open(u"No such printer", 2);
+  EXPECT_EQ(told, "- open open open open - - - open open - - - ");
 }
 
 TEST_F(PrinterAccess, TellsTheSizeOfDataInEveryCase) {
   machine().SetData(kPrinter, u"Value", {REG_BINARY, std::vector<std::byte>(5)});
   const support::OpenedPrinter printer;
   BYTE buffer[8];
-  DWORD needed = 0;
-  EXPECT_TRUE(ReadPrinterData(printer, u"Value", buffer, sizeof buffer, &needed));
+  DWORD needed = 77;
+  EXPECT_FALSE(ReadPrinterData(printer, u"Other", buffer, 8, &needed));
+  EXPECT_EQ(needed, 0u);
+  EXPECT_TRUE(ReadPrinterData(printer, u"Value", buffer, 8, &needed));
   EXPECT_EQ(needed, 5u);
+  EXPECT_FALSE(ReadPrinterData(nullptr, u"Value", buffer, 8, &needed));
+  EXPECT_EQ(needed, 0u);
   EXPECT_FALSE(ReadPrinterData(printer, u"Value", buffer, 4, &needed));
   EXPECT_EQ(needed, 5u);
-  EXPECT_FALSE(ReadPrinterData(printer, u"Other", buffer, sizeof buffer, &needed));
-  EXPECT_FALSE(ReadPrinterData(nullptr, u"Value", buffer, sizeof buffer, &needed));
-  EXPECT_EQ(needed, 0u);
   EXPECT_FALSE(WritePrinterData(nullptr, u"Value", REG_BINARY, buffer, 1));
+}
+
+TEST(PrinterNames, AreCutByMode) {
+  constexpr WCHAR kName[] = u"\\\\server\\Label,LPT1:";
+  const std::tuple<const WCHAR*, int, size_t, const WCHAR*> kCases[] = {
+      {kName, 0, 40, kName},    {kName, 1, 40, u"\\\\server\\Label"},
+      {kName, 2, 40, u"Label"}, {u"Label", 2, 40, u"Label"},
+      {u"Label", 2, 4, u"Lab"}, {u"Label", 2, 1, u""},
+      {u",LPT1:", 1, 40, u""},  {u"a,C:\\out", 2, 40, u"out"},
+      {u"a", 3, 40, nullptr},   {u"a", -1, 40, nullptr},
+      {nullptr, 0, 40, nullptr}};
+  for (const auto& [name, mode, room, part] : kCases) {
+    std::u16string out(40, u'x'), expected(part != nullptr ? part : u"");
+    EXPECT_EQ(CutPrinterName(out.data(), room, name, mode), part != nullptr);
+    expected.resize(room);
+    EXPECT_EQ(out.substr(0, room), expected);
+    EXPECT_EQ(out.substr(room), std::u16string(40 - room, u'x'));
+  }
+}
+
+TEST(CodePageText, IsCutAtWholeCharacters) {
+  platform::Machine::Create();
+  const std::tuple<const WCHAR*, int, std::string> kForms[] = {
+      {u"表A", 4, "\x95\x5c\x41"}, {u"A表", 3, "A"}, {u"表A", 3, "\x95\x5c"}, {u"表A", 2, ""},
+      {u"ｱ¥\\", 9, "\xb1?\\"},     {u"", 4, ""}};
+  for (const auto& [text, size, form] : kForms) {
+    std::string out(16, 'x');
+    EXPECT_EQ(ToCodePage(text, -1, out.data(), size), static_cast<int>(form.size()));
+    EXPECT_EQ(out, form + std::string(size - form.size(), 0) + std::string(16 - size, 'x'));
+  }
+  // Half a character counts as none; how many units bad bytes make is the platform's affair.
+  const std::tuple<const char*, int, int, std::u16string> kTexts[] = {
+      {"\x95\\\x95\\", -1, 4, u"表"}, {"AB", 1, 6, u"A"}, {"A\x95", 2, 6, u"A"}, {"AB", 2, 0, u""},
+      {"ABCD", 4, 6, u"AB"},          {"AB", 2, 1, u""}};
+  for (const auto& [text, length, size, units] : kTexts) {
+    WCHAR out[3] = {};
+    EXPECT_EQ(FromCodePage(text, length, out, size), static_cast<int>(units.size()));
+    EXPECT_EQ(out, units);
+  }
+  for (const char* bad : {"A\x81\x20\x81\x20", "\x81\x20\x81\x20\x81\x20", "\xff\xff\xff"}) {
+    WCHAR out[3];
+    const int units = FromCodePage(bad, -1, out, sizeof out);
+    EXPECT_TRUE(units == 1 || units == 2) << bad;
+    EXPECT_EQ(std::u16string(out).size(), static_cast<size_t>(units)) << bad;
+  }
+  const std::tuple<const WCHAR*, int, int> kFirstsWithoutForm[] = {
+      {u"a?b", 10, -1}, {u"aé", 10, 1},   {u"aé", 1, -1}, {u"é", 0, -1},
+      {u"é", -5, -1},   {u"髙ｱ", 10, -1}, {u"x¥", 10, 1}, {u"\xD83D\xDE00", 10, 0}};
+  for (const auto& [text, maximum, first] : kFirstsWithoutForm) {
+    int index = -1;
+    EXPECT_EQ(IsCp932Representable(text, maximum, &index), first < 0);
+    EXPECT_EQ(index, first);
+    EXPECT_EQ(IsCp932Representable(text, maximum, nullptr), first < 0);
+  }
+}
+
+TEST(Integers, AreReadUpToTheFirstOtherCharacter) {
+  const std::tuple<std::string, LONG, bool> kCases[] = {
+      {"-2147483648", INT32_MIN, false}, {"", 0, true},
+      {"-4294967297", INT32_MIN, false}, {"--7", 0, false},
+      {"4294967297", INT32_MAX, true},   {"+-7", 0, true},
+      {"2147483647", INT32_MAX, true},   {"-7", -7, false},
+      {"2147483646", 2147483646, true},  {"  +12x9", 12, true}};
+  for (const auto& [text, value, sign] : kCases) {
+    bool positive = !sign;
+    EXPECT_EQ(IntegerFromText(text.c_str(), &positive), value) << text;
+    EXPECT_EQ(positive, sign) << text;
+    EXPECT_EQ(IntegerFromText(std::u16string(text.begin(), text.end()).c_str()), value) << text;
+  }
+  EXPECT_EQ(IntegerFromText("\t5"), 0);
+  EXPECT_EQ(IntegerFromText(u"\t\n5"), 5);
+}
+
+TEST(Texts, StayWithinTheirBuffers) {
+  WCHAR buffer[6] = u"ab";
+  EXPECT_EQ(AppendText(buffer, u"cdefgh"), 3);
+  EXPECT_EQ(buffer, std::u16string(u"abcde"));
+  EXPECT_EQ(AppendText(buffer, u"x"), 0);
+  EXPECT_EQ(CopyText(buffer, 1, u"y"), 0);
+  EXPECT_EQ(std::u16string(buffer, 6), std::u16string(u"\0bcde\0", 6));
+  EXPECT_EQ(CopyField(buffer, 6, u"xyz", 2), 2);
+  EXPECT_EQ(buffer, std::u16string(u"xy"));
+  EXPECT_EQ(CopyText(buffer, nullptr), 0);
+  EXPECT_EQ(std::u16string(buffer, 6), std::u16string(6, 0)) << "a tail is left";
+  EXPECT_TRUE(SameTextIgnoringCase(u"Explorer.EXE", u"explorer.exe"));
+  EXPECT_FALSE(SameText(u"a", u"A"));
+  EXPECT_TRUE(SameText(nullptr, u""));
 }
 
 }  // namespace
