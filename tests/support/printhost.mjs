@@ -1,14 +1,39 @@
 // Runs printhost as a person does, each test on a computer of its own.
+import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
-import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
+import { mkdtempSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
 
 export const program = process.env.PRINTHOST ?? fileURLToPath(new URL("../../build/release/bin/printhost", import.meta.url));
 
-// A fresh computer in a folder that goes with the test.
-export function computer(test) {
+// Starts a command, which goes with the test: the address of a sheet once it has told one, and its
+// exit code and outputs when it ends. Options as of spawn.
+export function start(test, command, words, options = {}) {
+  const child = spawn(command, words, { stdio: ["ignore", "pipe", "pipe"], ...options });
+  let output = "";
+  let errors = "";
+  const ended = new Promise((resolve) => {
+    child.on("close", (status) => resolve({ status, output, errors }));
+  });
+  const address = new Promise((resolve, reject) => {
+    const look = (text) => {
+      const line = /^http:\S+(?=\n)/m.exec(text);
+      if (line) resolve(line[0]);
+    };
+    child.stdout.on("data", (text) => look((output += text)));
+    child.stderr.on("data", (text) => look((errors += text)));
+    child.on("close", () => reject(new Error(`no address: ${errors}`)));
+  });
+  address.catch(() => {});
+  // Whatever a detached command has started goes as well.
+  test.after(() => child.exitCode ?? child.signalCode ?? process.kill(options.detached ? -child.pid : child.pid, "SIGKILL"));
+  return { child, address, ended };
+}
+
+// A fresh computer in a folder that goes with the test, with these printers.
+export function computer(test, ...printers) {
   const folder = mkdtempSync(join(tmpdir(), "printhost-"));
   test.after(() => rmSync(folder, { recursive: true, force: true }));
   const state = join(folder, "state");
@@ -16,43 +41,28 @@ export function computer(test) {
     const { status, stdout, stderr } = spawnSync(program, ["--state", state, ...words], { encoding: "utf8" });
     return { status, stdout, stderr };
   };
+  // A command that has to succeed; answers its output.
+  const done = (...words) => {
+    const { status, stdout, stderr } = run(...words);
+    assert.deepEqual([status, stderr], [0, ""], words.join(" "));
+    return stdout;
+  };
+  for (const printer of printers) done("add", printer);
   return {
     folder,
     state,
     run,
+    done,
+    json: (...words) => JSON.parse(done(...words, "--json")),
     file: (name) => join(folder, name),
-    // A script for "play".
-    steps: (steps) => {
-      const path = join(folder, "steps");
-      writeFileSync(path, steps.map((step) => JSON.stringify(step)).join("\n"));
-      return path;
+    // A command that is refused with this exit code and one line, which it answers.
+    refused: (exit, ...words) => {
+      const { status, stdout, stderr } = run(...words);
+      assert.deepEqual([status, stdout], [exit, ""], words.join(" "));
+      assert.match(stderr, /^printhost: .+\n$/);
+      return stderr;
     },
-    json: (...words) => {
-      const { status, stdout, stderr } = run(...words, "--json");
-      if (status !== 0) throw new Error(`exit ${status}: ${stderr}`);
-      return JSON.parse(stdout);
-    },
-    // A command that goes on: its address once it has told it, and its exit code and outputs when it
-    // ends.
-    start: (...words) => {
-      const child = spawn(program, ["--state", state, ...words], { stdio: ["ignore", "pipe", "pipe"] });
-      let output = "";
-      let errors = "";
-      const ended = new Promise((resolve) => {
-        child.on("close", (status) => resolve({ status, output, errors }));
-      });
-      const address = new Promise((resolve, reject) => {
-        const look = () => {
-          const line = /^http:\S+(?=\n)/m.exec(words.includes("--json") ? errors : output);
-          if (line) resolve(line[0]);
-        };
-        child.stdout.on("data", (text) => ((output += text), look()));
-        child.stderr.on("data", (text) => ((errors += text), look()));
-        child.on("close", () => reject(new Error(`no address: ${errors}`)));
-      });
-      address.catch(() => {});
-      test.after(() => child.kill("SIGKILL"));
-      return { child, address, ended };
-    },
+    // A command that goes on.
+    start: (...words) => start(test, program, ["--state", state, ...words]),
   };
 }
