@@ -1,14 +1,10 @@
-// The dialogs' toolkit: fields in real dialogs of the driver, help box, options and locks.
-#include <windows.h>
-#include <commctrl.h>
-
-#include <functional>
-
+// The dialogs' toolkit: measured values, fields in a dialog of the driver, help box, options,
+// locks.
+#include "operation/operation_options.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/measured_value.h"
 #include "paper/fields/numeric_field.h"
-#include "paper/fields/option_table.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 
@@ -17,218 +13,192 @@ namespace {
 
 using namespace support;
 
-constexpr int mm = kMillimetre;
-constexpr int in = kInch;
-constexpr int kWidth = IDC_DECO_FONT_WIDTH;
-constexpr int kWidthSpin = IDC_DECO_FONT_WIDTH_SPIN;
-constexpr int kStep = IDC_DECO_FONT_INCREMENT;
-constexpr int kStepSpin = IDC_DECO_FONT_INCREMENT_SPIN;
-constexpr NumericField kFields[] = {
-    {kWidth, kWidthSpin, 27, 550, kDot},
-    {kStep, kStepSpin, -9999, 9999, kPlain},
-};
+constexpr int kLeast = -32768, kMost = 32767;
+constexpr int mm = kMillimetre, in = kInch;
 
-std::u16string TextOf(FieldDialog dialog, int control) {
-  WCHAR text[512] = {};
-  GetDlgItemTextW(dialog.window, control, text, 512);
-  return text;
+TEST(MeasuredValue, ConvertsWithHalfTheDivisorAdded) {
+  constexpr int kCases[][5] = {
+      {580, mm, in, 203, 2283},     {2283, in, mm, 203, 580},        {99, kDot, mm, 203, 124},
+      {99, kDot, mm, 305, 82},      {99, kDot, in, 203, 488},        {30, mm, kDot, 203, 24},
+      {1000, in, kDot, 305, 305},   {1, kDot, in, 203, 5},           {-580, mm, in, 203, -2282},
+      {kMost, mm, in, 203, 129004}, {kLeast, kDot, mm, 203, -40999}, {77, kPlain, in, 203, 77},
+      {77, kDot, kPlain, 203, 77},  {77, -1, kDot, 203, 77},         {77, kDot, mm, 0, 77},
+  };
+  for (const auto& [value, from, to, dpi, expected] : kCases) {
+    EXPECT_EQ(ConvertMeasure(value, from, to, dpi), expected)
+        << value << " from " << from << " to " << to << " at " << dpi;
+  }
 }
-int Position(FieldDialog dialog, int spin) { return SpinPosition(dialog.window, spin); }
 
-// The template of the decorative fonts with the toolkit behind it and nothing else.
+std::u16string Formatted(int unit, std::initializer_list<int> values) {
+  std::u16string all;
+  for (const int value : values) {
+    WCHAR text[kMeasureTextLength];
+    std::fill_n(text, kMeasureTextLength, u'#');
+    const int length = FormatMeasure(text, value, unit);
+    EXPECT_EQ(std::u16string(text).size(), static_cast<size_t>(length));
+    all += text + std::u16string(u"|");
+  }
+  return all;
+}
+
+std::vector<int> Parsed(int decimals, std::initializer_list<const WCHAR*> texts) {
+  std::vector<int> values;
+  for (const WCHAR* text : texts) values.push_back(ParseMeasure(text, decimals));
+  return values;
+}
+
+TEST(MeasuredValue, IsWrittenWithTheDecimalsOfItsUnitAndReadUpToWhatIsNoNumber) {
+  EXPECT_EQ(Formatted(mm, {580, 5, -5}), u"58.0|0.5|-0.5|");
+  EXPECT_EQ(Formatted(in, {40, kLeast, INT32_MIN}), u"0.040|-32.768|-2147483.648|");
+  EXPECT_EQ(Formatted(kDot, {0, -999}), u"0|-999|");
+  using Values = std::vector<int>;
+  EXPECT_EQ(Parsed(0, {u" -3", u"\t 7", u"1.9", u"--5", u"-+5", u"32768", u"１２", u"12ab"}),
+            (Values{-3, 7, 1, 5, -5, 32768, 0, 12}));
+  EXPECT_EQ(Parsed(1, {u"58", u"58.25", u"", nullptr, u"+7", u".5", u"-.5", u"+-1.5", u"--1.5"}),
+            (Values{580, 582, 0, 0, 70, 5, -5, 0, 5}));
+  EXPECT_EQ(Parsed(3, {u"2.5", u"1.23456", u"-0.5", u"5.", u"4294967296", u"2147484", u"-2147484"}),
+            (Values{2500, 1234, -500, 5000, INT32_MAX, INT32_MAX, INT32_MIN}));
+  EXPECT_EQ(Parsed(5, {u"1", u"1.99999999"}), (Values{100000, 199999}));
+  EXPECT_EQ(Parsed(6, {u"1.5"}), Values{0});
+  for (const int unit : {kMillimetre, kInch, kDot, kPlain}) {
+    for (int value = kLeast; value <= kMost; ++value) {
+      WCHAR text[kMeasureTextLength];
+      FormatMeasure(text, value, unit);
+      ASSERT_EQ(ParseMeasure(text, DecimalsOf(unit)), value) << "unit " << unit;
+    }
+  }
+}
+
+TEST(MeasuredValue, LimitsTheTextByItsWidestBound) {
+  constexpr int kCases[][4] = {
+      {100, 1630, mm, 5},    {0, 80, mm, 3},       {0, 9, mm, 3},     {-5, 5, mm, 4},
+      {394, 6417, in, 5},    {0, 315, in, 5},      {0, 12345, in, 6}, {-300, 300, kDot, 4},
+      {27, 550, kDot, 3},    {0, 0, kPlain, 1},    {0, 9, kPlain, 1}, {0, 10, kPlain, 2},
+      {-9999, 5, kPlain, 5}, {-40, 99, kPlain, 3},
+  };
+  for (const auto& [minimum, maximum, unit, expected] : kCases) {
+    EXPECT_EQ(MeasureTextLimit(minimum, maximum, unit), expected) << minimum << ".." << maximum;
+  }
+}
+
+TEST(Typing, TakesBlanksInFrontAndOnePoint) {
+  for (const auto* good : {u"5.5", u" 7.", u".5", u"", u"99"}) {
+    EXPECT_TRUE(IsMeasureTyping(good, mm) && IsMeasureTyping(good, in));
+  }
+  for (const auto* bad : {u"5.5.", u"4. 5", u"4 ", u"-4", u"4x", u"."}) {
+    EXPECT_FALSE(IsMeasureTyping(bad, bad[1] == 0 ? kDot : mm)) << testing::PrintToString(bad);
+  }
+  EXPECT_TRUE(IsMeasureTyping(u" 55", kDot));
+  for (const auto* good : {u"-12", u"9", u"0", u"-", u"5-3", u""}) EXPECT_TRUE(IsPlainTyping(good));
+  for (const auto* bad : {u"1.5", u"1a", u" 1", u"/", u":"}) EXPECT_FALSE(IsPlainTyping(bad));
+}
+
+// The template of the decorative fonts, or another, with nothing behind it but the toolkit.
+constexpr int kWidth = IDC_DECO_FONT_WIDTH, kWidthSpin = IDC_DECO_FONT_WIDTH_SPIN;
+constexpr NumericField kFields[] = {{kWidth, kWidthSpin, 27, 550, kDot}};
+
 class Fields : public SheetTest {
  protected:
-  using Work = std::function<void(FieldDialog)>;
-  void Open(Work work) {
-    EXPECT_EQ(DialogBoxParamW(module_, MAKEINTRESOURCEW(IDD_DECO_FONT), nullptr, DoAndEnd,
-                              reinterpret_cast<LPARAM>(&work)),
-              1);
+  void Open(Step work, int templateId = IDD_DECO_FONT) {
+    Follow({std::move(work), Close()}, [&] {
+      return DialogBoxParamW(module_, MAKEINTRESOURCEW(templateId), nullptr, CloseAlone, 0);
+    });
   }
-
-  static INT_PTR CALLBACK DoAndEnd(HWND window, UINT message, WPARAM, LPARAM work) {
-    if (message != WM_INITDIALOG) return FALSE;
-    (*reinterpret_cast<Work*>(work))({window, kFields});
-    return EndDialog(window, 1);
-  }
-  static INT_PTR CALLBACK LockAll(HWND window, UINT message, WPARAM, LPARAM) {
-    if (message == WM_INITDIALOG) LockControls(window, IDD_PAPER_REGISTER, false);
+  static INT_PTR CALLBACK CloseAlone(HWND window, UINT message, WPARAM, LPARAM) {
     return message == WM_CLOSE && EndDialog(window, 0);
   }
 };
 
-TEST_F(Fields, ShowAValueInItsRange) {
-  const struct {
-    int minimum, maximum, value, unit;
-    std::u16string text;
-    int position;
-    RangeSide side;
-  } cases[] = {
-      {100, 1630, 580, mm, u"58.0", 580, kInside},
-      {100, 1630, 99, mm, u"10.0", 100, kInside},
-      {100, 580, 580, mm, u"58.0", 580, kInside},
-      {100, 580, 581, mm, u"58.1", 580, kAbove},
-      {394, 6417, 2283, in, u"2.283", 2283, kInside},
-      {-300, 300, -300, kDot, u"-300", -300, kInside},
-  };
-  Open([&](FieldDialog dialog) {
-    for (const auto& c : cases) {
-      InitField(dialog, kWidth, c.minimum, c.maximum, c.value, c.unit, true);
-      EXPECT_EQ(TextOf(dialog, kWidth), c.text);
-      EXPECT_EQ(Position(dialog, kWidthSpin), c.position);
-      EXPECT_EQ(CheckFieldRange(dialog, kWidth, c.unit), c.side);
-      EXPECT_EQ(SendDlgItemMessageW(dialog.window, kWidthSpin, UDM_GETBUDDY, 0, 0),
-                reinterpret_cast<LRESULT>(GetDlgItem(dialog.window, kWidth)));
-    }
-    SetDlgItemTextW(dialog.window, kWidth, TEXT("-301"));
-    EXPECT_EQ(CheckFieldRange(dialog, kWidth, kDot), kBelow);
-    // An arrow goes as far as the range, and the text with it.
-    for (const auto& [step, text] : {std::pair{1, u"-299"}, {1000, u"300"}, {-4, u"296"}}) {
-      EXPECT_TRUE(StepField(dialog, kWidthSpin, step, kDot));
-      EXPECT_EQ(TextOf(dialog, kWidth), text);
-    }
-  });
-}
-
 // A bound that would vanish stays at one step; without a density dots stay dots.
-TEST_F(Fields, ConvertToAnotherUnit) {
-  const struct {
-    int value, from, to, dpi;
-    std::u16string text;
-    int minimum, maximum;
-  } cases[] = {
-      {99, kDot, mm, 203, u"12.4", 34, 688},   {99, kDot, mm, 305, u"8.2", 22, 458},
-      {99, kDot, in, 305, u"0.325", 89, 1803}, {124, mm, kDot, 203, u"99", 27, 550},
-      {500, kDot, mm, 32767, u"0.4", 1, 4},    {99, kDot, mm, 0, u"9.9", 27, 550},
-  };
-  Open([&](FieldDialog dialog) {
-    for (const auto& c : cases) {
-      InitField(dialog, kWidth, -32768, 32767, c.value, c.from, true);
-      ChangeFieldUnit(dialog, kWidth, c.from, c.to, c.dpi);
-      EXPECT_EQ(TextOf(dialog, kWidth), c.text);
-      int minimum, maximum;
-      SpinRange(dialog.window, kWidthSpin, &minimum, &maximum);
-      EXPECT_EQ(minimum, c.minimum) << testing::PrintToString(c.text);
-      EXPECT_EQ(maximum, c.maximum) << testing::PrintToString(c.text);
-    }
-  });
-}
+TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
+  Open([](Desk& desk) {
+    const FieldDialog dialog = {desk.Top(), kFields};
+    const auto expect = [&](const std::u16string& text, int minimum, int maximum, int position) {
+      EXPECT_EQ(desk.Text(kWidth), text);
+      ExpectRange(kWidthSpin, minimum, maximum, position)(desk);
+    };
+    InitField(dialog, kWidth, 100, 1630, 99, mm, true);
+    expect(u"10.0", 100, 1630, 100);
+    InitField(dialog, kWidth, 100, 580, 581, mm, true);
+    expect(u"58.1", 100, 580, 580);
+    EXPECT_EQ(CheckFieldRange(dialog, kWidth, mm), kAbove);
+    const auto convert = [&](int value, int from, int to, int dpi) {
+      InitField(dialog, kWidth, kLeast, kMost, value, from, true);
+      ChangeFieldUnit(dialog, kWidth, from, to, dpi);
+    };
+    convert(99, kDot, in, 305);
+    expect(u"0.325", 89, 1803, 325);
+    convert(124, mm, kDot, 203);
+    expect(u"99", 27, 550, 99);
+    convert(500, kDot, mm, 32767);
+    expect(u"0.4", 1, 4, 4);
+    convert(99, kDot, mm, 0);
+    expect(u"9.9", 27, 550, 99);
 
-TEST_F(Fields, UndoBadTyping) {
-  const struct {
-    int unit;
-    const WCHAR *text, *shown;
-    int position;
-  } cases[] = {
-      {mm, u"5.5", u"5.5", 55},        {mm, u" 7.", u" 7.", 70},
-      {mm, u".5", u".5", 5},           {mm, u"", u"", 0},
-      {mm, u"99", u"99", 80},          {mm, u"5.5.", u"2.0", 20},
-      {mm, u"4. 5", u"2.0", 20},       {mm, u"4 ", u"2.0", 20},
-      {mm, u"-4", u"2.0", 20},         {mm, u"4x", u"2.0", 20},
-      {in, u"  .07", u"  .07", 70},    {in, u"1..3", u"0.020", 20},
-      {kDot, u"55", u"55", 55},        {kDot, u"5.5", u"20", 20},
-      {kPlain, u"-12", u"-12", -12},   {kPlain, u"9999", u"9999", 9999},
-      {kPlain, u"99999", u"99999", 7}, {kPlain, u"-", u"-", 7},
-      {kPlain, u"5-3", u"5-3", 7},     {kPlain, u"1.5", u"7", 7},
-      {kPlain, u"1a", u"7", 7},
-  };
-  Open([&](FieldDialog dialog) {
-    for (const auto& c : cases) {
-      SCOPED_TRACE(testing::PrintToString(std::u16string(c.text)));
-      const bool plain = c.unit == kPlain;
-      const int edit = plain ? kStep : kWidth;
-      SetSpin(dialog.window, kStepSpin, kStep, -9999, 9999, 7, true);
-      InitField(dialog, kWidth, 0, 80, 20, c.unit, true);
-      SetDlgItemTextW(dialog.window, edit, c.text);
-      EXPECT_EQ(plain ? OnPlainTyped(dialog, edit) : OnMeasureTyped(dialog, edit, c.unit),
-                std::u16string(c.text) == c.shown);
-      EXPECT_EQ(TextOf(dialog, edit), c.shown);
-      EXPECT_EQ(Position(dialog, plain ? kStepSpin : kWidthSpin), c.position);
-    }
-  });
-}
-
-TEST_F(Fields, DoNothingForWhatTheyDoNotKnow) {
-  constexpr int kName = IDC_DECO_FONT_NAME;
-  Open([&](FieldDialog dialog) {
-    SetDlgItemTextW(dialog.window, kName, TEXT("12"));
-    EXPECT_EQ(ReadField({dialog.window, {}}, kName, kPlain), 0);
+    // Nothing is done with a control that they do not know.
+    constexpr int kName = IDC_DECO_FONT_NAME;
+    SetDlgItemTextW(desk.Top(), kName, TEXT("12"));
+    EXPECT_EQ(ReadField({desk.Top(), {}}, kName, kPlain), 0);
     EXPECT_EQ(ReadField(dialog, kName, kPlain), 12);
     EXPECT_EQ(CheckFieldRange(dialog, kName, kPlain), kInside);
     InitField(dialog, kName, 0, 5, 3, kPlain, true);
     ReformatField(dialog, kName, mm);
-    EXPECT_FALSE(StepField(dialog, kName, 1, mm));
     ChangeFieldUnit(dialog, kName, kDot, in, 203);
+    EXPECT_FALSE(StepField(dialog, kName, 1, mm));
     EXPECT_FALSE(OnMeasureTyped(dialog, kName, mm));
     EXPECT_FALSE(OnPlainTyped(dialog, kName));
-    EXPECT_EQ(TextOf(dialog, kName), u"12");
+    EXPECT_EQ(desk.Text(kName), u"12");
   });
 }
 
-TEST_F(Fields, DescribeTheControlInUse) {
+TEST_F(Fields, AreDescribedWithTheirRange) {
   constexpr int kGap = IDS_HELP_PAPER_REGISTER_GAP;
-  const HelpRow rows[] = {Plain(1, IDS_HELP_PAPER_LIST),
-                          {2, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
-                          Ranged(3, IDS_HELP_PAPER_REGISTER_WIDTH, kHelpTenthsRange, 100, 580),
-                          {4, IDS_HELP_DECO_FONT_WIDTH, kHelpDotRangeUnits, 27, 550, 40, 826},
-                          Ranged(5, kGap, kHelpTenthsUsual, 0, 80),
-                          Ranged(6, kGap, kHelpTenthsUsualToo, 10, 70),
-                          Ranged(7, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0),
-                          Plain(8, 0),
-                          Plain(9, 1),  // no such text
-                          Plain(0, 0),
-                          Plain(11, IDS_HELP_PAPER_LIST)};
-  const struct {
-    int control, unit, dpi;
-    std::u16string text;
-  } cases[] = {
-      {1, mm, 203, u"登録されている用紙名を選択します。"},
-      {2, kPlain, 305, u"-60ﾄﾞｯﾄから149ﾄﾞｯﾄです。）"},
-      {3, in, 203, u"用紙幅サイズを設定します。（指定範囲0.394inchから2.283inchです。）"},
-      {4, mm, 203, u"文字の幅を設定します。（範囲は、3.4mmから68.8mmです。）"},
-      {4, kDot, 0, u"（範囲は、40dotから826dotです。）"},
-      {5, mm, 203, u"0.0mmから8.0mmです。通常は3.0mmです）"},
-      {6, in, 0, u"0.039inchから0.276inchです。通常は0.118inchです）"},
-      {7, in, 203, u"（通常は 0.000inch です。）"},
-      {8, mm, 203, u"as before"},
-      {10, mm, 203, u"as before"},
-      {11, mm, 203, u"as before"}  // behind the row that ends the table
-  };
-  Open([&](FieldDialog dialog) {
-    for (const auto& c : cases) {
-      SetDlgItemTextW(dialog.window, IDC_HELP_TEXT, TEXT("as before"));
-      ShowHelp(dialog.window, rows, c.control, IDC_HELP_TEXT, c.unit, c.dpi);
-      EXPECT_NE(TextOf(dialog, IDC_HELP_TEXT).find(c.text), std::u16string::npos) << c.control;
-    }
-    ShowHelp(dialog.window, rows, 9, IDC_HELP_TEXT, kPlain, 203);
-    EXPECT_EQ(TextOf(dialog, IDC_HELP_TEXT), u"");
+  static constexpr HelpRow kRows[] = {
+      {1, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
+      {2, kGap, kHelpDotRangeUnits, 27, 550, 40, 826},
+      Ranged(3, kGap, kHelpTenthsRange, 0, 80),
+      Ranged(4, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0),
+      Plain(5, 0),
+      Plain(6, 1),  // no such text
+      Plain(0, 0),
+      Plain(8, kGap)};  // behind the row that ends the table
+  Open([](Desk& desk) {
+    const auto expect = [&](int control, int unit, int dpi, std::u16string_view part) {
+      SetDlgItemTextW(desk.Top(), IDC_HELP_TEXT, TEXT("before"));
+      ShowHelp(desk.Top(), kRows, control, IDC_HELP_TEXT, unit, dpi);
+      EXPECT_NE(desk.Text(IDC_HELP_TEXT).find(part), part.npos) << control;
+    };
+    expect(1, kPlain, 305, u"（範囲は、-60ﾄﾞｯﾄから149ﾄﾞｯﾄです。）");
+    expect(2, mm, 203, u"（範囲は、3.4mmから68.8mmです。通常は3.0mmです）");
+    expect(2, kDot, 0, u"（範囲は、40dotから826dotです。");
+    expect(3, in, 203, u"（範囲は、0.000inchから0.315inchです。通常は0.118inchです）");
+    expect(4, in, 203, u"（通常は 0.000inch です。）");
+    for (const int none : {5, 7, 8}) expect(none, mm, 203, u"before");
+    ShowHelp(desk.Top(), kRows, 6, IDC_HELP_TEXT, kPlain, 203);
+    EXPECT_EQ(desk.Text(IDC_HELP_TEXT), u"");
   });
 }
 
-TEST_F(Fields, LockEveryInputOfTheRegistrationDialogWithoutPermission) {
-  const auto look = [](Desk& desk) {
-    const std::vector<platform::WindowView> windows = desk.Windows();
-    for (const platform::ControlView& control : windows.back().controls) {
-      if (!control.tabStop || !control.visible) continue;
-      EXPECT_EQ(control.enabled, control.id == IDOK || control.id == IDCANCEL);
+TEST_F(Fields, AreAllLockedInTheRegistrationDialogWithoutPermission) {
+  const auto lock = [](Desk& desk) {
+    LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
+    const platform::WindowView view = desk.Windows().back();
+    int open = 0;
+    for (const auto& control : view.controls) {
+      open += control.tabStop && control.visible && control.enabled;
     }
+    EXPECT_EQ(open, 2);  // OK and Cancel
   };
-  Follow({look, Close()}, [&] {
-    return DialogBoxParamW(module_, MAKEINTRESOURCEW(IDD_PAPER_REGISTER), nullptr, LockAll, 0);
-  });
+  Open(lock, IDD_PAPER_REGISTER);
 }
 
 // The operation page's own walk shows the rest.
 TEST(OptionTables, AnswerTheFirstEntryForWhatTheyLack) {
-  const OptionEntry entries[] = {
-      {TEXT("one"), 1, '1', {}},
-      {TEXT("follow"), kFollowPrinter, ' ', {}},
-      {TEXT(""), kOptionEnd, 0, {}},
-  };
-  const OptionTable table = {entries, 2};
-  for (int unknown : {7, -1, int{kOptionEnd}}) EXPECT_EQ(OptionIndex(table, unknown), 0);
-  for (int outside : {-1, 2, 99}) EXPECT_EQ(OptionValue(table, outside), 1);
-  EXPECT_EQ(OptionIndex(table, kFollowPrinter), 1);
-  EXPECT_EQ(OptionValue(table, 1), kFollowPrinter);
+  for (const int unknown : {7, int{kOptionEnd}}) {
+    EXPECT_EQ(OptionIndex(SpeedOptions(), unknown), 0);
+  }
+  for (const int outside : {-1, 3, 99}) EXPECT_EQ(OptionValue(SpeedOptions(), outside), 1);
 }
 
 }  // namespace

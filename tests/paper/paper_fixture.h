@@ -20,40 +20,51 @@ inline constexpr char16_t kPage[] = u"用紙";
 inline constexpr int kList = IDC_PAPER_LIST, kPicture = IDC_PAPER_PICTURE;
 inline constexpr int kPortrait = IDC_PAPER_PORTRAIT, kLandscape = IDC_PAPER_LANDSCAPE;
 inline constexpr int kFlip = IDC_PAPER_FLIP, kPageWholeLabel = IDC_PAPER_WHOLE_LABEL;
-inline constexpr int kVert = IDC_PAPER_VERT_BASE, kVertSpin = IDC_PAPER_VERT_BASE_SPIN;
-inline constexpr int kHorz = IDC_PAPER_HORZ_BASE, kHorzSpin = IDC_PAPER_HORZ_BASE_SPIN;
-inline constexpr int kPeel = IDC_PAPER_PEEL_OFFSET, kPeelSpin = IDC_PAPER_PEEL_OFFSET_SPIN;
-inline constexpr int kTear = IDC_PAPER_TEAR_OFFSET, kTearSpin = IDC_PAPER_TEAR_OFFSET_SPIN;
-inline constexpr int kPitch = IDC_PAPER_PITCH_OFFSET, kPitchSpin = IDC_PAPER_PITCH_OFFSET_SPIN;
-inline constexpr int kRegister = IDC_PAPER_REGISTER, kEditButton = IDC_PAPER_EDIT;
-inline constexpr int kFreeEdit = IDC_PAPER_FREE_EDIT, kName = IDC_PAPER_REGISTER_NAME;
+inline constexpr int kVert = IDC_PAPER_VERT_BASE, kHorz = IDC_PAPER_HORZ_BASE;
+inline constexpr int kPeel = IDC_PAPER_PEEL_OFFSET, kTear = IDC_PAPER_TEAR_OFFSET;
+inline constexpr int kPitch = IDC_PAPER_PITCH_OFFSET, kRegister = IDC_PAPER_REGISTER;
+inline constexpr int kEditButton = IDC_PAPER_EDIT, kFreeEdit = IDC_PAPER_FREE_EDIT;
+inline constexpr int kName = IDC_PAPER_REGISTER_NAME, kReference = IDC_PAPER_REGISTER_REFERENCE;
 inline constexpr int kGrade = IDC_PAPER_REGISTER_GRADE, kDarkness = IDC_PAPER_REGISTER_THICKNESS;
 inline constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
 inline constexpr int kLength = IDC_PAPER_REGISTER_LENGTH, kGap = IDC_PAPER_REGISTER_GAP;
-inline constexpr int kLengthSpin = IDC_PAPER_REGISTER_LENGTH_SPIN;
-inline constexpr int kGapSpin = IDC_PAPER_REGISTER_GAP_SPIN;
 inline constexpr int kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH;
 inline constexpr int kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL;
 inline constexpr int kDialogPicture = IDC_PAPER_REGISTER_PICTURE;
-inline constexpr int kReference = IDC_PAPER_REGISTER_REFERENCE;
 inline constexpr int kReferenceList = IDC_PAPER_REFERENCE_LIST;
+
+inline std::u16string Number(int number) {
+  const std::string text = std::to_string(number);
+  return {text.begin(), text.end()};
+}
+
+// A record as a text: its name with all that lies behind it, and the words behind the name.
+inline std::u16string Told(const PaperInfo& paper) {
+  std::u16string text(paper.PaperName, kPaperNameLength);
+  text.resize(text.find_last_not_of(u'\0') + 1);
+  for (size_t at = 128; at < 160; at += 2) text += u' ' + Number(At(&paper, at));
+  return text;
+}
+
+// A new paper with this name and these words behind it, as far as they go.
+inline PaperInfo Paper(std::u16string name, std::initializer_list<int> words) {
+  PaperInfo paper = NewPaper();
+  CopyText(paper.PaperName, name.c_str());
+  for (size_t at = 128; const int word : words)
+    Put(&paper, std::exchange(at, at + 2), static_cast<int16_t>(word));
+  return paper;
+}
 
 class PaperTest : public SheetTest {
  protected:
   // The factory defaults with papers "P1", "P2" … behind the standard one, 20.1, 20.2 … mm wide.
   static DriverSettingsBlock With(int papers) {
     DriverSettingsBlock block = DefaultBlock();
-    for (int i = 1; i <= papers; ++i) {
-      PaperInfo paper = NewPaper();
-      const std::string number = std::to_string(i);
-      CopyText(paper.PaperName, (u"P" + std::u16string(number.begin(), number.end())).c_str());
-      paper.LabelWidth = static_cast<int16_t>(200 + i);
-      AppendPaper(block, paper);
-    }
+    for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), {0, 3, 200 + i}));
     return block;
   }
-  PrinterSettingsPart Stored() { return KeptPrinterPart(machine()); }
-  std::u16string StoredName(int slot) { return Stored().Papers[slot].PaperName; }
+  // A paper that is kept, told.
+  std::u16string Stored(int slot) { return Told(KeptPrinterPart(machine()).Papers[slot]); }
 };
 
 // A refusal, closed.

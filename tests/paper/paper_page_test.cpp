@@ -1,4 +1,5 @@
-// The paper page: what it shows, what it lets be changed, and what it writes.
+// The paper page and the dialog that registers and edits papers, in the user's defaults: what they
+// show, what they let be changed, and what is stored.
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
@@ -6,115 +7,292 @@ namespace {
 
 using PaperPage = PaperTest;
 
-// Who may use what is walked with the other pages; the printer's mode decides about two offsets.
-TEST_F(PaperPage, OffersTheOffsetOfThePrintersMode) {
+constexpr struct {
+  int edit, spin, minimum, maximum;
+  int16_t PrivateDevMode::*setting;
+} kOffsets[] = {{kVert, IDC_PAPER_VERT_BASE_SPIN, -300, 300, &PrivateDevMode::nVertBase},
+                {kHorz, IDC_PAPER_HORZ_BASE_SPIN, -300, 300, &PrivateDevMode::nHorzBase},
+                {kPeel, IDC_PAPER_PEEL_OFFSET_SPIN, -40, 99, &PrivateDevMode::nPeelOffset},
+                {kTear, IDC_PAPER_TEAR_OFFSET_SPIN, -99, 99, &PrivateDevMode::nTearOffset},
+                {kPitch, IDC_PAPER_PITCH_OFFSET_SPIN, -40, 99, &PrivateDevMode::nPitchOffset}};
+
+// The printer's mode decides which offsets can be changed.
+TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
   for (uint16_t mode = 0; mode < 3; ++mode) {
-    DriverSettingsBlock block = DefaultBlock();
+    DriverSettingsBlock block = With(2);
     block.Printer.Mecha = mode;
+    PrivateDevMode& settings = block.Record.Private;
+    settings.PaperID = 258;
+    settings.Orient = 2;
+    settings.nFlip = 1;
+    settings.Position = 0;
+    Steps shown = {ExpectSelected(kList, 1), ExpectChecked({kLandscape, kFlip}),
+                   ExpectChecked({kPortrait, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
+                   ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
+    Steps typed;
+    PrivateDevMode left = settings;
+    int16_t stored = 10;
+    for (const auto& [edit, spin, minimum, maximum, setting] : kOffsets) {
+      const bool enabled = (edit != kPeel || mode == 2) && (edit != kTear || mode == 0);
+      const std::u16string least = Number(minimum), most = Number(maximum);
+      settings.*setting = left.*setting = ++stored;
+      shown += {ExpectEnabled({edit, spin}, enabled), ExpectText(edit, Number(stored)),
+                ExpectRange(spin, minimum, maximum, stored)};
+      if (!enabled) continue;
+      const std::u16string range = u"（範囲は、" + least + u"ﾄﾞｯﾄから" + most + u"ﾄﾞｯﾄです。）";
+      typed += {Focus(edit), [=](Desk& desk) {
+                  EXPECT_NE(desk.Text(IDC_HELP_TEXT).find(range), std::u16string::npos) << edit;
+                }};
+      for (const int outside : {minimum - 1, maximum + 1}) {
+        if (outside == -100) continue;  // one character too many for the field
+        typed += {Paste(edit, Number(outside)), ExpectText(edit, Number(stored))};
+      }
+      typed += {Paste(edit, most),  Spin(spin, -2),          ExpectText(edit, Number(maximum - 2)),
+                Paste(edit, least), ExpectText(edit, least), Paste(edit, u"")};
+      left.*setting = static_cast<int16_t>(minimum);
+    }
     Keep(block);
-    Cancel(kPaperTab,
-           {ExpectEnabled({kPeel, kPeelSpin}, mode == 2),
-            ExpectEnabled({kTear, kTearSpin}, mode == 0), ExpectEnabled({kPitch, kPitchSpin})});
+    // A stray letter takes back itself alone, the stored value too; the caret stays behind.
+    typed += {Paste(kVert, u"2"),       Type(kVert, u"x"), ExpectText(kVert, u"2"),
+              Type(kVert, u"12"),       Type(kVert, u"9"),  // 2129
+              ExpectText(kVert, u"11"), Type(kVert, u"2"), Click(kLandscape),
+              Click(kPortrait),         Click(kFlip),      Click(IDC_PAPER_POSITION)};
+    left.nVertBase = 112;
+    left.Orient = left.Position = 1;
+    left.nFlip = 0;
+    const SettingsRecord answer =
+        Ok(kPaperTab, {shown, GoTo(kVersionTab), GoTo(kPaperTab), shown, typed}).record;
+    EXPECT_EQ(memcmp(&answer.Private, &left, sizeof left), 0);
+    EXPECT_EQ(answer.Public.dmOrientation, 1);
   }
 }
 
-TEST_F(PaperPage, ShowsTheSettingsAndWritesThemOnLeaving) {
-  DriverSettingsBlock block = With(2);
-  PrivateDevMode& settings = block.Record.Private;
-  settings.PaperID = 258;
-  settings.Orient = 2;
-  settings.nFlip = 1;
-  settings.nVertBase = -300;
-  settings.nHorzBase = 7;
-  settings.nPeelOffset = 99;
-  settings.nTearOffset = -99;
-  settings.nPitchOffset = -40;
-  settings.Position = 0;
-  Keep(block);
-  const Steps shown = {ExpectSelected(kList, 1),
-                       ExpectChecked({kLandscape, kFlip}),
-                       ExpectChecked({kPortrait, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
-                       ExpectRange(kVertSpin, -300, 300, -300),
-                       ExpectRange(kHorzSpin, -300, 300, 7),
-                       ExpectRange(kPeelSpin, -40, 99, 99),
-                       ExpectRange(kTearSpin, -99, 99, -99),
-                       ExpectRange(kPitchSpin, -40, 99, -40),
-                       ExpectText(kTear, u"-99"),
-                       ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
-  SheetAnswer answer = Ok(kPaperTab, {shown, GoTo(kVersionTab), GoTo(kPaperTab), shown});
-  EXPECT_EQ(memcmp(&answer.record.Private, &settings, sizeof settings), 0);
-
-  answer = Ok(kPaperTab,
-              {Click(kPortrait), Click(kFlip), Click(IDC_PAPER_POSITION), Replace(kVert, u"300"),
-               Paste(kHorz, u"-12"), Spin(kTearSpin, 2), Spin(kPitchSpin, -1), GoTo(kVersionTab),
-               GoTo(kPaperTab), ExpectText(kTear, u"-97"),
-               // Turned twice, the switch is where the picture is.
-               Click(kLandscape), Click(kPortrait)});
-  settings.Orient = 1;
-  settings.nFlip = 0;
-  settings.Position = 1;
-  settings.nVertBase = 300;
-  settings.nHorzBase = -12;
-  settings.nTearOffset = -97;
-  EXPECT_EQ(memcmp(&answer.record.Private, &settings, sizeof settings), 0);
-  EXPECT_EQ(answer.record.Public.dmOrientation, 1);
-}
-
-TEST_F(PaperPage, AnOffsetFieldKeepsToItsRangeAndToWhatWasTyped) {
+TEST_F(PaperPage, AnIdOfNoPaperIsTheFreeSizeAndLookingMarksNothing) {
   DriverSettingsBlock block = DefaultBlock();
-  block.Record.Private.nVertBase = 5;
+  block.Record.Private.PaperID = 258;
   Keep(block);
-  const struct {
-    int field;
-    std::u16string pasted, shown;
-  } cases[] = {
-      {kVert, u"400", u"5"},     {kVert, u"-301", u"5"},  {kVert, u"300", u"300"},
-      {kVert, u"-300", u"-300"}, {kHorz, u"301", u"0"},   {kHorz, u"-30", u"-30"},
-      {kHorz, u"1x", u"-30"},    {kPitch, u"-41", u"0"},  {kPitch, u"100", u"0"},
-      {kPitch, u"99", u"99"},    {kTear, u"-99", u"-99"}, {kTear, u"", u""},
+  const Steps steps = {ExpectSelected(kList, 1), Click(kFreeEdit),     Click(IDCANCEL),
+                       Paste(kHorz, u"0"),       ExpectChanged(false), Paste(kHorz, u"1"),
+                       ExpectChanged(true)};
+  EXPECT_EQ(Ok(kPaperTab, steps).record.Private.PaperID, 256);
+}
+
+// ---- the registration dialog ----
+
+constexpr char16_t kNew[] = u"用紙登録";
+constexpr char16_t kEdit[] = u"用紙編集";
+constexpr char16_t kFixed[] = u"この用紙は、ドライバ固定の用紙です。\n削除することは、できません。";
+
+Steps Delete(std::u16string name, int button = IDOK) {
+  return {Click(IDC_PAPER_DELETE),
+          CloseMessage(name + u" を削除します。\nよろしいですか？",
+                       MB_OKCANCEL | MB_ICONEXCLAMATION, u"用紙削除の確認", button)};
+}
+
+// The dialog's inputs: name, width, length, gap, grade and darkness, in brackets what cannot be
+// used, and the unit.
+Step Shows(std::u16string expected) {
+  return [=](Desk& desk) {
+    std::u16string shown;
+    for (const int id : {kName, kWidth, kLength, kGap, kGrade, kDarkness}) {
+      const std::u16string text = desk.Text(id);
+      shown += (desk.Control(id).enabled ? text : u"[" + text + u"]") + u"|";
+    }
+    if (desk.Control(kMmButton).checked) shown += u"mm";
+    if (desk.Control(kInchButton).checked) shown += u"inch";
+    EXPECT_EQ(shown, expected);
   };
-  Steps steps;
-  for (const auto& c : cases) steps += {Paste(c.field, c.pasted), ExpectText(c.field, c.shown)};
-  const SheetAnswer answer =
+}
+
+using RegisterDialog = PaperTest;
+
+TEST_F(RegisterDialog, StoresTwentyPapersAsTheyWereTyped) {
+  Keep(With(18));
+  const SettingsRecord left =
       Ok(kPaperTab,
-         {steps,
-          // A stray letter takes back itself alone, the stored value too; the caret stays behind.
-          Paste(kVert, u"12"), Paste(kVert, u"5"), Type(kVert, u"x"), ExpectText(kVert, u"5"),
-          Type(kVert, u"1"), ExpectText(kVert, u"51"), Type(kVert, u"0"),
-          ExpectText(kVert, u"5"),  // 510
-          Type(kVert, u"2"), ExpectText(kVert, u"52")});
-  EXPECT_EQ(answer.record.Private.nVertBase, 52);
-  EXPECT_EQ(answer.record.Private.nHorzBase, -30);
-  EXPECT_EQ(answer.record.Private.nPitchOffset, 99);
-  EXPECT_EQ(answer.record.Private.nTearOffset, -99);
+         {Click(kRegister), ExpectTitle(kNew), Shows(u"|58.0|68.0|3.0|A|濃度3 普通|mm"),
+          Fill(u"棚札", u"58.0", u"30.5", u"2.5"), Select(kGrade, 2), Select(kDarkness, 4),
+          Click(IDOK), ExpectSelected(kList, 0), ExpectChanged(true), Click(kRegister),
+          Refused(u"用紙登録数が既定値を超えます。\n"
+                  u"用紙の削除を行ってから、新しい用紙の登録を行って下さい。",
+                  kPage),
+          ExpectTitle(kPage), Select(kList, 19)})
+          .record;
+  EXPECT_EQ(left.Private.PaperID, 276);
+  EXPECT_EQ(left.Public.dmPaperLength, 305);
+  EXPECT_EQ(Stored(19), u"棚札 2 5 580 305 25 30 0 50 0 480 305 0 0 0 0 1");
 }
 
-TEST_F(PaperPage, AnIdThatNamesNoPaperMeansTheFreeSize) {
-  for (const int16_t id : {int16_t{0}, int16_t{-1}, int16_t{258}, int16_t{32767}}) {
-    DriverSettingsBlock block = DefaultBlock();
-    block.Record.Private.PaperID = id;
-    Keep(block);
-    EXPECT_EQ(Ok(kPaperTab, ExpectSelected(kList, 1)).record.Private.PaperID, 256) << id;
+TEST_F(RegisterDialog, CancelAtEveryPointChangesNothing) {
+  const DriverSettingsBlock block = With(2);
+  Keep(block);
+  Steps steps;
+  for (const Step& refuse : {Click(IDCANCEL), Close()}) {
+    steps += {Click(kRegister), Fill(u"New", u"40.0"), refuse, ExpectTitle(kPage),
+              ExpectText(IDC_HELP_TEXT,
+                         u"ここにマウスカーソルのある 入力項目についての説明が表示されます。"),
+              Select(kList, 1), Click(kEditButton), Fill(u"Renamed", u"50.0"), refuse,
+              Click(kFreeEdit), Fill(u"", u"50.0"), Click(kReference),
+              // The choice of a paper: closing it chooses none, whatever is selected.
+              Select(kReferenceList, 1), refuse, ExpectText(kWidth, u"50.0"), refuse,
+              Delete(u"P1", IDCANCEL), ExpectItems(kList, {kStandard, u"P1", u"P2", kFree})};
   }
+  const SheetAnswer answer = Ok(kPaperTab, {steps, Select(kList, 0)});
+  EXPECT_EQ(memcmp(&answer.record.Private, &block.Record.Private, sizeof(PrivateDevMode)), 0);
+  const PrinterSettingsPart stored = KeptPrinterPart(machine());
+  EXPECT_EQ(memcmp(&stored, &block.Printer, sizeof stored), 0);
 }
 
-TEST_F(PaperPage, LookingAndTypingWhatIsStoredMarkNothing) {
-  Cancel(kPaperTab, {Click(kFreeEdit), Click(IDCANCEL), Paste(kHorz, u"0"), ExpectChanged(false),
-                     Paste(kHorz, u"1"), ExpectChanged(true)});
+TEST_F(RegisterDialog, DeletingMovesIdsAndSelection) {
+  Keep(With(4));
+  const Steps fixed = {Click(IDC_PAPER_DELETE), Refused(kFixed, kPage)};
+  // The driver's own paper and the free size stay.
+  const SheetAnswer middle =
+      Ok(kPaperTab, {fixed, Select(kList, 5), fixed, Select(kList, 2), Delete(u"P2"),
+                     ExpectItems(kList, {kStandard, u"P1", u"P3", u"P4", kFree}),
+                     ExpectSelected(kList, 2), ExpectChanged(true)});
+  EXPECT_EQ(middle.record.Private.PaperID, 259);  // P3 now
+  EXPECT_EQ(middle.record.Public.dmPaperWidth, 203);
+
+  // The id of a deleted paper does not bring its successor into the selection.
+  const SheetAnswer last =
+      Ok(kPaperTab, {Select(kList, 3), Delete(u"P4"), ExpectText(kList, kFree), Click(kRegister),
+                     Fill(u"Again"), Click(IDOK), ExpectSelected(kList, 4)});
+  EXPECT_EQ(last.record.Private.PaperID, 256);
 }
 
-TEST_F(PaperPage, HelpTellsTheRangesOfTheFields) {
-  const auto help = [](int field, std::u16string range) {
-    return Steps{
-        Focus(field),
-        [=](Desk& desk) {
-          const std::u16string text = desk.Text(IDC_HELP_TEXT);
-          EXPECT_NE(text.find(u"（範囲は、" + range + u"ﾄﾞｯﾄです。）"), text.npos) << field;
-        },
-    };
+TEST_F(RegisterDialog, RenamingKeepsTheSlotAndChecksTheName) {
+  DriverSettingsBlock block = With(2);
+  std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
+  Keep(block);
+  const std::u16string cut(63, u'x');
+  Ok(kPaperTab,
+     {ExpectItems(kList, {kStandard, cut, u"P2", kFree}), Select(kList, 1), Click(kEditButton),
+      ExpectTitle(kEdit), Shows(cut + u"|20.1|68.0|3.0|A|濃度3 普通|mm"),
+      [](Desk& desk) {
+        EXPECT_EQ(desk.Control(kName).textLimit, 63);
+        const RECT hidden = desk.Control(kReference).rect;
+        EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
+        EXPECT_FALSE(desk.Control(kReference).enabled);
+      },
+      Paste(kName, u"P2"), Focus(kWidth), Click(IDOK),
+      Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kEdit),
+      ExpectFocus(kName), ExpectText(kName, u"P2"), Paste(kName, u"p2"), Click(IDOK),
+      ExpectItems(kList, {kStandard, u"p2", u"P2", kFree}), Click(kEditButton),
+      Click(IDOK),  // its own name passes
+      ExpectTitle(kPage)});
+  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 3);
+  EXPECT_EQ(Stored(1), u"p2 0 3 201 680 30 30 0 0 0 201 680 0 0 0 0 1");
+}
+
+// Nothing that was typed or stepped waits for anything, and no refusal loses it.
+TEST_F(RegisterDialog, SizesStayAsTheyAreShown) {
+  const auto refused = [](int field, std::u16string message) {
+    Steps steps;
+    for (const int button : {int{IDOK}, kWholeLabel}) {
+      // OK is the default button again when the focus has moved to the field.
+      steps += {Click(button), Refused(message + u"にして下さい。", kNew), ExpectFocus(field),
+                [](Desk& desk) { EXPECT_TRUE(desk.Control(IDOK).defaultButton); }};
+    }
+    return steps;
   };
-  Cancel(kPaperTab, {help(kVert, u"-300ﾄﾞｯﾄから300"), help(kHorz, u"-300ﾄﾞｯﾄから300"),
-                     help(kTear, u"-99ﾄﾞｯﾄから99"), help(kPitch, u"-40ﾄﾞｯﾄから99")});
+  Ok(kPaperTab,
+     {Click(kRegister), Fill(u"N", u"9.9", u"163.1", u"3.0"),
+      refused(kWidth, u"ラベルサイズの幅は、 10.0 ㎜ 以上"), Replace(kWidth, u"12.3"),
+      refused(kLength, u"ラベルサイズの長さは、 163.0 ㎜ 以下"),
+      Shows(u"N|12.3|163.1|3.0|A|濃度3 普通|mm"), Replace(kLength, u"68.0"), Click(kInchButton),
+      Shows(u"N|0.484|2.677|0.118|A|濃度3 普通|inch"), Replace(kGap, u"0.316"),
+      refused(kGap, u"ギャップのサイズは、 0.315 inch 以下"),
+      Shows(u"N|0.484|2.677|0.316|A|濃度3 普通|inch"), Click(kMmButton),
+      Shows(u"N|12.3|68.0|8.0|A|濃度3 普通|mm"), Spin(kWidthSpin, -3), ExpectText(kWidth, u"12.0"),
+      // Taken back, letter by letter.
+      Type(kWidth, u".5"), ExpectText(kWidth, u"12.0"), Replace(kWidth, u"45"),
+      ExpectText(kWidth, u"45"), Replace(kGap, u"1"), Spin(IDC_PAPER_REGISTER_GAP_SPIN, 100),
+      Spin(IDC_PAPER_REGISTER_LENGTH_SPIN, 3), Shows(u"N|45.0|68.3|8.0|A|濃度3 普通|mm"),
+      Click(kInchButton), [](Desk& desk) { EXPECT_EQ(desk.Control(kWidth).textLimit, 5); },
+      ExpectRange(kWidthSpin, 394, 2283, 1772),
+      ExpectRange(IDC_PAPER_REGISTER_LENGTH_SPIN, 394, 6417, 2689),
+      ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_LEFT_SPIN, 0, 2283, 0),
+      ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_HEIGHT_SPIN, 630, 6299, 2677), Spin(kWidthSpin, 2),
+      Enter()});
+  EXPECT_EQ(Stored(1), u"N 0 3 1774 2689 315 118 1 0 0 1774 2689 0 0 0 0 1");
+}
+
+TEST_F(RegisterDialog, TheDataReferenceSwitchCopiesTheSelectedPaperWithoutItsName) {
+  DriverSettingsBlock block = With(1);
+  block.Printer.Papers[1] = Paper(u"P1", {255, 3, 201, 680, 44, 55});
+  block.Record.Private.FreePaper.LabelHeight = 999;
+  Keep(block);
+  const std::u16string unused = u"|20.1|68.0|4.4|プリンタ設定に従う|[濃度3 普通]|mm";
+  Ok(kPaperTab,
+     {Select(kList, 1), Click(IDC_PAPER_REFERENCE), Click(kRegister), Shows(unused),
+      Select(kGrade, 0), Shows(u"|20.1|68.0|4.4|A|濃度3 普通|mm"), Select(kGrade, 3), Shows(unused),
+      Fill(u"Copy"), Click(IDOK), Select(kList, 3), Click(kRegister),
+      Shows(u"|58.0|99.9|3.0|A|濃度3 普通|mm"), Click(IDCANCEL), Click(IDC_PAPER_REFERENCE),
+      Click(kRegister), Shows(u"|58.0|68.0|3.0|A|濃度3 普通|mm"), Click(IDCANCEL)});
+  EXPECT_EQ(Stored(2), u"Copy 255 3 201 680 44 55 0 0 0 201 680 0 0 0 0 1");
+}
+
+TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
+  DriverSettingsBlock block = DefaultBlock();
+  AppendPaper(block, Paper(u"P1", {255, 1, 1500, 1500, 100, 111, kInch}));
+  block.Record.Private.FreePaper = Paper(u"An older name than this", {1, 3, 321});
+  Keep(block);
+  const Steps opened = {ExpectTitle(u"フリーサイズ用紙編集"), ExpectEnabled({kReference}),
+                        Shows(u"[フリーサイズ]|32.1|68.0|3.0|B|濃度3 普通|mm")};
+  SheetAnswer answer = Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), opened, Click(IDOK)});
+  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
+  // Nothing of the older name is left.
+  EXPECT_EQ(Told(answer.record.Private.FreePaper),
+            u"フリーサイズ 1 3 321 680 30 30 0 0 0 321 680 0 0 0 0 0");
+
+  answer =
+      Ok(kPaperTab,
+         {Click(kFreeEdit), opened, Click(kWholeLabel), Click(kReference),
+          ExpectTitle(u"参照用紙選択　"), ExpectItems(kReferenceList, {kStandard, u"P1"}),
+          ExpectSelected(kReferenceList, 0), Click(IDOK),
+          Shows(u"[フリーサイズ]|58.0|68.0|3.0|A|濃度3 普通|mm"), Click(kReference),
+          Select(kReferenceList, 1), Click(IDOK),
+          Shows(u"[フリーサイズ]|1.500|1.500|0.100|プリンタ設定に従う|[濃度1 薄い]|inch"),
+          ExpectRange(kWidthSpin, 394, 2283, 1500),
+          // The whole-label view is that of the copy, a square as wide as the box.
+          [](Desk& desk) { EXPECT_EQ(desk.Control(kDialogPicture).drawing.at(1).rect.right, 138); },
+          Click(IDOK), ExpectItems(kList, {kStandard, u"P1", kFree})});
+  EXPECT_EQ(Told(answer.record.Private.FreePaper),
+            u"P1 255 1 1500 1500 100 111 1 0 0 1500 1500 0 0 0 0 1");
+  EXPECT_EQ(answer.record.Public.dmPaperLength, 381);
+}
+
+TEST_F(RegisterDialog, PapersInDotsAndOfUnknownUnitsAreEditedInMillimetres) {
+  DriverSettingsBlock block = DefaultBlock();
+  AppendPaper(block, Paper(u"P1", {0, 3, 320, 680, 30, 30, kDot}));
+  AppendPaper(block, Paper(u"P2", {0, 3, 320, 680, 30, 30, 77}));
+  Keep(block);
+  Ok(kPaperTab, {Select(kList, 1), Click(kEditButton), Shows(u"P1|40.0|85.1|3.8|A|濃度3 普通|mm"),
+                 Click(IDCANCEL), Select(kList, 2), Click(kEditButton),
+                 Shows(u"P2|32.0|68.0|3.0|A|濃度3 普通|mm"), Click(IDOK)});
+  EXPECT_EQ(Stored(1), u"P1 0 3 320 680 30 30 2 0 0 580 680 0 0 0 0 1");
+  EXPECT_EQ(Stored(2), u"P2 0 3 320 680 30 30 0 0 0 320 680 0 0 0 0 1");
+}
+
+TEST_F(RegisterDialog, TheKeyboardGoesDownTheLeftSideAndHelpFollows) {
+  const std::pair<Step, UINT> rows[] = {
+      {Focus(kName), 2370}, {Tab(), 2370},  // the unit says so when it is clicked
+      {Tab(), 2373},        {Tab(), 2374}, {Click(kInchButton), 2395}, {Focus(kGap), 2375},
+      {Tab(), 2371},        {Tab(), 2372}, {Click(kMmButton), 2394},   {Click(kWholeLabel), 2382}};
+  Steps steps = {Click(kFreeEdit), Click(kReference),
+                 Click(IDCANCEL),  ExpectText(IDC_HELP_TEXT, u"データ参照画面を表示します。"),
+                 Click(IDCANCEL),  Click(kRegister)};
+  for (const auto& [use, id] : rows) {
+    WCHAR text[512];
+    LoadStringW(module_, id, text, 512);
+    const std::u16string whole = text, help = whole.substr(0, whole.find(u'%'));
+    steps += {use, [=](Desk& desk) { EXPECT_EQ(desk.Text(IDC_HELP_TEXT).find(help), 0u) << id; }};
+  }
+  Cancel(kPaperTab, {steps, Tab(), ExpectFocus(IDOK), Focus(kLength),
+                     ExpectText(IDC_HELP_TEXT,
+                                u"用紙長さサイズを設定します。（指定範囲10.0mmから163.0mmです。）"),
+                     Click(IDCANCEL)});
 }
 
 }  // namespace

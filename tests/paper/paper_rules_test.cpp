@@ -1,0 +1,171 @@
+// The table of papers, and what a paper must pass before it is stored or deleted.
+#include <tuple>
+
+#include "paper/paper_checks.h"
+#include "paper/paper_limits.h"
+#include "tests/paper/paper_fixture.h"
+
+namespace kestrel {
+namespace {
+
+using PaperRules = PaperTest;
+
+TEST_F(PaperRules, EntriesAreFoundByIdAndIndex) {
+  DriverSettingsBlock block = DefaultBlock();
+  for (const auto& [id, entry] :
+       {std::pair{257, 0}, {256, 1}, {258, -1}, {255, -1}, {0, -1}, {-32768, -1}}) {
+    EXPECT_EQ(PaperEntryOfId(block, id), entry) << id;
+    EXPECT_EQ(PaperEntryOrFree(block, id), entry == 0 ? 0 : 1) << id;
+  }
+  EXPECT_EQ(PaperEntryId(block, 0), 257);
+  for (const int entry : {1, 20, 32767, -1}) {
+    EXPECT_EQ(PaperEntryId(block, entry), 256);
+    EXPECT_EQ(&PaperOfEntry(block, entry), &block.Record.Private.FreePaper);
+    WCHAR name[4];
+    PaperEntryName(block, entry, name, 4);
+    EXPECT_EQ(name, std::u16string(u"フリー"));
+  }
+  for (const auto& [stored, count] : {std::pair{-1, 0}, {20, 20}, {21, 20}, {32767, 20}}) {
+    block.Printer.PaperNum = static_cast<int16_t>(stored);
+    EXPECT_EQ(PaperEntryCount(block), count + 1);
+    EXPECT_EQ(block.Printer.PaperNum, stored);
+  }
+}
+
+TEST_F(PaperRules, TheTableGrowsAndShrinks) {
+  DriverSettingsBlock block = With(4);
+  const auto slots = [&] {  // the second letter of each name
+    std::u16string letters;
+    for (const PaperInfo& paper : block.Printer.Papers) letters += paper.PaperName[1];
+    return letters.substr(0, letters.find_last_not_of(u'\0') + 1);
+  };
+  EXPECT_TRUE(DeletePaper(block, 2));
+  EXPECT_EQ(slots(), u"t134");
+  EXPECT_EQ(block.Printer.PaperNum, 4);
+  EXPECT_EQ(block.Record.Private.PaperID, 257);
+  for (const int none : {-1, 4, 20}) EXPECT_FALSE(DeletePaper(block, none)) << none;
+  // Nor is it to be offered, though a stale one lies behind.
+  block.Printer.Papers[4].UserDef = block.Printer.Papers[0].UserDef = 1;
+  EXPECT_TRUE(CheckPaperDeletion(block, 3).Passed());
+  for (const int none : {-1, 4})
+    EXPECT_EQ(CheckPaperDeletion(block, none).message, IDS_PAPER_FIXED);
+
+  const PaperInfo paper = Paper(u"PX", {});
+  ReplacePaper(block, 1, paper);
+  ReplacePaper(block, 4, paper);
+  EXPECT_EQ(block.Record.Private.FreePaper.PaperName, std::u16string(u"PX"));
+  while (AppendPaper(block, paper)) {
+  }
+  EXPECT_EQ(slots(), u"tX34XXXXXXXXXXXXXXXX");
+  EXPECT_TRUE(DeletePaper(block, 0));
+  EXPECT_EQ(slots(), u"X34XXXXXXXXXXXXXXXX");
+  EXPECT_EQ(block.Printer.HeadDensity, 203) << "behind the last slot";
+  block.Printer.PaperNum = 1;
+  EXPECT_EQ(CheckPaperDeletion(block, 0).message, IDS_PAPER_FIXED) << "the only one";
+}
+
+TEST_F(PaperRules, ConversionKeepsWhatIsNotMeasured) {
+  PaperInfo paper = StandardPaper();
+  paper.Yoshi = 1;
+  const std::u16string name = kStandard, tenths = Told(paper);
+  EXPECT_EQ(tenths, name + u" 0 3 580 680 30 30 0 50 0 480 650 1 0 0 0 0");
+  for (int twice = 0; twice < 2; ++twice) {
+    ConvertPaper(paper, kInch, 203);
+    EXPECT_EQ(Told(paper), name + u" 0 3 2283 2677 118 118 1 197 0 1890 2559 1 0 0 0 0");
+  }
+  ConvertPaper(paper, kMillimetre, 203);
+  EXPECT_EQ(Told(paper), tenths);
+  ConvertPaper(paper, kDot, 305);
+  EXPECT_EQ(Told(paper), name + u" 0 3 696 817 36 36 2 60 0 576 781 1 0 0 0 0");
+}
+
+TEST_F(PaperRules, NamesAreRefusedInTheOrderOfTheRules) {
+  DriverSettingsBlock block = With(2);
+  CopyText(block.Printer.Papers[2].PaperName, u"\x2460?");
+  const std::u16string free = kFree, full(31, u'棚');
+  const std::tuple<UINT, int, std::vector<std::u16string>> cases[] = {
+      {2222, -1, {u"", u" \u3000 "}},
+      {2212, -1, {kFree, kStandard, u"P1", u"\x2460?"}},
+      {2212, 0, {kFree, u"P1"}},
+      {2212, 2, {u"P1"}},
+      {0, 1, {u"P1"}},  // its own
+      {0, -1, {u" " + free, u"p1", u"P1 ", u"P", u"a?b", full + u"a", std::u16string(63, u'ｱ')}},
+      {2429, -1, {u"\u00e9tiquette", u"a\xd83d", full + u"\u00e9" + full}},
+      {2428, -1, {full + u"棚", full + u"ab", full + u"a棚", full + full}}};
+  for (const auto& [message, edited, names] : cases) {
+    for (const std::u16string& name : names) {
+      EXPECT_EQ(CheckPaperName(block, name.c_str(), edited).message, message)
+          << testing::PrintToString(name) << " for " << edited;
+    }
+  }
+  // Registered papers only, and no further than the table; a name without a terminator is its own.
+  block.Printer.PaperNum = 1;
+  EXPECT_TRUE(CheckPaperName(block, u"P1", -1).Passed());
+  block.Printer.PaperNum = 32767;
+  EXPECT_EQ(CheckPaperName(block, u"P1", -1).message, 2212u);
+  std::fill_n(block.Printer.Papers[0].PaperName, kPaperNameLength, u'x');
+  EXPECT_TRUE(CheckPaperName(block, std::u16string(63, u'x').c_str(), -1).Passed());
+}
+
+TEST(PaperSizes, AreCheckedInOrderAndWithinTheirLimits) {
+  constexpr int16_t kLimits[2][16] = {
+      {100, 580, 100, 1630, 0, 80, 0, 124, 0, 440, 0, 1630, 284, 480, 160, 1600},
+      {394, 2283, 394, 6417, 0, 315, 0, 488, 0, 1732, 0, 6417, 1118, 1890, 630, 6299}};
+  constexpr struct {
+    int PaperSizes::*size;
+    int limit;
+    UINT messages[2][2];  // by unit, of a size below and one above
+  } kRules[] = {{&PaperSizes::width, 0, {{2204, 2206}, {2208, 2210}}},
+                {&PaperSizes::length, 2, {{2205, 2207}, {2209, 2211}}},
+                {&PaperSizes::eyeMark, 6, {{2215, 2213}, {2216, 2214}}},
+                {&PaperSizes::gap, 4, {{2219, 2217}, {2220, 2218}}}};
+  for (const int unit : {kMillimetre, kInch}) {
+    PaperLimits limits = BuildPaperLimits(203, unit);
+    EXPECT_EQ(memcmp(&limits, kLimits[unit], sizeof limits), 0);
+    // Each wrong size hides those behind it; none is cut to 16 bits before.
+    PaperSizes sizes = {70000, 70000, 70000, 70000};
+    for (const auto& [size, limit, messages] : kRules) {
+      const int minimum = kLimits[unit][limit], maximum = kLimits[unit][limit + 1];
+      for (const int value : {70000, minimum - 1, maximum + 1}) {
+        sizes.*size = value;
+        const PaperVerdict verdict = CheckPaperSizes(sizes, limits, unit);
+        EXPECT_EQ(verdict.message, messages[unit][value > maximum]);
+        EXPECT_EQ(verdict.bound, value > maximum ? maximum : minimum) << verdict.message;
+      }
+      sizes.*size = limit == 0 ? maximum : minimum;
+    }
+    EXPECT_TRUE(CheckPaperSizes(sizes, limits, unit).Passed());
+    sizes = {kLimits[unit][0], kLimits[unit][3], kLimits[unit][7], kLimits[unit][5]};
+    EXPECT_TRUE(CheckPaperSizes(sizes, limits, unit).Passed());
+    ConvertPaperLimits(limits, unit, kMillimetre);
+    EXPECT_EQ(memcmp(&limits, kLimits[0], sizeof limits), 0);
+  }
+  EXPECT_EQ(BuildPaperLimits(305).eyeMark.maximum, 82);
+  EXPECT_EQ(BuildPaperLimits(305, kInch).eyeMark.maximum, 323);
+}
+
+TEST(PrintableArea, IsCentredAsWideAsTheHeadPrintsAndWithinTheLabel) {
+  PaperInfo paper = NewPaper();
+  paper.LabelHeight = 777;
+  const auto derived = [&](uint16_t unit, int16_t width) {
+    paper.Unit = unit;
+    paper.LabelWidth = width;
+    paper.PrintableTop = 5;
+    DerivePrintableArea(paper);
+    EXPECT_TRUE(CheckPrintableArea(paper).Passed());
+    return Told(paper);
+  };
+  EXPECT_EQ(derived(kMillimetre, 580), u" 0 3 580 777 30 30 0 50 0 480 777 0 0 0 0 0");
+  EXPECT_EQ(derived(kMillimetre, 481), u" 0 3 481 777 30 30 0 0 0 480 777 0 0 0 0 0");
+  EXPECT_EQ(derived(kMillimetre, 400), u" 0 3 400 777 30 30 0 0 0 400 777 0 0 0 0 0");
+  EXPECT_EQ(derived(kInch, 2283), u" 0 3 2283 777 30 30 1 196 0 1890 777 0 0 0 0 0");
+  ++paper.PrintableTop;
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_HEIGHT_WRONG);
+  paper.PrintableLeft = 394;  // 394 + 1890 on 2283
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_WIDTH_WRONG);
+  paper.PrintableLeft = paper.PrintableWidth = 32767;  // no 16-bit sum
+  EXPECT_EQ(CheckPrintableArea(paper).message, IDS_PRINTABLE_WIDTH_WRONG);
+}
+
+}  // namespace
+}  // namespace kestrel
