@@ -27,7 +27,8 @@ class Desk;   // platform/desk.h
 class Store;  // printers, printer data, registry and machine facts in one SQLite database
 
 // Which calls a fault applies to. Each kind counts its own calls.
-enum class Fault { kAllocation, kSpooler, kRegistry, kFile, kModule, kWindow, kCount };
+// kStore is each value written to what the computer keeps, as on a full disk.
+enum class Fault { kAllocation, kSpooler, kRegistry, kFile, kModule, kWindow, kStore, kCount };
 
 // Makes the n-th call of a kind fail as it would on a computer that runs out of something.
 class Faults {
@@ -173,7 +174,6 @@ class Machine {
   std::optional<DataValue> Registry(std::u16string_view key, std::u16string_view value) const;
   // All values at and below a key: "key\value" -> data. An empty key gives all.
   std::map<std::u16string, DataValue> AllRegistry(std::u16string_view key) const;
-  bool RemoveRegistry(std::u16string_view key, std::u16string_view value);
   void RemoveRegistryKey(std::u16string_view key);  // with all at and below it
   void SetRegistryAccess(bool readable, bool writable);
 

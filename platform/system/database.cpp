@@ -8,8 +8,33 @@
 
 namespace platform {
 namespace {
+
 // Long enough for any queue of writers; a killed writer's lock is gone at once.
 constexpr std::chrono::milliseconds kPatience{3500};
+
+constexpr int64_t kSchemaVersion = 2;
+constexpr char kTable[] = R"(
+  CREATE TABLE rows (path TEXT NOT NULL, folded TEXT NOT NULL, name TEXT NOT NULL,
+    type INTEGER NOT NULL, bytes BLOB NOT NULL, PRIMARY KEY (path, folded)) WITHOUT ROWID;
+  PRAGMA user_version = 2;
+)";
+// Version 1 had a table for each kind of thing.
+constexpr char kFromVersion1[] = R"(
+  INSERT INTO rows SELECT 'COMPUTER', 'FACTS', 'facts', 0,
+    CAST(group_concat(value, char(0)) AS BLOB) FROM (SELECT value FROM facts ORDER BY name)
+    HAVING count(*) = 10;
+  INSERT INTO rows SELECT 'COMPUTER', 'PRINTERS', 'printers', 0, CAST(seq AS BLOB)
+    FROM sqlite_sequence WHERE name = 'printers';
+  INSERT INTO rows SELECT 'PRINTERS', folded, name, 0, CAST(id || char(0) || driver || char(0) ||
+    port || char(0) || processor || char(0) || help || char(0) || data_file || char(0) ||
+    attributes || char(0) || administer || char(0) || writable AS BLOB) FROM printers;
+  INSERT INTO rows SELECT 'RECORDS', folded, name, 0, record FROM printers WHERE record NOT NULL;
+  INSERT INTO rows SELECT 'DATA\' || printer, folded, name, type, bytes FROM printer_data;
+  INSERT INTO rows SELECT 'KEYS', folded, name, 0, x'' FROM registry_keys;
+  INSERT INTO rows SELECT 'REGISTRY\' || key, folded, name, type, bytes FROM registry_values;
+  DROP TABLE facts; DROP TABLE printers; DROP TABLE printer_data; DROP TABLE registry_keys;
+  DROP TABLE registry_values;
+)";
 
 std::string Sentence(sqlite3* connection) {
   int code = sqlite3_errcode(connection) & 0xFF;
@@ -32,31 +57,112 @@ std::string Sentence(sqlite3* connection) {
       return sqlite3_errmsg(connection);
   }
 }
+
 }  // namespace
 
-Database::Database(const std::filesystem::path& file) {
-  const std::string name = file.empty() ? ":memory:" : file.string();
-  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-  if (sqlite3_open_v2(name.c_str(), &connection_, kFlags, nullptr) != SQLITE_OK) {
-    const std::string reason = Sentence(connection_);
-    sqlite3_close(connection_);
-    throw std::runtime_error(reason);
+// One run of a statement. What is bound must live until the run ends.
+class Database::Run {
+ public:
+  Run(Database& database, const char* sql) : database_(database) {
+    sqlite3_stmt*& kept = database.statements_[sql];
+    if (kept == nullptr && sqlite3_prepare_v3(database.connection_, sql, -1,
+                                              SQLITE_PREPARE_PERSISTENT, &kept, nullptr) != 0) {
+      database.Throw();
+    }
+    statement_ = kept;
   }
-  sqlite3_busy_handler(
-      connection_, [](void* self, int) { return static_cast<Database*>(self)->Waits() ? 1 : 0; },
-      this);
+  ~Run() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+  }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  Run& Bind(const std::u16string& text) {
+    const int bytes = static_cast<int>(text.size() * sizeof(char16_t));
+    return Bound(sqlite3_bind_text16(statement_, next_++, text.data(), bytes, SQLITE_STATIC));
+  }
+  Run& Bind(DWORD number) { return Bound(sqlite3_bind_int64(statement_, next_++, number)); }
+  Run& Bind(const std::vector<std::byte>& bytes) {
+    // No bytes are not NULL.
+    const void* data = bytes.empty() ? "" : static_cast<const void*>(bytes.data());
+    return Bound(sqlite3_bind_blob64(statement_, next_++, data, bytes.size(), SQLITE_STATIC));
+  }
+  // Whether there is a row.
+  bool Step() {
+    const bool writes = sqlite3_stmt_readonly(statement_) == 0;
+    const int result = database_.Told(sqlite3_step(statement_), writes);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) database_.Throw();
+    return result == SQLITE_ROW;
+  }
+
+  std::u16string Text(int column) const {
+    const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(statement_, column));
+    const int bytes = sqlite3_column_bytes16(statement_, column);
+    return {text, text + static_cast<size_t>(bytes) / sizeof(char16_t)};
+  }
+  int64_t Number(int column) const { return sqlite3_column_int64(statement_, column); }
+  std::vector<std::byte> Bytes(int column) const {
+    const auto* data = static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
+    return {data, data + sqlite3_column_bytes(statement_, column)};
+  }
+
+ private:
+  Run& Bound(int result) {
+    if (result != SQLITE_OK) database_.Throw();
+    return *this;
+  }
+
+  Database& database_;
+  sqlite3_stmt* statement_;
+  int next_ = 1;
+};
+
+Database::Database(const std::filesystem::path& file) {
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  try {
+    if (sqlite3_open_v2(file.c_str(), &connection_, kFlags, nullptr) != SQLITE_OK) Throw();
+    Prepare();
+  } catch (...) {
+    Close();
+    throw;
+  }
 }
 
-Database::~Database() {
+Database::~Database() { Close(); }
+
+void Database::Close() {
   for (const auto& [sql, statement] : statements_) sqlite3_finalize(statement);
   sqlite3_close(connection_);
 }
 
-void Database::Throw() {
-  const std::string sentence = Sentence(connection_);
-  if (inTransaction_ && failure_.empty()) failure_ = sentence;
-  throw std::runtime_error(sentence);
+void Database::Prepare() {
+  const auto waits = [](void* self, int) { return static_cast<Database*>(self)->Waits() ? 1 : 0; };
+  sqlite3_busy_handler(connection_, waits, this);
+  Execute("PRAGMA encoding = 'UTF-16le'");
+  // The change to the log needs the database for itself and does not wait for it; of two processes
+  // that open a new one at once, the second tries again.
+  while (sqlite3_exec(connection_, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) != 0) {
+    if ((sqlite3_errcode(connection_) & 0xFF) != SQLITE_BUSY || !Waits()) Throw();
+  }
+  // Processes die, machines rarely: without a sync a commit outlives its process all the same.
+  Execute("PRAGMA synchronous = NORMAL");
+  if (Number("PRAGMA user_version") == kSchemaVersion) return;
+  Begin();
+  MakeTable();
+  Commit();
 }
+
+void Database::MakeTable() {
+  const int64_t version = Number("PRAGMA user_version");
+  if (version > kSchemaVersion) {
+    throw std::runtime_error("it was made by a newer version; name another folder");
+  }
+  if (version < kSchemaVersion) Execute(kTable);
+  if (version == 1) Execute(kFromVersion1);
+}
+
+void Database::Throw() { throw std::runtime_error(Sentence(connection_)); }
 
 bool Database::Waits() {
   const auto now = Clock::now();
@@ -66,8 +172,7 @@ bool Database::Waits() {
   return true;
 }
 
-bool Database::MayWait() { return (sqlite3_errcode(connection_) & 0xFF) == SQLITE_BUSY && Waits(); }
-
+// Passes a result on; a write that succeeded ends the waiting. Reads succeed beside a writer.
 int Database::Told(int result, bool writes) {
   if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE)) end_ = {};
   return result;
@@ -77,101 +182,38 @@ void Database::Execute(const char* sql) {
   if (Told(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), true) != SQLITE_OK) Throw();
 }
 
-Database::Run::Run(Database& database, const char* sql) : database_(database) {
-  sqlite3_stmt*& kept = database.statements_[sql];
-  if (kept == nullptr &&
-      sqlite3_prepare_v3(database.connection_, sql, -1, SQLITE_PREPARE_PERSISTENT, &kept,
-                         nullptr) != SQLITE_OK) {
-    database.Throw();
+int64_t Database::Number(const char* sql) {
+  Run run(*this, sql);
+  run.Step();
+  return run.Number(0);
+}
+
+int64_t Database::Version() { return Number("PRAGMA data_version"); }
+
+Rows Database::Load() {
+  Rows rows;
+  Run run(*this, "SELECT path, folded, name, type, bytes FROM rows");
+  while (run.Step()) {
+    DataValue data = {static_cast<DWORD>(run.Number(3)), run.Bytes(4)};
+    rows[{run.Text(0), run.Text(1)}] = {run.Text(2), std::move(data)};
   }
-  statement_ = kept;
+  return rows;
 }
 
-Database::Run::~Run() {
-  sqlite3_reset(statement_);
-  sqlite3_clear_bindings(statement_);
-}
-
-Database::Run& Database::Run::Bind(std::u16string_view text) {
-  const int bytes = static_cast<int>(text.size() * sizeof(char16_t));
-  // An empty text is not NULL.
-  const void* data = text.data() == nullptr ? u"" : static_cast<const void*>(text.data());
-  if (sqlite3_bind_text16(statement_, next_++, data, bytes, SQLITE_STATIC) != SQLITE_OK) {
-    database_.Throw();
+void Database::Set(const RowKey& key, const std::optional<Row>& row) {
+  if (!row) {
+    Run run(*this, "DELETE FROM rows WHERE path = ? AND folded = ?");
+    run.Bind(key.first).Bind(key.second).Step();
+    return;
   }
-  return *this;
+  Run run(*this, "INSERT OR REPLACE INTO rows VALUES (?, ?, ?, ?, ?)");
+  run.Bind(key.first).Bind(key.second).Bind(row->name).Bind(row->data.type).Bind(row->data.bytes);
+  run.Step();
 }
 
-Database::Run& Database::Run::Bind(int64_t number) {
-  if (sqlite3_bind_int64(statement_, next_++, number) != SQLITE_OK) database_.Throw();
-  return *this;
-}
-
-Database::Run& Database::Run::Bind(const std::vector<std::byte>& bytes) {
-  const void* data = bytes.empty() ? "" : static_cast<const void*>(bytes.data());
-  if (sqlite3_bind_blob64(statement_, next_++, data, bytes.size(), SQLITE_STATIC) != SQLITE_OK) {
-    database_.Throw();
-  }
-  return *this;
-}
-
-bool Database::Run::Step() {
-  // What SQLite has undone by itself is not continued without its beginning.
-  if (!database_.failure_.empty()) throw std::runtime_error(database_.failure_);
-  const int result =
-      database_.Told(sqlite3_step(statement_), sqlite3_stmt_readonly(statement_) == 0);
-  if (result == SQLITE_ROW) return true;
-  if (result != SQLITE_DONE) database_.Throw();
-  return false;
-}
-
-int Database::Run::Done() {
-  while (Step()) {
-  }
-  return sqlite3_changes(database_.connection_);
-}
-
-std::u16string Database::Run::Text(int column) const {
-  const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(statement_, column));
-  const int bytes = sqlite3_column_bytes16(statement_, column);
-  return text == nullptr ? std::u16string()
-                         : std::u16string(text, static_cast<size_t>(bytes) / sizeof(char16_t));
-}
-
-int64_t Database::Run::Number(int column) const { return sqlite3_column_int64(statement_, column); }
-
-std::vector<std::byte> Database::Run::Bytes(int column) const {
-  const auto* data = static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
-  const int size = sqlite3_column_bytes(statement_, column);
-  return data == nullptr ? std::vector<std::byte>() : std::vector<std::byte>(data, data + size);
-}
-
-Database::Transaction::Transaction(Database& database)
-    : database_(database), outermost_(!database.inTransaction_) {
-  if (!outermost_) return;
-  // Taking the write lock at once lets the busy timeout work for a transaction that reads first.
-  database_.Execute("BEGIN IMMEDIATE");
-  database_.inTransaction_ = true;
-}
-
-Database::Transaction::~Transaction() {
-  if (!open_ || !outermost_) return;
-  database_.inTransaction_ = false;
-  database_.failure_.clear();
-  try {
-    database_.Execute("ROLLBACK");
-  } catch (const std::exception&) {
-    // SQLite has already undone it.
-  }
-}
-
-void Database::Transaction::Commit() {
-  if (outermost_) {
-    if (!database_.failure_.empty()) throw std::runtime_error(database_.failure_);
-    database_.Execute("COMMIT");
-    database_.inTransaction_ = false;
-  }
-  open_ = false;
+void Database::Rollback() noexcept {
+  // What SQLite has undone by itself cannot be undone again.
+  sqlite3_exec(connection_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 }  // namespace platform

@@ -84,10 +84,10 @@ std::vector<std::u16string> SystemFontFamilies() {
 
 }  // namespace
 
-Machine::Impl::Impl(fs::path stateDirectory, bool isTemporary)
+Machine::Impl::Impl(Faults& faults, fs::path stateDirectory, bool isTemporary)
     : state(std::move(stateDirectory)),
       temporary(isTemporary),
-      store(isTemporary ? fs::path() : state / "computer.sqlite"),
+      store(isTemporary ? fs::path() : state / "computer.sqlite", faults),
       heapsBefore(PrivateHeaps()),
       blocksBefore(HeapBlockCount()) {
   fs::create_directories(DriveFolder(state, u'C') / "WINDOWS/system32/spool/drivers/w32x86/3");
@@ -112,7 +112,7 @@ Machine::~Machine() {
 
 std::unique_ptr<Machine> Machine::Create() {
   std::unique_ptr<Machine> machine(new Machine);
-  machine->impl_ = std::make_unique<Impl>(TemporaryDirectory(), true);
+  machine->impl_ = std::make_unique<Impl>(machine->faults, TemporaryDirectory(), true);
   Enter(machine.get());
   return machine;
 }
@@ -121,7 +121,7 @@ std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
   const fs::path state = Prepared(stateDirectory);
   std::unique_ptr<Machine> machine(new Machine);
   try {
-    machine->impl_ = std::make_unique<Impl>(state, false);
+    machine->impl_ = std::make_unique<Impl>(machine->faults, state, false);
   } catch (const std::exception& reason) {
     throw std::runtime_error("The state directory " + state.string() +
                              " cannot be used: " + reason.what());
@@ -134,30 +134,10 @@ Machine& Machine::Current() {
   if (Machine* machine = All().current) return *machine;
   static const std::unique_ptr<Machine> fallback = [] {
     std::unique_ptr<Machine> machine(new Machine);
-    machine->impl_ = std::make_unique<Impl>(TemporaryDirectory(), true);
+    machine->impl_ = std::make_unique<Impl>(machine->faults, TemporaryDirectory(), true);
     return machine;
   }();
   return *fallback;
-}
-
-// ---- what the computer is ----
-
-OsVersion Machine::os() const { return impl_->store.ReadFacts().os; }
-
-void Machine::SetOs(const OsVersion& os) {
-  impl_->store.ChangeFacts([&os](Facts& facts) { facts.os = os; });
-}
-
-bool Machine::administrator() const { return impl_->store.ReadFacts().administrator; }
-
-void Machine::SetAdministrator(bool yes) {
-  impl_->store.ChangeFacts([yes](Facts& facts) { facts.administrator = yes; });
-}
-
-std::u16string Machine::executablePath() const { return impl_->store.ReadFacts().executablePath; }
-
-void Machine::SetExecutablePath(std::u16string path) {
-  impl_->store.ChangeFacts([&path](Facts& facts) { facts.executablePath = path; });
 }
 
 // ---- modules ----

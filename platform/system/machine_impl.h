@@ -17,8 +17,31 @@
 
 namespace platform {
 
+// What the computer is and who is asking.
+struct Facts {
+  OsVersion os;
+  bool administrator = true;
+  bool registryReadable = true;
+  bool registryWritable = true;
+  std::u16string executablePath = u"C:\\WINDOWS\\system32\\app.exe";
+};
+
+// One printer and the number that stays its own as long as it exists.
+struct StoredPrinter {
+  int64_t id = 0;
+  PrinterSetup setup;
+};
+
+// Facts and printers as the store holds them in one of its states.
+struct Known {
+  uint64_t state = 0;
+  Facts facts;
+  std::map<std::u16string, StoredPrinter> printers;  // by folded name
+};
+
 struct PrinterHandle {
-  int64_t printer = 0;  // its number in the store
+  std::u16string name;
+  int64_t id = 0;
   ACCESS_MASK access = 0;
 };
 
@@ -29,8 +52,15 @@ struct RegistryHandle {
 
 struct Machine::Impl {
   // A temporary computer keeps its store in memory; its directory is removed with it.
-  Impl(std::filesystem::path stateDirectory, bool isTemporary);
+  Impl(Faults& faults, std::filesystem::path stateDirectory, bool isTemporary);
   ~Impl();
+
+  std::shared_ptr<const Known> ReadKnown();
+  void ChangeFacts(const std::function<void(Facts&)>& change);
+  // Null: there is none.
+  std::shared_ptr<const StoredPrinter> FindPrinter(std::u16string_view name);
+  std::shared_ptr<const StoredPrinter> FindPrinter(const PrinterHandle& handle);
+  bool DropPrinter(std::u16string_view name);
 
   std::filesystem::path state;  // the drives' folders lie in it
   bool temporary;
@@ -41,6 +71,7 @@ struct Machine::Impl {
   ProfileCache profiles;
 
   std::mutex mutex;  // guards what follows
+  std::shared_ptr<const Known> known;
   std::vector<Broadcast> broadcasts;
   std::vector<ShellCall> shellCalls;
   bool fontsKnown = false;
@@ -51,6 +82,11 @@ struct Machine::Impl {
   int heapsBefore = 0;
   int blocksBefore = 0;
 };
+
+// Where the store keeps a printer's data.
+std::u16string DataPath(int64_t printer);
+// The registry key of a printer, whose name is one key even when it is that of a connection.
+std::u16string PrinterKey(std::u16string_view name);
 
 // The folder that a drive of a computer lies in; Z: is the host's root.
 std::filesystem::path DriveFolder(const std::filesystem::path& state, char16_t drive);

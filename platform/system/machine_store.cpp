@@ -1,80 +1,226 @@
-// Machine's printers, printer data and registry: names to numbers, then the store.
+// What a computer is and its printers, as values in the store.
+#include <algorithm>
+#include <concepts>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <tuple>
+
 #include "platform/system/machine_impl.h"
+#include "platform/system/text.h"
 
 namespace platform {
+namespace {
+
+constexpr WCHAR kComputer[] = u"COMPUTER";  // what it is, the number of the printer made last
+constexpr WCHAR kFacts[] = u"facts";
+constexpr WCHAR kLastPrinter[] = u"printers";
+constexpr WCHAR kPrinters[] = u"PRINTERS";
+constexpr WCHAR kRecords[] = u"RECORDS";  // default records, by printer
+
+// What lies in one value, in its order there.
+auto PartsOf(auto& facts) {
+  return std::tie(facts.administrator, facts.executablePath, facts.os.major, facts.os.minor,
+                  facts.os.platformId, facts.os.productType, facts.os.servicePack,
+                  facts.os.verifies, facts.registryReadable, facts.registryWritable);
+}
+auto PrinterParts(auto& id, auto& setup) {
+  return std::tie(id, setup.driverName, setup.portName, setup.printProcessor, setup.helpFile,
+                  setup.dataFile, setup.attributes, setup.administer, setup.writable);
+}
+
+// A value of several parts is a text, numbers in digits, with a NUL behind each part.
+std::u16string TextOf(const std::u16string& part) { return part; }
+std::u16string TextOf(std::integral auto part) { return ToUtf16(std::to_string(part)); }
+void FromText(std::u16string& part, std::u16string text) { part = std::move(text); }
+void FromText(std::integral auto& part, const std::u16string& text) {
+  part = static_cast<std::remove_reference_t<decltype(part)>>(std::atoll(ToUtf8(text).c_str()));
+}
+
+template <typename Parts>
+DataValue Packed(const Parts& parts) {
+  std::u16string text;
+  std::apply([&](const auto&... part) { ((text += TextOf(part) + u'\0'), ...); }, parts);
+  DataValue value;
+  value.bytes.resize(text.size() * sizeof(WCHAR));
+  std::memcpy(value.bytes.data(), text.data(), value.bytes.size());
+  return value;
+}
+
+// Missing parts stay as they are.
+template <typename Parts>
+void Unpack(const DataValue& value, Parts parts) {
+  std::u16string text(value.bytes.size() / sizeof(WCHAR), u'\0');
+  std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(WCHAR));
+  size_t at = 0;
+  const auto take = [&](auto& part) {
+    if (at >= text.size()) return;
+    const size_t end = std::min(text.find(u'\0', at), text.size());
+    FromText(part, text.substr(at, end - at));
+    at = end + 1;
+  };
+  std::apply([&](auto&... part) { (take(part), ...); }, parts);
+}
+
+}  // namespace
+
+std::u16string DataPath(int64_t printer) { return u"DATA\\" + TextOf(printer); }
+
+std::shared_ptr<const Known> Machine::Impl::ReadKnown() {
+  const uint64_t state = store.State();
+  {
+    const std::lock_guard lock(mutex);
+    if (known != nullptr && known->state == state) return known;
+  }
+  auto read = std::make_shared<Known>();
+  read->state = state;
+  if (const auto facts = store.Get(kComputer, kFacts)) Unpack(*facts, PartsOf(read->facts));
+  for (const auto& [folded, row] : store.All(kPrinters)) {
+    StoredPrinter& printer = read->printers[folded];
+    printer.setup.name = row.name;
+    Unpack(row.data, PrinterParts(printer.id, printer.setup));
+  }
+  const std::lock_guard lock(mutex);
+  return known = read;
+}
+
+void Machine::Impl::ChangeFacts(const std::function<void(Facts&)>& change) {
+  store.Together([&] {
+    Facts facts = ReadKnown()->facts;
+    change(facts);
+    store.Put(kComputer, kFacts, Packed(PartsOf(facts)));
+  });
+}
+
+std::shared_ptr<const StoredPrinter> Machine::Impl::FindPrinter(std::u16string_view name) {
+  const auto all = ReadKnown();
+  const auto found = all->printers.find(FoldCase(name));
+  if (found == all->printers.end()) return nullptr;
+  return {all, &found->second};
+}
+
+std::shared_ptr<const StoredPrinter> Machine::Impl::FindPrinter(const PrinterHandle& handle) {
+  const auto printer = FindPrinter(handle.name);
+  return printer != nullptr && printer->id == handle.id ? printer : nullptr;
+}
+
+// Removes a printer with its data and default record.
+bool Machine::Impl::DropPrinter(std::u16string_view name) {
+  const auto printer = FindPrinter(name);
+  if (!printer) return false;
+  store.Remove(kPrinters, name);
+  store.Remove(kRecords, name);
+  store.RemoveAll(DataPath(printer->id));
+  return true;
+}
 
 void Machine::Together(const std::function<void()>& body) { impl_->store.Together(body); }
 
-void Machine::AddPrinter(const PrinterSetup& setup) { impl_->store.AddPrinter(setup); }
+void Machine::RequireWritable() {
+  impl_->ChangeFacts([](Facts&) {});
+}
 
-bool Machine::RemovePrinter(std::u16string_view name) { return impl_->store.RemovePrinter(name); }
+OsVersion Machine::os() const { return impl_->ReadKnown()->facts.os; }
+void Machine::SetOs(const OsVersion& os) {
+  impl_->ChangeFacts([&os](Facts& facts) { facts.os = os; });
+}
 
-std::vector<PrinterSetup> Machine::Printers() const { return impl_->store.Printers(); }
+bool Machine::administrator() const { return impl_->ReadKnown()->facts.administrator; }
+void Machine::SetAdministrator(bool yes) {
+  impl_->ChangeFacts([yes](Facts& facts) { facts.administrator = yes; });
+}
+
+std::u16string Machine::executablePath() const { return impl_->ReadKnown()->facts.executablePath; }
+void Machine::SetExecutablePath(std::u16string path) {
+  impl_->ChangeFacts([&path](Facts& facts) { facts.executablePath = path; });
+}
+
+void Machine::AddPrinter(const PrinterSetup& setup) {
+  Store& store = impl_->store;
+  store.Together([&] {
+    impl_->DropPrinter(setup.name);
+    int64_t id = 0;  // never given twice
+    if (const auto last = store.Get(kComputer, kLastPrinter)) Unpack(*last, std::tie(id));
+    ++id;
+    store.Put(kComputer, kLastPrinter, Packed(std::tie(id)));
+    store.Put(kPrinters, setup.name, Packed(PrinterParts(id, setup)));
+  });
+}
+
+bool Machine::RemovePrinter(std::u16string_view name) {
+  bool removed = false;
+  Together([&] {
+    removed = impl_->DropPrinter(name);
+    if (removed) RemoveRegistryKey(PrinterKey(name));
+  });
+  return removed;
+}
+
+std::vector<PrinterSetup> Machine::Printers() const {
+  std::map<int64_t, PrinterSetup> byId;
+  for (const auto& [folded, printer] : impl_->ReadKnown()->printers) {
+    byId[printer.id] = printer.setup;
+  }
+  std::vector<PrinterSetup> printers;
+  for (const auto& [id, setup] : byId) printers.push_back(setup);
+  return printers;
+}
 
 std::optional<PrinterSetup> Machine::FindPrinter(std::u16string_view name) const {
-  const auto printer = impl_->store.FindPrinter(name);
+  const auto printer = impl_->FindPrinter(name);
   if (!printer) return std::nullopt;
   return printer->setup;
 }
 
 void Machine::SetPermission(std::u16string_view name, bool administer, bool writable) {
-  impl_->store.SetPermission(name, administer, writable);
-}
-
-void Machine::RequireWritable() {
-  impl_->store.ChangeFacts([](Facts&) {});
+  Together([&] {
+    const auto found = impl_->FindPrinter(name);
+    if (found == nullptr) return;
+    StoredPrinter printer = *found;
+    printer.setup.administer = administer;
+    printer.setup.writable = writable;
+    impl_->store.Put(kPrinters, printer.setup.name,
+                     Packed(PrinterParts(printer.id, printer.setup)));
+  });
 }
 
 void Machine::SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record) {
-  impl_->store.SetRecord(name, record);
+  Together([&] {
+    if (!FindPrinter(name)) throw std::runtime_error("the printer is not installed any more");
+    impl_->store.Put(kRecords, name, {0, record});
+  });
 }
 
 std::vector<std::byte> Machine::DefaultRecord(std::u16string_view name) const {
-  const auto printer = impl_->store.FindPrinter(name);
-  return printer ? printer->record : std::vector<std::byte>();
+  const auto record = impl_->store.Get(kRecords, name);
+  return record ? record->bytes : std::vector<std::byte>();
 }
 
 void Machine::SetData(std::u16string_view printer, std::u16string_view value, DataValue data) {
-  impl_->store.SetData(impl_->store.PrinterId(printer), value, data, false);
+  Together([&] {
+    const auto found = impl_->FindPrinter(printer);
+    if (found) impl_->store.Put(DataPath(found->id), value, std::move(data));
+  });
 }
 
 std::optional<DataValue> Machine::Data(std::u16string_view printer,
                                        std::u16string_view value) const {
-  return impl_->store.Data(impl_->store.PrinterId(printer), value);
+  const auto found = impl_->FindPrinter(printer);
+  if (!found) return std::nullopt;
+  return impl_->store.Get(DataPath(found->id), value);
 }
 
 std::map<std::u16string, DataValue> Machine::AllData(std::u16string_view printer) const {
-  return impl_->store.AllData(impl_->store.PrinterId(printer));
+  std::map<std::u16string, DataValue> all;
+  const auto found = impl_->FindPrinter(printer);
+  if (!found) return all;
+  for (auto& [folded, row] : impl_->store.All(DataPath(found->id))) all[row.name] = row.data;
+  return all;
 }
 
 bool Machine::RemoveData(std::u16string_view printer, std::u16string_view value) {
-  return impl_->store.RemoveData(impl_->store.PrinterId(printer), value);
-}
-
-void Machine::SetRegistry(std::u16string_view key, std::u16string_view value, DataValue data) {
-  impl_->store.SetRegistry(key, value, data);
-}
-
-std::optional<DataValue> Machine::Registry(std::u16string_view key,
-                                           std::u16string_view value) const {
-  return impl_->store.Registry(key, value);
-}
-
-std::map<std::u16string, DataValue> Machine::AllRegistry(std::u16string_view key) const {
-  return impl_->store.AllRegistry(key);
-}
-
-bool Machine::RemoveRegistry(std::u16string_view key, std::u16string_view value) {
-  return impl_->store.RemoveRegistry(key, value);
-}
-
-void Machine::RemoveRegistryKey(std::u16string_view key) { impl_->store.RemoveKey(key); }
-
-void Machine::SetRegistryAccess(bool readable, bool writable) {
-  impl_->store.ChangeFacts([=](Facts& facts) {
-    facts.registryReadable = readable;
-    facts.registryWritable = writable;
-  });
+  const auto found = impl_->FindPrinter(printer);
+  return found && impl_->store.Remove(DataPath(found->id), value);
 }
 
 }  // namespace platform

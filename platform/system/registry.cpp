@@ -1,4 +1,4 @@
-// The registry below HKEY_LOCAL_MACHINE.
+// The registry below HKEY_LOCAL_MACHINE: its keys, and the values of each, lie in the store.
 #include <algorithm>
 #include <cstring>
 #include <optional>
@@ -12,111 +12,185 @@ namespace {
 
 constexpr REGSAM kReading = KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | KEY_NOTIFY | GENERIC_READ;
 constexpr REGSAM kWriting = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | KEY_CREATE_LINK | GENERIC_WRITE;
+constexpr WCHAR kKeys[] = u"KEYS";
 
-// Runs a call: the fault switch first, then the database, whose failure is a general one.
+// A key without empty parts: "A\\B" and "\A\B\" name the key "A\B".
+std::u16string NormalKey(std::u16string_view key) {
+  std::u16string normal;
+  for (const char16_t c : key) {
+    if (c == u'\\' && (normal.empty() || normal.back() == u'\\')) continue;
+    normal.push_back(c);
+  }
+  if (!normal.empty() && normal.back() == u'\\') normal.pop_back();
+  return normal;
+}
+
+// Where the values of a key lie.
+std::u16string ValuesPath(std::u16string_view key) { return u"REGISTRY\\" + NormalKey(key); }
+
+bool HasKey(Store& store, const std::u16string& key) {
+  return key.empty() || store.Get(kKeys, key).has_value();
+}
+
+// Keeps a key and all keys above it.
+void CreateKey(Store& store, const std::u16string& key) {
+  store.Together([&] {
+    for (size_t end = 0; end != std::u16string::npos;) {
+      end = key.find(u'\\', end + 1);
+      const std::u16string name = key.substr(0, end);
+      if (!store.Get(kKeys, name)) store.Put(kKeys, name, {});
+    }
+  });
+}
+
+// The keys at and below one, all below none; folded, with their names as given.
+std::map<std::u16string, std::u16string> KeysFrom(Store& store, std::u16string_view key) {
+  const std::u16string start = FoldCase(NormalKey(key));
+  std::map<std::u16string, std::u16string> keys;
+  for (const auto& [folded, row] : store.All(kKeys)) {
+    if (start.empty() || folded == start || folded.starts_with(start + u'\\')) {
+      keys[folded] = row.name;
+    }
+  }
+  return keys;
+}
+
+// Runs a call: the fault switch first, then the store, whose failure is a general one.
 template <typename Call>
 LSTATUS Guarded(const Call& call) {
   Machine& machine = Machine::Current();
   if (machine.faults.Strike(Fault::kRegistry)) return ERROR_NOT_ENOUGH_MEMORY;
   try {
-    return static_cast<LSTATUS>(call(machine));
+    return static_cast<LSTATUS>(call(machine.impl()));
   } catch (const std::exception&) {
     return ERROR_GEN_FAILURE;
   }
 }
 
-// The path of a key below an open one; nothing for a handle that is none.
-std::optional<std::u16string> PathOf(Machine& machine, HKEY key, std::u16string_view subKey) {
-  std::u16string path;
-  if (key != HKEY_LOCAL_MACHINE) {
-    const auto open = machine.impl().registryHandles.Find(key);
-    if (open == nullptr) return std::nullopt;
-    path = open->key + u'\\';
-  }
-  return NormalKey(path.append(subKey));
+// The same for a call that needs one of some rights on an open key.
+template <typename Call>
+LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
+  return Guarded([&](Machine::Impl& impl) -> DWORD {
+    const auto open = impl.registryHandles.Find(key);
+    if (open == nullptr) return ERROR_INVALID_HANDLE;
+    if ((open->access & rights) == 0) return ERROR_ACCESS_DENIED;
+    return call(open->key);
+  });
 }
 
-bool Allowed(const Facts& facts, REGSAM access) {
-  return (facts.registryReadable || (access & kReading) == 0) &&
-         (facts.registryWritable || (access & kWriting) == 0);
-}
-
-DWORD Query(Machine& machine, HKEY key, std::u16string_view value, LPDWORD type, LPBYTE data,
-            LPDWORD size) {
-  const auto open = machine.impl().registryHandles.Find(key);
-  if (open == nullptr) return ERROR_INVALID_HANDLE;
-  if (data != nullptr && size == nullptr) return ERROR_INVALID_PARAMETER;
-  if ((open->access & (KEY_QUERY_VALUE | GENERIC_READ)) == 0) return ERROR_ACCESS_DENIED;
-  const auto found = machine.impl().store.Registry(open->key, value);
-  if (!found) return ERROR_FILE_NOT_FOUND;
-  if (type != nullptr) *type = found->type;
-  if (size == nullptr) return ERROR_SUCCESS;
-  const DWORD room = *size;
-  *size = static_cast<DWORD>(found->bytes.size());
-  if (data == nullptr) return ERROR_SUCCESS;
-  if (found->bytes.size() > room) return ERROR_MORE_DATA;
-  if (!found->bytes.empty()) std::memcpy(data, found->bytes.data(), found->bytes.size());
-  return ERROR_SUCCESS;
-}
-
-DWORD Set(Machine& machine, HKEY key, std::u16string_view value, DWORD type, const BYTE* data,
-          DWORD size) {
-  const auto open = machine.impl().registryHandles.Find(key);
-  if (open == nullptr) return ERROR_INVALID_HANDLE;
-  if (data == nullptr && size > 0) return ERROR_INVALID_PARAMETER;
-  if ((open->access & (KEY_SET_VALUE | GENERIC_WRITE)) == 0) return ERROR_ACCESS_DENIED;
-  DataValue kept{type, std::vector<std::byte>(size)};
-  if (size > 0) std::memcpy(kept.bytes.data(), data, size);
-  machine.impl().store.SetRegistry(open->key, value, kept);
-  return ERROR_SUCCESS;
+// Opens a key below an open one; with create also one that is not there.
+LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
+             LPDWORD disposition) {
+  if (result == nullptr) return ERROR_INVALID_PARAMETER;
+  *result = nullptr;
+  return Guarded([&](Machine::Impl& impl) -> DWORD {
+    std::u16string path;
+    if (key != HKEY_LOCAL_MACHINE) {
+      const auto open = impl.registryHandles.Find(key);
+      if (open == nullptr) return ERROR_INVALID_HANDLE;
+      path = open->key + u'\\';
+    }
+    path = NormalKey(path.append(View(subKey)));
+    const bool exists = HasKey(impl.store, path);
+    if (!exists && !create) return ERROR_FILE_NOT_FOUND;
+    const Facts facts = impl.ReadKnown()->facts;
+    const bool reads = (access & kReading) != 0, writes = !exists || (access & kWriting) != 0;
+    if ((reads && !facts.registryReadable) || (writes && !facts.registryWritable)) {
+      return ERROR_ACCESS_DENIED;
+    }
+    if (!exists) CreateKey(impl.store, path);
+    if (disposition != nullptr) {
+      *disposition = exists ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
+    }
+    *result = impl.registryHandles.Add({path, access});
+    return ERROR_SUCCESS;
+  });
 }
 
 }  // namespace
 
-LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY result) {
-  if (result == nullptr) return ERROR_INVALID_PARAMETER;
-  *result = nullptr;
-  return Guarded([&](Machine& machine) -> DWORD {
-    const auto path = PathOf(machine, key, View(subKey));
-    if (!path) return ERROR_INVALID_HANDLE;
-    if (!machine.impl().store.HasKey(*path)) return ERROR_FILE_NOT_FOUND;
-    if (!Allowed(machine.impl().store.ReadFacts(), access)) return ERROR_ACCESS_DENIED;
-    *result = machine.impl().registryHandles.Add({*path, access});
-    return ERROR_SUCCESS;
+namespace platform {
+
+std::u16string PrinterKey(std::u16string_view name) {
+  std::u16string key(name);
+  std::replace(key.begin(), key.end(), u'\\', u',');
+  return u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\" + key;
+}
+
+void Machine::SetRegistry(std::u16string_view key, std::u16string_view value, DataValue data) {
+  Together([&] {
+    CreateKey(impl_->store, NormalKey(key));
+    impl_->store.Put(ValuesPath(key), value, std::move(data));
   });
+}
+
+std::optional<DataValue> Machine::Registry(std::u16string_view key,
+                                           std::u16string_view value) const {
+  return impl_->store.Get(ValuesPath(key), value);
+}
+
+std::map<std::u16string, DataValue> Machine::AllRegistry(std::u16string_view key) const {
+  std::map<std::u16string, DataValue> all;
+  for (const auto& [folded, name] : KeysFrom(impl_->store, key)) {
+    for (const auto& [value, row] : impl_->store.All(ValuesPath(folded))) {
+      all[name + u'\\' + row.name] = row.data;
+    }
+  }
+  return all;
+}
+
+void Machine::RemoveRegistryKey(std::u16string_view key) {
+  Together([&] {
+    for (const auto& [folded, name] : KeysFrom(impl_->store, key)) {
+      impl_->store.RemoveAll(ValuesPath(folded));
+      impl_->store.Remove(kKeys, folded);
+    }
+  });
+}
+
+void Machine::SetRegistryAccess(bool readable, bool writable) {
+  impl_->ChangeFacts([=](Facts& facts) {
+    facts.registryReadable = readable;
+    facts.registryWritable = writable;
+  });
+}
+
+}  // namespace platform
+
+LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY result) {
+  return Open(key, subKey, access, false, result, nullptr);
 }
 
 LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM access,
                                const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) {
-  if (result == nullptr) return ERROR_INVALID_PARAMETER;
-  *result = nullptr;
-  return Guarded([&](Machine& machine) -> DWORD {
-    const auto path = PathOf(machine, key, View(subKey));
-    if (!path) return ERROR_INVALID_HANDLE;
-    Store& store = machine.impl().store;
-    const bool exists = store.HasKey(*path);
-    if (!Allowed(store.ReadFacts(), exists ? access : access | KEY_CREATE_SUB_KEY)) {
-      return ERROR_ACCESS_DENIED;
-    }
-    if (!exists) store.CreateKey(*path);
-    if (disposition != nullptr) {
-      *disposition = exists ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
-    }
-    *result = machine.impl().registryHandles.Add({*path, access});
-    return ERROR_SUCCESS;
-  });
+  return Open(key, subKey, access, true, result, disposition);
 }
 
 LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR value, LPDWORD, LPDWORD type, LPBYTE data,
                                 LPDWORD size) {
-  return Guarded(
-      [&](Machine& machine) { return Query(machine, key, View(value), type, data, size); });
+  return OnKey(key, KEY_QUERY_VALUE | GENERIC_READ, [&](const std::u16string& name) -> DWORD {
+    if (data != nullptr && size == nullptr) return ERROR_INVALID_PARAMETER;
+    const auto found = Machine::Current().Registry(name, View(value));
+    if (!found) return ERROR_FILE_NOT_FOUND;
+    if (type != nullptr) *type = found->type;
+    if (size == nullptr) return ERROR_SUCCESS;
+    const DWORD room = *size;
+    *size = static_cast<DWORD>(found->bytes.size());
+    if (data == nullptr) return ERROR_SUCCESS;
+    if (*size > room) return ERROR_MORE_DATA;
+    std::copy_n(reinterpret_cast<const BYTE*>(found->bytes.data()), *size, data);
+    return ERROR_SUCCESS;
+  });
 }
 
 LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR value, DWORD, DWORD type, const BYTE* data,
                               DWORD size) {
-  return Guarded(
-      [&](Machine& machine) { return Set(machine, key, View(value), type, data, size); });
+  return OnKey(key, KEY_SET_VALUE | GENERIC_WRITE, [&](const std::u16string& name) -> DWORD {
+    if (data == nullptr && size > 0) return ERROR_INVALID_PARAMETER;
+    const auto* bytes = reinterpret_cast<const std::byte*>(data);
+    Machine::Current().SetRegistry(name, View(value), {type, {bytes, bytes + size}});
+    return ERROR_SUCCESS;
+  });
 }
 
 LSTATUS WINAPI RegCloseKey(HKEY key) {

@@ -54,7 +54,7 @@ TEST_F(OperationPageTest, ReadsAndWritesPageByPageConfirmation) {
   Keep(block);
   for (const auto& c : kCases) {
     SCOPED_TRACE(&c - kCases);
-    machine().RemoveRegistry(kKey, u"SyncPrint");
+    machine().RemoveRegistryKey(kKey);
     if (c.value) SetSyncPrint(*c.value);
     machine().SetRegistryAccess(c.readable, c.writable);
     EXPECT_EQ(Leave(SyncPrintShown(c.checked)).nTSMode, c.checked ? 1 : 0);
@@ -112,7 +112,7 @@ TEST_F(OperationPageTest, StoresWhatItsAbsentControlsStandFor) {
     EXPECT_EQ(left.Dither, 3);
   }
   // A page that is never entered stores nothing.
-  machine().RemoveRegistry(kKey, u"SyncPrint");
+  machine().RemoveRegistryKey(kKey);
   Keep(block);
   const PrivateDevMode kept = Ok(kVersionTab).record.Private;
   EXPECT_EQ(kept.nMoveMode, kFollowPrinter);
