@@ -15,16 +15,16 @@ void WriteName(int index, LPSTR name) {
 }
 
 // 0: nothing has been confirmed by anyone.
-WORD WriteBlock(int index, BYTE* block, const BarcodeLibInfo* info) {
+int16_t WriteBlock(int index, BYTE* block, const BarcodeLibInfo* info) {
   if (block && info) WriteDefaults(KindAt(index), *info, {block, kBlockSize});
   return 0;
 }
 
 // 1 when the user confirmed, otherwise 2.
-WORD EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
+int16_t EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
   const bool confirmed =
       block && info && EditBarcodeDetail(KindAt(index), *info, {block, kBlockSize}, owner);
-  return static_cast<WORD>(confirmed ? IDOK : IDCANCEL);
+  return static_cast<int16_t>(confirmed ? IDOK : IDCANCEL);
 }
 
 }  // namespace
@@ -36,10 +36,10 @@ WORD EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
   void WINAPI GetBarName##suffix(LPSTR name) {                                                   \
     platform::Keeping([&] { companions::WriteName(index, name); });                              \
   }                                                                                              \
-  WORD WINAPI Init##suffix(BYTE* block, const companions::BarcodeLibInfo* info, HWND) {          \
+  int16_t WINAPI Init##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND) {          \
     return platform::Keeping([&] { return companions::WriteBlock(index, block, info); });        \
   }                                                                                              \
-  WORD WINAPI ShowDlg##suffix(BYTE* block, const companions::BarcodeLibInfo* info, HWND owner) { \
+  int16_t WINAPI ShowDlg##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND owner) { \
     return platform::Keeping([&] { return companions::EditBlock(index, block, info, owner); });  \
   }                                                                                              \
   }

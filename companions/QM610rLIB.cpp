@@ -11,13 +11,6 @@
 namespace companions {
 namespace {
 
-constexpr std::size_t kFirmwareSize = 16;
-constexpr std::size_t kFontSize = 8;
-
-// Values of the status word.
-constexpr DWORD kStatusReady = 0;
-constexpr DWORD kStatusOffline = 1;
-
 std::string ModeAnswer(const SimulatedDevice& device, DWORD) {
   return {'\0', device.density == 305 ? '\1' : '\0', '\0', static_cast<char>(device.mode)};
 }
@@ -29,8 +22,8 @@ std::string VersionAnswer(const SimulatedDevice& device, DWORD replySize) {
   std::string overlong;
   while (overlong.size() < replySize) overlong += firmware + font + '*';
   if (device.answer == DeviceAnswer::kOverlong) return overlong;
-  firmware.resize(kFirmwareSize, '\0');
-  font.resize(kFontSize, '\0');
+  firmware.resize(16, '\0');
+  font.resize(8, '\0');
   return firmware + font;
 }
 
@@ -40,7 +33,7 @@ DWORD Query(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size, DWORD* s
             std::string (*answerOf)(const SimulatedDevice&, DWORD)) {
   if (!printer || !reply) return FALSE;
   const SimulatedDevice device = LoadSimulatedDevice(printer);
-  if (status) *status = device.offline ? kStatusOffline : kStatusReady;
+  if (status) *status = device.offline ? 1 : 0;
   if (device.offline) return FALSE;
   if (device.answer == DeviceAnswer::kSilent) return TRUE;
   std::string answer = answerOf(device, replySize);

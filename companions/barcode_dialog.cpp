@@ -25,9 +25,6 @@ using Text = WCHAR[kTextCapacity];
 
 bool IsList(const Field& field) { return !field.choices.empty(); }
 
-// A unit that no choice names counts as dots.
-int KnownUnit(int unit) { return std::min<int>(unit, kestrel::kDot); }
-
 // One dialog over a block: a row for each field of its kind.
 class Detail {
  public:
@@ -35,7 +32,7 @@ class Detail {
       : kind_(kind),
         dpi_(dpi),
         block_(block),
-        unit_(KnownUnit(ReadWord(block, kUnitField.offset))) {}
+        unit_(std::min<int>(ReadWord(block, kUnitField.offset), kestrel::kDot)) {}
 
   bool Run(HWND owner);
 
@@ -60,7 +57,6 @@ class Detail {
     return At(row).kind == FieldKind::kMeasure ? unit_ : kestrel::kPlain;
   }
   std::pair<int, int> RangeOf(int row) const;  // the least and the most
-  void RangeText(int row, Text& text) const;
   bool ReadNumber(int row, int& value) const;
   int Selected(int row) const;
   // Tells in a box what is wrong with a row, whose label comes first.
@@ -73,7 +69,7 @@ class Detail {
   const BarcodeKind& kind_;
   int dpi_;
   std::span<BYTE> block_;
-  int unit_;  // that the measures are shown in
+  int unit_;  // that the measures are shown in; one that no choice names counts as dots
   HWND window_ = nullptr;
 };
 
@@ -114,15 +110,6 @@ std::pair<int, int> Detail::RangeOf(int row) const {
           kestrel::ConvertMeasure(field.max, kestrel::kDot, unit_, dpi_)};
 }
 
-void Detail::RangeText(int row, Text& text) const {
-  const auto [min, max] = RangeOf(row);
-  WCHAR from[kestrel::kMeasureTextLength], to[kestrel::kMeasureTextLength];
-  kestrel::FormatMeasure(from, min, UnitOf(row));
-  kestrel::FormatMeasure(to, max, UnitOf(row));
-  const WCHAR* unit = kestrel::UnitName(UnitOf(row));
-  wsprintfW(text, u"%s%s ～ %s%s", from, unit, to, unit);
-}
-
 // ---- showing ----
 
 // The spin follows the field's range; the edit shows the value with the decimals of its unit, also
@@ -131,11 +118,14 @@ void Detail::ShowNumber(int row, int value) {
   const auto [min, max] = RangeOf(row);
   Send(kFirstSpin + row, UDM_SETRANGE32, static_cast<WPARAM>(min), max);
   Send(kFirstSpin + row, UDM_SETPOS32, 0, value);
-  WCHAR text[kestrel::kMeasureTextLength];
+  WCHAR text[kestrel::kMeasureTextLength], least[kestrel::kMeasureTextLength];
   kestrel::FormatMeasure(text, value, UnitOf(row));
   SetDlgItemTextW(window_, kFirstControl + row, text);
+  kestrel::FormatMeasure(least, min, UnitOf(row));
+  kestrel::FormatMeasure(text, max, UnitOf(row));
+  const WCHAR* unit = kestrel::UnitName(UnitOf(row));
   Text range;
-  RangeText(row, range);
+  wsprintfW(range, u"%s%s ～ %s%s", least, unit, text, unit);
   SetDlgItemTextW(window_, kFirstRange + row, range);
 }
 
@@ -155,7 +145,7 @@ void Detail::Show(int row) {
     ShowNumber(row, stored);
     return;
   }
-  const int value = field.kind == FieldKind::kUnit ? KnownUnit(stored) : stored;
+  const int value = field.kind == FieldKind::kUnit ? unit_ : stored;
   WPARAM selected = 0;
   for (std::size_t i = 0; i < field.choices.size(); ++i) {
     const Choice& choice = field.choices[i];
@@ -233,7 +223,7 @@ bool Detail::Take(int row, std::span<BYTE> block) const {
     value = Selected(row);
   } else if (!ReadNumber(row, value) || value < min || value > max) {
     Text range;
-    RangeText(row, range);
+    GetDlgItemTextW(window_, kFirstRange + row, range, kTextCapacity);
     return Refuse(row, u"%s\n%s の範囲で入力して下さい。", range);
   }
   WriteWord(block, field.offset, static_cast<uint16_t>(value));
@@ -292,23 +282,17 @@ INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM l
   if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
   auto* detail = reinterpret_cast<Detail*>(GetWindowLongPtrW(window, DWLP_USER));
   if (detail == nullptr) return FALSE;
-  switch (message) {
-    case WM_INITDIALOG:
-      detail->window_ = window;
-      for (int row = 0; row < detail->Count(); ++row) detail->Show(row);
-      return TRUE;
-    case WM_COMMAND:
-      detail->Command(LOWORD(wParam), HIWORD(wParam));
-      return TRUE;
-    case WM_VSCROLL:
-      detail->Spun(reinterpret_cast<HWND>(lParam));
-      return TRUE;
-    case WM_CLOSE:
-      EndDialog(window, IDCANCEL);
-      return TRUE;
-    default:
-      return FALSE;
+  if (message == WM_INITDIALOG) {
+    detail->window_ = window;
+    for (int row = 0; row < detail->Count(); ++row) detail->Show(row);
+  } else if (message == WM_COMMAND || message == WM_CLOSE) {
+    detail->Command(message == WM_CLOSE ? IDCANCEL : LOWORD(wParam), HIWORD(wParam));
+  } else if (message == WM_VSCROLL) {
+    detail->Spun(reinterpret_cast<HWND>(lParam));
+  } else {
+    return FALSE;
   }
+  return TRUE;
 }
 
 }  // namespace

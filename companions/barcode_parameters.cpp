@@ -158,9 +158,9 @@ void WriteWord(std::span<BYTE> block, std::size_t offset, uint16_t value) {
 void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block) {
   std::ranges::fill(block, BYTE{0});
   WriteWord(block, kIdOffset, kind.id);
-  WriteWord(block, kLibraryWords, info.densityX);
-  WriteWord(block, kLibraryWords + 2, info.densityY);
-  WriteWord(block, kLibraryWords + 4, kLibraryVersion);
+  WriteWord(block, 4, info.densityX);  // three words of the library's own, its version behind
+  WriteWord(block, 6, info.densityY);
+  WriteWord(block, 8, 0x100);
   WriteWord(block, kUnitField.offset, kestrel::kDot);
   for (std::size_t i = 0; i < kind.own.size(); ++i) {
     const Field& field = kind.own[i];

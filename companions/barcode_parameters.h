@@ -8,18 +8,14 @@
 #include <cstdint>
 #include <span>
 
+#include "fonts/barcode_library.h"
+
 namespace companions {
 
-constexpr int kBlockSize = 40;     // bytes of a parameter block that belong to the library
-constexpr int kNameCapacity = 32;  // bytes of a display name in code page 932, terminator included
+using kestrel::BarcodeLibInfo;
 
-// What the driver tells about the printer.
-struct BarcodeLibInfo {
-  uint16_t densityX;  // dots per inch, 203 or 305
-  uint16_t densityY;
-  uint16_t reserved[2];
-};
-static_assert(sizeof(BarcodeLibInfo) == 8);
+constexpr int kBlockSize = kestrel::kBarcodeLibrarySize;
+constexpr int kNameCapacity = 32;  // bytes of a display name in code page 932, terminator included
 
 enum class FieldKind : uint8_t {
   kNumber,   // a whole number from min to max
@@ -47,15 +43,12 @@ struct Field {
 
 constexpr std::size_t kMaxFields = 8;  // of the largest layout
 constexpr uint16_t kIdOffset = 0;      // BarcodeID
-constexpr uint16_t kLibraryWords = 4;  // three words of the library's own
-constexpr uint16_t kLibraryVersion = 0x100;
 
 struct BarcodeKind {
   uint16_t id;
-  const WCHAR* name;           // display name
-  std::span<const Field> own;  // its fields beside those of every kind
-  std::array<uint16_t, kMaxFields>
-      defaults;  // one a field of its own; measures in tenths of a millimetre
+  const WCHAR* name;                          // display name
+  std::span<const Field> own;                 // its fields beside those of every kind
+  std::array<uint16_t, kMaxFields> defaults;  // of its own fields; measures in 0.1 mm
 };
 
 // The fields of every kind, before its own.

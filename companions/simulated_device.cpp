@@ -10,9 +10,6 @@
 namespace companions {
 namespace {
 
-constexpr DWORD kRegString = 1;  // REG_SZ
-constexpr DWORD kRegDword = 4;   // REG_DWORD
-
 // One key a printer, as its name is one part: none lies below another's.
 std::u16string DeviceKey(std::u16string_view printer) {
   std::u16string part(printer);
@@ -27,12 +24,12 @@ std::vector<std::byte> Read(const std::u16string& key, std::u16string_view name,
 }
 
 void ReadNumber(const std::u16string& key, std::u16string_view name, DWORD& number) {
-  const auto bytes = Read(key, name, kRegDword);
+  const auto bytes = Read(key, name, REG_DWORD);
   if (bytes.size() == sizeof number) std::memcpy(&number, bytes.data(), sizeof number);
 }
 
 void ReadText(const std::u16string& key, std::u16string_view name, std::u16string& text) {
-  const auto bytes = Read(key, name, kRegString);
+  const auto bytes = Read(key, name, REG_SZ);
   if (bytes.empty()) return;
   text.assign(bytes.size() / sizeof(WCHAR), u'\0');
   std::memcpy(text.data(), bytes.data(), text.size() * sizeof(WCHAR));
@@ -74,10 +71,10 @@ void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& dev
       {u"Density", device.density},
       {u"Offline", device.offline},
       {u"Answer", static_cast<DWORD>(device.answer)}};
-  for (const auto& [name, number] : numbers) Write(key, name, kRegDword, &number, sizeof number);
+  for (const auto& [name, number] : numbers) Write(key, name, REG_DWORD, &number, sizeof number);
   for (const auto& [name, text] :
        {std::pair(u"Firmware", &device.firmware), std::pair(u"Font", &device.font)})
-    Write(key, name, kRegString, text->c_str(), (text->size() + 1) * sizeof(WCHAR));
+    Write(key, name, REG_SZ, text->c_str(), (text->size() + 1) * sizeof(WCHAR));
 }
 
 }  // namespace companions

@@ -1,157 +1,176 @@
-// The page that lists the registered fonts.
-#include "fake_library.h"
+// The page that lists the registered fonts, and the rules for their names.
 #include "font_fixture.h"
+#include "sheets/page_services.h"
 
 namespace fonts {
 namespace {
 
-constexpr char16_t kTitle[] = u"クリエイトフォント";
-constexpr char16_t kFirstHelp[] = u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。";
+// The fonts of the session whose sheet is on top.
+kestrel::FontStore& SessionFonts(Desk& desk) {
+  return kestrel::PageSession(desk.Windows().back().page->handle)->fonts;
+}
+constexpr char16_t kTaken[] =
+    u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。";
 
-// One of the two groups of the page.
-struct Group {
-  int list, create, change, remove, reference;
-};
-constexpr Group kDeco = {1131, 1133, 1047, 1048, 1179};
-constexpr Group kBar = {1132, 1049, 1050, 1051, 1178};
-
-// What the lists show and which entry is selected, and whether the buttons for new fonts can be
-// used and those for the listed ones.
-Step Shows(const Group& group, std::vector<std::u16string> names, bool room = true) {
+// What a list shows and which entry is selected, and whether the buttons for new fonts can be used
+// and those for the listed ones.
+Step Shows(const Kind& kind, std::vector<std::u16string> names, bool room = true) {
   return [=](Desk& desk) {
-    EXPECT_EQ(desk.Control(group.list).items, names);
-    EXPECT_EQ(desk.Control(group.list).selection, names.empty() ? -1 : 0);
-    EXPECT_EQ(desk.Control(group.create).enabled, room);
-    for (int id : {group.change, group.remove, group.reference}) {
+    EXPECT_EQ(desk.Control(kind.list).items, names);
+    EXPECT_EQ(desk.Control(kind.list).selection, names.empty() ? -1 : 0);
+    EXPECT_EQ(desk.Control(kind.create).enabled, room);
+    for (int id : {kind.change, kind.remove, kind.reference}) {
       EXPECT_EQ(desk.Control(id).enabled, !names.empty()) << id;
     }
   };
 }
-Steps Remove(const Group& group, int row, const std::u16string& name, int answer) {
-  return {Select(group.list, row), Click(group.remove),
+Steps Remove(const Kind& kind, int row, const std::u16string& name, int answer = IDOK) {
+  return {Select(kind.list, row), Click(kind.remove),
           CloseMessage(name + u" を削除します。\nよろしいですか？",
-                       MB_OKCANCEL | MB_ICONEXCLAMATION, kTitle, answer)};
-}
-int NameOf(const Group& group) {
-  return group.list == kDeco.list ? IDC_DECO_FONT_NAME : IDC_BAR_FONT_NAME;
-}
-Steps Named(const Group& group, int button, std::u16string name) {
-  return {Click(button), Replace(NameOf(group), std::move(name)), Click(IDOK)};
+                       MB_OKCANCEL | MB_ICONEXCLAMATION, kPage, answer)};
 }
 
-class CreateFontPageTest : public FontTest {
- protected:
-  void SetUp() override {
-    FontTest::SetUp();
-    FakeLibrary::Install(machine());
-  }
-};
-
-TEST_F(CreateFontPageTest, CountsBothKindsToSeventy) {
-  EXPECT_EQ(
-      Register({ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
-                           u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
-                Shows(kDeco, {}), Shows(kBar, {})}),
-      Records());
-  Store(Many(0, 68));
-  Records expected = Many(0, 67);
-  expected.insert(expected.begin(), Deco(u"A"));
-  expected.push_back(Bar(u"B67"));
-  expected.push_back(Bar(u"Last"));
-  std::ranges::fill_n(expected.back().bytes.begin() + 146, 40, 0x40);
+TEST_F(FontTest, CountsBothKindsToSeventy) {
   const std::vector<int> both = {kDeco.create, kBar.create};
-  EXPECT_EQ(Register({Named(kDeco, kDeco.create, u"A"), ExpectEnabled(both),
-                      Named(kDeco, kDeco.create, u"B"), Shows(kDeco, {u"A", u"B"}, false),
-                      // The keyboard goes on where its button was disabled.
-                      ExpectEnabled(both, false), ExpectFocus(kDeco.list),
-                      ExpectText(IDC_HELP_TEXT, kFirstHelp), Remove(kDeco, 1, u"B", IDOK),
-                      ExpectEnabled(both), ExpectFocus(kDeco.remove),
-                      Named(kBar, kBar.create, u"Last"), ExpectEnabled(both, false)}),
-            expected);
-  Store(Many(0, 70));
-  EXPECT_EQ(Register(Remove(kBar, 69, u"B69", IDOK)), Many(0, 69));
+  Store(Many(0, 68));
+  Records expected = Many(0, 68);
+  expected.insert(expected.begin(), Deco(u"A"));
+  expected.push_back(Bar(u"Last", 100, kInitial));
+  Gives(expected,
+        {ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
+                    u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
+         Shows(kDeco, {}), New(kDeco, u"A"), ExpectEnabled(both), New(kDeco, u"B"),
+         // The keyboard goes on where its button was disabled.
+         Shows(kDeco, {u"A", u"B"}, false), ExpectEnabled(both, false), ExpectFocus(kDeco.list),
+         ExpectText(IDC_HELP_TEXT, u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。"),
+         Remove(kDeco, 1, u"B"), ExpectEnabled(both), ExpectFocus(kDeco.remove), New(kBar, u"Last"),
+         ExpectEnabled(both, false)});
   Store(Many(50, 40));
-  EXPECT_EQ(Register({ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)}),
-            Many(30, 40));
-}
-
-TEST_F(CreateFontPageTest, DeletesTheSelectedFont) {
-  Store({Deco(u"D1"), Bar(u"B1"), Bar(u"B2"), Bar(u"B3")});
-  EXPECT_EQ(
-      Register({Remove(kBar, 1, u"B2", IDCANCEL), Shows(kBar, {u"B1", u"B2", u"B3"}),
-                ExpectChanged(false), Remove(kBar, 1, u"B2", IDOK), ExpectChanged(true),
-                Shows(kBar, {u"B1", u"B3"}), Shows(kDeco, {u"D1"}), Remove(kDeco, 0, u"D1", IDOK),
-                Shows(kDeco, {}), ExpectFocus(kDeco.list), Shows(kBar, {u"B1", u"B3"})}),
-      (Records{Bar(u"B1"), Bar(u"B3")}));
-}
-
-TEST_F(CreateFontPageTest, ChangesTheSelectedFontInItsPlace) {
-  const Records stored = {Deco(u"D1"), Deco(u"D2"), Deco(u"D3"), Bar(u"B1"), Bar(u"B2")};
-  for (const Group& group : {kDeco, kBar}) {
-    Store(stored);
-    Records expected = stored;
-    expected[group.list == kDeco.list ? 1 : 4].Name(u"X").Put(2, 0).Put(68, 0);
-    Steps declined;
-    for (const Step& end : {Click(IDCANCEL), Close(), Escape()}) {
-      declined += {Click(group.change), Replace(NameOf(group), u"Y"), end};
-    }
-    EXPECT_EQ(Register({declined, ExpectChanged(false), ExpectText(IDC_HELP_TEXT, kFirstHelp),
-                        Select(group.list, 1), Named(group, group.change, u"X"),
-                        ExpectChanged(true), ExpectSelected(group.list, 0),
-                        // Entered again, the page selects the first.
-                        Select(group.list, 1), GoTo(kVersionTab), GoTo(kFontTab),
-                        ExpectSelected(group.list, 0)}),
-              expected);
-    Cancel(kFontTab, Named(group, group.change, u"Y"));
-    EXPECT_EQ(Stored(), expected);
-  }
-}
-
-// The new font is the selected one under another name; without one it starts as any other.
-TEST_F(CreateFontPageTest, NewFontsReferToTheSelectedOne) {
-  Record deco = Deco(u"D2", u"漢字(縦書)", 512, 55, 83);
-  deco.Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6});
-  Record bar = Bar(u"B2", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6});
-  Record newDeco = deco;
-  Record newBar = bar;
-  newDeco.Name(u"E2");
-  newBar.Name(u"C2");
-  Store({Deco(u"D1"), deco, Bar(u"B1"), bar});
-  const auto asked = ExpectChecked({kDeco.reference, kBar.reference});
-  EXPECT_EQ(Register({ExpectChecked({kDeco.reference, kBar.reference}, false),
-                      Click(kDeco.reference), Select(kDeco.list, 1), Click(kDeco.create),
-                      ExpectTitle(u"装飾フォントの登録"), ExpectText(IDC_DECO_FONT_NAME, u""),
-                      Replace(IDC_DECO_FONT_NAME, u"D2"), Click(IDOK),
-                      // The own name of the font referred to is taken.
-                      CloseMessage(u"既に同一のフォント名が登録されています。\n"
-                                   u"別のフォント名に変更して下さい。",
-                                   MB_ICONEXCLAMATION, u"装飾フォントの登録"),
-                      Replace(IDC_DECO_FONT_NAME, u"E2"), ExpectChanged(false), Click(IDOK),
-                      ExpectChanged(true), Click(kBar.reference), Select(kBar.list, 1),
-                      Click(kBar.create), ExpectText(IDC_BAR_FONT_NAME, u""),
-                      Replace(IDC_BAR_FONT_NAME, u"C2"), Click(IDOK), asked}),
-            (Records{Deco(u"D1"), deco, newDeco, Bar(u"B1"), bar, newBar}));
-  EXPECT_EQ(FakeLibrary::calls, "");
-
-  // The box stays checked when the last font goes; there is nothing to refer to then.
-  Store({deco, bar});
-  Record first = Bar(u"N");
-  std::ranges::fill_n(first.bytes.begin() + 146, 40, 0x40);
-  EXPECT_EQ(Register({Click(kDeco.reference), Remove(kDeco, 0, u"D2", IDOK),
-                      Named(kDeco, kDeco.create, u"M"), Click(kBar.reference),
-                      Remove(kBar, 0, u"B2", IDOK), Named(kBar, kBar.create, u"N"), asked}),
-            (Records{Deco(u"M"), first}));
+  Gives(Many(30, 40), {ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)});
+  // The place that is freed holds nothing, the last one too.
+  const auto freed = [](Desk& desk) {
+    const kestrel::FontRecord none = {};
+    EXPECT_EQ(std::memcmp(&SessionFonts(desk).BarFonts[69], &none, sizeof none), 0);
+  };
+  Store(Many(0, 70));
+  Gives(Many(0, 69), {Remove(kBar, 69, u"B69"), freed});
 }
 
 // Names and words of any content are listed and asked about without a read past their record.
-TEST_F(CreateFontPageTest, ListsRecordsOfGarbage) {
-  const Records garbage = {Filled(u'あ', 0), Filled(u'い', 1)};
-  Store(garbage);
-  EXPECT_EQ(
-      Register({Shows(kDeco, {std::u16string(32, u'あ')}), Shows(kBar, {std::u16string(32, u'い')}),
-                Remove(kDeco, 0, std::u16string(32, u'あ'), IDCANCEL), Click(kBar.change),
-                ExpectText(IDC_BAR_FONT_NAME, std::u16string(31, u'い')), Click(IDCANCEL)}),
-      garbage);
+TEST_F(FontTest, DeletesTheSelectedFont) {
+  Record deco, bar;
+  deco.words.fill(u'あ');
+  bar.words.fill(u'い');
+  const std::u16string decoName(32, u'あ'), barName(32, u'い');
+  Store({deco.Put(64, {0}), bar.Put(64, {1}), Bar(u"B2"), Bar(u"B3")});
+  Gives({bar, Bar(u"B3")},
+        {Remove(kBar, 1, u"B2", IDCANCEL), Shows(kBar, {barName, u"B2", u"B3"}),
+         ExpectChanged(false), Remove(kBar, 1, u"B2"), ExpectChanged(true),
+         Shows(kBar, {barName, u"B3"}), Shows(kDeco, {decoName}), Remove(kDeco, 0, decoName),
+         Shows(kDeco, {}), ExpectFocus(kDeco.list), Shows(kBar, {barName, u"B3"}),
+         Click(kBar.change), ExpectText(kBar.name, barName.substr(1)), Click(IDCANCEL)});
+}
+
+TEST_F(FontTest, ChangesTheSelectedFontInItsPlace) {
+  for (const Kind& kind : {kDeco, kBar}) {
+    const auto font = kind.list == kDeco.list ? [](const char16_t* name) { return Deco(name); }
+                                              : [](const char16_t* name) { return Bar(name); };
+    Steps declined;
+    for (const Step& end : {Click(IDCANCEL), Close(), Escape()}) {
+      declined += {Click(kind.change), Replace(kind.name, u"Y"), end};
+    }
+    Store({font(u"F1"), font(u"F2"), font(u"F3")});
+    // Entered again, the page selects the first.
+    Gives(
+        {font(u"F1"), font(u"X"), font(u"F3")},
+        {declined, ExpectChanged(false), Select(kind.list, 1),
+         Change(kind, Replace(kind.name, u"X")), ExpectChanged(true), ExpectSelected(kind.list, 0),
+         Select(kind.list, 1), GoTo(kVersionTab), GoTo(kFontTab), ExpectSelected(kind.list, 0)});
+    Cancel(kFontTab, Change(kind, Replace(kind.name, u"Y")));
+    EXPECT_EQ(Stored(), (Records{font(u"F1"), font(u"X"), font(u"F3")}));
+  }
+}
+
+// The new font is the selected one under another name; without one it starts as any other. The box
+// stays checked when the last font goes.
+TEST_F(FontTest, NewFontsReferToTheSelectedOne) {
+  const std::pair<Record, Record> kOldAndNew[] = {
+      {Deco(u"D2", u"漢字(縦書)", 512, 55, 83)
+           .Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6}),
+       Deco(u"M")},
+      {Bar(u"D2", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6}), Bar(u"M", 100, kInitial)}};
+  for (const auto& [font, fresh] : kOldAndNew) {
+    const Kind& kind = &font == &kOldAndNew->first ? kDeco : kBar;
+    Record first = font, copy = font;
+    Store({first.Name(u"D1"), font});
+    // The own name of the font referred to is taken.
+    Gives(
+        {first, font, copy.Name(u"E2")},
+        {ExpectChecked({kind.reference}, false), Click(kind.reference), Select(kind.list, 1),
+         Click(kind.create), ExpectText(kind.name, u""), Replace(kind.name, u"D2"), Click(IDOK),
+         CloseMessage(kTaken, MB_ICONEXCLAMATION, Registers(kind)), Replace(kind.name, u"E2"),
+         ExpectChanged(false), Click(IDOK), ExpectChanged(true), ExpectChecked({kind.reference})});
+    EXPECT_EQ(FakeLibrary::calls, "");
+    Store({font});
+    Gives({fresh}, {Click(kind.reference), Remove(kind, 0, u"D2"), New(kind, u"M"),
+                    ExpectChecked({kind.reference})});
+  }
+}
+
+// Some of the stored names no rule would let in; they show which rule comes first. One fills its
+// field. What lies behind a list's end is no font.
+TEST_F(FontTest, NamesAreJudgedInOrder) {
+  // The message if any, names, the font that is changed if any.
+  const std::tuple<const char16_t*, std::vector<std::u16string>, int, Kind> kCases[] = {
+      {u"登録フォント名を入力して下さい。", {u"", u" 　 "}, -1, kDeco},
+      {u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
+       {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"},
+       -1,
+       kDeco},
+      {kTaken, {u"Deco", u"é", u"Bar"}, -1, kDeco},
+      {u"不正な文字が使用されています。",
+       {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"},
+       -1,
+       kDeco},
+      {u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"}, -1, kDeco},  // 32 bytes
+      {nullptr,
+       {u"VELA X20 ", u"VELA X25", u"VELA ", u"vela X20", u"X20", u"Installed", u"installed face",
+        u"Installed Face 2", u"deco", u"a?b", u"Gone", u"あいうえおかきくけこさしすせそa",
+        std::u16string(31, u'x'), std::u16string(31, u'ｱ')},
+       -1,
+       kDeco},
+      // A font's own record does not count against its name; the record at the same place of the
+      // other list does.
+      {nullptr, {u"Deco"}, 0, kDeco},
+      {kTaken, {u"Deco"}, 1, kDeco},
+      {kTaken, {u"Bar"}, 0, kDeco},
+      {nullptr, {u"Bar", u"Gone"}, 0, kBar},
+      {kTaken, {u"Bar"}, 1, kBar},
+      {kTaken, {u"Deco"}, 0, kBar},
+  };
+  Store({Deco(u"Deco"), Deco(u"L").Put(66, std::u16string(32, u'x')), Deco(u"VELA POP"),
+         Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
+         Bar(u"あいうえおかきくけこさしすせそた")});
+  const auto bury = [](Desk& desk) {
+    kestrel::FontStore& fonts = SessionFonts(desk);
+    std::memcpy(&fonts.DecoFonts[fonts.DecoFontNum], Deco(u"Gone").words.data(), 232);
+    std::memcpy(&fonts.BarFonts[fonts.BarFontNum], Bar(u"Gone").words.data(), 232);
+  };
+  for (const auto& [message, names, row, kind] : kCases) {
+    const Steps open =
+        row < 0 ? Steps(Click(kind.create)) : Steps{Select(kind.list, row), Click(kind.change)};
+    for (const std::u16string& name : names) {
+      SCOPED_TRACE(testing::PrintToString(name) + std::to_string(row));
+      Steps end = Click(IDOK);
+      if (message != nullptr) {
+        // The name goes before the numbers.
+        end = {Put(IDC_DECO_FONT_EXPAND_X, u"7"), end,
+               CloseMessage(message, MB_ICONEXCLAMATION, row < 0 ? Registers(kind) : Changes(kind)),
+               ExpectFocus(kind.name), Click(IDCANCEL)};
+      }
+      Cancel(kFontTab, {bury, open, Put(kind.name, name), end, ExpectTitle(kPage)});
+    }
+  }
 }
 
 }  // namespace

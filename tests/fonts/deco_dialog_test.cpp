@@ -1,243 +1,296 @@
-// The dialog of decorative fonts as a person uses it.
-#include "deco_walk.h"
+// The dialog of decorative fonts as a person uses it, over this printer's fonts and foreign ones.
+#include "font_fixture.h"
 #include "fonts/resident_fonts.h"
+#include "platform/desktop/drawing/gdi.h"
 
 namespace fonts {
 namespace {
 
-using DecoDialogTest = FontTest;
+constexpr int kResident = IDC_DECO_FONT_RESIDENT, kSize = IDC_DECO_FONT_SIZE,
+              kWidth = IDC_DECO_FONT_WIDTH, kHeight = IDC_DECO_FONT_HEIGHT,
+              kX = IDC_DECO_FONT_EXPAND_X, kY = IDC_DECO_FONT_EXPAND_Y, kMm = IDC_DECO_FONT_MM,
+              kInch = IDC_DECO_FONT_INCH, kDot = IDC_DECO_FONT_DOT,
+              kPlain = IDC_DECO_FONT_DECORATE_OFF, kDecorated = IDC_DECO_FONT_DECORATE_ON,
+              kSerialOn = IDC_DECO_FONT_SERIAL_ON, kSerialNo = IDC_DECO_FONT_SERIAL_OFF;
 
-constexpr char kFresh[] =
-    "0 5*9 0, (5/1..30) x (9/1..54), 1/1..6 x 1/1..6, 2 (0) 0 0 (0) (0) (0) {1}";
+// Sizes, width and height, magnifications; units and further radio buttons in the order of their
+// values; decoration.
+const Groups kControls = {{kSize},
+                          {kWidth, 1108},
+                          {kHeight, 1110},
+                          {kX, 1158},
+                          {kY, 1160},
+                          {kMm, kInch, kDot},
+                          {1136, 1137},
+                          {1011, 1009, 1010, 1012},
+                          {1014, 1013},
+                          {1016, 1015},
+                          {1018, 1017},
+                          {1019, 1025, 1026, 1020, 1027, 1028, 1022, 1023, 1024, 1021},
+                          {kPlain, kDecorated}};
+const Groups kRadios(kControls.begin() + 5, kControls.end() - 1);
+Step DecoLooks(std::string look) { return Looks(kControls, look); }
+constexpr char kFresh[] = "5*9 0 (5/1..30) (9/1..54) 1/1..6 1/1..6 2 (0) 0 0 (0) (0) (0) {1}";
 
-// What a resident font looks like when it is chosen.
-std::string Chosen(int row, const std::string& sizes, int width, int height, bool proportional,
-                   bool emphasis) {
-  const auto side = [](int dots) {
-    return "(" + std::to_string(dots) + "/1.." + std::to_string(6 * dots) + ")";
-  };
-  return std::to_string(row) + " " + sizes + " 0, " + side(width) + " x " + side(height) +
-         ", 1/1..6 x 1/1..6, 2 " + (proportional ? "0" : "(0)") + " 0 0 (0) " +
-         (emphasis ? "0" : "(0)") + " (0) {1}";
-}
-
-TEST_F(DecoDialogTest, EveryResidentFontOffersItsOwn) {
-  struct Font {
-    const char16_t* name;
-    const char* sizes;
-    bool proportional, emphasis;
-    int code, width, height;
-  };
-  const char kanji[] = "16*16 24*24 22*22";
-  std::vector<Font> fonts = {
-      {u"X20", "5*9", false, false, 1, 5, 9},
-      {u"X21", "17*17", true, false, 2, 17, 17},
-      {u"X22", "24*24", true, false, 256, 24, 24},
-      {u"X23", "48*48", true, false, 4, 48, 48},
-      {u"X24", "48*48", true, false, 4, 48, 48},
-      {u"OCR-A", "15*22", false, false, 8, 15, 22},
-      {u"OCR-B", "20*24", false, false, 32, 20, 24},
-      {u"POP", "80*133", true, false, 2048, 80, 133},
-      {u"漢字(横書)", kanji, false, true, 128, 16, 16},
-      {u"漢字(縦書)", kanji, false, true, 128, 16, 16},
-  };
-  for (int density : {203, 305}) {
-    if (density == 305) {
-      fonts[kOcrA] = {u"OCR-A", "22*33", false, false, 16, 22, 33};
-      fonts[kOcrB] = {u"OCR-B", "30*36", false, false, 64, 30, 36};
+TEST_F(FontTest, EveryResidentFontOffersItsOwn) {
+  constexpr char kKanji[] = "16*16 24*24 22*22";
+  using Text = const char*;
+  const std::tuple<int, int, const char16_t*, Text, Text, Text, int, int, int> kFonts[] = {
+      {203, 0, u"X20", "5*9", "(0)", "(0)", 1, 5, 9},
+      {203, 1, u"X21", "17*17", "0", "(0)", 2, 17, 17},
+      {203, 2, u"X22", "24*24", "0", "(0)", 256, 24, 24},
+      {203, 3, u"X23", "48*48", "0", "(0)", 4, 48, 48},
+      {203, 4, u"X24", "48*48", "0", "(0)", 4, 48, 48},
+      {203, 5, u"OCR-A", "15*22", "(0)", "(0)", 8, 15, 22},
+      {203, 6, u"OCR-B", "20*24", "(0)", "(0)", 32, 20, 24},
+      {203, 7, u"POP", "80*133", "0", "(0)", 2048, 80, 133},
+      {203, 8, u"漢字(横書)", kKanji, "(0)", "0", 128, 16, 16},
+      {203, 9, u"漢字(縦書)", kKanji, "(0)", "0", 128, 16, 16},
+      {305, 5, u"OCR-A", "22*33", "(0)", "(0)", 16, 22, 33},
+      {305, 6, u"OCR-B", "30*36", "(0)", "(0)", 64, 30, 36}};
+  for (const auto& [density, row, name, sizes, pitch, emphasis, code, width, height] : kFonts) {
+    std::string look = std::string(sizes) + " 0 ";
+    for (int dots : {width, height}) {
+      look += "(" + std::to_string(dots) + "/1.." + std::to_string(6 * dots) + ") ";
     }
+    look = look + "1/1..6 1/1..6 2 " + pitch + " 0 0 (0) " + emphasis + " (0) {1}";
     SetDensity(density);
-    ForgetFonts();
-    Steps steps;
-    Records expected;
-    for (int row = 0; const Font& font : fonts) {
-      const std::u16string name = u"My " + std::u16string(font.name);
-      steps += NewDeco(
-          name,
-          {Looks(kFresh), NumberingLooks(kSerialOff), ExpectText(IDC_DECO_FONT_NAME, u""),
-           Select(IDC_DECO_FONT_RESIDENT, kKanjiDown), Select(IDC_DECO_FONT_RESIDENT, font.name),
-           Looks(Chosen(row++, font.sizes, font.width, font.height, font.proportional,
-                        font.emphasis))});
-      expected.push_back(Deco(name, font.name, font.code, font.width, font.height));
-    }
-    EXPECT_EQ(Register(steps), expected);
+    Store({});
+    Gives({Deco(u"A", name, code, width, height)},
+          New(kDeco, u"A",
+              {ExpectSelected(kResident, 0), DecoLooks(kFresh), Looks(kDecoSerial, kSerialOff),
+               ExpectText(kDeco.name, u""), Select(kResident, 4), Select(kResident, name),
+               ExpectSelected(kResident, row), DecoLooks(look)}));
   }
 }
 
-// A cell times its magnifications, in the font's unit. A change of units goes from dots to inches
-// by way of tenths of a millimetre; a size that is computed anew converts at once.
-TEST_F(DecoDialogTest, MultipliesAndConvertsTheChosenCell) {
-  const auto kanji = [](const std::string& middle) { return "8 16*16 24*24 22*22 2, " + middle; };
-  const Steps across = {
-      Select(IDC_DECO_FONT_RESIDENT, kKanjiAcross),
-      Select(IDC_DECO_FONT_SIZE, 2),
-      Looks(kanji("(22/1..132) x (22/1..132), 1/1..6 x 1/1..6, 2 (0) 0 0 (0) 0 (0) {1}")),
-      Replace(IDC_DECO_FONT_EXPAND_X, u"2"),
-      Spin(IDC_DECO_FONT_EXPAND_Y_SPIN, 2),
-      Looks(kanji("(44/1..264) x (66/1..396), 2/1..6 x 3/1..6, 2 (0) 0 0 (0) 0 (0) {1}")),
-      Replace(IDC_DECO_FONT_EXPAND_X, u"6"),
-      Looks(kanji("(132/1..792) x (66/1..396), 6/1..6 x 3/1..6, 2 (0) 0 0 (0) (0) (0) {1}")),
-      Replace(IDC_DECO_FONT_EXPAND_X, u"5"),
-      Replace(IDC_DECO_FONT_EXPAND_Y, u"6"),
-      Looks(kanji("(110/1..660) x (132/1..792), 5/1..6 x 6/1..6, 2 (0) 0 0 (0) (0) (0) {1}")),
-      Replace(IDC_DECO_FONT_EXPAND_Y, u"5"),
-      Looks(kanji("(110/1..660) x (110/1..660), 5/1..6 x 5/1..6, 2 (0) 0 0 (0) 0 (0) {1}"))};
-  const Steps units = {
-      Select(IDC_DECO_FONT_RESIDENT, kX23),
-      Click(IDC_DECO_FONT_MM),
-      Looks("3 48*48 0, (6.0/1..360) x (6.0/1..360), 1/1..6 x 1/1..6, 0 0 0 0 (0) (0) (0) {1}"),
-      Click(IDC_DECO_FONT_DOT),
-      ExpectText(IDC_DECO_FONT_WIDTH, u"48"),
-      Click(IDC_DECO_FONT_MM)};
-  const Steps inches = {Select(IDC_DECO_FONT_RESIDENT, kX21), Click(IDC_DECO_FONT_INCH),
-                        ExpectText(IDC_DECO_FONT_WIDTH, u"0.083")};
-  EXPECT_EQ(Register({NewDeco(u"K", across), NewDeco(u"mm", units), NewDeco(u"inch", inches),
-                      NewDeco(u"inch2", {inches, Replace(IDC_DECO_FONT_EXPAND_Y, u"4"),
-                                         ExpectText(IDC_DECO_FONT_WIDTH, u"0.084"),
-                                         ExpectText(IDC_DECO_FONT_HEIGHT, u"0.335")})}),
-            (Records{Deco(u"K", u"漢字(横書)", 512, 110, 110).Put(202, {5, 5}),
-                     Deco(u"mm", u"X23", 4, 60, 60).Put(206, 0),
-                     Deco(u"inch", u"X21", 2, 83, 83).Put(206, 1),
-                     Deco(u"inch2", u"X21", 2, 84, 335).Put(204, {4, 1})}));
-}
-
-// At 6 an arrow stops, a typed number stays to be seen, whatever shows the font anew.
-TEST_F(DecoDialogTest, MagnificationsBeyondTheirRange) {
-  const struct {
-    int field;
-    const char16_t *wrong, *message;
-  } kCases[] = {{IDC_DECO_FONT_EXPAND_X, u"7", u"幅倍率は 6 以下にして下さい。"},
-                {IDC_DECO_FONT_EXPAND_X, u"", u"幅倍率は 1 以上にして下さい。"},
-                {IDC_DECO_FONT_EXPAND_Y, u"70", u"高さ倍率は 6 以下にして下さい。"},
-                {IDC_DECO_FONT_EXPAND_Y, u"0", u"高さ倍率は 1 以上にして下さい。"}};
-  Steps steps = {Spin(IDC_DECO_FONT_EXPAND_X_SPIN, 9),
-                 ExpectText(IDC_DECO_FONT_EXPAND_X, u"6"),
-                 Replace(IDC_DECO_FONT_EXPAND_Y, u"70"),
-                 Click(IDC_DECO_FONT_MM),
-                 Select(IDC_DECO_FONT_SIZE, 0),
-                 Click(IDC_DECO_FONT_SERIAL_ON),
-                 ExpectText(IDC_DECO_FONT_EXPAND_Y, u"70"),
-                 Click(IDC_DECO_FONT_SERIAL_OFF),
-                 Replace(IDC_DECO_FONT_EXPAND_Y, u"1"),
-                 Replace(IDC_DECO_FONT_NAME, u"N")};
-  for (const auto& c : kCases) {
-    steps += {Replace(c.field, c.wrong),
-              Refused(std::u16string(u"フォントサイズ\n") + c.message, c.field, kRegisterTitle),
-              Replace(c.field, u"2x"), ExpectText(c.field, u"2")};
-  }
-  // What was checked is what is stored.
-  steps += {Click(IDC_DECO_FONT_DOT), Put(IDC_DECO_FONT_EXPAND_X, u"3-1")};
-  EXPECT_EQ(Register(NewDeco(u"N", steps)), Records{Deco(u"N").Put(198, {15, 18, 3, 2})});
-}
-
-TEST_F(DecoDialogTest, DecorationAndSerialNumberingAreNeverBothOff) {
-  const auto look = [](const char* decoration) {
-    return Looks(std::string(kFresh, sizeof kFresh - 4) + decoration);
+// A cell times its magnifications, in the font's unit and at the printer's own density. A change of
+// units goes from dots to inches by way of tenths of a millimetre; a size computed anew does not.
+TEST_F(FontTest, MultipliesAndConvertsTheChosenCell) {
+  const auto kanji = [](const std::string& look) {
+    return DecoLooks("16*16 24*24 22*22 2 " + look + " (0) {1}");
   };
-  const auto refuses = [](int id) { return [=](Desk& desk) { EXPECT_FALSE(desk.Click(id)); }; };
-  constexpr char kUndecorated[] =
-      "0 (5*9 0), (5/1..30) x (9/1..54), (1/1..6) x (1/1..6), (2) (0) (0) (0) (0) (0) (0) 0";
-  constexpr char kNumbers[] = "0 1/1..9999 1/-9999..9999 1/1..99 0/0..99";
-  EXPECT_EQ(
-      Register(NewDeco(
-          u"S",
-          {Click(IDC_DECO_FONT_SERIAL_ON), look("1"), NumberingLooks(std::string("1 ") + kNumbers),
-           Click(IDC_DECO_FONT_DECORATE_OFF), Looks(kUndecorated),
-           NumberingLooks(std::string("{1} ") + kNumbers), refuses(IDC_DECO_FONT_SERIAL_OFF),
-           Click(IDC_DECO_FONT_DECORATE_ON), Click(IDC_DECO_FONT_SERIAL_OFF), look("{1}"),
-           NumberingLooks(kSerialOff), refuses(IDC_DECO_FONT_DECORATE_OFF),
-           Replace(IDC_DECO_FONT_NAME, u"S"), SerialWalk(kDecoSerial, kRegisterTitle),
-           Click(IDC_DECO_FONT_HEXADECIMAL), Click(IDC_DECO_FONT_DECORATE_OFF)})),
-      Records{Deco(u"S").Put(194, 0).Put(220, {1, 1, 5, 0, 12, 8})});
-}
-
-TEST_F(DecoDialogTest, ReadsEveryRadioButton) {
-  const std::vector<int> groups[] = {kUnits,      kPitches,  kRotations, kReversals,
-                                     kSmoothings, kEmphases, kOutlines};
-  for (int pass = 0; pass < 10; ++pass) {
-    SCOPED_TRACE(pass);
-    // A font that offers everything: one without cells, as other printers have.
-    Store({Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7})});
-    Steps steps;
-    const auto value = [pass](const std::vector<int>& group) {
-      return pass % static_cast<int>(group.size());
-    };
-    for (const auto& group : groups) {
-      steps += {Click(group[static_cast<size_t>(value(group))]),
-                [&](Desk& desk) { EXPECT_EQ(Radios(desk, group), std::to_string(value(group))); }};
-    }
-    const Records changed = Register(ChangeDeco(steps));
-    Record expected = changed.at(0);
-    expected.Put(206, {value(kUnits), 1 + value(kPitches), 90 * value(kRotations),
-                       value(kReversals), value(kSmoothings), value(kEmphases), value(kOutlines)});
-    EXPECT_EQ(changed, Records{expected});
-    // What was stored is what is shown.
-    EXPECT_EQ(Register(ChangeDeco()), Records{expected});
+  const Steps across = {Select(kResident, 8),
+                        Select(kSize, 2),
+                        kanji("(22/1..132) (22/1..132) 1/1..6 1/1..6 2 (0) 0 0 (0) 0"),
+                        Replace(kX, u"2"),
+                        Spin(1160, 2),
+                        kanji("(44/1..264) (66/1..396) 2/1..6 3/1..6 2 (0) 0 0 (0) 0"),
+                        Replace(kX, u"6"),
+                        kanji("(132/1..792) (66/1..396) 6/1..6 3/1..6 2 (0) 0 0 (0) (0)")};
+  const Steps inches = {Select(kResident, 1), Click(kInch)};
+  Store({});
+  Gives(
+      {Deco(u"K", u"漢字(横書)", 512, 132, 66).Put(202, {6, 3}),
+       Deco(u"mm", u"X23", 4, 60, 60).Put(206, {0}), Deco(u"inch", u"X21", 2, 83, 83).Put(206, {1}),
+       Deco(u"inch2", u"X21", 2, 84, 335).Put(204, {4, 1})},
+      {New(kDeco, u"K", across),
+       New(kDeco, u"mm",
+           {Select(kResident, 3), Click(kMm), ExpectText(kWidth, u"6.0"), Click(kDot),
+            ExpectText(kWidth, u"48"), Click(kMm)}),
+       New(kDeco, u"inch", inches), New(kDeco, u"inch2", {inches, Replace(kY, u"4")})});
+  // Any density but 305 has the fonts of 203.
+  for (const auto& [density, width, height] : {std::array{600, 6, 9}, {204, 19, 27}, {0, 15, 22}}) {
+    SetDensity(density);
+    Store({});
+    Gives({Deco(u"A", u"OCR-A", 8, width, height).Put(206, {0})},
+          New(kDeco, u"A", {Select(kResident, 5), Click(kMm)}));
   }
 }
 
-// Another resident font takes back the decoration, not the serial numbering and the name.
-TEST_F(DecoDialogTest, AnotherResidentFontStartsAnew) {
-  Store({Deco(u"A name of some length", u"X21", 2, 252, 84)
-             .Put(202, {3, 1, 1, 2, 90, 1, 0, 0, 0, 1, 1, 5})});
-  EXPECT_EQ(
-      Register(ChangeDeco(
-          {Looks("1 17*17 0, (0.251/1..1506) x (0.084/1..504), 3/1..6 x 1/1..6, 1 1 1 1 (0) (0) "
-                 "(0) 1"),
-           Click(IDC_DECO_FONT_DECORATE_OFF), Replace(IDC_DECO_FONT_NAME, u"A"),
-           Select(IDC_DECO_FONT_RESIDENT, kX22), ExpectText(IDC_DECO_FONT_NAME, u"A"),
-           Looks("2 24*24 0, (24/1..144) x (24/1..144), 1/1..6 x 1/1..6, 2 0 0 0 (0) (0) (0) 1")})),
-      Records{Deco(u"A", u"X22", 256, 24, 24).Put(220, {1, 1, 5})});
+TEST_F(FontTest, DecorationAndSerialNumberingAreNeverBothOff) {
+  const auto refuses = [](int id) { return [=](Desk& desk) { EXPECT_FALSE(desk.Click(id)); }; };
+  const auto numbers = [](const std::string& off) {
+    return Looks(kDecoSerial, off + " 0 1/1..9999 1/-9999..9999 1/1..99 0/0..99");
+  };
+  Store({});
+  Gives(
+      {Deco(u"S").Put(194, {0}).Put(220, {1, 1, 5, 0, 12, 8})},
+      New(kDeco, u"S",
+          {Click(kSerialOn), numbers("1"), Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
+           DecoLooks("(5*9 0) (5/1..30) (9/1..54) (1/1..6) (1/1..6) (2) (0) (0) (0) (0) (0) (0) 0"),
+           numbers("{1}"), refuses(kSerialNo), Click(kDecorated), Click(kSerialNo),
+           DecoLooks(kFresh), Looks(kDecoSerial, kSerialOff), refuses(kPlain),
+           Replace(kDeco.name, u"S"), SerialWalk(kDecoSerial, Registers(kDeco)),
+           Click(IDC_DECO_FONT_HEXADECIMAL), Click(kPlain)}));
 }
 
-// The name goes before the numbers.
-TEST_F(DecoDialogTest, NamesAreRefusedWithTheirMessage) {
-  Store({Deco(u"Deco"), Bar(u"Bar")});
-  EXPECT_EQ(Register(NewDeco(kFullName, {Replace(IDC_DECO_FONT_EXPAND_X, u"7"),
-                                         NameWalk(IDC_DECO_FONT_NAME, kRegisterTitle),
-                                         Replace(IDC_DECO_FONT_EXPAND_X, u"1")})),
-            (Records{Deco(u"Deco"), Deco(kFullName), Bar(u"Bar")}));
+TEST_F(FontTest, ReadsEveryRadioButton) {
+  // A font that offers everything: one without cells, as other printers have.
+  const Record free =
+      Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7}).Put(220, {1});
+  Store({free});
+  Ok(kFontTab,
+     Change(
+         kDeco,
+         {Helps(2290, {1144, 1135, kDecorated, kPlain}), Click(kDecorated),
+          Helps(2296,
+                {kWidth, kHeight, kSize, kMm,  kInch, kDot, 1136, 1137, 1011, 1009, 1010, 1012,
+                 1013,   1014,    1015,  1016, 1017,  1018, 1019, 1025, 1026, 1020, 1027, 1028,
+                 1022,   1023,    1024,  1021, 1145,  1146, 1149, 1151, 1153, 1155}),
+          Helps(2421, {kSerialOn, kSerialNo}), Click(kMm), Focus(kHeight),
+          ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
+          Select(kResident, 0), Helps(2294, {kX, kY}),
+          ExpectText(IDC_HELP_TEXT, u"文字高さの倍率を設定します。(範囲は、1から6です。）")}));
+  for (int pass = 0; pass < 10; ++pass) {
+    Steps clicks;
+    std::vector<int> values;
+    std::string look;
+    for (const auto& group : kRadios) {
+      values.push_back(pass % static_cast<int>(group.size()));
+      clicks += Click(group[static_cast<size_t>(values.back())]);
+      look += std::to_string(values.back()) + " ";
+    }
+    look.pop_back();
+    Store({free});
+    Ok(kFontTab, Change(kDeco, {clicks, Looks(kRadios, look)}));
+    const Records changed = Stored();
+    Record expected = changed.at(0);
+    expected.Put(206, {values[0], values[1] + 1, 90 * values[2]});
+    std::copy_n(&values[3], 4, &expected.words[106]);
+    EXPECT_EQ(changed, Records{expected}) << pass;
+    Gives(changed, Change(kDeco));
+  }
 }
 
 // What a row and the magnifications allow; no printer has every one of these rows.
 TEST(FontOffers, FollowRowAndMagnifications) {
-  for (int x = 1; x <= 6; ++x) {
-    for (int y = 1; y <= 6; ++y) {
-      kestrel::DecoFontInfo font = {};
-      font.ExpandX = static_cast<int16_t>(x);
-      font.ExpandY = static_cast<int16_t>(y);
-      for (int capability : {0, 1, 3, 5}) {
-        kestrel::DecoFontInfo row = {};
-        row.Smoothing = row.Bold = static_cast<uint16_t>(capability);
-        const kestrel::FontOffers offers = kestrel::OffersOf(row, font);
-        EXPECT_EQ(offers.smoothing, capability == 1 || (capability == 3 && x >= 3 && y >= 3));
-        EXPECT_EQ(offers.emphasis, capability == 5 && x <= 5 && y <= 5);
-      }
-    }
+  for (int i = 0; i < 6 * 36; ++i) {
+    const int capability = i / 36, x = 1 + i % 6, y = 1 + i / 6 % 6;
+    kestrel::DecoFontInfo font = {}, row = {};
+    font.ExpandX = static_cast<int16_t>(x);
+    font.ExpandY = static_cast<int16_t>(y);
+    row.Smoothing = row.Bold = static_cast<uint16_t>(capability);
+    const kestrel::FontOffers offers = kestrel::OffersOf(row, font);
+    EXPECT_EQ(offers.smoothing, capability == 1 || (capability == 3 && x >= 3 && y >= 3));
+    EXPECT_EQ(offers.emphasis, capability == 5 && x <= 5 && y <= 5);
   }
 }
 
-TEST_F(DecoDialogTest, HelpFollowsTheControlInUse) {
-  const std::pair<int, UINT> kHelp[] = {
-      {1144, 2290}, {1135, 2291}, {1003, 2293}, {1002, 2292}, {1107, 2296}, {1109, 2297},
-      {1139, 2298}, {1141, 2299}, {1142, 2300}, {1143, 2301}, {1136, 2302}, {1137, 2303},
-      {1011, 2304}, {1009, 2305}, {1010, 2306}, {1012, 2307}, {1013, 2308}, {1014, 2309},
-      {1015, 2310}, {1016, 2311}, {1017, 2312}, {1018, 2313}, {1019, 2314}, {1025, 2315},
-      {1026, 2316}, {1020, 2317}, {1027, 2318}, {1028, 2319}, {1022, 2320}, {1023, 2321},
-      {1024, 2322}, {1021, 2323}, {1148, 2422}, {1147, 2421}, {1145, 2324}, {1146, 2325},
-      {1149, 2326}, {1151, 2327}, {1153, 2328}, {1155, 2329}};
-  Store({Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7}).Put(220, 1)});
-  Steps steps;
-  for (const auto& [id, text] : kHelp) steps += Helps(id, text);
-  const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, std::move(text)); };
-  Register(ChangeDeco({steps, Focus(IDC_DECO_FONT_WIDTH),
-                       help(u"文字の幅を設定します。（範囲は、27dotから550dotです。）"),
-                       Click(IDC_DECO_FONT_MM), Focus(IDC_DECO_FONT_HEIGHT),
-                       help(u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
-                       Select(IDC_DECO_FONT_RESIDENT, kX20), Focus(IDC_DECO_FONT_EXPAND_X),
-                       help(u"文字幅の倍率を設定します。(範囲は、1から6です。）"),
-                       Focus(IDC_DECO_FONT_EXPAND_Y),
-                       help(u"文字高さの倍率を設定します。(範囲は、1から6です。）")}));
+// A stored font is left as it is by Cancel, and changed by OK.
+TEST_F(FontTest, StoredFontsAreChanged) {
+  const auto refused = [](const std::vector<Wrong>& cases) {
+    return Refuses(Changes(kDeco), u"フォントサイズ\n", cases);
+  };
+  const auto selected = [](Desk& desk) {
+    EXPECT_EQ(SendDlgItemMessageW(desk.Top(), kWidth, EM_GETSEL, 0, 0), MAKELONG(0, 3));
+  };
+  const Steps unknown = ExpectSelected(kResident, -1);
+  const struct {
+    Record stored, expected;
+    Steps steps = {};
+  } kCases[] = {
+      // At 6 an arrow stops; a magnification beyond stays to be seen, whatever shows the font anew.
+      // What was checked is what is stored.
+      {Deco(u"N").Put(202, {9, 0}),
+       Deco(u"N").Put(198, {15, 18, 3, 2}),
+       {DecoLooks("5*9 0 (45/1..270) (1/1..1) 9/1..6 0/1..6 2 (0) 0 0 (0) (0) (0) {1}"),
+        Spin(1158, 9), ExpectText(kX, u"6"), Replace(kY, u"70"), Click(kMm), Select(kSize, 0),
+        Click(kSerialOn), ExpectText(kY, u"70"), Click(kSerialNo),
+        refused({{kX, u"7", u"幅倍率は 6 以下にして下さい。", u"2"},
+                 {kX, u"", u"幅倍率は 1 以上にして下さい。", u"2"},
+                 {kY, u"70", u"高さ倍率は 6 以下にして下さい。", u"2"},
+                 {kY, u"0", u"高さ倍率は 1 以上にして下さい。", u"2"}}),
+        Click(kDot), Put(kX, u"3-1")}},
+      // Another resident font takes back the decoration, not the serial numbering and the name.
+      {Deco(u"A name of some length", u"X21", 2, 252, 84)
+           .Put(202, {3, 1, 1, 2, 90, 1, 0, 0, 0, 1, 1, 5}),
+       Deco(u"A", u"X22", 256, 24, 24).Put(220, {1, 1, 5}),
+       {DecoLooks("17*17 0 (0.251/1..1506) (0.084/1..504) 3/1..6 1/1..6 1 1 1 1 (0) (0) (0) 1"),
+        Click(kPlain), Replace(kDeco.name, u"A"), Select(kResident, 2),
+        ExpectText(kDeco.name, u"A"),
+        DecoLooks("24*24 0 (24/1..144) (24/1..144) 1/1..6 1/1..6 2 0 0 0 (0) (0) (0) 1")}},
+      // A font without cells: width and height are free within bounds that the unit converts.
+      // Written
+      // anew when the focus comes, a text stays selected as Tab selects it.
+      {Deco(u"FREE", u"OUTLINE", 1024, 100, 200),
+       Deco(u"FREE", u"OUTLINE", 1024, 1500, 280).Put(206, {1}),
+       {DecoLooks(" 100/27..550 200/50..999 (1/1..6) (1/1..6) 2 (0) 0 0 (0) (0) 0 {1}"),
+        refused({{kWidth, u"26", u"幅は 27 dot 以上にして下さい。", u"30"},
+                 {kWidth, u"551", u"幅は 550 dot 以下にして下さい。", u"549"},
+                 {kHeight, u"49", u"高さは 50 dot 以上にして下さい。", u"999"}}),
+        Spin(1108, 2), ExpectText(kWidth, u"550"), Click(kMm),
+        DecoLooks(" 68.8/34..688 125.0/63..1250 (1/1..6) (1/1..6) 0 (0) 0 0 (0) (0) 0 {1}"),
+        refused({{kWidth, u"68.9", u"幅は 68.8 mm 以下にして下さい。", u"12.5"},
+                 {kHeight, u"125.1", u"高さは 125.0 mm 以下にして下さい。", u"7.0"}}),
+        Spin(1110, 1), ExpectText(kHeight, u"7.1"), Paste(kWidth, u"9"), Focus(kHeight),
+        ExpectText(kWidth, u"9.0"), Tab(true), selected, Click(kInch),
+        refused({{kWidth, u"0.132", u"幅は 0.133 inch 以上にして下さい。", u"1.500"}})}},
+      // What the printer's fonts do not explain stays until another font is chosen.
+      {Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}),
+       Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}), unknown},
+      {Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}),
+       Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}), unknown},
+      {Deco(u"A", u"NEW", 4096, 77, 88), Deco(u"A", u"NEW", 4096, 77, 88), unknown},
+      {Deco(u"A", u"NEW", 0, 77, 88), Deco(u"A", u"NEW", 0, 77, 88), unknown},
+      {Deco(u"A").Put(130, {0, 0, 0}), Deco(u"A").Put(130, {0, 0, 0}), unknown},
+      {Deco(u"A", u"NEW", 896, 77, 88),
+       Deco(u"A", u"X21", 2, 17, 17),
+       {unknown, Select(kResident, 1)}},
+      // A cell that the font lacks, none of three, both switches off, numbers, an unknown unit.
+      {Deco(u"A", u"X21", 512, 44, 44), Deco(u"A", u"X21", 2, 17, 17)},
+      {Deco(u"A", u"漢字(横書)", 4, 48, 48), Deco(u"A", u"漢字(横書)", 128, 16, 16)},
+      {Deco(u"A").Put(194, {0}), Deco(u"A")},
+      {Deco(u"A").Put(224, {0, 20000, 100, -1}), Deco(u"A").Put(224, {1, 9999, 99, 0})},
+      {Deco(u"A").Put(206, {9}), Deco(u"A")}};
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(&c - kCases);
+    Store({c.stored});
+    Gives({c.stored}, {Click(kDeco.change), Click(IDCANCEL)});
+    Gives({c.expected}, Change(kDeco, c.steps));
+  }
+  for (int filling : {0xFFFF, 0x7FFF, 0x8000, 0x0101}) {
+    Record garbage;
+    garbage.words.fill(static_cast<uint16_t>(filling));
+    Store({garbage.Put(64, {0})});
+    Gives({garbage},
+          {Click(kDeco.change), Click(kMm), Click(kInch), Click(kSerialOn), Click(IDCANCEL)});
+    Gives({Deco(u"A").Put(220, {1, 0, 5, 0, 12, 8})},
+          Change(kDeco, {Select(kResident, 0), Replace(kDeco.name, u"A"),
+                         SerialWalk(kDecoSerial, Changes(kDeco)), Click(IDC_DECO_FONT_DECIMAL)}));
+  }
+}
+
+// ---- the two characters that show pitch and size ----
+
+// Height and width of the font and the line that both stand on, and where each stands.
+Step Draws(std::array<LONG, 3> font, std::vector<LONG> places,
+           std::u16string face = u"ＭＳ ゴシック") {
+  return [=](Desk& desk) {
+    const auto view = desk.Control(IDC_DECO_FONT_PREVIEW);
+    ASSERT_EQ(view.drawing.size(), places.size());
+    for (size_t i = 0; i < places.size(); ++i) {
+      const auto& op = view.drawing[i];
+      EXPECT_EQ((std::array<LONG, 3>{op.fontHeight, op.fontWidth, op.at.y}), font);
+      EXPECT_EQ(std::tuple(op.kind, op.text, op.at.x, op.face, op.textColour, op.opaque),
+                std::tuple(platform::DrawOp::Kind::kText, i == 0 ? u"i" : u"j", places[i], face,
+                           RGB(255, 255, 0), i == 0));
+    }
+    const auto& [left, top, right, bottom] = view.drawing[0].rect;
+    EXPECT_EQ(std::tuple(view.drawing[0].background, right - left, bottom - top),
+              std::tuple(RGB(20, 20, 20), 123, 117));
+  };
+}
+
+// The box is 123 × 117 pixels; a character of a face is naturally half as wide as it is high, a
+// narrow one of a proportional font half of that.
+TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
+  const int objects = platform::LiveGdiObjects();
+  const Step fixed = Draws({48, 24, 34}, {37, 61});
+  Store({Deco(u"FREE", u"OUTLINE", 1024, 60, 60)});
+  Ok(kFontTab, {New(kDeco, u"A",
+                    {Draws({9, 2, 54}, {59, 61}), Select(kResident, 3), fixed, Click(1137),
+                     Draws({48, 24, 34}, {43, 67}, u"ＭＳ Ｐゴシック"), Click(1136), fixed,
+                     // A size in millimetres is drawn in dots.
+                     Click(kMm), Replace(kY, u"2"), Draws({96, 24, 10}, {37, 61}),
+                     // Higher, then wider than the box, and as narrow as can be.
+                     Select(kResident, 7), Draws({133, 39, 0}, {22, 61}), Replace(kX, u"6"),
+                     Draws({133, 238, 0}, {0}), Select(kResident, 0), Replace(kX, u""),
+                     Draws({9, 1, 54}, {60, 61}), Replace(kX, u"1")}),
+                Change(kDeco, {Draws({60, 30, 28}, {31, 61}), Replace(kHeight, u"100"),
+                               Draws({100, 30, 8}, {31, 61}), Spin(1108, 20),
+                               Draws({100, 40, 8}, {21, 61})})});
+  EXPECT_EQ(platform::LiveGdiObjects(), objects);
 }
 
 }  // namespace
