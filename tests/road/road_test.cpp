@@ -3,60 +3,94 @@
 
 #include "driver/text.h"
 #include "fonts/font_record.h"
+#include "host/record_json.h"
 #include "paper/paper_table.h"
 #include "resources/resource.h"
-#include "tests/road/road_fixture.h"
+#include "tests/support/bin_dir.h"
+#include "tests/support/open_sheet.h"
 
 namespace kestrel {
 namespace {
 
+using support::BytesOf;
 using support::Click;
 using support::CloseMessage;
 using support::GoTo;
+using support::kPrinter;
 using support::PressOk;
 using support::Replace;
 using support::Select;
 using support::Steps;
 
+constexpr char16_t kSecond[] = u"倉庫 2F";
 constexpr char16_t kBackup[] = u"C:\\BACKUP\\倉庫.ini";
 constexpr char16_t kSyncKey[] =
     u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\倉庫 2F\\PrinterDriverData";
 
+// A computer with two printers of the driver and the companion libraries in place.
+class Road : public support::SheetTest {
+ protected:
+  void SetUp() override {
+    SheetTest::SetUp();
+    machine().AddPrinter({.name = kSecond});
+    const std::u16string directory = machine().driverDirectory() + u"\\3\\";
+    machine().InstallModule(directory + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
+    machine().InstallModule(directory + u"QM610rBAR.DLL", support::Built("QM610rBAR.so"));
+    // What the spooler does with a new printer: tells the driver, then keeps its default record.
+    for (std::u16string name : {kPrinter, kSecond}) {
+      EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
+      SettingsRecord record = {};
+      LONG size = sizeof(record);
+      EXPECT_TRUE(exports_.DrvConvertDevMode(name.data(), nullptr, &record.Public, &size,
+                                             CDM_DRIVER_DEFAULT));
+      machine().SetDefaultRecord(name, BytesOf(record));
+    }
+  }
+
+  // The settings of a printer as an application gets them, with its own record when it has one.
+  SettingsRecord Resolve(std::u16string name, SettingsRecord* input = nullptr) {
+    const support::OpenedPrinter opened(name);
+    SettingsRecord record = {};
+    EXPECT_EQ(exports_.DrvDocumentProperties(nullptr, opened, name.data(), &record.Public,
+                                             input != nullptr ? &input->Public : nullptr,
+                                             input != nullptr ? DM_COPY | DM_MODIFY : DM_COPY),
+              IDOK);
+    return record;
+  }
+  std::vector<std::byte> Data(const char16_t* printer, const char16_t* value) {
+    return machine().Data(printer, value).value().bytes;
+  }
+};
+
 Steps ChangeEverything() {
-  return {
-      GoTo(support::kPaperTab),
-      Click(IDC_PAPER_REGISTER),
-      Replace(IDC_PAPER_REGISTER_NAME, u"棚札"),
-      Replace(IDC_PAPER_REGISTER_WIDTH, u"40.0"),
-      Replace(IDC_PAPER_REGISTER_LENGTH, u"30.0"),
-      Click(IDOK),
-      Select(IDC_PAPER_LIST, 1),
-      Click(IDC_PAPER_LANDSCAPE),
-      Replace(IDC_PAPER_VERT_BASE, u"-12"),
-      GoTo(support::kOperationTab),
-      Select(IDC_OPERATION_SPEED, 1),
-      Select(IDC_OPERATION_SENSOR, 1),
-      Click(IDC_OPERATION_COLOR_BLACK),
-      Click(IDC_OPERATION_SYNC_PRINT),
-      Click(IDC_OPERATION_COMPULSORY),
-      GoTo(support::kDeviceTab),
-      Select(IDC_DEVICE_MODE, 2),
-      GoTo(support::kFontTab),
-      Click(IDC_CREATE_FONT_DECO_NEW),
-      Replace(IDC_DECO_FONT_NAME, u"飾り"),
-      Select(IDC_DECO_FONT_RESIDENT, 8),
-      Replace(IDC_DECO_FONT_EXPAND_Y, u"3"),
-      Click(IDOK),
-      Click(IDC_CREATE_FONT_BAR_NEW),
-      Replace(IDC_BAR_FONT_NAME, u"品番QR"),
-      Select(IDC_BAR_FONT_KIND, 12),
-      Click(IDOK),
-      GoTo(support::kUtilityTab),
-      Replace(IDC_UTILITY_SAVE_NAME, kBackup),
-      Click(IDC_UTILITY_SAVE),
-      CloseMessage(u"データを保存しました。", MB_ICONASTERISK, u"ユーティリティ"),
-      PressOk(),
-  };
+  return {GoTo(support::kPaperTab),
+          Click(IDC_PAPER_REGISTER),
+          Replace(IDC_PAPER_REGISTER_NAME, u"棚札"),
+          Replace(IDC_PAPER_REGISTER_WIDTH, u"40.0"),
+          Click(IDOK),
+          Select(IDC_PAPER_LIST, 1),
+          Click(IDC_PAPER_LANDSCAPE),
+          Replace(IDC_PAPER_VERT_BASE, u"-12"),
+          GoTo(support::kOperationTab),
+          Select(IDC_OPERATION_SPEED, 1),
+          Click(IDC_OPERATION_SYNC_PRINT),
+          Click(IDC_OPERATION_COMPULSORY),
+          GoTo(support::kDeviceTab),
+          Select(IDC_DEVICE_MODE, 2),
+          GoTo(support::kFontTab),
+          Click(IDC_CREATE_FONT_DECO_NEW),
+          Replace(IDC_DECO_FONT_NAME, u"飾り"),
+          Select(IDC_DECO_FONT_RESIDENT, 8),
+          Click(IDOK),
+          Click(IDC_CREATE_FONT_BAR_NEW),
+          Replace(IDC_BAR_FONT_NAME, u"品番QR"),
+          Select(IDC_BAR_FONT_KIND, 12),
+          Click(IDOK),
+          GoTo(support::kUtilityTab),
+          Replace(IDC_UTILITY_SAVE_NAME, kBackup),
+          Click(IDC_UTILITY_SAVE),
+          CloseMessage(u"データを保存しました。", MB_ICONASTERISK, u"ユーティリティ"),
+          PressOk()};
 }
 
 Steps LoadBackup() {
@@ -69,75 +103,87 @@ Steps LoadBackup() {
           u"性があ\nります。\n重複していないことを確認してください。",
           MB_ICONEXCLAMATION, u"ユーティリティ"),
       CloseMessage(u"データを読込みました。", MB_ICONASTERISK, u"ユーティリティ"),
-      PressOk(),
-  };
+      PressOk()};
 }
 
 TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   machine().WriteFile(u"C:\\BACKUP\\readme.txt", "");
-  ShowUserDefault(support::kPrinter, ChangeEverything());
+  const auto kind = support::SheetKind::kUserDefault;
+  ASSERT_EQ(Show({.kind = kind}, ChangeEverything()).result, CPSUI_OK);
 
   // The owner's precedence holds against an application's private fields, not against its public
   // ones.
-  const SettingsRecord own = Resolve(support::kPrinter);
-  EXPECT_EQ(own.Private.PaperID, 258);
-  EXPECT_EQ(own.Private.nVertBase, -12);
-  EXPECT_EQ(own.Private.nCompulsory, 1);
+  const SettingsRecord own = Resolve(kPrinter);
   SettingsRecord wish = own;
   wish.Public.dmFields = DM_COPIES | DM_PAPERSIZE;
   wish.Public.dmCopies = 7;
   wish.Public.dmPaperSize = kFreePaperId;
   wish.Private.nPrintSpeed = 1;
-  const SettingsRecord merged = Resolve(support::kPrinter, &wish);
-  EXPECT_EQ(merged.Private.Copies, 7);
-  EXPECT_EQ(merged.Private.PaperID, kFreePaperId);
-  EXPECT_EQ(merged.Private.nPrintSpeed, 2);
+  const SettingsRecord merged = Resolve(kPrinter, &wish);
+  const auto facts = [](const PrivateDevMode& settings) {
+    return std::array{settings.PaperID, settings.nVertBase, settings.nCompulsory, settings.Copies,
+                      settings.nPrintSpeed};
+  };
+  EXPECT_EQ(facts(own.Private), (std::array<int16_t, 5>{258, -12, 1, 1, 2}));
+  EXPECT_EQ(facts(merged.Private), (std::array<int16_t, 5>{kFreePaperId, -12, 1, 7, 2}));
 
   // An application's document keeps the paper that its user picks.
-  const support::SheetAnswer picked =
+  const auto picked =
       Show({.input = &wish}, {GoTo(support::kPaperTab), Select(IDC_PAPER_LIST, 0), PressOk()});
-  EXPECT_EQ(picked.result, CPSUI_OK);
   EXPECT_EQ(picked.record.Public.dmPaperSize, 257);
   EXPECT_EQ(picked.record.Public.dmCopies, 7);
 
   const support::OpenedPrinter opened;
-  std::u16string name = support::kPrinter;
-  std::vector<POINT> sizes(3);
+  std::u16string name = kPrinter;
+  std::array<LONG, 6> sizes;
   EXPECT_EQ(
       exports_.DrvDeviceCapabilities(opened, name.data(), DC_PAPERSIZE, sizes.data(), nullptr), 3);
-  EXPECT_EQ(sizes[1].x, 400);
-  EXPECT_EQ(sizes[1].y, 300);
+  EXPECT_EQ(sizes, (std::array<LONG, 6>{580, 680, 400, 680, 580, 680}));
 
   // A backup makes the second printer the first.
-  ShowUserDefault(kSecond, LoadBackup());
+  ASSERT_EQ(Show({.kind = kind, .printer = kSecond}, LoadBackup()).result, CPSUI_OK);
   // The three words of a barcode block that have no name stay behind; the rest of each font
   // crosses.
-  std::vector<std::byte> fonts = Data(support::kPrinter, u"CreateFont Data");
+  std::vector<std::byte> fonts = Data(kPrinter, u"CreateFont Data");
   ASSERT_EQ(fonts.size(), 2 * sizeof(FontRecord));
   const size_t block = sizeof(FontRecord) + 66 + offsetof(BarFontInfo, BarcodeParam);
   std::fill_n(fonts.begin() + static_cast<std::ptrdiff_t>(block + 4), 6, std::byte{0});
   EXPECT_EQ(fonts, Data(kSecond, u"CreateFont Data"));
-  EXPECT_EQ(Data(support::kPrinter, u"CreateFont Number"), Data(kSecond, u"CreateFont Number"));
+  EXPECT_EQ(Data(kPrinter, u"CreateFont Number"), Data(kSecond, u"CreateFont Number"));
 
   // The printer's own mode and density stay; everything else is the same, byte for byte.
-  const std::vector<std::byte> first = Data(support::kPrinter, u"Private DevMode");
-  std::vector<std::byte> second = Data(kSecond, u"Private DevMode");
-  ASSERT_EQ(first.size(), size_t{kPrinterPartSize});
-  ASSERT_EQ(second.size(), size_t{kPrinterPartSize});
+  auto first = Data(kPrinter, u"Private DevMode"), second = Data(kSecond, u"Private DevMode");
   constexpr size_t kMode = offsetof(PrinterSettingsPart, Mecha);
-  EXPECT_EQ(first[kMode], std::byte{2});
-  EXPECT_EQ(second[kMode], std::byte{0});
-  second[kMode] = first[kMode];
+  EXPECT_EQ(std::exchange(first.at(kMode), std::byte{0}), std::byte{2});
   EXPECT_EQ(first, second);
 
-  SettingsRecord firstRecord = Resolve(support::kPrinter);
+  SettingsRecord firstRecord = Resolve(kPrinter);
   const SettingsRecord secondRecord = Resolve(kSecond);
   CopyText(firstRecord.Public.dmDeviceName, kSecond);
-  EXPECT_EQ(support::BytesOf(firstRecord), support::BytesOf(secondRecord));
+  EXPECT_EQ(BytesOf(firstRecord), BytesOf(secondRecord));
 
-  const auto sync = machine().Registry(kSyncKey, u"SyncPrint");
-  ASSERT_TRUE(sync);
-  EXPECT_EQ(sync->bytes, (std::vector<std::byte>{std::byte{1}, {}, {}, {}}));
+  EXPECT_EQ(machine().Registry(kSyncKey, u"SyncPrint").value().bytes, BytesOf(DWORD{1}));
+}
+
+// Every byte of a settings record that means something is told in JSON.
+TEST(RecordFields, AreAllInTheJson) {
+  const auto machine = platform::Machine::Create();
+  auto block = support::DefaultBlock();
+  // Names that fill their fields, so that each of their units shows.
+  std::fill_n(block.Record.Public.dmDeviceName, 32, u'n');
+  std::fill_n(block.Record.Public.dmFormName, 32, u'n');
+  std::fill_n(block.Record.Private.FreePaper.PaperName, kPaperNameLength, u'n');
+  const printhost::Record record = BytesOf(block.Record);
+  const printhost::Json before = printhost::RecordJson(record);
+  for (size_t at = 0; at < record.size(); ++at) {
+    if (at >= 68 && at < 72) continue;  // a record of another size is another record
+    // Three words of the free-size paper, one and four of the driver's own.
+    const bool reserved =
+        (at >= 374 && at < 380) || at == 404 || at == 405 || (at >= 440 && at < 448);
+    printhost::Record other = record;
+    other[at] ^= std::byte{1};
+    EXPECT_EQ(printhost::RecordJson(other) == before, reserved) << "byte " << at;
+  }
 }
 
 }  // namespace

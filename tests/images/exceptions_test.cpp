@@ -1,0 +1,54 @@
+// Neither the Windows image nor the native module lets an exception through.
+#include <gtest/gtest.h>
+
+#include "driver/handles.h"
+#include "platform/system/guard.h"
+#include "tests/support/bin_dir.h"
+#include "tests/support/test_machine.h"
+
+namespace {
+
+struct ThrowingUser : platform::User {
+  bool Act(platform::Desk&) override { throw std::runtime_error("a person's mistake"); }
+};
+
+LONG_PTR CALLBACK ThrowingHost(HANDLE, UINT, LPARAM, LPARAM) {
+  throw std::runtime_error("a host's mistake");
+}
+
+class Exceptions : public support::MachineTest {};
+
+TEST_F(Exceptions, AreToldOnceTheModuleHasReturned) {
+  const std::u16string path = machine_->driverDirectory() + u"\\3\\image.dll";
+  machine_->InstallModule(path, support::Built("../../windows/x64/QM610rDRV1.dll"));
+  const kestrel::Module image(LoadLibraryW(path.c_str()));
+  ASSERT_TRUE(image) << GetLastError();
+  support::Exports ofImage;
+  ASSERT_TRUE(ofImage.Find(image.get()));
+  const support::OpenedPrinter printer;
+  std::u16string name = support::kPrinter;
+  for (const auto* module : {&exports_, &ofImage}) {
+    ThrowingUser user;
+    desk().Attach(&user);
+    EXPECT_EQ(
+        module->DrvDocumentProperties(nullptr, printer, name.data(), nullptr, nullptr, DM_PROMPT),
+        LONG{CPSUI_CANCEL});
+    EXPECT_EQ(desk().ModalDepth(), 0);
+    desk().Attach(nullptr);
+    EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
+
+    DOCUMENTPROPERTYHEADER header = {sizeof(header), 0,       printer, name.data(),
+                                     nullptr,        nullptr, 0,       DM_PROMPT};
+    PROPSHEETUI_INFO info = {};
+    info.cbSize = sizeof(info);
+    info.Version = PROPSHEETUI_INFO_VERSION;
+    info.Flags = PSUIINFO_UNICODE;
+    info.lParamInit = reinterpret_cast<LPARAM>(&header);
+    info.pfnComPropSheet = platform::Guarded<ThrowingHost>::Call;
+    EXPECT_EQ(module->DrvDocumentPropertySheets(&info, info.lParamInit), -1);
+    EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
+    EXPECT_NO_THROW(platform::RethrowKept());
+  }
+}
+
+}  // namespace
