@@ -54,24 +54,21 @@ class Dll(unittest.TestCase):
     def test_headers(self):
         text = read(dll, "--file-headers")
         of_file, of_image = block(text, "Characteristics")
-        self.assertEqual(values(text, "Format"), ["COFF-x86-64" if X64 else "COFF-i386"])
-        self.assertEqual(values(text, "TimeDateStamp"), ["1970-01-01 00:00:00 (0x0)"])
+        flag = "IMAGE_DLL_CHARACTERISTICS_"
+        keys = ("Format", "TimeDateStamp", "Subsystem", "MajorSubsystemVersion", "MinorSubsystemVersion")
+        found = [values(text, key) for key in keys]
+        self.assertEqual(found, [["COFF-x86-64" if X64 else "COFF-i386"], ["1970-01-01 00:00:00 (0x0)"],
+                                 ["IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)"], ["5"], ["2" if X64 else "0"]])
         self.assertIn("IMAGE_FILE_DLL", of_file)
         self.assertNotIn("IMAGE_FILE_RELOCS_STRIPPED", of_file)
-        self.assertEqual(values(text, "Subsystem"), ["IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)"])
-        version = values(text, "MajorSubsystemVersion") + values(text, "MinorSubsystemVersion")
-        self.assertEqual(version, ["5", "2" if X64 else "0"])
-        flag = "IMAGE_DLL_CHARACTERISTICS_"
         self.assertLessEqual({flag + "DYNAMIC_BASE", flag + "NX_COMPAT"}, of_image)
         self.assertEqual(flag + "HIGH_ENTROPY_VA" in of_image, X64)
         self.assertNotIn("0x0", values(text, "AddressOfEntryPoint"))
 
     def test_sections(self):
         text = read(dll, "--sections")
-        self.assertEqual(len(block(text, "Characteristics")), len(values(text, "Name")))
-        for name, flags in zip(values(text, "Name"), block(text, "Characteristics")):
-            with self.subTest(name):
-                self.assertFalse({"IMAGE_SCN_MEM_WRITE", "IMAGE_SCN_MEM_EXECUTE"} <= flags)
+        for name, flags in zip(values(text, "Name"), block(text, "Characteristics"), strict=True):
+            self.assertFalse({"IMAGE_SCN_MEM_WRITE", "IMAGE_SCN_MEM_EXECUTE"} <= flags, name)
         # Tables of functions and texts hold addresses: without these the image could lie nowhere else.
         kind = "DIR64" if X64 else "HIGHLOW"
         self.assertGreater(values(read(dll, "--coff-basereloc"), "Type").count(kind), 100)
