@@ -17,12 +17,11 @@ std::u16string Numbers(std::initializer_list<LONG> numbers) {
 }
 
 // A box's drawings: the kind of each, what it is drawn with, and where. Dotted red lines are
-// markers, and can be asked for alone.
-Step ExpectDrawn(int box, std::u16string expected, bool linesAlone = false) {
+// markers.
+Step ExpectDrawn(int box, std::u16string expected) {
   return [=](Desk& desk) {
     std::u16string all;
     for (const DrawOp& op : desk.Control(box).drawing) {
-      if (linesAlone && op.kind != Kind::kLine) continue;
       const bool marker = op.pen == RGB(255, 0, 0) && op.penStyle == PS_DOT && op.penWidth == 1;
       const bool text = op.kind == Kind::kText && op.textColour == 0;
       all += all.empty() ? u"" : u", ";
@@ -35,12 +34,19 @@ Step ExpectDrawn(int box, std::u16string expected, bool linesAlone = false) {
     EXPECT_EQ(all, expected);
   };
 }
-Step ExpectMarkers(std::u16string expected) { return ExpectDrawn(kPicture, expected, true); }
 
 PaperInfo Label(int width, int length, int gap, int left, int printableWidth) {
   return Paper(u"", {0, 3, width, length, gap, 30, kMillimetre, left, 0, printableWidth, length});
 }
+// 60 × 120 pixels, with bars at both sides.
 const PaperInfo kNarrow = Label(240, 480, 30, 0, 240);
+Step ExpectNarrow(std::u16string markers = u"") {
+  return ExpectDrawn(kPicture,
+                     u"160 0 0 120 189, white 30 98 90 218, black 0 98 30 106, black 90 98 120 "
+                     u"106, 155 45 143 75 173, "
+                     u"white 30 0 90 90, 155 45 15 75 45" +
+                         markers);
+}
 
 DriverSettingsBlock Chosen(const PaperInfo& paper, uint16_t mode = 0, int16_t sensor = 0) {
   DriverSettingsBlock block = DefaultBlock();
@@ -55,48 +61,42 @@ using Preview = PaperTest;
 
 // The page's box is 120 × 189 pixels.
 TEST_F(Preview, ThePageShowsTheStripOfEachPaper) {
-  const std::pair<PaperInfo, std::u16string> cases[] = {
-      // 60 × 120, with bars at both sides.
-      {kNarrow,
-       u", white 30 98 90 218, black 0 98 30 106, black 90 98 120 106, 155 45 143 75 173, "
-       u"white 30 0 90 90, 155 45 15 75 45"},
-      // Nothing printable across; no size at all.
-      {Label(480, 480, 30, 0, 0), u", white 0 98 120 218, white 0 0 120 90"},
-      {Label(0, 0, 30, 0, 0), u""}};
-  for (const auto& [paper, drawn] : cases) {
+  const auto show = [this](const PaperInfo& paper, Steps steps) {
     Keep(Chosen(paper));
-    Cancel(kPaperTab, ExpectDrawn(kPicture, u"160 0 0 120 189" + drawn));
-  }
+    Cancel(kPaperTab, steps);
+  };
+  show(kNarrow, ExpectNarrow());
+  // Nothing printable across; no size at all.
+  show(Label(480, 480, 30, 0, 0),
+       ExpectDrawn(kPicture, u"160 0 0 120 189, white 0 98 120 218, white 0 0 120 90"));
+  show(Label(0, 0, 30, 0, 0), {Click(kPageWholeLabel), ExpectDrawn(kPicture, u"160 0 0 120 189")});
   // A square of 120 pixels.
   const auto shows = [](std::u16string turned) {
     return ExpectDrawn(kPicture, u"160 0 0 120 189, white 0 98 120 218, " + turned +
                                      u" 35 133 85 183, white 0 0 120 90, " + turned +
                                      u" 35 5 85 55");
   };
-  Keep(Chosen(Label(480, 480, 30, 40, 400)));
-  Cancel(kPaperTab,
-         {shows(u"155"), Click(kLandscape), shows(u"156"), Click(kFlip), shows(u"158"),
-          Click(kPortrait), shows(u"157"), GoTo(kVersionTab), GoTo(kPaperTab), shows(u"157")});
+  show(Label(480, 480, 30, 40, 400),
+       {shows(u"155"), Click(kLandscape), shows(u"156"), Click(kFlip), shows(u"158"),
+        Click(kPortrait), shows(u"157"), GoTo(kVersionTab), GoTo(kPaperTab), shows(u"157")});
 }
 
 TEST_F(Preview, MarkersShowTheTypedOffsets) {
   Keep(Chosen(kNarrow));  // a quarter pixel a dot
   Cancel(kPaperTab,
-         {Paste(kVert, u"20"), Paste(kHorz, u"40"), Paste(kTear, u"80"), ExpectMarkers(u""),
-          Click(kPageWholeLabel),
-          ExpectMarkers(u"marker 40 103 120 103, marker 40 103 40 189, marker 0 98 120 98, "
-                        u"marker 0 114 120 114"),
-          Click(kLandscape), ExpectMarkers(u""), Paste(kVert, u"-22"), Paste(kHorz, u"-300"),
+         {Paste(kVert, u"20"), Paste(kHorz, u"40"), Paste(kTear, u"80"), Focus(kList),
+          ExpectNarrow(), Click(kPageWholeLabel),
+          ExpectNarrow(u", marker 40 103 120 103, marker 40 103 40 189, marker 0 98 120 98, "
+                       u"marker 0 114 120 114"),
+          Click(kPortrait), ExpectNarrow(), Paste(kVert, u"-22"), Paste(kHorz, u"-300"),
           Paste(kTear, u"-2"), Paste(kPitch, u"-6"), Click(kPageWholeLabel),
           // Half pixels go up, below zero too; the left edge holds the base point.
-          ExpectMarkers(u"marker 0 93 120 93, marker 0 93 0 189, marker 0 97 120 97, "
-                        u"marker 0 94 120 94")});
+          ExpectNarrow(u", marker 0 93 120 93, marker 0 93 0 189, marker 0 97 120 97, "
+                       u"marker 0 94 120 94")});
   Keep(Chosen(kNarrow, 2, 1));  // peel mode, gap sensor
   Cancel(kPaperTab, {Paste(kPeel, u"-40"), Click(kPageWholeLabel),
-                     ExpectMarkers(u"marker 30 98 120 98, marker 30 98 30 189, "
-                                   u"marker 0 90 120 90, marker 0 84 120 84")});
-  Keep(Chosen(Label(0, 0, 0, 0, 0)));
-  Cancel(kPaperTab, {Click(kPageWholeLabel), ExpectMarkers(u"")});
+                     ExpectNarrow(u", marker 30 98 120 98, marker 30 98 30 189, "
+                                  u"marker 0 90 120 90, marker 0 84 120 84")});
 }
 
 TEST_F(Preview, FieldsShowTheirSketchWhileTheyHaveTheFocus) {

@@ -1,0 +1,303 @@
+// The operation page and the device page, with libraries of all sorts behind them.
+#include "driver/default_settings.h"
+#include "driver/halftone_info.h"
+#include "operation/device_settings.h"
+#include "operation/halftone_ui.h"
+#include "paper/fields/option_table.h"
+#include "resources/resource.h"
+#include "tests/support/bin_dir.h"
+#include "tests/support/open_sheet.h"
+
+namespace kestrel {
+namespace {
+
+using namespace support;
+
+const std::u16string kPrinters = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
+const std::u16string kKey = kPrinters + u"Label Printer\\PrinterDriverData";
+
+template <typename Proc>
+FARPROC AnyEntry(Proc* proc) {
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(proc));
+}
+
+constexpr DWORD kAbsent = 0xFFFFFFFF;
+
+class OperationPage : public SheetTest {
+ protected:
+  PrivateDevMode Leave(Steps steps) { return Ok(kOperationTab, std::move(steps)).record.Private; }
+  DWORD SyncPrint() {
+    const auto data = machine().Registry(kKey, u"SyncPrint");
+    return data && data->type == REG_DWORD ? At<DWORD>(data->bytes.data(), 0) : kAbsent;
+  }
+  void SetSyncPrint(DWORD value) {
+    machine().SetRegistry(kKey, u"SyncPrint", {REG_DWORD, BytesOf(value)});
+  }
+};
+
+Step SyncPrintShown(bool checked) { return ExpectChecked({IDC_OPERATION_SYNC_PRINT}, checked); }
+
+TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
+  constexpr DWORD kCases[][5] = {
+      // the value, whether the key is readable and writable, whether it is shown, what is left
+      {kAbsent, 1, 1, 0, 0},       {5, 1, 1, 1, 1}, {0x10000, 1, 1, 1, 1}, {5, 1, 0, 1, 5},
+      {kAbsent, 1, 0, 0, kAbsent}, {1, 0, 1, 0, 1},  // nor opened for writing
+  };
+  DriverSettingsBlock block = DefaultBlock();
+  block.Record.Private.nTSMode = 1;  // what the record holds does not count
+  Keep(block);
+  for (const auto& [value, readable, writable, checked, after] : kCases) {
+    SCOPED_TRACE(value);
+    machine().RemoveRegistryKey(kKey);
+    if (value != kAbsent) SetSyncPrint(value);
+    machine().SetRegistryAccess(readable, writable);
+    EXPECT_EQ(Leave(SyncPrintShown(checked)).nTSMode, static_cast<int16_t>(checked));
+    machine().SetRegistryAccess(true, true);
+    EXPECT_EQ(SyncPrint(), after);
+  }
+  machine().SetRegistry(kKey, u"SyncPrint", {REG_SZ, BytesOf(u"1")});
+  machine().SetRegistry(kKey, u"Other", {REG_DWORD, BytesOf(DWORD{7})});
+  // Written when the page is left, read when it is entered again.
+  const auto written = [&](Desk&) {
+    EXPECT_EQ(SyncPrint(), 1u);
+    SetSyncPrint(0);
+  };
+  Leave({SyncPrintShown(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab), written,
+         GoTo(kOperationTab), SyncPrintShown(false)});
+  EXPECT_EQ(SyncPrint(), 0u);
+  EXPECT_TRUE(machine().Registry(kKey, u"Other"));
+  machine().SetAdministrator(false);
+  Leave({ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, false),
+         ExpectEnabled({IDC_OPERATION_COMPULSORY})});
+  // The name of a printer connection holds what separates keys.
+  WriteSyncPrint(u"\\\\server\\printer", true);
+  EXPECT_TRUE(machine().Registry(kPrinters + u",,server,printer\\PrinterDriverData", u"SyncPrint"));
+  EXPECT_EQ(ReadSyncPrint(u"\\\\server\\printer"), 1u);
+}
+
+// Stored are the choices of the lists and switches, and what stands for absent controls.
+TEST_F(OperationPage, ShowsAndStoresItsFields) {
+  constexpr int16_t kSpeeds[] = {1, 2, 255, 99}, kSensors[] = {0, 1, 255, -1};  // the last unknown
+  constexpr int16_t kMoveModes[] = {1, 0, 7, 1};
+  DriverSettingsBlock block = DefaultBlock();
+  PrivateDevMode& settings = block.Record.Private;
+  for (int16_t row = 0; row < 4; ++row) {
+    const int shown = row % 3, other = (row + 1) % 3;
+    const bool on = row % 2 == 1;
+    block.Printer.Mecha = static_cast<uint16_t>(row);
+    settings.nPrintSpeed = kSpeeds[row];
+    settings.nSensor = kSensors[row];
+    settings.nColorText = settings.nCompulsory = on;
+    settings.nMoveMode = kFollowPrinter;
+    settings.Dither = 0;
+    Keep(block);
+    settings.nPrintSpeed = kSpeeds[other];
+    settings.nSensor = kSensors[other];
+    settings.nColorText = settings.nCompulsory = !on;
+    settings.nMoveMode = kMoveModes[row];
+    settings.Dither = 3;
+    const PrivateDevMode left = Leave(
+        {ExpectSelected(IDC_OPERATION_SPEED, shown), ExpectSelected(IDC_OPERATION_SENSOR, shown),
+         ExpectChecked({IDC_OPERATION_COLOR_SHADED, IDC_OPERATION_COMPULSORY}, on),
+         ExpectChecked({IDC_OPERATION_COLOR_BLACK}, !on), Select(IDC_OPERATION_SPEED, other),
+         Select(IDC_OPERATION_SENSOR, other),
+         Click(on ? IDC_OPERATION_COLOR_BLACK : IDC_OPERATION_COLOR_SHADED),
+         Click(IDC_OPERATION_COMPULSORY)});
+    EXPECT_EQ(memcmp(&left, &settings, sizeof left), 0) << row;
+  }
+  // A page that is never entered stores nothing.
+  machine().RemoveRegistryKey(kKey);
+  settings.nMoveMode = kFollowPrinter;
+  Keep(block);
+  EXPECT_EQ(Ok(kVersionTab).record.Private.nMoveMode, kFollowPrinter);
+  EXPECT_EQ(SyncPrint(), kAbsent);
+}
+
+// What the adjustment functions are handed, and what they answer.
+using Numbers = std::vector<int>;
+Numbers handed;
+LONG adjusted;
+
+LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORADJUSTMENT* values,
+                      BOOL monochrome, BOOL permission) {
+  EXPECT_TRUE(title == std::u16string(kPrinter) && !picture && !pictureTitle && monochrome);
+  handed = {permission, values->caSize, std::exchange(values->caContrast, 17)};
+  return adjusted;
+}
+LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
+  EXPECT_TRUE(title == std::u16string(kPrinter) && data->DeviceFlags == 0);
+  DEVHTINFO* own = data->pAdjHTInfo;
+  for (const DWORD number : {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
+                             own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0}) {
+    handed.push_back(static_cast<int>(number));
+  }
+  return adjusted;
+}
+
+TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
+  machine().RegisterModule(u"htui.dll", {{"HTUI_ColorAdjustmentW", AnyEntry(FakeColor)},
+                                         {"HTUI_DeviceColorAdjustmentW", AnyEntry(FakeDevice)}});
+  DEVHTINFO own = DefaultHalftoneInfo();
+  const auto factory = static_cast<int>(std::exchange(own.HTPatternSize, 5));
+  DriverSettingsBlock block = DefaultBlock();
+  SetHalftoneInfo(block, own);
+  block.Record.Private.ColorAdjust.caContrast = 3;
+  block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
+  constexpr int kCases[][4] = {                 // density, answer, resolution, permission
+                               {203, 1, 203, 1},
+                               {305, 1, 305, 1},
+                               {300, 0, 203, 1},
+                               {203, -3, 203, 1},
+                               {203, 1, 203, 0}};
+  for (const auto& [density, answer, dpi, permission] : kCases) {
+    DriverSettingsBlock other = block;
+    other.Printer.HeadDensity = static_cast<uint16_t>(density);
+    adjusted = answer;
+    EXPECT_EQ(AdjustColor(other, kPrinter, permission), answer);
+    EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), answer);
+    EXPECT_EQ(handed,
+              (Numbers{permission, 24, 3, dpi, dpi, permission ? factory : 5, permission ? 5 : 0}));
+    EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, answer >= 1 ? 17 : 3);
+    EXPECT_EQ(HalftoneInfo(other).HTPatternSize, answer >= 1 && permission ? 6u : 5u);
+  }
+  // Either marks the sheet changed.
+  Keep(block);
+  for (const int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
+    Leave({ExpectChanged(false), Click(button), ExpectChanged(true)});
+  }
+  EXPECT_EQ(handed, (Numbers{1, 24, 3, 203, 203, factory, 5}));
+  block.Printer = KeptPrinterPart(machine());
+  EXPECT_EQ(HalftoneInfo(block).HTPatternSize, 6u);
+  // A document has no halftone of its own.
+  Show({}, {GoTo(kOperationTab),
+            [](Desk& desk) {
+              const RECT hidden = desk.Control(IDC_OPERATION_HALFTONE).rect;
+              EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
+            },
+            PressOk()});
+}
+
+TEST_F(OperationPage, ToleratesAMissingHalftoneLibrary) {
+  machine().RegisterModule(u"htui.dll", {});
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),
+         [&](Desk&) { machine().faults.FailNth(platform::Fault::kModule, 1); },
+         Click(IDC_OPERATION_COLOR_ADJUST)});
+  // A file of that name where programs look first is not taken for the system's.
+  machine().UnregisterModule(u"htui.dll");
+  machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), [](Desk& desk) { EXPECT_EQ(desk.ModalDepth(), 2); },
+         Escape()});
+}
+
+// ---- the device page ----
+
+constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";
+constexpr char16_t kDevice[] = u"デバイスの設定";
+
+std::string reply;
+DWORD result;
+
+template <BYTE kFilling, DWORD kSize>
+DWORD WINAPI Answer(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWORD* status) {
+  EXPECT_TRUE(name == std::u16string(kPrinter) && outSize == kSize && *size == kSize && status);
+  EXPECT_EQ(std::string(out, out + outSize), std::string(outSize, char(kFilling)));
+  EXPECT_EQ(platform::Machine::Current().desk().Cursor(), LoadCursorW(nullptr, IDC_WAIT));
+  reply.copy(reinterpret_cast<char*>(out), outSize);
+  return result;
+}
+
+// A warning of two texts, told by its beginning and its end.
+Step Warned(std::u16string begins, std::u16string ends) {
+  return [=](Desk& desk) {
+    const std::u16string text = desk.MessageText();
+    EXPECT_TRUE(text.starts_with(begins) && text.ends_with(ends)) << testing::PrintToString(text);
+    CloseMessage(text, MB_ICONEXCLAMATION, kDevice)(desk);
+  };
+}
+
+class DevicePage : public SheetTest {
+ protected:
+  void SetUp() override {
+    SheetTest::SetUp();
+    result = 1;
+    machine().RegisterModule(kLibrary, {{"RtlGetModeComW", AnyEntry(&Answer<0xFF, 30>)},
+                                        {"RtlGetVersionComW", AnyEntry(&Answer<0, 50>)}});
+  }
+  // Opens the page over a printer, asks by a button, closes the boxes that follow and looks. The
+  // mode and density kept then.
+  std::pair<int, int> Ask(int mode, int density, int button, Steps boxes, Steps looks) {
+    DriverSettingsBlock block = DefaultBlock();
+    block.Printer.Mecha = static_cast<uint16_t>(mode);
+    block.Printer.HeadDensity = static_cast<uint16_t>(density);
+    Keep(block);
+    const auto arrow = [](Desk& desk) {
+      EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, IDC_ARROW));
+    };
+    Ok(kDeviceTab, {Click(button), boxes, arrow, looks});
+    const PrinterSettingsPart kept = KeptPrinterPart(machine());
+    return {kept.Mecha, kept.HeadDensity};
+  }
+};
+
+TEST_F(DevicePage, TakesWhatThePrinterTells) {
+  constexpr int kCases[][6] = {
+      // mode and density before, their codes in the reply, mode and density after
+      {1, 203, 255, 255, 1, 203}, {2, 203, 0, 2, 2, 203}, {0, 203, 0, 2, 2, 203},
+      {2, 203, 255, 0, 0, 203},   {1, 203, 0, 3, 1, 203}, {0, 305, 1, 255, 0, 305},
+      {0, 305, 0, 255, 0, 203},   {0, 305, 0, 1, 1, 203}, {9, 203, 255, 255, 9, 203},
+  };
+  for (const auto& [mode, density, densityCode, modeCode, modeAfter, densityAfter] : kCases) {
+    SCOPED_TRACE(testing::PrintToString(std::tuple(mode, density, densityCode, modeCode)));
+    reply = std::string(30, '\2');
+    reply[1] = static_cast<char>(densityCode);
+    reply[3] = static_cast<char>(modeCode);
+    Steps boxes;
+    if (densityAfter != density) boxes += Warned(u"解像度が変更されました。", u"・フォントサイズ");
+    if (modeAfter != mode) boxes += Warned(u"機種が変更されました。", u"・ﾒｶﾆｽﾞﾑ寸法補正\n");
+    // The paper page sees it at once.
+    EXPECT_EQ(Ask(mode, density, IDC_DEVICE_QUERY_MODE, boxes,
+                  {ExpectSelected(IDC_DEVICE_MODE, modeAfter % 9), ExpectChanged(true),
+                   ExpectText(IDC_DEVICE_DENSITY, u"203dpi(  8本/mm)"), GoTo(kPaperTab),
+                   ExpectEnabled({IDC_PAPER_PEEL_OFFSET}, modeAfter == 2)}),
+              std::pair(modeAfter, densityAfter));
+  }
+}
+
+TEST_F(DevicePage, TellsOfEachFailure) {
+  // A failing call may have written its reply all the same.
+  reply = std::string("V\0\0\2", 4) + "000000000000F1";
+  result = 0;
+  const Step failed =
+      CloseMessage(u"プリンタから情報を取得できませんでした。", MB_ICONHAND, kDevice);
+  for (const std::u16string error : {u"", u"GetProcAddress Error!", u"LoadLibrary Error!"}) {
+    if (error[0] == u'G') machine().RegisterModule(kLibrary, {});
+    if (error[0] == u'L') machine().UnregisterModule(kLibrary);
+    for (const int button : {IDC_DEVICE_QUERY_MODE, IDC_DEVICE_QUERY_VERSION}) {
+      Steps boxes;
+      if (!error.empty() && button == IDC_DEVICE_QUERY_MODE) {
+        boxes += CloseMessage(error, MB_OK, u"DeviceDlgFunc");
+      }
+      EXPECT_EQ(Ask(1, 305, button, {boxes, failed},
+                    {ExpectText(IDC_DEVICE_FIRMWARE_VERSION, u""),
+                     ExpectText(IDC_DEVICE_FONT_VERSION, u""), ExpectChanged(false)}),
+                std::pair(1, 305));
+    }
+  }
+}
+
+TEST_F(DevicePage, ShowsTheVersionsOfThePrinter) {
+  const std::tuple<std::string, std::string, std::u16string, std::u16string> cases[] = {
+      {"0123456789ABCDEF", std::string("\x83\x5C\0X", 4), u"0123456789ABCDEF", u"ソ"},
+      {std::string("\xCA\xDE\0junk", 7), "abcdefgh" + std::string(26, 'x'), u"ﾊﾞ", u"abcdefgh"}};
+  for (const auto& [firmware, font, firmwareShown, fontShown] : cases) {
+    reply = firmware;
+    reply.resize(16);
+    reply += font;
+    Ask(0, 203, IDC_DEVICE_QUERY_VERSION, {},
+        {ExpectText(IDC_DEVICE_FIRMWARE_VERSION, firmwareShown),
+         ExpectText(IDC_DEVICE_FONT_VERSION, fontShown)});
+  }
+}
+
+}  // namespace
+}  // namespace kestrel
