@@ -149,9 +149,8 @@ LONG IntegerFromText(const WCHAR* text) {
   return TakeInteger(text);
 }
 
-LONG IntegerFromText(const char* text, bool* positive) {
+LONG IntegerFromText(const char* text) {
   while (*text == ' ') ++text;
-  if (positive != nullptr) *positive = *text != '-';
   return TakeInteger(text);
 }
 

@@ -79,8 +79,8 @@ bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode);
 
 // The decimal number behind leading blanks; 0 without digits. Saturates at the limits of 32 bits.
 LONG IntegerFromText(const WCHAR* text);
-// The same for 8-bit text; *positive tells whether the sign was "+" or absent.
-LONG IntegerFromText(const char* text, bool* positive = nullptr);
+// The same for 8-bit text.
+LONG IntegerFromText(const char* text);
 
 // Writes a number in digits of base 2 to 16 (those above 9 in lower case), at least so many, a
 // negative one with its sign in front. Does not terminate; answers the end. Base 10 takes at most

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <set>
+#include <tuple>
 
 #include "tests/support/fault_walk.h"
 #include "tests/support/settings.h"
@@ -57,51 +59,46 @@ class EntryPoints : public support::MachineTest {
 };
 
 TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
+  // What is told: a record written, its size, the size asked for, nothing to do, a parameter that
+  // is missing, a sheet cancelled at once.
+  const std::map<std::string, char> kLetters = {
+      {"452 wrote 452", 'w'},  {"1 wrote 452", 'w'}, {"452", '4'},
+      {"-452 error 122", 's'}, {"1", '1'},           {"-452 error 87", '-'},
+      {"-451 error 87", '-'},  {"-1 error 87", '-'}};
+  const auto letter = [&](auto call) {
+    const std::string told = Told(call);
+    return told.starts_with("0 ") ? 'c' : kLetters.at(told);
+  };
+  std::string told;
+  for (const DWORD mode : {CDM_CONVERT, CDM_DRIVER_DEFAULT, CDM_CONVERT351, DWORD{0}, DWORD{5}})
+    for (const char* without : {"", "i", "o", "s", "p", "op"})
+      for (const LONG size : {451, 452})
+        told += letter([&] { return Convert(mode, without, size); });
+  EXPECT_EQ(told, "sw------s---swswss--s-ss" + std::string(36, '-'));
+  EXPECT_EQ(Told([&] { return Convert(CDM_CONVERT, "", -1); }), "-452 error 122");
   const support::OpenedPrinter printer;
+  told.clear();
+  for (const DWORD mode : {DWORD{0}, DM_UPDATE, DM_COPY, DM_MODIFY, DM_COPY | DM_MODIFY,
+                           DM_COPY | DM_PROMPT, DM_PROMPT | DM_MODIFY, DWORD{256}})
+    for (const char* without : {"", "i", "o", "io"})
+      told += letter([&] { return Resolve(printer, mode, without); });
+  EXPECT_EQ(told, "4444ww44ww--1-4-w---cc--c-c-1144");
+
   ULONG size = 452;
   DOCUMENTPROPERTYHEADER header = {sizeof header, 0, printer, name_.data(), nullptr, Out(), 7, 0};
-  const auto headerAddress = reinterpret_cast<LPARAM>(&header);
-  const struct {
-    std::function<LONG()> call;
-    const char* told;
-  } kCalls[] = {
-      {[&] { return Convert(CDM_CONVERT, "", 452); }, "452 wrote 452"},
-      {[&] { return Convert(CDM_CONVERT, "i", 100); }, "-100 error 87"},
-      {[&] { return Convert(CDM_CONVERT, "o", 100); }, "-100 error 87"},
-      {[&] { return Convert(CDM_CONVERT, "s", 100); }, "-100 error 87"},
-      {[&] { return Convert(CDM_CONVERT, "p", 451); }, "-452 error 122"},
-      {[&] { return Convert(CDM_CONVERT, "p", 999); }, "-999 error 87"},
-      {[&] { return Convert(CDM_CONVERT, "", -1); }, "-452 error 122"},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "i", 999); }, "452 wrote 452"},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "s", 999); }, "-999 error 87"},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "", 451); }, "-452 error 122"},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "op", 999); }, "-452 error 122"},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "p", 999); }, "-999 error 87"},
-      {[&] { return Convert(CDM_CONVERT351, "", 999); }, "-999 error 87"},
-      {[&] { return Convert(0, "", 999); }, "-999 error 87"},
-      {[&] { return Convert(5, "", 999); }, "-999 error 87"},
+  const auto address = reinterpret_cast<LPARAM>(&header);
+  const std::pair<std::function<LONG()>, const char*> kCalls[] = {
       {[&] { return Resolve(nullptr, 0, "io"); }, "452"},
-      {[&] { return Resolve(printer, 0, ""); }, "452"},
-      {[&] { return Resolve(printer, DM_COPY, "i"); }, "1 wrote 452"},
-      {[&] { return Resolve(printer, DM_UPDATE, "i"); }, "1 wrote 452"},
-      {[&] { return Resolve(printer, DM_UPDATE, "o"); }, "452"},
-      {[&] { return Resolve(printer, DM_MODIFY, ""); }, "1"},
-      {[&] { return Resolve(printer, DM_MODIFY, "i"); }, "-1 error 87"},
-      {[&] { return Resolve(printer, DM_COPY | DM_MODIFY, ""); }, "1 wrote 452"},
-      {[&] { return Resolve(printer, DM_COPY, "o"); }, "-1 error 87"},
-      {[&] { return Resolve(printer, DM_COPY | DM_PROMPT, "o"); }, "-1 error 87"},
-      {[&] { return Resolve(printer, DM_PROMPT | DM_MODIFY, "i"); }, "-1 error 87"},
-      {[&] { return Resolve(printer, 0x100, "i"); }, "1"},
       {[&] {
          return exports_.DrvAdvancedDocumentProperties(nullptr, printer, nullptr, nullptr, In());
        },
        "-1 error 87"},
-      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, headerAddress); }, "452"},
+      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, address); }, "452"},
       {[&] { return LONG(header.cbOut); }, "452"},
       {[&] { return LONG(header.fMode = DM_COPY); }, "2"},
-      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, headerAddress); }, "1 wrote 452"},
+      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, address); }, "1 wrote 452"},
       {[&] { return exports_.DrvDocumentPropertySheets(nullptr, 0); }, "-1 error 0"},
-      {[&] { return exports_.DrvDevicePropertySheets(nullptr, headerAddress); }, "-1 error 0"},
+      {[&] { return exports_.DrvDevicePropertySheets(nullptr, address); }, "-1 error 0"},
       {[&] { return exports_.DrvDevicePropertySheets(nullptr, 0); }, "-1 error 0"},
       {[&] { return exports_.DrvUpgradePrinter(0, out_); }, "0 error 87"},
       {[&] { return exports_.DrvUpgradePrinter(1, out_); }, "1"},
@@ -117,38 +114,26 @@ TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
       {[&] { return exports_.DrvQueryColorProfile(nullptr, nullptr, 0, out_, &size, nullptr); },
        "0 error 50"},
   };
-  for (const auto& row : kCalls) EXPECT_EQ(Told(row.call), row.told) << &row - kCalls;
+  for (const auto& row : kCalls) EXPECT_EQ(Told(row.first), row.second) << &row - kCalls;
   machine().SetPermission(kPrinter, false, true);  // initialisation needs administering rights
-  std::string told;
+  told.clear();
   for (int event = -1; event < 10; ++event) told += Told([&] { return Event(event); }) + ", ";
   EXPECT_EQ(told, "0 error 87, 0 error 87, 1, 1, 1, 1, 1, 1, 1, 1, 0 error 87, ");
   EXPECT_TRUE(machine().AllData(kPrinter).empty()) << "nothing is stored";
   EXPECT_TRUE(machine().DefaultRecord(kPrinter).empty());
 }
 
-TEST_F(EntryPoints, InitialisationStoresDefaultsAndTheRenderingModule) {
-  EXPECT_TRUE(Event(PRINTER_EVENT_INITIALIZE));
-  const auto module = machine().Data(kPrinter, u"SPLUserModePrinterDriver").value();
-  EXPECT_EQ(module.type, REG_SZ);
-  EXPECT_EQ(module.bytes, BytesOf(u"QM610rDRV2", 20));
-  const auto part = machine().Data(kPrinter, u"Private DevMode").value();
-  EXPECT_EQ(part.type, REG_BINARY);
-  EXPECT_EQ(part.bytes, BytesOf(&in_.Printer, 3338));
-  EXPECT_EQ(machine().AllData(kPrinter).size(), 2u);
-}
-
-// What the sheet library was called with, in place of a sheet, and what it answers.
-std::pair<PFNPROPSHEETUI, std::vector<std::byte>> sheetCall;
+// In place of a sheet: the second word of what it was called with, and what it answers.
+WORD sheetFlags;
 std::pair<LONG, DWORD> sheetAnswer;
 
-LONG WINAPI PretendSheet(HWND, PFNPROPSHEETUI sheets, LPARAM header, LPDWORD result) {
-  const void* bytes = reinterpret_cast<const void*>(header);
-  sheetCall = {sheets, BytesOf(bytes, *static_cast<const WORD*>(bytes))};
+LONG WINAPI PretendSheet(HWND, PFNPROPSHEETUI, LPARAM header, LPDWORD result) {
+  sheetFlags = reinterpret_cast<const DEVICEPROPERTYHEADER*>(header)->Flags;
   *result = sheetAnswer.second;
   return sheetAnswer.first;
 }
 
-TEST_F(EntryPoints, SheetsGetTheirHeaderAndTellTheirResult) {
+TEST_F(EntryPoints, SheetsTellTheirResult) {
   const support::OpenedPrinter printer;
   const auto properties = [&] { return exports_.PrinterProperties(nullptr, printer); };
   const auto prompt = [&] { return Resolve(printer, DM_COPY | DM_PROMPT | DM_MODIFY, ""); };
@@ -167,26 +152,16 @@ TEST_F(EntryPoints, SheetsGetTheirHeaderAndTellTheirResult) {
   machine().RegisterModule(
       u"compstui.dll", {{"CommonPropertySheetUIW",
                          reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(PretendSheet))}});
-  DOCUMENTPROPERTYHEADER document = {sizeof document, 0, printer, name_.data(), In(), Out(), 0, 0};
-  DEVICEPROPERTYHEADER device = {sizeof device, 0, printer, nullptr};
-  for (const auto& answer : {std::pair<LONG, DWORD>{1, CPSUI_CANCEL},
-                             {0, CPSUI_OK},
-                             {1, CPSUI_RESTARTWINDOWS},
-                             {-1, CPSUI_OK}}) {
+  const std::pair<LONG, DWORD> kAnswers[] = {
+      {1, CPSUI_CANCEL}, {0, CPSUI_OK}, {1, CPSUI_RESTARTWINDOWS}, {-1, CPSUI_OK}};
+  for (const auto& answer : kAnswers) {
     sheetAnswer = answer;
-    const LONG expected = answer.first < 0 ? -1 : static_cast<LONG>(answer.second);
-    EXPECT_EQ(prompt(), expected);
-    document.fMode = DM_COPY | DM_PROMPT | DM_MODIFY;
-    EXPECT_EQ(sheetCall, std::pair(exports_.DrvDocumentPropertySheets, BytesOf(document)));
-    EXPECT_EQ(advanced(), expected);
-    document.fMode = 22;
-    EXPECT_EQ(sheetCall, std::pair(exports_.DrvDocumentPropertySheets, BytesOf(document)));
-    for (const bool permitted : {true, false}) {
-      machine().SetPermission(kPrinter, true, permitted);
-      EXPECT_EQ(properties(), expected > 0);
-      device.Flags = permitted ? WORD{0} : WORD{DPS_NOPERMISSION};
-      EXPECT_EQ(sheetCall, std::pair(exports_.DrvDevicePropertySheets, BytesOf(device)));
-    }
+    const LONG result = answer.first < 0 ? -1 : static_cast<LONG>(answer.second);
+    EXPECT_EQ(prompt(), result);
+    EXPECT_EQ(advanced(), result);
+    machine().SetPermission(kPrinter, true, result > 0);
+    EXPECT_EQ(properties(), result > 0);
+    EXPECT_EQ(sheetFlags, result > 0 ? 0 : DPS_NOPERMISSION);
   }
 }
 
@@ -258,6 +233,12 @@ TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
     support::WalkFaults(machine(), {kAllocation, kSpooler, kFile, kModule, kRegistry}, fresh, note);
     EXPECT_EQ(found, outcomes);
   }
+  // The last of them has initialised the printer.
+  const auto module = machine().Data(kPrinter, u"SPLUserModePrinterDriver").value();
+  const auto part = machine().Data(kPrinter, u"Private DevMode").value();
+  EXPECT_EQ(std::pair(module.type, module.bytes), std::pair(REG_SZ, BytesOf(u"QM610rDRV2", 20)));
+  EXPECT_EQ(std::pair(part.type, part.bytes), std::pair(REG_BINARY, BytesOf(in_.Printer)));
+  EXPECT_EQ(machine().AllData(kPrinter).size(), 2u);
 }
 
 }  // namespace

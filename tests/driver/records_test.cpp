@@ -133,12 +133,14 @@ TEST_F(Records, BelongToAPrinterByItsName) {
 }
 
 TEST_F(Records, PublicFieldsMergeByTheirRules) {
+  block_.Record.Private.PaperID = 258;
+  Store();
   // Fields, the offset and value of one, the offset and value of what comes of it.
   const std::tuple<DWORD, size_t, int16_t, size_t, int16_t> kCases[] = {
       {DM_ORIENTATION, 76, 2, 388, 2},   {DM_ORIENTATION, 76, 3, 388, 1},
-      {DM_COPIES, 76, 2, 388, 1},        {DM_PAPERSIZE, 78, 258, 220, 258},
-      {DM_PAPERSIZE, 78, 256, 220, 256}, {DM_PAPERSIZE, 78, 9, 220, 257},
-      {DM_PAPERSIZE, 78, 259, 220, 257}, {DM_PAPERSIZE, 78, -1, 220, 257},
+      {DM_PAPERSIZE, 78, 257, 220, 257}, {DM_COPIES, 76, 2, 388, 1},
+      {DM_PAPERSIZE, 78, 256, 220, 256}, {DM_PAPERSIZE, 78, 9, 220, 258},
+      {DM_PAPERSIZE, 78, 259, 220, 258}, {DM_PAPERSIZE, 78, -1, 220, 258},
       {DM_COPIES, 86, 0, 382, 1},        {DM_COPIES, 86, -5, 382, 1},
       {DM_COPIES, 86, 500, 382, 500},    {0, 86, 500, 382, 1}};
   for (const auto& [fields, offset, value, resultOffset, result] : kCases) {

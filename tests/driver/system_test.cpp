@@ -73,6 +73,7 @@ TEST_F(PrinterAccess, AnswersBySelector) {
   EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size + 2, 1));
   EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 1));
   EXPECT_EQ(buffer.c_str(), path);
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size - 4, 2));
 }
 
 TEST_F(PrinterAccess, TakesARecordNoFurtherThanItAndTheBufferReach) {
@@ -125,21 +126,21 @@ TEST_F(PrinterAccess, TellsTheSizeOfDataInEveryCase) {
 }
 
 TEST(PrinterNames, AreCutByMode) {
-  constexpr WCHAR kName[] = u"\\\\server\\Label,LPT1:";
-  const std::tuple<const WCHAR*, int, size_t, const WCHAR*> kCases[] = {
-      {kName, 0, 40, kName},    {kName, 1, 40, u"\\\\server\\Label"},
-      {kName, 2, 40, u"Label"}, {u"Label", 2, 40, u"Label"},
-      {u"Label", 2, 4, u"Lab"}, {u"Label", 2, 1, u""},
-      {u",LPT1:", 1, 40, u""},  {u"a,C:\\out", 2, 40, u"out"},
-      {u"a", 3, 40, nullptr},   {u"a", -1, 40, nullptr},
-      {nullptr, 0, 40, nullptr}};
-  for (const auto& [name, mode, room, part] : kCases) {
-    std::u16string out(40, u'x'), expected(part != nullptr ? part : u"");
-    EXPECT_EQ(CutPrinterName(out.data(), room, name, mode), part != nullptr);
-    expected.resize(room);
-    EXPECT_EQ(out.substr(0, room), expected);
-    EXPECT_EQ(out.substr(room), std::u16string(40 - room, u'x'));
+  const std::tuple<int, size_t, std::u16string> kCases[] = {{0, 40, u"\\\\s\\Label,C:"},
+                                                            {2, 4, u"Lab"},
+                                                            {1, 40, u"\\\\s\\Label"},
+                                                            {2, 1, u""},
+                                                            {2, 40, u"Label"},
+                                                            {3, 40, u""},
+                                                            {-1, 40, u""}};
+  for (const auto& [mode, room, part] : kCases) {
+    std::u16string out(40, u'x');
+    EXPECT_EQ(CutPrinterName(out.data(), room, u"\\\\s\\Label,C:", mode), mode >= 0 && mode < 3);
+    EXPECT_EQ(out, part + std::u16string(room - part.size(), 0) + std::u16string(40 - room, u'x'));
   }
+  WCHAR out[4] = u"abc";
+  EXPECT_FALSE(CutPrinterName(out, 4, nullptr, 0));
+  EXPECT_EQ(out, std::u16string());
 }
 
 TEST(CodePageText, IsCutAtWholeCharacters) {
@@ -178,17 +179,13 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
   }
 }
 
-TEST(Integers, AreReadUpToTheFirstOtherCharacter) {
-  const std::tuple<std::string, LONG, bool> kCases[] = {
-      {"-2147483648", INT32_MIN, false}, {"", 0, true},
-      {"-4294967297", INT32_MIN, false}, {"--7", 0, false},
-      {"4294967297", INT32_MAX, true},   {"+-7", 0, true},
-      {"2147483647", INT32_MAX, true},   {"-7", -7, false},
-      {"2147483646", 2147483646, true},  {"  +12x9", 12, true}};
-  for (const auto& [text, value, sign] : kCases) {
-    bool positive = !sign;
-    EXPECT_EQ(IntegerFromText(text.c_str(), &positive), value) << text;
-    EXPECT_EQ(positive, sign) << text;
+TEST(Texts, TellIntegersUpToTheFirstOtherCharacter) {
+  const std::pair<std::string, LONG> kCases[] = {
+      {"-4294967297", INT32_MIN}, {"", 0},    {"2147483646", 2147483646}, {"  +12x9", 12},
+      {"4294967297", INT32_MAX},  {"-7", -7}, {"2147483647", INT32_MAX},  {"--7", 0},
+      {"-2147483648", INT32_MIN}, {"+-7", 0}};
+  for (const auto& [text, value] : kCases) {
+    EXPECT_EQ(IntegerFromText(text.c_str()), value) << text;
     EXPECT_EQ(IntegerFromText(std::u16string(text.begin(), text.end()).c_str()), value) << text;
   }
   EXPECT_EQ(IntegerFromText("\t5"), 0);
