@@ -39,7 +39,8 @@ TEST_F(FontTest, CountsBothKindsToSeventy) {
   Gives(expected,
         {ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
                     u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
-         Shows(kDeco, {}), New(kDeco, u"A"), ExpectEnabled(both), New(kDeco, u"B"),
+         Shows(kDeco, {}), ExpectChanged(false), New(kDeco, u"A"), ExpectChanged(true),
+         ExpectEnabled(both), New(kDeco, u"B"),
          // The keyboard goes on where its button was disabled.
          Shows(kDeco, {u"A", u"B"}, false), ExpectEnabled(both, false), ExpectFocus(kDeco.list),
          ExpectText(IDC_HELP_TEXT, u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。"),
@@ -71,48 +72,36 @@ TEST_F(FontTest, DeletesTheSelectedFont) {
          Click(kBar.change), ExpectText(kBar.name, barName.substr(1)), Click(IDCANCEL)});
 }
 
-TEST_F(FontTest, ChangesTheSelectedFontInItsPlace) {
-  for (const Kind& kind : {kDeco, kBar}) {
-    const auto font = kind.list == kDeco.list ? [](const char16_t* name) { return Deco(name); }
-                                              : [](const char16_t* name) { return Bar(name); };
+// A changed font stays in its place; a new one is the selected one under another name, and without
+// one starts as any other. The box stays checked when the last font goes.
+TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
+  const Record deco = Deco(u"O", u"漢字(縦書)", 512, 55, 83)
+                          .Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6}),
+               bar = Bar(u"O", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6});
+  for (const auto& [kind, font, fresh] :
+       {std::tuple(kDeco, deco, Deco(u"M")), std::tuple(kBar, bar, Bar(u"M", 100, kInitial))}) {
+    const auto named = [&](const char16_t* name) { return Record(font).Name(name); };
     Steps declined;
     for (const Step& end : {Click(IDCANCEL), Close(), Escape()}) {
       declined += {Click(kind.change), Replace(kind.name, u"Y"), end};
     }
-    Store({font(u"F1"), font(u"F2"), font(u"F3")});
-    // Entered again, the page selects the first.
+    Store({named(u"F1"), named(u"F2"), named(u"F3")});
+    const Records expected = {named(u"F1"), named(u"X"), named(u"F3"), named(u"E")};
     Gives(
-        {font(u"F1"), font(u"X"), font(u"F3")},
+        expected,
         {declined, ExpectChanged(false), Select(kind.list, 1),
          Change(kind, Replace(kind.name, u"X")), ExpectChanged(true), ExpectSelected(kind.list, 0),
-         Select(kind.list, 1), GoTo(kVersionTab), GoTo(kFontTab), ExpectSelected(kind.list, 0)});
-    Cancel(kFontTab, Change(kind, Replace(kind.name, u"Y")));
-    EXPECT_EQ(Stored(), (Records{font(u"F1"), font(u"X"), font(u"F3")}));
-  }
-}
-
-// The new font is the selected one under another name; without one it starts as any other. The box
-// stays checked when the last font goes.
-TEST_F(FontTest, NewFontsReferToTheSelectedOne) {
-  const std::pair<Record, Record> kOldAndNew[] = {
-      {Deco(u"D2", u"漢字(縦書)", 512, 55, 83)
-           .Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6}),
-       Deco(u"M")},
-      {Bar(u"D2", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6}), Bar(u"M", 100, kInitial)}};
-  for (const auto& [font, fresh] : kOldAndNew) {
-    const Kind& kind = &font == &kOldAndNew->first ? kDeco : kBar;
-    Record first = font, copy = font;
-    Store({first.Name(u"D1"), font});
-    // The own name of the font referred to is taken.
-    Gives(
-        {first, font, copy.Name(u"E2")},
-        {ExpectChecked({kind.reference}, false), Click(kind.reference), Select(kind.list, 1),
-         Click(kind.create), ExpectText(kind.name, u""), Replace(kind.name, u"D2"), Click(IDOK),
-         CloseMessage(kTaken, MB_ICONEXCLAMATION, Registers(kind)), Replace(kind.name, u"E2"),
-         ExpectChanged(false), Click(IDOK), ExpectChanged(true), ExpectChecked({kind.reference})});
+         // Entered again, the page selects the first.
+         Select(kind.list, 1), GoTo(kVersionTab), GoTo(kFontTab), ExpectSelected(kind.list, 0),
+         ExpectChecked({kind.reference}, false), Click(kind.reference), Select(kind.list, 1),
+         Click(kind.create), ExpectText(kind.name, u""), Replace(kind.name, u"X"), Click(IDOK),
+         CloseMessage(kTaken, MB_ICONEXCLAMATION, Registers(kind)), Replace(kind.name, u"E"),
+         Click(IDOK), ExpectChecked({kind.reference})});
     EXPECT_EQ(FakeLibrary::calls, "");
+    Cancel(kFontTab, Change(kind, Replace(kind.name, u"Y")));
+    EXPECT_EQ(Stored(), expected);
     Store({font});
-    Gives({fresh}, {Click(kind.reference), Remove(kind, 0, u"D2"), New(kind, u"M"),
+    Gives({fresh}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M"),
                     ExpectChecked({kind.reference})});
   }
 }

@@ -4,11 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <ostream>
 #include <source_location>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "fonts/barcode_kinds.h"
 #include "resources/resource.h"
