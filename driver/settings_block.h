@@ -55,12 +55,14 @@ struct alignas(4) SettingsRecord {
   PrivateDevMode Private;
 };
 
+enum PrinterMode : uint16_t { kTearOffMode = 0, kContinuousMode = 1, kPeelMode = 2 };
+
 // The printer-level part, stored byte for byte as the printer data value "Private DevMode".
 struct PrinterSettingsPart {
   int16_t PaperNum;  // as stored; read it through PaperCount, which clamps it
   PaperInfo Papers[kPaperCapacity];
   uint16_t HeadDensity;  // dots per inch, 203 or 305
-  uint16_t Mecha;        // printer mode: 0 tear-off, 1 continuous, 2 peel
+  uint16_t Mecha;        // PrinterMode
   DEVHTINFO HTInfo;      // lies at an odd place for its alignment: copy it out and back
 };
 

@@ -58,7 +58,7 @@ void ShowLibraryError(HWND page, DeviceQuery result) {
 // Takes what the printer told; codes that it does not know leave the field.
 void TakeMode(PrinterSettingsPart& printer, const DeviceMode& told) {
   if (told.densityCode == kDensity203Code) printer.HeadDensity = 203;
-  if (told.modeCode <= kPeel) printer.Mecha = told.modeCode;
+  if (told.modeCode <= kPeelMode) printer.Mecha = told.modeCode;
 }
 
 void QueryMode(HWND page, DriverUiData& session) {
@@ -104,9 +104,8 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
     ShowHelp(page, kHelp, control, IDC_HELP_TEXT, kPlain, session.settings->Printer.HeadDensity);
   }
   if (list && notification == CBN_SELCHANGE) {
-    const auto selected = static_cast<int>(SendDlgItemMessageW(page, control, CB_GETCURSEL, 0, 0));
     session.settings->Printer.Mecha =
-        static_cast<uint16_t>(OptionValue(PrinterModeOptions(), selected));
+        static_cast<uint16_t>(SelectedOption(page, control, PrinterModeOptions()));
     MarkPageChanged(page);
   } else if (control == IDC_DEVICE_QUERY_MODE && notification == BN_CLICKED) {
     QueryMode(page, session);

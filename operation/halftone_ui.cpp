@@ -17,34 +17,33 @@ using ColorAdjustmentProc = LONG(WINAPI*)(LPWSTR callerTitle, HANDLE defaultDib,
                                           BOOL updatePermission);
 using DeviceAdjustmentProc = LONG(WINAPI*)(LPWSTR deviceName, DEVHTADJDATA* data);
 
-constexpr LONG kUnavailable = -1;
-constexpr int kTitleLength = 260;
+// Calls a function of the system's library with a copy of the printer's name as its title. -1 when
+// there is none.
+template <typename Proc, typename Call>
+LONG CallLibrary(const char* entry, const WCHAR* printerName, Call call) {
+  const Module library = LoadSystemLibrary(TEXT("htui.dll"));
+  const auto proc = library ? EntryPoint<Proc>(library.get(), entry) : nullptr;
+  if (proc == nullptr) return -1;
+  WCHAR title[260];
+  CopyText(title, printerName);
+  return call(proc, title);
+}
 
 }  // namespace
 
 LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
-  const Module library = LoadSystemLibrary(TEXT("htui.dll"));
-  if (!library) return kUnavailable;
-  const auto adjust = EntryPoint<ColorAdjustmentProc>(library.get(), "HTUI_ColorAdjustmentW");
-  if (adjust == nullptr) return kUnavailable;
-  WCHAR title[kTitleLength];
-  CopyText(title, printerName);
   COLORADJUSTMENT adjustment = block.Record.Private.ColorAdjust;
   // A backup may bring another size, which the dialog does not take.
   adjustment.caSize = sizeof(adjustment);
-  const LONG result = adjust(title, nullptr, nullptr, &adjustment, TRUE, permission);
+  const LONG result = CallLibrary<ColorAdjustmentProc>(
+      "HTUI_ColorAdjustmentW", printerName, [&](ColorAdjustmentProc adjust, WCHAR* title) {
+        return adjust(title, nullptr, nullptr, &adjustment, TRUE, permission);
+      });
   if (result >= 1) block.Record.Private.ColorAdjust = adjustment;
   return result;
 }
 
 LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
-  const Module library = LoadSystemLibrary(TEXT("htui.dll"));
-  if (!library) return kUnavailable;
-  const auto adjust =
-      EntryPoint<DeviceAdjustmentProc>(library.get(), "HTUI_DeviceColorAdjustmentW");
-  if (adjust == nullptr) return kUnavailable;
-  WCHAR title[kTitleLength];
-  CopyText(title, printerName);
   DEVHTINFO current = HalftoneInfo(block);
   DEVHTINFO factory = DefaultHalftoneInfo();
   DEVHTADJDATA data = {};
@@ -53,7 +52,9 @@ LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool p
   data.DeviceYDPI = static_cast<DWORD>(resolution.y);
   data.pDefHTInfo = permission ? &factory : &current;
   data.pAdjHTInfo = permission ? &current : nullptr;
-  const LONG result = adjust(title, &data);
+  const LONG result = CallLibrary<DeviceAdjustmentProc>(
+      "HTUI_DeviceColorAdjustmentW", printerName,
+      [&](DeviceAdjustmentProc adjust, WCHAR* title) { return adjust(title, &data); });
   if (permission && result >= 1) SetHalftoneInfo(block, current);
   return result;
 }

@@ -1,5 +1,7 @@
 #include "operation/operation_options.h"
 
+#include "driver/settings_block.h"
+
 namespace kestrel {
 namespace {
 
@@ -15,30 +17,26 @@ constexpr OptionEntry kSensors[] = {{TEXT("反射センサタイプ：アイマ�
 constexpr OptionEntry kTearOffFeed[] = {{TEXT("ティアオフ"), 1, '0', {}}, kAsPrinter, kEnd};
 constexpr OptionEntry kContinuousFeed[] = {{TEXT("連続"), 0, '1', {}}, kAsPrinter, kEnd};
 constexpr OptionEntry kPeelFeed[] = {{TEXT("ハクリ              "), 7, '2', {}}, kAsPrinter, kEnd};
-constexpr OptionEntry kModes[] = {{TEXT("ティアオフ"), kTearOff, 0, {}},
-                                  {TEXT("連続"), kContinuous, 0, {}},
-                                  {TEXT("ハクリ"), kPeel, 0, {}},
+constexpr OptionEntry kModes[] = {{TEXT("ティアオフ"), kTearOffMode, 0, {}},
+                                  {TEXT("連続"), kContinuousMode, 0, {}},
+                                  {TEXT("ハクリ"), kPeelMode, 0, {}},
                                   kEnd};
 constexpr OptionEntry kDensities[] = {{TEXT("203dpi(  8本/mm)"), 203, 0, {}}, kEnd};
 
-template <size_t N>
-constexpr OptionTable TableOf(const OptionEntry (&entries)[N]) {
-  return {entries, static_cast<int>(N) - 1};
-}
-
-constexpr OptionTable kSpeedTable = TableOf(kSpeeds);
-constexpr OptionTable kSensorTable = TableOf(kSensors);
-constexpr OptionTable kFeedTables[] = {TableOf(kTearOffFeed), TableOf(kContinuousFeed),
-                                       TableOf(kPeelFeed)};
-constexpr OptionTable kModeTable = TableOf(kModes);
-constexpr OptionTable kDensityTable = TableOf(kDensities);
+constexpr OptionTable kSpeedTable = OptionTableOf(kSpeeds);
+constexpr OptionTable kSensorTable = OptionTableOf(kSensors);
+constexpr OptionTable kFeedTables[] = {OptionTableOf(kTearOffFeed), OptionTableOf(kContinuousFeed),
+                                       OptionTableOf(kPeelFeed)};
+constexpr OptionTable kModeTable = OptionTableOf(kModes);
+constexpr OptionTable kDensityTable = OptionTableOf(kDensities);
 
 }  // namespace
 
 const OptionTable& SpeedOptions() { return kSpeedTable; }
 const OptionTable& SensorOptions() { return kSensorTable; }
 const OptionTable& FeedModeOptions(int printerMode) {
-  return kFeedTables[printerMode >= kTearOff && printerMode <= kPeel ? printerMode : kTearOff];
+  return kFeedTables[printerMode >= kTearOffMode && printerMode <= kPeelMode ? printerMode
+                                                                             : kTearOffMode];
 }
 const OptionTable& PrinterModeOptions() { return kModeTable; }
 const OptionTable& DensityOptions() { return kDensityTable; }

@@ -5,8 +5,6 @@
 
 namespace kestrel {
 
-enum PrinterMode : uint16_t { kTearOff = 0, kContinuous = 1, kPeel = 2 };
-
 const OptionTable& SpeedOptions();
 const OptionTable& SensorOptions();
 // The feed modes of a printer mode; an unknown mode has those of tear-off.

@@ -14,30 +14,26 @@
 namespace kestrel {
 namespace {
 
-constexpr HelpRow Row(int control, int text) {
-  return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kHelpPlain, 0, 0, 0, 0};
-}
-
 constexpr HelpRow kHelp[] = {
-    Row(IDC_OPERATION_COLOR_BLACK, IDS_HELP_OPERATION_COLOR_BLACK),
-    Row(IDC_OPERATION_COLOR_SHADED, IDS_HELP_OPERATION_COLOR_SHADED),
-    Row(IDC_OPERATION_DITHER_NONE, IDS_HELP_OPERATION_DITHER_NONE),
-    Row(IDC_OPERATION_DITHER_PHOTO_203, IDS_HELP_OPERATION_DITHER_PHOTO_203),
-    Row(IDC_OPERATION_DITHER_PHOTO_305, IDS_HELP_OPERATION_DITHER_PHOTO_305),
-    Row(IDC_OPERATION_DITHER_ILLUSTRATION, IDS_HELP_OPERATION_DITHER_ILLUSTRATION),
-    Row(IDC_OPERATION_SPEED, IDS_HELP_OPERATION_SPEED),
-    Row(IDC_OPERATION_SENSOR, IDS_HELP_OPERATION_SENSOR),
-    Row(IDC_OPERATION_COLOR_ADJUST, IDS_HELP_OPERATION_COLOR_ADJUST),
-    Row(IDC_OPERATION_HALFTONE, IDS_HELP_OPERATION_HALFTONE),
-    Row(IDC_OPERATION_SYNC_PRINT, IDS_HELP_OPERATION_SYNC_PRINT),
-    Row(IDC_OPERATION_COMPULSORY, IDS_HELP_OPERATION_COMPULSORY),
+    Plain(IDC_OPERATION_COLOR_BLACK, IDS_HELP_OPERATION_COLOR_BLACK),
+    Plain(IDC_OPERATION_COLOR_SHADED, IDS_HELP_OPERATION_COLOR_SHADED),
+    Plain(IDC_OPERATION_DITHER_NONE, IDS_HELP_OPERATION_DITHER_NONE),
+    Plain(IDC_OPERATION_DITHER_PHOTO_203, IDS_HELP_OPERATION_DITHER_PHOTO_203),
+    Plain(IDC_OPERATION_DITHER_PHOTO_305, IDS_HELP_OPERATION_DITHER_PHOTO_305),
+    Plain(IDC_OPERATION_DITHER_ILLUSTRATION, IDS_HELP_OPERATION_DITHER_ILLUSTRATION),
+    Plain(IDC_OPERATION_SPEED, IDS_HELP_OPERATION_SPEED),
+    Plain(IDC_OPERATION_SENSOR, IDS_HELP_OPERATION_SENSOR),
+    Plain(IDC_OPERATION_COLOR_ADJUST, IDS_HELP_OPERATION_COLOR_ADJUST),
+    Plain(IDC_OPERATION_HALFTONE, IDS_HELP_OPERATION_HALFTONE),
+    Plain(IDC_OPERATION_SYNC_PRINT, IDS_HELP_OPERATION_SYNC_PRINT),
+    Plain(IDC_OPERATION_COMPULSORY, IDS_HELP_OPERATION_COMPULSORY),
 };
 
 // The feed-mode list is described by the printer's mode.
 constexpr HelpRow kFeedModeHelp[] = {
-    Row(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_TEAR_OFF),
-    Row(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_CONTINUOUS),
-    Row(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_PEEL),
+    Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_TEAR_OFF),
+    Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_CONTINUOUS),
+    Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_PEEL),
 };
 
 // In the order of the values of Dither; without any of them Dither is the last.
@@ -56,7 +52,7 @@ void ShowOperationHelp(HWND page, const DriverUiData& session, int control) {
   HelpTextTable rows = kHelp;
   if (control == IDC_OPERATION_FEED_MODE) {
     rows = HelpTextTable(
-        kFeedModeHelp + (printer.Mecha <= kPeel ? printer.Mecha : uint16_t{kTearOff}), 1);
+        kFeedModeHelp + (printer.Mecha <= kPeelMode ? printer.Mecha : uint16_t{kTearOffMode}), 1);
   }
   ShowHelp(page, rows, control, IDC_HELP_TEXT, kPlain, printer.HeadDensity);
 }
@@ -85,11 +81,6 @@ void FillPage(HWND page, DriverUiData& session) {
   EnableWindow(GetDlgItem(page, IDC_OPERATION_SYNC_PRINT), userDefault && IsAdministrator());
   EnableWindow(GetDlgItem(page, IDC_OPERATION_COMPULSORY), userDefault);
   LockControls(page, IDD_OPERATION, session.permission != FALSE);
-}
-
-// The value of a list's selection; a list that the page does not have counts as on its first entry.
-int16_t SelectedOption(HWND page, int list, const OptionTable& table) {
-  return OptionValue(table, static_cast<int>(SendDlgItemMessageW(page, list, CB_GETCURSEL, 0, 0)));
 }
 
 void ReadPage(HWND page, DriverUiData& session) {

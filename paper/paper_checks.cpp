@@ -108,15 +108,4 @@ void DeleteQuestion(const DriverSettingsBlock& block, int entry,
   AppendText(question, confirmation);
 }
 
-void ShowPaperVerdict(HWND dialog, const PaperVerdict& verdict, int unit) {
-  WCHAR format[kMessageLength];
-  LoadMessageText(verdict.message, format, std::size(format));
-  WCHAR bound[kMeasureTextLength];
-  FormatMeasure(bound, verdict.bound, unit);
-  WCHAR text[kMessageLength + kMeasureTextLength];
-  // The messages without a limit have no place for it and leave it out.
-  wsprintfW(text, format, bound);
-  ShowText(dialog, text, MB_ICONEXCLAMATION);
-}
-
 }  // namespace kestrel

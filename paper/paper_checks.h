@@ -49,7 +49,4 @@ constexpr size_t kDeleteQuestionLength = 256;
 void DeleteQuestion(const DriverSettingsBlock& block, int entry,
                     WCHAR (&question)[kDeleteQuestionLength]);
 
-// Shows the message of a failed verdict over dialog, with its bound in unit.
-void ShowPaperVerdict(HWND dialog, const PaperVerdict& verdict, int unit);
-
 }  // namespace kestrel

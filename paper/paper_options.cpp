@@ -1,7 +1,5 @@
 #include "paper/paper_options.h"
 
-#include <iterator>
-
 namespace kestrel {
 namespace {
 
@@ -17,8 +15,8 @@ constexpr OptionEntry kDarknessEntries[] = {
     {TEXT("濃度5 濃い"), 5, TEXT('5'), {}}, {TEXT(""), kOptionEnd, 0, {}},
 };
 
-constexpr OptionTable kGrades = {kGradeEntries, std::size(kGradeEntries) - 1};
-constexpr OptionTable kDarkness = {kDarknessEntries, std::size(kDarknessEntries) - 1};
+constexpr OptionTable kGrades = OptionTableOf(kGradeEntries);
+constexpr OptionTable kDarkness = OptionTableOf(kDarknessEntries);
 
 }  // namespace
 

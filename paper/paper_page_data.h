@@ -13,8 +13,6 @@
 
 namespace kestrel {
 
-constexpr uint16_t kTearOffMode = 0;  // values of Mecha
-constexpr uint16_t kPeelMode = 2;
 constexpr int16_t kEyeMarkSensor = 0;  // value of nSensor
 
 // The range of an offset field, in dots.

@@ -33,12 +33,12 @@ void TakeEditedPaper(DriverUiData& session) {
       break;
     case kEditFreePaper:
       TakePaper(session, block.Record.Private.FreePaper);
-      PutText(state.work.PaperName, kFreePaperName);
+      CopyText(state.work.PaperName, kFreePaperName);
       break;
     case kNewPaper:
       TakePaper(session, session.paper.dataReference ? PaperOfEntry(block, session.paper.selected)
                                                      : NewPaper());
-      PutText(state.work.PaperName, TEXT(""));
+      CopyText(state.work.PaperName, TEXT(""));
       break;
   }
 }
@@ -66,16 +66,11 @@ void FillFromPaper(HWND dialog, const DriverUiData& session, bool attach) {
   CheckDlgButton(dialog, IDC_PAPER_REGISTER_YOSHI, paper.Yoshi != 0 ? BST_CHECKED : BST_UNCHECKED);
 }
 
-void SelectOption(HWND dialog, int list, const OptionTable& table, int value) {
-  SendDlgItemMessageW(dialog, list, CB_SETCURSEL, static_cast<WPARAM>(OptionIndex(table, value)),
-                      0);
-}
-
 }  // namespace
 
 void EnableDarknessList(HWND dialog, const DriverUiData& session) {
-  const LRESULT entry = SendDlgItemMessageW(dialog, IDC_PAPER_REGISTER_GRADE, CB_GETCURSEL, 0, 0);
-  const bool offered = OptionValue(PaperGradeOptions(), static_cast<int>(entry)) != kFollowPrinter;
+  const bool offered =
+      SelectedOption(dialog, IDC_PAPER_REGISTER_GRADE, PaperGradeOptions()) != kFollowPrinter;
   EnableWindow(GetDlgItem(dialog, IDC_PAPER_REGISTER_THICKNESS),
                offered && session.permission != FALSE);
 }

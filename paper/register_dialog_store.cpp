@@ -30,7 +30,8 @@ int ControlOf(PaperInput input) {
 // Shows a refusal and moves the focus to what it is about. True when there is nothing to refuse.
 bool Accept(HWND dialog, const PaperVerdict& verdict, int unit) {
   if (verdict.Passed()) return true;
-  ShowPaperVerdict(dialog, verdict, unit);
+  // The messages without a limit have no place for it and leave it out.
+  ShowBound(dialog, verdict.message, verdict.bound, unit);
   MoveFocus(dialog, ControlOf(verdict.input));
   return false;
 }
@@ -46,11 +47,6 @@ PaperSizes TypedSizes(HWND dialog, int unit) {
   };
 }
 
-int16_t ChosenOption(HWND dialog, int list, const OptionTable& table) {
-  const LRESULT entry = SendDlgItemMessageW(dialog, list, CB_GETCURSEL, 0, 0);
-  return OptionValue(table, static_cast<int>(entry));
-}
-
 bool ReadName(HWND dialog, DriverUiData& session) {
   PaperDialogState& state = session.paper.dialog;
   if (session.paper.mode == kEditFreePaper) return true;
@@ -60,7 +56,7 @@ bool ReadName(HWND dialog, DriverUiData& session) {
   if (!Accept(dialog, CheckPaperName(*session.settings, name, edited), state.work.Unit)) {
     return false;
   }
-  PutText(state.work.PaperName, name);
+  CopyText(state.work.PaperName, name);
   return true;
 }
 
@@ -73,7 +69,7 @@ bool ReadPaper(HWND dialog, DriverUiData& session) {
   const PaperSizes sizes = TypedSizes(dialog, unit);
   if (!Accept(dialog, CheckPaperSizes(sizes, state.limits, unit), unit)) return false;
   const auto read = [&](int list, const OptionTable& table) {
-    return static_cast<uint16_t>(ChosenOption(dialog, list, table));
+    return static_cast<uint16_t>(SelectedOption(dialog, list, table));
   };
   paper.PaperKind = read(IDC_PAPER_REGISTER_GRADE, PaperGradeOptions());
   paper.Thickness = read(IDC_PAPER_REGISTER_THICKNESS, PaperDarknessOptions());

@@ -53,22 +53,6 @@ int ConvertBound(int bound, int from, int to, int dpi) {
   return converted == 0 && bound != 0 ? 1 : converted;
 }
 
-// Always answers false (not valid).
-bool ReportRange(HWND dialog, int edit, RangeSide side, UINT belowId, UINT aboveId, int minimum,
-                 int maximum, int unit) {
-  WCHAR format[kMessageLength];
-  LoadMessageText(side == kBelow ? belowId : aboveId, format, kMessageLength);
-  WCHAR bound[kMeasureTextLength];
-  FormatMeasure(bound, side == kBelow ? minimum : maximum, unit);
-  WCHAR text[kFilledLength];
-  // The messages of plain numbers have no place for a unit and leave it out.
-  wsprintfW(text, format, bound, UnitName(unit));
-  ShowText(dialog, text, MB_ICONEXCLAMATION);
-  MoveFocus(dialog, edit);
-  SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);
-  return false;
-}
-
 }  // namespace
 
 int EditOfSpin(FieldDialog dialog, int spin) {
@@ -204,11 +188,25 @@ bool OnPlainTyped(FieldDialog dialog, int edit) {
   return false;
 }
 
+void ShowBound(HWND dialog, UINT message, int bound, int unit) {
+  WCHAR format[kMessageLength];
+  LoadMessageText(message, format, kMessageLength);
+  WCHAR number[kMeasureTextLength];
+  FormatMeasure(number, bound, unit);
+  WCHAR text[kFilledLength];
+  wsprintfW(text, format, number, UnitName(unit));
+  ShowText(dialog, text, MB_ICONEXCLAMATION);
+}
+
 bool AcceptField(FieldDialog dialog, int edit, int minimum, int maximum, int unit, UINT belowId,
                  UINT aboveId) {
   const RangeSide side = CheckFieldRange(dialog, edit, unit);
   if (side != kInside) {
-    return ReportRange(dialog.window, edit, side, belowId, aboveId, minimum, maximum, unit);
+    const bool below = side == kBelow;
+    ShowBound(dialog.window, below ? belowId : aboveId, below ? minimum : maximum, unit);
+    MoveFocus(dialog.window, edit);
+    SetWindowLongPtrW(dialog.window, DWLP_MSGRESULT, TRUE);
+    return false;
   }
   const NumericField* field = FieldOfEdit(dialog.fields, edit);
   if (field != nullptr) SetPosition(dialog.window, field->spin, ReadField(dialog, edit, unit));

@@ -66,6 +66,9 @@ bool OnMeasureTyped(FieldDialog dialog, int edit, int unit);
 // allowed, else the up-down learns a number of its range.
 bool OnPlainTyped(FieldDialog dialog, int edit);
 
+// A message over dialog that names a bound in a unit, and the unit where the text has a place for
+// it.
+void ShowBound(HWND dialog, UINT message, int bound, int unit);
 // A field as OK takes it. Outside its range a message shows the bound that it misses, the focus
 // moves to the field, the dialog's message result is TRUE and the answer false. Inside, the up-down
 // gets the number, so that what was checked is what is stored.

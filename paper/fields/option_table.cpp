@@ -19,8 +19,17 @@ void FillOptionList(HWND dialog, int list, const OptionTable& table, int value) 
     SendDlgItemMessageW(dialog, list, CB_ADDSTRING, 0,
                         reinterpret_cast<LPARAM>(table.entries[index].text));
   }
+  SelectOption(dialog, list, table, value);
+}
+
+void SelectOption(HWND dialog, int list, const OptionTable& table, int value) {
   SendDlgItemMessageW(dialog, list, CB_SETCURSEL, static_cast<WPARAM>(OptionIndex(table, value)),
                       0);
+}
+
+int16_t SelectedOption(HWND dialog, int list, const OptionTable& table) {
+  return OptionValue(table,
+                     static_cast<int>(SendDlgItemMessageW(dialog, list, CB_GETCURSEL, 0, 0)));
 }
 
 }  // namespace kestrel
