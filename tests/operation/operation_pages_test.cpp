@@ -78,7 +78,7 @@ TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
 // Stored are the choices of the lists and switches, and what stands for absent controls.
 TEST_F(OperationPage, ShowsAndStoresItsFields) {
   constexpr int16_t kSpeeds[] = {1, 2, 255, 99}, kSensors[] = {0, 1, 255, -1};  // the last unknown
-  constexpr int16_t kMoveModes[] = {1, 0, 7, 1};
+  constexpr int16_t kMoveModes[] = {1, 0, 7, 1};                                // of a printer mode
   DriverSettingsBlock block = DefaultBlock();
   PrivateDevMode& settings = block.Record.Private;
   for (int16_t row = 0; row < 4; ++row) {
@@ -114,23 +114,21 @@ TEST_F(OperationPage, ShowsAndStoresItsFields) {
 }
 
 // What the adjustment functions are handed, and what they answer.
-using Numbers = std::vector<int>;
+using Numbers = std::vector<DWORD>;
 Numbers handed;
 LONG adjusted;
 
 LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORADJUSTMENT* values,
                       BOOL monochrome, BOOL permission) {
   EXPECT_TRUE(title == std::u16string(kPrinter) && !picture && !pictureTitle && monochrome);
-  handed = {permission, values->caSize, std::exchange(values->caContrast, 17)};
+  handed = {DWORD(permission), values->caSize, DWORD(std::exchange(values->caContrast, 17))};
   return adjusted;
 }
 LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
   EXPECT_TRUE(title == std::u16string(kPrinter) && data->DeviceFlags == 0);
   DEVHTINFO* own = data->pAdjHTInfo;
-  for (const DWORD number : {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
-                             own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0}) {
-    handed.push_back(static_cast<int>(number));
-  }
+  handed.insert(handed.end(), {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
+                               own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0});
   return adjusted;
 }
 
@@ -138,25 +136,22 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
   machine().RegisterModule(u"htui.dll", {{"HTUI_ColorAdjustmentW", AnyEntry(FakeColor)},
                                          {"HTUI_DeviceColorAdjustmentW", AnyEntry(FakeDevice)}});
   DEVHTINFO own = DefaultHalftoneInfo();
-  const auto factory = static_cast<int>(std::exchange(own.HTPatternSize, 5));
+  const DWORD factory = std::exchange(own.HTPatternSize, 5);
   DriverSettingsBlock block = DefaultBlock();
   SetHalftoneInfo(block, own);
   block.Record.Private.ColorAdjust.caContrast = 3;
   block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
-  constexpr int kCases[][4] = {                 // density, answer, resolution, permission
-                               {203, 1, 203, 1},
-                               {305, 1, 305, 1},
-                               {300, 0, 203, 1},
-                               {203, -3, 203, 1},
-                               {203, 1, 203, 0}};
-  for (const auto& [density, answer, dpi, permission] : kCases) {
+  constexpr int kCases[][4] = {
+      {203, 1, 203, 1}, {305, 1, 305, 1}, {300, 0, 203, 1}, {203, -3, 203, 1}, {203, 1, 203, 0}};
+  for (const auto& [density, answer, resolution, permission] : kCases) {
+    const DWORD dpi = resolution;
     DriverSettingsBlock other = block;
     other.Printer.HeadDensity = static_cast<uint16_t>(density);
     adjusted = answer;
     EXPECT_EQ(AdjustColor(other, kPrinter, permission), answer);
     EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), answer);
-    EXPECT_EQ(handed,
-              (Numbers{permission, 24, 3, dpi, dpi, permission ? factory : 5, permission ? 5 : 0}));
+    EXPECT_EQ(handed, permission ? (Numbers{1, 24, 3, dpi, dpi, factory, 5})
+                                 : (Numbers{0, 24, 3, dpi, dpi, 5, 0}));
     EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, answer >= 1 ? 17 : 3);
     EXPECT_EQ(HalftoneInfo(other).HTPatternSize, answer >= 1 && permission ? 6u : 5u);
   }

@@ -22,14 +22,15 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
     DriverSettingsBlock block = With(2);
     block.Printer.Mecha = mode;
     PrivateDevMode& settings = block.Record.Private;
-    settings.PaperID = 258;
+    settings.PaperID = static_cast<int16_t>(258 + mode);  // the last names no paper
     settings.Orient = 2;
     settings.nFlip = 1;
     settings.Position = 0;
-    Steps shown = {ExpectSelected(kList, 1), ExpectChecked({kLandscape, kFlip}),
+    Steps shown = {ExpectSelected(kList, 1 + mode), ExpectChecked({kLandscape, kFlip}),
                    ExpectChecked({kPortrait, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
                    ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
-    Steps typed;
+    // Looking, and typing what is stored, changes nothing.
+    Steps typed = {Click(kFreeEdit), Click(IDCANCEL), Paste(kVert, u"11"), ExpectChanged(false)};
     PrivateDevMode left = settings;
     int16_t stored = 10;
     for (const auto& [edit, spin, minimum, maximum, setting] : kOffsets) {
@@ -53,11 +54,12 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
     }
     Keep(block);
     // A stray letter takes back itself alone, the stored value too; the caret stays behind.
-    typed += {Paste(kVert, u"2"),       Type(kVert, u"x"), ExpectText(kVert, u"2"),
-              Type(kVert, u"12"),       Type(kVert, u"9"),  // 2129
-              ExpectText(kVert, u"11"), Type(kVert, u"2"), Click(kLandscape),
-              Click(kPortrait),         Click(kFlip),      Click(IDC_PAPER_POSITION)};
+    typed += {ExpectChanged(true),      Paste(kVert, u"2"), Type(kVert, u"x"),
+              ExpectText(kVert, u"2"),  Type(kVert, u"12"), Type(kVert, u"9"),  // 2129
+              ExpectText(kVert, u"11"), Type(kVert, u"2"),  Click(kLandscape),
+              Click(kPortrait),         Click(kFlip),       Click(IDC_PAPER_POSITION)};
     left.nVertBase = 112;
+    if (mode == 2) left.PaperID = 256;
     left.Orient = left.Position = 1;
     left.nFlip = 0;
     const SettingsRecord answer =
@@ -65,16 +67,6 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
     EXPECT_EQ(memcmp(&answer.Private, &left, sizeof left), 0);
     EXPECT_EQ(answer.Public.dmOrientation, 1);
   }
-}
-
-TEST_F(PaperPage, AnIdOfNoPaperIsTheFreeSizeAndLookingMarksNothing) {
-  DriverSettingsBlock block = DefaultBlock();
-  block.Record.Private.PaperID = 258;
-  Keep(block);
-  const Steps steps = {ExpectSelected(kList, 1), Click(kFreeEdit),     Click(IDCANCEL),
-                       Paste(kHorz, u"0"),       ExpectChanged(false), Paste(kHorz, u"1"),
-                       ExpectChanged(true)};
-  EXPECT_EQ(Ok(kPaperTab, steps).record.Private.PaperID, 256);
 }
 
 // ---- the registration dialog ----
@@ -211,10 +203,7 @@ TEST_F(RegisterDialog, SizesStayAsTheyAreShown) {
       Spin(IDC_PAPER_REGISTER_LENGTH_SPIN, 3), Shows(u"N|45.0|68.3|8.0|A|濃度3 普通|mm"),
       Click(kInchButton), [](Desk& desk) { EXPECT_EQ(desk.Control(kWidth).textLimit, 5); },
       ExpectRange(kWidthSpin, 394, 2283, 1772),
-      ExpectRange(IDC_PAPER_REGISTER_LENGTH_SPIN, 394, 6417, 2689),
-      ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_LEFT_SPIN, 0, 2283, 0),
-      ExpectRange(IDC_PAPER_REGISTER_PRINTABLE_HEIGHT_SPIN, 630, 6299, 2677), Spin(kWidthSpin, 2),
-      Enter()});
+      ExpectRange(IDC_PAPER_REGISTER_LENGTH_SPIN, 394, 6417, 2689), Spin(kWidthSpin, 2), Enter()});
   EXPECT_EQ(Stored(1), u"N 0 3 1774 2689 315 118 1 0 0 1774 2689 0 0 0 0 1");
 }
 
