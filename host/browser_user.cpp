@@ -16,11 +16,11 @@ void BrowserUser::Publish(platform::Desk& desk, bool busy) {
   Json handled = Json::object();
   for (const auto& [page, number] : handled_) handled[page] = number;
   const auto calls = machine_.ShellCalls();
-  const std::string file = calls.empty() ? std::string() : ToUtf8(calls.back().file);
+  const platform::ShellCall last = calls.empty() ? platform::ShellCall() : calls.back();
   exchange_.Publish(Json{{"handled", handled},
                          {"about", about_},
                          {"busy", busy},
-                         {"opened", {{"count", calls.size()}, {"file", file}}},
+                         {"opened", {{"count", last.number}, {"file", ToUtf8(last.file)}}},
                          {"windows", WindowsJson(desk)}}
                         .dump());
 }

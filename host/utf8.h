@@ -12,7 +12,4 @@ std::u16string FromUtf8(std::string_view text);
 // A lone surrogate becomes U+FFFD, so that the answer is always UTF-8.
 std::string ToUtf8(std::u16string_view text);
 
-// The same for one code point, appended.
-void AppendUtf8(std::string& out, char32_t point);
-
 }  // namespace printhost

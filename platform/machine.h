@@ -46,14 +46,16 @@ class Faults {
   bool Strike(Fault kind);
 
  private:
-  void Arm(Fault kind, int from, int to);
+  struct Armed {
+    int from = 0, to = 0;
+    int calls = 0;
+    bool struck = false;
+  };
+  Armed At(Fault kind) const;
+  void Arm(Fault kind, const Armed& armed);
 
-  static constexpr int kKinds = static_cast<int>(Fault::kCount);
   mutable std::mutex mutex_;
-  int calls_[kKinds] = {};
-  int from_[kKinds] = {};
-  int to_[kKinds] = {};
-  bool struck_[kKinds] = {};
+  Armed armed_[static_cast<int>(Fault::kCount)];
 };
 
 struct OsVersion {
@@ -83,7 +85,7 @@ struct DataValue {
   std::vector<std::byte> bytes;
 };
 
-// A message box, a broadcast or a started document that the computer has seen, kept for tests and
+// A broadcast or a started document that the computer has seen; the newest are kept for tests and
 // hosts.
 struct Broadcast {
   UINT message;
@@ -96,6 +98,7 @@ struct ShellCall {
   std::u16string verb;
   std::u16string file;
   int show;
+  int number = 0;  // counts the calls from 1 on
 };
 
 class Machine {

@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 
+#include "platform/system/last_error.h"
 #include "platform/system/text.h"
 
 namespace platform {
@@ -91,11 +92,6 @@ bool IsSupported(UINT codePage) {
 bool AreValid(UINT codePage, const void* text, int length, const void* out, int size) {
   return IsSupported(codePage) && text != nullptr && length != 0 && length >= -1 && size >= 0 &&
          (size == 0 || out != nullptr);
-}
-
-int Fail(DWORD error) {
-  SetLastError(error);
-  return 0;
 }
 
 // What fits stays written, whole characters only: as many units of the answer.

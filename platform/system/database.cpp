@@ -64,17 +64,9 @@ std::string Sentence(sqlite3* connection) {
 class Database::Run {
  public:
   Run(Database& database, const char* sql) : database_(database) {
-    sqlite3_stmt*& kept = database.statements_[sql];
-    if (kept == nullptr && sqlite3_prepare_v3(database.connection_, sql, -1,
-                                              SQLITE_PREPARE_PERSISTENT, &kept, nullptr) != 0) {
-      database.Throw();
-    }
-    statement_ = kept;
+    Bound(sqlite3_prepare_v2(database.connection_.get(), sql, -1, &statement_, nullptr));
   }
-  ~Run() {
-    sqlite3_reset(statement_);
-    sqlite3_clear_bindings(statement_);
-  }
+  ~Run() { sqlite3_finalize(statement_); }
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
@@ -114,36 +106,26 @@ class Database::Run {
   }
 
   Database& database_;
-  sqlite3_stmt* statement_;
+  sqlite3_stmt* statement_ = nullptr;
   int next_ = 1;
 };
 
+void Database::Closing::operator()(sqlite3* connection) const { sqlite3_close(connection); }
+
 Database::Database(const std::filesystem::path& file) {
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-  try {
-    if (sqlite3_open_v2(file.c_str(), &connection_, kFlags, nullptr) != SQLITE_OK) Throw();
-    Prepare();
-  } catch (...) {
-    Close();
-    throw;
-  }
-}
-
-Database::~Database() { Close(); }
-
-void Database::Close() {
-  for (const auto& [sql, statement] : statements_) sqlite3_finalize(statement);
-  sqlite3_close(connection_);
-}
-
-void Database::Prepare() {
+  sqlite3* connection = nullptr;
+  const int opened = sqlite3_open_v2(file.c_str(), &connection, kFlags, nullptr);
+  connection_.reset(connection);
+  if (opened != SQLITE_OK) Throw();
   const auto waits = [](void* self, int) { return static_cast<Database*>(self)->Waits() ? 1 : 0; };
-  sqlite3_busy_handler(connection_, waits, this);
+  sqlite3_busy_handler(connection_.get(), waits, this);
   Execute("PRAGMA encoding = 'UTF-16le'");
   // The change to the log needs the database for itself and does not wait for it; of two processes
   // that open a new one at once, the second tries again.
-  while (sqlite3_exec(connection_, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) != 0) {
-    if ((sqlite3_errcode(connection_) & 0xFF) != SQLITE_BUSY || !Waits()) Throw();
+  while (sqlite3_exec(connection_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) !=
+         0) {
+    if ((sqlite3_errcode(connection_.get()) & 0xFF) != SQLITE_BUSY || !Waits()) Throw();
   }
   // Processes die, machines rarely: without a sync a commit outlives its process all the same.
   Execute("PRAGMA synchronous = NORMAL");
@@ -162,7 +144,7 @@ void Database::MakeTable() {
   if (version == 1) Execute(kFromVersion1);
 }
 
-void Database::Throw() { throw std::runtime_error(Sentence(connection_)); }
+void Database::Throw() { throw std::runtime_error(Sentence(connection_.get())); }
 
 bool Database::Waits() {
   const auto now = Clock::now();
@@ -179,7 +161,8 @@ int Database::Told(int result, bool writes) {
 }
 
 void Database::Execute(const char* sql) {
-  if (Told(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr), true) != SQLITE_OK) Throw();
+  if (Told(sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr), true) != SQLITE_OK)
+    Throw();
 }
 
 int64_t Database::Number(const char* sql) {
@@ -213,7 +196,7 @@ void Database::Set(const RowKey& key, const std::optional<Row>& row) {
 
 void Database::Rollback() noexcept {
   // What SQLite has undone by itself cannot be undone again.
-  sqlite3_exec(connection_, "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 }  // namespace platform

@@ -6,15 +6,14 @@
 #include <chrono>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/machine.h"
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace platform {
 
@@ -33,9 +32,6 @@ using Rows = std::map<RowKey, Row>;
 class Database {
  public:
   explicit Database(const std::filesystem::path& file);
-  ~Database();
-  Database(const Database&) = delete;
-  Database& operator=(const Database&) = delete;
 
   // A number that changes with every write of others.
   int64_t Version();
@@ -52,17 +48,17 @@ class Database {
   using Clock = std::chrono::steady_clock;
 
   void Execute(const char* sql);
-  void Prepare();
-  void Close();
   void MakeTable();
   int64_t Number(const char* sql);
   bool Waits();
   int Told(int result, bool writes);
   [[noreturn]] void Throw();
 
-  sqlite3* connection_ = nullptr;
+  struct Closing {
+    void operator()(sqlite3* connection) const;
+  };
+  std::unique_ptr<sqlite3, Closing> connection_;
   Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
-  std::unordered_map<const char*, sqlite3_stmt*> statements_;  // by the address of a literal
 };
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "platform/system/files.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -46,6 +47,25 @@ std::vector<std::u16string_view> PartsOf(std::u16string_view path) {
 }
 
 }  // namespace
+
+std::optional<std::string> BytesOf(const fs::path& file) {
+  std::error_code failed;
+  if (!fs::is_regular_file(file, failed)) return std::nullopt;
+  std::string bytes(fs::file_size(file, failed), '\0');
+  std::ifstream in(file, std::ios::binary);
+  if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())) && !in.eof()) {
+    return std::nullopt;
+  }
+  bytes.resize(static_cast<size_t>(in.gcount()));
+  return bytes;
+}
+
+bool WriteBytes(const fs::path& file, std::string_view bytes) {
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  out.close();
+  return out.good();
+}
 
 fs::path DriveFolder(const fs::path& state, char16_t drive) {
   const char16_t upper = FoldUnit(drive);
@@ -98,17 +118,11 @@ void Machine::WriteFile(std::u16string_view windowsPath, std::string_view bytes)
   fs::create_directories(file.parent_path());
   const std::lock_guard lock(impl_->profiles.mutex);
   impl_->profiles.Forget();
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!out.flush()) throw std::runtime_error("cannot write " + file.string());
+  if (!WriteBytes(file, bytes)) throw std::runtime_error("cannot write " + file.string());
 }
 
 std::optional<std::string> Machine::ReadFile(std::u16string_view windowsPath) const {
-  const fs::path file = HostPath(windowsPath);
-  std::error_code failed;
-  std::ifstream in(file, std::ios::binary);
-  if (!in || !fs::is_regular_file(file, failed)) return std::nullopt;
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return BytesOf(HostPath(windowsPath));
 }
 
 }  // namespace platform

@@ -3,42 +3,31 @@
 #include "platform/machine.h"
 
 namespace platform {
-namespace {
-size_t Index(Fault kind) { return static_cast<size_t>(kind); }
-}  // namespace
 
-void Faults::Arm(Fault kind, int from, int to) {
+Faults::Armed Faults::At(Fault kind) const {
   const std::lock_guard lock(mutex_);
-  calls_[Index(kind)] = 0;
-  from_[Index(kind)] = from;
-  to_[Index(kind)] = to;
-  struck_[Index(kind)] = false;
+  return armed_[static_cast<size_t>(kind)];
 }
 
-void Faults::FailNth(Fault kind, int n) { Arm(kind, n, n); }
+void Faults::Arm(Fault kind, const Armed& armed) {
+  const std::lock_guard lock(mutex_);
+  armed_[static_cast<size_t>(kind)] = armed;
+}
 
-void Faults::FailFrom(Fault kind, int n) { Arm(kind, n, std::numeric_limits<int>::max()); }
-
+void Faults::FailNth(Fault kind, int n) { Arm(kind, {n, n}); }
+void Faults::FailFrom(Fault kind, int n) { Arm(kind, {n, std::numeric_limits<int>::max()}); }
 void Faults::Clear() {
-  for (int kind = 0; kind < kKinds; ++kind) Arm(static_cast<Fault>(kind), 0, -1);
+  for (int kind = 0; kind < static_cast<int>(Fault::kCount); ++kind) Arm(Fault{kind}, {});
 }
-
-int Faults::Calls(Fault kind) const {
-  const std::lock_guard lock(mutex_);
-  return calls_[Index(kind)];
-}
-
-bool Faults::Struck(Fault kind) const {
-  const std::lock_guard lock(mutex_);
-  return struck_[Index(kind)];
-}
+int Faults::Calls(Fault kind) const { return At(kind).calls; }
+bool Faults::Struck(Fault kind) const { return At(kind).struck; }
 
 bool Faults::Strike(Fault kind) {
   const std::lock_guard lock(mutex_);
-  const int call = ++calls_[Index(kind)];
-  const bool strikes =
-      from_[Index(kind)] > 0 && call >= from_[Index(kind)] && call <= to_[Index(kind)];
-  struck_[Index(kind)] = struck_[Index(kind)] || strikes;
+  Armed& armed = armed_[static_cast<size_t>(kind)];
+  ++armed.calls;
+  const bool strikes = armed.calls >= armed.from && armed.calls <= armed.to;
+  armed.struck = armed.struck || strikes;
   return strikes;
 }
 

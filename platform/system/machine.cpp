@@ -60,6 +60,14 @@ fs::path Prepared(const fs::path& directory) {
   return fs::canonical(directory);
 }
 
+// Adds to what is kept for those who look afterwards: the newest of it.
+template <typename Item>
+void Keep(std::vector<Item>& kept, Item item) {
+  constexpr size_t kMost = 64;
+  if (kept.size() == kMost) kept.erase(kept.begin());
+  kept.push_back(std::move(item));
+}
+
 std::vector<std::u16string> SystemFontFamilies() {
   std::set<std::u16string> families;
   // A configuration of its own, so that nothing of it is left in the process.
@@ -185,27 +193,24 @@ std::vector<ShellCall> Machine::ShellCalls() const {
 
 void Machine::RecordBroadcast(Broadcast broadcast) {
   const std::lock_guard lock(impl_->mutex);
-  impl_->broadcasts.push_back(std::move(broadcast));
+  Keep(impl_->broadcasts, std::move(broadcast));
 }
 
 void Machine::RecordShellCall(ShellCall call) {
   const std::lock_guard lock(impl_->mutex);
-  impl_->shellCalls.push_back(std::move(call));
+  call.number = impl_->shellCalls.empty() ? 1 : impl_->shellCalls.back().number + 1;
+  Keep(impl_->shellCalls, std::move(call));
 }
 
 void Machine::SetInstalledFontFamilies(std::vector<std::u16string> families) {
   const std::lock_guard lock(impl_->mutex);
   impl_->fonts = std::move(families);
-  impl_->fontsKnown = true;
 }
 
 std::vector<std::u16string> Machine::InstalledFontFamilies() const {
   const std::lock_guard lock(impl_->mutex);
-  if (!impl_->fontsKnown) {
-    impl_->fonts = SystemFontFamilies();
-    impl_->fontsKnown = true;
-  }
-  return impl_->fonts;
+  if (!impl_->fonts) impl_->fonts = SystemFontFamilies();
+  return *impl_->fonts;
 }
 
 Desk& Machine::desk() {

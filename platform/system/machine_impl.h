@@ -74,14 +74,26 @@ struct Machine::Impl {
   std::shared_ptr<const Known> known;
   std::vector<Broadcast> broadcasts;
   std::vector<ShellCall> shellCalls;
-  bool fontsKnown = false;
-  std::vector<std::u16string> fonts;
+  std::optional<std::vector<std::u16string>> fonts;  // nothing: not asked for yet
   std::unique_ptr<Desk> desk;
 
   // Process-wide counts when the computer was made.
   int heapsBefore = 0;
   int blocksBefore = 0;
 };
+
+// Runs a call that a kind of fault strikes with an error of its own; a failure of the store is a
+// general one.
+template <typename Call>
+DWORD Served(Fault kind, DWORD struck, const Call& call) {
+  Machine& machine = Machine::Current();
+  if (machine.faults.Strike(kind)) return struck;
+  try {
+    return call(machine.impl());
+  } catch (const std::exception&) {
+    return ERROR_GEN_FAILURE;
+  }
+}
 
 // Where the store keeps a printer's data.
 std::u16string DataPath(int64_t printer);

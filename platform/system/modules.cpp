@@ -72,12 +72,11 @@ BOOL CallMain(const LoadedModule& module, DWORD reason) {
   return main == nullptr || main(module.handle, reason, nullptr);
 }
 
-void Close(LoadedModule& module) {
-  module.resources.reset();
-  if (module.library != nullptr) dlclose(module.library);
-}
-
 }  // namespace
+
+LoadedModule::~LoadedModule() {
+  if (library != nullptr) dlclose(library);
+}
 
 bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries) {
   BuiltIns()[FoldCase(fileName)] = std::move(entries);
@@ -91,12 +90,16 @@ const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName) {
 
 void ModuleTable::UnloadAll() {
   const std::lock_guard lock(mutex_);
-  while (!modules_.empty()) {
-    const std::unique_ptr<LoadedModule> module = std::move(modules_.back());
-    modules_.pop_back();
-    CallMain(*module, DLL_PROCESS_DETACH);
-    Close(*module);
-  }
+  while (!modules_.empty()) Drop(modules_.back().get());
+}
+
+// Detaches a module that is kept and closes it.
+void ModuleTable::Drop(const LoadedModule* module) {
+  const auto kept = std::find_if(modules_.begin(), modules_.end(),
+                                 [&](const auto& each) { return each.get() == module; });
+  const std::unique_ptr<LoadedModule> last = std::move(*kept);
+  modules_.erase(kept);
+  CallMain(*last, DLL_PROCESS_DETACH);
 }
 
 void ModuleTable::Register(std::u16string_view fileName, Machine::EntryPoints entries) {
@@ -109,84 +112,60 @@ void ModuleTable::Unregister(std::u16string_view fileName) {
   registered_.erase(FoldCase(FileNameOf(fileName)));
 }
 
-HMODULE ModuleTable::Keep(std::unique_ptr<LoadedModule> module) {
-  if (module->handle == nullptr) module->handle = reinterpret_cast<HMODULE>(module.get());
-  modules_.push_back(std::move(module));
-  return modules_.back()->handle;
-}
-
-HMODULE ModuleTable::LoadRegistered(std::u16string_view name, const Machine::EntryPoints& entries) {
-  const std::u16string path =
-      FileNameOf(name).size() == name.size()
-          ? Machine::Current().systemDirectory() + u'\\' + std::u16string(name)
-          : std::u16string(name);
-  for (const auto& module : modules_) {
-    if (module->file.empty() && EqualIgnoringCase(module->path, path)) {
-      ++module->references;
-      return module->handle;
-    }
+// Where a module of a name comes from: a file, or what is answered; neither when there is none.
+const Machine::EntryPoints* ModuleTable::Find(std::u16string_view name,
+                                              LoadedModule& module) const {
+  const std::u16string fileName = FoldCase(FileNameOf(name));
+  const auto found = registered_.find(fileName);
+  if (found != registered_.end()) return &found->second;
+  for (const std::filesystem::path& place : Places(std::u16string(name))) {
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(place, failed)) continue;
+    module.file = place;
+    return nullptr;
   }
-  auto module = std::make_unique<LoadedModule>();
-  module->path = path;
-  module->entries = entries;
-  module->references = 1;
-  return Keep(std::move(module));
-}
-
-HMODULE ModuleTable::LoadFile(const std::filesystem::path& file) {
-  for (const auto& module : modules_) {
-    if (module->file == file) {
-      ++module->references;
-      return module->handle;
-    }
-  }
-  auto opened = std::make_unique<LoadedModule>();
-  opened->path = Machine::Current().WindowsPath(file);
-  opened->file = file;
-  opened->references = 1;
-  if (!Open(*opened)) return nullptr;
-  const HMODULE handle = Keep(std::move(opened));
-  if (CallMain(*Get(handle), DLL_PROCESS_ATTACH)) return handle;
-  Close(*Take(handle));
-  SetLastError(ERROR_DLL_INIT_FAILED);
-  return nullptr;
+  return FindBuiltIn(fileName);
 }
 
 HMODULE ModuleTable::Load(std::u16string_view given) {
   const std::lock_guard lock(mutex_);
   const std::u16string name = Completed(given);
-  const std::u16string fileName = FoldCase(FileNameOf(name));
-  if (const auto found = registered_.find(fileName); found != registered_.end()) {
-    return LoadRegistered(name, found->second);
+  const Machine& machine = Machine::Current();
+  auto module = std::make_unique<LoadedModule>();
+  const Machine::EntryPoints* entries = Find(name, *module);
+  if (entries == nullptr && module->file.empty()) {
+    SetLastError(ERROR_MOD_NOT_FOUND);
+    return nullptr;
   }
-  for (const std::filesystem::path& place : Places(name)) {
-    std::error_code failed;
-    if (std::filesystem::is_regular_file(place, failed)) return LoadFile(place);
+  const bool bare = FileNameOf(name).size() == name.size();
+  module->path = entries == nullptr ? machine.WindowsPath(module->file)
+                 : bare             ? machine.systemDirectory() + u'\\' + name
+                                    : name;
+  for (const auto& loaded : modules_) {
+    if (loaded->file == module->file && EqualIgnoringCase(loaded->path, module->path)) {
+      ++loaded->references;
+      return loaded->handle;
+    }
   }
-  if (const Machine::EntryPoints* entries = FindBuiltIn(fileName)) {
-    return LoadRegistered(name, *entries);
+  if (entries != nullptr) {
+    module->entries = *entries;
+  } else if (!Open(*module)) {
+    return nullptr;
   }
-  SetLastError(ERROR_MOD_NOT_FOUND);
+  if (module->handle == nullptr) module->handle = reinterpret_cast<HMODULE>(module.get());
+  module->references = 1;
+  const LoadedModule* const kept = modules_.emplace_back(std::move(module)).get();
+  if (CallMain(*kept, DLL_PROCESS_ATTACH)) return kept->handle;
+  Drop(kept);
+  SetLastError(ERROR_DLL_INIT_FAILED);
   return nullptr;
-}
-
-std::unique_ptr<LoadedModule> ModuleTable::Take(HMODULE handle) {
-  const auto kept = std::find_if(modules_.begin(), modules_.end(),
-                                 [&](const auto& module) { return module->handle == handle; });
-  std::unique_ptr<LoadedModule> taken = std::move(*kept);
-  modules_.erase(kept);
-  return taken;
 }
 
 bool ModuleTable::Free(HMODULE handle) {
   const std::lock_guard lock(mutex_);
   LoadedModule* module = Get(handle);
-  if (module == nullptr) return false;
-  if (--module->references > 0) return true;
-  const std::unique_ptr<LoadedModule> last = Take(handle);
-  CallMain(*last, DLL_PROCESS_DETACH);
-  Close(*last);
-  return true;
+  if (module != nullptr && --module->references == 0) Drop(module);
+  return module != nullptr;
 }
 
 LoadedModule* ModuleTable::Get(HMODULE handle) const {

@@ -22,6 +22,10 @@ bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries)
 const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName);
 
 struct LoadedModule {
+  LoadedModule() = default;
+  LoadedModule(const LoadedModule&) = delete;
+  ~LoadedModule();
+
   HMODULE handle = nullptr;
   std::u16string path;                       // as GetModuleFileNameW answers it
   std::filesystem::path file;                // empty for registered modules
@@ -36,7 +40,6 @@ class ModuleTable {
  public:
   // Detaches and closes what is still loaded.
   void UnloadAll();
-
   void Register(std::u16string_view fileName, Machine::EntryPoints entries);
   void Unregister(std::u16string_view fileName);
   HMODULE Load(std::u16string_view name);  // null with the last error set
@@ -51,10 +54,8 @@ class ModuleTable {
 
  private:
   LoadedModule* Get(HMODULE module) const;
-  HMODULE LoadRegistered(std::u16string_view name, const Machine::EntryPoints& entries);
-  HMODULE LoadFile(const std::filesystem::path& file);
-  HMODULE Keep(std::unique_ptr<LoadedModule> module);
-  std::unique_ptr<LoadedModule> Take(HMODULE handle);  // of a module that is kept
+  const Machine::EntryPoints* Find(std::u16string_view name, LoadedModule& module) const;
+  void Drop(const LoadedModule* module);
 
   // The loader's lock is held while DllMain runs, which may call the loader again.
   mutable std::recursive_mutex mutex_;

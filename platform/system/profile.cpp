@@ -53,18 +53,11 @@ std::u16string FullPath(const Machine& machine, std::u16string path) {
   return machine.windowsDirectory() + u'\\' + path;
 }
 
-// The answer of a reading call, copied under the cache's lock.
+// What a file holds under a key; without a key the section's keys, each with a NUL behind it.
 template <typename Form>
-struct Answer {
-  std::basic_string<typename Form::Char> text;
-  std::vector<std::basic_string<typename Form::Char>> list;
-  bool found = false;
-};
-
-template <typename Form>
-Answer<Form> Look(const typename Form::Char* section, const typename Form::Char* key,
-                  const typename Form::Char* fileName) {
-  Answer<Form> answer;
+auto Look(const typename Form::Char* section, const typename Form::Char* key,
+          const typename Form::Char* fileName) {
+  std::optional<std::basic_string<typename Form::Char>> answer;
   Machine& machine = Machine::Current();
   if (machine.faults.Strike(Fault::kFile)) return answer;
   const std::u16string path = FullPath(machine, Form::Path(fileName));
@@ -74,74 +67,42 @@ Answer<Form> Look(const typename Form::Char* section, const typename Form::Char*
       path == cache.heldPath ? &cache.held : cache.Read(machine.HostPath(path));
   if (document == nullptr) return answer;
   const Encoding encoding = document->encoding();
-  if (section == nullptr || key == nullptr) {
-    const auto name = section == nullptr ? std::string() : Form::In(section, encoding);
-    if (!name) return answer;
-    for (std::string& each : section == nullptr ? document->Sections() : document->Keys(*name)) {
-      answer.list.push_back(Form::Out(std::move(each), encoding));
-    }
-    answer.found = !answer.list.empty();
-    return answer;
-  }
   const auto sectionName = Form::In(section, encoding);
-  const auto keyName = Form::In(key, encoding);
+  const auto keyName = key == nullptr ? std::string() : Form::In(key, encoding);
   if (!sectionName || !keyName) return answer;
-  if (auto value = document->Value(*sectionName, *keyName)) {
-    answer.text = Form::Out(std::move(*value), encoding);
-    answer.text.resize(std::min(answer.text.size(), answer.text.find(typename Form::Char{0})));
-    answer.found = true;
-  }
+  auto found =
+      key == nullptr ? document->Keys(*sectionName) : document->Value(*sectionName, *keyName);
+  if (found) answer = Form::Out(std::move(*found), encoding);
   return answer;
-}
-
-// The names one after another, each terminated, and one more terminator.
-template <typename Form>
-DWORD CopyList(const Answer<Form>& answer, typename Form::Char* out, DWORD size) {
-  std::basic_string<typename Form::Char> all;
-  for (const auto& name : answer.list) {
-    all += name;
-    all.push_back(0);
-  }
-  if (size < 2) {
-    out[0] = 0;
-    return 0;
-  }
-  const size_t count = all.size() < size ? all.size() : Form::Whole(all, size - 2);
-  std::copy_n(all.data(), count, out);
-  out[count] = 0;
-  if (all.size() < size) return static_cast<DWORD>(count);
-  std::fill(out + count, out + size, typename Form::Char{0});
-  return size - 2;
 }
 
 template <typename Form>
 DWORD Get(const typename Form::Char* section, const typename Form::Char* key,
           const typename Form::Char* fallback, typename Form::Char* out, DWORD size,
           const typename Form::Char* fileName) {
-  using Text = std::basic_string<typename Form::Char>;
-  if (out == nullptr || size == 0 || fileName == nullptr) return 0;
-  const Answer<Form> answer = Look<Form>(section, key, fileName);
-  if (!answer.found) SetLastError(ERROR_FILE_NOT_FOUND);
-  if (section == nullptr || key == nullptr) return CopyList(answer, out, size);
-  Text text = answer.text;
-  if (!answer.found && fallback != nullptr) {
-    text = fallback;
-    while (!text.empty() && text.back() == ' ') text.pop_back();
+  if (out == nullptr || size == 0) return 0;
+  *out = 0;
+  if (section == nullptr || fileName == nullptr) return 0;
+  auto text = Look<Form>(section, key, fileName);
+  if (!text) {
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    text.emplace();
+    if (key != nullptr && fallback != nullptr) text = fallback;
+    text->erase(text->find_last_not_of(' ') + 1);
   }
-  const size_t count = Form::Whole(text, size - 1);
-  std::copy_n(text.data(), count, out);
-  out[count] = 0;
+  // A value ends at its first NUL; a list has one more behind its last, also when it is cut.
+  if (key != nullptr) text->resize(std::min(text->size(), text->find(typename Form::Char{0})));
+  const DWORD ends = key == nullptr && text->size() >= size ? 2 : 1;
+  const size_t count = size < ends ? 0 : Form::Whole(*text, size - ends);
+  std::copy_n(text->data(), count, out);
+  std::fill(out + count, out + std::min<size_t>(size, count + ends), typename Form::Char{0});
   return static_cast<DWORD>(count);
 }
 
 void Change(ProfileDocument& document, const char* section, const char* key, const char* value) {
-  const auto in = [&document](const char* text) {
-    return *ByteForm::In(text, document.encoding());
-  };
+  const auto in = [&](const char* text) { return *ByteForm::In(text, document.encoding()); };
   if (key == nullptr) {
     document.RemoveSection(in(section));
-  } else if (value == nullptr) {
-    document.RemoveKey(in(section), in(key));
   } else {
     document.Set(in(section), in(key), in(value));
   }
@@ -172,7 +133,9 @@ DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallbac
 }
 
 BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR fileName) {
-  if (section == nullptr || fileName == nullptr) return FALSE;  // nothing waits to be written
+  // Nothing waits to be written; a key is never removed alone.
+  if (section == nullptr || fileName == nullptr || (key != nullptr && value == nullptr))
+    return FALSE;
   Machine& machine = Machine::Current();
   DWORD error = ERROR_ACCESS_DENIED;
   if (!machine.faults.Strike(Fault::kFile)) {

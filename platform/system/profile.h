@@ -2,8 +2,8 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <mutex>
+#include <string>
 
 #include "platform/system/profile_document.h"
 
@@ -34,7 +34,7 @@ class ProfileCache {
     int64_t seconds = 0, nanoseconds = 0;
     bool operator==(const Stamp&) const = default;
   };
-  static bool StampOf(int descriptor, Stamp& stamp);
+  static bool StampOf(const std::filesystem::path& file, Stamp& stamp);
 
   std::filesystem::path file_;  // empty: none
   Stamp stamp_;

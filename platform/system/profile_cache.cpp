@@ -1,5 +1,4 @@
 // Reading and replacing profile files.
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,13 +7,18 @@
 #include <ctime>
 #include <string>
 
+#include "platform/system/files.h"
 #include "platform/system/profile.h"
 
 namespace platform {
 namespace {
 
+namespace fs = std::filesystem;
+
 // Files bear times no finer than this, in milliseconds.
 constexpr int64_t kYoung = 50;
+constexpr fs::perms kAnyWrite =
+    fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
 
 int64_t MillisecondsSince(int64_t seconds, int64_t nanoseconds) {
   timespec now;
@@ -22,57 +26,19 @@ int64_t MillisecondsSince(int64_t seconds, int64_t nanoseconds) {
   return (now.tv_sec - seconds) * 1000 + (now.tv_nsec - nanoseconds) / 1000000;
 }
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return number_; }
-  explicit operator bool() const { return number_ >= 0; }
-
- private:
-  int number_;
-};
-
-bool ReadAll(int descriptor, size_t expected, std::string& bytes) {
-  bytes.resize(expected + 1);  // one more, so that a grown file is noticed
-  size_t size = 0;
-  for (;;) {
-    if (size == bytes.size()) bytes.resize(bytes.size() * 2);
-    const ssize_t got = read(descriptor, bytes.data() + size, bytes.size() - size);
-    if (got < 0) return false;
-    if (got == 0) break;
-    size += static_cast<size_t>(got);
-  }
-  bytes.resize(size);
-  return true;
-}
-
-bool WriteAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t put = write(descriptor, bytes.data(), bytes.size());
-    if (put <= 0) return false;
-    bytes.remove_prefix(static_cast<size_t>(put));
-  }
-  return true;
-}
-
 // The name beside a file under which its replacement grows.
-std::filesystem::path Beside(const std::filesystem::path& file) {
+fs::path Beside(const fs::path& file) {
   static std::atomic<unsigned> counter = 0;
   return file.parent_path() / ("." + file.filename().string() + "." + std::to_string(getpid()) +
                                "." + std::to_string(counter++));
 }
 
 // Removes what killed processes have left beside a file; a living one needs far less than a minute.
-void RemoveLeftovers(const std::filesystem::path& file) {
+void RemoveLeftovers(const fs::path& file) {
   const std::string start = "." + file.filename().string() + ".";
-  const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1);
+  const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(1);
   std::error_code failed;
-  for (const auto& entry : std::filesystem::directory_iterator(file.parent_path(), failed)) {
+  for (const auto& entry : fs::directory_iterator(file.parent_path(), failed)) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(start)) continue;
     const size_t dot = name.find('.', start.size());
@@ -80,16 +46,17 @@ void RemoveLeftovers(const std::filesystem::path& file) {
                           name.find_first_not_of("0123456789", start.size()) == dot &&
                           name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
     if (numbered && entry.last_write_time(failed) < old && !failed) {
-      std::filesystem::remove(entry.path(), failed);
+      fs::remove(entry.path(), failed);
     }
   }
 }
 
 }  // namespace
 
-bool ProfileCache::StampOf(int descriptor, Stamp& stamp) {
+// Whether it is a plain file.
+bool ProfileCache::StampOf(const fs::path& file, Stamp& stamp) {
   struct stat information;
-  if (fstat(descriptor, &information) != 0 || !S_ISREG(information.st_mode)) return false;
+  if (stat(file.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;
   stamp = {information.st_dev, information.st_ino, static_cast<uint64_t>(information.st_size),
            information.st_mtim.tv_sec, information.st_mtim.tv_nsec};
   return true;
@@ -101,54 +68,49 @@ void ProfileCache::Forget() {
   settled_ = false;
 }
 
-ProfileDocument* ProfileCache::Read(const std::filesystem::path& file) {
+ProfileDocument* ProfileCache::Read(const fs::path& file) {
   if (file_ != file) Forget();
-  const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  // The stamp is older than the bytes: a change between them makes the next call read again.
   Stamp stamp;
-  std::string bytes;
-  const bool there = descriptor && StampOf(descriptor.Get(), stamp);
+  const bool there = StampOf(file, stamp);
   if (there && settled_ && stamp_ == stamp) return &document_;
-  if (!there || !ReadAll(descriptor.Get(), stamp.size, bytes)) {
+  const auto bytes = there ? BytesOf(file) : std::nullopt;
+  if (!bytes) {
     Forget();
     return nullptr;
   }
   file_ = file;
-  document_ = ProfileDocument::Parse(bytes);
+  document_ = ProfileDocument::Parse(*bytes);
   stamp_ = stamp;
   settled_ = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kYoung;
   return &document_;
 }
 
-ProfileDocument* ProfileCache::ReadOrNew(const std::filesystem::path& file) {
+ProfileDocument* ProfileCache::ReadOrNew(const fs::path& file) {
   std::error_code failed;
-  if (std::filesystem::exists(file, failed) || failed) return Read(file);
+  if (fs::exists(file, failed) || failed) return Read(file);
   Forget();
   file_ = file;
   return &document_;
 }
 
-bool ProfileCache::Write(const std::filesystem::path& file) {
-  constexpr mode_t kNewFile = 0644;
-  constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
-  struct stat old;
-  const bool exists = stat(file.c_str(), &old) == 0;
-  const mode_t mode = exists ? old.st_mode & 07777 : kNewFile;
+bool ProfileCache::Write(const fs::path& file) {
   std::error_code failed;
+  const fs::file_status old = fs::status(file, failed);
+  const bool exists = fs::exists(old);
   // A link stays a link; what it names is replaced.
-  const std::filesystem::path target = exists ? std::filesystem::canonical(file, failed) : file;
+  const fs::path target = exists ? fs::canonical(file, failed) : file;
   if (target != swept_) RemoveLeftovers(target);
   swept_ = target;
-  const std::filesystem::path beside = Beside(target);
-  const bool allowed = !failed && (!exists || (S_ISREG(old.st_mode) && (mode & kAnyWrite) != 0 &&
-                                               access(file.c_str(), W_OK) == 0));
+  const bool anyWrite = (old.permissions() & kAnyWrite) != fs::perms::none;
   bool done = false;
-  if (allowed) {
-    const Descriptor descriptor(
-        open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile));
-    done = descriptor && (!exists || fchmod(descriptor.Get(), mode) == 0) &&
-           WriteAll(descriptor.Get(), document_.FileBytes()) && StampOf(descriptor.Get(), stamp_) &&
+  if (!exists || (fs::is_regular_file(old) && anyWrite && access(file.c_str(), W_OK) == 0)) {
+    const fs::path beside = Beside(target);
+    done = WriteBytes(beside, document_.FileBytes());
+    if (exists) fs::permissions(beside, old.permissions(), failed);
+    done = done && (!exists || !failed) && StampOf(beside, stamp_) &&
            rename(beside.c_str(), target.c_str()) == 0;
-    if (descriptor && !done) unlink(beside.c_str());
+    if (!done) unlink(beside.c_str());
   }
   settled_ = true;
   if (!done) Forget();

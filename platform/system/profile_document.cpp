@@ -24,6 +24,13 @@ std::string_view Unquoted(std::string_view text) {
   return quoted ? text.substr(1, text.size() - 2) : text;
 }
 
+// The key of a line; empty: it has none.
+std::string_view KeyOf(std::string_view line) {
+  const size_t equals = line.find('=');
+  const std::string_view key = Trimmed(line.substr(0, equals));
+  return equals == line.npos || key.starts_with(';') ? std::string_view() : key;
+}
+
 std::string FromUtf16Bytes(std::string_view bytes) {
   std::u16string text;
   text.reserve(bytes.size() / 2);
@@ -52,19 +59,13 @@ ProfileDocument ProfileDocument::Parse(std::string_view bytes) {
     converted = FromUtf16Bytes(bytes.substr(kUtf16Mark.size()));
     bytes = converted;
   }
-  document.sections_.emplace_back();
   while (!bytes.empty()) {
     const size_t stop = std::min(bytes.find_first_of("\r\n"), bytes.size());
     const bool pair = bytes.substr(stop).starts_with(kLineEnd);
     const size_t endSize = stop == bytes.size() ? 0 : pair ? 2 : 1;
-    Line line;
-    line.text = bytes.substr(0, stop);
-    line.end = bytes.substr(stop, endSize);
+    document.Append({std::string(bytes.substr(0, stop)), std::string(bytes.substr(stop, endSize))});
     bytes.remove_prefix(stop + endSize);
-    document.Append(std::move(line));
   }
-  for (Section& section : document.sections_) IndexKeys(section);
-  document.IndexSections();
   return document;
 }
 
@@ -99,37 +100,14 @@ std::optional<std::string> ProfileDocument::SectionName(std::string_view text) c
   return std::string(Trimmed(text));
 }
 
-void ProfileDocument::FindKey(Line& line) {
-  const std::string_view text = line.text;
-  const size_t equals = text.find('=');
-  const std::string_view key = Trimmed(text.substr(0, std::min(equals, text.size())));
-  line.hasKey = equals != std::string_view::npos && !key.empty() && key.front() != ';';
-  if (!line.hasKey) return;
-  line.keyStart = static_cast<size_t>(key.data() - text.data());
-  line.keySize = key.size();
-}
-
 void ProfileDocument::Append(Line line) {
   if (auto name = SectionName(line.text)) {
-    sections_.emplace_back();
-    sections_.back().name = std::move(*name);
-  } else {
-    FindKey(line);
+    byName_.try_emplace(*name, sections_.size());
+    sections_.emplace_back().name = std::move(*name);
+  } else if (const std::string_view key = KeyOf(line.text); !key.empty()) {
+    sections_.back().keys.try_emplace(std::string(key), sections_.back().lines.size());
   }
   sections_.back().lines.push_back(std::move(line));
-}
-
-void ProfileDocument::IndexSections() {
-  byName_.clear();
-  for (size_t i = 1; i < sections_.size(); ++i) byName_.try_emplace(sections_[i].name, i);
-}
-
-void ProfileDocument::IndexKeys(Section& section) {
-  section.keys.clear();
-  for (size_t i = 0; i < section.lines.size(); ++i) {
-    const Line& line = section.lines[i];
-    if (line.hasKey) section.keys.try_emplace(std::string(line.Key()), i);
-  }
 }
 
 const ProfileDocument::Section* ProfileDocument::Find(std::string_view name) const {
@@ -147,53 +125,36 @@ std::optional<std::string> ProfileDocument::Value(std::string_view section,
   return std::string(Unquoted(Trimmed(text.substr(text.find('=') + 1))));
 }
 
-std::vector<std::string> ProfileDocument::Sections() const {
-  std::vector<std::string> names;
-  for (size_t i = 1; i < sections_.size(); ++i) names.push_back(sections_[i].name);
-  return names;
-}
-
-std::vector<std::string> ProfileDocument::Keys(std::string_view section) const {
-  std::vector<std::string> keys;
+std::optional<std::string> ProfileDocument::Keys(std::string_view section) const {
   const Section* found = Find(section);
-  if (found == nullptr) return keys;
-  for (const Line& line : found->lines) {
-    if (line.hasKey) keys.emplace_back(line.Key());
+  if (found == nullptr) return std::nullopt;
+  std::string keys;
+  for (size_t i = 1; i < found->lines.size(); ++i) {
+    const std::string_view key = KeyOf(found->lines[i].text);
+    if (!key.empty()) keys.append(key).push_back('\0');
   }
   return keys;
 }
 
 // The section of a name, added at the file's end when there is none.
 ProfileDocument::Section& ProfileDocument::Obtain(const std::string& name) {
-  const auto [found, added] = byName_.try_emplace(name, std::max<size_t>(sections_.size(), 1));
+  const auto [found, added] = byName_.try_emplace(name, sections_.size());
   if (!added) return sections_[found->second];
-  if (sections_.empty()) sections_.emplace_back();
   Section& last = sections_.back();
   if (!last.lines.empty() && last.lines.back().end.empty()) {
     last.lines.back().end = kLineEnd;
     last.bytes.clear();
   }
-  Line line;
-  line.text = "[" + name + "]";
-  line.end = kLineEnd;
-  sections_.emplace_back();
-  sections_.back().name = name;
-  sections_.back().lines.push_back(std::move(line));
-  return sections_.back();
+  return sections_.emplace_back(Section{name, {{"[" + name + "]", std::string(kLineEnd)}}, {}, {}});
 }
 
 void ProfileDocument::Set(std::string_view name, std::string_view key, std::string_view value) {
   const std::string trimmedKey(Trimmed(key));
-  Line line;
-  line.text = trimmedKey + "=" + std::string(value);
-  line.end = kLineEnd;
-  FindKey(line);
+  Line line = {trimmedKey + "=" + std::string(value), std::string(kLineEnd)};
   Section& section = Obtain(std::string(Trimmed(name)));
   section.bytes.clear();
   if (const auto found = section.keys.find(trimmedKey); found != section.keys.end()) {
-    Line& old = section.lines[found->second];
-    line.end = old.end;
-    old = std::move(line);
+    section.lines[found->second].text = std::move(line.text);
     return;
   }
   // Blank lines at a section's end stay behind its last key.
@@ -201,29 +162,19 @@ void ProfileDocument::Set(std::string_view name, std::string_view key, std::stri
   while (place > 1 && Trimmed(section.lines[place - 1].text).empty()) --place;
   Line& before = section.lines[place - 1];
   if (before.end.empty()) before.end = kLineEnd;
-  if (line.hasKey) section.keys.try_emplace(trimmedKey, place);
+  if (!trimmedKey.empty() && KeyOf(line.text) == trimmedKey)
+    section.keys.try_emplace(trimmedKey, place);
   section.lines.insert(section.lines.begin() + static_cast<ptrdiff_t>(place), std::move(line));
-}
-
-void ProfileDocument::RemoveKey(std::string_view name, std::string_view key) {
-  const auto found = byName_.find(std::string(Trimmed(name)));
-  if (found == byName_.end()) return;
-  Section& section = sections_[found->second];
-  const auto line = section.keys.find(std::string(Trimmed(key)));
-  if (line == section.keys.end()) return;
-  const auto place = section.lines.begin() + static_cast<ptrdiff_t>(line->second);
-  section.lines.erase(place);
-  section.bytes.clear();
-  IndexKeys(section);
 }
 
 void ProfileDocument::RemoveSection(std::string_view name) {
   const std::string trimmed(Trimmed(name));
-  if (byName_.find(trimmed) == byName_.end()) return;
-  sections_.erase(std::remove_if(sections_.begin() + 1, sections_.end(),
-                                 [&](const Section& section) { return section.name == trimmed; }),
-                  sections_.end());
-  IndexSections();
+  if (byName_.erase(trimmed) == 0) return;
+  std::erase_if(sections_, [&](const Section& section) {
+    return &section != &sections_.front() && section.name == trimmed;
+  });
+  byName_.clear();
+  for (size_t i = 1; i < sections_.size(); ++i) byName_.try_emplace(sections_[i].name, i);
 }
 
 }  // namespace platform

@@ -18,7 +18,6 @@ class ProfileDocument {
   // texts are bytes: of code page 932 for the first, of UTF-8 for the second.
   enum class Encoding { kCp932, kUtf16 };
 
-  ProfileDocument() = default;
   static ProfileDocument Parse(std::string_view fileBytes);
   std::string FileBytes() const;
   Encoding encoding() const { return encoding_; }
@@ -26,20 +25,16 @@ class ProfileDocument {
   // The value as stored, without surrounding blanks and one pair of quotes. The first section and
   // the first key of a name count.
   std::optional<std::string> Value(std::string_view section, std::string_view key) const;
-  std::vector<std::string> Sections() const;
-  std::vector<std::string> Keys(std::string_view section) const;
+  // The keys of a section, each with a NUL behind it.
+  std::optional<std::string> Keys(std::string_view section) const;
 
   void Set(std::string_view section, std::string_view key, std::string_view value);
-  void RemoveKey(std::string_view section, std::string_view key);
   void RemoveSection(std::string_view section);  // every section of that name
 
  private:
   struct Line {
     std::string text;  // without its end
     std::string end;   // "\r\n", "\n", "\r" or nothing
-    size_t keyStart = 0, keySize = 0;
-    bool hasKey = false;
-    std::string_view Key() const { return std::string_view(text).substr(keyStart, keySize); }
   };
   struct Section {
     std::string name;
@@ -51,17 +46,15 @@ class ProfileDocument {
     mutable std::string bytes;
   };
 
-  static void FindKey(Line& line);
   std::optional<std::string> SectionName(std::string_view text) const;
   void Append(Line line);
   const Section* Find(std::string_view name) const;
   Section& Obtain(const std::string& name);
-  void IndexSections();
-  static void IndexKeys(Section& section);
 
   Encoding encoding_ = Encoding::kCp932;
-  std::string oddByte_;            // half a unit at the end of a UTF-16 file
-  std::vector<Section> sections_;  // the first: what lies before any section
+  std::string oddByte_;  // half a unit at the end of a UTF-16 file
+  // The first: what lies before any section.
+  std::vector<Section> sections_ = std::vector<Section>(1);
   std::unordered_map<std::string, size_t> byName_;
 };
 

@@ -55,22 +55,14 @@ std::map<std::u16string, std::u16string> KeysFrom(Store& store, std::u16string_v
   return keys;
 }
 
-// Runs a call: the fault switch first, then the store, whose failure is a general one.
 template <typename Call>
-LSTATUS Guarded(const Call& call) {
-  Machine& machine = Machine::Current();
-  if (machine.faults.Strike(Fault::kRegistry)) return ERROR_NOT_ENOUGH_MEMORY;
-  try {
-    return static_cast<LSTATUS>(call(machine.impl()));
-  } catch (const std::exception&) {
-    return ERROR_GEN_FAILURE;
-  }
+LSTATUS Served(const Call& call) {
+  return static_cast<LSTATUS>(Served(Fault::kRegistry, ERROR_NOT_ENOUGH_MEMORY, call));
 }
-
 // The same for a call that needs one of some rights on an open key.
 template <typename Call>
 LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
-  return Guarded([&](Machine::Impl& impl) -> DWORD {
+  return Served([&](Machine::Impl& impl) -> DWORD {
     const auto open = impl.registryHandles.Find(key);
     if (open == nullptr) return ERROR_INVALID_HANDLE;
     if ((open->access & rights) == 0) return ERROR_ACCESS_DENIED;
@@ -83,7 +75,7 @@ LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
              LPDWORD disposition) {
   if (result == nullptr) return ERROR_INVALID_PARAMETER;
   *result = nullptr;
-  return Guarded([&](Machine::Impl& impl) -> DWORD {
+  return Served([&](Machine::Impl& impl) -> DWORD {
     std::u16string path;
     if (key != HKEY_LOCAL_MACHINE) {
       const auto open = impl.registryHandles.Find(key);

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <optional>
 
+#include "platform/system/files.h"
 #include "platform/system/image_file.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
@@ -84,13 +84,9 @@ std::optional<ResourceName> ReadName(Bytes bytes, uint64_t& offset) {
 }  // namespace
 
 std::vector<std::byte> ReadWhole(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary | std::ios::ate);
-  if (!in) return {};
-  std::vector<std::byte> bytes(static_cast<size_t>(std::max<std::streamoff>(in.tellg(), 0)));
-  in.seekg(0);
-  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<size_t>(in.gcount()));
-  return bytes;
+  const std::string bytes = BytesOf(file).value_or(std::string());
+  const auto* first = reinterpret_cast<const std::byte*>(bytes.data());
+  return {first, first + bytes.size()};
 }
 
 ResourceName NameOf(LPCWSTR idOrText) {

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "platform/machine.h"
+#include "platform/system/last_error.h"
 
 using namespace platform;
 
@@ -12,11 +13,6 @@ namespace {
 struct Sid {
   DWORD builtInGroup;
 };
-
-BOOL Fail(DWORD error) {
-  SetLastError(error);
-  return FALSE;
-}
 
 }  // namespace
 

@@ -16,16 +16,9 @@ namespace {
 
 constexpr std::u16string_view kEnvironment = u"Windows NT x86";
 
-// Runs a call: the fault switch first, then the store, whose failure is a general one.
 template <typename Call>
 DWORD Served(const Call& call) {
-  Machine& machine = Machine::Current();
-  if (machine.faults.Strike(Fault::kSpooler)) return RPC_S_SERVER_UNAVAILABLE;
-  try {
-    return call(machine.impl());
-  } catch (const std::exception&) {
-    return ERROR_GEN_FAILURE;
-  }
+  return Served(Fault::kSpooler, RPC_S_SERVER_UNAVAILABLE, call);
 }
 // The same for a call with a printer's handle.
 template <typename Call>

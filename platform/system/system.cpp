@@ -1,4 +1,4 @@
-// The shell and arithmetic.
+// The last error, the shell and arithmetic.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -6,6 +6,12 @@
 
 #include "platform/machine.h"
 #include "platform/system/text.h"
+
+namespace {
+thread_local DWORD lastError = 0;
+}
+DWORD WINAPI GetLastError() { return lastError; }
+void WINAPI SetLastError(DWORD error) { lastError = error; }
 
 HINSTANCE WINAPI ShellExecuteW(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR, LPCWSTR, INT show) {
   constexpr ULONG_PTR kStarted = 42;  // anything above 32

@@ -1,10 +1,11 @@
 // The system's version.
-#include <array>
 #include <bit>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "platform/machine.h"
+#include "platform/system/last_error.h"
 #include "platform/system/text.h"
 
 using namespace platform;
@@ -30,11 +31,6 @@ bool KnowsMore(const OsVersion& os) {
          (os.major > 4 || (os.major == 4 && os.servicePack >= kFirstServicePack));
 }
 
-BOOL Fail(DWORD error) {
-  SetLastError(error);
-  return FALSE;
-}
-
 }  // namespace
 
 ULONGLONG WINAPI VerSetConditionMask(ULONGLONG mask, DWORD typeMask, BYTE condition) {
@@ -42,33 +38,22 @@ ULONGLONG WINAPI VerSetConditionMask(ULONGLONG mask, DWORD typeMask, BYTE condit
   return mask | (static_cast<ULONGLONG>(condition & 7) << ShiftOf(typeMask));
 }
 
-// Major, minor and service pack are one number in parts, by the condition of the first that is
-// asked for; the product type is a condition of its own.
+// What the module asks for: major, minor and service pack as one number in parts, by the condition
+// of the first, or the product type.
 BOOL WINAPI VerifyVersionInfoW(LPOSVERSIONINFOEXW version, DWORD typeMask, DWORDLONG conditions) {
   constexpr DWORD kParts = VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR;
+  if (version == nullptr || conditions == 0) return Fail(ERROR_INVALID_PARAMETER);
   const OsVersion os = Machine::Current().os();
-  if (version == nullptr || conditions == 0 || (typeMask & (kParts | VER_PRODUCT_TYPE)) == 0) {
-    return Fail(ERROR_INVALID_PARAMETER);
+  bool matches = false;
+  if (typeMask == kParts) {
+    matches = Holds(conditions >> ShiftOf(VER_MAJORVERSION),
+                    std::tuple(os.major, os.minor, os.servicePack),
+                    std::tuple(version->dwMajorVersion, version->dwMinorVersion,
+                               DWORD{version->wServicePackMajor}));
+  } else if (typeMask == VER_PRODUCT_TYPE) {
+    matches = Holds(conditions >> ShiftOf(typeMask), os.productType, version->wProductType);
   }
-  const auto parts = [typeMask](DWORD major, DWORD minor, DWORD pack) {
-    return std::array{(typeMask & VER_MAJORVERSION) != 0 ? major : 0,
-                      (typeMask & VER_MINORVERSION) != 0 ? minor : 0,
-                      (typeMask & VER_SERVICEPACKMAJOR) != 0 ? pack : 0};
-  };
-  bool matches = os.verifies;
-  for (const DWORD first : {VER_MAJORVERSION, VER_MINORVERSION, VER_SERVICEPACKMAJOR}) {
-    if ((typeMask & first) == 0) continue;
-    matches =
-        matches &&
-        Holds(conditions >> ShiftOf(first), parts(os.major, os.minor, os.servicePack),
-              parts(version->dwMajorVersion, version->dwMinorVersion, version->wServicePackMajor));
-    break;
-  }
-  if ((typeMask & VER_PRODUCT_TYPE) != 0) {
-    matches = matches &&
-              Holds(conditions >> ShiftOf(VER_PRODUCT_TYPE), os.productType, version->wProductType);
-  }
-  return matches ? TRUE : Fail(ERROR_OLD_WIN_VERSION);
+  return matches && os.verifies ? TRUE : Fail(ERROR_OLD_WIN_VERSION);
 }
 
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version) {

@@ -1,11 +1,17 @@
-// Printers, printer data and the registry as the spooler's and the registry's callers see them.
+// Printers, printer data and the registry as their callers see them, and what of it outlives a
+// process. Killed ones: tests/host.
 #include <windows.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <winspool.h>
 
-#include <cstring>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/machine.h"
@@ -14,228 +20,226 @@
 
 namespace {
 
-using platform::Fault;
+namespace fs = std::filesystem;
 using platform::Machine;
 using support::GuardedBuffer;
 using support::OpenedPrinter;
 
+constexpr char16_t kName[] = u"倉庫 1F,LPT1:";
+const auto kValue = const_cast<LPWSTR>(u"Private DevMode");
+
 class Spooler : public testing::Test {
  protected:
-  void SetUp() override {
-    platform::PrinterSetup setup;
-    setup.name = u"倉庫 1F,LPT1:";
-    setup.attributes = PRINTER_ATTRIBUTE_SHARED;
-    setup.helpFile.clear();
-    machine_->AddPrinter(setup);
-  }
-  static DWORD OpenError(std::u16string name, ACCESS_MASK access) {
-    SetLastError(0);
-    const OpenedPrinter printer(std::move(name), access);
-    return printer == nullptr ? GetLastError() : 0;
+  void SetUp() override { machine_->AddPrinter({.name = kName, .helpFile = u"", .attributes = 8}); }
+  static DWORD Set(HANDLE printer) {
+    BYTE bytes[] = {1, 2, 3, 4};
+    return SetPrinterDataW(printer, kValue, REG_BINARY, bytes, sizeof(bytes));
   }
   std::unique_ptr<Machine> machine_ = Machine::Create();
+  DWORD needed_ = 0, type_ = 0;
 };
 
-TEST_F(Spooler, OpensByNameAndRight) {
-  EXPECT_EQ(OpenError(u"倉庫 1f,lpt1:", 0), 0u) << "letter case does not matter";
-  EXPECT_EQ(OpenError(u"倉庫 1F", 0), ERROR_INVALID_PRINTER_NAME);
-  EXPECT_EQ(OpenError(u"倉庫 1F,LPT1:", PRINTER_ALL_ACCESS), 0u);
-  machine_->SetPermission(u"倉庫 1F,LPT1:", false, true);
-  EXPECT_EQ(OpenError(u"倉庫 1F,LPT1:", PRINTER_ALL_ACCESS), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(OpenError(u"倉庫 1F,LPT1:", PRINTER_ACCESS_USE), 0u);
-  HANDLE handle = &handle;
-  EXPECT_FALSE(OpenPrinterW(nullptr, &handle, nullptr));
-  EXPECT_EQ(handle, nullptr);
-  EXPECT_EQ(machine_->OpenPrinterHandles(), 0);
-  EXPECT_FALSE(ClosePrinter(&handle));
-}
-
+// The driver's own tests tell what the levels hold.
 TEST_F(Spooler, EachLevelTellsItsSizeAndFitsIt) {
-  const std::vector<std::byte> record = [] {
-    std::vector<std::byte> bytes(452, std::byte{7});
-    DEVMODEW header = {};
-    header.dmSize = 220;
-    header.dmDriverExtra = 232;
-    std::memcpy(bytes.data(), &header, sizeof(header));
-    return bytes;
-  }();
-  machine_->SetDefaultRecord(u"倉庫 1F,LPT1:", record);
-  const OpenedPrinter printer(u"倉庫 1F,LPT1:");
-  for (const DWORD level : {1u, 2u, 4u, 5u}) {
-    DWORD needed = 0;
-    SetLastError(0);
-    EXPECT_FALSE(GetPrinterW(printer, level, nullptr, 0, &needed));
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-    const GuardedBuffer room((needed + 15) / 16 * 16);
-    EXPECT_FALSE(GetPrinterW(printer, level, room.As<BYTE>(), needed - 1, &needed));
-    ASSERT_TRUE(GetPrinterW(printer, level, room.As<BYTE>(), needed, &needed));
-    if (level == 1) {
-      EXPECT_EQ(std::u16string(room.As<PRINTER_INFO_1W>()->pName), u"倉庫 1F,LPT1:");
-    } else if (level == 2) {
-      const auto& info = *room.As<PRINTER_INFO_2W>();
-      EXPECT_EQ(std::u16string(info.pDriverName), u"VELA QM610r");
-      EXPECT_EQ(std::u16string(info.pPortName), u"LPT1:");
-      EXPECT_EQ(std::u16string(info.pPrintProcessor), u"winprint");
-      EXPECT_EQ(info.Attributes, PRINTER_ATTRIBUTE_SHARED);
-      EXPECT_EQ(std::memcmp(info.pDevMode, record.data(), record.size()), 0);
-    }
+  const OpenedPrinter printer(u"倉庫 1f,lpt1:");
+  std::vector<std::byte> record(220);
+  record[68] = std::byte{220};  // dmSize
+  machine_->SetDefaultRecord(kName, record);
+  for (const DWORD level : {1u, 2u, 3u, 4u, 5u, 6u}) {
+    const auto get = [&](BYTE* out, DWORD size) {
+      const bool answers =
+          level == 3   ? GetPrinterDriverW(printer, nullptr, 3, out, size, &needed_)
+          : level == 6 ? GetPrinterDriverDirectoryW(nullptr, nullptr, 1, out, size, &needed_)
+                       : GetPrinterW(printer, level, out, size, &needed_);
+      return answers ? 0 : GetLastError();
+    };
+    EXPECT_EQ(get(nullptr, 0), ERROR_INSUFFICIENT_BUFFER);
+    const GuardedBuffer room((needed_ + 15) / 16 * 16);
+    EXPECT_EQ(get(room.As<BYTE>(), needed_ - 1), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(get(room.As<BYTE>(), needed_), 0u);
   }
-  DWORD needed = 0;
-  EXPECT_FALSE(GetPrinterW(printer, 3, nullptr, 0, &needed));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_LEVEL);
-  EXPECT_FALSE(GetPrinterW(nullptr, 2, nullptr, 0, &needed));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-}
-
-TEST_F(Spooler, ARecordThatClaimsMoreThanItHasIsNotHandedOut) {
-  const struct {
-    WORD size, extra;
-    size_t bytes;
-    bool given;
-  } rows[] = {{220, 0, 220, true}, {220, 1, 220, false}, {65535, 65535, 452, false},
-              {0, 0, 452, false},  {72, 0, 72, true},    {72, 0, 71, false}};
-  for (const auto& row : rows) {
-    DEVMODEW header = {};
-    header.dmSize = row.size;
-    header.dmDriverExtra = row.extra;
-    std::vector<std::byte> record(452);
-    std::memcpy(record.data(), &header, sizeof(header));
-    record.resize(row.bytes);
-    machine_->SetDefaultRecord(u"倉庫 1F,LPT1:", record);
-    const OpenedPrinter printer(u"倉庫 1F,LPT1:");
-    alignas(16) BYTE room[2048];
-    DWORD needed = 0;
-    ASSERT_TRUE(GetPrinterW(printer, 2, room, sizeof(room), &needed));
-    EXPECT_EQ(reinterpret_cast<PRINTER_INFO_2W*>(room)->pDevMode != nullptr, row.given)
-        << row.size << " " << row.extra << " " << row.bytes;
-    EXPECT_EQ(machine_->DefaultRecord(u"倉庫 1F,LPT1:"), record);
-  }
-}
-
-TEST_F(Spooler, DriverFilesLieInTheVersionFolder) {
-  const OpenedPrinter printer(u"倉庫 1F,LPT1:");
-  alignas(16) BYTE room[2048];
-  DWORD needed = 0;
-  ASSERT_TRUE(GetPrinterDriverW(printer, nullptr, 3, room, sizeof(room), &needed));
-  const auto& driver = *reinterpret_cast<DRIVER_INFO_3W*>(room);
-  EXPECT_EQ(std::u16string(driver.pDataFile), machine_->driverDirectory() + u"\\3\\QM610rDRV1.DLL");
-  EXPECT_EQ(driver.pHelpFile, nullptr);
-  EXPECT_FALSE(GetPrinterDriverW(printer, const_cast<LPWSTR>(u"Other"), 3, room, 9, &needed));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_ENVIRONMENT);
-  const auto bytes = static_cast<DWORD>((machine_->driverDirectory().size() + 1) * 2);
-  EXPECT_FALSE(GetPrinterDriverDirectoryW(nullptr, nullptr, 1, room, bytes - 1, &needed));
-  EXPECT_EQ(needed, bytes);
-  EXPECT_TRUE(GetPrinterDriverDirectoryW(nullptr, nullptr, 1, room, bytes, &needed));
 }
 
 TEST_F(Spooler, DataKeepsTypeSizeAndRight) {
-  const OpenedPrinter printer(u"倉庫 1F,LPT1:");
-  const auto name = const_cast<LPWSTR>(u"Private DevMode");
-  BYTE bytes[4] = {1, 2, 3, 4};
-  DWORD type = 9, needed = 9;
-  EXPECT_EQ(GetPrinterDataW(printer, name, &type, bytes, 4, &needed), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(needed, 0u);
-  EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, bytes, 4), ERROR_SUCCESS);
-  BYTE out[5] = {9, 9, 9, 9, 9};
-  EXPECT_EQ(GetPrinterDataW(printer, name, &type, out, 3, &needed), ERROR_MORE_DATA);
-  EXPECT_EQ(needed, 4u);
-  EXPECT_EQ(out[0], 9) << "nothing is copied in part";
-  const auto lower = const_cast<LPWSTR>(u"private devmode");
-  EXPECT_EQ(GetPrinterDataW(printer, lower, &type, out, 5, &needed), ERROR_SUCCESS);
-  EXPECT_EQ(type, REG_BINARY);
-  EXPECT_EQ(out[4], 9);
-  EXPECT_EQ(SetPrinterDataW(printer, lower, REG_SZ, nullptr, 0), ERROR_SUCCESS);
-  EXPECT_EQ(GetPrinterDataW(printer, name, &type, nullptr, 0, &needed), ERROR_SUCCESS);
-  EXPECT_EQ(machine_->AllData(u"倉庫 1F,LPT1:").size(), 1u) << "one value under both spellings";
-  for (const ACCESS_MASK access : {ACCESS_MASK{0}, ACCESS_MASK{PRINTER_ACCESS_USE}}) {
-    const OpenedPrinter used(u"倉庫 1F,LPT1:", access);
-    EXPECT_EQ(SetPrinterDataW(used, name, REG_BINARY, bytes, 4), ERROR_ACCESS_DENIED) << access;
-    EXPECT_EQ(GetPrinterDataW(used, name, &type, bytes, 4, &needed), ERROR_SUCCESS) << access;
-  }
-  machine_->SetPermission(u"倉庫 1F,LPT1:", true, false);
-  EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, bytes, 4), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(machine_->Data(u"倉庫 1F,LPT1:", u"Private DevMode")->bytes.size(), 0u);
-  machine_->RemovePrinter(u"倉庫 1F,LPT1:");
-  EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, bytes, 4), ERROR_PRINTER_DELETED);
-  EXPECT_EQ(GetPrinterDataW(printer, name, &type, bytes, 4, &needed), ERROR_FILE_NOT_FOUND);
-}
-
-TEST_F(Spooler, EveryCallCanFailOnce) {
-  DWORD needed = 0;
-  BYTE room[4] = {};
-  const OpenedPrinter printer(u"倉庫 1F,LPT1:");
-  const auto name = const_cast<LPWSTR>(u"x");
-  machine_->faults.FailFrom(Fault::kSpooler, 1);
-  EXPECT_EQ(OpenError(u"倉庫 1F,LPT1:", 0), RPC_S_SERVER_UNAVAILABLE);
-  EXPECT_FALSE(GetPrinterW(printer, 2, nullptr, 0, &needed));
-  EXPECT_FALSE(GetPrinterDriverW(printer, nullptr, 3, nullptr, 0, &needed));
-  EXPECT_FALSE(GetPrinterDriverDirectoryW(nullptr, nullptr, 1, room, 4, &needed));
-  EXPECT_NE(GetPrinterDataW(printer, name, nullptr, room, 4, &needed), ERROR_SUCCESS);
-  EXPECT_NE(SetPrinterDataW(printer, name, REG_BINARY, room, 4), ERROR_SUCCESS);
-  EXPECT_EQ(machine_->faults.Calls(Fault::kSpooler), 6);
-  machine_->faults.FailNth(Fault::kSpooler, 2);
-  EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, room, 4), ERROR_SUCCESS);
-  EXPECT_FALSE(machine_->faults.Struck(Fault::kSpooler));
-  EXPECT_NE(SetPrinterDataW(printer, name, REG_BINARY, room, 4), ERROR_SUCCESS);
-  EXPECT_TRUE(machine_->faults.Struck(Fault::kSpooler));
-  EXPECT_EQ(SetPrinterDataW(printer, name, REG_BINARY, room, 4), ERROR_SUCCESS);
-}
-
-// ---- the registry ----
-
-constexpr char16_t kKey[] =
-    u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\倉庫 1F,LPT1:\\Data";
-
-TEST_F(Spooler, RegistryKeysFollowTheirRights) {
-  HKEY key = nullptr;
-  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, KEY_READ, &key),
-            LSTATUS{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key),
-            LSTATUS{ERROR_INVALID_HANDLE});
-  const auto create = [&key](REGSAM access) {
-    return RegCreateKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, nullptr, 0, access, nullptr, &key, nullptr);
+  const OpenedPrinter printer(kName);
+  const auto get = [&](HANDLE from, BYTE* out, DWORD size, const char16_t* name = kValue) {
+    return GetPrinterDataW(from, const_cast<LPWSTR>(name), &type_, out, size, &needed_);
   };
-  machine_->SetRegistryAccess(true, false);
-  EXPECT_EQ(create(KEY_READ), LSTATUS{ERROR_ACCESS_DENIED}) << "nothing can be created";
-  machine_->SetRegistryAccess(true, true);
-  ASSERT_EQ(create(KEY_READ | KEY_WRITE), 0);
-  DWORD value = 0x01020304, type = 0, size = 3;
-  const auto data = reinterpret_cast<BYTE*>(&value);
-  EXPECT_EQ(RegQueryValueExW(key, u"SyncPrint", nullptr, &type, data, &size),
-            LSTATUS{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), 0);
-  EXPECT_EQ(RegQueryValueExW(key, u"syncprint", nullptr, &type, data, &size),
-            LSTATUS{ERROR_MORE_DATA});
-  EXPECT_EQ(size, 4u);
-  EXPECT_EQ(type, REG_DWORD);
-  EXPECT_EQ(RegCloseKey(key), 0);
-  EXPECT_EQ(RegCloseKey(key), LSTATUS{ERROR_INVALID_HANDLE});
+  BYTE out[5] = {9, 9, 9, 9, 9};
+  needed_ = 9;
+  EXPECT_EQ(get(printer, out, 4), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(needed_, 0u);
+  EXPECT_EQ(Set(printer), ERROR_SUCCESS);
+  EXPECT_EQ(get(printer, out, 3), ERROR_MORE_DATA);
+  EXPECT_EQ(needed_, 4u);
+  EXPECT_EQ(out[0], 9) << "nothing is copied in part";
+  EXPECT_EQ(get(printer, out, 5, u"private devmode"), ERROR_SUCCESS);
+  EXPECT_EQ(type_, REG_BINARY);
+  EXPECT_EQ(std::string(out, out + 5), "\1\2\3\4\x9");
+  const auto lower = const_cast<LPWSTR>(u"private devmode");
+  EXPECT_EQ(SetPrinterDataW(printer, lower, REG_SZ, nullptr, 0), ERROR_SUCCESS);
+  EXPECT_EQ(get(printer, nullptr, 0), ERROR_SUCCESS);
+  EXPECT_EQ(machine_->AllData(kName).size(), 1u) << "one value under both spellings";
+  for (const ACCESS_MASK access : {ACCESS_MASK{0}, ACCESS_MASK{PRINTER_ACCESS_USE}}) {
+    const OpenedPrinter used(kName, access);
+    EXPECT_EQ(Set(used), ERROR_ACCESS_DENIED) << access;
+    EXPECT_EQ(get(used, out, 4), ERROR_SUCCESS) << access;
+  }
+  machine_->SetPermission(kName, true, false);
+  EXPECT_EQ(Set(printer), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(machine_->Data(kName, kValue)->bytes.size(), 0u);
+  machine_->AddPrinter({.name = kName});
+  EXPECT_EQ(Set(printer), ERROR_PRINTER_DELETED) << "another one of the same name";
+  EXPECT_EQ(get(printer, out, 4), ERROR_FILE_NOT_FOUND);
+}
 
-  machine_->SetRegistryAccess(true, false);
-  EXPECT_EQ(create(KEY_READ | KEY_WRITE), LSTATUS{ERROR_ACCESS_DENIED});
-  ASSERT_EQ(create(KEY_READ), 0) << "an existing key opens for reading";
-  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), LSTATUS{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(RegQueryValueExW(key, u"SyncPrint", nullptr, nullptr, nullptr, &size), 0);
+constexpr char16_t kPrinters[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
+
+TEST_F(Spooler, RegistryValuesHaveTypeSizeAndRight) {
+  HKEY key = nullptr;
+  const auto create = [&key](REGSAM access) {
+    return RegCreateKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, nullptr, 0, access, nullptr, &key, nullptr);
+  };
+  DWORD value = 0x01020304, size = 3;
+  const auto data = reinterpret_cast<BYTE*>(&value);
+  const auto query = [&](const char16_t* name) {
+    return RegQueryValueExW(key, name, nullptr, &type_, data, &size);
+  };
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+  ASSERT_EQ(create(KEY_READ | KEY_WRITE), 0);
+  EXPECT_EQ(query(u"SyncPrint"), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), 0);
+  EXPECT_EQ(query(u"syncprint"), ERROR_MORE_DATA);
+  EXPECT_EQ(size, 4u);
+  EXPECT_EQ(type_, REG_DWORD);
+  EXPECT_EQ(query(u"syncprint"), 0);
+  EXPECT_EQ(RegCloseKey(key), 0);
+  EXPECT_EQ(query(u"SyncPrint"), ERROR_INVALID_HANDLE);
+  ASSERT_EQ(create(KEY_READ), 0);
+  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), ERROR_ACCESS_DENIED);
   RegCloseKey(key);
-  machine_->SetRegistryAccess(false, true);
-  EXPECT_EQ(create(KEY_READ), LSTATUS{ERROR_ACCESS_DENIED});
   ASSERT_EQ(create(KEY_SET_VALUE), 0);
-  EXPECT_EQ(RegQueryValueExW(key, u"SyncPrint", nullptr, &type, data, &size),
-            LSTATUS{ERROR_ACCESS_DENIED});
+  EXPECT_EQ(query(u"SyncPrint"), ERROR_ACCESS_DENIED);
   RegCloseKey(key);
-  EXPECT_EQ(machine_->OpenRegistryKeys(), 0);
 }
 
 TEST_F(Spooler, RegistryValuesGoWithTheirPrinter) {
-  const std::u16string other =
-      u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\倉庫 1F,LPT1:2";
-  machine_->SetRegistry(kKey, u"SyncPrint", {REG_DWORD, {std::byte{1}}});
-  machine_->SetRegistry(other, u"SyncPrint", {REG_DWORD, {std::byte{2}}});
-  EXPECT_EQ(machine_->AllRegistry(u"system\\currentcontrolset").size(), 2u);
-  EXPECT_EQ(machine_->AllRegistry(kKey).begin()->first, std::u16string(kKey) + u"\\SyncPrint");
-  machine_->RemovePrinter(u"倉庫 1F,LPT1:");
-  EXPECT_FALSE(machine_->Registry(kKey, u"SyncPrint"));
-  EXPECT_TRUE(machine_->Registry(other, u"syncprint"));
+  machine_->AddPrinter({.name = u"\\\\server\\p"});
+  const std::u16string keys[] = {u",,server,p\\Data", u"倉庫 1f,lpt1:", u"倉庫 1F,LPT1:2"};
+  for (const auto& key : keys) {
+    machine_->SetRegistry(kPrinters + key, u"SyncPrint", {REG_DWORD, {std::byte{1}}});
+  }
+  EXPECT_EQ(machine_->AllRegistry(u"system\\currentcontrolset").size(), 3u);
+  EXPECT_TRUE(machine_->RemovePrinter(u"\\\\SERVER\\p") && machine_->RemovePrinter(kName));
+  const auto left = machine_->AllRegistry(u"");
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left.begin()->first, kPrinters + keys[2] + u"\\SyncPrint");
+  EXPECT_TRUE(machine_->Registry(kPrinters + keys[2], u"syncprint"));
+}
+
+struct State : testing::Test {
+  ~State() override { fs::remove_all(directory_); }
+  std::string name_ = (fs::temp_directory_path() / "state-XXXXXX").string();
+  fs::path directory_ = mkdtemp(name_.data());
+};
+
+// The tables of the first versions, filled as they filled them. What is kept today: tests/host.
+TEST_F(State, AnOlderFormIsTakenOver) {
+  std::ofstream(directory_ / "old.py") << R"(import sqlite3, sys
+sqlite3.connect(sys.argv[1]).executescript("""PRAGMA encoding = 'UTF-16le';
+CREATE TABLE facts (name PRIMARY KEY, value) WITHOUT ROWID;
+INSERT INTO facts VALUES ('os.major', 5), ('os.minor', 2), ('os.servicePack', 1), ('os.platform', 2),
+  ('os.product', 3), ('os.verifies', 0), ('administrator', 0), ('registry.readable', 1),
+  ('registry.writable', 0), ('executable', 'C:\\x.exe');
+CREATE TABLE printers (id INTEGER PRIMARY KEY AUTOINCREMENT, folded, name, driver, port, processor,
+  help, data_file, attributes, administer, writable, record);
+INSERT INTO printers VALUES (6, 'P', 'p', 'd', 'q', 'w', '', 'f', 72, 1, 0, x'0100');
+CREATE TABLE printer_data (printer, folded, name, type, bytes);
+INSERT INTO printer_data VALUES (6, 'N', 'n', 1, x'09');
+CREATE TABLE registry_keys (folded, name);
+INSERT INTO registry_keys VALUES ('A', 'a');
+CREATE TABLE registry_values (key, folded, name, type, bytes);
+INSERT INTO registry_values VALUES ('A', 'V', 'v', 4, x'');
+PRAGMA user_version = 1;"""))";
+  const std::string run = "python3 " + name_ + "/old.py " + name_ + "/computer.sqlite";
+  ASSERT_EQ(std::system(run.c_str()), 0);
+  const auto machine = Machine::Open(directory_);
+  const platform::OsVersion os = machine->os();
+  EXPECT_EQ(std::tuple(os.major, os.minor, os.servicePack, os.platformId, os.productType),
+            std::tuple(5, 2, 1, 2, 3));
+  EXPECT_FALSE(os.verifies || machine->administrator());
+  EXPECT_EQ(machine->executablePath(), u"C:\\x.exe");
+  const platform::PrinterSetup printer = machine->Printers().at(0);
+  EXPECT_EQ(printer.name + printer.driverName + printer.portName + printer.printProcessor +
+                printer.helpFile + printer.dataFile,
+            u"pdqwf");
+  EXPECT_TRUE(printer.attributes == 72 && printer.administer && !printer.writable);
+  EXPECT_EQ(machine->DefaultRecord(u"P").size(), 2u);
+  EXPECT_EQ(machine->AllData(u"P").at(u"n").type, REG_SZ);
+  EXPECT_EQ(machine->AllRegistry(u"").at(u"a\\v").type, REG_DWORD);
+  HKEY key = nullptr;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_WRITE, &key), ERROR_ACCESS_DENIED);
+}
+
+TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
+  const auto other = Machine::Open(directory_), machine = Machine::Open(directory_);
+  EXPECT_TRUE(other->administrator());
+  const auto install = [&machine](const std::function<void()>& last) {
+    machine->Together([&] {
+      machine->AddPrinter({.name = u"P"});
+      machine->SetRegistry(u"A", u"v", {REG_DWORD, {}});
+      machine->SetAdministrator(false);
+      last();
+    });
+  };
+  const auto nothingIsKept = [&] {
+    for (const auto& each : {machine.get(), other.get()}) {
+      EXPECT_FALSE(each->FindPrinter(u"P") || each->Registry(u"A", u"v"));
+      EXPECT_TRUE(each->administrator());
+    }
+  };
+  EXPECT_THROW(install([] { throw 1; }), int);
+  nothingIsKept();
+  // What fails inside undoes all, though a caller of the spooler hides it.
+  const auto set = [&] {
+    const support::OpenedPrinter printer(u"P");
+    return SetPrinterDataW(printer, const_cast<LPWSTR>(u"v"), REG_BINARY, nullptr, 0);
+  };
+  EXPECT_THROW(install([&] {
+                 machine->faults.FailNth(platform::Fault::kStore, 1);
+                 EXPECT_EQ(set(), ERROR_GEN_FAILURE);
+                 EXPECT_EQ(set(), ERROR_GEN_FAILURE) << "nothing goes on behind it";
+               }),
+               std::runtime_error);
+  nothingIsKept();
+  install([&] { EXPECT_FALSE(other->FindPrinter(u"P")); });
+  EXPECT_EQ(set(), ERROR_SUCCESS);
+  EXPECT_TRUE(other->FindPrinter(u"p") && !other->administrator());
+  EXPECT_TRUE(other->RemoveData(u"P", u"V"));
+  EXPECT_FALSE(machine->RemoveData(u"P", u"v"));
+  machine->RemoveRegistryKey(u"a");
+  EXPECT_FALSE(other->Registry(u"A", u"v"));
+}
+
+TEST_F(State, UnusableDirectoriesAreRefusedWithASentence) {
+  std::ofstream(directory_ / "file") << "x";
+  fs::create_directory(directory_ / "damaged");
+  std::ofstream(directory_ / "damaged" / "computer.sqlite") << std::string(4096, 'x');
+  for (const fs::path& path : {directory_ / "file/below", directory_ / "damaged"}) {
+    const auto names = testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr(path));
+    EXPECT_THAT([&] { Machine::Open(path); }, names);
+  }
+}
+
+TEST_F(State, AComputerTakesItsFilesAlongAndGivesTheLastOneBack) {
+  const auto outer = Machine::Create();
+  auto inner = Machine::Create();
+  inner->WriteFile(u"C:\\x", "1");
+  const fs::path file = inner->HostPath(u"C:\\x");
+  EXPECT_EQ(&Machine::Current(), inner.get());
+  inner.reset();
+  EXPECT_FALSE(fs::exists(file));
+  EXPECT_EQ(&Machine::Current(), outer.get());
 }
 
 }  // namespace

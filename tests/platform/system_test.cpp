@@ -1,111 +1,35 @@
-// Versions, tokens, modules, heaps and file versions.
+// Modules, heaps, code page 932, texts and paths.
 #include <windows.h>
 #include <gtest/gtest.h>
 #include <shellapi.h>
 
-#include <atomic>
+#include <climits>
+#include <filesystem>
 #include <memory>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "platform/machine.h"
-#include "platform/system/resources.h"
+#include "platform/system/text.h"
 #include "tests/support/bin_dir.h"
 
 namespace {
 
 using platform::Fault;
-using platform::Machine;
+using platform::FromCp932;
+using platform::ToCp932;
 
-class System : public testing::Test {
- protected:
-  std::unique_ptr<Machine> machine_ = Machine::Create();
+struct System : testing::Test {
+  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
 };
-
-bool AtLeast(DWORD major, DWORD minor, WORD pack = 0) {
-  OSVERSIONINFOEXW asked = {};
-  asked.dwOSVersionInfoSize = sizeof(asked);
-  asked.dwMajorVersion = major;
-  asked.dwMinorVersion = minor;
-  asked.wServicePackMajor = pack;
-  ULONGLONG mask = 0;
-  for (const DWORD type : {VER_MAJORVERSION, VER_MINORVERSION, VER_SERVICEPACKMAJOR}) {
-    mask = VerSetConditionMask(mask, type, VER_GREATER_EQUAL);
-  }
-  return VerifyVersionInfoW(&asked, VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR,
-                            mask);
-}
-
-bool IsProduct(BYTE product) {
-  OSVERSIONINFOEXW asked = {};
-  asked.dwOSVersionInfoSize = sizeof(asked);
-  asked.wProductType = product;
-  return VerifyVersionInfoW(&asked, VER_PRODUCT_TYPE,
-                            VerSetConditionMask(0, VER_PRODUCT_TYPE, VER_EQUAL));
-}
-
-TEST_F(System, VersionsCompareAsOneNumberInParts) {
-  const struct {
-    platform::OsVersion os;
-    DWORD major, minor;
-    WORD pack;
-    bool atLeast;
-  } rows[] = {{{10, 0, 0, 2, 1}, 6, 3, 0, true},  {{6, 3, 0, 2, 1}, 6, 3, 0, true},
-              {{6, 2, 0, 2, 1}, 6, 3, 0, false},  {{5, 2, 2, 2, 3}, 5, 1, 3, true},
-              {{5, 1, 2, 2, 1}, 5, 1, 3, false},  {{5, 0, 4, 2, 1}, 5, 1, 0, false},
-              {{4, 10, 0, 1, 1}, 5, 1, 0, false}, {{3, 51, 5, 2, 1}, 3, 51, 5, true}};
-  for (const auto& row : rows) {
-    machine_->SetOs(row.os);
-    EXPECT_EQ(AtLeast(row.major, row.minor, row.pack), row.atLeast)
-        << row.os.major << "." << row.os.minor << " against " << row.major << "." << row.minor;
-  }
-}
-
-TEST_F(System, TellsProductTypeAndVersion) {
-  for (const BYTE product : {VER_NT_WORKSTATION, VER_NT_DOMAIN_CONTROLLER, VER_NT_SERVER}) {
-    machine_->SetOs({5, 2, 1, 2, product});
-    EXPECT_EQ(IsProduct(VER_NT_WORKSTATION), product == VER_NT_WORKSTATION);
-    OSVERSIONINFOEXW version = {};
-    version.dwOSVersionInfoSize = sizeof(version);
-    ASSERT_TRUE(GetVersionExW(reinterpret_cast<LPOSVERSIONINFOW>(&version)));
-    EXPECT_EQ(version.dwMinorVersion, 2u);
-    EXPECT_EQ(version.wProductType, product);
-    EXPECT_EQ(std::u16string(version.szCSDVersion), u"Service Pack 1");
-  }
-  OSVERSIONINFOW version = {};
-  EXPECT_FALSE(GetVersionExW(&version)) << "a structure that does not tell its size";
-  machine_->SetOs({6, 1, 0, 2, 1, false});
-  EXPECT_FALSE(AtLeast(5, 1)) << "a system whose check fails altogether";
-}
-
-TEST_F(System, OnlyAdministratorsAreMembers) {
-  for (const bool administrator : {true, false}) {
-    machine_->SetAdministrator(administrator);
-    SID_IDENTIFIER_AUTHORITY authority = {SECURITY_NT_AUTHORITY};
-    for (const DWORD group : {DOMAIN_ALIAS_RID_ADMINS, DOMAIN_ALIAS_RID_USERS}) {
-      PSID sid = nullptr;
-      ASSERT_TRUE(AllocateAndInitializeSid(&authority, 2, SECURITY_BUILTIN_DOMAIN_RID, group, 0, 0,
-                                           0, 0, 0, 0, &sid));
-      BOOL member = FALSE;
-      EXPECT_TRUE(CheckTokenMembership(nullptr, sid, &member));
-      EXPECT_EQ(member, administrator || group == DOMAIN_ALIAS_RID_USERS);
-      FreeSid(sid);
-    }
-  }
-  EXPECT_EQ(machine_->LiveAllocations(), 0);
-}
 
 INT_PTR WINAPI Answer() { return 7; }
 
 TEST_F(System, RegisteredModulesComeFirstAndAreCounted) {
   machine_->RegisterModule(u"QM610rLIB.DLL", {{"Entry", Answer}});
   const HMODULE first = LoadLibraryW(u"C:\\anywhere\\qm610rlib.dll");
-  const HMODULE again = LoadLibraryW(u"c:\\ANYWHERE\\QM610rLIB");
   ASSERT_NE(first, nullptr);
-  EXPECT_EQ(first, again);
+  EXPECT_EQ(LoadLibraryW(u"c:\\ANYWHERE\\QM610rLIB"), first);
   EXPECT_EQ(machine_->OpenModules(), 2);
-  EXPECT_EQ(GetProcAddress(first, "Entry"), FARPROC{Answer});
   EXPECT_EQ(GetProcAddress(first, "entry"), nullptr) << "names of entries have their case";
   EXPECT_EQ(GetProcAddress(first, reinterpret_cast<LPCSTR>(1)), nullptr);
   EXPECT_TRUE(FreeLibrary(first));
@@ -113,7 +37,6 @@ TEST_F(System, RegisteredModulesComeFirstAndAreCounted) {
   EXPECT_EQ(GetProcAddress(first, "Entry"), FARPROC{Answer}) << "still loaded";
   EXPECT_TRUE(FreeLibrary(first));
   EXPECT_FALSE(FreeLibrary(first));
-  SetLastError(0);
   EXPECT_EQ(LoadLibraryW(u"QM610rLIB.DLL"), nullptr);
   EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
 }
@@ -126,60 +49,13 @@ TEST_F(System, SharedObjectsLoadByPathOrFromTheDriverDirectory) {
   EXPECT_EQ(LoadLibraryW(path.c_str()), module);
   EXPECT_EQ(GetModuleHandleW(u"QM610RDRV1.dll"), module);
   EXPECT_NE(GetProcAddress(module, "DrvPrinterEvent"), nullptr);
-  WCHAR name[MAX_PATH];
-  EXPECT_EQ(GetModuleFileNameW(module, name, MAX_PATH), path.size());
-  EXPECT_EQ(std::u16string(name), path);
-  EXPECT_EQ(GetModuleFileNameW(module, name, 5), 5u);
-  EXPECT_EQ(std::u16string(name), path.substr(0, 4));
-  // A picture, and its size through each of the calls.
-  const auto bytes = platform::FindResourceBytes(module, platform::kResourceDialog, 145);
-  ASSERT_FALSE(bytes.empty());
-  const HRSRC found = FindResourceW(module, u"#145", MAKEINTRESOURCEW(5));
-  EXPECT_EQ(SizeofResource(module, found), bytes.size());
-  EXPECT_EQ(LockResource(LoadResource(module, found)), bytes.data());
-  EXPECT_EQ(FindResourceW(module, MAKEINTRESOURCEW(9999), MAKEINTRESOURCEW(5)), nullptr);
-  WCHAR text[4] = {u'x', u'x', u'x', u'x'};
-  EXPECT_EQ(LoadStringW(module, 1, text, 4), 0);
-  EXPECT_EQ(text[0], 0);
   FreeLibrary(module);
   FreeLibrary(module);
-  EXPECT_EQ(FindResourceW(module, MAKEINTRESOURCEW(145), MAKEINTRESOURCEW(5)), nullptr);
   machine_->WriteFile(u"C:\\WINDOWS\\broken.dll", "no library");
   EXPECT_EQ(LoadLibraryW(u"broken"), nullptr);
   machine_->faults.FailNth(Fault::kModule, 1);
   EXPECT_EQ(LoadLibraryW(path.c_str()), nullptr);
   EXPECT_EQ(machine_->OpenModules(), 0);
-}
-
-TEST_F(System, DamagedResourcesGiveWhatIsWhole) {
-  machine_->WriteVersionedFile(u"C:\\v.dll", 0x00030001, 0x000000FF);
-  const std::string whole = *machine_->ReadFile(u"C:\\v.dll");
-  for (size_t size = 0; size <= whole.size(); ++size) {
-    machine_->WriteFile(u"C:\\cut.dll", whole.substr(0, size));
-    EXPECT_EQ(GetFileVersionInfoSizeW(u"C:\\cut.dll", nullptr) != 0, size == whole.size()) << size;
-  }
-  std::string elf = *machine_->ReadFile(machine_->WindowsPath(support::Built("QM610rDRV1.so")));
-  for (const size_t size : {size_t{16}, size_t{63}, size_t{64}, elf.size() / 2, elf.size() - 1}) {
-    machine_->WriteFile(u"C:\\cut.dll", elf.substr(0, size));
-    EXPECT_EQ(GetFileVersionInfoSizeW(u"C:\\cut.dll", nullptr), 0u);
-  }
-}
-
-TEST_F(System, FileVersionsAreRead) {
-  machine_->WriteVersionedFile(u"C:\\WINDOWS\\system32\\m.dll", 0x00030001, 0x000000FF);
-  const DWORD size = GetFileVersionInfoSizeW(u"C:\\windows\\SYSTEM32\\M.DLL", nullptr);
-  ASSERT_NE(size, 0u);
-  std::vector<DWORD> room(size / 4 + 1);
-  EXPECT_FALSE(GetFileVersionInfoW(u"C:\\windows\\system32\\m.dll", 0, size - 1, room.data()));
-  ASSERT_TRUE(GetFileVersionInfoW(u"C:\\windows\\system32\\m.dll", 0, size, room.data()));
-  LPVOID value = nullptr;
-  UINT length = 0;
-  ASSERT_TRUE(VerQueryValueW(room.data(), u"\\", &value, &length));
-  EXPECT_EQ(length, sizeof(VS_FIXEDFILEINFO));
-  EXPECT_EQ(static_cast<VS_FIXEDFILEINFO*>(value)->dwFileVersionMS, 0x00030001u);
-  EXPECT_EQ(static_cast<VS_FIXEDFILEINFO*>(value)->dwFileVersionLS, 0x000000FFu);
-  EXPECT_FALSE(VerQueryValueW(room.data(), u"\\StringFileInfo", &value, &length));
-  EXPECT_EQ(GetFileVersionInfoSizeW(u"C:\\none.dll", nullptr), 0u);
 }
 
 TEST_F(System, HeapsCountAndGoInOneStep) {
@@ -196,42 +72,92 @@ TEST_F(System, HeapsCountAndGoInOneStep) {
   EXPECT_FALSE(HeapDestroy(heap));
   EXPECT_FALSE(HeapDestroy(GetProcessHeap()));
   EXPECT_EQ(HeapAlloc(heap, 0, 1), nullptr);
-  EXPECT_TRUE(HeapFree(GetProcessHeap(), 0, nullptr));
-  EXPECT_EQ(machine_->LiveHeaps(), 0);
-  EXPECT_EQ(machine_->LiveAllocations(), 0);
+  EXPECT_EQ(machine_->LiveHeaps() + machine_->LiveAllocations(), 0);
   machine_->faults.FailNth(Fault::kAllocation, 1);
   EXPECT_EQ(HeapCreate(0, 0, 0), nullptr);
-  EXPECT_EQ(HeapAlloc(GetProcessHeap(), 0, SIZE_MAX), nullptr);
 }
 
-TEST_F(System, ShellCallsAreKept) {
-  EXPECT_GT(reinterpret_cast<INT_PTR>(
-                ShellExecuteW(nullptr, u"open", u"https://x/", nullptr, nullptr, 5)),
-            32);
-  ASSERT_EQ(machine_->ShellCalls().size(), 1u);
-  EXPECT_EQ(machine_->ShellCalls()[0].file, u"https://x/");
+TEST_F(System, TheNewestCallsAreKept) {
+  for (int i = 1; i <= 100; ++i) ShellExecuteW(nullptr, u"open", u"x", nullptr, nullptr, i);
+  EXPECT_EQ(machine_->ShellCalls().front().show, 37);
+  EXPECT_EQ(machine_->ShellCalls().back().number, 100);
 }
 
-TEST_F(System, LastErrorsAndFaultsAreSafeOnThreads) {
-  SetLastError(5);
-  machine_->faults.FailNth(Fault::kAllocation, 700);
-  std::vector<std::thread> threads;
-  std::atomic<int> failures = 0;
-  for (DWORD t = 0; t < 8; ++t) {
-    threads.emplace_back([&failures, t] {
-      for (int i = 0; i < 100; ++i) {
-        SetLastError(t + 100);
-        void* block = HeapAlloc(GetProcessHeap(), 0, 16);
-        if (block == nullptr) ++failures;
-        HeapFree(GetProcessHeap(), 0, block);
-        if (GetLastError() != t + 100) failures += 100;
-      }
-    });
+TEST(CodePage, HasTheFormsOfTheSystem) {
+  EXPECT_EQ(ToCp932(u"A\\~\xFF8A\x3042\x30BD\xFF5E\x2225\x2460\x2160\x2252\xFFE2\x2235\x7E8A\x9AD9"
+                    u"\xFA11\x2170\xE000\xE757\x80"),
+            "A\\~\xCA\x82\xA0\x83\x5C\x81\x60\x81\x61\x87\x40\x87\x54\x81\xE0\x81\xCA\x81\xE6"
+            "\xFA\x5C\xFB\xFC\xFA\xB1\xFA\x40\xF0\x40\xF9\xFC\x80");
+  EXPECT_EQ(ToCp932(u"\xA5\x301C\xE9\x20AC\xD842\xFFFF"), "??????");
+  // The NEC and IBM doubles are read as the characters that they double.
+  EXPECT_EQ(FromCp932("\x87\x90\xEE\xEF\xED\x40"), u"\x2252\x2170\x7E8A");
+  // Bytes without a meaning.
+  EXPECT_EQ(FromCp932("\x83 a\x81\xFF\x85\x40z\xFD\xFE\xFF\xA0\x83"),
+            u"\x30FB a\x30FB\xF8F3\x30FBz\xF8F1\xF8F2\xF8F3\xA0\x30FB");
+  EXPECT_EQ(FromCp932({"\x83\0", 2}), std::u16string(u"\x30FB\0", 2));
+  int forms = 0;
+  for (WCHAR unit = 1; unit != 0; ++unit) {
+    bool lossless = false;
+    const std::string bytes = ToCp932({&unit, 1}, &lossless);
+    ASSERT_EQ(FromCp932(bytes), std::u16string(1, lossless ? unit : u'?')) << int{unit};
+    forms += lossless;
   }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(failures, 1);
-  EXPECT_EQ(machine_->faults.Calls(Fault::kAllocation), 800);
-  EXPECT_EQ(GetLastError(), 5u);
+  EXPECT_GT(forms, 9000);
+}
+
+TEST(CodePage, ConversionsCountCutAndRefuse) {
+  std::string out;
+  const auto wide = [&out](const char16_t* text, int units, int size, UINT page = 932) {
+    out = "########";
+    SetLastError(0);
+    return WideCharToMultiByte(page, 0, text, units, size == 0 ? nullptr : out.data(), size,
+                               nullptr, nullptr);
+  };
+  EXPECT_EQ(wide(u"aソ", -1, 0), 4);
+  EXPECT_EQ(wide(u"aソ", 2, 3), 3);
+  EXPECT_EQ(out, "a\x83\x5C#####");
+  EXPECT_EQ(wide(u"aソ", -1, 2), 0);
+  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+  EXPECT_EQ(out, "a#######") << "no half of a character";
+  EXPECT_EQ(wide(nullptr, 1, 4) + wide(u"a", 1, 8, 1252) + wide(u"a", 0, 4), 0);
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+  BOOL used = FALSE;
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\xD83D\xDE00", 2, out.data(), 8, "_", &used), 2);
+  EXPECT_EQ(out.substr(0, 2), "__");
+  EXPECT_TRUE(used);
+  WCHAR units[4];
+  EXPECT_EQ(MultiByteToWideChar(932, 0, "a\x83\x5C", -1, nullptr, 0), 3);
+  EXPECT_EQ(MultiByteToWideChar(932, 0, "a\x83\x5C", 3, units, 2), 2);
+  EXPECT_EQ(MultiByteToWideChar(932, 0, "abc", 3, units, 2), 0);
+  EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
+}
+
+TEST(Text, ConvertsFoldsAndFormats) {
+  for (const std::u16string text : {u"\xD83D\xDE00x", u"\xD83Dx", u"\xDE00\xD83D", u"倉庫 é"}) {
+    EXPECT_EQ(platform::ToUtf16(platform::ToUtf8(text)), text);
+  }
+  EXPECT_EQ(platform::ToUtf16("a\xC0\x80\xFF\xE3\x81"), u"a\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD");
+  EXPECT_TRUE(platform::EqualIgnoringCase(u"Ａéжω", u"ａÉЖΩ"));
+  EXPECT_FALSE(platform::EqualIgnoringCase(u"÷", u"×"));
+  std::u16string out(1100, u'#');
+  EXPECT_EQ(wsprintfW(out.data(), u"%d %d %u|%s%s%%|%", INT_MIN, 0, -1, u"倉", u""), 28);
+  EXPECT_STREQ(platform::ToUtf8(out.c_str()).c_str(), "-2147483648 0 4294967295|倉%|");
+  EXPECT_EQ(wsprintfW(out.data(), u"x%s", std::u16string(2000, u'a').c_str()), 1023);
+  EXPECT_EQ(out.substr(1022), std::u16string(u"a\0", 2) + std::u16string(76, u'#'));
+}
+
+TEST_F(System, PathsFindFilesWhateverTheirCase) {
+  machine_->WriteFile(u"C:\\Data\\倉庫\\File.ini", "1");
+  const auto file = machine_->HostPath(u"C:\\Data\\倉庫\\File.ini");
+  for (const char16_t* path : {u"c:/DATA/倉庫/FILE.INI", u"\\data\\.\\x\\..\\倉庫\\file.ini",
+                               u"C:\\..\\..\\data\\倉庫\\file.ini", u"c:data\\倉庫\\file.ini"}) {
+    EXPECT_EQ(machine_->HostPath(path), file);
+  }
+  EXPECT_EQ(machine_->WindowsPath(file), u"C:\\Data\\倉庫\\File.ini");
+  EXPECT_EQ(machine_->HostPath(u"C:\\data\\New.TXT"), file.parent_path().parent_path() / "New.TXT");
+  EXPECT_EQ(machine_->HostPath(u"C:"), machine_->HostPath(u"C:\\"));
+  EXPECT_EQ(machine_->WindowsPath(machine_->HostPath(u"Z:\\nowhere")), u"Z:\\nowhere");
+  EXPECT_EQ(machine_->HostPath(u"x.ini"), std::filesystem::current_path() / "x.ini");
 }
 
 }  // namespace

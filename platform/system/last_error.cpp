@@ -1,9 +1,0 @@
-// The last error, one a thread.
-#include <windows.h>
-
-namespace {
-thread_local DWORD lastError = 0;
-}
-
-DWORD WINAPI GetLastError() { return lastError; }
-void WINAPI SetLastError(DWORD error) { lastError = error; }
