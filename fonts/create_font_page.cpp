@@ -128,11 +128,10 @@ void SetUpPage(HWND page, DriverUiData& session) {
   LockEditing(page, session);
 }
 
-// The selected record of a group; -1 when the group is empty.
+// The selected record of a group that has one at least.
 int SelectedFont(HWND page, FontStore& store, const FontGroup& group) {
-  const int last = CountOf(store, group) - 1;
   const auto selected = static_cast<int>(SendDlgItemMessageW(page, group.list, LB_GETCURSEL, 0, 0));
-  return std::clamp(selected, std::min(0, last), std::max(last, -1));
+  return std::clamp(selected, 0, CountOf(store, group) - 1);
 }
 
 bool RunDialog(HWND page, DriverUiData& session, const FontGroup& group) {

@@ -73,27 +73,18 @@ void DrawFontPreview(FieldDialog dialog, int dpi, HDC dc, const RECT& box) {
     natural = measured.AverageWidth();
   }
   const int drawnWidth = std::max(height > 0 ? natural * width / height : 0, 1);
-  int proportionalI = 0;
-  int proportionalJ = 0;
-  if (proportional) {
-    const SelectedFont variable(dc, height, drawnWidth, VARIABLE_PITCH, kProportionalFace);
-    const SampleWidths widths = WidthsIn(variable);
-    proportionalI = widths.i;
-    proportionalJ = widths.j;
-  }
-
   const SelectedFont drawn(dc, height, drawnWidth, FIXED_PITCH, face);
   const SampleWidths widths = WidthsIn(drawn);
+  SampleWidths shown = widths;
+  if (proportional) {
+    shown = WidthsIn(SelectedFont(dc, height, drawnWidth, VARIABLE_PITCH, kProportionalFace));
+  }
   const SIZE text = drawn.Extent(kSample, 2);
   const int centre = std::max(box.right, text.cx) / 2;
   const int boxHeight = box.bottom - box.top;
   const int top = boxHeight > text.cy ? (boxHeight - text.cy) / 2 : 0;
-  int atI = centre - widths.i;
-  int atJ = centre;
-  if (proportional) {
-    atI = centre + widths.i / 2 - proportionalI / 2 - widths.i;
-    atJ = centre + widths.j / 2 - proportionalJ / 2;
-  }
+  const int atI = centre + widths.i / 2 - shown.i / 2 - widths.i;
+  const int atJ = centre + widths.j / 2 - shown.j / 2;
 
   const COLORREF backgroundBefore = SetBkColor(dc, kBackground);
   const COLORREF textBefore = SetTextColor(dc, kText);

@@ -109,43 +109,42 @@ TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
 // Some of the stored names no rule would let in; they show which rule comes first. One fills its
 // field. What lies behind a list's end is no font.
 TEST_F(FontTest, NamesAreJudgedInOrder) {
-  // The message if any, names, the font that is changed if any.
-  const std::tuple<const char16_t*, std::vector<std::u16string>, int, Kind> kCases[] = {
-      {u"登録フォント名を入力して下さい。", {u"", u" 　 "}, -1, kDeco},
-      {u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
-       {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"},
+  // The kind, the font that is changed (-1: a new one), the message if any, names.
+  const std::tuple<Kind, int, const char16_t*, std::vector<std::u16string>> kCases[] = {
+      {kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "}},
+      {kDeco,
        -1,
-       kDeco},
-      {kTaken, {u"Deco", u"é", u"Bar"}, -1, kDeco},
-      {u"不正な文字が使用されています。",
-       {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"},
+       u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
+       {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"}},
+      {kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"}},
+      {kDeco,
        -1,
-       kDeco},
-      {u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"}, -1, kDeco},  // 32 bytes
-      {nullptr,
+       u"不正な文字が使用されています。",
+       {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"}},
+      {kDeco, -1, u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"}},  // 32 bytes
+      {kDeco,
+       -1,
+       nullptr,
        {u"VELA X20 ", u"VELA X25", u"VELA ", u"vela X20", u"X20", u"Installed", u"installed face",
         u"Installed Face 2", u"deco", u"a?b", u"Gone", u"あいうえおかきくけこさしすせそa",
-        std::u16string(31, u'x'), std::u16string(31, u'ｱ')},
-       -1,
-       kDeco},
+        std::u16string(31, u'x'), std::u16string(31, u'ｱ')}},
       // A font's own record does not count against its name; the record at the same place of the
       // other list does.
-      {nullptr, {u"Deco"}, 0, kDeco},
-      {kTaken, {u"Deco"}, 1, kDeco},
-      {kTaken, {u"Bar"}, 0, kDeco},
-      {nullptr, {u"Bar", u"Gone"}, 0, kBar},
-      {kTaken, {u"Bar"}, 1, kBar},
-      {kTaken, {u"Deco"}, 0, kBar},
-  };
+      {kDeco, 0, nullptr, {u"Deco"}},
+      {kDeco, 1, kTaken, {u"Deco"}},
+      {kDeco, 0, kTaken, {u"Bar"}},
+      {kBar, 0, nullptr, {u"Bar", u"Gone"}},
+      {kBar, 1, kTaken, {u"Bar"}},
+      {kBar, 0, kTaken, {u"Deco"}}};
   Store({Deco(u"Deco"), Deco(u"L").Put(66, std::u16string(32, u'x')), Deco(u"VELA POP"),
          Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
          Bar(u"あいうえおかきくけこさしすせそた")});
-  const auto bury = [](Desk& desk) {
+  const auto bury = [gone = Deco(u"Gone")](Desk& desk) {
     kestrel::FontStore& fonts = SessionFonts(desk);
-    std::memcpy(&fonts.DecoFonts[fonts.DecoFontNum], Deco(u"Gone").words.data(), 232);
-    std::memcpy(&fonts.BarFonts[fonts.BarFontNum], Bar(u"Gone").words.data(), 232);
+    std::memcpy(fonts.DecoFonts + fonts.DecoFontNum, &gone, sizeof gone);
+    std::memcpy(fonts.BarFonts + fonts.BarFontNum, &gone, sizeof gone);
   };
-  for (const auto& [message, names, row, kind] : kCases) {
+  for (const auto& [kind, row, message, names] : kCases) {
     const Steps open =
         row < 0 ? Steps(Click(kind.create)) : Steps{Select(kind.list, row), Click(kind.change)};
     for (const std::u16string& name : names) {

@@ -69,21 +69,18 @@ TEST_F(FontTest, MultipliesAndConvertsTheChosenCell) {
   const auto kanji = [](const std::string& look) {
     return DecoLooks("16*16 24*24 22*22 2 " + look + " (0) {1}");
   };
-  const Steps across = {Select(kResident, 8),
-                        Select(kSize, 2),
-                        kanji("(22/1..132) (22/1..132) 1/1..6 1/1..6 2 (0) 0 0 (0) 0"),
-                        Replace(kX, u"2"),
-                        Spin(1160, 2),
-                        kanji("(44/1..264) (66/1..396) 2/1..6 3/1..6 2 (0) 0 0 (0) 0"),
-                        Replace(kX, u"6"),
-                        kanji("(132/1..792) (66/1..396) 6/1..6 3/1..6 2 (0) 0 0 (0) (0)")};
-  const Steps inches = {Select(kResident, 1), Click(kInch)};
+  const Steps across = {Select(kResident, 8), Select(kSize, 2)},
+              inches = {Select(kResident, 1), Click(kInch)};
   Store({});
   Gives(
       {Deco(u"K", u"漢字(横書)", 512, 132, 66).Put(202, {6, 3}),
        Deco(u"mm", u"X23", 4, 60, 60).Put(206, {0}), Deco(u"inch", u"X21", 2, 83, 83).Put(206, {1}),
        Deco(u"inch2", u"X21", 2, 84, 335).Put(204, {4, 1})},
-      {New(kDeco, u"K", across),
+      {New(kDeco, u"K",
+           {across, kanji("(22/1..132) (22/1..132) 1/1..6 1/1..6 2 (0) 0 0 (0) 0"),
+            Replace(kX, u"2"), Spin(1160, 2),
+            kanji("(44/1..264) (66/1..396) 2/1..6 3/1..6 2 (0) 0 0 (0) 0"), Replace(kX, u"6"),
+            kanji("(132/1..792) (66/1..396) 6/1..6 3/1..6 2 (0) 0 0 (0) (0)")}),
        New(kDeco, u"mm",
            {Select(kResident, 3), Click(kMm), ExpectText(kWidth, u"6.0"), Click(kDot),
             ExpectText(kWidth, u"48"), Click(kMm)}),
@@ -127,6 +124,8 @@ TEST_F(FontTest, ReadsEveryRadioButton) {
                 {kWidth, kHeight, kSize, kMm,  kInch, kDot, 1136, 1137, 1011, 1009, 1010, 1012,
                  1013,   1014,    1015,  1016, 1017,  1018, 1019, 1025, 1026, 1020, 1027, 1028,
                  1022,   1023,    1024,  1021, 1145,  1146, 1149, 1151, 1153, 1155}),
+          Focus(1151),
+          ExpectText(IDC_HELP_TEXT, u"連番の増減値を設定します。（範囲は、-9999から9999です。）"),
           Helps(2421, {kSerialOn, kSerialNo}), Click(kMm), Focus(kHeight),
           ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
           Select(kResident, 0), Helps(2294, {kX, kY}),
@@ -268,23 +267,23 @@ Step Draws(std::array<LONG, 3> font, std::vector<LONG> places,
 }
 
 // The box is 123 × 117 pixels; a character of a face is naturally half as wide as it is high, a
-// narrow one of a proportional font half of that.
+// narrow one of a proportional font half of that. A size in millimetres is drawn in dots; some are
+// higher or wider than the box, or as narrow as can be.
 TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
   const int objects = platform::LiveGdiObjects();
-  const Step fixed = Draws({48, 24, 34}, {37, 61});
+  const Steps proportional = {Click(1137), Draws({48, 24, 34}, {43, 67}, u"ＭＳ Ｐゴシック"),
+                              Click(1136), Draws({48, 24, 34}, {37, 61})};
   Store({Deco(u"FREE", u"OUTLINE", 1024, 60, 60)});
-  Ok(kFontTab, {New(kDeco, u"A",
-                    {Draws({9, 2, 54}, {59, 61}), Select(kResident, 3), fixed, Click(1137),
-                     Draws({48, 24, 34}, {43, 67}, u"ＭＳ Ｐゴシック"), Click(1136), fixed,
-                     // A size in millimetres is drawn in dots.
-                     Click(kMm), Replace(kY, u"2"), Draws({96, 24, 10}, {37, 61}),
-                     // Higher, then wider than the box, and as narrow as can be.
-                     Select(kResident, 7), Draws({133, 39, 0}, {22, 61}), Replace(kX, u"6"),
-                     Draws({133, 238, 0}, {0}), Select(kResident, 0), Replace(kX, u""),
-                     Draws({9, 1, 54}, {60, 61}), Replace(kX, u"1")}),
-                Change(kDeco, {Draws({60, 30, 28}, {31, 61}), Replace(kHeight, u"100"),
-                               Draws({100, 30, 8}, {31, 61}), Spin(1108, 20),
-                               Draws({100, 40, 8}, {21, 61})})});
+  Ok(kFontTab,
+     {New(kDeco, u"A",
+          {Draws({9, 2, 54}, {59, 61}), Select(kResident, 3), Draws({48, 24, 34}, {37, 61}),
+           proportional, Click(kMm), Replace(kY, u"2"), Draws({96, 24, 10}, {37, 61}),
+           Select(kResident, 7), Draws({133, 39, 0}, {22, 61}), Replace(kX, u"6"),
+           Draws({133, 238, 0}, {0}), Select(kResident, 0), Replace(kX, u""),
+           Draws({9, 1, 54}, {60, 61}), Replace(kX, u"1")}),
+      Change(kDeco,
+             {Draws({60, 30, 28}, {31, 61}), Replace(kHeight, u"100"),
+              Draws({100, 30, 8}, {31, 61}), Spin(1108, 20), Draws({100, 40, 8}, {21, 61})})});
   EXPECT_EQ(platform::LiveGdiObjects(), objects);
 }
 

@@ -156,18 +156,16 @@ class FontTest : public SheetTest {
     EXPECT_EQ(Stored(), expected);
   }
   // Each control in use is described by a text of the string table, up to the range filled in.
-  Steps Helps(UINT text, const std::vector<int>& ids) {
-    Steps steps;
-    for (int id : ids) {
-      WCHAR loaded[512] = {};
-      LoadStringW(module_, text++, loaded, 512);
-      steps += [id, text = std::u16string(loaded)](Desk& desk) {
+  Step Helps(UINT text, std::vector<int> ids) {
+    return [=, this](Desk& desk) mutable {
+      for (int id : ids) {
+        WCHAR loaded[512] = {};
+        LoadStringW(module_, text++, loaded, 512);
+        const std::u16string_view whole = loaded;
         EXPECT_TRUE(desk.Click(id) || desk.Focus(id)) << id;
-        const size_t fixed = std::min(text.find(u'%'), text.size());
-        EXPECT_EQ(desk.Text(IDC_HELP_TEXT).substr(0, fixed), text.substr(0, fixed)) << id;
-      };
-    }
-    return steps;
+        EXPECT_TRUE(desk.Text(IDC_HELP_TEXT).starts_with(whole.substr(0, whole.find(u'%')))) << id;
+      }
+    };
   }
 };
 
