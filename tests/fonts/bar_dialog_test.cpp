@@ -6,7 +6,7 @@ namespace fonts {
 namespace {
 
 constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL;
-enum KindRow : int { kUpca = 0, kCode128 = 6, kQr1 = 12 };
+enum KindRow : int { kUpca = 0, kQr1 = 12 };
 
 Step Error(std::u16string text) {
   return CloseMessage(text, MB_OK, u"VELA Kestrel Graphics Mode Driver");
@@ -20,26 +20,26 @@ Steps Detail(int row) { return {Select(kKindList, row), Click(kDetail)}; }
 
 TEST_F(FontTest, ReadsItsControls) {
   const std::u16string full = u"1234567890123456789012345678901";
-  const Record numbered = Bar(full, 100, kInitial).Put(130, {0x4008, 100, 1, 1, 5, 0, 12, 8});
+  const Record numbered =
+      Bar(full, 100, kInitial).Put(130, {0x4008, 100, 1, 1, 5, 0, 12, 8}).Put(160, {9});
   const auto asked = [](Desk&) {
     EXPECT_EQ(FakeLibrary::calls, "I0@305");
     EXPECT_EQ(platform::Machine::Current().OpenModules(), 1) << "kept";
   };
   SetDensity(305);
   Store({});
-  Gives(
-      {numbered},
-      New(kBar, full + u"2",
-          {Lists(19, kUpca), ExpectText(kBar.name, u""), ExpectChecked({IDC_BAR_FONT_STRING_FONT}),
-           Looks(kBarSerial, kSerialOff), asked, Replace(kBar.name, u"B"),
-           SerialWalk(kBarSerial, Registers(kBar)), Helps(2269, {1049, 1007, 1008, 1165}),
-           Helps(2276, {1031, 1032, 1103, 1105, 1111, 1113}), Helps(2274, {1029, 1030}),
-           Click(1029), Click(IDC_BAR_FONT_FILE_FONT), Click(IDC_BAR_FONT_HEXADECIMAL)}));
+  Gives({numbered}, New(kBar, full + u"2",
+                        {Lists(19, kUpca), ExpectText(kBar.name, u""),
+                         ExpectChecked({IDC_BAR_FONT_STRING_FONT}), Looks(kBarSerial, kSerialOff),
+                         asked, Replace(kBar.name, u"B"), SerialWalk(kBarSerial, Registers(kBar)),
+                         Describes(13, {1029}), Click(1029), Focus(kKindList),
+                         ExpectText(IDC_HELP_TEXT, u"バーコード種を選択します。"),
+                         Click(IDC_BAR_FONT_FILE_FONT), Click(IDC_BAR_FONT_HEXADECIMAL)}));
   // The same font shown again, with the numbering switched off: its numbers stay, and are checked.
   // Nothing of a former, longer name is left.
   Gives(
       {Bar(u"C", 100, kInitial).Put(130, {0x2008, 100, 0, 1, 5, 0, 12, 8}).Put(160, {9})},
-      Change(kBar, {ExpectChecked({IDC_BAR_FONT_FILE_FONT}), Helps(2273, {kDetail}),
+      Change(kBar, {ExpectChecked({IDC_BAR_FONT_FILE_FONT}),
                     Looks(kBarSerial, "1 1 5/1..9999 0/-9999..9999 12/1..99 8/0..99"), Click(1030),
                     Looks(kBarSerial, "0 (1) (5/1..9999) (0/-9999..9999) (12/1..99) (8/0..99)"),
                     Replace(kBar.name, u"C"), Put(1103, u"0"), Click(IDOK), Click(IDOK),
@@ -75,49 +75,40 @@ TEST_F(FontTest, EveryKindHasItsRow) {
   }
 }
 
-// A font of a kind with a library that lacks an entry point, what its Init and ShowDlg answer, and
-// what comes of it.
 TEST_F(FontTest, DetailsThroughTheLibrary) {
   const Steps upca = Select(kKindList, kUpca);
-  const struct {
-    int kind;
-    const char* missing;
-    int init, show;
-    Steps steps;
-    Record expected;
-    const char* calls;
-    Steps atOk = {};
-  } kCases[] = {
-      {100, "", 0, 1, Detail(kUpca), Bar(u"B").Put(160, {9}), "S20"},
-      {100, "", 0, 0, Detail(kUpca), Bar(u"B"), "S20"},
-      {100, "", 0, 2, Detail(kUpca), Bar(u"B"), "S20"},
-      {100, "", 0, 1, Detail(kQr1), Bar(u"B", 1400, kInitial).Put(160, {9}), "I0S16448"},
-      {100, "", 1, 0, {Detail(kQr1), upca}, Bar(u"B"), "I0S16448"},
-      {100, "", 1, 0, Detail(kQr1), Bar(u"B", 1400, kInitial), "I0S16448I20"},
-      {100, "GetBarNameUPCA", 0, 1, {kNoEntry, Lists(0, -1), Click(kDetail)}, Bar(u"B"), ""},
-      {100, "GetBarNameRSS", 0, 1, {kNoEntry, Lists(11, kUpca)}, Bar(u"B"), ""},
-      {100, "ShowDlgUPCA", 1, 1, {Detail(kUpca), kNoEntry}, Bar(u"B"), ""},
-      // Without ShowDlg the answer is that of Init.
-      {100, "ShowDlgCODE128", 1, 1, {Detail(kCode128), kNoEntry}, Bar(u"B", 700, kInitial), "I0"},
-      {100, "ShowDlgCODE128", 0, 1, {Detail(kCode128), kNoEntry, upca}, Bar(u"B"), "I0"},
-      {100, "InitCODE128", 1, 1, {Detail(kCode128), kNoEntry, upca}, Bar(u"B"), ""},
-      {100, "InitCODE128", 1, 1, Select(kKindList, kCode128), Bar(u"B", 700), "", kNoEntry},
-      // Kinds that it does not list, or that have no row.
-      {1400, "GetBarNameRSS", 0, 1, {kNoEntry, Lists(11, -1), Click(kDetail)}, Bar(u"B", 1400), ""},
-      {1000, "InitUPCA", 0, 1, Lists(19, kUpca), Bar(u"B"), "", kNoEntry},
+  const Record stored = Bar(u"B"), qr = Bar(u"B", 1400, kInitial);
+  // A font of a kind, a library without an entry point, and what its Init and ShowDlg answer.
+  const auto gives = [&](int kind, const char* missing, int16_t init, int16_t show,
+                         const Record& expected, const char* calls, const Steps& steps,
+                         const Steps& atOk = {}) {
+    SCOPED_TRACE(testing::Message() << kind << missing << init << show << calls);
+    Store({Bar(u"B", kind)});
+    FakeLibrary::Install(machine(), missing, init, show);
+    Gives({expected}, Change(kBar, steps, atOk));
+    EXPECT_EQ(FakeLibrary::calls, calls);
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(&c - kCases);
-    Store({Bar(u"B", c.kind)});
-    FakeLibrary::Install(machine(), c.missing, c.init, c.show);
-    Gives({c.expected}, Change(kBar, c.steps, c.atOk));
-    EXPECT_EQ(FakeLibrary::calls, c.calls);
-  }
+  gives(100, "", 0, 1, Bar(u"B").Put(160, {9}), "S20", Detail(kUpca));
+  gives(100, "", 0, 0, stored, "S20", Detail(kUpca));
+  gives(100, "", 0, 2, stored, "S20", Detail(kUpca));
+  gives(100, "", 0, 1, Record(qr).Put(160, {9}), "I0S16448", Detail(kQr1));
+  gives(100, "", 1, 0, stored, "I0S16448", {Detail(kQr1), upca});
+  gives(100, "", 1, 0, qr, "I0S16448I20", Detail(kQr1));
+  gives(100, "GetBarNameUPCA", 0, 1, stored, "", {kNoEntry, Lists(0, -1), Click(kDetail)});
+  gives(100, "GetBarNameRSS", 0, 1, stored, "", {kNoEntry, Lists(11, kUpca)});
+  gives(100, "ShowDlgUPCA", 1, 1, stored, "", {Detail(kUpca), kNoEntry});
+  // Without ShowDlg the answer is that of Init.
+  gives(100, "ShowDlgQR1", 1, 1, qr, "I0", {Detail(kQr1), kNoEntry});
+  gives(100, "ShowDlgQR1", 0, 1, stored, "I0", {Detail(kQr1), kNoEntry, upca});
+  gives(100, "InitQR1", 1, 1, stored, "", {Detail(kQr1), kNoEntry, upca});
+  gives(100, "InitQR1", 1, 1, Bar(u"B", 1400), "", Select(kKindList, kQr1), kNoEntry);
+  // Kinds that are not listed, or that have no row.
+  gives(1400, "GetBarNameRSS", 0, 1, Bar(u"B", 1400), "",
+        {kNoEntry, Lists(11, -1), Click(kDetail)});
+  gives(1000, "InitUPCA", 0, 1, stored, "", Lists(19, kUpca), kNoEntry);
   machine().UnregisterModule(u"QM610rBAR.DLL");
-  Store({Bar(u"Q", 1400)});
-  Gives({Bar(u"Q", 1400), Bar(u"N", 100, 0)},
-        {Change(kBar, {kNoLibrary, Lists(0, -1)}),
-         New(kBar, u"N", {kNoLibrary, kNoLibrary, Click(kDetail)})});
+  Gives({stored, Bar(u"N", 100, 0)}, {Change(kBar, {kNoLibrary, Lists(0, -1)}),
+                                      New(kBar, u"N", {kNoLibrary, kNoLibrary, Click(kDetail)})});
 }
 
 }  // namespace

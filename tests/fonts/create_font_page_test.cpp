@@ -109,56 +109,51 @@ TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
 // Some of the stored names no rule would let in; they show which rule comes first. One fills its
 // field. What lies behind a list's end is no font.
 TEST_F(FontTest, NamesAreJudgedInOrder) {
-  // The kind, the font that is changed (-1: a new one), the message if any, names.
-  const std::tuple<Kind, int, const char16_t*, std::vector<std::u16string>> kCases[] = {
-      {kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "}},
-      {kDeco,
-       -1,
-       u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
-       {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"}},
-      {kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"}},
-      {kDeco,
-       -1,
-       u"不正な文字が使用されています。",
-       {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"}},
-      {kDeco, -1, u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"}},  // 32 bytes
-      {kDeco,
-       -1,
-       nullptr,
-       {u"VELA X20 ", u"VELA X25", u"VELA ", u"vela X20", u"X20", u"Installed", u"installed face",
-        u"Installed Face 2", u"deco", u"a?b", u"Gone", u"あいうえおかきくけこさしすせそa",
-        std::u16string(31, u'x'), std::u16string(31, u'ｱ')}},
-      // A font's own record does not count against its name; the record at the same place of the
-      // other list does.
-      {kDeco, 0, nullptr, {u"Deco"}},
-      {kDeco, 1, kTaken, {u"Deco"}},
-      {kDeco, 0, kTaken, {u"Bar"}},
-      {kBar, 0, nullptr, {u"Bar", u"Gone"}},
-      {kBar, 1, kTaken, {u"Bar"}},
-      {kBar, 0, kTaken, {u"Deco"}}};
-  Store({Deco(u"Deco"), Deco(u"L").Put(66, std::u16string(32, u'x')), Deco(u"VELA POP"),
-         Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
-         Bar(u"あいうえおかきくけこさしすせそた")});
   const auto bury = [gone = Deco(u"Gone")](Desk& desk) {
     kestrel::FontStore& fonts = SessionFonts(desk);
     std::memcpy(fonts.DecoFonts + fonts.DecoFontNum, &gone, sizeof gone);
     std::memcpy(fonts.BarFonts + fonts.BarFontNum, &gone, sizeof gone);
   };
-  for (const auto& [kind, row, message, names] : kCases) {
-    const Steps open =
-        row < 0 ? Steps(Click(kind.create)) : Steps{Select(kind.list, row), Click(kind.change)};
+  // Names for the font in a row of a kind's list, or for a new one (-1); null: they are taken.
+  const auto judged = [&](const Kind& kind, int row, const char16_t* message,
+                          const std::vector<std::u16string>& names) {
     for (const std::u16string& name : names) {
       SCOPED_TRACE(testing::PrintToString(name) + std::to_string(row));
-      Steps end = Click(IDOK);
+      Steps steps = {bury, Click(kind.create), Put(kind.name, name)};
+      if (row >= 0)
+        steps = {bury, Select(kind.list, row), Click(kind.change), Put(kind.name, name)};
       if (message != nullptr) {
         // The name goes before the numbers.
-        end = {Put(IDC_DECO_FONT_EXPAND_X, u"7"), end,
-               CloseMessage(message, MB_ICONEXCLAMATION, row < 0 ? Registers(kind) : Changes(kind)),
-               ExpectFocus(kind.name), Click(IDCANCEL)};
+        steps +=
+            {Put(IDC_DECO_FONT_EXPAND_X, u"7"), Click(IDOK),
+             CloseMessage(message, MB_ICONEXCLAMATION, row < 0 ? Registers(kind) : Changes(kind)),
+             ExpectFocus(kind.name)};
       }
-      Cancel(kFontTab, {bury, open, Put(kind.name, name), end, ExpectTitle(kPage)});
+      Cancel(kFontTab, {steps, Click(message != nullptr ? IDCANCEL : IDOK), ExpectTitle(kPage)});
     }
-  }
+  };
+  Store({Deco(u"Deco"), Deco(u"L").Put(66, std::u16string(32, u'x')), Deco(u"VELA POP"),
+         Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
+         Bar(u"あいうえおかきくけこさしすせそた")});
+  judged(kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "});
+  judged(kDeco, -1, u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
+         {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"});
+  judged(kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"});
+  judged(kDeco, -1, u"不正な文字が使用されています。",
+         {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"});
+  judged(kDeco, -1, u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"});  // 32 bytes
+  judged(kDeco, -1, nullptr,
+         {u"VELA X20 ", u"VELA X25", u"VELA ", u"vela X20", u"X20", u"Installed", u"installed face",
+          u"Installed Face 2", u"deco", u"a?b", u"Gone", u"あいうえおかきくけこさしすせそa",
+          std::u16string(31, u'x'), std::u16string(31, u'ｱ')});
+  // A font's own record does not count against its name; the record at the same place of the other
+  // list does.
+  judged(kDeco, 0, nullptr, {u"Deco"});
+  judged(kDeco, 1, kTaken, {u"Deco"});
+  judged(kDeco, 0, kTaken, {u"Bar"});
+  judged(kBar, 0, nullptr, {u"Bar", u"Gone"});
+  judged(kBar, 1, kTaken, {u"Bar"});
+  judged(kBar, 0, kTaken, {u"Deco"});
 }
 
 }  // namespace

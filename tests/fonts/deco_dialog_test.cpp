@@ -35,15 +35,10 @@ TEST_F(FontTest, EveryResidentFontOffersItsOwn) {
   constexpr char kKanji[] = "16*16 24*24 22*22";
   using Text = const char*;
   const std::tuple<int, int, const char16_t*, Text, Text, Text, int, int, int> kFonts[] = {
-      {203, 0, u"X20", "5*9", "(0)", "(0)", 1, 5, 9},
-      {203, 1, u"X21", "17*17", "0", "(0)", 2, 17, 17},
-      {203, 2, u"X22", "24*24", "0", "(0)", 256, 24, 24},
-      {203, 3, u"X23", "48*48", "0", "(0)", 4, 48, 48},
       {203, 4, u"X24", "48*48", "0", "(0)", 4, 48, 48},
       {203, 5, u"OCR-A", "15*22", "(0)", "(0)", 8, 15, 22},
       {203, 6, u"OCR-B", "20*24", "(0)", "(0)", 32, 20, 24},
       {203, 7, u"POP", "80*133", "0", "(0)", 2048, 80, 133},
-      {203, 8, u"漢字(横書)", kKanji, "(0)", "0", 128, 16, 16},
       {203, 9, u"漢字(縦書)", kKanji, "(0)", "0", 128, 16, 16},
       {305, 5, u"OCR-A", "22*33", "(0)", "(0)", 16, 22, 33},
       {305, 6, u"OCR-B", "30*36", "(0)", "(0)", 64, 30, 36}};
@@ -115,21 +110,16 @@ TEST_F(FontTest, ReadsEveryRadioButton) {
   // A font that offers everything: one without cells, as other printers have.
   const Record free =
       Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7}).Put(220, {1});
+  const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, text); };
   Store({free});
   Ok(kFontTab,
      Change(
          kDeco,
-         {Helps(2290, {1144, 1135, kDecorated, kPlain}), Click(kDecorated),
-          Helps(2296,
-                {kWidth, kHeight, kSize, kMm,  kInch, kDot, 1136, 1137, 1011, 1009, 1010, 1012,
-                 1013,   1014,    1015,  1016, 1017,  1018, 1019, 1025, 1026, 1020, 1027, 1028,
-                 1022,   1023,    1024,  1021, 1145,  1146, 1149, 1151, 1153, 1155}),
-          Focus(1151),
-          ExpectText(IDC_HELP_TEXT, u"連番の増減値を設定します。（範囲は、-9999から9999です。）"),
-          Helps(2421, {kSerialOn, kSerialNo}), Click(kMm), Focus(kHeight),
-          ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
-          Select(kResident, 0), Helps(2294, {kX, kY}),
-          ExpectText(IDC_HELP_TEXT, u"文字高さの倍率を設定します。(範囲は、1から6です。）")}));
+         {Describes(40, {kDecorated, kSerialOn}), Click(kSerialOn), Focus(1151),
+          help(u"連番の増減値を設定します。（範囲は、-9999から9999です。）"), Click(kMm),
+          Focus(kHeight), help(u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
+          Select(kResident, 0), help(u"装飾の元になるプリンタのレジデントフォントを選択します。"),
+          Focus(kY), help(u"文字高さの倍率を設定します。(範囲は、1から6です。）")}));
   const Groups radios(kControls.begin() + 6, kControls.end() - 1);
   for (int pass = 0; pass < 10; ++pass) {
     Record expected = free;
@@ -161,87 +151,74 @@ TEST(FontOffers, FollowRowAndMagnifications) {
   }
 }
 
-// A stored font is left as it is by Cancel, and changed by OK.
 TEST_F(FontTest, StoredFontsAreChanged) {
+  // A stored font is left as it is by Cancel, and changed by OK.
+  const auto changes = [&](const Record& stored, const Record& expected, const Steps& steps = {}) {
+    SCOPED_TRACE(testing::PrintToString(stored));
+    Store({stored});
+    Gives({stored}, {Click(kDeco.change), Click(IDCANCEL)});
+    Gives({expected}, Change(kDeco, steps));
+  };
   const auto refused = [](const std::vector<Wrong>& cases) {
     return Refuses(Changes(kDeco), u"フォントサイズ\n", cases);
   };
   const auto selected = [](Desk& desk) {
     EXPECT_EQ(SendDlgItemMessageW(desk.Top(), kWidth, EM_GETSEL, 0, 0), MAKELONG(0, 3));
   };
-  const Steps unknown = ExpectSelected(kResident, -1);
-  const struct {
-    Record stored, expected;
-    Steps steps = {};
-  } kCases[] = {
-      // At 6 an arrow stops; a magnification beyond stays to be seen, whatever shows the font anew.
-      // What was checked is what is stored.
-      {Deco(u"N").Put(202, {9, 0}),
-       Deco(u"N").Put(198, {15, 18, 3, 2}),
-       {DecoLooks("5*9 0 (45/1..270) (1/1..1) 9/1..6 0/1..6 2 (0) 0 0 (0) (0) (0) {1}"),
-        Spin(1158, 9), ExpectText(kX, u"6"), Replace(kY, u"70"), Click(kMm), Select(kSize, 0),
-        Click(kSerialOn), ExpectText(kY, u"70"), Click(kSerialNo),
-        refused({{kX, u"7", u"幅倍率は 6 以下にして下さい。", u"2"},
-                 {kX, u"", u"幅倍率は 1 以上にして下さい。", u"2"},
-                 {kY, u"70", u"高さ倍率は 6 以下にして下さい。", u"2"},
-                 {kY, u"0", u"高さ倍率は 1 以上にして下さい。", u"2"}}),
-        Click(kDot), Put(kX, u"3-1")}},
-      // Another resident font takes back the decoration, not the serial numbering and the name.
-      {Deco(u"A name of some length", u"X21", 2, 252, 84)
-           .Put(202, {3, 1, 1, 2, 90, 1, 0, 0, 0, 1, 1, 5}),
-       Deco(u"A", u"X22", 256, 24, 24).Put(220, {1, 1, 5}),
-       {DecoLooks("17*17 0 (0.251/1..1506) (0.084/1..504) 3/1..6 1/1..6 1 1 1 1 (0) (0) (0) 1"),
-        Click(kPlain), Replace(kDeco.name, u"A"), Select(kResident, 2),
-        ExpectText(kDeco.name, u"A"),
-        DecoLooks("24*24 0 (24/1..144) (24/1..144) 1/1..6 1/1..6 2 0 0 0 (0) (0) (0) 1")}},
-      // A font without cells: width and height are free within bounds that the unit converts.
-      // Written
-      // anew when the focus comes, a text stays selected as Tab selects it.
-      {Deco(u"FREE", u"OUTLINE", 1024, 100, 200),
-       Deco(u"FREE", u"OUTLINE", 1024, 1500, 280).Put(206, {1}),
-       {DecoLooks(" 100/27..550 200/50..999 (1/1..6) (1/1..6) 2 (0) 0 0 (0) (0) 0 {1}"),
-        refused({{kWidth, u"26", u"幅は 27 dot 以上にして下さい。", u"30"},
-                 {kWidth, u"551", u"幅は 550 dot 以下にして下さい。", u"549"},
-                 {kHeight, u"49", u"高さは 50 dot 以上にして下さい。", u"999"}}),
-        Spin(1108, 2), ExpectText(kWidth, u"550"), Click(kMm),
-        DecoLooks(" 68.8/34..688 125.0/63..1250 (1/1..6) (1/1..6) 0 (0) 0 0 (0) (0) 0 {1}"),
-        refused({{kWidth, u"68.9", u"幅は 68.8 mm 以下にして下さい。", u"12.5"},
-                 {kHeight, u"125.1", u"高さは 125.0 mm 以下にして下さい。", u"7.0"}}),
-        Spin(1110, 1), ExpectText(kHeight, u"7.1"), Paste(kWidth, u"9"), Focus(kHeight),
-        ExpectText(kWidth, u"9.0"), Tab(true), selected, Click(kInch),
-        refused({{kWidth, u"0.132", u"幅は 0.133 inch 以上にして下さい。", u"1.500"}})}},
-      // What the printer's fonts do not explain stays until another font is chosen.
-      {Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}),
-       Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}), unknown},
-      {Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}),
-       Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}), unknown},
-      {Deco(u"A", u"NEW", 4096, 77, 88), Deco(u"A", u"NEW", 4096, 77, 88), unknown},
-      {Deco(u"A", u"NEW", 0, 77, 88), Deco(u"A", u"NEW", 0, 77, 88), unknown},
-      {Deco(u"A").Put(130, {0, 0, 0}), Deco(u"A").Put(130, {0, 0, 0}), unknown},
-      {Deco(u"A", u"NEW", 896, 77, 88),
-       Deco(u"A", u"X21", 2, 17, 17),
-       {unknown, Select(kResident, 1)}},
-      // A cell that the font lacks, none of three, both switches off, numbers, an unknown unit.
-      {Deco(u"A", u"X21", 512, 44, 44), Deco(u"A", u"X21", 2, 17, 17)},
-      {Deco(u"A", u"漢字(横書)", 4, 48, 48), Deco(u"A", u"漢字(横書)", 128, 16, 16)},
-      {Deco(u"A").Put(194, {0}), Deco(u"A")},
-      {Deco(u"A").Put(224, {0, 20000, 100, -1}), Deco(u"A").Put(224, {1, 9999, 99, 0})},
-      {Deco(u"A").Put(206, {9}), Deco(u"A")}};
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(&c - kCases);
-    Store({c.stored});
-    Gives({c.stored}, {Click(kDeco.change), Click(IDCANCEL)});
-    Gives({c.expected}, Change(kDeco, c.steps));
+  // At 6 an arrow stops; a magnification beyond stays to be seen, whatever shows the font anew.
+  // What was checked is what is stored.
+  changes(Deco(u"N").Put(202, {9, 0}), Deco(u"N").Put(198, {15, 18, 3, 2}),
+          {DecoLooks("5*9 0 (45/1..270) (1/1..1) 9/1..6 0/1..6 2 (0) 0 0 (0) (0) (0) {1}"),
+           Spin(1158, 9), ExpectText(kX, u"6"), Replace(kY, u"70"), Click(kMm), Select(kSize, 0),
+           Click(kSerialOn), ExpectText(kY, u"70"), Click(kSerialNo),
+           refused({{kX, u"7", u"幅倍率は 6 以下にして下さい。", u"2"},
+                    {kX, u"", u"幅倍率は 1 以上にして下さい。", u"2"},
+                    {kY, u"70", u"高さ倍率は 6 以下にして下さい。", u"2"},
+                    {kY, u"0", u"高さ倍率は 1 以上にして下さい。", u"2"}}),
+           Click(kDot), Put(kX, u"3-1")});
+  // Another resident font takes back the decoration, not the serial numbering and the name.
+  changes(
+      Deco(u"A name of some length", u"X21", 2, 252, 84)
+          .Put(202, {3, 1, 1, 2, 90, 1, 0, 0, 0, 1, 1, 5}),
+      Deco(u"A", u"X22", 256, 24, 24).Put(220, {1, 1, 5}),
+      {DecoLooks("17*17 0 (0.251/1..1506) (0.084/1..504) 3/1..6 1/1..6 1 1 1 1 (0) (0) (0) 1"),
+       Click(kPlain), Replace(kDeco.name, u"A"), Select(kResident, 2), ExpectText(kDeco.name, u"A"),
+       DecoLooks("24*24 0 (24/1..144) (24/1..144) 1/1..6 1/1..6 2 0 0 0 (0) (0) (0) 1")});
+  // A font without cells: width and height are free within bounds that the unit converts. Written
+  // anew when the focus comes, a text stays selected as Tab selects it.
+  changes(Deco(u"FREE", u"OUTLINE", 1024, 100, 200),
+          Deco(u"FREE", u"OUTLINE", 1024, 1500, 280).Put(206, {1}),
+          {DecoLooks(" 100/27..550 200/50..999 (1/1..6) (1/1..6) 2 (0) 0 0 (0) (0) 0 {1}"),
+           refused({{kWidth, u"26", u"幅は 27 dot 以上にして下さい。", u"30"},
+                    {kWidth, u"551", u"幅は 550 dot 以下にして下さい。", u"549"},
+                    {kHeight, u"49", u"高さは 50 dot 以上にして下さい。", u"999"}}),
+           Spin(1108, 2), ExpectText(kWidth, u"550"), Click(kMm),
+           DecoLooks(" 68.8/34..688 125.0/63..1250 (1/1..6) (1/1..6) 0 (0) 0 0 (0) (0) 0 {1}"),
+           refused({{kWidth, u"68.9", u"幅は 68.8 mm 以下にして下さい。", u"12.5"},
+                    {kHeight, u"125.1", u"高さは 125.0 mm 以下にして下さい。", u"7.0"}}),
+           Spin(1110, 1), ExpectText(kHeight, u"7.1"), Paste(kWidth, u"9"), Focus(kHeight),
+           ExpectText(kWidth, u"9.0"), Tab(true), selected, Click(kInch),
+           refused({{kWidth, u"0.132", u"幅は 0.133 inch 以上にして下さい。", u"1.500"}})});
+  // What the printer's fonts do not explain stays until another font is chosen.
+  for (const Record& font : {Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}),
+                             Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}),
+                             Deco(u"A", u"NEW", 4096, 77, 88), Deco(u"A", u"NEW", 0, 77, 88),
+                             Deco(u"A", u"NEW", 896, 77, 88), Deco(u"A").Put(130, {0, 0, 0})}) {
+    changes(font, font, ExpectSelected(kResident, -1));
+    changes(font, Deco(u"A", u"X21", 2, 17, 17), Select(kResident, 1));
   }
+  // A cell that the font lacks, none of three, both switches off, numbers, an unknown unit.
+  changes(Deco(u"A", u"X21", 512, 44, 44), Deco(u"A", u"X21", 2, 17, 17));
+  changes(Deco(u"A", u"漢字(横書)", 4, 48, 48), Deco(u"A", u"漢字(横書)", 128, 16, 16));
+  changes(Deco(u"A").Put(194, {0}), Deco(u"A"));
+  changes(Deco(u"A").Put(224, {0, 20000, 100, -1}), Deco(u"A").Put(224, {1, 9999, 99, 0}));
+  changes(Deco(u"A").Put(206, {9}), Deco(u"A"));
   for (int filling : {0xFFFF, 0x7FFF, 0x8000, 0x0101}) {
     Record garbage;
     garbage.words.fill(static_cast<uint16_t>(filling));
-    Store({garbage.Put(64, {0})});
-    Gives({garbage},
-          {Click(kDeco.change), Click(kMm), Click(kInch), Click(kSerialOn), Click(IDCANCEL)});
-    Gives({Deco(u"A").Put(220, {1, 0, 5, 0, 12, 8})},
-          Change(kDeco, {Select(kResident, 0), Replace(kDeco.name, u"A"),
-                         SerialWalk(kDecoSerial, Changes(kDeco)), Click(IDC_DECO_FONT_DECIMAL)}));
+    changes(garbage.Put(64, {0}), Deco(u"A").Put(220, {1, 0, 5, 0, 12, 8}),
+            {Click(kMm), Click(kInch), Select(kResident, 0), Replace(kDeco.name, u"A"),
+             SerialWalk(kDecoSerial, Changes(kDeco)), Click(IDC_DECO_FONT_DECIMAL)});
   }
 }
 
