@@ -135,14 +135,32 @@ TEST_F(RegisterDialog, CancelAtEveryPointChangesNothing) {
   EXPECT_EQ(memcmp(&stored, &block.Printer, sizeof stored), 0);
 }
 
-TEST_F(RegisterDialog, DeletingMovesIdsAndSelection) {
-  Keep(With(4));
-  const Steps fixed = {Click(IDC_PAPER_DELETE), Refused(kFixed, kPage)};
+TEST_F(RegisterDialog, RenamingKeepsTheSlotDeletingMovesIdsAndSelection) {
+  DriverSettingsBlock block = With(4);
+  std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
+  Keep(block);
+  const std::u16string cut(63, u'x');
+  const auto limits = [](Desk& desk) {
+    EXPECT_EQ(desk.Control(kName).textLimit, 63);
+    const RECT hidden = desk.Control(kReference).rect;
+    EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
+    EXPECT_FALSE(desk.Control(kReference).enabled);
+  };
+  // Its own name passes.
+  Ok(kPaperTab,
+     {ExpectItems(kList, {kStandard, cut, u"P2", u"P3", u"P4", kFree}), Select(kList, 1),
+      Click(kEditButton), ExpectTitle(kEdit), Shows(cut + u"|20.1|68.0|3.0|A|濃度3 普通|mm"),
+      limits, Paste(kName, u"P2"), Focus(kWidth), Click(IDOK),
+      Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kEdit),
+      ExpectFocus(kName), ExpectText(kName, u"P2"), Paste(kName, u"p2"), Click(IDOK),
+      Click(kEditButton), Click(IDOK)});
   // The driver's own paper and the free size stay.
+  const Steps fixed = {Click(IDC_PAPER_DELETE), Refused(kFixed, kPage)};
   const SheetAnswer middle =
-      Ok(kPaperTab, {fixed, Select(kList, 5), fixed, Select(kList, 2), Delete(u"P2"),
-                     ExpectItems(kList, {kStandard, u"P1", u"P3", u"P4", kFree}),
+      Ok(kPaperTab, {Select(kList, 0), fixed, Select(kList, 5), fixed, Select(kList, 2),
+                     Delete(u"P2"), ExpectItems(kList, {kStandard, u"p2", u"P3", u"P4", kFree}),
                      ExpectSelected(kList, 2), ExpectChanged(true)});
+  EXPECT_EQ(Stored(1), u"p2 0 3 201 680 30 30 0 0 0 201 680 0 0 0 0 1");
   EXPECT_EQ(middle.record.Private.PaperID, 259);  // P3 now
   EXPECT_EQ(middle.record.Public.dmPaperWidth, 203);
 
@@ -151,30 +169,6 @@ TEST_F(RegisterDialog, DeletingMovesIdsAndSelection) {
       Ok(kPaperTab, {Select(kList, 3), Delete(u"P4"), ExpectText(kList, kFree), Click(kRegister),
                      Fill(u"Again"), Click(IDOK), ExpectSelected(kList, 4)});
   EXPECT_EQ(last.record.Private.PaperID, 256);
-}
-
-TEST_F(RegisterDialog, RenamingKeepsTheSlotAndChecksTheName) {
-  DriverSettingsBlock block = With(2);
-  std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
-  Keep(block);
-  const std::u16string cut(63, u'x');
-  Ok(kPaperTab,
-     {ExpectItems(kList, {kStandard, cut, u"P2", kFree}), Select(kList, 1), Click(kEditButton),
-      ExpectTitle(kEdit), Shows(cut + u"|20.1|68.0|3.0|A|濃度3 普通|mm"),
-      [](Desk& desk) {
-        EXPECT_EQ(desk.Control(kName).textLimit, 63);
-        const RECT hidden = desk.Control(kReference).rect;
-        EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
-        EXPECT_FALSE(desk.Control(kReference).enabled);
-      },
-      Paste(kName, u"P2"), Focus(kWidth), Click(IDOK),
-      Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kEdit),
-      ExpectFocus(kName), ExpectText(kName, u"P2"), Paste(kName, u"p2"), Click(IDOK),
-      ExpectItems(kList, {kStandard, u"p2", u"P2", kFree}), Click(kEditButton),
-      Click(IDOK),  // its own name passes
-      ExpectTitle(kPage)});
-  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 3);
-  EXPECT_EQ(Stored(1), u"p2 0 3 201 680 30 30 0 0 0 201 680 0 0 0 0 1");
 }
 
 // Nothing that was typed or stepped waits for anything, and no refusal loses it.
