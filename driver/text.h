@@ -32,11 +32,6 @@ int CopyText(WCHAR (&out)[N], const WCHAR* text) {
   std::fill(out + length, out + N, WCHAR{});
   return length;
 }
-// Writes a text into a stored field and clears the field behind it.
-template <size_t N>
-void PutText(WCHAR (&field)[N], const WCHAR* text) {
-  for (size_t i = static_cast<size_t>(CopyText(field, N, text)); i < N; ++i) field[i] = 0;
-}
 template <size_t N>
 int AppendText(WCHAR (&out)[N], const WCHAR* text) {
   return AppendText(out, N, text);

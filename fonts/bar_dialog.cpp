@@ -86,8 +86,8 @@ void Open(HWND window, BarDialog& dialog) {
   SetWindowTextW(window,
                  change ? TEXT("バーコードフォントの変更") : TEXT("バーコードフォントの登録"));
   if (!change && store.BarReference) {
-    PutText(store.WorkFont.FontName, TEXT(""));
-    PutText(dialog.font().BarFontName, TEXT(""));
+    CopyText(store.WorkFont.FontName, TEXT(""));
+    CopyText(dialog.font().BarFontName, TEXT(""));
   } else if (!change) {
     StartNewFont(dialog);
   }
@@ -123,8 +123,8 @@ bool Accept(HWND window, BarDialog& dialog) {
 
   BarFontInfo& font = dialog.font();
   dialog.store.WorkFont.FontKind = kBarcodeFont;
-  PutText(dialog.store.WorkFont.FontName, name);
-  PutText(font.BarFontName, name);
+  CopyText(dialog.store.WorkFont.FontName, name);
+  CopyText(font.BarFontName, name);
   const bool string = IsDlgButtonChecked(window, IDC_BAR_FONT_STRING_FONT) == BST_CHECKED;
   font.FontCategory = string ? kBarcodeStringFont : kBarcodeFileFont;
   const BarcodeKindRow* kind = SelectedKind(window);

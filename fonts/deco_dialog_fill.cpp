@@ -122,8 +122,8 @@ void OpenStoredFont(DecoDialog& dialog) {
   if (dialog.store.FontEditMode == kChangeFont) {
     if (known) ComputeSelectedSize(dialog);
   } else {
-    PutText(dialog.store.WorkFont.FontName, TEXT(""));
-    PutText(font.DecoFontName, TEXT(""));
+    CopyText(dialog.store.WorkFont.FontName, TEXT(""));
+    CopyText(font.DecoFontName, TEXT(""));
   }
   // A foreign record may have both off, which no font can keep.
   if (font.Decorate == 0 && font.Range != 1) font.Decorate = 1;

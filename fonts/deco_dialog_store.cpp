@@ -60,9 +60,9 @@ bool StoreDecoFont(HWND window, DecoDialog& dialog) {
   if (!CheckSizes(dialog) || !CheckSerialFields(window, kDecoSerial)) return false;
 
   dialog.store.WorkFont.FontKind = kDecorativeFont;
-  PutText(dialog.store.WorkFont.FontName, name);
-  PutText(font.DecoFontName, name);
-  PutText(font.ResiFontName, dialog.row.ResiFontName);
+  CopyText(dialog.store.WorkFont.FontName, name);
+  CopyText(font.DecoFontName, name);
+  CopyText(font.ResiFontName, dialog.row.ResiFontName);
   StoreRadios(window, font);
   for (int side = 0; side < kSides; ++side) {
     dialog.size(side) = static_cast<int16_t>(SpinPosition(window, kSizeSpins[side]));

@@ -29,7 +29,7 @@ void ChangeFontUnit(DecoFontInfo& font, uint16_t unit, int dpi) {
 }
 
 void TakeRowDefaults(DecoFontInfo& font, const DecoFontInfo& row, bool serialDefaults) {
-  PutText(font.ResiFontName, row.ResiFontName);
+  CopyText(font.ResiFontName, row.ResiFontName);
   font.Decorate = 1;
   const FontCell* first = CellAt(row.Size, 0);
   font.Size = first != nullptr ? first->code : row.Size;

@@ -53,27 +53,21 @@ void Activate(HWND page, DriverUiData& session) { FillPaperPage(page, session, f
 
 void Leave(HWND page, DriverUiData& session) {
   PrivateDevMode& settings = session.settings->Record.Private;
-  const auto checked = [page](int control) -> int16_t {
-    return IsDlgButtonChecked(page, control) == BST_CHECKED;
-  };
   settings.PaperID = PaperEntryId(*session.settings, session.paper.selected);
-  settings.Orient = checked(IDC_PAPER_PORTRAIT) != 0 ? DMORIENT_PORTRAIT : DMORIENT_LANDSCAPE;
-  settings.nFlip = checked(IDC_PAPER_FLIP);
+  ReadOrientation(page, settings);
   for (const OffsetField& field : kOffsetFields) {
     settings.*field.setting = static_cast<int16_t>(SpinPosition(page, field.spin));
   }
-  settings.Position = checked(IDC_PAPER_POSITION);
+  settings.Position = IsDlgButtonChecked(page, IDC_PAPER_POSITION) == BST_CHECKED;
 }
 
 void OnClicked(HWND page, DriverUiData& session, int control) {
   PaperPageState& state = session.paper;
   switch (control) {
     case IDC_PAPER_PORTRAIT:
-      return OnOrientationClicked(page, session, DMORIENT_PORTRAIT);
     case IDC_PAPER_LANDSCAPE:
-      return OnOrientationClicked(page, session, DMORIENT_LANDSCAPE);
     case IDC_PAPER_FLIP:
-      return OnFlipClicked(page, session);
+      return OnOrientationClicked(page, session);
     case IDC_PAPER_REFERENCE:
       state.dataReference = IsDlgButtonChecked(page, IDC_PAPER_REFERENCE) == BST_CHECKED;
       return;

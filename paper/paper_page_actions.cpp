@@ -96,15 +96,14 @@ void OnPaperSelected(HWND page, DriverUiData& session) {
   MarkPageChanged(page);
 }
 
-void OnOrientationClicked(HWND page, DriverUiData& session, int16_t orient) {
-  session.settings->Record.Private.Orient = orient;
-  ChooseOrientationPicture(session);
-  ShowPicture(page, session.paper, kWholeLabelPicture);
-  MarkPageChanged(page);
+void ReadOrientation(HWND page, PrivateDevMode& settings) {
+  const bool portrait = IsDlgButtonChecked(page, IDC_PAPER_PORTRAIT) == BST_CHECKED;
+  settings.Orient = portrait ? DMORIENT_PORTRAIT : DMORIENT_LANDSCAPE;
+  settings.nFlip = IsDlgButtonChecked(page, IDC_PAPER_FLIP) == BST_CHECKED;
 }
 
-void OnFlipClicked(HWND page, DriverUiData& session) {
-  session.settings->Record.Private.nFlip = IsDlgButtonChecked(page, IDC_PAPER_FLIP) == BST_CHECKED;
+void OnOrientationClicked(HWND page, DriverUiData& session) {
+  ReadOrientation(page, session.settings->Record.Private);
   ChooseOrientationPicture(session);
   ShowPicture(page, session.paper, kWholeLabelPicture);
   MarkPageChanged(page);

@@ -86,8 +86,9 @@ void EditPaper(HWND page, DriverUiData& session);
 void EditFreePaper(HWND page, DriverUiData& session);
 void DeleteSelectedPaper(HWND page, DriverUiData& session);
 void OnPaperSelected(HWND page, DriverUiData& session);
-void OnOrientationClicked(HWND page, DriverUiData& session, int16_t orient);
-void OnFlipClicked(HWND page, DriverUiData& session);
+// Orientation and rotation as they are chosen.
+void ReadOrientation(HWND page, PrivateDevMode& settings);
+void OnOrientationClicked(HWND page, DriverUiData& session);
 void OnOffsetNotified(HWND page, DriverUiData& session, const OffsetField& field, int notification);
 
 }  // namespace kestrel
