@@ -3,6 +3,7 @@
 #include "driver/halftone_info.h"
 #include "operation/device_settings.h"
 #include "operation/halftone_ui.h"
+#include "paper/fields/help_text.h"
 #include "paper/fields/option_table.h"
 #include "resources/resource.h"
 #include "tests/support/bin_dir.h"
@@ -62,8 +63,11 @@ TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
     EXPECT_EQ(SyncPrint(), 1u);
     SetSyncPrint(0);
   };
-  Leave({SyncPrintShown(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab), written,
-         GoTo(kOperationTab), SyncPrintShown(false)});
+  Leave(
+      {SyncPrintShown(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab), written,
+       GoTo(kOperationTab), SyncPrintShown(false), ExpectText(IDC_HELP_TEXT, kFirstHelpPosition),
+       ExpectItems(IDC_OPERATION_SENSOR, {u"反射センサタイプ：アイマーク",
+                                          u"透過センサタイプ：ギャップ", u"プリンタ設定に従う"})});
   EXPECT_EQ(SyncPrint(), 0u);
   EXPECT_TRUE(machine().Registry(kKey, u"Other"));
   machine().SetAdministrator(false);
@@ -251,9 +255,10 @@ TEST_F(DevicePage, TakesWhatThePrinterTells) {
     if (modeAfter != mode) boxes += Warned(u"機種が変更されました。", u"・ﾒｶﾆｽﾞﾑ寸法補正\n");
     // The paper page sees it at once.
     EXPECT_EQ(Ask(mode, density, IDC_DEVICE_QUERY_MODE, boxes,
-                  {ExpectSelected(IDC_DEVICE_MODE, modeAfter % 9), ExpectChanged(true),
-                   ExpectText(IDC_DEVICE_DENSITY, u"203dpi(  8本/mm)"), GoTo(kPaperTab),
-                   ExpectEnabled({IDC_PAPER_PEEL_OFFSET}, modeAfter == 2)}),
+                  {ExpectSelected(IDC_DEVICE_MODE, modeAfter % 9),
+                   ExpectItems(IDC_DEVICE_MODE, {u"ティアオフ", u"連続", u"ハクリ"}),
+                   ExpectChanged(true), ExpectText(IDC_DEVICE_DENSITY, u"203dpi(  8本/mm)"),
+                   GoTo(kPaperTab), ExpectEnabled({IDC_PAPER_PEEL_OFFSET}, modeAfter == 2)}),
               std::pair(modeAfter, densityAfter));
   }
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "driver/text.h"
+#include "paper/fields/help_text.h"
 #include "paper/paper_table.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"

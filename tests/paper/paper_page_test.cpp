@@ -81,6 +81,14 @@ Steps Delete(std::u16string name, int button = IDOK) {
                        MB_OKCANCEL | MB_ICONEXCLAMATION, u"用紙削除の確認", button)};
 }
 
+// The first label in a picture box.
+Step ExpectLabelWidth(int box, int width) {
+  return [=](Desk& desk) {
+    const RECT label = desk.Control(box).drawing.at(1).rect;
+    EXPECT_EQ(label.right - label.left, width);
+  };
+}
+
 // The dialog's inputs: name, width, length, gap, grade and darkness, in brackets what cannot be
 // used, and the unit.
 Step Shows(std::u16string expected) {
@@ -101,14 +109,13 @@ using RegisterDialog = PaperTest;
 TEST_F(RegisterDialog, StoresTwentyPapersAsTheyWereTyped) {
   Keep(With(18));
   const SettingsRecord left =
-      Ok(kPaperTab,
-         {Click(kRegister), ExpectTitle(kNew), Shows(u"|58.0|68.0|3.0|A|濃度3 普通|mm"),
-          Fill(u"棚札", u"58.0", u"30.5", u"2.5"), Select(kGrade, 2), Select(kDarkness, 4),
-          Click(IDOK), ExpectSelected(kList, 0), ExpectChanged(true), Click(kRegister),
-          Refused(u"用紙登録数が既定値を超えます。\n"
-                  u"用紙の削除を行ってから、新しい用紙の登録を行って下さい。",
-                  kPage),
-          ExpectTitle(kPage), Select(kList, 19)})
+      Ok(kPaperTab, {Click(kRegister), ExpectTitle(kNew), Fill(u"棚札", u"58.0", u"30.5", u"2.5"),
+                     Select(kGrade, 2), Select(kDarkness, 4), Click(IDOK), ExpectSelected(kList, 0),
+                     ExpectChanged(true), Click(kRegister),
+                     Refused(u"用紙登録数が既定値を超えます。\n"
+                             u"用紙の削除を行ってから、新しい用紙の登録を行って下さい。",
+                             kPage),
+                     ExpectTitle(kPage), Select(kList, 19)})
           .record;
   EXPECT_EQ(left.Private.PaperID, 276);
   EXPECT_EQ(left.Public.dmPaperLength, 305);
@@ -120,9 +127,8 @@ TEST_F(RegisterDialog, CancelAtEveryPointChangesNothing) {
   Keep(block);
   Steps steps;
   for (const Step& refuse : {Click(IDCANCEL), Close()}) {
-    steps += {Click(kRegister), Fill(u"New", u"40.0"), refuse, ExpectTitle(kPage),
-              ExpectText(IDC_HELP_TEXT,
-                         u"ここにマウスカーソルのある 入力項目についての説明が表示されます。"),
+    steps += {Click(kRegister), Shows(u"|58.0|68.0|3.0|A|濃度3 普通|mm"), Fill(u"New", u"40.0"),
+              refuse, ExpectTitle(kPage), ExpectText(IDC_HELP_TEXT, kFirstHelpCursor),
               Select(kList, 1), Click(kEditButton), Fill(u"Renamed", u"50.0"), refuse,
               Click(kFreeEdit), Fill(u"", u"50.0"), Click(kReference),
               // The choice of a paper: closing it chooses none, whatever is selected.
@@ -158,16 +164,17 @@ TEST_F(RegisterDialog, RenamingKeepsTheSlotDeletingMovesIdsAndSelection) {
   const Steps fixed = {Click(IDC_PAPER_DELETE), Refused(kFixed, kPage)};
   const SheetAnswer middle =
       Ok(kPaperTab, {Select(kList, 0), fixed, Select(kList, 5), fixed, Select(kList, 2),
-                     Delete(u"P2"), ExpectItems(kList, {kStandard, u"p2", u"P3", u"P4", kFree}),
+                     ExpectLabelWidth(kPicture, 36), Delete(u"P2"),
+                     ExpectItems(kList, {kStandard, u"p2", u"P3", u"P4", kFree}),
                      ExpectSelected(kList, 2), ExpectChanged(true)});
   EXPECT_EQ(Stored(1), u"p2 0 3 201 680 30 30 0 0 0 201 680 0 0 0 0 1");
   EXPECT_EQ(middle.record.Private.PaperID, 259);  // P3 now
   EXPECT_EQ(middle.record.Public.dmPaperWidth, 203);
 
   // The id of a deleted paper does not bring its successor into the selection.
-  const SheetAnswer last =
-      Ok(kPaperTab, {Select(kList, 3), Delete(u"P4"), ExpectText(kList, kFree), Click(kRegister),
-                     Fill(u"Again"), Click(IDOK), ExpectSelected(kList, 4)});
+  const SheetAnswer last = Ok(kPaperTab, {Select(kList, 3), Delete(u"P4"), ExpectText(kList, kFree),
+                                          ExpectLabelWidth(kPicture, 102), Click(kRegister),
+                                          Fill(u"Again"), Click(IDOK), ExpectSelected(kList, 4)});
   EXPECT_EQ(last.record.Private.PaperID, 256);
 }
 
@@ -221,26 +228,27 @@ TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
   AppendPaper(block, Paper(u"P1", {255, 1, 1500, 1500, 100, 111, kInch}));
   block.Record.Private.FreePaper = Paper(u"An older name than this", {1, 3, 321});
   Keep(block);
-  const Steps opened = {ExpectTitle(u"フリーサイズ用紙編集"), ExpectEnabled({kReference}),
-                        Shows(u"[フリーサイズ]|32.1|68.0|3.0|B|濃度3 普通|mm")};
-  SheetAnswer answer = Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), opened, Click(IDOK)});
+  const Steps opened = {ExpectTitle(u"フリーサイズ用紙編集"), ExpectEnabled({kReference})};
+  SheetAnswer answer =
+      Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), opened,
+                     Shows(u"[フリーサイズ]|32.1|68.0|3.0|B|濃度3 普通|mm"),
+                     Replace(kWidth, u"32.2"), Click(IDOK), ExpectLabelWidth(kPicture, 57)});
   EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
   // Nothing of the older name is left.
   EXPECT_EQ(Told(answer.record.Private.FreePaper),
-            u"フリーサイズ 1 3 321 680 30 30 0 0 0 321 680 0 0 0 0 0");
+            u"フリーサイズ 1 3 322 680 30 30 0 0 0 322 680 0 0 0 0 0");
 
-  answer =
-      Ok(kPaperTab,
-         {Click(kFreeEdit), opened, Click(kWholeLabel), Click(kReference),
-          ExpectTitle(u"参照用紙選択　"), ExpectItems(kReferenceList, {kStandard, u"P1"}),
-          ExpectSelected(kReferenceList, 0), Click(IDOK),
-          Shows(u"[フリーサイズ]|58.0|68.0|3.0|A|濃度3 普通|mm"), Click(kReference),
-          Select(kReferenceList, 1), Click(IDOK),
-          Shows(u"[フリーサイズ]|1.500|1.500|0.100|プリンタ設定に従う|[濃度1 薄い]|inch"),
-          ExpectRange(kWidthSpin, 394, 2283, 1500),
-          // The whole-label view is that of the copy, a square as wide as the box.
-          [](Desk& desk) { EXPECT_EQ(desk.Control(kDialogPicture).drawing.at(1).rect.right, 138); },
-          Click(IDOK), ExpectItems(kList, {kStandard, u"P1", kFree})});
+  answer = Ok(kPaperTab,
+              {Click(kFreeEdit), opened, Click(kWholeLabel), Click(kReference),
+               ExpectTitle(u"参照用紙選択　"), ExpectItems(kReferenceList, {kStandard, u"P1"}),
+               ExpectSelected(kReferenceList, 0), Click(IDOK),
+               Shows(u"[フリーサイズ]|58.0|68.0|3.0|A|濃度3 普通|mm"), Click(kReference),
+               Select(kReferenceList, 1), Click(IDOK),
+               Shows(u"[フリーサイズ]|1.500|1.500|0.100|プリンタ設定に従う|[濃度1 薄い]|inch"),
+               ExpectRange(kWidthSpin, 394, 2283, 1500),
+               // The whole-label view is that of the copy, a square as wide as the box.
+               ExpectLabelWidth(kDialogPicture, 138), Click(IDOK),
+               ExpectItems(kList, {kStandard, u"P1", kFree})});
   EXPECT_EQ(Told(answer.record.Private.FreePaper),
             u"P1 255 1 1500 1500 100 111 1 0 0 1500 1500 0 0 0 0 1");
   EXPECT_EQ(answer.record.Public.dmPaperLength, 381);

@@ -36,7 +36,8 @@ Step ExpectDrawn(int box, std::u16string expected) {
 }
 
 PaperInfo Label(int width, int length, int gap, int left, int printableWidth) {
-  return Paper(u"", {0, 3, width, length, gap, 30, kMillimetre, left, 0, printableWidth, length});
+  return Paper(u"",
+               {0, 3, width, length, gap, 30, kMillimetre, left, left / 2, printableWidth, length});
 }
 // 60 × 120 pixels, with bars at both sides.
 const PaperInfo kNarrow = Label(240, 480, 30, 0, 240);
@@ -72,8 +73,8 @@ TEST_F(Preview, ThePageShowsTheStripOfEachPaper) {
   // A square of 120 pixels.
   const auto shows = [](std::u16string turned) {
     return ExpectDrawn(kPicture, u"160 0 0 120 189, white 0 98 120 218, " + turned +
-                                     u" 35 133 85 183, white 0 0 120 90, " + turned +
-                                     u" 35 5 85 55");
+                                     u" 35 138 85 188, white 0 0 120 90, " + turned +
+                                     u" 35 10 85 60");
   };
   show(Label(480, 480, 30, 40, 400),
        {shows(u"155"), Click(kLandscape), shows(u"156"), Click(kFlip), shows(u"158"),
@@ -169,9 +170,9 @@ TEST(PreviewLayout, ShowsEveryLabelOfWhichARowIsInTheBox) {
   using Strip = std::vector<std::u16string>;
   // 200 × 100 pixels without a gap; the next only touch the box.
   const PaperInfo paper = Label(500, 250, 0, 50, 400);
-  EXPECT_EQ(LayOut(paper, 200), (Strip{u" 100 200 100 200 12", u" 0 100 0 100 12"}));
-  EXPECT_EQ(LayOut(paper, 202), (Strip{u" 101 201 101 201 12", u" 1 101 1 101 12", u" 0 1 0 1 0",
-                                       u" 201 301 201 202 12"}));
+  EXPECT_EQ(LayOut(paper, 200), (Strip{u" 100 200 110 200 12", u" 0 100 10 110 12"}));
+  EXPECT_EQ(LayOut(paper, 202), (Strip{u" 101 201 111 202 12", u" 1 101 11 111 12", u" 0 1 0 11 0",
+                                       u" 201 301 0 0 12"}));
   // A label that begins 4 pixels above the box keeps 8 of its bar of 12.
   EXPECT_EQ(LayOut(Label(500, 250, 30, 0, 500), 204),
             (Strip{u" 108 208 108 204 12", u" 0 96 0 96 8"}));
