@@ -72,26 +72,21 @@ TEST_F(Capabilities, AnswerByIndex) {
   EXPECT_EQ(Ask(0xFFFF), kNo);
 }
 
-TEST_F(Capabilities, CountPapersWhateverIsStored) {
-  for (const auto& [stored, papers] : {std::pair{20, 20}, {21, 20}, {32767, 20}, {-1, 0}, {2, 2}}) {
+TEST_F(Capabilities, CountPapersWhateverIsStoredAndHasRoom) {
+  for (const auto& [stored, count] : {std::pair{20, 21u}, {21, 21}, {32767, 21}, {-1, 1}, {2, 3}}) {
     block_.Printer.PaperNum = static_cast<int16_t>(stored);
     support::StoreBlock(machine(), block_);
-    const support::GuardedBuffer ids(2 * (static_cast<size_t>(papers) + 1));
-    EXPECT_EQ(Ask(DC_PAPERS, ids.data()), DWORD(papers + 1)) << stored;
+    const support::GuardedBuffer ids(2 * count);
+    EXPECT_EQ(Ask(DC_PAPERS, ids.data()), count) << stored;
     EXPECT_EQ(support::At<WORD>(ids.data(), ids.size() - 2), 256);
-  }
-}
-
-TEST_F(Capabilities, SpoolerAsksWithASize) {
-  block_.Printer.PaperNum = 20;
-  support::StoreBlock(machine(), block_);
-  for (WORD index = 0; index < 37; ++index) {
-    const bool names = index == DC_PAPERNAMES || index == DC_MEDIAREADY;
-    EXPECT_EQ(AskWithSize(index, nullptr, 0), names ? 21 : kNo) << index;
-    for (const DWORD size : {0u, 63u, 64u, 127u, 128u, 1344u, 0xFFFFFFFFu}) {
-      const DWORD fitting = std::min(size / 64, 21u);
-      const support::GuardedBuffer buffer(names ? fitting * 128 : 0);
-      EXPECT_EQ(AskWithSize(index, buffer.data(), size), names && fitting > 0 ? fitting : kNo);
+    for (WORD index = 0; index < 37; ++index) {
+      const bool names = index == DC_PAPERNAMES || index == DC_MEDIAREADY;
+      EXPECT_EQ(AskWithSize(index, nullptr, 0), names ? count : kNo) << index;
+      for (const DWORD size : {0u, 63u, 64u, 127u, 128u, 1344u, 0xFFFFFFFFu}) {
+        const DWORD fitting = std::min(size / 64, count);
+        const support::GuardedBuffer buffer(names ? fitting * 128 : 0);
+        EXPECT_EQ(AskWithSize(index, buffer.data(), size), names && fitting > 0 ? fitting : kNo);
+      }
     }
   }
 }

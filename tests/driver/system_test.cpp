@@ -109,22 +109,6 @@ TEST_F(PrinterAccess, OpensByMode) {
   EXPECT_EQ(told, "- open open open open - - - open open - - - ");
 }
 
-TEST_F(PrinterAccess, TellsTheSizeOfDataInEveryCase) {
-  machine().SetData(kPrinter, u"Value", {REG_BINARY, std::vector<std::byte>(5)});
-  const support::OpenedPrinter printer;
-  BYTE buffer[8];
-  DWORD needed = 77;
-  EXPECT_FALSE(ReadPrinterData(printer, u"Other", buffer, 8, &needed));
-  EXPECT_EQ(needed, 0u);
-  EXPECT_TRUE(ReadPrinterData(printer, u"Value", buffer, 8, &needed));
-  EXPECT_EQ(needed, 5u);
-  EXPECT_FALSE(ReadPrinterData(nullptr, u"Value", buffer, 8, &needed));
-  EXPECT_EQ(needed, 0u);
-  EXPECT_FALSE(ReadPrinterData(printer, u"Value", buffer, 4, &needed));
-  EXPECT_EQ(needed, 5u);
-  EXPECT_FALSE(WritePrinterData(nullptr, u"Value", REG_BINARY, buffer, 1));
-}
-
 TEST(PrinterNames, AreCutByMode) {
   const std::tuple<int, size_t, std::u16string> kCases[] = {{0, 40, u"\\\\s\\Label,C:"},
                                                             {2, 4, u"Lab"},
