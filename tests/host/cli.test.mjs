@@ -46,9 +46,7 @@ test("a record is converted, merged and kept as the default, byte for byte", (t)
 
   // An older, shorter record is handed back as it came, and no default.
   const short = Buffer.alloc(176, 0x5a);
-  short.writeUInt16LE(156, SIZE);
-  short.writeUInt16LE(20, EXTRA);
-  short.writeUInt32LE(0, FIELDS);
+  short.set([156, 0, 20, 0, 0, 0, 0, 0], SIZE);
   file("short", short);
   pc.done("convert", NAME, "--in", pc.file("short"), "--out", pc.file("out"));
   const out = readFileSync(pc.file("out"));
