@@ -8,15 +8,15 @@ function place(element, [left, top, width, height]) {
   Object.assign(element.style, { left: across(left), top: down(top), width: across(width), height: down(height) });
 }
 
-// A text that is a little too wide for its place is narrowed, as system fonts differ from the
-// dialogs' own. What the driver fills in is cut instead.
+// A text, or its English, that is a little too wide for its place is narrowed, as system fonts differ
+// from the dialogs' own. What the driver fills in is cut instead.
 function fit(text, box, centred) {
-  text.style.transform = "";
-  const room = box.clientWidth;
-  const width = text.scrollWidth;
-  if (width <= room || room === 0 || box.classList.contains("wrapped") || box.classList.contains("filled")) return;
-  text.style.transformOrigin = centred ? "center" : "left";
-  text.style.transform = `scaleX(${room / width})`;
+  const room = box.clientWidth - (centred ? 0 : text.offsetLeft);
+  if (room <= 0 || box.classList.contains("wrapped") || box.classList.contains("filled")) return;
+  for (const part of text.querySelector(".own") ? text.children : [text]) {
+    part.style.transformOrigin = centred ? "center" : "left";
+    part.style.transform = part.scrollWidth > room ? `scaleX(${room / part.scrollWidth})` : "";
+  }
 }
 
 const builders = {
@@ -120,7 +120,9 @@ const updaters = {
     node.element.classList.toggle("wrapped", view.rect[3] >= 23);
     node.element.classList.toggle("filled", !view.prefix);
     if (!view.prefix) node.element.title = view.rect[3] >= 23 ? "" : view.text;
-    node.element.style.background = view.background ?? "";
+    // The desk's white is that of the page, whatever that is now.
+    node.element.classList.toggle("white", view.background === "#ffffff");
+    node.element.style.background = view.background && view.background !== "#ffffff" ? view.background : "";
   },
   edit(node, view) {
     const { input } = node;

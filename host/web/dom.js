@@ -12,15 +12,17 @@ export function make(tag, className, parent, properties = {}) {
   return element;
 }
 
-// A text with its English meaning under it while that is switched on. "(&X)": the letter after a
+// A text with its English meaning beside it, or under it where there is no room, while that is
+// switched on. "(&X)": the letter after a
 // single "&" is the access key, "&&" is an ampersand; without prefixes "&" is itself.
 export function setLabel(element, text, prefix = true) {
-  element.replaceChildren();
-  for (const piece of prefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
-    if (prefix && piece === "&&") element.append("&");
-    else if (prefix && piece.length === 2 && piece[0] === "&") make("u", "", element, { textContent: piece[1] });
-    else element.append(piece);
-  }
   const meaning = meaningOf(text);
+  element.replaceChildren();
+  const own = meaning ? make("span", "own", element) : element;
+  for (const piece of prefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
+    if (prefix && piece === "&&") own.append("&");
+    else if (prefix && piece.length === 2 && piece[0] === "&") make("u", "", own, { textContent: piece[1] });
+    else own.append(piece);
+  }
   if (meaning) make("span", "gloss", element, { textContent: meaning, lang: "en" });
 }

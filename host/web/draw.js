@@ -65,7 +65,9 @@ const painters = {
 
 // The picture of a list, width × height pixels large.
 export function draw(list, width, height) {
-  const svg = make("svg", { viewBox: `0 0 ${width} ${height}`, class: "drawing", "aria-hidden": "true" });
+  // Black words on white are written in the colours of the page.
+  const words = list.every((op) => (op.kind === "fill" && op.brush === "#ffffff") || (op.kind === "text" && op.colour === "#000000"));
+  const svg = make("svg", { viewBox: `0 0 ${width} ${height}`, class: words ? "drawing words" : "drawing", "aria-hidden": "true" });
   for (const op of list) {
     let parent = svg;
     if (op.clip) {

@@ -61,9 +61,9 @@ function misfits(page, least) {
       if (box.width && !within(box, outer)) faults.push(`${name} sticks out`);
       if (one.matches("label, button, input, select") && box.width && !one.closest(".updown") && Math.min(box.width, box.height + 2) < least) faults.push(`${name} is ${box.width} x ${box.height}`);
     }
-    for (const text of window.querySelectorAll(".text")) {
-      const room = text.parentElement;
-      if (room.matches(".push, .static:not(.wrapped)") && text.getBoundingClientRect().width > room.getBoundingClientRect().width + 2) faults.push(`${text.textContent} is cut off`);
+    for (const text of window.querySelectorAll(".text:not(:has(.own)), .own, .gloss")) {
+      const room = text.closest(".push, .check, .static:not(.wrapped)")?.getBoundingClientRect();
+      if (room && (text.getBoundingClientRect().right > room.right + 2 || text.getBoundingClientRect().left < room.left - 2)) faults.push(`${text.textContent} is cut off`);
     }
     return faults;
   }, least);
@@ -87,12 +87,13 @@ test("every page and dialog is named and unambiguous, and docs/sheet.md tells of
 test("every page and dialog fits a small laptop, a phone and a page at 200 %", async (t) => {
   const screens = [
     [{ width: 1280, height: 720 }, {}, 16, true],
+    [{ width: 1280, height: 720 }, { colorScheme: "dark" }, 15, true, "#gloss=en"],
     [{ width: 1366, height: 640 }, {}, 15, true],
     [{ width: 390, height: 844 }, { hasTouch: true }, 24, false],
     [{ width: 640, height: 360 }, {}, 15, false],
   ];
-  await Promise.all(screens.map(async ([size, context, least, whole]) => {
-    const { page } = await opened(t, size, context);
+  await Promise.all(screens.map(async ([size, context, least, whole, tail]) => {
+    const { page } = await opened(t, size, context, tail);
     const found = {};
     await tour(page, async (stop) => {
       const wrong = await misfits(page, least);
