@@ -74,15 +74,6 @@ Json Box(const RECT& rect) {
   return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
 }
 
-// A COLORREF has red in its low byte.
-std::string Colour(COLORREF colour) {
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", static_cast<unsigned>(colour & 0xFF),
-                static_cast<unsigned>(colour >> 8 & 0xFF),
-                static_cast<unsigned>(colour >> 16 & 0xFF));
-  return text;
-}
-
 Json OpJson(const DrawOp& op) {
   Json json = {{"kind", KindName(op.kind)}, {"rect", Box(op.rect)}};
   if (op.clip.right > op.clip.left && op.clip.bottom > op.clip.top) json["clip"] = Box(op.clip);
@@ -192,6 +183,14 @@ Json WindowJson(const WindowView& window) {
 }
 
 }  // namespace
+
+std::string Colour(COLORREF colour) {
+  char text[8];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", static_cast<unsigned>(colour & 0xFF),
+                static_cast<unsigned>(colour >> 8 & 0xFF),
+                static_cast<unsigned>(colour >> 16 & 0xFF));
+  return text;
+}
 
 std::string HandleText(HWND window) {
   char text[20];

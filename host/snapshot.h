@@ -6,6 +6,9 @@
 
 namespace printhost {
 
+// A colour as "#rrggbb"; a COLORREF has red in its low byte.
+std::string Colour(COLORREF colour);
+
 // A window's handle as the page names it.
 std::string HandleText(HWND window);
 

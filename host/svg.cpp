@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/picture.h"
+#include "host/snapshot.h"
 #include "host/utf8.h"
 
 namespace printhost {
@@ -44,15 +45,6 @@ std::u16string Plain(std::u16string_view text) {
   return plain;
 }
 
-// A COLORREF has red in its low byte.
-std::string Colour(COLORREF colour) {
-  char text[8];
-  std::snprintf(text, sizeof text, "#%02x%02x%02x", static_cast<unsigned>(colour & 0xFF),
-                static_cast<unsigned>(colour >> 8 & 0xFF),
-                static_cast<unsigned>(colour >> 16 & 0xFF));
-  return text;
-}
-
 std::string Base64(std::string_view bytes) {
   constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string text;
@@ -72,11 +64,12 @@ class Picture {
  public:
   explicit Picture(HMODULE module) : module_(module) {}
 
-  void Box(const RECT& rect, const std::string& fill, const std::string& stroke) {
+  void Box(const RECT& rect, const std::string& fill, const std::string& stroke, int round = 0) {
     out_ += "<rect x=\"" + std::to_string(rect.left) + ".5\" y=\"" + std::to_string(rect.top) +
             ".5\" width=\"" + std::to_string(std::max<LONG>(rect.right - rect.left - 1, 0)) +
             "\" height=\"" + std::to_string(std::max<LONG>(rect.bottom - rect.top - 1, 0)) +
-            "\" fill=\"" + fill + "\" stroke=\"" + stroke + "\"/>\n";
+            "\" rx=\"" + std::to_string(round) + "\" fill=\"" + fill + "\" stroke=\"" + stroke +
+            "\"/>\n";
   }
   void Write(LONG x, LONG baseline, std::u16string_view text, const std::string& more = {}) {
     out_ += "<text x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(baseline) + "\"" + more +
@@ -181,9 +174,11 @@ void DrawControl(Picture& picture, const ControlView& control) {
     case ControlKind::kCheckBox:
     case ControlKind::kRadio: {
       const RECT mark = {rect.left, middle - 10, rect.left + 11, middle + 1};
-      picture.Box(mark, "#ffffff", ink);
+      const int round = control.kind == ControlKind::kRadio ? 5 : 0;
+      picture.Box(mark, "#ffffff", ink, round);
       if (control.checked)
-        picture.Box({mark.left + 3, mark.top + 3, mark.right - 3, mark.bottom - 3}, ink, ink);
+        picture.Box({mark.left + 3, mark.top + 3, mark.right - 3, mark.bottom - 3}, ink, ink,
+                    round);
       picture.Write(rect.left + 15, middle, caption, colour);
       break;
     }
@@ -239,11 +234,32 @@ void DrawControl(Picture& picture, const ControlView& control) {
   picture.Close();
 }
 
+// A message box's icon, in the place that the box leaves for it.
+void DrawIcon(Picture& picture, UINT style) {
+  struct Icon {
+    const char* fill;
+    int round;
+    const char16_t* sign;
+  };
+  // By the digit of the style that MB_ICON… sets: none, stop, question, exclamation, information.
+  constexpr Icon kIcons[] = {{},
+                             {"#c8323c", 15, u"✕"},
+                             {"#2463a6", 15, u"?"},
+                             {"#9a6b00", 6, u"!"},
+                             {"#2463a6", 15, u"i"}};
+  const std::size_t number = (style & MB_ICONMASK) >> 4;
+  if (number == 0 || number >= std::size(kIcons)) return;
+  picture.Box({12, 12, 44, 44}, kIcons[number].fill, "none", kIcons[number].round);
+  picture.Write(28, 33, kIcons[number].sign,
+                " fill=\"#ffffff\" font-size=\"20\" text-anchor=\"middle\"");
+}
+
 void DrawContents(Picture& picture, const WindowView& window) {
   picture.Draw(window.drawing);
   for (const ControlView& control : window.controls) {
     if (control.visible) DrawControl(picture, control);
   }
+  if (window.kind == WindowView::Kind::kMessageBox) DrawIcon(picture, window.messageStyle);
 }
 
 }  // namespace
@@ -261,13 +277,14 @@ std::string WindowSvg(const WindowView& window, HMODULE module) {
   picture.Write(6, kTitleHeight - 8, window.title, " font-weight=\"bold\"");
   LONG top = kTitleHeight;
   if (sheet) {
-    const LONG each = width / std::max<LONG>(static_cast<LONG>(window.tabs.size()), 1);
+    LONG left = 0;
     for (std::size_t tab = 0; tab < window.tabs.size(); ++tab) {
-      const LONG left = static_cast<LONG>(tab) * each;
+      const LONG each = 9 * static_cast<LONG>(window.tabs[tab].size()) + 10;
       picture.Box({left, top, left + each, top + kTabHeight},
                   static_cast<int>(tab) == window.activeTab ? "#ffffff" : "#d8d8d8", "#b0b0b0");
       picture.Write(left + each / 2, top + 15, window.tabs[tab],
                     " font-size=\"9\" text-anchor=\"middle\"");
+      left += each;
     }
     top += kTabHeight;
   }

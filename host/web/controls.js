@@ -25,18 +25,13 @@ const builders = {
     node.text = make("span", "text", node.element);
     node.input.addEventListener("click", () => node.act({ action: "click" }));
   },
-  check(node) {
+  check(node, type = "checkbox") {
     node.element = make("label", "check");
-    node.input = make("input", "", node.element, { type: "checkbox" });
+    node.input = make("input", "", node.element, { type });
     node.text = make("span", "text", node.element);
     node.input.addEventListener("click", () => node.act({ action: "click" }));
   },
-  radio(node) {
-    node.element = make("label", "check");
-    node.input = make("input", "", node.element, { type: "radio" });
-    node.text = make("span", "text", node.element);
-    node.input.addEventListener("click", () => node.act({ action: "click" }));
-  },
+  radio: (node) => builders.check(node, "radio"),
   group(node) {
     node.element = node.input = make("div", "group", null, { role: "group" });
     node.text = make("span", "text", node.element);
@@ -60,13 +55,13 @@ const builders = {
       node.act({ action: "spin", steps }, node.spin);
     });
   },
-  combo(node) {
-    node.element = node.input = make("select", "combo");
+  combo(node, className = "combo") {
+    node.element = node.input = make("select", className);
     node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
   },
   list(node) {
-    node.element = node.input = make("select", "list", null, { size: 2 });
-    node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
+    builders.combo(node, "list");
+    node.input.size = 2;
     // In a list of files a double click takes the file.
     node.input.addEventListener("dblclick", () => node.link.kind === "file" && node.link.send({ action: "enter" }));
   },

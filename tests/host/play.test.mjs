@@ -38,7 +38,7 @@ test("a program registers a paper through its dialog, a message box and arrows, 
   assert.deepEqual([end, record.private.nVertBase, record.private.Orient], ["ok", 4, 2]);
   assert.deepEqual([pc.json("settings", NAME), pc.json("settings", NAME, "--in", pc.file("out"))], [record, record]);
   assert.deepEqual(pc.json("data", NAME, "Private DevMode").settings.Papers.map(({ LabelWidth }) => LabelWidth), [580, 503]);
-  assert.match(readFileSync(pc.file("message.svg"), "utf8"), /^<svg [^]*58\.0 ㎜ 以下[^]*<\/svg>\s*$/);
+  assert.match(readFileSync(pc.file("message.svg"), "utf8"), /^<svg [^]*58\.0 ㎜ 以下[^]*>!<\/text>[^]*<\/svg>\s*$/);
 });
 
 test("what nobody could do fails with its reason, and nothing is stored", (t) => {
