@@ -20,16 +20,6 @@ std::u16string Text(const Json& action, const char* name) {
   return FromUtf8(action.at(name).get_ref<const std::string&>());
 }
 
-struct Button {
-  const char* name;
-  SheetButton button;
-};
-constexpr Button kButtons[] = {{"ok", SheetButton::kOk}, {"cancel", SheetButton::kCancel}};
-
-const Button* FindButton(const Json& action) {
-  return std::ranges::find(kButtons, action.at("button").get<std::string>(), &Button::name);
-}
-
 struct Verb {
   const char* name;
   const char* numbers[2];  // the members it has
@@ -71,7 +61,9 @@ constexpr Verb kVerbs[] = {
     {"press",
      {},
      "button",
-     [](Desk& desk, const Json& action) { desk.Press(FindButton(action)->button); }},
+     [](Desk& desk, const Json& action) {
+       desk.Press(*SheetButtonNamed(action["button"].get_ref<const std::string&>()));
+     }},
     {"access",
      {},
      "text",
@@ -84,11 +76,6 @@ constexpr Verb kVerbs[] = {
     {"close", {}, nullptr, [](Desk& desk, const Json&) { desk.Close(); }},
 };
 
-bool IsText(const Json& action, const char* name) {
-  const auto found = action.find(name);
-  return found != action.end() && found->is_string();
-}
-
 // Whether a member is an integer between two bounds.
 bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int64_t most) {
   const auto found = action.find(name);
@@ -99,6 +86,13 @@ bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int
   return found->get<std::int64_t>() >= least && found->get<std::int64_t>() <= most;
 }
 
+}  // namespace
+
+bool IsText(const Json& action, const char* name) {
+  const auto found = action.find(name);
+  return found != action.end() && found->is_string();
+}
+
 std::string NumberProblem(const Json& action, const char* name) {
   using Limits = std::numeric_limits<int>;
   const bool steps = std::string_view(name) == "steps";
@@ -106,10 +100,14 @@ std::string NumberProblem(const Json& action, const char* name) {
                      most = steps ? kMostSteps : Limits::max();
   if (IsNumber(action, name, least, most)) return {};
   return "\"" + std::string(name) + "\" has to be an integer between " + std::to_string(least) +
-         " and " + std::to_string(most) + ".";
+         " and " + std::to_string(most);
 }
 
-}  // namespace
+std::optional<SheetButton> SheetButtonNamed(std::string_view name) {
+  if (name == "ok") return SheetButton::kOk;
+  if (name == "cancel") return SheetButton::kCancel;
+  return std::nullopt;
+}
 
 std::string ActionProblem(const Json& action) {
   if (!action.is_object()) return "An action is a JSON object.";
@@ -130,12 +128,12 @@ std::string ActionProblem(const Json& action) {
   }
   for (const char* name : verb->numbers) {
     if (name == nullptr) continue;
-    if (std::string problem = NumberProblem(action, name); !problem.empty()) return problem;
+    if (std::string problem = NumberProblem(action, name); !problem.empty()) return problem + ".";
   }
   if (verb->text != nullptr && !IsText(action, verb->text))
     return "\"" + std::string(verb->text) + "\" has to be a text.";
   if (action.contains("button") && std::string_view(verb->name) == "press" &&
-      FindButton(action) == std::end(kButtons))
+      !SheetButtonNamed(action["button"].get_ref<const std::string&>()))
     return "\"button\" has to be ok or cancel.";
   return {};
 }

@@ -5,12 +5,22 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/record_json.h"
 #include "platform/desk.h"
 
 namespace printhost {
+
+// Whether an object has a text of this name.
+bool IsText(const Json& object, const char* name);
+// What is wrong with the integer of this name, as long as a control's id or as many as a person's
+// steps; empty: nothing.
+std::string NumberProblem(const Json& object, const char* name);
+// "ok" or "cancel".
+std::optional<platform::SheetButton> SheetButtonNamed(std::string_view name);
 
 // What is wrong with an action: an unknown one, a member that is missing, of another type or out of
 // bounds. A sentence; empty: nothing.

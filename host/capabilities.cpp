@@ -124,10 +124,7 @@ int Caps(Call& call) {
         {"result", result},
         {"output", written ? Decode(capability.output, bytes, result) : Json()}};
   }
-  if (call.json()) {
-    std::cout << json.dump(2) << '\n';
-    return kDone;
-  }
+  if (call.json()) return call.Answer(json);
   for (const auto& [name, answer] : json.items()) {
     std::cout << name << '\t' << answer["result"];
     if (!answer["output"].is_null()) std::cout << '\t' << answer["output"].dump();

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "host/arguments.h"
+#include "host/record_json.h"
 #include "platform/machine.h"
 
 namespace printhost {
@@ -15,6 +16,8 @@ struct Call {
   const Arguments& arguments;
   platform::Machine& machine;
 
+  // Prints an answer: as JSON, or its members in lines of name and value. Answers kDone.
+  int Answer(const Json& answer) const;
   bool json() const { return arguments.Has("--json"); }
   // The n-th positional argument as the platform's text.
   std::u16string Text(std::size_t n) const;

@@ -102,16 +102,6 @@ void Change(platform::Machine& machine, const Arguments& arguments) {
   if (permission) machine.SetPermission(printer, permitted, permitted);
 }
 
-void Print(const Json& json, bool asJson) {
-  if (asJson) {
-    std::cout << json.dump(2) << '\n';
-    return;
-  }
-  for (const auto& [name, value] : json.items())
-    std::cout << name << '\t' << (value.is_string() ? value.get<std::string>() : value.dump())
-              << '\n';
-}
-
 int ShowMachine(Call& call) {
   Change(call.machine, call.arguments);
   const OsVersion os = call.machine.os();
@@ -121,14 +111,12 @@ int ShowMachine(Call& call) {
   const char* product = os.productType == VER_NT_SERVER              ? "server"
                         : os.productType == VER_NT_DOMAIN_CONTROLLER ? "domain controller"
                                                                      : "workstation";
-  Print({{"os", OsText(os)},
-         {"product", product},
-         {"administrator", call.machine.administrator()},
-         {"permissions", permissions},
-         {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
-         {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}},
-        call.json());
-  return kDone;
+  return call.Answer({{"os", OsText(os)},
+                      {"product", product},
+                      {"administrator", call.machine.administrator()},
+                      {"permissions", permissions},
+                      {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
+                      {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}});
 }
 
 int Device(Call& call) {
@@ -162,15 +150,13 @@ int Device(Call& call) {
     return option.values > 0 && arguments.Has(option.name);
   });
   if (changed) companions::SaveSimulatedDevice(name, device);
-  Print({{"mode",
-          device.mode < std::size(kModes) ? kModes[device.mode] : std::to_string(device.mode)},
-         {"density", device.density},
-         {"firmware", ToUtf8(device.firmware)},
-         {"font", ToUtf8(device.font)},
-         {"offline", device.offline},
-         {"answer", kAnswers[static_cast<std::size_t>(device.answer)]}},
-        call.json());
-  return kDone;
+  return call.Answer({{"mode", device.mode < std::size(kModes) ? kModes[device.mode]
+                                                               : std::to_string(device.mode)},
+                      {"density", device.density},
+                      {"firmware", ToUtf8(device.firmware)},
+                      {"font", ToUtf8(device.font)},
+                      {"offline", device.offline},
+                      {"answer", kAnswers[static_cast<std::size_t>(device.answer)]}});
 }
 
 }  // namespace

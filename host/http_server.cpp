@@ -29,35 +29,6 @@ constexpr milliseconds kAnswerTime{5000};
 // A connection that is closed while its peer still sends loses the answer.
 constexpr milliseconds kFarewellTime{300};
 
-const char* Reason(int status) {
-  switch (status) {
-    case 200:
-      return "OK";
-    case 204:
-      return "No Content";
-    case 400:
-      return "Bad Request";
-    case 403:
-      return "Forbidden";
-    case 404:
-      return "Not Found";
-    case 405:
-      return "Method Not Allowed";
-    case 408:
-      return "Request Timeout";
-    case 411:
-      return "Length Required";
-    case 413:
-      return "Content Too Large";
-    case 415:
-      return "Unsupported Media Type";
-    case 431:
-      return "Request Header Fields Too Large";
-    default:
-      return "Service Unavailable";
-  }
-}
-
 }  // namespace
 
 HttpServer::HttpServer(HttpSite& site, int listener, std::string headers)
@@ -194,8 +165,8 @@ void HttpServer::ReadBody(Connection& connection) {
 void HttpServer::Reply(Connection& connection, const HttpAnswer& answer) {
   connection.in = {};
   std::string& out = connection.out;
-  out = "HTTP/1.1 " + std::to_string(answer.status) + ' ' + Reason(answer.status) + "\r\n" +
-        headers_ + "Connection: close\r\n";
+  // The number says all; a phrase for its reason may be left out.
+  out = "HTTP/1.1 " + std::to_string(answer.status) + " \r\n" + headers_ + "Connection: close\r\n";
   if (answer.status != 204) out.append("Content-Type: ").append(answer.type).append("\r\n");
   if (!answer.stream && answer.status != 204)
     out.append("Content-Length: ").append(std::to_string(answer.body.size())).append("\r\n");

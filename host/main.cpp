@@ -24,6 +24,25 @@ std::u16string Call::Printer() const {
   return name;
 }
 
+static void PrintFields(const Json& fields, const std::string& prefix) {
+  for (const auto& [name, value] : fields.items()) {
+    if (value.is_object())
+      PrintFields(value, prefix + name + '.');
+    else
+      std::cout << prefix << name << '\t'
+                << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
+  }
+}
+
+int Call::Answer(const Json& answer) const {
+  // Names from a driver's file may be anything.
+  if (json())
+    std::cout << answer.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  else
+    PrintFields(answer, "");
+  return kDone;
+}
+
 std::span<const Command> Commands() {
   static const Command commands[] = {kAdd,     kRemove,     kList,  kCaps,     kSettings,
                                      kConvert, kSetDefault, kData,  kRegistry, kMachine,

@@ -149,7 +149,7 @@ int Show(Call& call) {
   try {
     const Json module = ModuleJson(file.string(), bytes);
     if (call.json())
-      std::cout << module.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+      call.Answer(module);
     else
       Print(module);
   } catch (const platform::ImageError& error) {

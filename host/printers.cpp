@@ -79,8 +79,7 @@ int List(Call& call) {
       std::cout << ToUtf8(printer.name) << '\t' << ToUtf8(printer.driverName) << '\t'
                 << ToUtf8(printer.portName) << '\n';
   }
-  if (call.json()) std::cout << json.dump(2) << '\n';
-  return kDone;
+  return call.json() ? call.Answer(json) : kDone;
 }
 
 }  // namespace

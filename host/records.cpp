@@ -6,7 +6,6 @@
 #include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/record_json.h"
-#include "host/resolve.h"
 #include "host/utf8.h"
 
 namespace printhost {
@@ -26,16 +25,6 @@ void Require(const Call& call, std::string_view option) {
   if (!call.arguments.Has(option)) throw Failure{kUsage, std::string(option) + " FILE is missing"};
 }
 
-void PrintFields(const Json& fields, const std::string& prefix) {
-  for (const auto& [name, value] : fields.items()) {
-    if (value.is_object())
-      PrintFields(value, prefix + name + '.');
-    else
-      std::cout << prefix << name << '\t'
-                << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
-  }
-}
-
 // Where the record goes: a file, or standard output as "-", which then holds nothing else.
 void CheckOut(const Call& call) {
   if (call.arguments.Value("--out") == "-" && call.json())
@@ -49,10 +38,26 @@ void Deliver(const Call& call, const Record& record) {
                     static_cast<std::streamsize>(record.size()));
   else if (written)
     WriteRecordFile(out, record);
-  if (call.json())
-    std::cout << RecordJson(record).dump(2) << '\n';
-  else if (!written)
-    PrintFields(RecordJson(record), "");
+  if (call.json() || !written) call.Answer(RecordJson(record));
+}
+
+// The printer's settings, with an input record merged when one is given, as an application gets
+// them from the document properties without a sheet. Throws Failure when the driver refuses.
+Record Resolve(DriverModule& module, const std::u16string& name,
+               const std::optional<Record>& input) {
+  PrinterHandle printer(name);
+  const LONG size =
+      module.documentProperties(nullptr, printer.get(), printer.name(), nullptr, nullptr, 0);
+  Record output(static_cast<std::size_t>(std::max<LONG>(size, kestrel::kRecordSize)));
+  // The driver reads the input alone; its contract just has no const.
+  auto* given =
+      input ? reinterpret_cast<DEVMODEW*>(const_cast<std::byte*>(input->data())) : nullptr;
+  const DWORD mode = DM_COPY | (input ? DM_IN_BUFFER : 0);
+  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output), given,
+                                mode) != IDOK)
+    throw Failure{kFailed, "the driver gave no settings for \"" + ToUtf8(name) + "\""};
+  output.resize(RecordExtent(output));
+  return output;
 }
 
 int Settings(Call& call) {
@@ -100,23 +105,6 @@ int SetDefault(Call& call) {
 }
 
 }  // namespace
-
-Record Resolve(DriverModule& module, const std::u16string& name,
-               const std::optional<Record>& input) {
-  PrinterHandle printer(name);
-  const LONG size =
-      module.documentProperties(nullptr, printer.get(), printer.name(), nullptr, nullptr, 0);
-  Record output(static_cast<std::size_t>(std::max<LONG>(size, kestrel::kRecordSize)));
-  // The driver reads the input alone; its contract just has no const.
-  auto* given =
-      input ? reinterpret_cast<DEVMODEW*>(const_cast<std::byte*>(input->data())) : nullptr;
-  const DWORD mode = DM_COPY | (input ? DM_IN_BUFFER : 0);
-  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output), given,
-                                mode) != IDOK)
-    throw Failure{kFailed, "the driver gave no settings for \"" + ToUtf8(name) + "\""};
-  output.resize(RecordExtent(output));
-  return output;
-}
 
 const Command kSettings = {
     "settings", "NAME", 1, 1, kSettingsOptions, "the resolved settings record", Settings};

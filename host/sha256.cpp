@@ -48,6 +48,17 @@ void AddBlock(std::array<uint32_t, 8>& hash, const std::byte* block) {
 
 }  // namespace
 
+std::string Hex(std::span<const std::byte> bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (const std::byte byte : bytes) {
+    text.push_back(kDigits[std::to_integer<unsigned>(byte) >> 4]);
+    text.push_back(kDigits[std::to_integer<unsigned>(byte) & 15]);
+  }
+  return text;
+}
+
 std::string Sha256(std::span<const std::byte> bytes) {
   std::array<uint32_t, 8> hash = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
                                   0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
@@ -60,10 +71,11 @@ std::string Sha256(std::span<const std::byte> bytes) {
   for (int shift = 56; shift >= 0; shift -= 8)
     rest.push_back(static_cast<std::byte>(uint64_t{bytes.size()} * 8 >> shift));
   for (std::size_t at = 0; at < rest.size(); at += 64) AddBlock(hash, rest.data() + at);
-  std::string text;
+  std::vector<std::byte> digest;
   for (const uint32_t word : hash)
-    for (int shift = 28; shift >= 0; shift -= 4) text += "0123456789abcdef"[word >> shift & 15];
-  return text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+      digest.push_back(static_cast<std::byte>(word >> shift));
+  return Hex(digest);
 }
 
 }  // namespace printhost

@@ -10,6 +10,7 @@
 #include "host/http_server.h"
 #include "host/loopback.h"
 #include "host/picture.h"
+#include "host/sha256.h"
 #include "host/web_files.h"
 
 namespace printhost {
@@ -29,12 +30,7 @@ std::string RandomToken() {
   unsigned char bytes[16];
   if (getrandom(bytes, sizeof bytes, 0) != static_cast<ssize_t>(sizeof bytes))
     throw Failure{kFailed, "the system has no random numbers"};
-  std::string text;
-  for (const unsigned char byte : bytes) {
-    text.push_back("0123456789abcdef"[byte >> 4]);
-    text.push_back("0123456789abcdef"[byte & 15]);
-  }
-  return text;
+  return Hex(std::as_bytes(std::span(bytes)));
 }
 
 // Takes the same time wherever the texts differ.

@@ -14,68 +14,18 @@ using platform::DisplayList;
 using platform::DrawOp;
 using platform::WindowView;
 
-const char* KindName(ControlKind kind) {
-  switch (kind) {
-    case ControlKind::kButton:
-      return "button";
-    case ControlKind::kCheckBox:
-      return "check";
-    case ControlKind::kRadio:
-      return "radio";
-    case ControlKind::kGroupBox:
-      return "group";
-    case ControlKind::kStatic:
-      return "static";
-    case ControlKind::kEdit:
-      return "edit";
-    case ControlKind::kComboBox:
-      return "combo";
-    case ControlKind::kListBox:
-      return "list";
-    case ControlKind::kUpDown:
-      return "updown";
-    case ControlKind::kOwnerDraw:
-      return "drawn";
-  }
-  return "static";
-}
-
-const char* KindName(WindowView::Kind kind) {
-  switch (kind) {
-    case WindowView::Kind::kDialog:
-      return "dialog";
-    case WindowView::Kind::kMessageBox:
-      return "message";
-    case WindowView::Kind::kFileDialog:
-      return "file";
-    case WindowView::Kind::kSheet:
-      return "sheet";
-  }
-  return "dialog";
-}
-
-const char* KindName(DrawOp::Kind kind) {
-  switch (kind) {
-    case DrawOp::Kind::kRectangle:
-      return "rectangle";
-    case DrawOp::Kind::kFill:
-      return "fill";
-    case DrawOp::Kind::kLine:
-      return "line";
-    case DrawOp::Kind::kImage:
-      return "image";
-    case DrawOp::Kind::kText:
-      return "text";
-  }
-  return "fill";
-}
+// Names in the order of ControlKind, WindowView::Kind and DrawOp::Kind.
+constexpr const char* kControls[] = {"button", "check", "radio", "group",  "static",
+                                     "edit",   "combo", "list",  "updown", "drawn"};
+constexpr const char* kWindows[] = {"dialog", "message", "file", "sheet"};
+constexpr const char* kOps[] = {"rectangle", "fill", "line", "image", "text"};
 
 Json Box(const RECT& rect) {
   return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
 }
 
 Json OpJson(const DrawOp& op) {
-  Json json = {{"kind", KindName(op.kind)}, {"rect", Box(op.rect)}};
+  Json json = {{"kind", kOps[static_cast<int>(op.kind)]}, {"rect", Box(op.rect)}};
   if (op.clip.right > op.clip.left && op.clip.bottom > op.clip.top) json["clip"] = Box(op.clip);
   switch (op.kind) {
     case DrawOp::Kind::kRectangle:
@@ -113,7 +63,7 @@ Json DrawingJson(const DisplayList& list) {
 Json ControlJson(const ControlView& control) {
   Json json = {{"handle", HandleText(control.handle)},
                {"id", control.id},
-               {"kind", KindName(control.kind)},
+               {"kind", kControls[static_cast<int>(control.kind)]},
                {"rect", Box(control.rect)},
                {"text", ToUtf8(control.text)},
                {"enabled", control.enabled},
@@ -161,7 +111,7 @@ Json ControlJson(const ControlView& control) {
 Json WindowJson(const WindowView& window) {
   Json json = {{"handle", HandleText(window.handle)},
                {"title", ToUtf8(window.title)},
-               {"kind", KindName(window.kind)},
+               {"kind", kWindows[static_cast<int>(window.kind)]},
                {"width", window.width},
                {"height", window.height},
                {"enabled", window.enabled},

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <initializer_list>
 
+#include "host/actions.h"
 #include "host/failure.h"
 #include "host/svg.h"
 #include "host/utf8.h"
@@ -16,7 +17,6 @@ constexpr int kDownKey = 0x28;  // VK_DOWN
 using platform::ControlKind;
 using platform::ControlView;
 using platform::Desk;
-using platform::SheetButton;
 using platform::WindowView;
 
 [[noreturn]] void Refuse(const std::string& reason) { throw Failure{kFailed, reason}; }
@@ -40,22 +40,14 @@ std::u16string TitleOf(const WindowView& window) {
 
 // Members of a step.
 int Number(const Json& step, const char* name) {
-  const auto found = step.find(name);
-  if (found == step.end() || !found->is_number_integer())
-    Refuse('"' + std::string(name) + "\" has to be an integer");
-  constexpr std::int64_t kMost = 1 << 30;
-  if (found->is_number_unsigned() && found->get<std::uint64_t>() > kMost)
-    Refuse('"' + std::string(name) + "\" is too large");
-  const auto number = found->get<std::int64_t>();
-  if (number < -kMost) Refuse('"' + std::string(name) + "\" is too small");
-  return static_cast<int>(number);
+  const std::string problem = NumberProblem(step, name);
+  if (!problem.empty()) Refuse(problem);
+  return step[name].get<int>();
 }
 
 std::string Word(const Json& step, const char* name) {
-  const auto found = step.find(name);
-  if (found == step.end() || !found->is_string())
-    Refuse('"' + std::string(name) + "\" has to be a text");
-  return found->get<std::string>();
+  if (!IsText(step, name)) Refuse('"' + std::string(name) + "\" has to be a text");
+  return step[name].get<std::string>();
 }
 
 std::u16string Text(const Json& step, const char* name) { return FromUtf8(Word(step, name)); }
@@ -127,7 +119,7 @@ Json ReadWindow(Desk& desk) {
 }
 
 // ---- the steps ----
-Json Page(Desk& desk, HMODULE, const Json& step) {
+void Page(Desk& desk, const Json& step) {
   Allow(step, {"page"});
   const WindowView top = Top(desk);
   const int page = Number(step, "page");
@@ -136,18 +128,16 @@ Json Page(Desk& desk, HMODULE, const Json& step) {
   if (page < 0 || static_cast<std::size_t>(page) >= top.tabs.size())
     Refuse("the sheet has the pages 0 to " + std::to_string(top.tabs.size() - 1));
   if (!desk.Page(page)) Refuse("the page " + std::to_string(page) + " cannot be shown");
-  return Json::object();
 }
 
-Json Click(Desk& desk, HMODULE, const Json& step) {
+void Click(Desk& desk, const Json& step) {
   Allow(step, {"click"});
   const int id = Number(step, "click");
   Find(desk, id, true);
   Require(desk.Click(id), id, "clicked");
-  return Json::object();
 }
 
-Json Type(Desk& desk, HMODULE, const Json& step) {
+void Type(Desk& desk, const Json& step) {
   Allow(step, {"type", "text"});
   const int id = Number(step, "type");
   const std::u16string text = Text(step, "text");
@@ -155,10 +145,9 @@ Json Type(Desk& desk, HMODULE, const Json& step) {
   if (control.kind != ControlKind::kEdit || control.readOnly)
     Refuse(std::to_string(id) + " takes no text");
   Require(desk.Replace(id, text), id, "typed into");
-  return Json::object();
 }
 
-Json Select(Desk& desk, HMODULE, const Json& step) {
+void Select(Desk& desk, const Json& step) {
   Allow(step, {"select", "item", "index"});
   const int id = Number(step, "select");
   if (step.contains("item") == step.contains("index"))
@@ -173,21 +162,17 @@ Json Select(Desk& desk, HMODULE, const Json& step) {
   if (index < 0 || index >= static_cast<std::ptrdiff_t>(control.items.size()))
     Refuse(std::to_string(id) + " has no such item");
   Require(desk.Select(id, static_cast<int>(index)), id, "selected from");
-  return Json::object();
 }
 
-Json Spin(Desk& desk, HMODULE, const Json& step) {
+void Spin(Desk& desk, const Json& step) {
   Allow(step, {"spin", "steps"});
-  constexpr int kMostSteps = 1000;
   const int id = Number(step, "spin"), steps = Number(step, "steps");
-  if (steps < -kMostSteps || steps > kMostSteps) Refuse("\"steps\" is -1000 to 1000");
   if (Find(desk, id, true).kind != ControlKind::kUpDown)
     Refuse(std::to_string(id) + " has no arrows");
   Require(desk.Spin(id, steps), id, "stepped");
-  return Json::object();
 }
 
-Json Key(Desk& desk, HMODULE, const Json& step) {
+void Key(Desk& desk, const Json& step) {
   Allow(step, {"key"});
   struct Named {
     std::string_view name;
@@ -205,36 +190,28 @@ Json Key(Desk& desk, HMODULE, const Json& step) {
   const auto key = std::ranges::find(kKeys, std::string_view(name), &Named::name);
   if (key == std::end(kKeys)) Refuse("there is no key \"" + name + '"');
   if (!key->press(desk)) Refuse("the key \"" + name + "\" does nothing here");
-  return Json::object();
 }
 
-Json Button(Desk& desk, HMODULE, const Json& step) {
+void Button(Desk& desk, const Json& step) {
   Allow(step, {"button"});
-  struct Named {
-    std::string_view name;
-    SheetButton button;
-  };
-  static constexpr Named kButtons[] = {{"ok", SheetButton::kOk}, {"cancel", SheetButton::kCancel}};
   const std::string name = Word(step, "button");
-  const auto button = std::ranges::find(kButtons, std::string_view(name), &Named::name);
-  if (button == std::end(kButtons)) Refuse("the sheet's buttons are ok and cancel");
+  const auto button = SheetButtonNamed(name);
+  if (!button) Refuse("the sheet's buttons are ok and cancel");
   const WindowView top = Top(desk);
   if (top.kind != WindowView::Kind::kSheet)
     Refuse("the sheet is under the window " + Quoted(top.title) +
            "; click its buttons by their ids");
-  if (!desk.Press(button->button)) Refuse("the button \"" + name + "\" is not there or disabled");
-  return Json::object();
+  if (!desk.Press(*button)) Refuse("the button \"" + name + "\" is not there or disabled");
 }
 
-Json Close(Desk& desk, HMODULE, const Json& step) {
+void Close(Desk& desk, const Json& step) {
   Allow(step, {"close"});
   if (!step["close"].is_boolean() || !step["close"].get<bool>()) Refuse("\"close\" has to be true");
   Top(desk);
   if (!desk.Close()) Refuse("the window cannot be closed");
-  return Json::object();
 }
 
-Json Expect(Desk& desk, HMODULE, const Json& step) {
+void Expect(Desk& desk, const Json& step) {
   Json seen;
   std::string where = "the window";
   if (step["expect"] == "window") {
@@ -253,33 +230,31 @@ Json Expect(Desk& desk, HMODULE, const Json& step) {
     if (seen[name] != wanted)
       Refuse(where + ": \"" + name + "\" is " + seen[name].dump() + ", not " + wanted.dump());
   }
-  return Json::object();
 }
 
-Json Read(Desk& desk, HMODULE, const Json& step) {
+Json Read(Desk& desk, const Json& step) {
   Allow(step, {"read"});
   if (step["read"] == "window") return ReadWindow(desk);
   return ReadControl(Find(desk, Number(step, "read"), false));
 }
 
-Json Shot(Desk& desk, HMODULE module, const Json& step) {
+void Shot(Desk& desk, HMODULE module, const Json& step) {
   Allow(step, {"shot"});
   const std::string path = Word(step, "shot");
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file << WindowSvg(Top(desk), module);
   file.close();
   if (!file) Refuse("\"" + path + "\" cannot be written");
-  return Json::object();
 }
 
 struct Verb {
   std::string_view name;
-  Json (*run)(Desk& desk, HMODULE module, const Json& step);
+  void (*act)(Desk& desk, const Json& step);  // null: one of the two that need more
 };
 constexpr Verb kVerbs[] = {{"page", Page},     {"click", Click}, {"type", Type},
                            {"select", Select}, {"spin", Spin},   {"key", Key},
                            {"button", Button}, {"close", Close}, {"expect", Expect},
-                           {"read", Read},     {"shot", Shot}};
+                           {"read", nullptr},  {"shot", nullptr}};
 
 }  // namespace
 
@@ -298,7 +273,12 @@ Json DoStep(Desk& desk, HMODULE module, const Json& step) {
     for (const Verb& one : kVerbs) names.append(names.empty() ? "" : ", ").append(one.name);
     Refuse("there is no such step; there are " + names);
   }
-  return verb->run(desk, module, step);
+  if (verb->name == "read") return Read(desk, step);
+  if (verb->name == "shot")
+    Shot(desk, module, step);
+  else
+    verb->act(desk, step);
+  return Json::object();
 }
 
 bool MayConfirm(Desk& desk, const Json& step) {

@@ -8,6 +8,7 @@
 #include "host/commands.h"
 #include "host/failure.h"
 #include "host/record_json.h"
+#include "host/sha256.h"
 #include "host/utf8.h"
 
 namespace printhost {
@@ -16,35 +17,9 @@ namespace {
 constexpr Option kStoredOptions[] = {kJsonOption};
 
 std::string TypeName(DWORD type) {
-  switch (type) {
-    case REG_NONE:
-      return "REG_NONE";
-    case REG_SZ:
-      return "REG_SZ";
-    case REG_EXPAND_SZ:
-      return "REG_EXPAND_SZ";
-    case REG_BINARY:
-      return "REG_BINARY";
-    case REG_DWORD:
-      return "REG_DWORD";
-    case REG_MULTI_SZ:
-      return "REG_MULTI_SZ";
-    case REG_QWORD:
-      return "REG_QWORD";
-    default:
-      return std::to_string(type);
-  }
-}
-
-std::string Hex(const std::vector<std::byte>& bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::string text;
-  text.reserve(bytes.size() * 2);
-  for (const std::byte byte : bytes) {
-    text.push_back(kDigits[std::to_integer<unsigned>(byte) >> 4]);
-    text.push_back(kDigits[std::to_integer<unsigned>(byte) & 15]);
-  }
-  return text;
+  constexpr const char* kTypes[] = {"REG_NONE", "REG_SZ", "REG_EXPAND_SZ", "REG_BINARY",
+                                    "REG_DWORD"};
+  return type < std::size(kTypes) ? kTypes[type] : std::to_string(type);
 }
 
 Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
@@ -77,30 +52,25 @@ void PrintValue(std::u16string_view name, const platform::DataValue& data) {
     std::cout << json["bytes"].get<std::string>() << '\n';
 }
 
-int PrintAll(const std::map<std::u16string, platform::DataValue>& values, bool asJson) {
+int AnswerAll(const Call& call, const std::map<std::u16string, platform::DataValue>& values) {
   Json json = Json::object();
   for (const auto& [name, data] : values) {
-    if (asJson)
-      json[ToUtf8(name)] = ValueJson(name, data);
-    else
-      PrintValue(name, data);
+    json[ToUtf8(name)] = ValueJson(name, data);
+    if (!call.json()) PrintValue(name, data);
   }
-  if (asJson) std::cout << json.dump(2) << '\n';
-  return kDone;
+  return call.json() ? call.Answer(json) : kDone;
 }
 
 int Data(Call& call) {
   const std::u16string printer = call.Printer();
   if (call.arguments.positional().size() == 1)
-    return PrintAll(call.machine.AllData(printer), call.json());
+    return AnswerAll(call, call.machine.AllData(printer));
   const std::u16string name = call.Text(1);
   const auto data = call.machine.Data(printer, name);
   if (!data)
     throw Failure{kFailed, "\"" + ToUtf8(printer) + "\" has no value \"" + ToUtf8(name) + "\""};
-  if (call.json())
-    std::cout << ValueJson(name, *data).dump(2) << '\n';
-  else
-    PrintValue(name, *data);
+  if (call.json()) return call.Answer(ValueJson(name, *data));
+  PrintValue(name, *data);
   return kDone;
 }
 
@@ -123,7 +93,7 @@ int Registry(Call& call) {
       throw Failure{kFailed, "HKEY_LOCAL_MACHINE has no key \"" + ToUtf8(key) + "\""};
     RegCloseKey(open);
   }
-  return PrintAll(values, call.json());
+  return AnswerAll(call, values);
 }
 
 }  // namespace
