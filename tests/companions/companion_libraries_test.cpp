@@ -11,22 +11,22 @@
 namespace support {
 namespace {
 
-using companions::DeviceAnswer;
-using companions::SimulatedDevice;
+using namespace companions;
+using namespace kestrel;
 using std::string_literals::operator""s;
 
 class CompanionTest : public testing::Test {
  protected:
-  kestrel::Module Load(const char* name) {
+  Module Load(const char* name) {
     const auto file = machine_->driverDirectory() + u"\\3\\" + platform::FromCp932(name) + u".DLL";
     machine_->InstallModule(file, Built(name + ".so"s));
-    return kestrel::Module(LoadLibraryW(file.c_str()));
+    return Module(LoadLibraryW(file.c_str()));
   }
   // Calls an entry point of the barcode library over a block; the answer.
   int Call(const std::string& entry, std::string& block, uint16_t density = 203) {
-    using Proc = int16_t(WINAPI*)(char*, const kestrel::BarcodeLibInfo*, HWND);
-    const kestrel::BarcodeLibInfo info = {density, density, {0, 0}};
-    return kestrel::EntryPoint<Proc>(bar_.get(), entry.c_str())(block.data(), &info, nullptr);
+    using Proc = int16_t(WINAPI*)(char*, const BarcodeLibInfo*, HWND);
+    const BarcodeLibInfo info = {density, density, {0, 0}};
+    return EntryPoint<Proc>(bar_.get(), entry.c_str())(block.data(), &info, nullptr);
   }
   // Default parameters, and eight bytes more than the library may touch.
   std::string Defaults(const std::string& kind, uint16_t density = 203) {
@@ -43,10 +43,10 @@ class CompanionTest : public testing::Test {
   // The reply's bytes, "!" in those that were not written; nothing when there was no answer.
   std::string Ask(const std::string& what, const SimulatedDevice& device) {
     using Proc = DWORD(WINAPI*)(LPCWSTR, char*, DWORD, DWORD*, DWORD*);
-    companions::SaveSimulatedDevice(u"Label", device);
+    SaveSimulatedDevice(u"Label", device);
     std::string reply(64, '!');
     DWORD size = 0, status = 77;
-    const auto ask = kestrel::EntryPoint<Proc>(lib_.get(), ("RtlGet" + what + "ComW").c_str());
+    const auto ask = EntryPoint<Proc>(lib_.get(), ("RtlGet" + what + "ComW").c_str());
     const bool answered = ask(u"Label", reply.data(), what == "Mode" ? 30 : 50, &size, &status);
     EXPECT_EQ(status, device.offline ? 1u : 0u);
     EXPECT_EQ(reply.find_last_not_of('!') + 1, size) << "as long as it says";
@@ -54,7 +54,7 @@ class CompanionTest : public testing::Test {
   }
 
   std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
-  kestrel::Module bar_ = Load("QM610rBAR"), lib_ = Load("QM610rLIB");
+  Module bar_ = Load("QM610rBAR"), lib_ = Load("QM610rLIB");
 };
 
 // Types a text, presses OK, and is told what begins like this.
@@ -67,10 +67,10 @@ Steps Refused(int field, std::u16string text, std::u16string beginning) {
 
 TEST_F(CompanionTest, EveryKindHasANameAndDefaultsThatPassItsDialog) {
   std::u16string names;
-  for (const kestrel::BarcodeKindRow& row : kestrel::BarcodeKinds()) {
+  for (const BarcodeKindRow& row : BarcodeKinds()) {
     SCOPED_TRACE(row.id);
     std::string name(40, '~');
-    kestrel::EntryPoint<void(WINAPI*)(char*)>(bar_.get(), row.getName)(name.data());
+    EntryPoint<void(WINAPI*)(char*)>(bar_.get(), row.getName)(name.data());
     EXPECT_EQ(name.substr(32), "~~~~~~~~") << "nothing is written past the caller's buffer";
     names += platform::FromCp932(name.c_str()) + u' ';
     const std::string kind = row.init + 4, block = Edited(kind);
@@ -128,15 +128,15 @@ TEST_F(CompanionTest, EachKindOfDeviceShowsInItsReply) {
 }
 
 TEST_F(CompanionTest, DamagedDeviceRecordsCountAsAFreshDevice) {
-  const auto set = [&](const char16_t* value, DWORD type, const std::string& bytes) {
+  // An odd byte at the end of a text belongs to no character.
+  for (const auto& [value, type, bytes] : {std::tuple(u"Mode", REG_BINARY, "\2\0\0\0"s),
+                                           {u"Density", REG_DWORD, "\1\1"s},
+                                           {u"Answer", REG_DWORD, "\11\0\0\0"s},
+                                           {u"Firmware", REG_SZ, "A\0B"s}}) {
     machine_->SetRegistry(u"SOFTWARE\\Kestrel\\Devices\\Label", value,
                           {type, BytesOf(bytes.data(), bytes.size())});
-  };
-  set(u"Mode", REG_BINARY, "\2\0\0\0"s);
-  set(u"Density", REG_DWORD, "\1\1");
-  set(u"Answer", REG_DWORD, "\11\0\0\0"s);
-  set(u"Firmware", REG_SZ, "A\0B"s);  // an odd byte at the end belongs to no character
-  const SimulatedDevice device = companions::LoadSimulatedDevice(u"Label");
+  }
+  const SimulatedDevice device = LoadSimulatedDevice(u"Label");
   EXPECT_EQ(std::tuple(device.mode, device.density, device.answer, device.firmware),
             std::tuple(0u, 203u, DeviceAnswer::kNormal, u"A"));
 }

@@ -207,7 +207,11 @@ TEST_F(FontTest, StoredFontsAreChanged) {
     changes(font, font, ExpectSelected(kResident, -1));
     changes(font, Deco(u"A", u"X21", 2, 17, 17), Select(kResident, 1));
   }
-  // A cell that the font lacks, none of three, both switches off, numbers, an unknown unit.
+  // Sizes and magnifications that no field takes; a cell that the font lacks, none of three, both
+  // switches off, numbers, an unknown unit.
+  changes(Deco(u"A", u"X99", 512, -44, 0), Deco(u"A", u"X99", 512, 1, 1));
+  changes(Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(202, {9, 0}),
+          Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(202, {6, 1}));
   changes(Deco(u"A", u"X21", 512, 44, 44), Deco(u"A", u"X21", 2, 17, 17));
   changes(Deco(u"A", u"漢字(横書)", 4, 48, 48), Deco(u"A", u"漢字(横書)", 128, 16, 16));
   changes(Deco(u"A").Put(194, {0}), Deco(u"A"));
@@ -222,23 +226,20 @@ TEST_F(FontTest, StoredFontsAreChanged) {
   }
 }
 
-// ---- the two characters that show pitch and size ----
-
-// Height and width of the font and the line that both stand on, and where each stands.
-Step Draws(std::array<LONG, 3> font, std::vector<LONG> places,
-           std::u16string face = u"ＭＳ ゴシック") {
+// The two characters that show pitch and size: where each is, and in a font how high and wide.
+Step Draws(std::string expected, std::u16string face = u"ＭＳ ゴシック") {
   return [=](Desk& desk) {
-    const auto view = desk.Control(IDC_DECO_FONT_PREVIEW);
-    ASSERT_EQ(view.drawing.size(), places.size());
-    for (size_t i = 0; i < places.size(); ++i) {
-      const auto& op = view.drawing[i];
-      EXPECT_EQ((std::array<LONG, 3>{op.fontHeight, op.fontWidth, op.at.y}), font);
-      EXPECT_EQ(std::tuple(op.kind, op.text, op.at.x, op.face, op.textColour, op.opaque),
-                std::tuple(platform::DrawOp::Kind::kText, i == 0 ? u"i" : u"j", places[i], face,
-                           RGB(255, 255, 0), i == 0));
+    const auto drawing = desk.Control(IDC_DECO_FONT_PREVIEW).drawing;
+    std::ostringstream drawn;
+    for (const platform::DrawOp& op : drawing) {
+      drawn << static_cast<char>(op.text.at(0)) << ' ' << op.at.x << ' ' << op.at.y << ' '
+            << op.fontHeight << 'x' << op.fontWidth << ' ';
+      EXPECT_EQ(std::tuple(op.text.size(), op.face, op.textColour, op.opaque),
+                std::tuple(1u, face, RGB(255, 255, 0), &op == drawing.data()));
     }
-    const auto& [left, top, right, bottom] = view.drawing[0].rect;
-    EXPECT_EQ(std::tuple(view.drawing[0].background, right - left, bottom - top),
+    EXPECT_EQ(drawn.str(), expected + " ");
+    const auto& [left, top, right, bottom] = drawing.at(0).rect;
+    EXPECT_EQ(std::tuple(drawing[0].background, right - left, bottom - top),
               std::tuple(RGB(20, 20, 20), 123, 117));
   };
 }
@@ -248,19 +249,19 @@ Step Draws(std::array<LONG, 3> font, std::vector<LONG> places,
 // higher or wider than the box, or as narrow as can be.
 TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
   const int objects = platform::LiveGdiObjects();
-  const Steps proportional = {Click(1137), Draws({48, 24, 34}, {43, 67}, u"ＭＳ Ｐゴシック"),
-                              Click(1136), Draws({48, 24, 34}, {37, 61})};
+  const Steps proportional = {Click(1137), Draws("i 43 34 48x24 j 67 34 48x24", u"ＭＳ Ｐゴシック"),
+                              Click(1136), Draws("i 37 34 48x24 j 61 34 48x24")};
   Store({Deco(u"FREE", u"OUTLINE", 1024, 60, 60)});
-  Ok(kFontTab,
-     {New(kDeco, u"A",
-          {Draws({9, 2, 54}, {59, 61}), Select(kResident, 3), Draws({48, 24, 34}, {37, 61}),
-           proportional, Click(kMm), Replace(kY, u"2"), Draws({96, 24, 10}, {37, 61}),
-           Select(kResident, 7), Draws({133, 39, 0}, {22, 61}), Replace(kX, u"6"),
-           Draws({133, 238, 0}, {0}), Select(kResident, 0), Replace(kX, u""),
-           Draws({9, 1, 54}, {60, 61}), Replace(kX, u"1")}),
-      Change(kDeco,
-             {Draws({60, 30, 28}, {31, 61}), Replace(kHeight, u"100"),
-              Draws({100, 30, 8}, {31, 61}), Spin(1108, 20), Draws({100, 40, 8}, {21, 61})})});
+  Ok(kFontTab, {New(kDeco, u"A",
+                    {Draws("i 59 54 9x2 j 61 54 9x2"), Select(kResident, 3),
+                     Draws("i 37 34 48x24 j 61 34 48x24"), proportional, Click(kMm),
+                     Replace(kY, u"2"), Draws("i 37 10 96x24 j 61 10 96x24"), Select(kResident, 7),
+                     Draws("i 22 0 133x39 j 61 0 133x39"), Replace(kX, u"6"),
+                     Draws("i 0 0 133x238"), Select(kResident, 0), Replace(kX, u""),
+                     Draws("i 60 54 9x1 j 61 54 9x1"), Replace(kX, u"1")}),
+                Change(kDeco, {Draws("i 31 28 60x30 j 61 28 60x30"), Replace(kHeight, u"100"),
+                               Draws("i 31 8 100x30 j 61 8 100x30"), Spin(1108, 20),
+                               Draws("i 21 8 100x40 j 61 8 100x40")})});
   EXPECT_EQ(platform::LiveGdiObjects(), objects);
 }
 

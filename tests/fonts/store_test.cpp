@@ -16,20 +16,15 @@ struct Session {
   bool Save() { return kestrel::SaveFontStore(printer, fonts); }
 };
 
-class FontStoreTest : public FontTest {
- protected:
-  // Loads the stored fonts, and writes them back over nothing.
-  Records LoadAndSave() {
+TEST_F(FontTest, DamagedStoresAreEmpty) {
+  using std::string_literals::operator""s;
+  const Records both = {Deco(u"A"), Bar(u"B")};
+  const auto gives = [&](const Records& loaded) {
     Session session;
     Store({Deco(u"Former")});
     EXPECT_TRUE(session.loaded && session.Save());
-    return Stored();
-  }
-};
-
-TEST_F(FontStoreTest, DamagedStoresAreEmpty) {
-  using std::string_literals::operator""s;
-  const Records both = {Deco(u"A"), Bar(u"B")};
+    EXPECT_EQ(Stored(), loaded);
+  };
   // As announced, with another third word, more than there are; fewer, which the data do not fit,
   // none, an older version, other sizes.
   const std::vector<std::string> kNumbers = {
@@ -38,24 +33,25 @@ TEST_F(FontStoreTest, DamagedStoresAreEmpty) {
   for (size_t i = 0; i < kNumbers.size(); ++i) {
     Store(both);
     Set(u"CreateFont Number", kNumbers[i]);
-    EXPECT_EQ(LoadAndSave(), i < 4 ? both : Records()) << i;
+    SCOPED_TRACE(i);
+    gives(i < 4 ? both : Records());
   }
   for (const char16_t* missing : {u"CreateFont Number", u"CreateFont Data"}) {
     Store(both);
     machine().RemoveData(kPrinter, missing);
-    EXPECT_EQ(LoadAndSave(), Records());
+    gives({});
   }
   // The end of the data lies within a record: that record does not count.
   Store(both);
   Set(u"CreateFont Data", Get(u"CreateFont Data").substr(0, 463));
-  EXPECT_EQ(LoadAndSave(), Records{Deco(u"A")});
+  gives({Deco(u"A")});
   // Stored order is kept within a kind; records of no kind are dropped.
   Store({Bar(u"B1"), Deco(u"D1"), Deco(u"X").Put(64, {2}), Bar(u"B2"), Deco(u"D2")});
-  EXPECT_EQ(LoadAndSave(), (Records{Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")}));
+  gives({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")});
 }
 
 // What the lists show is what is written: decorative fonts give way to barcode fonts.
-TEST_F(FontStoreTest, KeepsSeventyFonts) {
+TEST_F(FontTest, KeepsSeventyFonts) {
   constexpr int kCases[][5] = {{40, 29, 40, 29, 1}, {40, 30, 40, 30, 0}, {50, 40, 30, 40, 0},
                                {70, 70, 0, 70, 0},  {90, 10, 60, 10, 0}, {0, 99, 0, 70, 0}};
   for (const auto& [deco, bar, savedDeco, savedBar, more] : kCases) {
@@ -69,7 +65,7 @@ TEST_F(FontStoreTest, KeepsSeventyFonts) {
   }
 }
 
-TEST_F(FontStoreTest, WithoutMemory) {
+TEST_F(FontTest, WithoutMemory) {
   for (const Records& records : {Records(), {Deco(u"A")}}) {
     Store(records);
     Session session;
@@ -94,7 +90,7 @@ TEST_F(FontStoreTest, WithoutMemory) {
 
 // Applying any page but the version page writes the fonts, to the last word of a record, but only
 // those that the sheet has loaded.
-TEST_F(FontStoreTest, EachPageWritesWhatItsSessionLoaded) {
+TEST_F(FontTest, EachPageWritesWhatItsSessionLoaded) {
   const Records golden = {Deco(u"見出し１").Put(220, {1, 1, 12, -34, 5, 6}),
                           Bar(u"商品コード", 1900),
                           Bar(u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345").Put(230, {0x5A5A})};
