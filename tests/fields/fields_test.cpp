@@ -72,9 +72,8 @@ TEST(MeasuredValue, IsWrittenWithTheDecimalsOfItsUnitAndReadUpToWhatIsNoNumber) 
 
 TEST(MeasuredValue, LimitsTheTextByItsWidestBound) {
   constexpr int kCases[][4] = {
-      {100, 1630, mm, 5}, {0, 9, mm, 3},         {-5, 5, mm, 4},    {0, 315, in, 5},
-      {0, 12345, in, 6},  {-300, 300, kDot, 4},  {0, 0, kPlain, 1}, {0, 9, kPlain, 1},
-      {0, 10, kPlain, 2}, {-9999, 5, kPlain, 5},
+      {100, 1630, mm, 5}, {0, 9, mm, 3},     {-5, 5, mm, 4},   {0, 315, in, 5},
+      {0, 12345, in, 6},  {0, 9, kPlain, 1}, {0, 10, kDot, 2}, {-9999, 5, kPlain, 5},
   };
   for (const auto& [minimum, maximum, unit, expected] : kCases) {
     EXPECT_EQ(MeasureTextLimit(minimum, maximum, unit), expected) << minimum << ".." << maximum;
@@ -172,16 +171,13 @@ TEST_F(Fields, AreDescribedWithTheirRange) {
 }
 
 TEST_F(Fields, AreAllLockedInTheRegistrationDialogWithoutPermission) {
-  const auto lock = [](Desk& desk) {
+  Try([](Desk& desk) {
     LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
     const platform::WindowView view = desk.Windows().back();
     int open = 0;
-    for (const auto& control : view.controls) {
-      open += control.tabStop && control.visible && control.enabled;
-    }
+    for (const auto& at : view.controls) open += at.tabStop && at.visible && at.enabled;
     EXPECT_EQ(open, 2);  // OK and Cancel
-  };
-  Try(lock);
+  });
 }
 
 // The operation page's own walk shows the rest.

@@ -10,21 +10,17 @@ namespace {
 
 using PaperRules = PaperTest;
 
-TEST_F(PaperRules, EntriesAreFoundByIdAndIndex) {
+TEST_F(PaperRules, WhatNamesNoRegisteredPaperMeansTheFreeSize) {
   DriverSettingsBlock block = DefaultBlock();
-  for (const auto& [id, entry] :
-       {std::pair{257, 0}, {256, 1}, {258, -1}, {255, -1}, {0, -1}, {-32768, -1}}) {
-    EXPECT_EQ(PaperEntryOfId(block, id), entry) << id;
-    EXPECT_EQ(PaperEntryOrFree(block, id), entry == 0 ? 0 : 1) << id;
-  }
-  EXPECT_EQ(PaperEntryId(block, 0), 257);
+  for (const int id : {258, 255, 0, -32768}) EXPECT_EQ(PaperEntryOfId(block, id), -1) << id;
+  EXPECT_EQ(PaperEntryOfId(block, 256), 1);
+  WCHAR name[4] = {};
   for (const int entry : {1, 20, 32767, -1}) {
     EXPECT_EQ(PaperEntryId(block, entry), 256);
     EXPECT_EQ(&PaperOfEntry(block, entry), &block.Record.Private.FreePaper);
-    WCHAR name[4];
     PaperEntryName(block, entry, name, 4);
-    EXPECT_EQ(name, std::u16string(u"フリー"));
   }
+  EXPECT_EQ(name, std::u16string(u"フリー"));
   for (const auto& [stored, count] : {std::pair{-1, 0}, {20, 20}, {21, 20}, {32767, 20}}) {
     block.Printer.PaperNum = static_cast<int16_t>(stored);
     EXPECT_EQ(PaperEntryCount(block), count + 1);
