@@ -99,8 +99,9 @@ TEST_F(PrinterAccess, OpensByMode) {
   std::string told;
   const auto open = [&](const WCHAR* name, int mode) {
     HANDLE handle = module_;
-    told += OpenPrinterForDriver(name, mode, &handle) ? "open " : "- ";
-    if (handle != nullptr) ClosePrinter(handle);
+    const bool opened = OpenPrinterForDriver(name, mode, &handle);
+    told += opened ? "open " : handle == nullptr ? "- " : "left ";
+    if (opened) ClosePrinter(handle);
   };
   for (int mode = 0; mode < 6; ++mode) open(kPrinter, mode);
   machine().SetPermission(kPrinter, false, true);
@@ -110,21 +111,18 @@ TEST_F(PrinterAccess, OpensByMode) {
 }
 
 TEST(PrinterNames, AreCutByMode) {
-  const std::tuple<int, size_t, std::u16string> kCases[] = {{0, 40, u"\\\\s\\Label,C:"},
-                                                            {2, 4, u"Lab"},
-                                                            {1, 40, u"\\\\s\\Label"},
-                                                            {2, 1, u""},
-                                                            {2, 40, u"Label"},
-                                                            {3, 40, u""},
-                                                            {-1, 40, u""}};
-  for (const auto& [mode, room, part] : kCases) {
-    std::u16string out(40, u'x');
-    EXPECT_EQ(CutPrinterName(out.data(), room, u"\\\\s\\Label,C:", mode), mode >= 0 && mode < 3);
-    EXPECT_EQ(out, part + std::u16string(room - part.size(), 0) + std::u16string(40 - room, u'x'));
+  std::u16string told;
+  for (int mode = -1; mode < 4; ++mode) {
+    WCHAR out[40] = u"before";
+    told += CutPrinterName(out, 40, u"\\\\s\\Label,C:", mode) ? u" yes " : u" no ";
+    told += out;
   }
-  WCHAR out[4] = u"abc";
+  EXPECT_EQ(told, u" no  yes \\\\s\\Label,C: yes \\\\s\\Label yes Label no ");
+  WCHAR out[6] = u"abcde";
+  EXPECT_TRUE(CutPrinterName(out, 4, u"Label", 2));
+  EXPECT_EQ(std::u16string(out, 5), std::u16string(u"Lab\0e", 5));
   EXPECT_FALSE(CutPrinterName(out, 4, nullptr, 0));
-  EXPECT_EQ(out, std::u16string());
+  EXPECT_EQ(out[0], 0);
 }
 
 TEST(CodePageText, IsCutAtWholeCharacters) {
@@ -152,15 +150,14 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
     EXPECT_TRUE(units == 1 || units == 2) << bad;
     EXPECT_EQ(std::u16string(out).size(), static_cast<size_t>(units)) << bad;
   }
-  const std::tuple<const WCHAR*, int, int> kFirstsWithoutForm[] = {
-      {u"a?b", 10, -1}, {u"aé", 10, 1},   {u"aé", 1, -1}, {u"é", 0, -1},
-      {u"é", -5, -1},   {u"髙ｱ", 10, -1}, {u"x¥", 10, 1}, {u"\xD83D\xDE00", 10, 0}};
-  for (const auto& [text, maximum, first] : kFirstsWithoutForm) {
-    int index = -1;
-    EXPECT_EQ(IsCp932Representable(text, maximum, &index), first < 0);
-    EXPECT_EQ(index, first);
-    EXPECT_EQ(IsCp932Representable(text, maximum, nullptr), first < 0);
-  }
+  int index = -1;
+  EXPECT_TRUE(IsCp932Representable(u"髙ｱ?é", 3, &index));
+  EXPECT_EQ(index, -1);
+  EXPECT_FALSE(IsCp932Representable(u"髙ｱ?é", 4, &index));
+  EXPECT_EQ(index, 3);
+  for (const WCHAR* bad : {u"¥", u"\xD83D\xDE00"})
+    EXPECT_FALSE(IsCp932Representable(bad, 9, nullptr));
+  EXPECT_TRUE(IsCp932Representable(u"é", -5, nullptr));
 }
 
 TEST(Texts, TellIntegersUpToTheFirstOtherCharacter) {
