@@ -123,12 +123,15 @@ TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
   EXPECT_TRUE(machine().DefaultRecord(kPrinter).empty());
 }
 
-// In place of a sheet: the second word of what it was called with, and what it answers.
-WORD sheetFlags;
+// In place of a sheet: the size of the header that it got and its mode or flags, and what it
+// answers.
+std::pair<size_t, DWORD> sheetAsked;
 std::pair<LONG, DWORD> sheetAnswer;
 
 LONG WINAPI PretendSheet(HWND, PFNPROPSHEETUI, LPARAM header, LPDWORD result) {
-  sheetFlags = reinterpret_cast<const DEVICEPROPERTYHEADER*>(header)->Flags;
+  const auto* device = reinterpret_cast<const DEVICEPROPERTYHEADER*>(header);
+  const auto* document = reinterpret_cast<const DOCUMENTPROPERTYHEADER*>(header);
+  sheetAsked = {device->cbSize, device->cbSize == sizeof *device ? device->Flags : document->fMode};
   *result = sheetAnswer.second;
   return sheetAnswer.first;
 }
@@ -158,10 +161,13 @@ TEST_F(EntryPoints, SheetsTellTheirResult) {
     sheetAnswer = answer;
     const LONG result = answer.first < 0 ? -1 : static_cast<LONG>(answer.second);
     EXPECT_EQ(prompt(), result);
+    EXPECT_EQ(sheetAsked, std::pair(sizeof(DOCUMENTPROPERTYHEADER), DWORD{14}));
     EXPECT_EQ(advanced(), result);
+    EXPECT_EQ(sheetAsked, std::pair(sizeof(DOCUMENTPROPERTYHEADER), DWORD{22}));
     machine().SetPermission(kPrinter, true, result > 0);
     EXPECT_EQ(properties(), result > 0);
-    EXPECT_EQ(sheetFlags, result > 0 ? 0 : DPS_NOPERMISSION);
+    const DWORD flags = result > 0 ? 0 : DPS_NOPERMISSION;
+    EXPECT_EQ(sheetAsked, std::pair(sizeof(DEVICEPROPERTYHEADER), flags));
   }
 }
 

@@ -158,6 +158,7 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
   for (const WCHAR* bad : {u"¥", u"\xD83D\xDE00"})
     EXPECT_FALSE(IsCp932Representable(bad, 9, nullptr));
   EXPECT_TRUE(IsCp932Representable(u"é", -5, nullptr));
+  EXPECT_TRUE(IsCp932Representable(nullptr, 9, nullptr));
 }
 
 TEST(Texts, TellIntegersUpToTheFirstOtherCharacter) {
