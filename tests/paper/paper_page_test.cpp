@@ -209,19 +209,28 @@ TEST_F(RegisterDialog, SizesStayAsTheyAreShown) {
   EXPECT_EQ(Stored(1), u"N 0 3 1774 2689 315 118 1 0 0 1774 2689 0 0 0 0 1");
 }
 
-TEST_F(RegisterDialog, TheDataReferenceSwitchCopiesTheSelectedPaperWithoutItsName) {
-  DriverSettingsBlock block = With(1);
-  block.Printer.Papers[1] = Paper(u"P1", {255, 3, 201, 680, 44, 55});
+// Papers in dots and of unknown units are edited in millimetres; the data reference switch copies
+// the selected paper without its name.
+TEST_F(RegisterDialog, TakesPapersOfEveryUnitAndByReference) {
+  DriverSettingsBlock block = DefaultBlock();
+  AppendPaper(block, Paper(u"P1", {255, 3, 201, 680, 44, 55}));
+  AppendPaper(block, Paper(u"P2", {0, 3, 320, 680, 30, 30, kDot}));
+  AppendPaper(block, Paper(u"P3", {0, 3, 320, 680, 30, 30, 77}));
   block.Record.Private.FreePaper.LabelHeight = 999;
   Keep(block);
+  Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), Shows(u"P2|40.0|85.1|3.8|A|濃度3 普通|mm"),
+                 Click(IDCANCEL), Select(kList, 3), Click(kEditButton),
+                 Shows(u"P3|32.0|68.0|3.0|A|濃度3 普通|mm"), Click(IDOK)});
   const std::u16string unused = u"|20.1|68.0|4.4|プリンタ設定に従う|[濃度3 普通]|mm";
   Ok(kPaperTab,
      {Select(kList, 1), Click(IDC_PAPER_REFERENCE), Click(kRegister), Shows(unused),
       Select(kGrade, 0), Shows(u"|20.1|68.0|4.4|A|濃度3 普通|mm"), Select(kGrade, 3), Shows(unused),
-      Fill(u"Copy"), Click(IDOK), Select(kList, 3), Click(kRegister),
+      Fill(u"Copy"), Click(IDOK), Select(kList, 5), Click(kRegister),
       Shows(u"|58.0|99.9|3.0|A|濃度3 普通|mm"), Click(IDCANCEL), Click(IDC_PAPER_REFERENCE),
       Click(kRegister), Shows(u"|58.0|68.0|3.0|A|濃度3 普通|mm"), Click(IDCANCEL)});
-  EXPECT_EQ(Stored(2), u"Copy 255 3 201 680 44 55 0 0 0 201 680 0 0 0 0 1");
+  EXPECT_EQ(Stored(2), u"P2 0 3 320 680 30 30 2 0 0 580 680 0 0 0 0 1");
+  EXPECT_EQ(Stored(3), u"P3 0 3 320 680 30 30 0 0 0 320 680 0 0 0 0 1");
+  EXPECT_EQ(Stored(4), u"Copy 255 3 201 680 44 55 0 0 0 201 680 0 0 0 0 1");
 }
 
 TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
@@ -253,18 +262,6 @@ TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
   EXPECT_EQ(Told(answer.record.Private.FreePaper),
             u"P1 255 1 1500 1500 100 111 1 0 0 1500 1500 0 0 0 0 1");
   EXPECT_EQ(answer.record.Public.dmPaperLength, 381);
-}
-
-TEST_F(RegisterDialog, PapersInDotsAndOfUnknownUnitsAreEditedInMillimetres) {
-  DriverSettingsBlock block = DefaultBlock();
-  AppendPaper(block, Paper(u"P1", {0, 3, 320, 680, 30, 30, kDot}));
-  AppendPaper(block, Paper(u"P2", {0, 3, 320, 680, 30, 30, 77}));
-  Keep(block);
-  Ok(kPaperTab, {Select(kList, 1), Click(kEditButton), Shows(u"P1|40.0|85.1|3.8|A|濃度3 普通|mm"),
-                 Click(IDCANCEL), Select(kList, 2), Click(kEditButton),
-                 Shows(u"P2|32.0|68.0|3.0|A|濃度3 普通|mm"), Click(IDOK)});
-  EXPECT_EQ(Stored(1), u"P1 0 3 320 680 30 30 2 0 0 580 680 0 0 0 0 1");
-  EXPECT_EQ(Stored(2), u"P2 0 3 320 680 30 30 0 0 0 320 680 0 0 0 0 1");
 }
 
 TEST_F(RegisterDialog, TheKeyboardGoesDownTheLeftSideAndHelpFollows) {

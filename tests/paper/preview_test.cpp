@@ -81,11 +81,15 @@ TEST_F(Preview, ThePageShowsTheStripOfEachPaper) {
         Click(kPortrait), shows(u"157"), GoTo(kVersionTab), GoTo(kPaperTab), shows(u"157")});
 }
 
-TEST_F(Preview, MarkersShowTheTypedOffsets) {
+TEST_F(Preview, OffsetsAreSketchedInTheirFieldsAndMarkedOnTheLabel) {
+  const auto sketch = [](int field, std::u16string bitmap) {
+    return Steps{Focus(field), ExpectDrawn(kPicture, bitmap + u" 0 0 120 189")};
+  };
   Keep(Chosen(kNarrow));  // a quarter pixel a dot
   Cancel(kPaperTab,
-         {Paste(kVert, u"20"), Paste(kHorz, u"40"), Paste(kTear, u"80"), Focus(kList),
-          ExpectNarrow(), Click(kPageWholeLabel),
+         {sketch(kVert, u"162"), sketch(kHorz, u"162"), sketch(kTear, u"163"),
+          sketch(kPitch, u"164"), Paste(kVert, u"20"), Paste(kHorz, u"40"), Paste(kTear, u"80"),
+          Focus(kList), ExpectNarrow(), Click(kPageWholeLabel),
           ExpectNarrow(u", marker 40 103 120 103, marker 40 103 40 189, marker 0 98 120 98, "
                        u"marker 0 114 120 114"),
           Click(kPortrait), ExpectNarrow(), Paste(kVert, u"-22"), Paste(kHorz, u"-300"),
@@ -94,22 +98,11 @@ TEST_F(Preview, MarkersShowTheTypedOffsets) {
           ExpectNarrow(u", marker 0 93 120 93, marker 0 93 0 189, marker 0 97 120 97, "
                        u"marker 0 94 120 94")});
   Keep(Chosen(kNarrow, 2, 1));  // peel mode, gap sensor
-  Cancel(kPaperTab, {Paste(kPeel, u"-40"), Click(kPageWholeLabel),
-                     ExpectNarrow(u", marker 30 98 120 98, marker 30 98 30 189, "
-                                  u"marker 0 90 120 90, marker 0 84 120 84")});
-}
-
-TEST_F(Preview, FieldsShowTheirSketchWhileTheyHaveTheFocus) {
-  const auto sketch = [](int field, std::u16string bitmap) {
-    return Steps{Focus(field), ExpectDrawn(kPicture, bitmap + u" 0 0 120 189")};
-  };
-  Cancel(kPaperTab, {sketch(kVert, u"162"), sketch(kHorz, u"162"), sketch(kTear, u"163"),
-                     sketch(kPitch, u"164"), Focus(kList),
-                     [](Desk& desk) { EXPECT_GT(desk.Control(kPicture).drawing.size(), 1u); }});
-  Keep(Chosen(kNarrow, 2, 1));
   Cancel(
       kPaperTab,
-      {sketch(kPitch, u"165"), sketch(kPeel, u"163"),
+      {sketch(kPitch, u"165"), sketch(kPeel, u"163"), Paste(kPeel, u"-40"), Click(kPageWholeLabel),
+       ExpectNarrow(u", marker 30 98 120 98, marker 30 98 30 189, "
+                    u"marker 0 90 120 90, marker 0 84 120 84"),
        ExpectDrawn(IDC_PAPER_FEED_PICTURE, u"159 0 0 24 102"),
        ExpectDrawn(IDC_PAPER_FEED_TEXT,
                    u"white 0 0 24 69, 搬 2 2 14 14, 送 2 18 14 30, 方 2 34 14 46, 向 2 50 14 62")});
