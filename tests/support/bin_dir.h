@@ -5,7 +5,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace support {
 
@@ -19,7 +22,18 @@ inline std::string Built(const std::string& file) {
 // The bytes of a golden file.
 inline std::string Golden(const std::string& file) {
   std::ifstream stream(Built("golden/" + file), std::ios::binary);
+  if (!stream) throw std::runtime_error("no golden file " + file);
   return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The rows of a golden table; lines that begin with "#" are none.
+inline std::vector<std::string> GoldenRows(const std::string& file) {
+  std::istringstream stream(Golden(file));
+  std::vector<std::string> rows;
+  for (std::string line; std::getline(stream, line);) {
+    if (line[0] != '#') rows.push_back(line);
+  }
+  return rows;
 }
 
 }  // namespace support

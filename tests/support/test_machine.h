@@ -10,12 +10,19 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/desk.h"
 #include "platform/machine.h"
 #include "tests/support/names.h"
 
 namespace support {
+
+// Numbers and addresses of any type side by side, to be compared at once.
+template <typename... T>
+std::vector<ULONG_PTR> Words(T... values) {
+  return {(ULONG_PTR)(values)...};
+}
 
 #define EACH_EXPORT(use)                                                                       \
   use(DrvPrinterEvent) use(DrvUpgradePrinter) use(DevQueryPrint) use(DevQueryPrintEx)          \
