@@ -42,7 +42,7 @@ TEST_F(OpenSheets, SurviveEachFailure) {
       desk().ClearShown();
       Visitor visitor;
       const support::Seat seat(visitor);
-      answer = AskForSheet(exports_, {.kind = kind});
+      answer = AskForSheet({.kind = kind});
     };
     support::WalkFaults(machine(), faults, visit, [&](platform::Fault, bool) {
       for (const auto& shown : desk().History()) {

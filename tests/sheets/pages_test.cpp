@@ -21,8 +21,7 @@ using support::SheetKind;
 
 class Pages : public support::SheetTest {
  protected:
-  void SetUp() override {
-    SheetTest::SetUp();
+  Pages() {
     DriverSettingsBlock block = support::DefaultBlock();
     block.Printer.PaperNum = 2;
     block.Printer.Papers[1] = block.Printer.Papers[0];

@@ -37,22 +37,7 @@ LONG_PTR CALLBACK RecordCall(HANDLE sheet, UINT function, LPARAM first, LPARAM s
 
 class PropertySheets : public support::MachineTest {
  protected:
-  void SetUp() override {
-    MachineTest::SetUp();
-    printer_ = std::make_unique<support::OpenedPrinter>();
-    refuseAt = 0;
-    document = {sizeof(document), 0, *printer_,          name_, nullptr,
-                &output.Public,   0, DM_COPY | DM_PROMPT};
-    device = {sizeof(device), 0, *printer_, nullptr};
-    info.hComPropSheet = reinterpret_cast<HANDLE>(0x77);
-    info.pfnComPropSheet = RecordCall;
-  }
-  void TearDown() override {
-    if (info.UserData != 0) End();
-    EXPECT_EQ(platform::LivePropertySheetPages(), 0);
-    printer_.reset();
-    MachineTest::TearDown();
-  }
+  PropertySheets() { refuseAt = 0; }
   LONG Ask(WORD reason, const void* parameter = nullptr) {
     const void* header = isDevice ? static_cast<void*>(&device) : &document;
     info.Reason = reason;
@@ -79,12 +64,14 @@ class PropertySheets : public support::MachineTest {
   }
   DriverUiData& session() { return *reinterpret_cast<DriverUiData*>(info.UserData); }
 
-  std::unique_ptr<support::OpenedPrinter> printer_;
+  const support::OpenedPrinter printer_;
   WCHAR name_[32] = TEXT("Label Printer");
   SettingsRecord output = {};
-  DOCUMENTPROPERTYHEADER document;
-  DEVICEPROPERTYHEADER device;
-  PROPSHEETUI_INFO info = {sizeof(info), 0, 0, 0, nullptr, nullptr, 0, 0, 0};
+  DOCUMENTPROPERTYHEADER document = {sizeof(document), 0, printer_,           name_, nullptr,
+                                     &output.Public,   0, DM_COPY | DM_PROMPT};
+  DEVICEPROPERTYHEADER device = {sizeof(device), 0, printer_, nullptr};
+  PROPSHEETUI_INFO info = {sizeof(info), 0, 0, 0, reinterpret_cast<HANDLE>(0x77),
+                           RecordCall,   0, 0, 0};
   bool isDevice = false;
 };
 
@@ -192,7 +179,7 @@ TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
 // golden/ways.txt tells of ways to ask for a sheet what each comes to.
 TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
   SettingsRecord input = {};
-  ASSERT_TRUE(ResolveSettings(&input, nullptr, *printer_, kPrinter, DM_COPY));
+  ASSERT_TRUE(ResolveSettings(&input, nullptr, printer_, kPrinter, DM_COPY));
   input.Private.nPrintSpeed = 2;
   for (const std::string& row : support::GoldenRows("ways.txt")) {
     SCOPED_TRACE(row);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstddef>
 #include <cstring>
@@ -14,19 +13,17 @@ namespace support {
 class GuardedBuffer {
  public:
   // size bytes, zeroed, ending where the forbidden page begins. Not aligned beyond what size gives.
-  explicit GuardedBuffer(size_t size) : size_(size) {
-    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    open_ = (size + page - 1) / page * page;
-    whole_ = open_ + page;
-    void* map = mmap(nullptr, whole_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  explicit GuardedBuffer(size_t size) : size_(size), open_((size + kPage - 1) / kPage * kPage) {
+    void* map =
+        mmap(nullptr, open_ + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (map == MAP_FAILED) throw std::runtime_error("no memory for a guarded buffer");
     map_ = static_cast<std::byte*>(map);
-    mprotect(map_ + open_, page, PROT_NONE);
+    mprotect(map_ + open_, kPage, PROT_NONE);
   }
   GuardedBuffer(const void* bytes, size_t size) : GuardedBuffer(size) {
     if (size > 0) std::memcpy(data(), bytes, size);
   }
-  ~GuardedBuffer() { munmap(map_, whole_); }
+  ~GuardedBuffer() { munmap(map_, open_ + kPage); }
   GuardedBuffer(const GuardedBuffer&) = delete;
   GuardedBuffer& operator=(const GuardedBuffer&) = delete;
 
@@ -41,9 +38,8 @@ class GuardedBuffer {
   void Protect() const { mprotect(map_, open_, PROT_READ); }
 
  private:
-  size_t size_;
-  size_t open_ = 0;
-  size_t whole_ = 0;
+  static constexpr size_t kPage = 4096;
+  size_t size_, open_;
   std::byte* map_ = nullptr;
 };
 

@@ -10,7 +10,13 @@
 
 namespace support {
 
-enum class SheetKind { kDocument, kAdvanced, kUserDefault, kPrinter };
+// The document kinds are what their callers' fMode says besides.
+enum class SheetKind : DWORD {
+  kDocument = 0,
+  kAdvanced = DM_ADVANCED,
+  kUserDefault = DM_USER_DEFAULT,
+  kPrinter = ~0u
+};
 
 struct SheetAsk {
   SheetKind kind = SheetKind::kDocument;
@@ -20,21 +26,10 @@ struct SheetAsk {
 };
 
 struct SheetAnswer {
-  LONG result =
-      0;  // of the document kinds CPSUI_OK, CPSUI_CANCEL or -1; of the printer TRUE or FALSE
+  LONG result = 0;  // of the document kinds CPSUI_OK, CPSUI_CANCEL or -1; else TRUE or FALSE
   kestrel::SettingsRecord record;  // the output record, filled with 0xAA before the call
   bool written = false;            // whether it was changed
 };
-
-// Asks for a sheet of the printer as its callers do, whoever sits at the desk: documents and the
-// printer through the exports for them, user defaults through the sheet library, whose record the
-// spooler keeps after OK.
-SheetAnswer AskForSheet(const Exports& exports, const SheetAsk& ask);
-
-// The same with a person who does the steps, the last of which closes the sheet.
-inline SheetAnswer ShowSheet(const Exports& exports, const SheetAsk& ask, Steps steps) {
-  return Follow(std::move(steps), [&] { return AskForSheet(exports, ask); });
-}
 
 // Tabs of the document kinds.
 enum DocumentTab : int {
@@ -49,8 +44,13 @@ enum DocumentTab : int {
 // Sheets over settings that the spooler keeps.
 class SheetTest : public MachineTest {
  protected:
+  // Asks for a sheet of the printer as its callers do, whoever sits at the desk: documents and the
+  // printer through the exports for them, user defaults through the sheet library, whose record the
+  // spooler keeps after OK.
+  SheetAnswer AskForSheet(const SheetAsk& ask);
+  // The same with a person who does the steps, the last of which closes the sheet.
   SheetAnswer Show(const SheetAsk& ask, Steps steps) {
-    return ShowSheet(exports_, ask, std::move(steps));
+    return Follow(std::move(steps), [&] { return AskForSheet(ask); });
   }
   // The sheet of the user's defaults from one of its tabs on, to OK or to Cancel.
   SheetAnswer Ok(DocumentTab tab, Steps steps = {}) {

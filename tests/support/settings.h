@@ -9,9 +9,10 @@
 #include "driver/default_settings.h"
 #include "driver/settings_block.h"
 #include "platform/machine.h"
-#include "tests/support/names.h"
 
 namespace support {
+
+constexpr char16_t kPrinter[] = u"Label Printer";
 
 inline std::vector<std::byte> BytesOf(const void* data, size_t size) {
   const auto* bytes = static_cast<const std::byte*>(data);

@@ -14,6 +14,7 @@
 #include <concepts>
 #include <initializer_list>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -44,60 +45,116 @@ class Steps : public std::vector<Step> {
 class Seat {
  public:
   explicit Seat(platform::User& user) { platform::Machine::Current().desk().Attach(&user); }
-  ~Seat();
+  ~Seat() {
+    Desk& desk = platform::Machine::Current().desk();
+    desk.Attach(nullptr);
+    EXPECT_EQ(desk.ModalDepth(), 0);
+  }
   Seat(const Seat&) = delete;
   Seat& operator=(const Seat&) = delete;
 };
 
-// A person who does steps, seated for the time of a scope; fails the test when one is left over, or
-// when a window was still open after the last.
-class Follower {
- public:
-  explicit Follower(Steps steps) : user_(std::move(steps)) {}
-  ~Follower();
-
- private:
-  platform::ScriptedUser user_;
-  Seat seat_{user_};
-};
-
-// Calls something while a person does the steps, and answers its result.
+// Calls something while a person does the steps, and answers its result; fails the test when one is
+// left over, or when a window was still open after the last.
 template <typename Call>
 auto Follow(Steps steps, Call call) {
-  const Follower follower(std::move(steps));
+  struct Follower {
+    ~Follower() {
+      EXPECT_EQ(user.Problem(), "");
+      EXPECT_TRUE(user.Finished());
+    }
+    platform::ScriptedUser user;
+    Seat seat{user};
+  };
+  const Follower follower{platform::ScriptedUser(std::move(steps))};
   return call();
 }
 
 // ---- doing ----
-Step Click(int id);  // buttons, check boxes, radio buttons; the buttons of message boxes
-Step Select(int id, int index);
-Step Select(int id, std::u16string item);
-Step Replace(int id, std::u16string text);  // types over what an edit holds
-Step Type(int id, std::u16string text);     // behind what it holds; it may take some of it back
-Step Paste(int id, std::u16string text);    // over what it holds, in one change
-Step Spin(int id, int steps);
-Step Focus(int id);
-Step Key(int virtualKey);
-Step Tab(bool back = false);
-Step Enter();
-Step Escape();
-Step AccessKey(char16_t letter);
-Step Close();  // by the window's close box
-Step GoTo(int tab);
-Step PressOk();
-Step PressCancel();
-// A message box with this text, style and caption is on top; one of its buttons closes it.
-Step CloseMessage(std::u16string text, UINT style, std::u16string caption, int button = IDOK);
+// A thing that a person does at the desk and can do; what it is told with names it.
+template <typename... Parameters, typename... Arguments>
+Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
+  return [=](Desk& desk) {
+    EXPECT_TRUE((desk.*does)(arguments...))
+        << what << testing::PrintToString(std::tuple(arguments...));
+  };
+}
+// Buttons, check boxes, radio buttons; the buttons of message boxes.
+inline Step Click(int id) { return Do("click", &Desk::Click, id); }
+inline Step Select(int id, int index) { return Do<int, int>("select", &Desk::Select, id, index); }
+inline Step Select(int id, std::u16string item) {
+  return Do<int, std::u16string_view>("select", &Desk::Select, id, item);
+}
+// Types over what an edit holds.
+inline Step Replace(int id, std::u16string text) { return Do("replace", &Desk::Replace, id, text); }
+// Types behind what it holds; it may take some of it back.
+inline Step Type(int id, std::u16string text) { return Do("type", &Desk::Type, id, text); }
+// Over what it holds, in one change.
+inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste, id, text); }
+inline Step Spin(int id, int steps) { return Do("spin", &Desk::Spin, id, steps); }
+inline Step Focus(int id) { return Do("focus", &Desk::Focus, id); }
+inline Step Key(int virtualKey) { return Do("key", &Desk::Key, virtualKey); }
+inline Step Tab(bool back = false) { return Do("tab", &Desk::Tab, back); }
+inline Step Enter() { return Do("Enter", &Desk::Enter); }
+inline Step Escape() { return Do("Esc", &Desk::Escape); }
+inline Step AccessKey(char16_t letter) { return Do("access key", &Desk::AccessKey, letter); }
+// By the window's close box.
+inline Step Close() { return Do("close", &Desk::Close); }
+inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }
+inline Step PressOk() { return Do("OK", &Desk::Press, platform::SheetButton::kOk); }
+inline Step PressCancel() { return Do("Cancel", &Desk::Press, platform::SheetButton::kCancel); }
 
 // ---- seeing ----
-Step ExpectText(int id, std::u16string text);
-Step ExpectEnabled(std::vector<int> ids, bool enabled = true);
-Step ExpectChecked(std::vector<int> ids, bool checked = true);
-Step ExpectSelected(int id, int index);
-Step ExpectItems(int id, std::vector<std::u16string> items);
-Step ExpectRange(int spin, int minimum, int maximum, int position);
-Step ExpectFocus(int id);
-Step ExpectTitle(std::u16string title);
-Step ExpectChanged(bool changed);  // whether some page has marked the sheet changed
+// A message box with this text, style and caption is on top; one of its buttons closes it.
+inline Step CloseMessage(std::u16string text, UINT style, std::u16string caption,
+                         int button = IDOK) {
+  return [=](Desk& desk) {
+    EXPECT_TRUE(desk.IsMessageBox());
+    EXPECT_EQ(desk.MessageText(), text);
+    EXPECT_EQ(desk.MessageStyle(), style);
+    EXPECT_EQ(desk.Title(), caption);
+    EXPECT_TRUE(desk.Click(button));
+  };
+}
+inline Step ExpectText(int id, std::u16string text) {
+  return [=](Desk& desk) { EXPECT_EQ(desk.Text(id), text) << "control " << id; };
+}
+inline Step ExpectFocus(int id) {
+  return [=](Desk& desk) { EXPECT_EQ(desk.FocusedId(), id); };
+}
+inline Step ExpectTitle(std::u16string title) {
+  return [=](Desk& desk) { EXPECT_EQ(desk.Title(), title); };
+}
+// Whether some page has marked the sheet changed.
+inline Step ExpectChanged(bool changed) {
+  return [=](Desk& desk) { EXPECT_EQ(desk.Windows().back().changed, changed); };
+}
+// A member of each control's view is this.
+template <typename Value>
+Step ExpectEach(std::vector<int> ids, Value platform::ControlView::*member, Value value) {
+  return [=](Desk& desk) {
+    for (int id : ids) EXPECT_EQ(desk.Control(id).*member, value) << "control " << id;
+  };
+}
+inline Step ExpectEnabled(std::vector<int> ids, bool enabled = true) {
+  return ExpectEach(ids, &platform::ControlView::enabled, enabled);
+}
+inline Step ExpectChecked(std::vector<int> ids, bool checked = true) {
+  return ExpectEach(ids, &platform::ControlView::checked, checked);
+}
+inline Step ExpectSelected(int id, int index) {
+  return ExpectEach({id}, &platform::ControlView::selection, index);
+}
+inline Step ExpectItems(int id, std::vector<std::u16string> items) {
+  return ExpectEach({id}, &platform::ControlView::items, items);
+}
+inline Step ExpectRange(int spin, int minimum, int maximum, int position) {
+  return [=](Desk& desk) {
+    const auto control = desk.Control(spin);
+    EXPECT_EQ(std::tuple(control.minimum, control.maximum, control.position),
+              std::tuple(minimum, maximum, position))
+        << "control " << spin;
+  };
+}
 
 }  // namespace support

@@ -8,13 +8,14 @@
 #include <winspool.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/desk.h"
 #include "platform/machine.h"
-#include "tests/support/names.h"
+#include "tests/support/settings.h"
 
 namespace support {
 
@@ -24,38 +25,53 @@ std::vector<ULONG_PTR> Words(T... values) {
   return {(ULONG_PTR)(values)...};
 }
 
-#define EACH_EXPORT(use)                                                                       \
-  use(DrvPrinterEvent) use(DrvUpgradePrinter) use(DevQueryPrint) use(DevQueryPrintEx)          \
-      use(DrvDocumentEvent) use(DrvQueryJobAttributes) use(DrvQueryColorProfile)               \
-          use(DrvDocumentProperties) use(DrvAdvancedDocumentProperties) use(PrinterProperties) \
-              use(DrvConvertDevMode) use(DrvDeviceCapabilities) use(DrvSplDeviceCaps)          \
-                  use(DrvDocumentPropertySheets) use(DrvDevicePropertySheets)
+// The exports as a caller finds them in the loaded module; throws when one is missing.
+class Exports {
+ public:
+  explicit Exports(HMODULE module) : module_(module) {}
 
-// The exports as a caller finds them in the loaded module.
-struct Exports {
-#define DECLARE(name) decltype(&::name) name = nullptr;
-  EACH_EXPORT(DECLARE)
-#undef DECLARE
+ private:
+  void* Find(const char* name) const;
+  HMODULE module_;
 
-  // Looks every export up; false when one is missing.
-  bool Find(HMODULE module);
+ public:
+#define EXPORT(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Find(#name));
+  EXPORT(DrvPrinterEvent)
+  EXPORT(DrvUpgradePrinter)
+  EXPORT(DevQueryPrint)
+  EXPORT(DevQueryPrintEx)
+  EXPORT(DrvDocumentEvent)
+  EXPORT(DrvQueryJobAttributes)
+  EXPORT(DrvQueryColorProfile)
+  EXPORT(DrvDocumentProperties)
+  EXPORT(DrvAdvancedDocumentProperties)
+  EXPORT(PrinterProperties)
+  EXPORT(DrvConvertDevMode)
+  EXPORT(DrvDeviceCapabilities)
+  EXPORT(DrvSplDeviceCaps)
+  EXPORT(DrvDocumentPropertySheets)
+  EXPORT(DrvDevicePropertySheets)
+#undef EXPORT
 };
 
 // An open printer, closed at the end of its scope. Empty when it could not be opened.
 class OpenedPrinter {
  public:
-  // As the control panel opens it: with all access where the person is allowed it, else for use.
-  explicit OpenedPrinter(std::u16string name = kPrinter);
-  // With this access, 0 for none asked for.
-  OpenedPrinter(std::u16string name, ACCESS_MASK access) { Open(name, access); }
-  ~OpenedPrinter();
+  // With this access, 0 for none asked for. Without one as the control panel opens it: with all
+  // access where the person is allowed it, else for use.
+  explicit OpenedPrinter(std::u16string name = kPrinter, std::optional<ACCESS_MASK> access = {}) {
+    PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access.value_or(PRINTER_ALL_ACCESS)};
+    const bool opened = OpenPrinterW(name.data(), &handle_, access == 0u ? nullptr : &defaults);
+    if (!opened && !access) OpenPrinterW(name.data(), &handle_, nullptr);
+  }
+  ~OpenedPrinter() {
+    if (handle_ != nullptr) ClosePrinter(handle_);
+  }
   OpenedPrinter(const OpenedPrinter&) = delete;
   OpenedPrinter& operator=(const OpenedPrinter&) = delete;
   operator HANDLE() const { return handle_; }
 
  private:
-  bool Open(std::u16string& name, ACCESS_MASK access);
-
   HANDLE handle_ = nullptr;
 };
 
@@ -64,16 +80,15 @@ class OpenedPrinter {
 // handle, key, module or heap, no block.
 class MachineTest : public testing::Test {
  protected:
-  void SetUp() override;
-  void TearDown() override;
+  MachineTest();
+  ~MachineTest() override;
 
   platform::Machine& machine() { return *machine_; }
   platform::Desk& desk() { return machine_->desk(); }
 
   std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
-  HMODULE module_ = nullptr;
+  HMODULE module_;
   Exports exports_;
-  bool expectNothingLeft_ = true;
 };
 
 }  // namespace support

@@ -1,0 +1,315 @@
+// Backup files: what is written, byte for byte, what is read from which lines, and what remains
+// when the disk fails.
+#include "driver/halftone_info.h"
+#include "fonts/barcode_kinds.h"
+#include "fonts/barcode_param.h"
+#include "operation/device_settings.h"
+#include "tests/files/backup_fixture.h"
+
+namespace kestrel::test {
+namespace {
+
+using support::At;
+using support::BytesOf;
+using support::Put;
+
+constexpr char16_t kNotABackup[] = u"このファイルは|";
+constexpr char16_t kWrongVersion[] = u"ファイルのバー|";
+constexpr char16_t kFontWarning[] = u"読み込んだクリ|";
+
+void Fill(void* record, size_t from, size_t end, size_t seed) {
+  for (size_t at = from; at < end; at += 2) Put(record, at, static_cast<int16_t>(seed + at * 161));
+}
+
+TEST_F(BackupTest, EverythingIsSavedByteForByteAndComesBackInAnotherPrinter) {
+  block_.Printer.PaperNum = 12;
+  for (size_t i = 0; i < 12; ++i) {
+    PaperInfo& paper = block_.Printer.Papers[i];
+    Fill(&paper, 128, 152, i * 4000);
+    paper.UserDef = 1;
+    // 63 bytes in code page 932, in half-width and in full-width characters.
+    const std::u16string name = i == 0       ? u"ﾗﾍﾞﾙ 髙 ソ=;[x]"
+                                : i % 2 != 0 ? std::u16string(63, u'ｿ')
+                                             : std::u16string(31, u'表') + u'x';
+    std::fill_n(paper.PaperName, 64, u'\0');
+    name.copy(paper.PaperName, 63);
+  }
+  Fill(&block_, 382, 404, 0);
+  Fill(&block_, 406, 440, 0);
+  Fill(&block_, 3658, 3790, 0);
+  block_.Record.Private.nTSMode = 255;
+  fonts_.DecoFontNum = 2;
+  fonts_.BarFontNum = 20;
+  for (size_t i = 0; i < 2; ++i) {
+    std::fill_n(deco_[i].FontName, 31, i == 0 ? u'亜' : u'哀');
+    std::copy_n(deco_[i].FontName, 32, deco_[i].Deco.DecoFontName);
+    std::u16string(u"ＭＳ ゴシック 24").copy(deco_[i].Deco.ResiFontName, 31);
+    Fill(&deco_[i], 194, 232, i * 1000);
+  }
+  for (size_t i = 0; i < 20; ++i) {
+    FontRecord& font = bar_[i];
+    font.FontKind = kBarcodeFont;
+    std::fill_n(font.FontName, 31, u'ﾊ');
+    std::copy_n(font.FontName, 32, font.Bar.BarFontName);
+    Fill(&font, 130, 146, i * 3000);
+    // The last has a kind that nobody knows.
+    font.Bar.BarcodeKind = i < kBarcodeKindCount ? BarcodeKinds()[i].id : uint16_t{7};
+    for (const BarcodeField& field : BarcodeFields(font.Bar.BarcodeKind)) {
+      const bool word = field.type == BarcodeFieldType::kWord;
+      const int end = field.width - (field.type == BarcodeFieldType::kTerminatedText ? 1 : 0);
+      for (int at = field.offset; at < field.offset + end; ++at) {
+        font.Bar.BarcodeParam[at] = static_cast<uint8_t>(word ? at : '0' + at % 10);
+      }
+    }
+  }
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(Shown(), u"");
+  EXPECT_EQ(FromCp932(Bytes()), FromCp932(support::Golden("everything.ini")));
+
+  DriverSettingsBlock block = support::DefaultBlock();
+  block.Printer.HeadDensity = 305;
+  block.Printer.Mecha = 2;
+  std::swap(block, block_);
+  const std::vector<FontRecord> deco = std::exchange(deco_, {}), bar = std::exchange(bar_, {});
+  fonts_.DecoFonts = (deco_ = std::vector<FontRecord>(kFontCapacity)).data();
+  fonts_.BarFonts = (bar_ = std::vector<FontRecord>(kFontCapacity)).data();
+  fonts_.DecoFontNum = fonts_.BarFontNum = 0;
+  ASSERT_TRUE(Load());
+  EXPECT_EQ(Shown(), kFontWarning);
+  block.Printer.HeadDensity = 305;
+  block.Printer.Mecha = 2;
+  EXPECT_EQ(BytesOf(block_), BytesOf(block));
+  EXPECT_EQ(support::Words(fonts_.DecoFontNum, fonts_.BarFontNum), support::Words(2, 20));
+  for (size_t i = 0; i < kFontCapacity; ++i) {
+    EXPECT_EQ(BytesOf(deco_[i]), BytesOf(deco[i])) << i;
+    EXPECT_EQ(BytesOf(bar_[i]), BytesOf(bar[i])) << i;
+  }
+}
+
+// What a save finds: sections of its own with other keys, sections of others, papers behind the
+// count. A name with a line's end does not break out of its line.
+TEST_F(BackupTest, ASaveClearsItsOwnSectionsAndNoOther) {
+  Write(
+      u"; 注釈\r\n[other]\r\nkey=1\r\n[ﾊﾞｰｼﾞｮﾝ情報]\r\nForeign=x\r\nFileVersion=0001\r\n"
+      u"[ﾄﾞﾗｲﾊﾞ情報]\r\nForeign=x\r\nPaperID=9\r\n[用紙登録数]\r\nPaperNum=8\r\nForeign=x\r\n"
+      u"[PAPER00]\r\nForeign=x\r\n[PAPER05]\r\nPaperName=five\r\n[同期印刷]\r\nForeign=x\r\n");
+  auto& printer = block_.Printer;
+  printer.PaperNum = 2;
+  printer.Papers[1] = printer.Papers[2] = printer.Papers[0];
+  std::u16string(u"a\r\n[用紙登録数]\r\nPaperNum=20").copy(printer.Papers[1].PaperName, 63);
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(FromCp932(Bytes()), FromCp932(support::Golden("kept.ini")));
+  EXPECT_EQ(printer.Papers[2].PaperName[0], 0) << "entries behind the count are cleared";
+  EXPECT_NE(printer.Papers[1].PaperName[0], 0);
+}
+
+TEST_F(BackupTest, SectionsFollowTheMask) {
+  for (const unsigned mask : {0u, BACKUP_PAPERS, BACKUP_FONTS, BACKUP_DRIVER_INFO}) {
+    std::filesystem::remove(machine().HostPath(kFile));
+    EXPECT_TRUE(Transfer(TransferDirection::kSave, kFile, mask));
+    const std::u16string text = FromCp932(Bytes());
+    const auto has = [&](const char16_t* section) { return text.find(section) != text.npos; };
+    EXPECT_EQ((has(u"[用紙登録数]") ? BACKUP_PAPERS : 0) |
+                  (has(u"[装飾ﾌｫﾝﾄ登録数]") ? BACKUP_FONTS : 0) |
+                  (has(u"[ﾊｰﾌﾄｰﾝ情報]") ? BACKUP_DRIVER_INFO : 0),
+              mask);
+    EXPECT_TRUE(text.ends_with(u"[同期印刷]\r\nSYNC=0\r\n"));
+  }
+}
+
+TEST_F(BackupTest, PathsHaveAFormInCodePage932) {
+  std::filesystem::create_directories(machine().HostPath(u"C:\\data\\表"));
+  EXPECT_TRUE(Save(u"C:\\data\\表\\能.ini"));
+  EXPECT_EQ(Bytes(u"C:\\data\\表\\能.ini"), Golden());
+  EXPECT_TRUE(Load(u"C:\\data\\表\\能.ini"));
+  for (const std::u16string& none :
+       {std::u16string(u"한.ini"), std::u16string(u"C:\\nowhere\\a.ini"),
+        std::u16string(250, u'あ') + u".ini"})
+    EXPECT_FALSE(Save(none.c_str()));
+}
+
+// The disk is full from the n-th write on, or one write fails alone: the file holds what was
+// written by then, or all but that. Behind the driver's own keys, whose failure alone ends a save,
+// a few writes will do.
+TEST_F(BackupTest, AFullDiskLeavesAFileThatCanBeRead) {
+  const auto before = BytesOf(block_);
+  const std::string golden = Golden();
+  const size_t needed = golden.find(ToCp932(u"[ﾌﾘｰｻｲｽﾞ用紙]"));
+  int failed = 0;
+  for (const bool once : {false, true}) {
+    bool struck = true;
+    for (int n = 1; struck; n += n > 60 ? 100 : once ? 7 : 1) {
+      SCOPED_TRACE(n);
+      machine().WriteFile(kFile, "");
+      once ? machine().faults.FailNth(platform::Fault::kFile, n)
+           : machine().faults.FailFrom(platform::Fault::kFile, n);
+      const bool saved = Save();
+      struck = machine().faults.Struck(platform::Fault::kFile);
+      machine().faults.Clear();
+      const std::string text = Bytes();
+      const auto same = static_cast<size_t>(std::ranges::mismatch(text, golden).in1 - text.begin());
+      EXPECT_TRUE(golden.ends_with(text.substr(same))) << text;
+      EXPECT_TRUE(same == text.size() || once);
+      EXPECT_TRUE(text.empty() || text.ends_with("\r\n"));
+      EXPECT_EQ(saved, text.size() >= needed);
+      EXPECT_EQ(BytesOf(block_), before);
+      for (const auto& entry : std::filesystem::directory_iterator(machine().HostPath(u"C:\\data")))
+        EXPECT_EQ(entry.path().filename(), "a.ini") << "something was left beside the file";
+      failed += !saved;
+    }
+  }
+  EXPECT_GE(failed, 20);
+}
+
+// A disk that fails while a file is read: the load fails, or reads what it can.
+TEST_F(BackupTest, ALoadFromAFailingDiskWritesNothing) {
+  machine().WriteFile(kFile, Golden());
+  bool struck = true;
+  for (int n = 1; struck; n += n < 20 ? 1 : 17) {
+    machine().faults.FailNth(platform::Fault::kFile, n);
+    const bool loaded = Load();
+    struck = machine().faults.Struck(platform::Fault::kFile);
+    machine().faults.Clear();
+    EXPECT_TRUE(loaded || struck);
+    EXPECT_LE(block_.Printer.PaperNum, 1);
+    EXPECT_EQ(Bytes(), Golden());
+  }
+}
+
+TEST_F(BackupTest, ForeignFilesAreRefused) {
+  const std::pair<const char16_t*, const char16_t*> cases[] = {
+      {u"", kNotABackup},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\n; FileVersion=0003\r\n[x]\r\na=1\r\n", kNotABackup},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nOther=1\r\n", kWrongVersion},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nFileVersion=3\r\n", kWrongVersion},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nFileVersion=0004\r\n", kWrongVersion},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nFileVersion=00030\r\n", kWrongVersion},
+      {u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nFileVersion=0003\r\n", u""},  // no driver keys: no message either
+  };
+  const auto before = BytesOf(block_);
+  for (const auto& [text, shown] : cases) {
+    Write(text);
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(Shown(), shown) << ToCp932(text);
+  }
+  std::filesystem::create_directories(machine().HostPath(u"C:\\data\\folder.ini"));
+  for (const char16_t* none :
+       {u"C:\\data\\none.ini", u"C:\\none\\a.ini", u"C:\\data\\folder.ini"}) {
+    EXPECT_FALSE(Load(none));
+    EXPECT_EQ(Shown(), kNotABackup);
+  }
+  EXPECT_EQ(BytesOf(block_), before);
+  EXPECT_EQ(ReadSyncPrint(kPrinter), 0u);
+}
+
+TEST_F(BackupTest, LinesAreReadByTheirRules) {
+  for (const std::string& row : support::GoldenRows("lines.txt")) {
+    SCOPED_TRACE(row);
+    const size_t first = row.find(" |"), second = row.find("| ", first + 2);
+    std::string line = row.substr(0, first), instead = row.substr(first + 2, second - first - 2);
+    for (size_t at; (at = instead.find('/')) != std::string::npos;) instead.replace(at, 1, "\r\n");
+    if (instead == " ") instead.clear();
+    WriteDefaultsWith({{platform::ToUtf16(line + "\r\n"), platform::ToUtf16(instead)}});
+    std::istringstream outcome(row.substr(second + 2));
+    size_t offset;
+    std::string told;
+    outcome >> offset >> told;
+    const bool refused = told == "refused", kept = refused || told == "kept";
+    const int value = kept ? 98 : std::stoi(told);
+    Put<int16_t>(&block_, offset, 98);
+    WriteSyncPrint(kPrinter, value == 0);
+    EXPECT_EQ(Load(), !refused);
+    EXPECT_EQ(Shown(), u"");
+    EXPECT_EQ(At<uint16_t>(&block_, offset), static_cast<uint16_t>(value));
+    EXPECT_TRUE(offset != 434 || ReadSyncPrint(kPrinter) == (value != 0));
+  }
+  machine().SetRegistryAccess(true, false);
+  WriteDefaultsWith({{u"SYNC=0", u"SYNC=1"}});
+  EXPECT_TRUE(Load()) << "the registry does not decide";
+}
+
+TEST_F(BackupTest, CountsDecideWhatIsRead) {
+  struct Case {
+    const char16_t* value;
+    int papers, fonts;
+  };
+  for (const Case& c : {Case{u"0", 0, 0},
+                        {u"20", 20, 20},
+                        {u"25", 20, 25},
+                        {u"80", 20, 70},
+                        {u"-1", 0, 0},
+                        {u"70000", 20, 70},
+                        {u"65537", 1, 1},
+                        {u"", 5, 3}}) {  // as they were
+    SCOPED_TRACE(ToCp932(c.value));
+    const std::u16string value = c.value;
+    WriteDefaultsWith({{u"PaperNum=1", u"PaperNum=" + value},
+                       {u"DecoFontNum=0", u"DecoFontNum=" + value},
+                       {u"BarFontNum=0", u"BarFontNum=" + value}});
+    block_ = support::DefaultBlock();
+    block_.Printer.PaperNum = 5;
+    for (PaperInfo& paper : block_.Printer.Papers) paper = block_.Printer.Papers[0];
+    fonts_.DecoFontNum = fonts_.BarFontNum = 3;
+    for (int i = 0; i < kFontCapacity; ++i) deco_[i].Deco.Size = bar_[i].Bar.Mode = 5;
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(support::Words(block_.Printer.PaperNum, fonts_.DecoFontNum, fonts_.BarFontNum),
+              support::Words(c.papers, c.fonts, c.fonts));
+    EXPECT_EQ(Shown(), c.fonts > 0 ? kFontWarning : u"");
+    for (int i = 0; i < kFontCapacity; ++i) {
+      EXPECT_EQ(support::Words(deco_[i].Deco.Size, bar_[i].Bar.Mode, bar_[i].FontKind),
+                i < c.fonts ? support::Words(5, 5, kBarcodeFont) : support::Words(0, 0, 0));
+    }
+    // A paper without its section loses its name and keeps its sizes; those behind are cleared.
+    for (int i = 0; i < kPaperCapacity; ++i) {
+      const PaperInfo& paper = block_.Printer.Papers[i];
+      EXPECT_EQ(paper.PaperName[0], i == 0 && c.papers > 0 ? u'S' : 0) << i;
+      EXPECT_EQ(paper.LabelWidth, i < c.papers ? 580 : 0) << i;
+    }
+  }
+}
+
+TEST_F(BackupTest, DecorativeFontsEndAtAMissingKeyAndBarcodeFontsDoNot) {
+  WriteDefaultsWith(
+      {{u"DecoFontNum=0",
+        u"DecoFontNum=2\r\n[DECOFONT00]\r\nDecoFontName=甲\r\nResiFontName=X20\r\nDecorate=9\r\n"
+        u"SizeX=8\r\n[DECOFONT01]\r\nResiFontName=X21\r\nDecorate=9"},
+       {u"BarFontNum=0",
+        u"BarFontNum=1\r\n[BARFONT00]\r\nBarFontName=乙\r\nBarcodeKind=1900\r\nActiveData=4\r\n"
+        u"BarcodeID=6\r\nZipSize=2\r\nZipCode=12345678901234567890\r\nHeight=5"}});
+  for (FontRecord& font : deco_) {
+    std::fill_n(font.FontName, 3, u'q');
+    std::fill_n(font.Deco.DecoFontName, 3, u'q');
+    std::fill_n(font.Deco.ResiFontName, 3, u'r');
+    font.Deco.Decorate = font.Deco.Size = 1;
+    font.Deco.SizeX = 2;
+  }
+  bar_[0].Bar.PrintNum = 3;
+  ASSERT_TRUE(Load());
+  const auto& [first, second] = std::pair(deco_[0].Deco, deco_[1].Deco);
+  EXPECT_EQ(std::u16string(deco_[0].FontName, 3), std::u16string(u"甲\0\0", 3));
+  EXPECT_EQ(first.ResiFontName, std::u16string(u"X20"));
+  EXPECT_EQ(support::Words(first.Decorate, first.Size, first.SizeX), support::Words(9, 1, 2));
+  EXPECT_EQ(support::Words(deco_[1].FontName[0], second.DecoFontName[0], second.ResiFontName[0]),
+            support::Words(0, 0, u'r'));
+  const BarFontInfo& bar = bar_[0].Bar;
+  EXPECT_EQ(bar_[0].FontName, std::u16string(u"乙"));
+  EXPECT_EQ(support::Words(bar_[0].FontKind, bar.ActiveData, bar.PrintNum, bar.BarcodeParam[0]),
+            support::Words(kBarcodeFont, 4, 3, 6));
+  for (const BarcodeField& field : BarcodeFields(1900)) {
+    if (field.type != BarcodeFieldType::kTerminatedText) continue;
+    const auto* zip = reinterpret_cast<const char*>(bar.BarcodeParam + field.offset);
+    EXPECT_EQ(std::string(zip), std::string("12345678901234567890").substr(0, field.width - 1u));
+  }
+}
+
+TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {
+  fonts_ = {};
+  EXPECT_TRUE(Save());
+  EXPECT_EQ(Bytes(), Golden());
+  WriteDefaultsWith({{u"DecoFontNum=0", u"DecoFontNum=3"}});
+  EXPECT_TRUE(Load());
+  EXPECT_EQ(fonts_.DecoFontNum, 0);
+}
+
+}  // namespace
+}  // namespace kestrel::test
