@@ -1,3 +1,4 @@
+// What is done to the tables of a session and what they hold afterwards: golden/item_tables.txt.
 #include "sheets/item_tables.h"
 
 #include <gtest/gtest.h>
@@ -13,125 +14,110 @@
 namespace kestrel {
 namespace {
 
-// What is done to the tables of a session, and what they hold afterwards: golden/item_tables.txt.
 class ItemTablesTest : public testing::Test {
  protected:
-  // A session with pages of these kinds.
-  void Begin(std::initializer_list<int> kinds, TableBases bases = {}) {
-    session = std::make_unique<DriverUiData>();
-    for (int kind : kinds) session->pages[session->pageCount++].kind = kind;
-    session->bases = bases;
-    ASSERT_TRUE(AllocateItemTables(*session));
-    tables = &session->tables;
-    told << "\n";
-  }
-  void End() {
-    const auto tell = [&](const char* name, const auto& table) {
-      told << name << ' ' << table.used << '/' << table.capacity << ", " << table.calls
-           << " calls\n";
-    };
-    tell("items", tables->items), tell("types", tables->types), tell("params", tables->params);
-    tell("texts", tables->texts), tell("halftones", tables->halftones);
-    tell("boxes", tables->checkBoxes), tell("pushes", tables->pushes);
-    HeapDestroy(session->tableHeap);
-  }
+  ~ItemTablesTest() override { HeapDestroy(session.tableHeap); }
+
   // The error, which then is none again.
-  void Error() { told << "error " << std::exchange(session->tableError, 0) << "\n"; }
+  void Error() { told << "error " << std::exchange(session.tableError, 0) << "\n"; }
+  template <typename T>
+  void Tell(const FixedTable<T>& table) {
+    told << table.used << '/' << table.capacity << " calls " << table.calls << ", ";
+  }
+  std::string Text(const WCHAR* at) {
+    if (IS_INTRESOURCE(at)) return "#" + std::to_string(reinterpret_cast<ULONG_PTR>(at));
+    return '"' + platform::ToUtf8(at) + "\" at " + std::to_string(at - tables.texts.start);
+  }
   void Tell(const OPTITEM& item) {
     EXPECT_EQ(item.cbSize, sizeof item);
-    const auto text = [&](const WCHAR* at) {
-      if (IS_INTRESOURCE(at)) return "#" + std::to_string(reinterpret_cast<ULONG_PTR>(at));
-      return '"' + platform::ToUtf8(at) + "\" in " +
-             std::to_string((at - tables->texts.start) / session->bases.textLength);
-    };
-    told << "level " << int{item.Level} << ", flags " << item.Flags << ", name " << text(item.pName)
+    told << "level " << int{item.Level} << ", flags " << item.Flags << ", name " << Text(item.pName)
          << ", sel " << item.Sel << ", help " << item.HelpIndex << ", id " << int{item.DMPubID};
     if (item.pOptType) told << ", type flags " << int{item.pOptType->Flags};
-    if (item.pExtPush && item.Flags & OPTIF_EXT_IS_EXTPUSH) {
+    if (item.Flags & OPTIF_EXT_IS_EXTPUSH) {
       const EXTPUSH& push = *item.pExtPush;
       EXPECT_EQ(push.cbSize, sizeof push);
-      told << ", push " << push.Flags << ' ' << text(push.pTitle) << ' ' << push.IconID;
+      told << ", push " << push.Flags << ' ' << Text(push.pTitle) << ' ' << push.IconID;
     } else if (item.pExtChkBox) {
       const EXTCHKBOX& box = *item.pExtChkBox;
       EXPECT_EQ(box.cbSize, sizeof box);
-      told << ", box " << box.Flags << ' ' << text(box.pTitle) << ' ' << text(box.pSeparator) << ' '
-           << text(box.pCheckedName) << ' ' << box.IconID;
+      told << ", box " << box.Flags << ' ' << Text(box.pTitle) << ' ' << Text(box.pSeparator) << ' '
+           << Text(box.pCheckedName) << ' ' << box.IconID;
     }
     told << "\n";
   }
 
   std::unique_ptr<platform::Machine> machine = platform::Machine::Create();
-  std::unique_ptr<DriverUiData> session;
-  OptItemTables* tables;
+  const std::unique_ptr<DriverUiData> owner = std::make_unique<DriverUiData>();
+  DriverUiData& session = *owner;
+  OptItemTables& tables = session.tables;
   std::ostringstream told;
 };
 
 TEST_F(ItemTablesTest, HoldWhatIsAddedAndTellOfTheFirstError) {
-  Begin({kPageDocumentSet, 5, 5, kPageTreeView, 5, 5, 5, 5});
-  for (BYTE id = 100; id < 107; ++id) AddPageHeaderItem(*session, id);
-  EXPECT_FALSE(ReportTableError(*session));
-  for (int i = 0; i < 6; ++i) Tell(tables->items.start[i]);
-  told << "later adds and changes do nothing but count\n";
-  AddOptItem(*session, {});
-  EXPECT_EQ(AddItemText(*session, TEXT("text")), nullptr);
-  EXPECT_EQ(AddExtCheckBox(*session, {}), nullptr);
-  EXPECT_EQ(AddExtPush(*session, {}), nullptr);
-  SetItemState(*session, 99, 0, 0);
+  for (int kind : {kPageDocumentSet, kPageOwnDialog, kPageTreeView, kPageOwnDialog})
+    session.pages[session.pageCount++].kind = kind;
+  session.bases = {3, 2, 2, 5, 1, 1, 1, 8};
+  ASSERT_TRUE(AllocateItemTables(session));
+  for (BYTE id = 100; id < 102; ++id) AddPageHeaderItem(session, id);
+  for (int i = 0; i < 2; ++i) Tell(tables.items.start[i]);
+  tables.owedParams = 1;
+  AddOptItem(session, {});
   Error();
-  End();
+  tables.owedParams = 0;
 
-  Begin({5}, {3, 2, 2, 5, 1, 1, 1, 8});
   const LPWSTR id = MAKEINTRESOURCEW(64734);
   const CheckBoxDescription box = {ECBF_CHECKNAME_AT_FRONT, TEXT("box"), nullptr, id, 11};
   const PushDescription push = {EPF_NO_DOT_DOT_DOT, TEXT("1234567"), 12};
-  Tell(ComposeItem(*session, {2, id, 33, &box, nullptr}, 9, kGivenSelection, 5));
-  Tell(ComposeItem(*session, {1, TEXT("123456789"), 0, nullptr, &push}, 9, kItemWithoutType, 5));
-  EXPECT_EQ(AddItemText(*session, nullptr), tables->texts.start + 32);
-  EXPECT_EQ(AddItemText(*session, TEXT("one more")), nullptr);
-  EXPECT_EQ(AddItemText(*session, id), id) << "a resource id needs no slot";
+  Tell(ComposeItem(session, {2, id, 33, &box, nullptr}, 9, kGivenSelection, 5));
+  Tell(ComposeItem(session, {1, TEXT("123456789"), 0, nullptr, &push}, 9, kItemWithoutType, 5));
+  told << Text(AddItemText(session, nullptr)) << "\n";
+  EXPECT_EQ(AddItemText(session, TEXT("one more")), nullptr);
+  EXPECT_EQ(AddItemText(session, id), id) << "a resource id needs no slot";
   Error();
-  EXPECT_EQ(AddExtPush(*session, push), nullptr);
+  EXPECT_EQ(AddExtPush(session, push), nullptr);
   Error();
-  EXPECT_EQ(AddExtCheckBox(*session, box), nullptr);
+  EXPECT_EQ(AddExtCheckBox(session, box), nullptr);
   Error();
+
   told << "states of the first item with an id, with a type and without\n";
-  tables->types.start[0].Type = TVOT_COMBOBOX;
+  tables.types.start[0].Type = TVOT_COMBOBOX;
   for (const BYTE publicId : {BYTE{50}, BYTE{50}, BYTE{51}}) {
-    OPTITEM item = ComposeItem(*session, {1, id, 0, nullptr, nullptr}, publicId, kNoSelection, 0);
+    OPTITEM item = ComposeItem(session, {1, id, 0, nullptr, nullptr}, publicId, kNoSelection, 7);
     if (publicId == 51) item.pOptType = nullptr;
-    AddOptItem(*session, item);
+    AddOptItem(session, item);
   }
-  const OPTITEM* items = tables->items.start;
+  const OPTITEM* items = tables.items.start + 2;
   for (const unsigned state : {0x0u, 0x2u, 0x8u, 0x20u, 0x40u, 0x200u}) {
-    SetItemState(*session, 50, 3, state);
+    SetItemState(session, 50, 3, state);
     Tell(items[0]);
   }
-  tables->types.start[0].Type = TVOT_EDITBOX;
-  SetItemState(*session, 50, 4, 0);
-  for (int i = 0; i < 2; ++i) Tell(items[i]);
-  SetItemState(*session, 51, 4, 0x202);
+  tables.types.start[0].Type = TVOT_EDITBOX;
+  SetItemState(session, 50, 4, 0);
+  SetItemState(session, 51, 4, 0x202);
   Error();
-  Tell(items[2]);
-  SetItemState(*session, 52, 0, 0);
+  for (int i = 0; i < 3; ++i) Tell(items[i]);
+  SetItemState(session, 52, 0, 0);
   Error();
-  for (tables->owedParams = 1; tables->owedParams >= 0; --tables->owedParams) {
-    AddOptItem(*session, {});
-    Error();
-  }
 
-  told << "each error has a text\n";
-  tables->types.calls = 22;
-  tables->params.calls = 33;
-  tables->halftones.calls = 55;
-  machine->desk().ClearShown();
+  told << "later adds and changes do nothing but count\n";
+  for (int i = 0; i < 2; ++i) AddOptItem(session, {});
+  AddItemText(session, TEXT("text"));
+  AddExtCheckBox(session, {});
+  AddExtPush(session, {});
+  SetItemState(session, 50, 5, 0);
+  Tell(items[0]);
+  tables.types.calls = 22;
+  tables.params.calls = 33;
+  tables.halftones.calls = 55;
+  Tell(tables.items), Tell(tables.types), Tell(tables.params), Tell(tables.texts);
+  Tell(tables.halftones), Tell(tables.checkBoxes), Tell(tables.pushes), Error();
   for (int error : {1, 2, 3, 4, 5, 6, 7, 8, 9, 77, 256}) {
-    session->tableError = error;
-    EXPECT_FALSE(ReportTableError(*session));
+    session.tableError = error;
+    EXPECT_FALSE(ReportTableError(session));
   }
   for (const auto& shown : machine->desk().History()) {
     told << platform::ToUtf8(shown.caption + u": " + shown.text) << ' ' << shown.style << "\n";
   }
-  End();
   EXPECT_EQ(told.str(), support::Golden("item_tables.txt"));
 }
 

@@ -17,20 +17,6 @@ using support::SheetKind;
 
 class OpenSheets : public support::SheetTest {};
 
-// Goes through all pages as far as they open, presses OK and closes whatever is left open.
-class Visitor : public platform::User {
- public:
-  bool Act(platform::Desk& desk) override {
-    const int step = step_++;
-    if (step < 6) return desk.Page(step) || true;
-    const bool pressed = step < 40 && desk.Press(platform::SheetButton::kOk);
-    return (pressed || desk.Escape() || desk.Close()) && step < 60;
-  }
-
- private:
-  int step_ = 0;
-};
-
 // Nothing that fails, whichever it is, makes a visit of all pages hang, crash or leave something
 // behind; what came out is whole or was not touched. The library tells of a sheet that did not open
 // as of one that was cancelled; the driver does not.
@@ -40,7 +26,13 @@ TEST_F(OpenSheets, SurviveEachFailure) {
     support::SheetAnswer answer;
     const auto visit = [&] {
       desk().ClearShown();
-      Visitor visitor;
+      platform::ScriptedUser visitor;
+      for (int tab = 0; tab < 6; ++tab) visitor.Then([=](auto& desk) { desk.Page(tab); });
+      for (int i = 0; i < 40; ++i) {
+        visitor.Then([](auto& desk) {
+          desk.Press(platform::SheetButton::kOk) || desk.Escape() || desk.Close();
+        });
+      }
       const support::Seat seat(visitor);
       answer = AskForSheet({.kind = kind});
     };

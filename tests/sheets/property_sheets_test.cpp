@@ -62,6 +62,23 @@ class PropertySheets : public support::MachineTest {
     DropPages();
     return Ask(PROPSHEETUI_REASON_DESTROY);
   }
+  // The session's description of a page for the old road.
+  void ExpectDescribed(int i) {
+    const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[3 * i + 1]);
+    EXPECT_EQ(
+        Words(sheet.cbSize, sheet.Flags, sheet.hInstCaller, *sheet.pCallerName, sheet.UserData,
+              sheet.pHelpFile, sheet.pfnCallBack, sheet.cOptItem, sheet.pOptItem->DMPubID,
+              sheet.cDlgPage, sheet.IconID, *sheet.pOptItemName, sheet.CallerVersion,
+              sheet.OptItemVersion),
+        Words(sizeof(sheet), session().permission ? CPSUIF_UPDATE_PERMISSION : 0, ModuleInstance(),
+              0, info.UserData, session().helpFile, 0, 1, 100 + i, 1, 0, 0, 0x0E01, 0));
+    EXPECT_TRUE(std::u16string_view(sheet.pHelpFile).ends_with(u"\\QM610rDRV1.HLP"));
+    const DLGPAGE& page = *sheet.pDlgPage;
+    const PageEntry& entry = session().pages[i];
+    EXPECT_EQ(Words(page.cbSize, page.Flags, page.DlgProc, page.pTabName, page.DlgTemplateID),
+              Words(sizeof(page), 0, entry.procedure, nullptr, entry.templateId));
+    EXPECT_NE(calls[3 * i + 2], 0u) << "room for the result";
+  }
   DriverUiData& session() { return *reinterpret_cast<DriverUiData*>(info.UserData); }
 
   const support::OpenedPrinter printer_;
@@ -74,41 +91,6 @@ class PropertySheets : public support::MachineTest {
                            RecordCall,   0, 0, 0};
   bool isDevice = false;
 };
-
-TEST_F(PropertySheets, HostPagesByTheOldRoadBeforeXpAndConfirmOnTheFirst) {
-  for (const bool old : {false, true}) {
-    machine().SetOs({.major = 5, .minor = old ? 0u : 1u});
-    ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
-    // What a DLL made reads alike here: its size and the place of its last member.
-    ASSERT_TRUE(IsValidUiSession(&session()));
-    ASSERT_EQ(calls.size(), 18u);
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(session().pageHandles[i], 1001 + i);
-    EXPECT_EQ(calls[15], old ? CPSFUNC_ADD_PCOMPROPSHEETUIW : CPSFUNC_ADD_HPROPSHEETPAGE);
-    if (old) {
-      const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[16]);
-      EXPECT_EQ(Words(sheet.cbSize, sheet.Flags, sheet.hInstCaller, *sheet.pCallerName,
-                      sheet.UserData, sheet.pHelpFile, sheet.pfnCallBack, sheet.cOptItem,
-                      sheet.pOptItem->DMPubID, sheet.cDlgPage, sheet.IconID, *sheet.pOptItemName,
-                      sheet.CallerVersion, sheet.OptItemVersion),
-                Words(sizeof(sheet), CPSUIF_UPDATE_PERMISSION, ModuleInstance(), 0, info.UserData,
-                      session().helpFile, 0, 1, 105, 1, 0, 0, 0x0E01, 0));
-      EXPECT_TRUE(std::u16string_view(sheet.pHelpFile).ends_with(u"\\QM610rDRV1.HLP"));
-      const DLGPAGE& page = *sheet.pDlgPage;
-      EXPECT_EQ(Words(page.cbSize, page.Flags, page.DlgProc, page.pTabName, page.DlgTemplateID),
-                Words(sizeof(page), 0, session().pages[5].procedure, nullptr, IDD_UTILITY));
-      EXPECT_NE(calls[17], 0u);
-    }
-    EXPECT_TRUE(ConfirmSheetResult(session()));
-    EXPECT_EQ(std::vector(calls.end() - 3, calls.end()), Words(CPSFUNC_SET_RESULT, 1001, CPSUI_OK));
-    refuseAt = 8;
-    EXPECT_FALSE(ConfirmSheetResult(session()));
-    session().pages[0].kind = kPageTreeView;
-    EXPECT_FALSE(ConfirmSheetResult(session()));
-    EXPECT_EQ(calls.size(), 24u);
-    refuseAt = 0;
-    End();
-  }
-}
 
 // The system's functions for activation contexts, recorded with the pages that there are meanwhile.
 struct Contexts {
@@ -190,7 +172,7 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
     way >> isDevice >> os >> std::hex >> mode >> std::dec >> result >> refuseAt >> program >>
         record;
     std::getline(way >> document.cbOut, expected);
-    machine().SetOs({.major = os});
+    machine().SetOs({.major = os / 10, .minor = os % 10});
     machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + platform::ToUtf16(program));
     document.fMode = mode;
     device.Flags = static_cast<WORD>(mode);
@@ -207,10 +189,16 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
       told += calls[i] == CPSFUNC_ADD_HPROPSHEETPAGE ? 'P' : 'S';
     if (started == 1) {
       DriverUiData& made = session();
+      // What a DLL made reads alike here: its size and the place of its last member.
+      ASSERT_TRUE(IsValidUiSession(&made));
       EXPECT_EQ(made.tableError, kTablesClosed);
       EXPECT_EQ(made.block.Record.Private.nPrintSpeed, isDevice ? 1 : 2);
       told += " " + std::to_string(made.mode) + (made.permission ? "p" : "-") +
               (made.fonts.Loaded ? "f" : "-");
+      for (size_t i = 0; i < calls.size() / 3; ++i) {
+        EXPECT_EQ(made.pageHandles[i], static_cast<LONG_PTR>(1001 + i));
+        if (calls[3 * i] == CPSFUNC_ADD_PCOMPROPSHEETUIW) ExpectDescribed(static_cast<int>(i));
+      }
       PROPSHEETUI_INFO_HEADER header = {};
       EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
       EXPECT_EQ(Words(header.Flags, header.hInst, header.IconID),
@@ -224,6 +212,16 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
       const bool copied = out.Public.dmPaperSize == kFreePaperId;  // the public fields follow
       EXPECT_EQ(support::BytesOf(out), support::BytesOf(copied ? made.block.Record : input));
       if (copied) told += " copied";
+      const size_t asked = calls.size();
+      EXPECT_TRUE(ConfirmSheetResult(made));
+      EXPECT_EQ(std::vector(calls.end() - 3, calls.end()),
+                Words(CPSFUNC_SET_RESULT, 1001, CPSUI_OK));
+      refuseAt = calls.size() / 3 + 1;
+      EXPECT_FALSE(ConfirmSheetResult(made));
+      made.pages[0].kind = kPageTreeView;
+      EXPECT_FALSE(ConfirmSheetResult(made));
+      EXPECT_EQ(calls.size(), asked + 6);
+      refuseAt = 0;
       End();
     } else {
       told += " refused";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstring>
@@ -38,7 +39,7 @@ class GuardedBuffer {
   void Protect() const { mprotect(map_, open_, PROT_READ); }
 
  private:
-  static constexpr size_t kPage = 4096;
+  static inline const auto kPage = static_cast<size_t>(sysconf(_SC_PAGESIZE));
   size_t size_, open_;
   std::byte* map_ = nullptr;
 };
