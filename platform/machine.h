@@ -149,10 +149,10 @@ class Machine {
       const;  // C:\WINDOWS\system32\spool\drivers\w32x86, without the version folder
   void WriteFile(std::u16string_view windowsPath, std::string_view bytes);  // folders are created
   std::optional<std::string> ReadFile(std::u16string_view windowsPath) const;
-  // Has the profile file that calls name by a full path lie in memory alone, in place of the one
-  // held before; an empty path: none does. The second answers its bytes as they are now.
-  void HoldProfile(std::u16string path, std::string_view bytes);
-  std::string HeldProfile();
+  // Has the profile file that calls name by a full path lie in memory alone, with these bytes. The
+  // second answers them as they are now.
+  void HoldProfile(std::u16string_view path, std::string_view bytes);
+  std::string HeldProfile(std::u16string_view path);
 
   // ---- the spooler ----
   void AddPrinter(const PrinterSetup& setup);    // replaces a printer of the same name

@@ -63,8 +63,9 @@ auto Look(const typename Form::Char* section, const typename Form::Char* key,
   const std::u16string path = FullPath(machine, Form::Path(fileName));
   ProfileCache& cache = machine.impl().profiles;
   const std::lock_guard lock(cache.mutex);
+  const auto held = cache.held.find(path);
   const ProfileDocument* document =
-      path == cache.heldPath ? &cache.held : cache.Read(machine.HostPath(path));
+      held != cache.held.end() ? &held->second : cache.Read(machine.HostPath(path));
   if (document == nullptr) return answer;
   const Encoding encoding = document->encoding();
   const auto sectionName = Form::In(section, encoding);
@@ -110,16 +111,14 @@ void Change(ProfileDocument& document, const char* section, const char* key, con
 
 }  // namespace
 
-void Machine::HoldProfile(std::u16string path, std::string_view bytes) {
-  ProfileCache& cache = impl_->profiles;
-  const std::lock_guard lock(cache.mutex);
-  cache.heldPath = std::move(path);
-  cache.held = ProfileDocument::Parse(bytes);
+void Machine::HoldProfile(std::u16string_view path, std::string_view bytes) {
+  const std::lock_guard lock(impl_->profiles.mutex);
+  impl_->profiles.held[std::u16string(path)] = ProfileDocument::Parse(bytes);
 }
 
-std::string Machine::HeldProfile() {
+std::string Machine::HeldProfile(std::u16string_view path) {
   const std::lock_guard lock(impl_->profiles.mutex);
-  return impl_->profiles.held.FileBytes();
+  return impl_->profiles.held.at(std::u16string(path)).FileBytes();
 }
 
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
@@ -142,8 +141,8 @@ BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value,
     const std::u16string path = FullPath(machine, FromCp932(fileName));
     ProfileCache& cache = machine.impl().profiles;
     const std::lock_guard lock(cache.mutex);
-    if (path == cache.heldPath) {
-      Change(cache.held, section, key, value);
+    if (const auto held = cache.held.find(path); held != cache.held.end()) {
+      Change(held->second, section, key, value);
       return TRUE;
     }
     const std::filesystem::path file = machine.HostPath(path);

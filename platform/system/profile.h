@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <mutex>
 #include <string>
 
@@ -24,9 +25,8 @@ class ProfileCache {
   void Forget();
 
   std::mutex mutex;
-  // A file that lies in memory alone; its path, as calls name it, is empty when there is none.
-  std::u16string heldPath;
-  ProfileDocument held;
+  // Files that lie in memory alone, by their path as calls name it.
+  std::map<std::u16string, ProfileDocument> held;
 
  private:
   struct Stamp {

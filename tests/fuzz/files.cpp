@@ -3,14 +3,11 @@
 #include <windows.h>
 #include <winspool.h>
 
-#include <vector>
-
 #include "files/backup_file.h"
 #include "files/setup_file.h"
 #include "fonts/font_store.h"
 #include "paper/paper_table.h"
 #include "tests/fuzz/harness.h"
-#include "tests/support/settings.h"
 
 namespace {
 
@@ -20,8 +17,22 @@ using support::kPrinter;
 constexpr WCHAR kFile[] = u"C:\\data\\a.ini";
 constexpr WCHAR kSetupFile[] = u"C:\\WINDOWS\\SetupKit_QM6_1R.INI";
 
+platform::Machine& Computer() {
+  static const auto machine = NewComputer();
+  return *machine;
+}
+
+const DriverSettingsBlock& FactoryBlock() {
+  static const auto block = support::DefaultBlock();
+  return block;
+}
+
+void RequireSound(const PrinterSettingsPart& part) {
+  Require(part.PaperNum >= 0 && part.PaperNum <= kPaperCapacity);
+}
+
 struct Properties {
-  DriverSettingsBlock block = support::DefaultBlock();
+  DriverSettingsBlock block = FactoryBlock();
   FontStore fonts = {};
 
   explicit Properties(HANDLE printer) { Require(LoadFontStore(fonts, printer, GetProcessHeap())); }
@@ -30,10 +41,12 @@ struct Properties {
 
   // What was saved is read back from the file's bytes.
   bool Transfer(TransferDirection direction) {
+    const bool saves = direction == TransferDirection::kSave;
     const bool done =
         BackupFileTransfer(nullptr, kFile, {block, fonts, kPrinter}, direction, BACKUP_ALL);
-    platform::Machine& machine = platform::Machine::Current();
-    if (direction == TransferDirection::kSave) machine.HoldProfile(kFile, machine.HeldProfile());
+    if (saves) Computer().HoldProfile(kFile, Computer().HeldProfile(kFile));
+    for (const int count : {fonts.DecoFontNum, fonts.BarFontNum})
+      Require(count >= 0 && count <= kFontCapacity);
     return done;
   }
   bool operator==(const Properties& other) const {
@@ -46,20 +59,12 @@ struct Properties {
   }
 };
 
-void RequireSound(const Properties& properties) {
-  const FontStore& fonts = properties.fonts;
-  Require(fonts.DecoFontNum >= 0 && fonts.DecoFontNum <= kFontCapacity);
-  Require(fonts.BarFontNum >= 0 && fonts.BarFontNum <= kFontCapacity);
-  Require(PaperCount(properties.block) <= kPaperCapacity);
-}
-
 // A file that loads comes back the same from a save, once what it could not hold has gone.
-void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
-  machine.HoldProfile(kFile, bytes);
+void LoadBackup(std::string_view bytes, HANDLE printer, bool save) {
+  Computer().HoldProfile(kFile, bytes);
   Properties first(printer);
   if (!first.Transfer(TransferDirection::kLoad)) return;
-  RequireSound(first);
-  Require(first.block.Printer.PaperNum >= 0 && first.block.Printer.PaperNum <= kPaperCapacity);
+  RequireSound(first.block.Printer);
   if (!save) return;
   Properties second(printer);
   Properties third(printer);
@@ -68,70 +73,55 @@ void LoadBackup(platform::Machine& machine, std::string_view bytes, HANDLE print
   Require(second == third);
 }
 
-void ImportSetup(platform::Machine& machine, std::string_view bytes) {
-  machine.HoldProfile(kSetupFile, bytes);
-  auto block = support::DefaultBlock();
-  const auto before = block;
+void ImportSetup(std::string_view bytes) {
+  Computer().HoldProfile(kSetupFile, bytes);
+  auto block = FactoryBlock();
   if (!ImportSetupFile(block, nullptr, kPrinter))
-    Require(std::memcmp(&block, &before, sizeof block) == 0);
-  else
-    Require(block.Printer.PaperNum >= 0 && block.Printer.PaperNum <= kPaperCapacity);
+    Require(std::memcmp(&block, &FactoryBlock(), sizeof block) == 0);
+  RequireSound(block.Printer);
 }
 
 // The first six bytes are "CreateFont Number", the rest its data and the papers.
-void UsePrinterData(platform::Machine& machine, std::string_view bytes, HANDLE printer, bool save) {
-  const auto value = [](std::string_view part) {
-    return platform::DataValue{REG_BINARY, support::BytesOf(part.data(), part.size())};
+void UsePrinterData(std::string_view bytes, HANDLE printer, bool save) {
+  const auto keep = [](const WCHAR* name, std::string_view part) {
+    Computer().SetData(kPrinter, name, {REG_BINARY, support::BytesOf(part.data(), part.size())});
   };
-  machine.SetData(kPrinter, u"CreateFont Number", value(bytes.substr(0, 6)));
-  machine.SetData(kPrinter, u"CreateFont Data",
-                  value(bytes.substr(std::min<size_t>(bytes.size(), 6))));
+  keep(u"CreateFont Number", bytes.substr(0, 6));
+  keep(u"CreateFont Data", bytes.substr(std::min<size_t>(bytes.size(), 6)));
   Properties properties(printer);
   std::memcpy(static_cast<void*>(&properties.block.Printer), bytes.data(),
               std::min<size_t>(bytes.size(), kPrinterPartSize));
-  RequireSound(properties);
+  Require(PaperCount(properties.block) <= kPaperCapacity);
   Require(SaveFontStore(printer, properties.fonts));
   Properties again(printer);
   Require(again.fonts.DecoFontNum <= properties.fonts.DecoFontNum &&
           again.fonts.BarFontNum == properties.fonts.BarFontNum);
   FillPublicFields(properties.block, printer, kPrinter);
-  machine.RemoveData(kPrinter, u"CreateFont Number");
-  machine.RemoveData(kPrinter, u"CreateFont Data");
+  Computer().RemoveData(kPrinter, u"CreateFont Number");
+  Computer().RemoveData(kPrinter, u"CreateFont Data");
   if (!save) return;
   // Whatever lies in the records, the file made of them can be loaded.
-  machine.HoldProfile(kFile, "");
+  Computer().HoldProfile(kFile, "");
   Require(properties.Transfer(TransferDirection::kSave));
   Require(again.Transfer(TransferDirection::kLoad));
-  RequireSound(again);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const DrivesInMemory inMemory;
-  static const auto machine = platform::Machine::Create();
-  static const bool added = (machine->AddPrinter({.name = kPrinter}), true);
-  static_cast<void>(added);
   if (size < 1) return 0;
+  Computer();
   const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
-  HANDLE printer = nullptr;
-  PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-  OpenPrinterW(const_cast<LPWSTR>(kPrinter), &printer, &all);
   const bool save = (data[0] & 0x38) == 0x38;  // seldom, for it is slow
-  switch (data[0] % 8) {
-    case 0:
-    case 1:
-    case 2:
-      ImportSetup(*machine, bytes);
-      break;
-    case 3:
-      UsePrinterData(*machine, bytes, printer, save);
-      break;
-    default:
-      LoadBackup(*machine, bytes, printer, save);
-      break;
+  {
+    const Printer printer = OpenedPrinter();
+    if (data[0] % 8 < 3)
+      ImportSetup(bytes);
+    else if (data[0] % 8 == 3)
+      UsePrinterData(bytes, printer.get(), save);
+    else
+      LoadBackup(bytes, printer.get(), save);
   }
-  ClosePrinter(printer);
-  Require(machine->LiveAllocations() == 0 && machine->OpenPrinterHandles() == 0);
+  Require(Computer().LiveAllocations() == 0 && Computer().OpenPrinterHandles() == 0);
   return 0;
 }
