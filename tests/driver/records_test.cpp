@@ -82,8 +82,6 @@ TEST_F(Records, PublicFieldsFollowThePrivateOnes) {
   paper.LabelHeight = 1000;
   settings.FreePaper.LabelWidth = 333;
   CopyText(settings.FreePaper.PaperName, u"other");
-  settings.Orient = 2;
-  settings.Copies = 500;
   const std::array<SHORT, 6> kCases[] = {
       {257, kInch, 305, 580, 254, 305}, {257, kDot, 203, 2283, 1000, 203},
       {256, kDot, 300, 333, 680, 203},  {259, kDot, 0, 333, 680, 203},
@@ -95,10 +93,9 @@ TEST_F(Records, PublicFieldsFollowThePrivateOnes) {
     FillPublicFields(block_, nullptr, std::u16string(40, u'n').c_str());
     EXPECT_EQ(record.dmDeviceName, std::u16string(31, u'n'));
     EXPECT_EQ(record.dmFormName, id == 257 ? std::u16string(31, u'p') : u"フリーサイズ");
-    const std::vector<SHORT> numbers = {
-        record.dmOrientation, record.dmPaperSize,    record.dmPaperLength, record.dmPaperWidth,
-        record.dmCopies,      record.dmPrintQuality, record.dmYResolution};
-    EXPECT_EQ(numbers, (std::vector<SHORT>{2, id, length, width, 500, resolution, resolution}));
+    EXPECT_EQ((std::array{record.dmPaperSize, record.dmPaperWidth, record.dmPaperLength,
+                          record.dmPrintQuality, record.dmYResolution}),
+              (std::array{id, width, length, resolution, resolution}));
   }
   FillPublicFields(block_, nullptr, u"\\\\server\\Label,LPT1:");
   EXPECT_EQ(record.dmDeviceName, std::u16string(u"\\\\server\\Label")) << "only the port goes";
@@ -150,7 +147,9 @@ TEST_F(Records, PublicFieldsMergeByTheirRules) {
       Put<WORD>(input.data(), 68, 220);
       Put(input.data(), 72, fields);
       Put(input.data(), offset, value);
-      EXPECT_EQ(At(Convert(input).data(), resultOffset), result) << offset << ' ' << value;
+      const Bytes output = Convert(input);
+      EXPECT_EQ(At(output.data(), resultOffset), result) << offset << ' ' << value;
+      EXPECT_EQ(result == value, At(output.data(), offset) == value) << "the public ones follow";
     }
   }
 }

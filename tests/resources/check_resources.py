@@ -32,7 +32,7 @@ FILLED = {
     (125, 1151): ["-9999"], (127, 1103): ["9999"], (127, 1105): ["-9999"],
     (129, 1186): ["装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"],
     (145, 1191): ["Kestrel(QM610r) Printer Driver for Windows (x86)\nVersion 14.0.1.20"],
-    (145, 1239): ["14.0.1.20"], (145, 1235): ["14.0.1.20"], (145, 1211): ["14.0.1.20"], (145, 1210): ["14.0.1.20"]}
+    **dict.fromkeys([(145, i) for i in (1210, 1211, 1235, 1239)], ["14.0.1.20"])}
 # Which help texts a dialog shows: by the names of the ids.
 HELP_OF = {110: "OPERATION", 111: "PAPER", 114: "PAPER_REGISTER", 122: "DEVICE", 125: "DECO_FONT", 127: "BAR_FONT",
            129: "CREATE_FONT", 153: "UTILITY"}
@@ -100,8 +100,7 @@ def strings(found):
 
 
 def fault(wrong, *text):
-    if wrong:
-        faults.append(" ".join(map(str, text)))
+    faults.extend([" ".join(map(str, text))] if wrong else [])
 
 
 def units(text):
@@ -121,12 +120,8 @@ def lines(text, width):
     return count
 
 
-def is_group(c):
-    return c.kind == "Button" and c.style & 15 == GROUP_BOX
-
-
-def is_radio(c):
-    return c.kind == "Button" and c.style & 15 == AUTO_RADIO
+def is_button(c, kind):
+    return c.kind == "Button" and c.style & 15 == kind
 
 
 def fits(c, text):
@@ -153,7 +148,7 @@ def check_places(where, width, height, found):
     for a, b in combinations([c for c in found if c.style & WS_VISIBLE], 2):
         one, other = box(a), box(b)
         apart = any(one[i + 2] <= other[i] or other[i + 2] <= one[i] for i in (0, 1))
-        inside = any(is_group(x) and holds(box(x), box(y), (1, 8, 1, 2)) for x, y in ((a, b), (b, a)))
+        inside = any(is_button(x, GROUP_BOX) and holds(box(x), box(y), (1, 8, 1, 2)) for x, y in ((a, b), (b, a)))
         fault(not apart and not inside, where, a, b, "overlap")
 
 
@@ -162,18 +157,19 @@ def check_order(where, found):
     edit to its left, and writes it where it holds a plain number."""
     previous = before = None
     for c in found:
-        if is_radio(c):
-            starts = not (previous and is_radio(previous)) or is_group(before)
+        after_radio = previous and is_button(previous, AUTO_RADIO)
+        if is_button(c, AUTO_RADIO):
+            starts = not after_radio or is_button(before, GROUP_BOX)
             fault(starts and not c.style & WS_GROUP, where, c, "continues a set across other controls")
             fault(bool(c.style & WS_GROUP) != bool(c.style & WS_TABSTOP), where, c, "is no tab stop, or one too many")
-        elif previous and is_radio(previous) and not is_group(c):
+        elif after_radio and not is_button(c, GROUP_BOX):
             fault(not c.style & WS_GROUP, where, c, "belongs to the radio buttons before it")
         if c.kind == "msctls_updown32":
             right = before.left + before.width
             fault((before.kind, right, before.top) != ("Edit", c.left, c.top), where, c, "stands beside no edit")
             measured = where == "dialog 114:" or where == "dialog 125:" and c.id in (1108, 1110)
             fault(c.style & 0x12 != (0 if measured else 2), where, c, "attaches itself or writes its edit wrongly")
-        before, previous = c, previous if is_group(c) else c
+        before, previous = c, previous if is_button(c, GROUP_BOX) else c
 
 
 def check_dialog(number, data, texts, help_ids):

@@ -20,7 +20,6 @@ using support::kPrinter;
 using support::PressOk;
 using support::Replace;
 using support::Select;
-using support::Steps;
 
 constexpr char16_t kSecond[] = u"倉庫 2F";
 constexpr char16_t kBackup[] = u"C:\\BACKUP\\倉庫.ini";
@@ -62,54 +61,37 @@ class Road : public support::SheetTest {
   }
 };
 
-Steps ChangeEverything() {
-  return {GoTo(support::kPaperTab),
-          Click(IDC_PAPER_REGISTER),
-          Replace(IDC_PAPER_REGISTER_NAME, u"棚札"),
-          Replace(IDC_PAPER_REGISTER_WIDTH, u"40.0"),
-          Click(IDOK),
-          Select(IDC_PAPER_LIST, 1),
-          Click(IDC_PAPER_LANDSCAPE),
-          Replace(IDC_PAPER_VERT_BASE, u"-12"),
-          GoTo(support::kOperationTab),
-          Select(IDC_OPERATION_SPEED, 1),
-          Click(IDC_OPERATION_SYNC_PRINT),
-          Click(IDC_OPERATION_COMPULSORY),
-          GoTo(support::kDeviceTab),
-          Select(IDC_DEVICE_MODE, 2),
-          GoTo(support::kFontTab),
-          Click(IDC_CREATE_FONT_DECO_NEW),
-          Replace(IDC_DECO_FONT_NAME, u"飾り"),
-          Select(IDC_DECO_FONT_RESIDENT, 8),
-          Click(IDOK),
-          Click(IDC_CREATE_FONT_BAR_NEW),
-          Replace(IDC_BAR_FONT_NAME, u"品番QR"),
-          Select(IDC_BAR_FONT_KIND, 12),
-          Click(IDOK),
-          GoTo(support::kUtilityTab),
-          Replace(IDC_UTILITY_SAVE_NAME, kBackup),
-          Click(IDC_UTILITY_SAVE),
-          CloseMessage(u"データを保存しました。", MB_ICONASTERISK, u"ユーティリティ"),
-          PressOk()};
-}
-
-Steps LoadBackup() {
-  return {
-      GoTo(support::kUtilityTab),
-      Replace(IDC_UTILITY_LOAD_NAME, kBackup),
-      Click(IDC_UTILITY_LOAD),
-      CloseMessage(
-          u"読み込んだクリエイトフォント名が現在の環境で\n使用されているフォント名と重複する可能"
-          u"性があ\nります。\n重複していないことを確認してください。",
-          MB_ICONEXCLAMATION, u"ユーティリティ"),
-      CloseMessage(u"データを読込みました。", MB_ICONASTERISK, u"ユーティリティ"),
-      PressOk()};
-}
-
 TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   machine().WriteFile(u"C:\\BACKUP\\readme.txt", "");
-  const auto kind = support::SheetKind::kUserDefault;
-  ASSERT_EQ(Show({.kind = kind}, ChangeEverything()).result, CPSUI_OK);
+  ASSERT_EQ(Ok(support::kPaperTab,
+               {Click(IDC_PAPER_REGISTER),
+                Replace(IDC_PAPER_REGISTER_NAME, u"棚札"),
+                Replace(IDC_PAPER_REGISTER_WIDTH, u"40.0"),
+                Click(IDOK),
+                Select(IDC_PAPER_LIST, 1),
+                Click(IDC_PAPER_LANDSCAPE),
+                Replace(IDC_PAPER_VERT_BASE, u"-12"),
+                GoTo(support::kOperationTab),
+                Select(IDC_OPERATION_SPEED, 1),
+                Click(IDC_OPERATION_SYNC_PRINT),
+                Click(IDC_OPERATION_COMPULSORY),
+                GoTo(support::kDeviceTab),
+                Select(IDC_DEVICE_MODE, 2),
+                GoTo(support::kFontTab),
+                Click(IDC_CREATE_FONT_DECO_NEW),
+                Replace(IDC_DECO_FONT_NAME, u"飾り"),
+                Select(IDC_DECO_FONT_RESIDENT, 8),
+                Click(IDOK),
+                Click(IDC_CREATE_FONT_BAR_NEW),
+                Replace(IDC_BAR_FONT_NAME, u"品番QR"),
+                Select(IDC_BAR_FONT_KIND, 12),
+                Click(IDOK),
+                GoTo(support::kUtilityTab),
+                Replace(IDC_UTILITY_SAVE_NAME, kBackup),
+                Click(IDC_UTILITY_SAVE),
+                CloseMessage(u"データを保存しました。", MB_ICONASTERISK, u"ユーティリティ")})
+                .result,
+            CPSUI_OK);
 
   // The owner's precedence holds against an application's private fields, not against its public
   // ones.
@@ -141,7 +123,17 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   EXPECT_EQ(sizes, (std::array<LONG, 6>{580, 680, 400, 680, 580, 680}));
 
   // A backup makes the second printer the first.
-  ASSERT_EQ(Show({.kind = kind, .printer = kSecond}, LoadBackup()).result, CPSUI_OK);
+  ASSERT_EQ(
+      Show({.kind = support::SheetKind::kUserDefault, .printer = kSecond},
+           {GoTo(support::kUtilityTab), Replace(IDC_UTILITY_LOAD_NAME, kBackup),
+            Click(IDC_UTILITY_LOAD),
+            CloseMessage(u"読み込んだクリエイトフォント名が現在の環境で\n使用されているフォント名と"
+                         u"重複する可能"
+                         u"性があ\nります。\n重複していないことを確認してください。",
+                         MB_ICONEXCLAMATION, u"ユーティリティ"),
+            CloseMessage(u"データを読込みました。", MB_ICONASTERISK, u"ユーティリティ"), PressOk()})
+          .result,
+      CPSUI_OK);
   // The three words of a barcode block that have no name stay behind; the rest of each font
   // crosses.
   std::vector<std::byte> fonts = Data(kPrinter, u"CreateFont Data");
