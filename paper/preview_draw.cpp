@@ -90,9 +90,9 @@ PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, 
 
   const Picture picture(dc, static_cast<WORD>(orientationPicture));
   const SavedDc saved(dc);
-  for (int i = 0; i < count; ++i) {
-    DrawLabel(dc, box, labels[i], place);
-    Stretch(dc, labels[i].picture, picture);
+  for (const PreviewLabel& label : std::span(labels, static_cast<size_t>(count))) {
+    DrawLabel(dc, box, label, place);
+    Stretch(dc, label.picture, picture);
   }
   return geometry;
 }

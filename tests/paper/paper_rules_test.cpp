@@ -56,8 +56,14 @@ TEST_F(PaperRules, TheTableGrowsAndShrinks) {
   EXPECT_TRUE(DeletePaper(block, 0));
   EXPECT_EQ(slots(), u"X34XXXXXXXXXXXXXXXX");
   EXPECT_EQ(block.Printer.HeadDensity, 203) << "behind the last slot";
+
+  // The only one stays.
+  block.Printer.Papers[0].UserDef = 1;
+
   block.Printer.PaperNum = 1;
-  EXPECT_EQ(CheckPaperDeletion(block, 0).message, IDS_PAPER_FIXED) << "the only one";
+  EXPECT_FALSE(CheckPaperDeletion(block, 0).Passed());
+  block.Printer.PaperNum = 2;
+  EXPECT_TRUE(CheckPaperDeletion(block, 0).Passed());
 }
 
 TEST_F(PaperRules, ConversionKeepsWhatIsNotMeasured) {
