@@ -20,10 +20,7 @@
 namespace {
 
 using namespace kestrel;
-using platform::ControlKind;
-using platform::ControlView;
-using platform::Desk;
-using platform::WindowView;
+using namespace platform;
 using support::kPrinter;
 
 // Read and written in memory; dialogs find the first alone.
@@ -41,8 +38,7 @@ struct Choices {
     return byte;
   }
   WORD Word() { return MAKEWORD(Byte(), Byte()); }
-  size_t Below(size_t count) { return Byte() % count; }
-  int16_t Count(int most) { return static_cast<int16_t>(Byte() % (most + 1)); }
+  int16_t Below(int count) { return static_cast<int16_t>(Byte() % count); }
 };
 
 std::u16string Text(Choices& choices) {
@@ -73,36 +69,31 @@ bool Terminated(const WCHAR (&name)[size]) {
   return std::find(name, name + size, u'\0') != name + size;
 }
 
-void RequireSound(const PrinterSettingsPart& part) {
+void RequireSound(const PrinterSettingsPart& part, const FontRecord* fonts, int count) {
   Require(part.PaperNum >= 0 && part.PaperNum <= kPaperCapacity);
   for (int i = 0; i < part.PaperNum; ++i) Require(Terminated(part.Papers[i].PaperName));
-}
-
-void RequireSound(const FontRecord* fonts, int count) {
   Require(count >= 0 && count <= kFontCapacity);
-  for (const FontRecord& font : std::span(fonts, static_cast<size_t>(count))) {
-    Require(Terminated(font.FontName) && Terminated(font.Deco.DecoFontName));
-    Require(font.FontKind == kBarcodeFont || Terminated(font.Deco.ResiFontName));
+  for (int i = 0; fonts != nullptr && i < count; ++i) {
+    Require(Terminated(fonts[i].FontName) && Terminated(fonts[i].Deco.DecoFontName));
+    Require(fonts[i].FontKind == kBarcodeFont || Terminated(fonts[i].Deco.ResiFontName));
   }
 }
 
-// What holds of a sheet's session whatever has been done.
+// What holds of a sheet's session whatever has been done; a printer's has no fonts.
 void RequireSound(const DriverUiData& session) {
-  RequireSound(session.block.Printer);
   Require(Terminated(session.block.Record.Private.FreePaper.PaperName));
-  if (session.fonts.DecoFonts == nullptr) return;  // a printer's sheet
-  RequireSound(session.fonts.DecoFonts, session.fonts.DecoFontNum);
-  RequireSound(session.fonts.BarFonts, session.fonts.BarFontNum);
+  RequireSound(session.block.Printer, session.fonts.DecoFonts, session.fonts.DecoFontNum);
+  RequireSound(session.block.Printer, session.fonts.BarFonts, session.fonts.BarFontNum);
 }
 
 // What the spooler keeps after a sheet.
-void RequireSoundStore(platform::Machine& machine) {
-  RequireSound(support::KeptPrinterPart(machine));
+void RequireSoundStore(Machine& machine) {
   const auto number = machine.Data(kPrinter, u"CreateFont Number")->bytes;
   const auto fonts = machine.Data(kPrinter, u"CreateFont Data")->bytes;
   const auto total = support::At<WORD>(number.data(), 0);
   Require(fonts.size() >= total * sizeof(FontRecord));
-  RequireSound(reinterpret_cast<const FontRecord*>(fonts.data()), total);
+  RequireSound(support::KeptPrinterPart(machine), reinterpret_cast<const FontRecord*>(fonts.data()),
+               total);
 }
 
 // What holds of a window; answers the controls that somebody can use.
@@ -119,7 +110,7 @@ std::vector<ControlView> SoundControls(const WindowView& window) {
 }
 
 // Asked anew after each thing done: then what was done has left everything sound.
-class Person : public platform::User {
+class Person : public User {
  public:
   explicit Person(Choices& choices) : choices_(choices) {}
 
@@ -138,7 +129,7 @@ class Person : public platform::User {
     else if (top.kind == WindowView::Kind::kFileDialog)
       UseFileDialog(desk, what);
     else if (what < 208 && !usable.empty())
-      Use(desk, usable[choices_.Below(usable.size())]);
+      Use(desk, usable[choices_.Byte() % usable.size()]);
     else if (what < 232)
       desk.Page(what % 6);
     else
@@ -157,37 +148,35 @@ class Person : public platform::User {
     if (what == 236) desk.Close();
     if (what == 237) desk.AccessKey(static_cast<char16_t>('A' + choices_.Below(26)));
     if (what >= 238 && what < 248) desk.Key(kKeys[what % 4]);
-    if (what == 248) desk.Press(platform::SheetButton::kCancel);
+    if (what == 248) desk.Press(SheetButton::kCancel);
     if (what > 248) Agree(desk);
   }
 
   // Whatever is open is agreed to, or left when that does not help.
   static void Agree(Desk& desk) {
-    if (!desk.Press(platform::SheetButton::kOk) && !desk.Enter()) desk.Escape();
+    if (!desk.Press(SheetButton::kOk) && !desk.Enter()) desk.Escape();
   }
 
   void Use(Desk& desk, const ControlView& control) {
-    if (control.kind == ControlKind::kEdit)
-      Write(desk, control.id);
-    else if (control.kind == ControlKind::kComboBox || control.kind == ControlKind::kListBox)
-      desk.Select(control.id, static_cast<int>(choices_.Below(control.items.size() + 1)));
-    else if (control.kind == ControlKind::kUpDown)
-      desk.Spin(control.id, static_cast<int8_t>(choices_.Byte()));
-    else
-      desk.Click(control.id);
-  }
-
-  void Write(Desk& desk, int id) {
-    const size_t way = choices_.Below(4);
-    const std::u16string text = Text(choices_);
-    if (way == 0) desk.Type(id, text.substr(0, 40));
-    if (way == 1) desk.Replace(id, text.substr(0, 80));
-    if (way == 2) desk.Paste(id, text);
-    if (way == 3) desk.EditTo(id, text);
+    const int id = control.id;
+    if (control.kind == ControlKind::kEdit) {
+      const int way = choices_.Below(4);
+      const std::u16string text = Text(choices_);
+      if (way == 0) desk.Type(id, text.substr(0, 40));
+      if (way == 1) desk.Replace(id, text.substr(0, 80));
+      if (way == 2) desk.Paste(id, text);
+      if (way == 3) desk.EditTo(id, text);
+    } else if (control.kind == ControlKind::kComboBox || control.kind == ControlKind::kListBox) {
+      desk.Select(id, choices_.Below(static_cast<int>(control.items.size()) + 1));
+    } else if (control.kind == ControlKind::kUpDown) {
+      desk.Spin(id, static_cast<int8_t>(choices_.Byte()));
+    } else {
+      desk.Click(id);
+    }
   }
 
   // Names in the computer's own folder only: the other drive is the host's.
-  void UseFileDialog(Desk& desk, uint8_t what) {
+  static void UseFileDialog(Desk& desk, uint8_t what) {
     constexpr int kNameEdit = 1148;
     desk.Replace(kNameEdit, what % 2 == 0 ? kBackup : kNewBackup);
     desk.Click(what % 8 == 7 ? IDCANCEL : IDOK);
@@ -197,74 +186,14 @@ class Person : public platform::User {
   int leaving_ = 0;
 };
 
-// A few papers, as many fonts of both kinds as the bytes tell, and a backup of them, damaged.
-void Furnish(platform::Machine& machine, Choices& choices) {
-  auto block = support::DefaultBlock();
-  block.Printer.PaperNum = choices.Count(kPaperCapacity);
-  for (int i = 0; i < block.Printer.PaperNum; ++i) {
-    block.Printer.Papers[i] = NewPaper();
-    block.Printer.Papers[i].PaperName[0] = static_cast<WCHAR>(u'a' + i);
-    block.Printer.Papers[i].UserDef = i % 2 == 0;
-  }
-  support::StoreBlock(machine, block);
-  const Printer printer = OpenedPrinter();
-  FontStore fonts = {};
-  Require(LoadFontStore(fonts, printer.get(), GetProcessHeap()));
-  fonts.DecoFontNum = choices.Count(kFontCapacity);
-  fonts.BarFontNum = choices.Count(kFontCapacity - fonts.DecoFontNum);
-  for (int i = 0; i < kFontCapacity; ++i) {
-    fonts.DecoFonts[i] = {{static_cast<WCHAR>(u'A' + i)}, kDecorativeFont, {}};
-    fonts.BarFonts[i] = {{static_cast<WCHAR>(u'あ' + i)}, kBarcodeFont, {}};
-  }
-  Require(SaveFontStore(printer.get(), fonts));
-  static const std::string whole = [&] {
-    machine.HoldProfile(kBackup, "");
-    Require(BackupFileTransfer(nullptr, kBackup, {block, fonts, kPrinter}, TransferDirection::kSave,
-                               BACKUP_ALL));
-    return machine.HeldProfile(kBackup);
-  }();
-  FreeFontStore(fonts, GetProcessHeap());
-  std::string backup = whole;
-  for (size_t changes = choices.Below(8); changes > 0; --changes)
-    backup[choices.Word() % backup.size()] = static_cast<char>(choices.Byte());
-  machine.WriteFile(kBackup, "");
-  machine.HoldProfile(kBackup, backup);
-  machine.HoldProfile(kNewBackup, "");
-}
-
-void ShowSheet(platform::Machine& machine, Choices& choices) {
-  const uint8_t how = choices.Byte();
-  SettingsRecord output = {};
-  const auto input = support::DefaultBlock().Record;
-  auto* const in = (how & 4) != 0 ? const_cast<DEVMODEW*>(&input.Public) : nullptr;
-  std::u16string name = kPrinter;
-  const Printer owner = OpenedPrinter((how & 8) == 0);
-  HANDLE printer = owner.get();
-  Person person(choices);
-  machine.desk().Attach(&person);
-  LONG result = 0;
-  if (how % 4 == 3) {
-    PrinterProperties(nullptr, printer);
-  } else if (how % 4 == 2) {
-    result = DrvAdvancedDocumentProperties(nullptr, printer, name.data(), &output.Public, in);
-  } else {
-    const DWORD mode = DM_COPY | DM_PROMPT | (in != nullptr ? DM_IN_BUFFER : 0u);
-    result = DrvDocumentProperties(nullptr, printer, name.data(), &output.Public, in,
-                                   mode | (how % 4 == 1 ? DM_USER_DEFAULT : 0u));
-  }
-  machine.desk().Attach(nullptr);
-  platform::RethrowKept();
-  if (result != IDOK) return;
-  Require(output.Private.Signature == SETTINGS_SIGNATURE);
-  Require(Terminated(output.Private.FreePaper.PaperName));
-  machine.SetDefaultRecord(kPrinter, support::BytesOf(output));
-}
-
-// The computer that all sheets are shown on.
+// The computer that all sheets are shown on, and what its printer has by turns.
 struct Office {
-  std::unique_ptr<platform::Machine> machine = NewComputer();
+  std::unique_ptr<Machine> machine = NewComputer();
   const std::filesystem::path here = std::filesystem::current_path();
   const std::filesystem::path data = machine->HostPath(u"C:\\data");
+  DriverSettingsBlock block = support::DefaultBlock();
+  FontStore fonts = {};
+  std::string backup;
 
   Office() {
     const std::u16string folder = machine->driverDirectory() + u"\\3\\";
@@ -272,36 +201,91 @@ struct Office {
       machine->InstallModule(folder + std::u16string(name.begin(), name.end()) + u".DLL",
                              support::Built(name + ".so"));
     SetModuleInstance(LoadLibraryW((folder + u"QM610rDRV1.DLL").c_str()));
-    // The backup that later ones are damaged copies of has papers and fonts.
+    for (WCHAR i = 0; i < kPaperCapacity; ++i) {
+      block.Printer.Papers[i] = NewPaper();
+      block.Printer.Papers[i].PaperName[0] = u'a' + i;
+      block.Printer.Papers[i].UserDef = i % 2 == 0;
+    }
+    Require(LoadFontStore(fonts, OpenedPrinter().get(), GetProcessHeap()));
+    for (WCHAR i = 0; i < kFontCapacity; ++i) {
+      fonts.DecoFonts[i] = {{static_cast<WCHAR>(u'A' + i)}, kDecorativeFont, {}};
+      fonts.BarFonts[i] = {{static_cast<WCHAR>(u'あ' + i)}, kBarcodeFont, {}};
+    }
     constexpr uint8_t kCounts[] = {20, 30, 10};
     Choices counts{kCounts};
-    Furnish(*machine, counts);
+    Furnish(counts);
+    Require(BackupFileTransfer(nullptr, kBackup, {block, fonts, kPrinter}, TransferDirection::kSave,
+                               BACKUP_ALL));
+    backup = machine->HeldProfile(kBackup);
   }
   ~Office() { std::fprintf(stderr, "%ld actions\n", Person::actions); }
+
+  // As many papers and fonts of both kinds as the bytes tell, and a damaged backup.
+  void Furnish(Choices& choices) {
+    machine->AddPrinter({.name = kPrinter});
+    std::filesystem::remove_all(data);
+    block.Printer.PaperNum = choices.Below(kPaperCapacity + 1);
+    support::StoreBlock(*machine, block);
+    fonts.DecoFontNum = choices.Below(kFontCapacity + 1);
+    fonts.BarFontNum = choices.Below(kFontCapacity + 1 - fonts.DecoFontNum);
+    Require(SaveFontStore(OpenedPrinter().get(), fonts));
+    std::string damaged = backup;
+    for (int changes = choices.Below(8); changes > 0; --changes)
+      damaged[choices.Word() % damaged.size()] = static_cast<char>(choices.Byte());
+    machine->WriteFile(kBackup, "");
+    machine->HoldProfile(kBackup, damaged);
+    machine->HoldProfile(kNewBackup, "");
+  }
+
+  void ShowSheet(Choices& choices) {
+    const uint8_t how = choices.Byte();
+    SettingsRecord output = {};
+    DEVMODEW* const in = (how & 4) != 0 ? &block.Record.Public : nullptr;
+    std::u16string name = kPrinter;
+    const Printer printer = OpenedPrinter((how & 8) == 0);
+    Person person(choices);
+    machine->desk().Attach(&person);
+    constexpr DWORD kModes[] = {0, DM_USER_DEFAULT, DM_ADVANCED};
+    LONG result = 0;
+    if (how % 4 == 3)
+      PrinterProperties(nullptr, printer.get());
+    else
+      result = DrvDocumentProperties(
+          nullptr, printer.get(), name.data(), &output.Public, in,
+          DM_COPY | DM_PROMPT | kModes[how % 4] | (in != nullptr ? DM_IN_BUFFER : 0u));
+    machine->desk().Attach(nullptr);
+    RethrowKept();
+    if (result != IDOK) return;
+    Require(output.Private.Signature == SETTINGS_SIGNATURE);
+    Require(Terminated(output.Private.FreePaper.PaperName));
+    machine->SetDefaultRecord(kPrinter, support::BytesOf(output));
+  }
+
+  // What is open or held just now.
+  std::array<int, 7> Open() const {
+    return {machine->OpenPrinterHandles(),
+            machine->LiveAllocations(),
+            machine->LiveHeaps(),
+            machine->OpenModules(),
+            machine->OpenRegistryKeys(),
+            LiveGdiObjects(),
+            LiveDcs()};
+  }
 };
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Office office;
-  platform::Machine& machine = *office.machine;
-  const auto open = [&] {
-    return std::array{machine.OpenPrinterHandles(), machine.LiveAllocations(),
-                      machine.LiveHeaps(),          machine.OpenModules(),
-                      machine.OpenRegistryKeys(),   platform::LiveGdiObjects(),
-                      platform::LiveDcs()};
-  };
-  machine.AddPrinter({.name = kPrinter});
-  std::filesystem::remove_all(office.data);
   Choices choices{{data, size}};
-  const auto before = open();
-  Furnish(machine, choices);
+  office.Furnish(choices);
+  const auto before = office.Open();
   std::filesystem::current_path(office.data);  // where names without a folder lie
   for (int sheets = 0; sheets < 4 && !choices.left.empty(); ++sheets) {
-    ShowSheet(machine, choices);
-    RequireSoundStore(machine);
-    machine.HoldProfile(kBackup, machine.HeldProfile(kBackup));
-    Require(machine.desk().ModalDepth() == 0 && open() == before);
+    office.ShowSheet(choices);
+    RequireSoundStore(*office.machine);
+    office.machine->HoldProfile(kBackup, office.machine->HeldProfile(kBackup));
+    Require(office.machine->desk().ModalDepth() == 0 && office.Open() == before);
   }
   std::filesystem::current_path(office.here);
   return 0;
