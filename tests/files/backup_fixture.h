@@ -17,6 +17,10 @@ using platform::FromCp932;
 using platform::ToCp932;
 using support::kPrinter;
 
+constexpr char16_t kNotABackup[] = u"このファイルは16|";
+constexpr char16_t kWrongVersion[] = u"ファイルのバー48|";
+constexpr char16_t kFontWarning[] = u"読み込んだクリ48|";
+
 class BackupTest : public support::SheetTest {
  protected:
   static constexpr char16_t kFile[] = u"C:\\data\\a.ini";
@@ -31,11 +35,13 @@ class BackupTest : public support::SheetTest {
   bool Save(const char16_t* file = kFile) { return Transfer(TransferDirection::kSave, file); }
   bool Load(const char16_t* file = kFile) { return Transfer(TransferDirection::kLoad, file); }
 
-  // The texts of the messages shown by the last transfer begin like this, in this order.
+  // How each message shown since begins, and its style.
   std::u16string Shown() {
-    std::u16string beginnings;
-    for (const auto& shown : desk().History()) beginnings += shown.text.substr(0, 7) + u'|';
-    return beginnings;
+    std::u16string told;
+    for (const auto& shown : desk().History()) {
+      told += shown.text.substr(0, 7) + FromCp932(std::to_string(shown.style)) + u'|';
+    }
+    return told;
   }
   void Write(std::u16string_view text) { machine().WriteFile(kFile, ToCp932(text)); }
   std::string Bytes(std::u16string_view file = kFile) {

@@ -17,32 +17,27 @@ using support::Replace;
 using support::SheetKind;
 using support::Steps;
 
-constexpr char16_t kSaved[] = u"データを保存しました。";
-constexpr char16_t kSaveFailed[] = u"データを保存できませんでした。";
-constexpr char16_t kLoaded[] = u"データを読込みました。";
-constexpr char16_t kLoadFailed[] = u"データを読み込む事ができませんでした。";
-constexpr char16_t kNameMissing[] = u"ファイル名を入力してください。";
-constexpr char16_t kNameWrong[] =
-    u"不正なファイル名です。\n以下のことを確認してください。\n"
-    u"\t・ファイル名にピリオド( . )が使われていないか\n\t・拡張子が\"ini\"になっているか";
-constexpr char16_t kNotABackup[] =
-    u"このファイルはこのプリンタのデータファイルではありません。                  \n"
-    u"もう一度ファイルを確かめてください。";
+constexpr char16_t kSaved[] = u"データを保存し64|";
+constexpr char16_t kSaveFailed[] = u"データを保存で16|";
+constexpr char16_t kLoaded[] = u"データを読込み64|";
+constexpr char16_t kLoadFailed[] = u"データを読み込16|";
 
 class UtilityPage : public BackupTest {
  protected:
   UtilityPage() { Keep(block_); }
-  // What a person does on the page before the sheet is cancelled.
-  void Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
+  // What a person does on the page before the sheet is cancelled; the messages that were shown.
+  std::u16string Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
+    desk().ClearShown();
     Show({.kind = kind}, {GoTo(support::kUtilityTab), std::move(steps), support::PressCancel()});
+    for (const auto& shown : desk().History()) EXPECT_EQ(shown.caption, u"ユーティリティ");
+    return Shown();
   }
-  // Types a name over that of one side and presses its button.
-  static Steps Press(bool save, std::u16string name) {
-    return {Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, name),
-            Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD)};
-  }
-  static support::Step Message(const char16_t* text, UINT icon) {
-    return support::CloseMessage(text, icon, u"ユーティリティ");
+  // Types a name over that of one side, presses its button and closes so many messages.
+  static Steps Press(bool save, std::u16string name, int messages) {
+    Steps steps = {Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, name),
+                   Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD)};
+    while (messages-- > 0) steps += Click(IDOK);
+    return steps;
   }
   std::u16string NameInData(const char16_t* value) {
     const auto data = machine().Data(kPrinter, value);
@@ -57,31 +52,33 @@ class UtilityPage : public BackupTest {
 
 TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
   Steps steps;
-  const auto refuse = [&](std::u16string name, Steps reason) {
+  std::u16string expected;
+  const auto refuse = [&](std::u16string name, std::u16string reason) {
     for (const bool save : {true, false}) {
-      steps += {Press(save, name), reason, Message(save ? kSaveFailed : kLoadFailed, MB_ICONHAND)};
+      steps += Press(save, name, reason.empty() ? 1 : 2);
+      expected += reason + (save ? kSaveFailed : kLoadFailed);
     }
   };
   for (const char16_t* name : {u"", u"   ", u"\u3000", u" \u3000"})
-    refuse(name, Message(kNameMissing, MB_ICONEXCLAMATION));
+    refuse(name, u"ファイル名を入48|");
   for (const char16_t* name : {u"a", u"a.Ini", u"a.inI", u"a.txt", u"ini", u"a.ini "})
-    refuse(name, Message(kNameWrong, MB_ICONEXCLAMATION));
+    refuse(name, u"不正なファイル48|");
   // What the platform refuses has no message that tells why.
-  for (const auto& name : {std::u16string(u"C:\\data\\"), std::u16string(60, u'n') + u".ini"})
-    refuse(name, {});
-  Visit(steps);
+  refuse(u"C:\\data\\", u"");
+  refuse(std::u16string(60, u'n') + u".ini", u"");
+  EXPECT_EQ(Visit(steps), expected);
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"(none)");
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
 }
 
 TEST_F(UtilityPage, SavesUnderABareNameAndRemembersIt) {
-  Visit({Press(true, u"表 ソ.ini"), Message(kSaved, MB_ICONASTERISK),
-         ExpectText(IDC_UTILITY_SAVE_NAME, u"表 ソ.ini")});
-  EXPECT_EQ(Bytes(u"C:\\WINDOWS\\system32\\表 ソ.ini"), Golden());
-  EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"表 ソ.ini");
+  const std::u16string name = u"表 ソ.ini";
+  EXPECT_EQ(Visit({Press(true, name, 1), ExpectText(IDC_UTILITY_SAVE_NAME, name)}), kSaved);
+  EXPECT_EQ(Bytes(u"C:\\WINDOWS\\system32\\" + name), Golden());
+  EXPECT_EQ(NameInData(u"BackupFile Write Name"), name);
   // The advanced session has neither names nor fonts.
   for (const SheetKind kind : {SheetKind::kDocument, SheetKind::kUserDefault, SheetKind::kAdvanced})
-    Visit({ExpectText(IDC_UTILITY_SAVE_NAME, kind == SheetKind::kAdvanced ? u"" : u"表 ソ.ini"),
+    Visit({ExpectText(IDC_UTILITY_SAVE_NAME, kind == SheetKind::kAdvanced ? u"" : name),
            ExpectText(IDC_UTILITY_LOAD_NAME, u"")},
           kind);
 }
@@ -90,7 +87,7 @@ TEST_F(UtilityPage, KeepsTheFirst130UnitsOfALongName) {
   const std::u16string folder = u"C:\\" + std::u16string(140, u'd');
   std::filesystem::create_directories(machine().HostPath(folder));
   const std::u16string name = folder + u"\\a.INI";
-  Visit({Press(true, name), Message(kSaved, MB_ICONASTERISK)});
+  EXPECT_EQ(Visit(Press(true, name, 1)), kSaved);
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), name.substr(0, 130));
   machine().SetData(kPrinter, u"BackupFile Read Name",
                     {REG_BINARY, support::BytesOf(name.data(), 262)});
@@ -103,35 +100,38 @@ TEST_F(UtilityPage, KeepsTheFirst130UnitsOfALongName) {
 
 TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=3"}, {u"SYNC=0", u"SYNC=1"}});
-  const Steps load = {Press(false, kFile), Message(kLoaded, MB_ICONASTERISK)};
-  EXPECT_FALSE(Cancel(support::kUtilityTab, load).written);
+  EXPECT_EQ(Visit(Press(false, kFile, 1)), kLoaded);
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
+  Visit(ExpectText(IDC_UTILITY_LOAD_NAME, kFile));
   EXPECT_EQ(ReadSyncPrint(kPrinter), 1u);
-  const auto answer = Ok(support::kUtilityTab, {ExpectText(IDC_UTILITY_LOAD_NAME, kFile), load});
-  EXPECT_EQ(answer.record.Private.nPrintSpeed, 3);
-  EXPECT_EQ(answer.record.Private.nTSMode, 1);
-  EXPECT_EQ(answer.record.Private.Signature, SETTINGS_SIGNATURE);
+  const SettingsRecord loaded = Ok(support::kUtilityTab, Press(false, kFile, 1)).record;
+  EXPECT_EQ(support::Words(loaded.Private.nPrintSpeed, loaded.Private.nTSMode),
+            support::Words(3, 1));
+  EXPECT_EQ(loaded.Private.Signature, SETTINGS_SIGNATURE);
 }
 
 // The wait cursor lasts as long as the transfer, whatever becomes of it.
 TEST_F(UtilityPage, AFailedLoadChangesNothing) {
   const auto cursor = [](LPCWSTR name) {
-    return [=](platform::Desk& desk) { EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, name)); };
+    return [=](platform::Desk& desk) {
+      EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, name));
+      EXPECT_TRUE(desk.Click(IDOK));
+    };
   };
   // Fails at a key in the middle of what it reads.
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=4"}, {u"ColorText=1", u"ColorText="}});
-  const auto answer =
-      Ok(support::kUtilityTab,
-         {Press(false, kFile), cursor(IDC_ARROW), Message(kLoadFailed, MB_ICONHAND),
-          Press(false, u"C:\\data\\none.ini"), cursor(IDC_WAIT), Message(kNotABackup, MB_ICONHAND),
-          cursor(IDC_ARROW), Message(kLoadFailed, MB_ICONHAND)});
+  desk().ClearShown();
+  const auto answer = Ok(support::kUtilityTab, {Press(false, kFile, 0), cursor(IDC_ARROW),
+                                                Press(false, u"C:\\data\\none.ini", 0),
+                                                cursor(IDC_WAIT), cursor(IDC_ARROW)});
+  EXPECT_EQ(Shown(), std::u16string(kLoadFailed) + kNotABackup + kLoadFailed);
   EXPECT_EQ(support::BytesOf(answer.record), support::BytesOf(block_.Record));
   EXPECT_EQ(machine().Data(kPrinter, u"Private DevMode")->bytes,
             support::BytesOf(&block_.Printer, kPrinterPartSize));
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
   WriteDefaultsWith({{u"BarFontNum=0", u"BarFontNum=1"}});
-  Visit({Press(false, kFile), cursor(IDC_WAIT), Click(IDOK),  // the warning of loaded fonts
-         cursor(IDC_ARROW), Message(kLoaded, MB_ICONASTERISK), cursor(IDC_ARROW)});
+  EXPECT_EQ(Visit({Press(false, kFile, 0), cursor(IDC_WAIT), cursor(IDC_ARROW)}),
+            std::u16string(kFontWarning) + kLoaded);
 }
 
 // What the file dialogs were asked for, and the file that the person picks in the next; none:
@@ -195,10 +195,10 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
 }
 
 TEST_F(UtilityPage, WithoutTheDialogLibraryNothingIsTouched) {
-  Visit({[this](platform::Desk&) { machine().RegisterModule(u"comdlg32.dll", {}); },
-         Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
-         ExpectText(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE),
-         Message(kSaveFailed, MB_ICONHAND)});
+  EXPECT_EQ(Visit({[this](platform::Desk&) { machine().RegisterModule(u"comdlg32.dll", {}); },
+                   Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
+                   ExpectText(IDC_UTILITY_SAVE_NAME, kFile), Press(true, kFile, 1)}),
+            kSaveFailed);
   EXPECT_EQ(Bytes(), "");
 }
 
