@@ -135,9 +135,13 @@ TEST(CodePageText, IsCutAtWholeCharacters) {
     EXPECT_EQ(ToCodePage(text, -1, out.data(), size), static_cast<int>(form.size()));
     EXPECT_EQ(out, form + std::string(size - form.size(), 0) + std::string(16 - size, 'x'));
   }
+  char none[4] = "abc";
+  EXPECT_EQ(ToCodePage(u"A", 0, none, 4), 0);
+  EXPECT_EQ(std::string(none, 4), std::string(4, 0));
   // Half a character counts as none; how many units bad bytes make is the platform's affair.
   const std::tuple<const char*, int, int, std::u16string> kTexts[] = {
-      {"\x95\\\x95\\", -1, 4, u"表"}, {"AB", 1, 6, u"A"}, {"A\x95", 2, 6, u"A"}, {"AB", 2, 0, u""},
+      {"\x95\\\x95\\", -1, 4, u"表"}, {"AB", 1, 6, u"A"},
+      {"A\x95\\", 2, 6, u"A"},        {"AB", 2, 0, u""},
       {"ABCD", 4, 6, u"AB"},          {"AB", 2, 1, u""}};
   for (const auto& [text, length, size, units] : kTexts) {
     WCHAR out[3] = {};
