@@ -4,10 +4,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/system/resources.h"
+
 namespace printhost {
 namespace {
 
-constexpr DWORD_PTR kBitmapType = 2;         // RT_BITMAP
 constexpr std::size_t kFileHeaderSize = 14;  // BITMAPFILEHEADER
 
 template <typename Number>
@@ -37,13 +38,9 @@ std::size_t PixelOffset(std::string_view bitmap) {
 }  // namespace
 
 std::string BitmapFile(HMODULE module, int id) {
-  const HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(static_cast<DWORD_PTR>(id)),
-                                    MAKEINTRESOURCEW(kBitmapType));
-  if (found == nullptr) return {};
-  const HGLOBAL loaded = LoadResource(module, found);
-  const void* bytes = loaded == nullptr ? nullptr : LockResource(loaded);
-  if (bytes == nullptr) return {};
-  const std::string_view bitmap(static_cast<const char*>(bytes), SizeofResource(module, found));
+  const platform::Bytes bytes =
+      platform::FindResourceBytes(module, platform::kResourceBitmap, static_cast<WORD>(id));
+  const std::string_view bitmap(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   const std::size_t pixels = PixelOffset(bitmap);
   if (pixels == 0) return {};
   std::string file = "BM";

@@ -24,12 +24,7 @@ constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x00000008;
 HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
-HMODULE WINAPI GetModuleHandleW(LPCWSTR name);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
-HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type);
-HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
-LPVOID WINAPI LockResource(HGLOBAL resource);
-DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
 
 // ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);
@@ -54,7 +49,6 @@ PVOID WINAPI FreeSid(PSID sid);
 
 // ---- texts and numbers ----
 int WINAPI lstrcmpiW(LPCWSTR a, LPCWSTR b);
-int WINAPI MulDiv(int number, int numerator, int denominator);
 
 }  // extern "C"
 

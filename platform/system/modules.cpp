@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/system/last_error.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -14,10 +15,6 @@ std::map<std::u16string, Machine::EntryPoints>& BuiltIns() {
   static std::map<std::u16string, Machine::EntryPoints> modules;
   return modules;
 }
-
-// The instance of the running program itself.
-int programInstance = 0;
-HMODULE Program() { return reinterpret_cast<HMODULE>(&programInstance); }
 
 std::u16string_view FileNameOf(std::u16string_view path) {
   const size_t cut = path.find_last_of(u"\\/:");
@@ -175,18 +172,6 @@ LoadedModule* ModuleTable::Get(HMODULE handle) const {
   return found == modules_.end() ? nullptr : found->get();
 }
 
-HMODULE ModuleTable::Find(std::u16string_view given) const {
-  const std::lock_guard lock(mutex_);
-  const std::u16string name = Completed(given);
-  for (const auto& module : modules_) {
-    if (EqualIgnoringCase(module->path, name) ||
-        EqualIgnoringCase(FileNameOf(module->path), name)) {
-      return module->handle;
-    }
-  }
-  return nullptr;
-}
-
 FARPROC ModuleTable::Entry(HMODULE handle, LPCSTR name) const {
   const std::lock_guard lock(mutex_);
   const LoadedModule* module = Get(handle);
@@ -240,9 +225,8 @@ HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE, DWORD) {
 }
 
 BOOL WINAPI FreeLibrary(HMODULE module) {
-  if (Machine::Current().impl().modules.Free(module)) return TRUE;
-  SetLastError(ERROR_INVALID_HANDLE);
-  return FALSE;
+  return Succeeds(Machine::Current().impl().modules.Free(module) ? ERROR_SUCCESS
+                                                                 : ERROR_INVALID_HANDLE);
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
@@ -253,18 +237,10 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
   return entry;
 }
 
-HMODULE WINAPI GetModuleHandleW(LPCWSTR name) {
-  if (name == nullptr) return Program();
-  const HMODULE module = Machine::Current().impl().modules.Find(name);
-  if (module == nullptr) SetLastError(ERROR_MOD_NOT_FOUND);
-  return module;
-}
-
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
   Machine& machine = Machine::Current();
-  const bool program = module == nullptr || module == Program();
   const std::u16string path =
-      program ? machine.executablePath() : machine.impl().modules.Path(module);
+      module == nullptr ? machine.executablePath() : machine.impl().modules.Path(module);
   if (path.empty() || fileName == nullptr || size == 0) {
     SetLastError(path.empty() ? ERROR_MOD_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
     return 0;
@@ -276,15 +252,8 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
 }
 
 // The module's manifest names the newest common controls; the stand-in has no others.
-HANDLE WINAPI CreateActCtxW(PCACTCTXW context) {
-  if (context != nullptr && context->cbSize >= sizeof(ULONG)) {
-    return reinterpret_cast<HANDLE>(&programInstance);
-  }
-  SetLastError(ERROR_INVALID_PARAMETER);
-  return INVALID_HANDLE_VALUE;
-}
+HANDLE WINAPI CreateActCtxW(PCACTCTXW) { return reinterpret_cast<HANDLE>(1); }
 BOOL WINAPI ActivateActCtx(HANDLE, ULONG_PTR* cookie) {
-  if (cookie == nullptr) return FALSE;
   *cookie = 1;
   return TRUE;
 }

@@ -44,7 +44,6 @@ class ModuleTable {
   void Unregister(std::u16string_view fileName);
   HMODULE Load(std::u16string_view name);  // null with the last error set
   bool Free(HMODULE module);
-  HMODULE Find(std::u16string_view name) const;
   FARPROC Entry(HMODULE module, LPCSTR name) const;
   // Empty for no module.
   std::u16string Path(HMODULE module) const;

@@ -1,6 +1,6 @@
 #include "platform/system/resources.h"
 
-#include <elf.h>
+#include <link.h>
 
 #include <algorithm>
 #include <cstring>
@@ -30,16 +30,15 @@ Bytes Slice(Bytes bytes, uint64_t offset, uint64_t size) {
 
 // The section ".rsrc" of a shared object; the file itself when it is none; empty when it is an
 // object without that section.
-template <typename Header, typename Section>
-Bytes ResourceSection(Bytes file) {
-  const auto header = At<Header>(file, 0);
-  if (!header) return {};
+Bytes SectionOf(Bytes file) {
+  if (file.size() < EI_NIDENT || std::memcmp(file.data(), ELFMAG, SELFMAG) != 0) return file;
+  const auto header = At<ElfW(Ehdr)>(file, 0);
+  if (!header || header->e_shentsize != sizeof(ElfW(Shdr))) return {};
   const auto sectionAt = [&](uint64_t index) {
-    return At<Section>(file, header->e_shoff + index * sizeof(Section));
+    return At<ElfW(Shdr)>(file, header->e_shoff + index * sizeof(ElfW(Shdr)));
   };
   const auto names = sectionAt(header->e_shstrndx);
-  if (header->e_shoff == 0 || header->e_shentsize != sizeof(Section) || !names) return {};
-  const Bytes texts = Slice(file, names->sh_offset, names->sh_size);
+  const Bytes texts = names ? Slice(file, names->sh_offset, names->sh_size) : Bytes();
   constexpr std::string_view kName(".rsrc\0", 6);
   for (unsigned i = 0; i < header->e_shnum; ++i) {
     const auto section = sectionAt(i);
@@ -50,13 +49,6 @@ Bytes ResourceSection(Bytes file) {
     }
   }
   return {};
-}
-
-Bytes SectionOf(Bytes file) {
-  if (file.size() < EI_NIDENT || std::memcmp(file.data(), ELFMAG, SELFMAG) != 0) return file;
-  return static_cast<unsigned char>(file[EI_CLASS]) == ELFCLASS32
-             ? ResourceSection<Elf32_Ehdr, Elf32_Shdr>(file)
-             : ResourceSection<Elf64_Ehdr, Elf64_Shdr>(file);
 }
 
 // A type or name of a resource header: 0xFFFF and a number, or a terminated text.
@@ -93,10 +85,6 @@ ResourceName NameOf(LPCWSTR idOrText) {
   ResourceName name;
   if (IS_INTRESOURCE(idOrText)) {
     name.id = static_cast<WORD>(reinterpret_cast<ULONG_PTR>(idOrText));
-  } else if (idOrText[0] == u'#') {
-    for (const WCHAR* digit = idOrText + 1; *digit >= u'0' && *digit <= u'9'; ++digit) {
-      name.id = static_cast<WORD>(name.id * 10 + (*digit - u'0'));
-    }
   } else {
     name.text = FoldCase(idOrText);
   }
@@ -141,10 +129,6 @@ const Resource* ResourceTable::Find(const ResourceName& type, const ResourceName
   return found == resources_.end() ? nullptr : &*found;
 }
 
-bool ResourceTable::Holds(const Resource* resource) const {
-  return !resources_.empty() && resource >= &resources_.front() && resource <= &resources_.back();
-}
-
 Bytes FindResourceBytes(HINSTANCE module, LPCWSTR type, LPCWSTR name) {
   const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
   const Resource* resource = table == nullptr ? nullptr : table->Find(NameOf(type), NameOf(name));
@@ -155,38 +139,9 @@ Bytes FindResourceBytes(HINSTANCE module, LPCWSTR type, LPCWSTR name) {
 
 using namespace platform;
 
-HRSRC WINAPI FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type) {
-  const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
-  const Resource* resource = table == nullptr ? nullptr : table->Find(NameOf(type), NameOf(name));
-  if (resource == nullptr) SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-  return reinterpret_cast<HRSRC>(const_cast<Resource*>(resource));
-}
-
-namespace {
-const Resource* Checked(HMODULE module, HRSRC handle) {
-  const ResourceTable* table = Machine::Current().impl().modules.Resources(module);
-  const auto* resource = reinterpret_cast<const Resource*>(handle);
-  if (table != nullptr && table->Holds(resource)) return resource;
-  SetLastError(ERROR_INVALID_HANDLE);
-  return nullptr;
-}
-}  // namespace
-
-HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) {
-  const Resource* resource = Checked(module, handle);
-  return resource == nullptr ? nullptr : const_cast<std::byte*>(resource->data.data());
-}
-
-LPVOID WINAPI LockResource(HGLOBAL resource) { return resource; }
-
-DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) {
-  const Resource* resource = Checked(module, handle);
-  return resource == nullptr ? 0 : static_cast<DWORD>(resource->data.size());
-}
-
 // Strings lie in blocks of 16: each a count of units and the units.
 int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size) {
-  if (buffer == nullptr || size < 0) return 0;
+  if (buffer == nullptr || size <= 0) return 0;
   const Bytes block = FindResourceBytes(instance, kResourceString, static_cast<WORD>(id / 16 + 1));
   uint64_t offset = 0;
   for (UINT skipped = 0; skipped < id % 16; ++skipped) {
@@ -194,12 +149,6 @@ int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size) {
   }
   const WORD length = At<WORD>(block, offset).value_or(0);
   const Bytes units = Slice(block, offset + 2, uint64_t{length} * 2);
-  if (size == 0) {
-    // The buffer then receives the address of the text itself.
-    const void* address = units.data();
-    std::memcpy(static_cast<void*>(buffer), &address, sizeof(address));
-    return static_cast<int>(units.size() / 2);
-  }
   const size_t count = std::min(units.size() / 2, static_cast<size_t>(size) - 1);
   if (count > 0) std::memcpy(buffer, units.data(), count * sizeof(WCHAR));
   buffer[count] = 0;

@@ -40,7 +40,6 @@ class ResourceTable {
   // Of an image in memory, which has to outlive the table.
   explicit ResourceTable(std::vector<Resource> resources) : resources_(std::move(resources)) {}
   const Resource* Find(const ResourceName& type, const ResourceName& name) const;
-  bool Holds(const Resource* resource) const;
 
  private:
   void Index(Bytes section);

@@ -3,6 +3,7 @@
 
 #include "platform/desktop/windows/dialog_template.h"
 #include "platform/desktop/windows/manager.h"
+#include "platform/system/resources.h"
 
 namespace platform {
 
@@ -143,11 +144,9 @@ LRESULT WINAPI DefDlgProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lPar
 
 INT_PTR WINAPI DialogBoxParamW(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC proc,
                                LPARAM param) {
-  constexpr DWORD_PTR kDialogType = 5;  // RT_DIALOG
-  const HRSRC resource = FindResourceW(instance, name, MAKEINTRESOURCEW(kDialogType));
-  if (resource == nullptr) return platform::RunDialog({instance, nullptr, 0, owner, proc, param});
-  return platform::RunDialog({instance, LockResource(LoadResource(instance, resource)),
-                              SizeofResource(instance, resource), owner, proc, param});
+  const platform::Bytes dialog = platform::FindResourceBytes(
+      instance, MAKEINTRESOURCEW(DWORD_PTR{platform::kResourceDialog}), name);
+  return platform::RunDialog({instance, dialog.data(), dialog.size(), owner, proc, param});
 }
 
 // The caller vouches for a template in memory: the structure carries no size of its own.

@@ -46,7 +46,7 @@ class Reader {
 
   // A place in dialog units: half as many pixels more, rounded half up.
   RECT TakePlace() {
-    const auto pixels = [this] { return MulDiv(Take<SHORT>(), 3, 2); };
+    const auto pixels = [this] { return (Take<SHORT>() * 3 + 1) >> 1; };
     const LONG left = pixels(), top = pixels(), width = pixels(), height = pixels();
     return {left, top, left + width, top + height};
   }
