@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -26,14 +27,14 @@ using support::GuardedBuffer;
 using support::OpenedPrinter;
 
 constexpr char16_t kName[] = u"倉庫 1F,LPT1:";
-const auto kValue = const_cast<LPWSTR>(u"Private DevMode");
 
 class Spooler : public testing::Test {
  protected:
   void SetUp() override { machine_->AddPrinter({.name = kName, .helpFile = u"", .attributes = 8}); }
-  static DWORD Set(HANDLE printer) {
-    BYTE bytes[] = {1, 2, 3, 4};
-    return SetPrinterDataW(printer, kValue, REG_BINARY, bytes, sizeof(bytes));
+  static std::string Joined(std::initializer_list<DWORD> numbers) {
+    std::string told;
+    for (const DWORD number : numbers) told += (told.empty() ? "" : ",") + std::to_string(number);
+    return told + " ";
   }
   std::unique_ptr<Machine> machine_ = Machine::Create();
   DWORD needed_ = 0, type_ = 0;
@@ -60,68 +61,67 @@ TEST_F(Spooler, EachLevelTellsItsSizeAndFitsIt) {
   }
 }
 
+// Told as errors (5 denied, 6 no handle, 234 more data, 1905 printer deleted), the size needed and
+// the first byte and type that came.
 TEST_F(Spooler, DataKeepsTypeSizeAndRight) {
-  const OpenedPrinter printer(kName);
-  const auto get = [&](HANDLE from, BYTE* out, DWORD size, const char16_t* name = kValue) {
-    return GetPrinterDataW(from, const_cast<LPWSTR>(name), &type_, out, size, &needed_);
+  std::string told;
+  const auto get = [&](HANDLE from, DWORD size, const char16_t* name = u"Private DevMode") {
+    BYTE out[] = {9, 9, 9, 9, 9};
+    const DWORD error = GetPrinterDataW(from, const_cast<LPWSTR>(name), &type_,
+                                        size == 0 ? nullptr : out, size, &needed_);
+    EXPECT_EQ(out[4], 9);
+    told += Joined({error, needed_, out[0], type_});
   };
-  BYTE out[5] = {9, 9, 9, 9, 9};
-  needed_ = 9;
-  EXPECT_EQ(get(printer, out, 4), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(needed_, 0u);
-  EXPECT_EQ(Set(printer), ERROR_SUCCESS);
-  EXPECT_EQ(get(printer, out, 3), ERROR_MORE_DATA);
-  EXPECT_EQ(needed_, 4u);
-  EXPECT_EQ(out[0], 9) << "nothing is copied in part";
-  EXPECT_EQ(get(printer, out, 5, u"private devmode"), ERROR_SUCCESS);
-  EXPECT_EQ(type_, REG_BINARY);
-  EXPECT_EQ(std::string(out, out + 5), "\1\2\3\4\x9");
-  const auto lower = const_cast<LPWSTR>(u"private devmode");
-  EXPECT_EQ(SetPrinterDataW(printer, lower, REG_SZ, nullptr, 0), ERROR_SUCCESS);
-  EXPECT_EQ(get(printer, nullptr, 0), ERROR_SUCCESS);
-  EXPECT_EQ(machine_->AllData(kName).size(), 1u) << "one value under both spellings";
-  for (const ACCESS_MASK access : {ACCESS_MASK{0}, ACCESS_MASK{PRINTER_ACCESS_USE}}) {
-    const OpenedPrinter used(kName, access);
-    EXPECT_EQ(Set(used), ERROR_ACCESS_DENIED) << access;
-    EXPECT_EQ(get(used, out, 4), ERROR_SUCCESS) << access;
-  }
+  const auto set = [&](HANDLE to, DWORD size) {
+    BYTE bytes[] = {1, 2, 3, 4};
+    told += Joined({SetPrinterDataW(to, const_cast<LPWSTR>(u"PRIVATE devmode"), REG_BINARY,
+                                    size == 0 ? nullptr : bytes, size)});
+  };
+  const OpenedPrinter printer(kName), used(kName, PRINTER_ACCESS_USE), unasked(kName, 0);
+  get(printer, 4);
+  set(printer, 4);
+  get(printer, 3);
+  get(printer, 5, u"private devmode");
+  set(printer, 0);
+  get(printer, 0);
+  EXPECT_EQ(told, "2,0,9,0 0 234,4,9,3 0,4,1,3 0 0,0,9,3 ");
+  EXPECT_EQ(machine_->AllData(kName).size(), 1u) << "one value under every spelling";
+  told.clear();
+  for (HANDLE each : {HANDLE(used), HANDLE(unasked)}) set(each, 4), get(each, 4);
   machine_->SetPermission(kName, true, false);
-  EXPECT_EQ(Set(printer), ERROR_ACCESS_DENIED);
-  EXPECT_EQ(machine_->Data(kName, kValue)->bytes.size(), 0u);
+  set(printer, 4);
   machine_->AddPrinter({.name = kName});
-  EXPECT_EQ(Set(printer), ERROR_PRINTER_DELETED) << "another one of the same name";
-  EXPECT_EQ(get(printer, out, 4), ERROR_FILE_NOT_FOUND);
+  set(printer, 4);
+  get(printer, 4);
+  EXPECT_EQ(told, "5 0,0,9,3 5 0,0,9,3 5 1905 2,0,9,3 ") << "at last another of the same name";
 }
-
-constexpr char16_t kPrinters[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 
 TEST_F(Spooler, RegistryValuesHaveTypeSizeAndRight) {
   HKEY key = nullptr;
-  const auto create = [&key](REGSAM access) {
-    return RegCreateKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, nullptr, 0, access, nullptr, &key, nullptr);
-  };
   DWORD value = 0x01020304, size = 3;
   const auto data = reinterpret_cast<BYTE*>(&value);
-  const auto query = [&](const char16_t* name) {
-    return RegQueryValueExW(key, name, nullptr, &type_, data, &size);
+  std::string told;
+  const auto use = [&](REGSAM access) {
+    RegCreateKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, nullptr, 0, access, nullptr, &key, nullptr);
+    const auto query = [&] {
+      const LSTATUS error = RegQueryValueExW(key, u"syncPRINT", nullptr, &type_, data, &size);
+      told += Joined({static_cast<DWORD>(error), size, type_});
+    };
+    query();
+    told += Joined({static_cast<DWORD>(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4))});
+    for (int i = 0; i < 2; ++i) query();
+    RegCloseKey(key);
   };
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
-  ASSERT_EQ(create(KEY_READ | KEY_WRITE), 0);
-  EXPECT_EQ(query(u"SyncPrint"), ERROR_FILE_NOT_FOUND);
-  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), 0);
-  EXPECT_EQ(query(u"syncprint"), ERROR_MORE_DATA);
-  EXPECT_EQ(size, 4u);
-  EXPECT_EQ(type_, REG_DWORD);
-  EXPECT_EQ(query(u"syncprint"), 0);
-  EXPECT_EQ(RegCloseKey(key), 0);
-  EXPECT_EQ(query(u"SyncPrint"), ERROR_INVALID_HANDLE);
-  ASSERT_EQ(create(KEY_READ), 0);
-  EXPECT_EQ(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4), ERROR_ACCESS_DENIED);
-  RegCloseKey(key);
-  ASSERT_EQ(create(KEY_SET_VALUE), 0);
-  EXPECT_EQ(query(u"SyncPrint"), ERROR_ACCESS_DENIED);
-  RegCloseKey(key);
+  use(KEY_READ | KEY_WRITE);
+  EXPECT_EQ(told, "2,3,0 0 234,4,4 0,4,4 ");
+  use(KEY_READ);
+  use(KEY_SET_VALUE);
+  EXPECT_EQ(told.substr(22), "0,4,4 5 0,4,4 0,4,4 5,4,4 0 5,4,4 5,4,4 ");
+  EXPECT_EQ(RegCloseKey(key), ERROR_INVALID_HANDLE);
 }
+
+constexpr char16_t kPrinters[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 
 TEST_F(Spooler, RegistryValuesGoWithTheirPrinter) {
   machine_->AddPrinter({.name = u"\\\\server\\p"});
@@ -167,13 +167,12 @@ PRAGMA user_version = 1;"""))";
   const platform::OsVersion os = machine->os();
   EXPECT_EQ(std::tuple(os.major, os.minor, os.servicePack, os.platformId, os.productType),
             std::tuple(5, 2, 1, 2, 3));
-  EXPECT_FALSE(os.verifies || machine->administrator());
-  EXPECT_EQ(machine->executablePath(), u"C:\\x.exe");
-  const platform::PrinterSetup printer = machine->Printers().at(0);
-  EXPECT_EQ(printer.name + printer.driverName + printer.portName + printer.printProcessor +
-                printer.helpFile + printer.dataFile,
-            u"pdqwf");
-  EXPECT_TRUE(printer.attributes == 72 && printer.administer && !printer.writable);
+  const platform::PrinterSetup is = machine->Printers().at(0);
+  EXPECT_EQ(is.name + is.driverName + is.portName + is.printProcessor + is.helpFile + is.dataFile +
+                machine->executablePath(),
+            u"pdqwfC:\\x.exe");
+  EXPECT_TRUE(is.attributes == 72 && is.administer);
+  EXPECT_FALSE(is.writable || os.verifies || machine->administrator());
   EXPECT_EQ(machine->DefaultRecord(u"P").size(), 2u);
   EXPECT_EQ(machine->AllData(u"P").at(u"n").type, REG_SZ);
   EXPECT_EQ(machine->AllRegistry(u"").at(u"a\\v").type, REG_DWORD);

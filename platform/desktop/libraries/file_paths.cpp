@@ -95,7 +95,7 @@ std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view
       std::filesystem::directory_options::skip_permission_denied, error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
     if (entry->path().filename().string().starts_with('.')) continue;  // hidden on the host
-    const std::u16string name = entry->path().filename().u16string();
+    const std::u16string name = ToUtf16(entry->path().filename().native());
     std::error_code unknown;
     if (entry->is_directory(unknown))
       folders.push_back(name + u'\\');
