@@ -136,8 +136,9 @@ TEST_F(FontTest, NamesAreJudgedInOrder) {
          Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
          Bar(u"あいうえおかきくけこさしすせそた")});
   judged(kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "});
-  judged(kDeco, -1, u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
-         {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"ＭＳ ゴシック", u"Installed Face"});
+  judged(
+      kDeco, -1, u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
+      {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"Installed Face", std::u16string(31, u'F')});
   judged(kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"});
   judged(kDeco, -1, u"不正な文字が使用されています。",
          {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"});

@@ -80,8 +80,8 @@ struct FakeLibrary {
     };
     for (const kestrel::BarcodeKindRow& kind : kestrel::BarcodeKinds()) {
       add(kind.getName, &Name);
-      add(kind.init, &Init);
-      add(kind.showDialog, &Show);
+      add(kind.init, &Answer<'I'>);
+      add(kind.showDialog, &Answer<'S'>);
     }
     machine.RegisterModule(u"QM610rBAR.DLL", entries);
   }
@@ -91,21 +91,15 @@ struct FakeLibrary {
   static void WINAPI Name(char* name) {
     std::memcpy(name, "\216\35545678901234567890123456789012", 32);
   }
-  static void Called(char entry, const uint16_t* block, const uint16_t* words, HWND dialog) {
-    calls += entry + std::to_string(block[19]);
+  template <char kEntry>
+  static int16_t WINAPI Answer(uint16_t* block, const uint16_t* words, HWND dialog) {
+    calls += kEntry + std::to_string(block[19]);
     if (words[0] != 203) calls += "@" + std::to_string(words[0]);
     EXPECT_EQ(std::tuple(words[1], words[2], words[3]), std::tuple(words[0], 0, 0));
     EXPECT_NE(GetDlgItem(dialog, IDC_BAR_FONT_KIND), nullptr);
-  }
-  static int16_t WINAPI Init(uint16_t* block, const uint16_t* words, HWND dialog) {
-    Called('I', block, words, dialog);
-    std::fill_n(block, 20, kInitial);
-    return initResult;
-  }
-  static int16_t WINAPI Show(uint16_t* block, const uint16_t* words, HWND dialog) {
-    Called('S', block, words, dialog);
-    block[7] = 9;
-    return showResult;
+    if (kEntry == 'I') std::fill_n(block, 20, kInitial);
+    if (kEntry == 'S') block[7] = 9;
+    return kEntry == 'I' ? initResult : showResult;
   }
 };
 
@@ -113,7 +107,7 @@ class FontTest : public SheetTest {
  protected:
   void SetUp() override {
     SheetTest::SetUp();
-    machine().SetInstalledFontFamilies({u"Installed Face", u"ＭＳ ゴシック"});
+    machine().SetInstalledFontFamilies({u"Installed Face", std::u16string(31, u'F')});
     FakeLibrary::Install(machine());
   }
   void SetDensity(int density) {
