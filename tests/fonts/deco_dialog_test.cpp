@@ -32,29 +32,20 @@ Step DecoLooks(std::string look) { return Looks(kControls, look); }
 constexpr char kFresh[] = "5*9 0 (5/1..30) (9/1..54) 1/1..6 1/1..6 2 (0) 0 0 (0) (0) (0) {1}";
 
 TEST_F(FontTest, EveryResidentFontOffersItsOwn) {
-  constexpr char kKanji[] = "16*16 24*24 22*22";
-  using Text = const char*;
-  const std::tuple<int, int, const char16_t*, Text, Text, Text, int, int, int> kFonts[] = {
-      {203, 4, u"X24", "48*48", "0", "(0)", 4, 48, 48},
-      {203, 5, u"OCR-A", "15*22", "(0)", "(0)", 8, 15, 22},
-      {203, 6, u"OCR-B", "20*24", "(0)", "(0)", 32, 20, 24},
-      {203, 7, u"POP", "80*133", "0", "(0)", 2048, 80, 133},
-      {203, 9, u"漢字(縦書)", kKanji, "(0)", "0", 128, 16, 16},
-      {305, 5, u"OCR-A", "22*33", "(0)", "(0)", 16, 22, 33},
-      {305, 6, u"OCR-B", "30*36", "(0)", "(0)", 64, 30, 36}};
-  for (const auto& [density, row, name, sizes, pitch, emphasis, code, width, height] : kFonts) {
-    std::string look = std::string(sizes) + " 0 ";
-    for (int dots : {width, height}) {
-      look += "(" + std::to_string(dots) + "/1.." + std::to_string(6 * dots) + ") ";
-    }
-    look = look + "1/1..6 1/1..6 2 " + pitch + " 0 0 (0) " + emphasis + " (0) {1}";
+  const std::tuple<int, int, const char16_t*, int, int, int, const char*> kFonts[] = {
+      {203, 1, u"X21", 2, 17, 17, "0 (0)"},          {203, 2, u"X22", 256, 24, 24, "0 (0)"},
+      {203, 3, u"X23", 4, 48, 48, "0 (0)"},          {203, 4, u"X24", 4, 48, 48, "0 (0)"},
+      {203, 6, u"OCR-B", 32, 20, 24, "(0) (0)"},     {203, 7, u"POP", 2048, 80, 133, "0 (0)"},
+      {203, 8, u"漢字(横書)", 128, 16, 16, "(0) 0"}, {203, 9, u"漢字(縦書)", 128, 16, 16, "(0) 0"},
+      {305, 5, u"OCR-A", 16, 22, 33, "(0) (0)"},     {305, 6, u"OCR-B", 64, 30, 36, "(0) (0)"}};
+  for (const auto& [density, row, name, code, width, height, pitchAndEmphasis] : kFonts) {
     SetDensity(density);
     Store({});
     Gives({Deco(u"A", name, code, width, height)},
           New(kDeco, u"A",
-              {ExpectSelected(kResident, 0), DecoLooks(kFresh), Looks(kDecoSerial, kSerialOff),
-               ExpectText(kDeco.name, u""), Select(kResident, 4), Select(kResident, name),
-               ExpectSelected(kResident, row), DecoLooks(look)}));
+              {ExpectSelected(kResident, 0), DecoLooks(kFresh), Select(kResident, name),
+               ExpectSelected(kResident, row),
+               Looks({{1136, 1137}, {1018, 1017}}, pitchAndEmphasis)}));
   }
 }
 
@@ -98,7 +89,8 @@ TEST_F(FontTest, DecorationAndSerialNumberingAreNeverBothOff) {
   Gives(
       {Deco(u"S").Put(194, {0}).Put(220, {1, 1, 5, 0, 12, 8})},
       New(kDeco, u"S",
-          {Click(kSerialOn), numbers("1"), Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
+          {ExpectText(kDeco.name, u""), Click(kSerialOn), numbers("1"),
+           Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
            DecoLooks("(5*9 0) (5/1..30) (9/1..54) (1/1..6) (1/1..6) (2) (0) (0) (0) (0) (0) (0) 0"),
            numbers("{1}"), refuses(kSerialNo), Click(kDecorated), Click(kSerialNo),
            DecoLooks(kFresh), Looks(kDecoSerial, kSerialOff), refuses(kPlain),
