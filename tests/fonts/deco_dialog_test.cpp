@@ -151,8 +151,8 @@ TEST_F(FontTest, StoredFontsAreChanged) {
     Gives({stored}, {Click(kDeco.change), Click(IDCANCEL)});
     Gives({expected}, Change(kDeco, steps));
   };
-  const auto refused = [](const std::vector<Wrong>& cases) {
-    return Refuses(Changes(kDeco), u"フォントサイズ\n", cases);
+  const auto refused = [](const std::vector<Bounds>& fields) {
+    return Refuses(Changes(kDeco), u"フォントサイズ\n", fields);
   };
   const auto selected = [](Desk& desk) {
     EXPECT_EQ(SendDlgItemMessageW(desk.Top(), kWidth, EM_GETSEL, 0, 0), MAKELONG(0, 3));
@@ -163,10 +163,8 @@ TEST_F(FontTest, StoredFontsAreChanged) {
           {DecoLooks("5*9 0 (45/1..270) (1/1..1) 9/1..6 0/1..6 2 (0) 0 0 (0) (0) (0) {1}"),
            Spin(1158, 9), ExpectText(kX, u"6"), Replace(kY, u"70"), Click(kMm), Select(kSize, 0),
            Click(kSerialOn), ExpectText(kY, u"70"), Click(kSerialNo),
-           refused({{kX, u"7", u"幅倍率は 6 以下にして下さい。", u"2"},
-                    {kX, u"", u"幅倍率は 1 以上にして下さい。", u"2"},
-                    {kY, u"70", u"高さ倍率は 6 以下にして下さい。", u"2"},
-                    {kY, u"0", u"高さ倍率は 1 以上にして下さい。", u"2"}}),
+           refused({{kX, u"幅倍率", u"", u"", u"1", u"6", u"7", u"2"},
+                    {kY, u"高さ倍率", u"", u"0", u"1", u"6", u"70", u"2"}}),
            Click(kDot), Put(kX, u"3-1")});
   // Another resident font takes back the decoration, not the serial numbering and the name.
   changes(
@@ -181,16 +179,15 @@ TEST_F(FontTest, StoredFontsAreChanged) {
   changes(Deco(u"FREE", u"OUTLINE", 1024, 100, 200),
           Deco(u"FREE", u"OUTLINE", 1024, 1500, 280).Put(206, {1}),
           {DecoLooks(" 100/27..550 200/50..999 (1/1..6) (1/1..6) 2 (0) 0 0 (0) (0) 0 {1}"),
-           refused({{kWidth, u"26", u"幅は 27 dot 以上にして下さい。", u"30"},
-                    {kWidth, u"551", u"幅は 550 dot 以下にして下さい。", u"549"},
-                    {kHeight, u"49", u"高さは 50 dot 以上にして下さい。", u"999"}}),
+           refused({{kWidth, u"幅", u"dot ", u"26", u"27", u"550", u"551", u"549"},
+                    {kHeight, u"高さ", u"dot ", u"49", u"50", u"999", u"1000", u"999"}}),
            Spin(1108, 2), ExpectText(kWidth, u"550"), Click(kMm),
            DecoLooks(" 68.8/34..688 125.0/63..1250 (1/1..6) (1/1..6) 0 (0) 0 0 (0) (0) 0 {1}"),
-           refused({{kWidth, u"68.9", u"幅は 68.8 mm 以下にして下さい。", u"12.5"},
-                    {kHeight, u"125.1", u"高さは 125.0 mm 以下にして下さい。", u"7.0"}}),
+           refused({{kWidth, u"幅", u"mm ", u"3.3", u"3.4", u"68.8", u"68.9", u"12.5"},
+                    {kHeight, u"高さ", u"mm ", u"6.2", u"6.3", u"125.0", u"125.1", u"7.0"}}),
            Spin(1110, 1), ExpectText(kHeight, u"7.1"), Paste(kWidth, u"9"), Focus(kHeight),
            ExpectText(kWidth, u"9.0"), Tab(true), selected, Click(kInch),
-           refused({{kWidth, u"0.132", u"幅は 0.133 inch 以上にして下さい。", u"1.500"}})});
+           refused({{kWidth, u"幅", u"inch ", u"0.132", u"0.133", u"2.709", u"2.710", u"1.500"}})});
   // What the printer's fonts do not explain stays until another font is chosen.
   for (const Record& font : {Deco(u"A", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}),
                              Deco(u"A", u"OUTLINE", 1024, 60, 90).Put(206, {0}).Put(218, {7}),

@@ -184,20 +184,27 @@ inline Steps Change(const Kind& kind, const Steps& steps = {}, const Steps& atOk
 inline Step Put(int id, std::u16string text) {
   return [=](Desk& desk) { SetDlgItemTextW(desk.Top(), id, text.c_str()); };
 }
-// Numbers that OK refuses, those of the first field first, each with a message and the focus on its
-// field; a good one follows, to which a letter cannot be added.
-struct Wrong {
+// What a field takes, a number below and one above that OK refuses, each with a message and the
+// focus on the first field that is wrong; a good one, to which a letter cannot be added.
+struct Bounds {
   int field;
-  const char16_t *text, *message, *good;
+  const char16_t *what, *unit, *below, *least, *most, *above, *good;
 };
 inline Steps Refuses(const std::u16string& title, const std::u16string& group,
-                     const std::vector<Wrong>& cases) {
+                     const std::vector<Bounds>& fields) {
   Steps steps;
-  for (const Wrong& c : cases) steps += Put(c.field, c.text);
-  for (const Wrong& c : cases) {
-    steps += {Put(c.field, c.text), Click(IDOK),
-              CloseMessage(group + c.message, MB_ICONEXCLAMATION, title), ExpectFocus(c.field)};
-    steps += {Replace(c.field, c.good), Type(c.field, u"x"), ExpectText(c.field, c.good)};
+  for (const Bounds& f : fields) steps += Put(f.field, f.above);
+  for (const Bounds& f : fields) {
+    const std::u16string is = group + f.what + u"は ", unit = std::u16string(u" ") + f.unit;
+    steps += {Put(f.field, f.below),
+              Click(IDOK),
+              CloseMessage(is + f.least + unit + u"以上にして下さい。", MB_ICONEXCLAMATION, title),
+              ExpectFocus(f.field),
+              Put(f.field, f.above),
+              Click(IDOK),
+              CloseMessage(is + f.most + unit + u"以下にして下さい。", MB_ICONEXCLAMATION, title),
+              ExpectFocus(f.field)};
+    steps += {Replace(f.field, f.good), Type(f.field, u"x"), ExpectText(f.field, f.good)};
   }
   return steps;
 }
@@ -219,6 +226,7 @@ inline Step Looks(Groups groups, std::string expected) {
           text.append(view.text.begin(), view.text.end());
         } else if (view.kind == platform::ControlKind::kUpDown) {
           text += "/" + std::to_string(view.minimum) + ".." + std::to_string(view.maximum);
+          EXPECT_EQ(view.buddy, ids[0]);
         } else if (view.checked || !view.items.empty()) {
           text += std::to_string(view.checked ? static_cast<int>(i) : view.selection);
         }
@@ -240,17 +248,13 @@ constexpr char kSerialOff[] = "0 (0) (1/1..9999) (1/-9999..9999) (1/1..99) (0/0.
 // Switches numbering on; what is refused of it, and what is made of odd texts. Leaves 5, 0, 12, 8.
 inline Steps SerialWalk(const Groups& ids, const std::u16string& title) {
   const int same = ids[2][0], step = ids[3][0], digits = ids[4][0], low = ids[5][0];
-  return {Click(ids[0][1]),
-          Refuses(title, u"連番設定\n",
-                  {{same, u"0", u"同一発行枚数は 1 枚以上にして下さい。", u"12"},
-                   {same, u"4294967301", u"同一発行枚数は 9999 枚以下にして下さい。", u"12"},
-                   {step, u"-10000", u"増減値は -9999 以上にして下さい。", u"-12"},
-                   {step, u"10000", u"増減値は 9999 以下にして下さい。", u"12"},
-                   {digits, u"0", u"連番有効桁数は 1 枚以上にして下さい。", u"12"},
-                   {digits, u"100", u"連番有効桁数は 99 枚以下にして下さい。", u"12"},
-                   {low, u"-1", u"下位無効桁数は 0 枚以上にして下さい。", u"12"},
-                   {low, u"100", u"下位無効桁数は 99 枚以下にして下さい。", u"7"}}),
-          Put(same, u"5-3"), Replace(step, u""), Spin(ids[5][1], 1)};
+  const std::vector<Bounds> bounds = {
+      {same, u"同一発行枚数", u"枚", u"0", u"1", u"9999", u"4294967301", u"12"},
+      {step, u"増減値", u"", u"-10000", u"-9999", u"9999", u"10000", u"-12"},
+      {digits, u"連番有効桁数", u"枚", u"0", u"1", u"99", u"100", u"12"},
+      {low, u"下位無効桁数", u"枚", u"-1", u"0", u"99", u"100", u"7"}};
+  return {Click(ids[0][1]), Refuses(title, u"連番設定\n", bounds), Put(same, u"5-3"),
+          Replace(step, u""), Spin(ids[5][1], 1)};
 }
 
 }  // namespace fonts
