@@ -52,14 +52,15 @@ int CountOwnPages(const DriverUiData& session) {
 
 // The next slot of a table, or null with the error set when it is full. Every call counts.
 template <typename T>
-T* TakeSlot(DriverUiData& session, FixedTable<T>& table, TableErrorCode full) {
+T* TakeSlot(DriverUiData& session, FixedTable<T>& table, TableErrorCode full,
+            size_t unitsPerElement = 1) {
   ++table.calls;
   if (session.tableError != kTableOk) return nullptr;
   if (table.used >= table.capacity) {
     session.tableError = full;
     return nullptr;
   }
-  return &table.start[table.used++];
+  return &table.start[static_cast<size_t>(table.used++) * unitsPerElement];
 }
 
 OPTITEM* FindItem(OptItemTables& tables, BYTE publicId) {
@@ -99,16 +100,9 @@ void AddOptItem(DriverUiData& session, const OPTITEM& item) {
 
 LPWSTR AddItemText(DriverUiData& session, const WCHAR* text) {
   if (text != nullptr && IS_INTRESOURCE(text)) return const_cast<LPWSTR>(text);
-  FixedTable<WCHAR>& texts = session.tables.texts;
-  ++texts.calls;
-  if (session.tableError != kTableOk) return nullptr;
-  if (texts.used >= texts.capacity) {
-    session.tableError = kTextTableFull;
-    return nullptr;
-  }
   const auto slotLength = static_cast<size_t>(session.bases.textLength);
-  WCHAR* slot = texts.start + static_cast<size_t>(texts.used++) * slotLength;
-  CopyText(slot, slotLength, text);
+  WCHAR* slot = TakeSlot(session, session.tables.texts, kTextTableFull, slotLength);
+  if (slot != nullptr) CopyText(slot, slotLength, text);
   return slot;
 }
 
