@@ -10,24 +10,10 @@ const PRINTER = "Label Printer";
 const PAPER = 1; // the page
 // Controls of the paper page and its registration dialog.
 const [VERTICAL_BASE, VERTICAL_BASE_SPIN, LANDSCAPE, PAPERS, REGISTER] = [1099, 1101, 1001, 1005, 1046];
-const [NAME, WIDTH, HELP] = [1115, 1053, 1167];
+const [NAME, WIDTH, LENGTH, HELP] = [1115, 1053, 1080, 1167];
 
-test("a field, its arrow, OK: the record comes out and is kept", async (t) => {
-  const { pc, page, faults, go, ok, control } = await openNewSheet(t);
-  await go(PAPER);
-  await control(VERTICAL_BASE).fill("-12");
-  await control(VERTICAL_BASE_SPIN).locator('[data-spin="up"]').click();
-  await control(LANDSCAPE).check();
-  await page.waitForFunction((id) => document.querySelector(`[data-id="${id}"]`).value === "-11", VERTICAL_BASE);
-  const { public: open, private: own } = await ok();
-  assert.deepEqual([own.nVertBase, own.Orient, open.dmOrientation], [-11, 2, 2]);
-  assert.deepEqual(faults, []);
-  const kept = pc.json("settings", PRINTER);
-  assert.deepEqual([kept.private.nVertBase, kept.private.Orient], [-11, 2]);
-});
-
-test("a paper is registered by keyboard, refused while it has no name", async (t) => {
-  const { page, go, ok, control, window } = await openNewSheet(t);
+test("a paper is registered by keyboard, refused while it has no name, drawn, turned and listed by the next process", async (t) => {
+  const { pc, page, faults, go, ok, control, window } = await openNewSheet(t);
   await go(PAPER);
   await control(REGISTER).click();
   await page.locator('[data-window="用紙登録"]').waitFor();
@@ -42,68 +28,49 @@ test("a paper is registered by keyboard, refused while it has no name", async (t
   const before = await control(HELP).textContent();
   await control(WIDTH).click();
   await page.waitForFunction(([id, text]) => [...document.querySelectorAll(`[data-id="${id}"]`)].at(-1).textContent !== text, [HELP, before]);
-  await control(WIDTH).fill("50.0");
+  await control(WIDTH).fill("40.0");
+  await control(LENGTH).fill("30.0");
   await page.keyboard.press("Enter");
   await page.locator('[data-window="用紙登録"]').waitFor({ state: "detached" });
   await page.waitForFunction((id) => [...document.querySelector(`[data-id="${id}"]`).options].some((option) => option.text === "荷札 50"), PAPERS);
   await control(PAPERS).selectOption("荷札 50");
+  await control(LANDSCAPE).check();
+  // Two labels fit the box, each turned.
+  await page.waitForFunction(() => ["rect", '[href="picture/156"]'].every((one) => document.querySelectorAll(`[data-id="1181"] ${one}`).length === 2));
   const { public: open } = await ok();
-  assert.deepEqual([open.dmFormName, open.dmPaperWidth], ["荷札 50", 500]);
+  assert.deepEqual([open.dmFormName, open.dmPaperWidth, open.dmOrientation, faults], ["荷札 50", 400, 2, []]);
+  assert.deepEqual(pc.json("caps", PRINTER).DC_PAPERSIZE.output[1], [400, 300]);
 });
 
-test("Cancel, Esc, a closed page, a killed browser and SIGTERM change nothing", async (t) => {
-  const endings = {
-    button: ({ page }) => page.locator('[data-button="cancel"]').click(),
-    escape: ({ page }) => page.keyboard.press("Escape"),
-    close: ({ page }) => page.close(),
-    browser: ({ page }) => page.context().close(),
-    signal: ({ sheet }) => sheet.child.kill("SIGTERM"),
-  };
-  for (const [name, end] of Object.entries(endings)) {
-    await t.test(name, async (t) => {
-      const pc = computer(t);
-      pc.run("add", PRINTER);
-      const before = [pc.json("settings", PRINTER), pc.json("data", PRINTER)];
-      const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", "user-default", "--out", pc.file("out"));
-      await go(PAPER);
-      await control(VERTICAL_BASE).fill("9");
-      await end({ page, sheet });
-      assert.equal((await sheet.ended).status, 1);
-      assert.ok(!existsSync(pc.file("out")));
-      assert.deepEqual([pc.json("settings", PRINTER), pc.json("data", PRINTER)], before);
-    });
+test("Cancel, Esc and a closed page change nothing", async (t) => {
+  const pc = computer(t, PRINTER);
+  const before = [pc.json("settings", PRINTER), pc.json("data", PRINTER)];
+  for (const end of [(page) => page.locator('[data-button="cancel"]').click(), (page) => page.keyboard.press("Escape"), (page) => page.close()]) {
+    const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", "user-default", "--out", pc.file("out"));
+    await go(PAPER);
+    await control(VERTICAL_BASE).fill("9");
+    await end(page);
+    assert.equal((await sheet.ended).status, 1);
+    assert.ok(!existsSync(pc.file("out")));
+    assert.deepEqual([pc.json("settings", PRINTER), pc.json("data", PRINTER)], before);
   }
 });
 
 test("each kind of sheet shows its pages and hands its record on as it should", async (t) => {
-  const pc = computer(t);
-  pc.run("add", PRINTER);
-  const settings = pc.json("settings", PRINTER);
-  for (const [kind, pages, kept] of [["document", 6, false], ["advanced", 6, false], ["printer", 1, false], ["user-default", 6, true]]) {
-    await t.test(kind, async (t) => {
-      const out = kind === "printer" ? [] : ["--out", pc.file(kind)];
-      const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", kind, ...out);
-      assert.equal(await page.locator("[data-page]").count(), pages);
-      if (kind !== "printer") {
-        await go(PAPER);
-        await control(LANDSCAPE).check();
-      }
-      await page.locator('[data-button="ok"]').click();
-      assert.equal((await sheet.ended).status, 0);
-      if (kind !== "printer") assert.equal(readFileSync(pc.file(kind)).readInt16LE(76), 2);
-      const now = pc.json("settings", PRINTER);
-      assert.equal(now.public.dmOrientation, kept ? 2 : settings.public.dmOrientation);
-    });
+  const pc = computer(t, PRINTER);
+  for (const [kind, pages, base] of [["document", 6, 0], ["advanced", 6, 0], ["printer", 1, 0], ["user-default", 6, 1]]) {
+    const out = kind === "printer" ? [] : ["--out", pc.file(kind)];
+    const { sheet, page, go, control } = await openSheet(t, pc, PRINTER, "--kind", kind, ...out);
+    assert.equal(await page.locator("[data-page]").count(), pages);
+    if (kind !== "printer") {
+      await go(PAPER);
+      await control(VERTICAL_BASE_SPIN).locator('[data-spin="up"]').click();
+    }
+    await page.locator('[data-button="ok"]').click();
+    assert.equal((await sheet.ended).status, 0);
+    if (kind !== "printer") assert.equal(readFileSync(pc.file(kind)).readInt16LE(384), 1);
+    assert.equal(pc.json("settings", PRINTER).private.nVertBase, base, kind);
   }
-});
-
-test("without permission the pages lock what changes the printer", async (t) => {
-  const pc = computer(t);
-  pc.run("add", PRINTER);
-  pc.run("machine", "--permission", PRINTER, "no");
-  const { go, control } = await openSheet(t, pc, PRINTER);
-  await go(PAPER);
-  assert.ok(await control(REGISTER).isDisabled());
 });
 
 test("what a field refuses snaps back; text under composition stays in the browser", async (t) => {

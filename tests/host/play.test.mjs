@@ -8,12 +8,13 @@ import { test } from "node:test";
 import { computer, program, start } from "../support/printhost.mjs";
 
 const NAME = "Label Printer";
-const [REGISTER, PAPERS, BASE, BASE_ARROWS, PEEL, LANDSCAPE] = [1046, 1005, 1099, 1101, 1195, 1001];
+const [REGISTER, PAPERS, BASE, BASE_ARROWS, PEEL, LANDSCAPE, MODE, ASK] = [1046, 1005, 1099, 1101, 1195, 1001, 1135, 1180];
 const [PAPER_NAME, WIDTH, WIDTH_ARROWS, HEIGHT, OK] = [1115, 1053, 1102, 1080, 1];
 const words = (pc, ...more) => ["--state", pc.state, "play", NAME, "--kind", "user-default", "--out", pc.file("out"), ...more];
 
 test("a program registers a paper through its dialog, a message box and arrows, answer by answer", async (t) => {
   const pc = computer(t, NAME);
+  pc.done("device", NAME, "--mode", "peel");
   const { child } = start(t, program, words(pc, "--json"), { stdio: "pipe", cwd: pc.folder });
   const answers = createInterface({ input: child.stdout })[Symbol.asyncIterator]();
   let number = 0;
@@ -30,6 +31,9 @@ test("a program registers a paper through its dialog, a message box and arrows, 
   assert.deepEqual([items, item, rest], [[item, "棚札 R&D", "フリーサイズ"], "Standard Label 58 x 68 mm", { text: item, visible: true, enabled: true }]);
   for (const step of [{ select: PAPERS, item: items.at(-1) }, { expect: PAPERS, items, item: items.at(-1) }, { select: PAPERS, index: 0 },
     { click: LANDSCAPE }, { expect: LANDSCAPE, checked: true }, { type: BASE, text: "7" }, { spin: BASE_ARROWS, steps: -3 }]) await say(step);
+  // What the device says reaches the sheet: the peel offset is for a peel printer.
+  for (const step of [{ expect: PEEL, enabled: false }, { page: 3 }, { expect: MODE, item: "ティアオフ" }, { click: ASK }, { key: "enter" }, { expect: MODE, item: "ハクリ" },
+    { page: 1 }, { expect: PEEL, enabled: true }]) await say(step);
   const { title, message, controls } = await say({ read: "window" });
   assert.deepEqual([title, message, controls.find(({ id }) => id === BASE).text], ["用紙", null, "4"]);
   await say({ button: "ok" });
