@@ -122,6 +122,7 @@ const updaters = {
   edit(node, view) {
     const { input } = node;
     input.readOnly = view.readOnly;
+    input.title = view.text.length > 20 ? view.text : ""; // long paths do not fit
     if (view.limit > 0) input.maxLength = view.limit;
     if (input.value === view.text) return;
     const caret = input.selectionStart;

@@ -1,5 +1,4 @@
-// printhost from the shell: what a person types and reads, and that everything is there in the next
-// process.
+// printhost from the shell: what a person types and reads, all there in the next process.
 import assert from "node:assert/strict";
 import { createHash, randomFillSync } from "node:crypto";
 import { existsSync, lstatSync, readFileSync, readdirSync, readlinkSync, realpathSync, symlinkSync, writeFileSync } from "node:fs";
@@ -11,22 +10,21 @@ import { computer } from "../support/printhost.mjs";
 const NAME = "倉庫 1F,LPT1:";
 const [SIZE, EXTRA, FIELDS, ORIENTATION, COPIES] = [68, 70, 72, 76, 86]; // offsets in a record
 
-// The printer's own record in a file "own", and copies of it changed.
+// The printer's own record in a file "own", and a writer of others with words changed.
 function records(pc) {
   pc.done("settings", NAME, "--out", pc.file("own"));
   const own = readFileSync(pc.file("own"));
-  const file = (name, bytes) => (writeFileSync(pc.file(name), bytes), pc.file(name));
-  const changed = (name, ...words) => {
-    const bytes = Buffer.from(own);
+  const file = (name, bytes, ...words) => {
     for (const [offset, value] of words) bytes.writeInt16LE(value, offset);
-    return file(name, bytes);
+    writeFileSync(pc.file(name), bytes);
+    return pc.file(name);
   };
-  return { own, file, changed };
+  return { own, file };
 }
 
 test("a record is converted, merged and kept as the default, byte for byte", (t) => {
   const pc = computer(t, NAME);
-  const { own, file, changed } = records(pc);
+  const { own, file } = records(pc);
   const before = pc.json("settings", NAME);
   assert.equal(before.public.dmDeviceName, "倉庫 1F");
   assert.deepEqual(pc.json("convert", NAME, "--in", pc.file("own")), before);
@@ -35,7 +33,7 @@ test("a record is converted, merged and kept as the default, byte for byte", (t)
   assert.match(pc.done("settings", NAME), /^private\.FreePaper\.PaperName\tフリーサイズ$/m);
 
   // Both places of a value, the public and the driver's own.
-  const given = changed("given", [ORIENTATION, 2], [388, 2], [COPIES, 77], [382, 77], ...[350, 384, 392, 408, 434].map((offset) => [offset, -offset]));
+  const given = file("given", Buffer.from(own), [ORIENTATION, 2], [388, 2], [COPIES, 77], [382, 77], ...[350, 384, 392, 408, 434].map((offset) => [offset, -offset]));
   assert.equal(pc.json("settings", NAME, "--in", given).public.dmCopies, 77);
   assert.deepEqual(pc.json("settings", NAME), before);
   const stored = pc.json("data", NAME);
@@ -45,27 +43,21 @@ test("a record is converted, merged and kept as the default, byte for byte", (t)
   assert.deepEqual(pc.json("data", NAME), stored);
 
   // An older, shorter record is handed back as it came, and no default.
-  const short = Buffer.alloc(176, 0x5a);
-  short.set([156, 0, 20, 0, 0, 0, 0, 0], SIZE);
-  file("short", short);
-  pc.done("convert", NAME, "--in", pc.file("short"), "--out", pc.file("out"));
-  const out = readFileSync(pc.file("out"));
-  assert.deepEqual([out.length, out.readUInt32LE(SIZE)], [176, short.readUInt32LE(SIZE)]);
-  assert.deepEqual(out.subarray(FIELDS), short.subarray(FIELDS));
-  assert.equal(pc.json("settings", NAME, "--in", pc.file("short")).private, null);
-  pc.refused(3, "set-default", NAME, "--in", pc.file("short"));
+  const short = file("short", Buffer.alloc(176, 0x5a), [SIZE, 156], [EXTRA, 20], [FIELDS, 0], [FIELDS + 2, 0]);
+  pc.done("convert", NAME, "--in", short, "--out", pc.file("out"));
+  assert.deepEqual(readFileSync(pc.file("out")).subarray(SIZE), readFileSync(short).subarray(SIZE));
+  assert.equal(pc.json("settings", NAME, "--in", short).private, null);
+  pc.refused(3, "set-default", NAME, "--in", short);
 });
 
 test("files that hold no record are refused and nothing is written", (t) => {
   const pc = computer(t, NAME);
-  const { own, file, changed } = records(pc);
-  const noise = randomFillSync(Buffer.alloc(65536));
-  noise.writeUInt16LE(40000, SIZE); // a claim that fits into the noise
-  noise.writeUInt16LE(9000, EXTRA);
-  const bad = [3, 75, 452].map((size) => file(`zeros ${size}`, Buffer.alloc(size)));
-  bad.push(file("noise", noise), changed("boast", [SIZE, -1]), file("longer", Buffer.concat([own, own.subarray(0, 2)])),
-    file("cut", own.subarray(0, 300)), pc.file("missing"));
-  for (const name of bad)
+  const { own, file } = records(pc);
+  // Noise with a claim that fits into it.
+  const noise = file("noise", randomFillSync(Buffer.alloc(65536)), [SIZE, 30000], [EXTRA, 9000]);
+  const zeros = [3, 75, 452].map((size) => file(`zeros ${size}`, Buffer.alloc(size)));
+  for (const name of [...zeros, noise, file("boast", Buffer.from(own), [SIZE, -1]), file("longer", Buffer.concat([own, own.subarray(0, 2)])),
+    file("cut", own.subarray(0, 300)), pc.file("missing")])
     for (const [command, ...out] of [["settings", "--out", pc.file("out")], ["convert", "--out", pc.file("out")], ["set-default"]])
       pc.refused(3, command, NAME, "--in", name, ...out);
   assert.ok(!existsSync(pc.file("out")));
@@ -129,8 +121,6 @@ test("the driver that runs is the Windows DLL, or the native module where that w
   const told = pc.json("module");
   const bytes = readFileSync(told.file);
   assert.equal(told.sha256, createHash("sha256").update(bytes).digest("hex"));
-  assert.equal(told.exports.length, 16);
-  assert.deepEqual(told.resources.filter(({ type }) => type === "version").map(({ name }) => name), [1]);
   const x86 = pc.json("module", join(dirname(realpathSync(told.file)), "../x86/QM610rDRV1.dll"));
   assert.deepEqual([x86.format, x86.machine, x86.exports], ["PE32", "x86", told.exports]);
   for (const size of [0, 100, 1000, bytes.length - 1]) {

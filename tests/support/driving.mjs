@@ -2,11 +2,11 @@
 import assert from "node:assert/strict";
 import { request } from "node:http";
 
-// One HTTP request; answers status, headers, text and the milliseconds it took.
-export function ask(url, { path = url.pathname, method = "GET", headers = {}, body } = {}) {
+// One HTTP request of a path, from the sheet's on; answers status, headers, text and the milliseconds it took.
+export function ask(url, { path = "", method = "GET", headers = {}, body } = {}) {
   const start = performance.now();
   return new Promise((resolve, reject) => {
-    const outgoing = request({ host: url.hostname, port: url.port, path, method, headers }, (answer) => {
+    const outgoing = request(new URL(path, url), { method, headers }, (answer) => {
       let text = "";
       answer.setEncoding("utf8");
       answer.on("data", (piece) => (text += piece));
@@ -25,7 +25,7 @@ export async function page(address, name = "test") {
   let rest = "";
   const waiting = [];
   const answer = await new Promise((resolve, reject) => {
-    request({ host: url.hostname, port: url.port, path: `${url.pathname}events` }, resolve).on("error", reject).end();
+    request(new URL("events", url), resolve).on("error", reject).end();
   });
   assert.equal(answer.statusCode, 200);
   answer.setEncoding("utf8");
@@ -42,7 +42,7 @@ export async function page(address, name = "test") {
     return picture;
   };
   const post = (action) =>
-    ask(url, { path: `${url.pathname}action`, method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
+    ask(url, { path: "action", method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
   return {
     url,
     post,
