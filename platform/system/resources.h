@@ -48,7 +48,7 @@ class ResourceTable {
 };
 
 // The bytes of a loaded module's resource; empty when there is none. They live until the module is
-// freed. type and name as FindResourceW takes them.
+// freed. type and name are numbers (MAKEINTRESOURCEW) or texts.
 Bytes FindResourceBytes(HINSTANCE module, LPCWSTR type, LPCWSTR name);
 inline Bytes FindResourceBytes(HINSTANCE module, WORD type, WORD id) {
   return FindResourceBytes(module, MAKEINTRESOURCEW(type), MAKEINTRESOURCEW(id));
