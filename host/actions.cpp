@@ -40,7 +40,7 @@ constexpr Verb kVerbs[] = {
      {"id"},
      "text",
      [](Desk& desk, const Json& action) {
-       desk.EditTo(Number(action, "id"), Text(action, "text"));
+       desk.Paste(Number(action, "id"), Text(action, "text"));
      }},
     {"select",
      {"id", "index"},

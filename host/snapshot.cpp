@@ -120,7 +120,6 @@ Json WindowJson(const WindowView& window) {
   for (const ControlView& control : window.controls) {
     if (control.visible) controls.push_back(ControlJson(control));
   }
-  if (!window.drawing.empty()) json["drawing"] = DrawingJson(window.drawing);
   if (window.kind != WindowView::Kind::kSheet) return json;
   Json& tabs = json["tabs"] = Json::array();
   for (const std::u16string& tab : window.tabs) tabs.push_back(ToUtf8(tab));

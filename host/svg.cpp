@@ -255,7 +255,6 @@ void DrawIcon(Picture& picture, UINT style) {
 }
 
 void DrawContents(Picture& picture, const WindowView& window) {
-  picture.Draw(window.drawing);
   for (const ControlView& control : window.controls) {
     if (control.visible) DrawControl(picture, control);
   }

@@ -63,11 +63,9 @@ struct WindowView {
   std::u16string title;
   int width = 0, height = 0;  // client area in pixels
   enum class Kind { kDialog, kMessageBox, kFileDialog, kSheet } kind = Kind::kDialog;
-  bool enabled = true;    // false below a modal window
-  UINT messageStyle = 0;  // message boxes: MB_ flags
-  DisplayList drawing;    // what the dialog drew on itself
-  std::vector<ControlView>
-      controls;  // of the window itself; a message box's text is a static with id 0xFFFF
+  bool enabled = true;                // false below a modal window
+  UINT messageStyle = 0;              // message boxes: MB_ flags
+  std::vector<ControlView> controls;  // of the window itself; texts that nobody asks for are -1
   // Property sheets:
   std::vector<std::u16string> tabs;
   int activeTab = -1;
@@ -94,63 +92,63 @@ class User {
 
 class Desk {
  public:
-  virtual ~Desk() = default;
+  Desk();
+  ~Desk();
+  struct WindowManager& manager() {
+    return *manager_;
+  }
 
   // The user asked by modal loops; null: every modal call ends as cancelled at once.
-  virtual void Attach(User* user) = 0;
+  void Attach(User* user);
 
   // ---- seeing ----
-  virtual int ModalDepth() const = 0;
+  int ModalDepth() const;
   // Every open window, the one on top last.
-  virtual std::vector<WindowView> Windows() = 0;
+  std::vector<WindowView> Windows() const;
   // The window on top; for a property sheet the shown page's controls are found by the calls below
   // as well.
-  virtual HWND Top() const = 0;
-  virtual std::u16string Title()
-      const = 0;  // of the window on top (the page's caption for a sheet)
-  virtual bool IsMessageBox() const = 0;
-  virtual std::u16string MessageText() const = 0;  // of the message box on top, else empty
-  virtual UINT MessageStyle() const = 0;
-  virtual ControlView Control(
-      int id) const = 0;  // of the window on top; throws std::out_of_range when absent
-  virtual bool Has(int id) const = 0;
-  virtual std::u16string Text(int id) const = 0;
-  virtual int FocusedId() const = 0;  // 0: none
-  virtual HCURSOR Cursor() const = 0;
+  HWND Top() const;
+  std::u16string Title() const;  // of the window on top (the page's caption for a sheet)
+  bool IsMessageBox() const;
+  std::u16string MessageText() const;  // of the message box on top, else empty
+  UINT MessageStyle() const;
+  // Of the window on top; throws std::out_of_range when absent.
+  ControlView Control(int id) const;
+  bool Has(int id) const;
+  std::u16string Text(int id) const { return Control(id).text; }
+  int FocusedId() const;  // 0: none
+  HCURSOR Cursor() const;
   // The last hundred message boxes: caption, text, style (kept after they close).
   struct Shown {
     std::u16string caption, text;
     UINT style;
   };
-  virtual const std::vector<Shown>& History() const = 0;
-  virtual void ClearShown() = 0;
+  const std::vector<Shown>& History() const;
+  void ClearShown();
 
   // ---- doing: each answers whether the person could do it ----
-  virtual bool Focus(int id) = 0;  // by mouse or Tab
-  virtual bool Click(int id) = 0;  // buttons, check boxes, radio buttons
-  virtual bool Type(
-      int id,
-      std::u16string_view text) = 0;  // focuses, appends character by character at the caret
-  virtual bool Replace(int id,
-                       std::u16string_view text) = 0;  // focuses, selects all, types over it
-  virtual bool Paste(int id,
-                     std::u16string_view text) = 0;  // focuses, selects all, pastes in one change
-  virtual bool EditTo(
-      int id,
-      std::u16string_view text) = 0;  // the edit's whole new text in one change (browser input)
-  virtual bool Select(int id, int index) = 0;  // combo box (opens, picks, closes) or list box
-  virtual bool Select(int id, std::u16string_view item) = 0;
-  virtual bool Spin(int id,
-                    int steps) = 0;  // an up-down's arrows, up for positive steps; 10,000 at most
+  bool Focus(int id);  // by mouse or Tab
+  bool Click(int id);  // buttons, check boxes, radio buttons
+  // Focuses, appends character by character at the caret.
+  bool Type(int id, std::u16string_view text);
+  bool Replace(int id, std::u16string_view text);  // focuses, selects all, types over it
+  // Focuses, selects all, pastes in one change: the first line, as into any edit of one line.
+  bool Paste(int id, std::u16string_view text);
+  bool Select(int id, int index);  // combo box (opens, picks, closes) or list box
+  bool Select(int id, std::u16string_view item);
+  bool Spin(int id, int steps);  // an up-down's arrows, up for positive steps; 10,000 at most
   // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus.
-  virtual bool Key(int virtualKey) = 0;
-  virtual bool Tab(bool back = false) = 0;
-  virtual bool Enter() = 0;
-  virtual bool Escape() = 0;
-  virtual bool AccessKey(char16_t letter) = 0;
-  virtual bool Close() = 0;          // the window's close box
-  virtual bool Page(int index) = 0;  // a tab of the sheet
-  virtual bool Press(SheetButton button) = 0;
+  bool Key(int virtualKey);
+  bool Tab(bool back = false);
+  bool Enter();
+  bool Escape();
+  bool AccessKey(char16_t letter);
+  bool Close();          // the window's close box
+  bool Page(int index);  // a tab of the sheet
+  bool Press(SheetButton button);
+
+ private:
+  std::unique_ptr<WindowManager> manager_;
 };
 
 // A user who does the given steps one after another. A step that throws, or a script that ends
@@ -159,10 +157,6 @@ class ScriptedUser : public User {
  public:
   using Step = std::function<void(Desk&)>;
   explicit ScriptedUser(std::vector<Step> steps = {}) : steps_(std::move(steps)) {}
-  ScriptedUser& Then(Step step) {
-    steps_.push_back(std::move(step));
-    return *this;
-  }
   bool Act(Desk& desk) override;
   bool Finished() const { return next_ == steps_.size(); }
   const std::string& Problem() const { return problem_; }

@@ -2,7 +2,6 @@
 // of its window in their order, so that Tab walks through them as on the desktop.
 import { createControl, updateControl } from "./controls.js";
 import { across, down, make, setLabel } from "./dom.js";
-import { draw } from "./draw.js";
 import { nameControls } from "./labels.js";
 
 const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"]];
@@ -68,13 +67,6 @@ function nameRadios(frame, views, link) {
 
 function updateClient(frame, view, link) {
   resize(frame.client, view.width, view.height);
-  const drawing = JSON.stringify(view.drawing ?? []);
-  if (drawing !== frame.drawn) {
-    frame.drawn = drawing;
-    frame.drawing?.remove();
-    frame.drawing = draw(view.drawing ?? [], view.width, view.height);
-    frame.client.prepend(frame.drawing);
-  }
   updateControls(frame, view.controls, link);
 }
 

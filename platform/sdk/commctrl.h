@@ -5,8 +5,6 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
 constexpr DWORD ICC_STANDARD_CLASSES = 0x00004000;
 
 struct INITCOMMONCONTROLSEX {
@@ -20,14 +18,12 @@ constexpr DWORD UDS_ALIGNRIGHT = 0x0004;
 constexpr DWORD UDS_ARROWKEYS = 0x0020;
 constexpr DWORD UDS_NOTHOUSANDS = 0x0080;
 constexpr UINT UDM_SETBUDDY = WM_USER + 105;
-constexpr UINT UDM_GETBUDDY = WM_USER + 106;
 constexpr UINT UDM_SETBASE = WM_USER + 109;
 constexpr UINT UDM_SETRANGE32 = WM_USER + 111;
 constexpr UINT UDM_GETRANGE32 = WM_USER + 112;
 constexpr UINT UDM_SETPOS32 = WM_USER + 113;
 constexpr UINT UDM_GETPOS32 = WM_USER + 114;
-constexpr UINT UDN_FIRST = 0U - 721U;
-constexpr UINT UDN_DELTAPOS = UDN_FIRST - 1;
+constexpr UINT UDN_DELTAPOS = 0U - 722U;
 
 struct NMUPDOWN {
   NMHDR hdr;

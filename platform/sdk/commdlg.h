@@ -5,10 +5,6 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
-using LPOFNHOOKPROC = UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
-
 struct OPENFILENAMEW {
   DWORD lStructSize;
   HWND hwndOwner;
@@ -28,7 +24,7 @@ struct OPENFILENAMEW {
   WORD nFileExtension;
   LPCWSTR lpstrDefExt;
   LPARAM lCustData;
-  LPOFNHOOKPROC lpfnHook;
+  UINT_PTR(CALLBACK* lpfnHook)(HWND, UINT, WPARAM, LPARAM);
   LPCWSTR lpTemplateName;
   void* pvReserved;
   DWORD dwReserved;

@@ -6,11 +6,8 @@
 #endif
 
 #include <prsht.h>
-#include <windows.h>
 
 constexpr WORD PROPSHEETUI_INFO_VERSION = 0x0100;
-
-struct OPTITEM;
 
 struct OPTPARAM {
   WORD cbSize;
@@ -21,7 +18,6 @@ struct OPTPARAM {
   LPARAM lParam;
   ULONG_PTR dwReserved[2];
 };
-using POPTPARAM = OPTPARAM*;
 
 struct OPTTYPE {
   WORD cbSize;
@@ -29,14 +25,12 @@ struct OPTTYPE {
   BYTE Flags;
   WORD Count;
   WORD BegCtrlID;
-  POPTPARAM pOptParam;
+  OPTPARAM* pOptParam;
   WORD Style;
   WORD wReserved[3];
   ULONG_PTR dwReserved[3];
 };
-using POPTTYPE = OPTTYPE*;
 
-constexpr BYTE TVOT_COMBOBOX = 6;
 constexpr BYTE TVOT_EDITBOX = 7;
 
 constexpr BYTE OPTTF_TYPE_DISABLED = 0x01;
@@ -59,8 +53,6 @@ struct EXTPUSH {
 using PEXTPUSH = EXTPUSH*;
 static_assert(sizeof(void*) != 4 || sizeof(EXTPUSH) == 32);
 
-constexpr WORD EPF_NO_DOT_DOT_DOT = 0x0004;
-
 struct EXTCHKBOX {
   WORD cbSize;
   WORD Flags;
@@ -73,11 +65,6 @@ struct EXTCHKBOX {
 };
 using PEXTCHKBOX = EXTCHKBOX*;
 static_assert(sizeof(void*) != 4 || sizeof(EXTCHKBOX) == 36);
-
-constexpr WORD ECBF_CHECKNAME_AT_FRONT = 0x0001;
-
-struct OIEXT;
-using POIEXT = OIEXT*;
 
 struct OPTITEM {
   WORD cbSize;
@@ -94,15 +81,14 @@ struct OPTITEM {
     PEXTCHKBOX pExtChkBox;
     PEXTPUSH pExtPush;
   };
-  POPTTYPE pOptType;
+  OPTTYPE* pOptType;
   DWORD HelpIndex;
   BYTE DMPubID;
   BYTE UserItemID;
   WORD wReserved;
-  POIEXT pOIExt;
+  struct OIEXT* pOIExt;
   ULONG_PTR dwReserved[3];
 };
-using POPTITEM = OPTITEM*;
 static_assert(sizeof(void*) != 4 || sizeof(OPTITEM) == 52);
 
 constexpr DWORD OPTIF_HIDE = 0x00000002;
@@ -114,9 +100,7 @@ constexpr DWORD OPTIF_EXT_IS_EXTPUSH = 0x00000400;
 
 constexpr BYTE DMPUB_USER = 100;
 
-struct CPSUICBPARAM;
-using PCPSUICBPARAM = CPSUICBPARAM*;
-using _CPSUICALLBACK = LONG(APIENTRY*)(PCPSUICBPARAM);
+using _CPSUICALLBACK = LONG(APIENTRY*)(struct CPSUICBPARAM*);
 
 struct DLGPAGE {
   WORD cbSize;
@@ -145,7 +129,7 @@ struct COMPROPSHEETUI {
   ULONG_PTR UserData;
   LPWSTR pHelpFile;
   _CPSUICALLBACK pfnCallBack;
-  POPTITEM pOptItem;
+  OPTITEM* pOptItem;
   PDLGPAGE pDlgPage;
   WORD cOptItem;
   WORD cDlgPage;
@@ -190,8 +174,6 @@ constexpr WORD PROPSHEETUI_REASON_INIT = 0;
 constexpr WORD PROPSHEETUI_REASON_GET_INFO_HEADER = 1;
 constexpr WORD PROPSHEETUI_REASON_DESTROY = 2;
 constexpr WORD PROPSHEETUI_REASON_SET_RESULT = 3;
-constexpr WORD PROPSHEETUI_REASON_GET_ICON = 4;
-constexpr WORD PROPSHEETUI_REASON_BEFORE_INIT = 5;
 
 struct PROPSHEETUI_INFO_HEADER {
   WORD cbSize;

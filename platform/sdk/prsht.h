@@ -5,12 +5,7 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
-struct PROPSHEETPAGEW;
-struct _PSP;
-using HPROPSHEETPAGE = _PSP*;
-using LPFNPSPCALLBACKW = UINT(CALLBACK*)(HWND, UINT, PROPSHEETPAGEW*);
+using HPROPSHEETPAGE = struct _PSP*;
 
 // The layout up to the activation context; the later header bitmap is not part of it.
 struct PROPSHEETPAGEW {
@@ -28,7 +23,7 @@ struct PROPSHEETPAGEW {
   LPCWSTR pszTitle;
   DLGPROC pfnDlgProc;
   LPARAM lParam;
-  LPFNPSPCALLBACKW pfnCallback;
+  UINT(CALLBACK* pfnCallback)(HWND, UINT, PROPSHEETPAGEW*);
   UINT* pcRefParent;
   LPCWSTR pszHeaderTitle;
   LPCWSTR pszHeaderSubTitle;

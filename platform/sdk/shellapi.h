@@ -5,7 +5,5 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
 extern "C" HINSTANCE WINAPI ShellExecuteW(HWND owner, LPCWSTR verb, LPCWSTR file,
                                           LPCWSTR parameters, LPCWSTR directory, INT show);

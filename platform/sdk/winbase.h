@@ -59,7 +59,7 @@ struct ACTCTXW {
   ULONG cbSize;
   DWORD dwFlags;
   LPCWSTR lpSource;
-  USHORT wProcessorArchitecture;
+  WORD wProcessorArchitecture;
   LANGID wLangId;
   LPCWSTR lpAssemblyDirectory;
   LPCWSTR lpResourceName;

@@ -5,8 +5,6 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
 using LDECI4 = LONG;  // a decimal number with four digits after the point: 10000 is 1.0
 
 struct CIECHROMA {
@@ -40,19 +38,16 @@ struct DEVHTINFO {
   DWORD DevPelsDPI;
   COLORINFO ColorInfo;
 };
-using PDEVHTINFO = DEVHTINFO*;
 static_assert(sizeof(DEVHTINFO) == 132);
 
 struct DEVHTADJDATA {
   DWORD DeviceFlags;
   DWORD DeviceXDPI;
   DWORD DeviceYDPI;
-  PDEVHTINFO pDefHTInfo;
-  PDEVHTINFO pAdjHTInfo;
+  DEVHTINFO* pDefHTInfo;
+  DEVHTINFO* pAdjHTInfo;
 };
 using PDEVHTADJDATA = DEVHTADJDATA*;
-
-constexpr DWORD DEVHTADJF_COLOR_DEVICE = 0x00000001;
 
 constexpr DWORD HT_FLAG_HAS_BLACK_DYE = 0x00000002;
 

@@ -6,7 +6,6 @@
 #endif
 
 #include <compstui.h>
-#include <windows.h>
 
 constexpr DWORD DM_ADVANCED = 0x00000010;
 constexpr DWORD DM_NOPERMISSION = 0x00000020;
@@ -56,30 +55,12 @@ struct ATTRIBUTE_INFO_2 {
   DWORD dwColorOptimization;
 };
 
-struct ATTRIBUTE_INFO_3 {
-  DWORD dwJobNumberOfPagesPerSide;
-  DWORD dwDrvNumberOfPagesPerSide;
-  DWORD dwNupBorderFlags;
-  DWORD dwJobPageOrderFlags;
-  DWORD dwDrvPageOrderFlags;
-  DWORD dwJobNumberOfCopies;
-  DWORD dwDrvNumberOfCopies;
-  DWORD dwColorOptimization;
+struct ATTRIBUTE_INFO_3 : ATTRIBUTE_INFO_2 {
   SHORT dmPrintQuality;
   SHORT dmYResolution;
 };
 
-struct ATTRIBUTE_INFO_4 {
-  DWORD dwJobNumberOfPagesPerSide;
-  DWORD dwDrvNumberOfPagesPerSide;
-  DWORD dwNupBorderFlags;
-  DWORD dwJobPageOrderFlags;
-  DWORD dwDrvPageOrderFlags;
-  DWORD dwJobNumberOfCopies;
-  DWORD dwDrvNumberOfCopies;
-  DWORD dwColorOptimization;
-  SHORT dmPrintQuality;
-  SHORT dmYResolution;
+struct ATTRIBUTE_INFO_4 : ATTRIBUTE_INFO_3 {
   DWORD dwDuplexFlags;
   DWORD dwNupDirection;
   DWORD dwBookletFlags;

@@ -10,11 +10,9 @@ using WCHAR = wchar_t;
 #else
 using WCHAR = char16_t;
 #endif
-using CHAR = char;
 using BOOL = int32_t;
 using BYTE = uint8_t;
 using WORD = uint16_t;
-using USHORT = uint16_t;
 using SHORT = int16_t;
 using DWORD = uint32_t;
 using ULONG = uint32_t;
@@ -40,8 +38,8 @@ using PVOID = void*;
 using LPCVOID = const void*;
 using LPWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;
-using LPSTR = CHAR*;
-using LPCSTR = const CHAR*;
+using LPSTR = char*;
+using LPCSTR = const char*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using PLONG = LONG*;
@@ -61,14 +59,11 @@ DECLARE_HANDLE(HDC);
 DECLARE_HANDLE(HKEY);
 DECLARE_HANDLE(HICON);
 using HCURSOR = HICON;
-DECLARE_HANDLE(HMENU);
 using HGDIOBJ = void*;
 DECLARE_HANDLE(HBITMAP);
 DECLARE_HANDLE(HBRUSH);
 DECLARE_HANDLE(HPEN);
 DECLARE_HANDLE(HFONT);
-DECLARE_HANDLE(HRGN);
-DECLARE_HANDLE(HPALETTE);
 
 // How functions of the API are called: __stdcall on Windows (x64 has but one convention), and its
 // x64 convention where the stand-in loads the x64 image. Other processors run native modules alone.
@@ -84,7 +79,6 @@ DECLARE_HANDLE(HPALETTE);
 #endif
 #define APIENTRY WINAPI
 #define CALLBACK WINAPI
-#define CONST const
 
 #ifdef _WIN32
 #define TEXT(text) L##text
@@ -131,9 +125,6 @@ constexpr LONG MAKELONG(DWORD_PTR low, DWORD_PTR high) {
 }
 constexpr WPARAM MAKEWPARAM(DWORD_PTR low, DWORD_PTR high) {
   return static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
-}
-constexpr LPARAM MAKELPARAM(DWORD_PTR low, DWORD_PTR high) {
-  return static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high)));
 }
 inline LPWSTR MAKEINTRESOURCEW(DWORD_PTR id) {
   return reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(LOWORD(id)));

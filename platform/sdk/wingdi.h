@@ -148,9 +148,6 @@ constexpr SHORT COLOR_ADJ_MAX = 100;
 constexpr COLORREF RGB(int red, int green, int blue) {
   return static_cast<COLORREF>((red & 0xFF) | ((green & 0xFF) << 8) | ((blue & 0xFF) << 16));
 }
-constexpr BYTE GetRValue(COLORREF colour) { return static_cast<BYTE>(colour & 0xFF); }
-constexpr BYTE GetGValue(COLORREF colour) { return static_cast<BYTE>((colour >> 8) & 0xFF); }
-constexpr BYTE GetBValue(COLORREF colour) { return static_cast<BYTE>((colour >> 16) & 0xFF); }
 constexpr COLORREF CLR_INVALID = 0xFFFFFFFF;
 
 struct BITMAP {
@@ -177,17 +174,6 @@ struct BITMAPINFOHEADER {
   DWORD biClrImportant;
 };
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
-
-struct LOGPEN {
-  UINT lopnStyle;
-  POINT lopnWidth;
-  COLORREF lopnColor;
-};
-struct LOGBRUSH {
-  UINT lbStyle;
-  COLORREF lbColor;
-  ULONG_PTR lbHatch;
-};
 
 constexpr int LF_FACESIZE = 32;
 constexpr int LF_FULLFACESIZE = 64;

@@ -84,7 +84,6 @@ using LPOSVERSIONINFOEXW = OSVERSIONINFOEXW*;
 static_assert(sizeof(OSVERSIONINFOEXW) == 284);
 
 using PSID = PVOID;
-using PSECURITY_DESCRIPTOR = PVOID;
 struct SID_IDENTIFIER_AUTHORITY {
   BYTE Value[6];
 };
@@ -94,11 +93,5 @@ using PSID_IDENTIFIER_AUTHORITY = SID_IDENTIFIER_AUTHORITY*;
 constexpr DWORD SECURITY_BUILTIN_DOMAIN_RID = 0x00000020;
 constexpr DWORD DOMAIN_ALIAS_RID_ADMINS = 0x00000220;
 constexpr DWORD DOMAIN_ALIAS_RID_USERS = 0x00000221;
-
-constexpr LANGID MAKELANGID(WORD primary, WORD sub) {
-  return static_cast<LANGID>((sub << 10) | primary);
-}
-
-#define UNREFERENCED_PARAMETER(parameter) static_cast<void>(parameter)
 
 extern "C" ULONGLONG WINAPI VerSetConditionMask(ULONGLONG mask, DWORD typeMask, BYTE condition);

@@ -7,15 +7,8 @@ using LSTATUS = LONG;
 using REGSAM = ACCESS_MASK;
 using PHKEY = HKEY*;
 
-struct SECURITY_ATTRIBUTES {
-  DWORD nLength;
-  LPVOID lpSecurityDescriptor;
-  BOOL bInheritHandle;
-};
-using LPSECURITY_ATTRIBUTES = SECURITY_ATTRIBUTES*;
+using LPSECURITY_ATTRIBUTES = struct SECURITY_ATTRIBUTES*;
 
-#define HKEY_CLASSES_ROOT \
-  reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000000)))
 #define HKEY_CURRENT_USER \
   reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000001)))
 #define HKEY_LOCAL_MACHINE \

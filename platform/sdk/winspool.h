@@ -5,8 +5,6 @@
 #error "<windows.h> comes before this header, as on Windows"
 #endif
 
-#include <windows.h>
-
 struct PRINTER_DEFAULTSW {
   LPWSTR pDatatype;
   LPDEVMODEW pDevMode;
@@ -42,7 +40,7 @@ struct PRINTER_INFO_2W {
   LPWSTR pPrintProcessor;
   LPWSTR pDatatype;
   LPWSTR pParameters;
-  PSECURITY_DESCRIPTOR pSecurityDescriptor;
+  PVOID pSecurityDescriptor;
   DWORD Attributes;
   DWORD Priority;
   DWORD DefaultPriority;

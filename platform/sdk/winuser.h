@@ -11,13 +11,10 @@
 #endif
 
 // ---- messages of every window ----
-constexpr UINT WM_CREATE = 0x0001;
-constexpr UINT WM_DESTROY = 0x0002;
 constexpr UINT WM_SETFOCUS = 0x0007;
 constexpr UINT WM_KILLFOCUS = 0x0008;
 constexpr UINT WM_SETTEXT = 0x000C;
 constexpr UINT WM_GETTEXT = 0x000D;
-constexpr UINT WM_PAINT = 0x000F;
 constexpr UINT WM_CLOSE = 0x0010;
 constexpr UINT WM_DEVMODECHANGE = 0x001B;
 constexpr UINT WM_NEXTDLGCTL = 0x0028;
@@ -47,14 +44,11 @@ constexpr DWORD DS_CONTROL = 0x0400;
 constexpr DWORD DS_CENTER = 0x0800;
 
 // ---- window words ----
-constexpr int GWLP_WNDPROC = -4;
 constexpr int DWLP_MSGRESULT = 0;
-constexpr int DWLP_DLGPROC = DWLP_MSGRESULT + static_cast<int>(sizeof(LRESULT));
-constexpr int DWLP_USER = DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC));
+constexpr int DWLP_USER = static_cast<int>(sizeof(LRESULT) + sizeof(DLGPROC));
 
 constexpr int SW_SHOW = 5;
 
-constexpr UINT SWP_NOSIZE = 0x0001;
 constexpr UINT SWP_NOMOVE = 0x0002;
 constexpr UINT SWP_NOZORDER = 0x0004;
 constexpr UINT SWP_NOACTIVATE = 0x0010;
@@ -69,7 +63,6 @@ constexpr int VK_DELETE = 0x2E;
 // ---- identifiers ----
 constexpr int IDOK = 1;
 constexpr int IDCANCEL = 2;
-constexpr int IDIGNORE = 5;
 constexpr int IDYES = 6;
 constexpr int IDNO = 7;
 constexpr int IDC_STATIC = -1;
@@ -96,8 +89,6 @@ constexpr DWORD BS_GROUPBOX = 0x7;
 constexpr DWORD BS_AUTORADIOBUTTON = 0x9;
 constexpr DWORD BS_OWNERDRAW = 0xB;
 constexpr DWORD BS_TYPEMASK = 0xF;
-constexpr UINT BM_GETCHECK = 0x00F0;
-constexpr UINT BM_SETCHECK = 0x00F1;
 constexpr UINT BST_UNCHECKED = 0;
 constexpr UINT BST_CHECKED = 1;
 constexpr UINT BN_CLICKED = 0;
@@ -151,8 +142,6 @@ constexpr int SB_THUMBPOSITION = 4;
 constexpr int SB_ENDSCROLL = 8;
 
 // ---- owner drawing ----
-constexpr UINT ODT_BUTTON = 4;
-constexpr UINT ODT_STATIC = 5;
 constexpr UINT ODA_DRAWENTIRE = 0x0001;
 
 struct DRAWITEMSTRUCT {
@@ -173,8 +162,7 @@ struct NMHDR {
   UINT code;
 };
 
-struct DLGTEMPLATE;  // in memory; nobody here looks into one
-using LPCDLGTEMPLATEW = const DLGTEMPLATE*;
+using LPCDLGTEMPLATEW = const struct DLGTEMPLATE*;  // nobody here looks into one
 
 constexpr UINT SMTO_ABORTIFHUNG = 0x0002;
 
@@ -189,7 +177,6 @@ BOOL WINAPI GetClientRect(HWND window, LPRECT rect);
 HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rect, BOOL erase);
-BOOL WINAPI UpdateWindow(HWND window);
 BOOL WINAPI SetWindowTextW(HWND window, LPCWSTR text);
 int WINAPI GetWindowTextW(HWND window, LPWSTR text, int size);
 int WINAPI GetWindowTextLengthW(HWND window);
@@ -198,7 +185,6 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
 
 // ---- messages ----
 LRESULT WINAPI SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT WINAPI SendMessageTimeoutW(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                    UINT flags, UINT timeout, DWORD_PTR* result);
 
@@ -216,7 +202,6 @@ UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int size);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int check);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);
-LRESULT WINAPI DefDlgProcW(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 int WINAPI MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
 BOOL WINAPI MessageBeep(UINT type);
 

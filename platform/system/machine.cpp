@@ -8,7 +8,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "platform/desktop/windows/window.h"
+#include "platform/desk.h"
 #include "platform/system/heap.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
@@ -215,7 +215,7 @@ std::vector<std::u16string> Machine::InstalledFontFamilies() const {
 
 Desk& Machine::desk() {
   const std::lock_guard lock(impl_->mutex);
-  if (impl_->desk == nullptr) impl_->desk = MakeDesk();
+  if (impl_->desk == nullptr) impl_->desk = std::make_unique<Desk>();
   return *impl_->desk;
 }
 

@@ -1,163 +1,177 @@
-// Windows and dialogs: who hears of the focus first, where Tab goes, what Enter presses, who can be
-// reached, when is painted, and how everything ends.
-#include "platform/desktop/windows/dialog_template.h"
-#include "platform/system/resources.h"
+// Windows, controls and drawing: who hears of what first, where the keyboard goes, who can be
+// reached, what a hand and what a message changes, when is painted, and how everything ends.
+#include <windows.h>
+#include <commctrl.h>
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "platform/desktop/drawing/gdi.h"
+#include "platform/desktop/windows/window.h"
 #include "resources/resource.h"
-#include "tests/desktop/window_fixture.h"
+#include "tests/support/steps.h"
+#include "tests/support/test_machine.h"
 
 namespace support {
 namespace {
 
+using platform::Part;
+using testing::ElementsAre;
+using testing::Pair;
+
+// A window under test: what its procedure is told is written down.
+class WindowTest : public MachineTest {
+ protected:
+  using Parts = std::vector<platform::ControlRequest>;
+  // A control's notification code with its id, other messages with a number that they bear.
+  using Heard = std::vector<std::pair<int, UINT>>;
+
+  static platform::ControlRequest Edit(int id, DWORD style = 0) {
+    return Part(u"edit", id, u"", style | WS_TABSTOP, id, 0, 60, 20);
+  }
+  static platform::ControlRequest Button(int id, DWORD style = 0) {
+    return Part(u"button", id, u"Press", style | WS_TABSTOP, id, 0, 60, 20);
+  }
+
+  // Shows a window of these controls; OK and cancel end it.
+  INT_PTR Run(Parts parts, Steps steps) {
+    current_ = this;
+    platform::TopWindowRequest request;
+    request.width = request.height = 150;
+    request.proc = Proc;
+    request.parts = std::move(parts);
+    window = platform::CreateTopWindow(std::move(request));
+    return Follow(std::move(steps), [this] { return platform::RunModal(window); });
+  }
+  // A number's edit with its arrows, and another edit.
+  void RunUpDown(std::function<void(Desk&)> steps, DWORD style = UDS_SETBUDDYINT) {
+    style |= UDS_ALIGNRIGHT | UDS_ARROWKEYS;
+    Run({Edit(10), Part(u"msctls_updown32", 11, u"", style, 0, 0, 9, 12), Edit(12)},
+        {steps, Close()});
+  }
+  void Attach(int low, int high, int position) {
+    Send(11, UDM_SETBUDDY, reinterpret_cast<WPARAM>(Item(10)));
+    Send(11, UDM_SETRANGE32, static_cast<WPARAM>(low), high);
+    Send(11, UDM_SETPOS32, 0, position);
+  }
+  HWND Item(int id) const { return GetDlgItem(window, id); }
+  LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return SendDlgItemMessageW(window, id, message, wParam, lParam);
+  }
+  Heard Take() { return std::exchange(heard, {}); }
+
+  HWND window = nullptr;
+  Heard heard;
+  std::function<INT_PTR(UINT, WPARAM, LPARAM)> on;  // what it answers other than 0 stands
+
+ private:
+  static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    Heard& heard = current_->heard;
+    if (message == WM_COMMAND) heard.emplace_back(LOWORD(wParam), HIWORD(wParam));
+    if (message == WM_DRAWITEM) heard.emplace_back(static_cast<int>(wParam), message);
+    if (message == WM_VSCROLL) heard.emplace_back(static_cast<SHORT>(HIWORD(wParam)), message);
+    if (message == WM_NOTIFY)
+      heard.emplace_back(reinterpret_cast<const NMUPDOWN*>(lParam)->iPos, UDN_DELTAPOS);
+    const INT_PTR answer = current_->on ? current_->on(message, wParam, lParam) : 0;
+    const int id = LOWORD(wParam);
+    if (answer != 0 || message != WM_COMMAND || (id != IDOK && id != IDCANCEL)) return answer;
+    return EndDialog(window, id);
+  }
+  static inline WindowTest* current_ = nullptr;
+};
+
 TEST_F(WindowTest, TheLosingControlHearsFirstAndAHandlerThatMovesTheFocusOnWins) {
   on = [&](UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_COMMAND && wParam == MAKEWPARAM(10, EN_KILLFOCUS)) {
-      EXPECT_NE(GetFocus(), Item(10)) << "the gainer has it by then";
+    if (message == WM_COMMAND && wParam == MAKEWPARAM(11, EN_KILLFOCUS)) {
+      EXPECT_EQ(GetFocus(), Item(12)) << "the gainer has it by then";
+      SetFocus(Item(10));
     }
-    if (message == WM_COMMAND && wParam == MAKEWPARAM(11, EN_KILLFOCUS)) SetFocus(Item(10));
     return INT_PTR{0};
   };
+  const auto steps = [&](Desk& desk) {
+    EXPECT_TRUE(desk.Focus(11) && desk.Focus(11));
+    EXPECT_FALSE(desk.Focus(12));
+    EXPECT_TRUE(desk.Click(IDOK));
+  };
   Run({Edit(10), Edit(11), Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 60, 90), Button(IDOK)},
-      {Told({{10, EN_SETFOCUS}, {0, WM_PAINT}}), Focus(11), Focus(11),
-       Told({{10, EN_KILLFOCUS}, {11, EN_SETFOCUS}}),
-       [&](Desk& desk) {
-         EXPECT_FALSE(desk.Focus(12));
-         EXPECT_EQ(desk.FocusedId(), 10);
-         EXPECT_THAT(Take(), ElementsAre(std::pair{11, EN_KILLFOCUS}, std::pair{12, CBN_KILLFOCUS},
-                                         std::pair{10, EN_SETFOCUS}));
-       },
-       Click(IDOK)});
-  EXPECT_EQ(Take(), (Heard{{10, EN_KILLFOCUS}, {IDOK, BN_CLICKED}}))
-      << "a button takes the focus before it notifies";
+      {steps});
+  EXPECT_THAT(Take(),
+              ElementsAre(Pair(10, EN_SETFOCUS), Pair(10, EN_KILLFOCUS), Pair(11, EN_SETFOCUS),
+                          Pair(11, EN_KILLFOCUS), Pair(12, CBN_KILLFOCUS), Pair(10, EN_SETFOCUS),
+                          Pair(10, EN_KILLFOCUS), Pair(IDOK, BN_CLICKED)));
 }
 
 TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {
-  init = [&] { CheckRadioButton(window, 20, 21, 21); };
-  Run({Edit(10), Edit(11, WS_DISABLED | WS_TABSTOP), Edit(12, 0),
-       Button(20, BS_AUTORADIOBUTTON | WS_GROUP),
-       Part(u"button", 21, u"", BS_AUTORADIOBUTTON, 0, 0, 9, 9), Button(30, WS_GROUP)},
-      {Tab(), ExpectFocus(21), Tab(), ExpectFocus(30), Tab(), ExpectFocus(10), Tab(true), Tab(true),
-       ExpectFocus(21), Key(VK_UP), ExpectFocus(20), ExpectChecked({20}),
-       ExpectChecked({21}, false),
-       [](Desk& desk) {
-         EXPECT_EQ(std::pair(desk.Control(20).tabStop, desk.Control(21).tabStop),
-                   std::pair(true, false));
-       },
-       Close()});
+  const auto steps = [&](Desk& desk) {
+    CheckRadioButton(window, 20, 21, 21);
+    std::vector<int> order;
+    for (const bool back : {false, false, false, true, true})
+      desk.Tab(back), order.push_back(desk.FocusedId());
+    desk.Key(VK_UP), desk.Tab(), desk.Tab(true), order.push_back(desk.FocusedId());
+    EXPECT_THAT(order, ElementsAre(21, 30, 10, 30, 21, 20));
+    EXPECT_TRUE(desk.Control(20).checked && !desk.Control(21).checked);
+  };
+  Run({Edit(10), Edit(11, WS_DISABLED), Button(20, BS_AUTORADIOBUTTON | WS_GROUP),
+       Button(21, BS_AUTORADIOBUTTON), Button(30, WS_GROUP)},
+      {steps, Close()});
 }
 
-TEST_F(WindowTest, EnterPressesTheDefaultButtonWhichFollowsTheDialogsOwnMovesAlone) {
-  const auto isDefault = [](int id) {
-    return [=](Desk& desk) { EXPECT_TRUE(desk.Control(id).defaultButton) << id; };
+TEST_F(WindowTest, EnterPressesTheDefaultButtonAndWhatIsDisabledTakesNoKeys) {
+  const auto steps = [&](Desk& desk) {
+    std::vector<int> pressed;
+    const auto enter = [&] {
+      EXPECT_NE(desk.Control(20).defaultButton, desk.Control(21).defaultButton);
+      if (desk.Enter()) pressed.push_back(Take().back().first);
+    };
+    enter(), desk.Focus(20), enter(), desk.Focus(10), enter(), SetFocus(Item(20)), enter();
+    SendMessageW(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(20)), TRUE), enter();
+    SendMessageW(window, WM_NEXTDLGCTL, TRUE, FALSE), enter();
+    EXPECT_THAT(pressed, ElementsAre(21, 20, 21, 21, 20, 21));
+    EXPECT_EQ(desk.FocusedId(), 10);
+    for (const int id : {21, IDCANCEL}) EXPECT_FALSE(EnableWindow(Item(id), FALSE));
+    EXPECT_FALSE(desk.Enter() || desk.Escape());
+    desk.Close();  // goes through the cancel button, which is disabled
+    EnableWindow(Item(IDCANCEL), TRUE);
+    SetWindowPos(Item(20), nullptr, 0, 0, 0, 0, SWP_NOMOVE);
+    EXPECT_FALSE(desk.Click(20)) << "shrunk to nothing";
+    EnableWindow(Item(10), FALSE);
+    EXPECT_EQ(desk.FocusedId(), 10) << "it keeps the focus, and the keyboard is dead";
+    EXPECT_FALSE(desk.Tab() || desk.Enter() || desk.Escape() || desk.AccessKey(u'P'));
+    EXPECT_FALSE(desk.Focus(10) || desk.Type(10, u"x") || desk.Focus(99) || SetFocus(Item(10)));
   };
   Run({Edit(10), Button(20), Button(21, BS_DEFPUSHBUTTON), Button(IDCANCEL)},
-      {Enter(), Focus(20), isDefault(20), Enter(), Focus(10), isDefault(21),
-       [&](Desk&) { SetFocus(Item(20)); }, isDefault(21), Enter(),
-       [&](Desk&) {
-         SendMessageW(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(20)), TRUE);
-       },
-       isDefault(20), [&](Desk&) { SendMessageW(window, WM_NEXTDLGCTL, TRUE, FALSE); },
-       ExpectFocus(10), isDefault(21),
-       [&](Desk& desk) {
-         std::vector<int> pressed;
-         for (const auto& [id, code] : Take())
-           if (id >= 20 && code == BN_CLICKED) pressed.push_back(id);
-         EXPECT_THAT(pressed, ElementsAre(21, 20, 21));
-         EnableWindow(Item(21), FALSE);
-         EnableWindow(Item(IDCANCEL), FALSE);
-         EXPECT_FALSE(desk.Enter());
-         EXPECT_FALSE(desk.Escape());
-         desk.Close();  // goes through the cancel button, which is disabled
-         EnableWindow(Item(IDCANCEL), TRUE);
-       },
-       Escape()});
+      {steps, Click(IDCANCEL)});
   EXPECT_EQ(Run({Edit(10)}, {Enter()}), IDOK) << "no default button: OK";
-}
-
-TEST_F(WindowTest, WhatIsDisabledKeepsTheFocusAndTheKeyboardIsDead) {
-  Run({Edit(10), Edit(11), Button(20)},
-      {[&](Desk& desk) {
-         EXPECT_EQ(EnableWindow(Item(10), FALSE), FALSE);
-         EXPECT_EQ(EnableWindow(Item(10), FALSE), TRUE);
-         EXPECT_EQ(desk.FocusedId(), 10);
-         EXPECT_FALSE(desk.Tab() || desk.Enter() || desk.Escape() || desk.AccessKey(u'P'));
-         EXPECT_EQ(SetFocus(Item(10)), nullptr);
-         EXPECT_FALSE(desk.Focus(10) || desk.Type(10, u"x") || desk.Focus(99));
-         EXPECT_TRUE(desk.Focus(11));
-         platform::SetVisible(Item(11), false);
-         EXPECT_NE(desk.FocusedId(), 11);
-         EXPECT_FALSE(desk.Focus(11));
-         SetWindowPos(Item(20), nullptr, 0, 0, 0, 0, SWP_NOMOVE);
-         EXPECT_FALSE(desk.Click(20)) << "shrunk to nothing";
-       },
-       Close()});
-}
-
-TEST_F(WindowTest, PaintingIsWhatIsLeftToDo) {
-  init = [&] { PostMessageW(window, WM_DEVMODECHANGE, 0, 0); };
-  on = [&](UINT message, WPARAM, LPARAM lParam) -> INT_PTR {
-    if (message == WM_PAINT) PostMessageW(window, WM_DEVMODECHANGE, 0, 0);
-    if (message == WM_CTLCOLORSTATIC)
-      return GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == 32
-                 ? reinterpret_cast<INT_PTR>(GetStockObject(BLACK_BRUSH))
-                 : 0;
-    if (message != WM_DRAWITEM) return 0;
-    const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
-    EXPECT_EQ(std::tuple(item.hwndItem, item.rcItem.right, item.CtlType),
-              std::tuple(Item(30), 60, ODT_STATIC));
-    return Rectangle(item.hDC, 0, 0, 9, 9);
-  };
-  Run({Part(u"static", 30, u"", SS_OWNERDRAW, 0, 0, 60, 18),
-       Part(u"static", 31, u"", 0, 0, 0, 9, 9), Part(u"static", 32, u"", 0, 0, 0, 9, 9), Edit(11)},
-      {Told({{11, EN_SETFOCUS},
-             {0, WM_DEVMODECHANGE},
-             {0, WM_PAINT},
-             {0, WM_DEVMODECHANGE},
-             {30, WM_DRAWITEM}}),
-       [&](Desk& desk) {
-         EXPECT_EQ(desk.Control(31).background, 0xFFFFFFFFu);
-         EXPECT_EQ(desk.Control(32).background, 0u);
-         EXPECT_EQ(desk.Control(30).drawing.size(), 1u);
-         InvalidateRect(Item(30), nullptr, FALSE);
-         desk.Type(11, u"ab");
-         EXPECT_EQ(Take(),
-                   (Heard{{11, EN_UPDATE}, {11, EN_CHANGE}, {11, EN_UPDATE}, {11, EN_CHANGE}}))
-             << "not between two keys";
-       },
-       Told({{30, WM_DRAWITEM}}), Close()});
 }
 
 TEST_F(WindowTest, BelowAModalWindowNothingCanBeReached) {
   on = [&](UINT message, WPARAM wParam, LPARAM) -> INT_PTR {
     if (message != WM_COMMAND || wParam != MAKEWPARAM(20, BN_CLICKED)) return 0;
     EXPECT_EQ(MessageBoxW(Item(20), u"Sure?", u"Ask", MB_OKCANCEL | MB_DEFBUTTON2), IDCANCEL);
-    EXPECT_TRUE(IsWindowEnabled(window));
-    EXPECT_EQ(GetFocus(), Item(20)) << "it comes back";
     return TRUE;
   };
-  Run({Edit(10), Button(20)},
-      {Click(20), ExpectFocus(IDCANCEL),
-       [&](Desk& desk) {
-         ASSERT_EQ(desk.Windows().size(), 2u);
-         EXPECT_FALSE(desk.Windows()[0].enabled);
-         EXPECT_FALSE(desk.Focus(10) || desk.Has(20));
-         EXPECT_EQ(SetFocus(Item(10)), nullptr);
-         EXPECT_THROW(desk.Text(10), std::out_of_range);
-       },
-       CloseMessage(u"Sure?", MB_OKCANCEL | MB_DEFBUTTON2, u"Ask", IDCANCEL), Escape()});
+  const auto below = [&](Desk& desk) {
+    EXPECT_FALSE(desk.Windows()[0].enabled || desk.Focus(10) || SetFocus(Item(10)));
+    EXPECT_EQ(desk.FocusedId(), IDCANCEL);
+    EXPECT_TRUE(desk.MessageText() == u"Sure?" && desk.Title() == u"Ask" && desk.Enter());
+  };
+  Run({Edit(10), Button(20)}, {Click(20), below, ExpectFocus(20), Focus(10), Escape()});
   // Esc and the close box where there is a cancel button, or OK alone; else they do nothing.
-  EXPECT_EQ(Follow({Escape()}, [] { return MessageBoxW(nullptr, u"", u"", MB_OK); }), IDOK);
-  EXPECT_EQ(
-      Follow({[](Desk& desk) { desk.Close(); }, [](Desk& desk) { desk.Escape(); }, Click(IDYES)},
-             [] { return MessageBoxW(nullptr, u"", u"", MB_YESNO); }),
-      IDYES);
-  for (int i = 0; i < 150; ++i) MessageBoxW(nullptr, u"", u"nobody there", MB_YESNO);
-  EXPECT_EQ(desk().History().size(), 100u);
+  const auto ask = [](UINT kind, Steps steps) {
+    return Follow(steps, [=] { return MessageBoxW(nullptr, u"", u"", kind); });
+  };
+  const auto leave = [](Desk& desk) { desk.Close(), desk.Escape(); };
+  EXPECT_EQ(ask(MB_OK, {Escape()}), IDOK);
+  EXPECT_EQ(ask(MB_YESNO, {leave, Click(IDYES)}), IDYES);
 }
 
 INT_PTR CALLBACK Stubborn(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG && lParam == 3) EndDialog(dialog, 3);
   if (message == WM_INITDIALOG && lParam == 5) SetFocus(GetDlgItem(dialog, IDCANCEL));
-  if (message == WM_CLOSE && lParam == 0) MessageBoxW(dialog, u"Never", u"", MB_OK);
+  if (message == WM_CLOSE && MessageBoxW(dialog, u"", u"", MB_YESNO) != IDNO) return FALSE;
   if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 7);
   return message == WM_CLOSE;
 }
@@ -169,13 +183,10 @@ TEST_F(WindowTest, DialogsEndAsToldAndWithNobodyThereAsCancelled) {
   EXPECT_EQ(show(3), 3) << "ended while it opened";
   EXPECT_EQ(Follow({ExpectFocus(IDCANCEL), Escape()}, [&] { return show(5); }), 7)
       << "the focus that the procedure chose stays";
-  platform::ScriptedUser throwing({[](Desk& desk) { desk.Text(99); }});
-  desk().Attach(&throwing);
   EXPECT_EQ(show(1), IDCANCEL) << "even one that will not close, and the boxes it opens";
-  desk().Attach(nullptr);
-  EXPECT_EQ(throwing.Problem(), "step 1: no control 99 in the window on top");
-  EXPECT_EQ(desk().History().back().text, u"Never");
-  EXPECT_EQ(show(1, reinterpret_cast<HWND>(0x1234)), 0) << "an owner that is no window";
+  const auto gone = reinterpret_cast<HWND>(0x1234);
+  EXPECT_FALSE(SetWindowTextW(gone, u"x") || EndDialog(gone, 1) || show(1, gone));
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_EQ(show(1, nullptr, 9999), -1);
   for (int n = 1; n <= 4; ++n) {
     machine().faults.FailNth(platform::Fault::kWindow, n);
@@ -184,31 +195,179 @@ TEST_F(WindowTest, DialogsEndAsToldAndWithNobodyThereAsCancelled) {
   EXPECT_TRUE(desk().Windows().empty());
 }
 
-TEST_F(WindowTest, AShortTemplateIsRefusedAtEveryLength) {
-  const auto bytes =
-      platform::FindResourceBytes(module_, platform::kResourceDialog, IDD_PAPER_REGISTER);
-  for (size_t size = 0; size <= bytes.size(); ++size) {
-    // A copy of exactly that size, so that the sanitizer sees a read past it.
-    const std::vector<std::byte> cut(bytes.begin(), bytes.begin() + static_cast<ptrdiff_t>(size));
-    platform::DialogTemplate dialog;
-    EXPECT_EQ(platform::ParseDialogTemplate(cut.data(), cut.size(), dialog), size == bytes.size());
+TEST_F(WindowTest, LimitsHoldFingersAndPastesButNotSetText) {
+  const auto steps = [&](Desk& desk) {
+    Take();
+    Send(10, EM_LIMITTEXT, 3);
+    const auto shows = [&](bool) { return desk.Text(10); };
+    EXPECT_EQ(shows(desk.Type(10, u"abcd")), u"abc");
+    EXPECT_EQ(shows(desk.Paste(10, u"wxyz\r\nv")), u"wxy");
+    EXPECT_EQ(shows(desk.Paste(10, u"w\nx")), u"w") << "the first line";
+    EXPECT_EQ(Take().size(), 10u) << "EN_UPDATE and EN_CHANGE, nothing for what does not fit";
+    EXPECT_EQ(shows(SetDlgItemTextW(window, 10, u"12345")), u"12345");
+    EXPECT_EQ(shows(desk.Type(10, u"6")), u"12345") << "over the limit: nothing more goes in";
+    EXPECT_THAT(Take(), ElementsAre(Pair(10, EN_UPDATE), Pair(10, EN_CHANGE)));
+    Send(10, EM_SETSEL, 1, 3);
+    EXPECT_EQ(shows(desk.Key(VK_BACK) && desk.Key(VK_BACK) && desk.Key(VK_DELETE)), u"5");
+    EXPECT_FALSE(desk.Type(11, u"x") || desk.Paste(11, u"x")) << "read only";
+  };
+  Run({Edit(10), Edit(11, ES_READONLY)}, {steps, Close()});
+}
+
+TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
+  const auto steps = [&](Desk& desk) {
+    const auto text = [](const WCHAR* of) { return reinterpret_cast<LPARAM>(of); };
+    for (const WCHAR* one : {u"one", u"two", u"three"}) {
+      Send(12, CB_ADDSTRING, 0, text(one));
+      Send(13, LB_INSERTSTRING, 0, text(one));
+    }
+    EXPECT_TRUE(Send(12, CB_SETCURSEL, 3) == CB_ERR && Send(12, CB_SETCURSEL, 0) == 0);
+    EXPECT_EQ(desk.Text(12), u"one");
+    EXPECT_THAT(desk.Control(13).items, ElementsAre(u"three", u"two", u"one"));
+    EXPECT_EQ(desk.Control(12).rect.bottom, 20) << "as high as it is closed";
+    desk.Select(12, 0);  // what was chosen already
+    desk.Select(12, u"three");
+    EXPECT_THAT(Take(),
+                ElementsAre(Pair(12, CBN_SETFOCUS), Pair(12, CBN_DROPDOWN), Pair(12, CBN_SELENDOK),
+                            Pair(12, CBN_CLOSEUP), Pair(12, CBN_DROPDOWN), Pair(12, CBN_SELENDOK),
+                            Pair(12, CBN_CLOSEUP), Pair(12, CBN_SELCHANGE)));
+    EXPECT_TRUE(desk.Key(VK_UP) && desk.Select(13, 0));
+    EXPECT_EQ(desk.Text(12), u"two");
+    EXPECT_THAT(Take(), ElementsAre(Pair(12, CBN_SELENDOK), Pair(12, CBN_SELCHANGE),
+                                    Pair(12, CBN_KILLFOCUS), Pair(13, LBN_SETFOCUS),
+                                    Pair(13, LBN_SELCHANGE)));
+  };
+  Run({Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90),
+       Part(u"listbox", 13, u"", LBS_NOTIFY | WS_TABSTOP, 0, 0, 50, 90)},
+      {steps, Close()});
+}
+
+TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
+  const struct {
+    int low, high;
+    const char16_t* text;  // of the buddy before it is asked
+    int position;          // 5: it shows none
+  } kCases[] = {{0, 100, u"42", 42},   {0, 100, u" +7", 7},
+                {0, 100, u"100", 100}, {-9, 50, u"-9", -9},
+                {100, 0, u"60", 60},   {0, 100, u"101", 5},
+                {0, 100, u"", 5},      {0, 100, u"-", 5},
+                {0, 100, u"4a", 5},    {0, 100, u"99999999999999999999", 5}};
+  for (const DWORD writes : {UDS_SETBUDDYINT, DWORD{0}}) {
+    const auto steps = [&](Desk&) {
+      BOOL error = FALSE;
+      const auto ask = [&] { return Send(11, UDM_GETPOS32, 0, reinterpret_cast<LPARAM>(&error)); };
+      EXPECT_TRUE(ask() == 0 && error) << "no buddy";
+      for (const auto& [low, high, text, position] : kCases) {
+        Attach(low, high, 5);
+        SetDlgItemTextW(window, 10, text);
+        EXPECT_EQ(ask(), writes != 0 ? position : 5);
+        EXPECT_EQ(error, writes != 0 && position == 5) << position;
+      }
+    };
+    RunUpDown(steps, writes);
   }
 }
 
-TEST_F(WindowTest, ABroadcastReachesEveryWindowAndAStaleHandleNone) {
-  Run({Edit(10)}, {Told({{10, EN_SETFOCUS}, {0, WM_PAINT}}),
-                   [&](Desk&) {
-                     SendMessageTimeoutW(HWND_BROADCAST, WM_DEVMODECHANGE, 0,
-                                         reinterpret_cast<LPARAM>(u"Printer"), SMTO_ABORTIFHUNG,
-                                         300, nullptr);
-                   },
-                   Told({{0, WM_DEVMODECHANGE}}), Close()});
-  ASSERT_EQ(machine().Broadcasts().size(), 1u);
-  EXPECT_EQ(machine().Broadcasts()[0].text, u"Printer");
-  RECT rect;
-  EXPECT_FALSE(SetWindowTextW(window, u"x") || GetClientRect(window, &rect) ||
-               EndDialog(window, 1) || PostMessageW(window, WM_CLOSE, 0, 0));
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
+TEST_F(WindowTest, PositionsAreClampedAndWrittenAndAStepAsksFirstThenMovesThenScrolls) {
+  int refuse = 0;
+  on = [&](UINT message, WPARAM, LPARAM) -> INT_PTR {
+    SetWindowLongPtrW(window, DWLP_MSGRESULT, refuse);
+    return message == WM_NOTIFY;
+  };
+  RunUpDown([&](Desk& desk) {
+    const auto set = [&](int to) { return Send(11, UDM_SETPOS32, 0, to), desk.Text(10); };
+    const auto spun = [&](int steps) { return desk.Spin(11, steps) ? desk.Text(10) : u"no"; };
+    Attach(0, 10, 9);  // aligned it takes the buddy's edge once only
+    Attach(-800, 800, 9);
+    EXPECT_TRUE(desk.Control(10).rect.right == 54 && desk.Control(11).rect.right == 70);
+    EXPECT_EQ(set(1234), u"800");
+    Take();
+    EXPECT_EQ(set(-3) + set(-3), u"-3-3");
+    EXPECT_THAT(Take(), ElementsAre(Pair(10, EN_UPDATE), Pair(10, EN_CHANGE)));
+    SetDlgItemTextW(window, 10, u"5x");
+    EXPECT_EQ(set(-3), u"-3") << "the same position over a spoilt text restores it";
+    SetDlgItemTextW(window, 10, u"8"), desk.Focus(12), Take();
+    EXPECT_EQ(spun(1), u"9");
+    EXPECT_THAT(Take(), ElementsAre(Pair(12, EN_KILLFOCUS), Pair(10, EN_SETFOCUS),
+                                    Pair(8, UDN_DELTAPOS), Pair(10, EN_UPDATE), Pair(10, EN_CHANGE),
+                                    Pair(9, WM_VSCROLL), Pair(9, WM_VSCROLL)));
+    refuse = 1;
+    EXPECT_EQ(spun(-1), u"9");
+    EXPECT_THAT(Take(), ElementsAre(Pair(9, UDN_DELTAPOS), Pair(9, WM_VSCROLL)));
+    refuse = 0;
+    EXPECT_EQ(spun(std::numeric_limits<int>::min()), u"-800");
+    EXPECT_TRUE(desk.Key(VK_UP));
+    EXPECT_EQ(desk.Text(10), u"-799");
+    EXPECT_EQ(spun(std::numeric_limits<int>::max()), u"800");
+    Send(11, UDM_SETRANGE32, 900, 0);
+    EXPECT_EQ(spun(1), u"799") << "upside down";
+    EnableWindow(Item(10), FALSE);
+    EXPECT_EQ(spun(1), u"no");
+  });
+}
+
+TEST_F(WindowTest, PaintingIsWhatIsLeftToDo) {
+  on = [&](UINT message, WPARAM, LPARAM lParam) -> INT_PTR {
+    if (message == WM_CTLCOLORSTATIC) return reinterpret_cast<INT_PTR>(GetStockObject(BLACK_BRUSH));
+    return message == WM_DRAWITEM &&
+           Rectangle(reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)->hDC, 0, 0, 9, 9);
+  };
+  const auto steps = [&](Desk& desk) {
+    InvalidateRect(Item(30), nullptr, FALSE);
+    desk.Type(11, u"a");
+  };
+  const auto painted = [&](Desk& desk) {
+    EXPECT_TRUE(desk.Control(31).background == 0 && desk.Control(30).drawing.size() == 1);
+    EXPECT_THAT(Take(),
+                ElementsAre(Pair(11, EN_SETFOCUS), Pair(30, WM_DRAWITEM), Pair(11, EN_UPDATE),
+                            Pair(11, EN_CHANGE), Pair(30, WM_DRAWITEM)));
+  };
+  Run({Part(u"static", 30, u"", SS_OWNERDRAW, 0, 0, 60, 18), Edit(11),
+       Part(u"static", 31, u"", 0, 0, 0, 9, 9)},
+      {steps, painted, Close()});
+}
+
+TEST_F(WindowTest, DrawingLeavesAShortListOfWhatCanBeSeenAndShowsObjectsThatAreLeft) {
+  const auto steps = [&](Desk&) {
+    const HDC dc = GetDC(window);
+    // The kinds of what can be seen: 0 rectangle, 1 fill, 2 line, 4 text.
+    const auto seen = [&](BOOL) {
+      std::string kinds;
+      for (const platform::DrawOp& op : platform::FindWindowOf(window)->drawing)
+        kinds += std::to_string(static_cast<int>(op.kind));
+      return kinds;
+    };
+    const auto fill = [&](RECT rect, int stock) {
+      return FillRect(dc, &rect, static_cast<HBRUSH>(GetStockObject(stock)));
+    };
+    SetBkMode(dc, TRANSPARENT);
+    for (int i = 0; i < 3; ++i) {
+      fill({0, 0, 150, 150}, WHITE_BRUSH);
+      MoveToEx(dc, 3, 4, nullptr), LineTo(dc, 100, 4), TextOutW(dc, 2, 2, u"搬", 1);
+      EXPECT_EQ(seen(TextOutW(dc, 2, 2, u"搬", 1)), "124");
+    }
+    fill({0, 0, 150, 150}, WHITE_BRUSH), Rectangle(dc, 10, 10, 40, 40);
+    fill({20, 20, 150, 150}, BLACK_BRUSH);
+    EXPECT_EQ(seen(fill({10, 10, 39, 40}, BLACK_BRUSH)), "1011") << "a column is left to be seen";
+    EXPECT_EQ(seen(fill({10, 10, 40, 40}, WHITE_BRUSH)), "111");
+    const HPEN pen = CreatePen(PS_SOLID, 1, 0);
+    const HGDIOBJ old = SelectObject(dc, pen);
+    EXPECT_FALSE(DeleteObject(pen)) << "selected";
+    const int state = SaveDC(dc);
+    SelectObject(dc, old);
+    EXPECT_FALSE(DeleteObject(pen) || RestoreDC(dc, state + 1)) << "held by the saved state";
+    EXPECT_TRUE(RestoreDC(dc, state) && SelectObject(dc, old) == pen && DeleteObject(pen));
+    EXPECT_FALSE(DeleteObject(pen) || SelectObject(dc, pen)) << "stale";
+    const HBITMAP picture = LoadBitmapW(module_, MAKEINTRESOURCEW(IDB_BACKGROUND));
+    const HDC memory = CreateCompatibleDC(dc);
+    EXPECT_FALSE(SelectObject(dc, picture) || DeleteDC(dc) || ReleaseDC(window, memory));
+    SelectObject(memory, picture);
+    EXPECT_FALSE(DeleteObject(picture));
+    EXPECT_EQ(platform::LiveGdiObjects() + platform::LiveDcs(), 3);
+    EXPECT_TRUE(DeleteDC(memory) && DeleteObject(picture) && ReleaseDC(window, dc));
+    EXPECT_EQ(platform::LiveGdiObjects() + platform::LiveDcs(), 0);
+  };
+  Run({}, {steps, Close()});
 }
 
 }  // namespace

@@ -164,8 +164,7 @@ class Person : public User {
       const std::u16string text = Text(choices_);
       if (way == 0) desk.Type(id, text.substr(0, 40));
       if (way == 1) desk.Replace(id, text.substr(0, 80));
-      if (way == 2) desk.Paste(id, text);
-      if (way == 3) desk.EditTo(id, text);
+      if (way >= 2) desk.Paste(id, text);
     } else if (control.kind == ControlKind::kComboBox || control.kind == ControlKind::kListBox) {
       desk.Select(id, choices_.Below(static_cast<int>(control.items.size()) + 1));
     } else if (control.kind == ControlKind::kUpDown) {

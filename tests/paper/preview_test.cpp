@@ -1,6 +1,7 @@
 // What the picture boxes of the page and the dialog show, and how the strip of labels is laid out.
 #include "paper/preview_layout.h"
 #include "platform/desktop/drawing/gdi.h"
+#include "platform/desktop/windows/manager.h"
 #include "tests/paper/paper_fixture.h"
 #include "tests/support/fault_walk.h"
 
@@ -136,7 +137,7 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
   const auto look = [this](Desk& desk) {
     const HWND box = desk.Control(kPicture).handle;
     const int contexts = platform::LiveDcs();
-    const auto draw = [box] { InvalidateRect(box, nullptr, TRUE), UpdateWindow(box); };
+    const auto draw = [box] { InvalidateRect(box, nullptr, TRUE), platform::PaintTree(box); };
     const auto check = [=](platform::Fault, bool) { EXPECT_EQ(platform::LiveDcs(), contexts); };
     // Two pictures with their contexts, and a pen.
     EXPECT_EQ(WalkFaults(machine(), {platform::Fault::kWindow}, draw, check), 7);

@@ -66,8 +66,8 @@ TEST_F(ItemTablesTest, HoldWhatIsAddedAndTellOfTheFirstError) {
   tables.owedParams = 0;
 
   const LPWSTR id = MAKEINTRESOURCEW(64734);
-  const CheckBoxDescription box = {ECBF_CHECKNAME_AT_FRONT, TEXT("box"), nullptr, id, 11};
-  const PushDescription push = {EPF_NO_DOT_DOT_DOT, TEXT("1234567"), 12};
+  const CheckBoxDescription box = {1, TEXT("box"), nullptr, id, 11};
+  const PushDescription push = {4, TEXT("1234567"), 12};
   Tell(ComposeItem(session, {2, id, 33, &box, nullptr}, 9, kGivenSelection, 5));
   Tell(ComposeItem(session, {1, TEXT("123456789"), 0, nullptr, &push}, 9, kItemWithoutType, 5));
   told << Text(AddItemText(session, nullptr)) << "\n";
@@ -80,7 +80,7 @@ TEST_F(ItemTablesTest, HoldWhatIsAddedAndTellOfTheFirstError) {
   Error();
 
   told << "states of the first item with an id, with a type and without\n";
-  tables.types.start[0].Type = TVOT_COMBOBOX;
+  tables.types.start[0].Type = TVOT_EDITBOX - 1;
   for (const BYTE publicId : {BYTE{50}, BYTE{50}, BYTE{51}}) {
     OPTITEM item = ComposeItem(session, {1, id, 0, nullptr, nullptr}, publicId, kNoSelection, 7);
     if (publicId == 51) item.pOptType = nullptr;

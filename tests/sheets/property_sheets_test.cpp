@@ -141,8 +141,8 @@ TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
   EXPECT_EQ(exports_.DrvDocumentPropertySheets(&info, 0), -1);
   ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
   EXPECT_EQ(info.Result, 0u);
-  for (const WORD reason : {PROPSHEETUI_REASON_GET_ICON, PROPSHEETUI_REASON_BEFORE_INIT,
-                            PROPSHEETUI_REASON_SET_RESULT, PROPSHEETUI_REASON_GET_INFO_HEADER})
+  for (const WORD reason : {PROPSHEETUI_REASON_SET_RESULT, PROPSHEETUI_REASON_GET_INFO_HEADER,
+                            WORD{PROPSHEETUI_REASON_SET_RESULT + 1}})
     EXPECT_EQ(Ask(reason), -1);
   // A block that is no session, and one whose end was overwritten.
   const auto foreign = std::make_unique<DriverUiData>();

@@ -5,33 +5,18 @@ namespace platform {
 
 namespace {
 
-struct ButtonState : WindowState {
-  UINT check = BST_UNCHECKED;
-};
-
 bool IsButton(const Window& window, DWORD type) {
   return window.windowClass == WindowClass::kButton && (window.style & BS_TYPEMASK) == type;
-}
-
-// A radio button that is checked is the stop of the Tab key in its group.
-void SetCheck(Window& window, UINT check) {
-  auto* state = StateOf<ButtonState>(window);
-  if (!IsRadio(window) && !IsButton(window, BS_AUTOCHECKBOX)) return;
-  if (IsRadio(window)) {
-    window.style = check != 0 ? window.style | WS_TABSTOP : window.style & ~WS_TABSTOP;
-  }
-  state->check = check != 0 ? BST_CHECKED : BST_UNCHECKED;
-  InvalidateWindow(window, false);
 }
 
 void Toggle(Window& window) {
   if (IsRadio(window)) {
     for (HWND other : GroupOf(window)) {
       const WindowPtr one = FindWindowOf(other);
-      if (one && other != window.handle && IsRadio(*one)) SetCheck(*one, BST_UNCHECKED);
+      if (one && other != window.handle && IsRadio(*one)) SetCheck(*one, false);
     }
   }
-  SetCheck(window, IsRadio(window) || !IsChecked(window) ? BST_CHECKED : BST_UNCHECKED);
+  SetCheck(window, IsRadio(window) || !window.checked);
 }
 
 }  // namespace
@@ -47,9 +32,13 @@ bool IsOwnerDrawn(const Window& window) {
                                             (window.style & SS_TYPEMASK) == SS_OWNERDRAW);
 }
 
-bool IsChecked(const Window& window) {
-  const auto* state = StateOf<ButtonState>(window);
-  return state != nullptr && state->check == BST_CHECKED;
+// A radio button that is checked is the stop of the Tab key in its group.
+void SetCheck(Window& window, bool check) {
+  if (!IsRadio(window) && !IsButton(window, BS_AUTOCHECKBOX)) return;
+  if (IsRadio(window)) {
+    window.style = check ? window.style | WS_TABSTOP : window.style & ~WS_TABSTOP;
+  }
+  window.checked = check;
 }
 
 std::vector<HWND> GroupOf(const Window& control) {
@@ -82,23 +71,6 @@ bool ClickControl(HWND handle) {
   Toggle(*window);
   NotifyCommand(*window, BN_CLICKED);
   return true;
-}
-
-LRESULT CALLBACK ButtonProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowPtr window = FindWindowOf(handle);
-  if (!window) return 0;
-  switch (message) {
-    case WM_CREATE:
-      window->state = std::make_unique<ButtonState>();
-      return 0;
-    case BM_GETCHECK:
-      return StateOf<ButtonState>(*window)->check;
-    case BM_SETCHECK:
-      SetCheck(*window, static_cast<UINT>(wParam));
-      return 0;
-    default:
-      return DefaultProc(handle, message, wParam, lParam);
-  }
 }
 
 }  // namespace platform

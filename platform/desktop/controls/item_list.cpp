@@ -8,58 +8,56 @@ namespace platform {
 
 namespace {
 
-struct ItemList : WindowState {
-  std::vector<std::u16string> texts;
-  int selected = -1;
+int Count(const ListData& list) { return static_cast<int>(list.texts.size()); }
 
-  int count() const { return static_cast<int>(texts.size()); }
-  std::u16string Chosen() const {
-    return selected < 0 ? std::u16string() : texts[static_cast<size_t>(selected)];
-  }
-};
+std::u16string Chosen(const ListData& list) {
+  return list.selected < 0 ? std::u16string() : list.texts[static_cast<size_t>(list.selected)];
+}
 
 bool IsCombo(const Window& window) { return window.windowClass == WindowClass::kComboBox; }
+bool IsList(const Window& window) {
+  return IsCombo(window) || window.windowClass == WindowClass::kListBox;
+}
 
 // Before an index, or at the end for -1 (nothing happens for one behind it); answers where.
-LRESULT Insert(Window& window, ItemList& list, INT index, LPARAM text) {
-  if (index > list.count()) return CB_ERR;
-  if (index < 0) index = list.count();
+LRESULT Insert(ListData& list, INT index, LPARAM text) {
+  if (index > Count(list)) return CB_ERR;
+  if (index < 0) index = Count(list);
   list.texts.insert(list.texts.begin() + index, reinterpret_cast<LPCWSTR>(text));
   if (list.selected >= index) ++list.selected;
-  InvalidateWindow(window, false);
   return index;
 }
 
-LRESULT Choose(Window& window, ItemList& list, WPARAM index) {
+LRESULT Choose(ListData& list, WPARAM index) {
   list.selected = index < list.texts.size() ? static_cast<int>(index) : -1;
-  InvalidateWindow(window, false);
   return list.selected;
 }
 
-LRESULT Clear(Window& window, ItemList& list) {
-  list.texts.clear();
-  list.selected = -1;
-  InvalidateWindow(window, true);
+LRESULT Clear(ListData& list) {
+  list = {};
   return 0;
 }
 
 }  // namespace
 
-// A combo box's list opens before a choice and closes behind it; one that falls through is none.
-bool PickItem(HWND handle, int index) {
+// A combo box's list opens before a choice by mouse and closes behind it; one that falls through is
+// none.
+bool PickItem(HWND handle, int index, bool byKey) {
   const WindowPtr window = FindWindowOf(handle);
-  auto* list = window ? StateOf<ItemList>(*window) : nullptr;
-  if (list == nullptr || index < 0 || !IsShown(handle) || !IsReachable(handle)) return false;
+  if (!window || !IsList(*window) || index < 0 || !IsShown(handle) || !IsReachable(handle))
+    return false;
+  ListData& list = window->list;
   SetFocus(handle);
   if (window->destroying || !IsReachable(handle)) return false;
-  const bool combo = IsCombo(*window);
-  if (combo) NotifyCommand(*window, CBN_DROPDOWN);  // the dialog may fill the list only now
+  const bool combo = IsCombo(*window), opens = combo && !byKey;
+  if (opens) NotifyCommand(*window, CBN_DROPDOWN);  // the dialog may fill the list only now
   if (window->destroying) return false;
-  const bool good = index < list->count();
-  const bool other = list->selected != index;
-  if (good) Choose(*window, *list, static_cast<WPARAM>(index));
-  if (combo) NotifyCommand(*window, good ? CBN_SELENDOK : CBN_SELENDCANCEL);
-  if (combo && !window->destroying) NotifyCommand(*window, CBN_CLOSEUP);
+  const bool good = index < Count(list);
+  const bool other = list.selected != index;
+  if (good) Choose(list, static_cast<WPARAM>(index));
+  if (opens || (combo && good && other))
+    NotifyCommand(*window, good ? CBN_SELENDOK : CBN_SELENDCANCEL);
+  if (opens && !window->destroying) NotifyCommand(*window, CBN_CLOSEUP);
   if (!good || window->destroying) return good;
   if (combo ? other : (window->style & LBS_NOTIFY) != 0)
     NotifyCommand(*window, combo ? CBN_SELCHANGE : LBN_SELCHANGE);
@@ -67,34 +65,26 @@ bool PickItem(HWND handle, int index) {
 }
 
 void DescribeList(const Window& window, ControlView& view) {
-  const auto* list = StateOf<ItemList>(window);
-  if (list == nullptr) return;
-  view.items = list->texts;
-  view.selection = list->selected;
-  if (IsCombo(window)) view.text = list->Chosen();
+  view.items = window.list.texts;
+  view.selection = window.list.selected;
+  if (IsCombo(window)) view.text = Chosen(window.list);
 }
 
-LRESULT CALLBACK ComboBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowPtr window = FindWindowOf(handle);
-  if (!window) return 0;
-  auto* list = StateOf<ItemList>(*window);
+LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
+  ListData& list = window->list;
   switch (message) {
-    case WM_CREATE:
-      window->state = std::make_unique<ItemList>();
-      window->rect.bottom = std::min(window->rect.bottom, window->rect.top + kClosedComboHeight);
-      return 0;
     case CB_ADDSTRING:
-      return Insert(*window, *list, -1, lParam);
+      return Insert(list, -1, lParam);
     case CB_INSERTSTRING:
-      return Insert(*window, *list, static_cast<INT>(wParam), lParam);
+      return Insert(list, static_cast<INT>(wParam), lParam);
     case CB_RESETCONTENT:
-      return Clear(*window, *list);
+      return Clear(list);
     case CB_GETCURSEL:
-      return list->selected;
+      return list.selected;
     case CB_SETCURSEL:
-      return Choose(*window, *list, wParam);
+      return Choose(list, wParam);
     case WM_GETTEXT:  // the selection's
-      return CopyOut(list->Chosen(), wParam, lParam);
+      return CopyOut(Chosen(list), wParam, lParam);
     case WM_SETTEXT:
       return CB_ERR;  // a list alone takes no text
     case WM_SETFOCUS:
@@ -108,29 +98,24 @@ LRESULT CALLBACK ComboBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM l
   }
 }
 
-LRESULT CALLBACK ListBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowPtr window = FindWindowOf(handle);
-  if (!window) return 0;
-  auto* list = StateOf<ItemList>(*window);
+LRESULT ListBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
+  ListData& list = window->list;
   switch (message) {
-    case WM_CREATE:
-      window->state = std::make_unique<ItemList>();
-      return 0;
     case LB_INSERTSTRING:
-      return Insert(*window, *list, static_cast<INT>(wParam), lParam);
+      return Insert(list, static_cast<INT>(wParam), lParam);
     case LB_RESETCONTENT:
-      return Clear(*window, *list);
+      return Clear(list);
     case LB_GETCURSEL:
-      return list->selected;
+      return list.selected;
     case LB_SETCURSEL:
-      return Choose(*window, *list, wParam);
+      return Choose(list, wParam);
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       if ((window->style & LBS_NOTIFY) != 0)
         NotifyCommand(*window, message == WM_SETFOCUS ? LBN_SETFOCUS : LBN_KILLFOCUS);
       return 0;
     default:
-      return DefaultProc(handle, message, wParam, lParam);
+      return DefaultProc(window, message, wParam, lParam);
   }
 }
 

@@ -13,34 +13,29 @@ namespace {
 
 constexpr int kArrowWidth = 16;
 
-struct UpDownState : WindowState {
-  int lower = 100;  // as created; upside down until a range is set
-  int upper = 0;
-  int position = 0;
-  HWND buddy = nullptr;
-
-  int Clamped(int64_t value) const {
-    return static_cast<int>(
-        std::clamp<int64_t>(value, std::min(lower, upper), std::max(lower, upper)));
-  }
-};
+int Clamped(const UpDownData& of, int64_t value) {
+  return static_cast<int>(
+      std::clamp<int64_t>(value, std::min(of.lower, of.upper), std::max(of.lower, of.upper)));
+}
 
 bool WritesBuddy(const Window& window) { return (window.style & UDS_SETBUDDYINT) != 0; }
 
 // Takes the buddy's number as the position; false, and the position stays, when there is no buddy
 // or it shows none that lies in the range.
-bool ReadBuddy(const Window& window, UpDownState& state) {
+bool ReadBuddy(Window& window) {
+  UpDownData& state = window.upDown;
   const WindowPtr buddy = FindWindowOf(state.buddy);
   if (!buddy || !WritesBuddy(window)) return buddy != nullptr;
   const auto value = ReadDecimal(buddy->text);
-  if (!value || state.Clamped(*value) != *value) return false;
+  if (!value || Clamped(state, *value) != *value) return false;
   state.position = static_cast<int>(*value);
   return true;
 }
 
-int SetPosition(const Window& window, UpDownState& state, int64_t value) {
+int SetPosition(Window& window, int64_t value) {
+  UpDownData& state = window.upDown;
   const int before = state.position;
-  state.position = state.Clamped(value);
+  state.position = Clamped(state, value);
   const WindowPtr buddy = FindWindowOf(state.buddy);
   if (!buddy || !WritesBuddy(window)) return before;
   const std::u16string text = DecimalText(state.position);
@@ -50,7 +45,8 @@ int SetPosition(const Window& window, UpDownState& state, int64_t value) {
 
 // Aligned to its buddy's right edge an up-down stands inside of it, and the buddy gives up that
 // width.
-HWND SetBuddy(Window& window, UpDownState& state, HWND handle) {
+HWND SetBuddy(Window& window, HWND handle) {
+  UpDownData& state = window.upDown;
   const HWND before = state.buddy;
   const WindowPtr buddy = FindWindowOf(handle);
   state.buddy = buddy ? handle : nullptr;
@@ -70,8 +66,9 @@ void Notify(const Window& window, int code, int position) {
 }
 
 // One press of an arrow. The dialog may refuse it or change how far it goes.
-void Step(const WindowPtr& window, UpDownState& state, bool up) {
-  ReadBuddy(*window, state);
+void Step(const WindowPtr& window, bool up) {
+  const UpDownData& state = window->upDown;
+  ReadBuddy(*window);
   NMUPDOWN notice = {};
   notice.hdr.hwndFrom = window->handle;
   notice.hdr.idFrom = static_cast<UINT_PTR>(window->id);
@@ -81,7 +78,7 @@ void Step(const WindowPtr& window, UpDownState& state, bool up) {
   const LRESULT refused =
       SendMessageW(window->parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
   if (refused != 0 || window->destroying) return;
-  SetPosition(*window, state, int64_t{state.position} + notice.iDelta);
+  SetPosition(*window, int64_t{state.position} + notice.iDelta);
   if (!window->destroying) Notify(*window, SB_THUMBPOSITION, state.position);
 }
 
@@ -89,14 +86,16 @@ void Step(const WindowPtr& window, UpDownState& state, bool up) {
 
 bool SpinBy(HWND handle, bool up) {
   const WindowPtr window = FindWindowOf(handle);
-  auto* state = window ? StateOf<UpDownState>(*window) : nullptr;
-  if (state == nullptr || !IsShown(handle) || !IsReachable(handle)) return false;
-  if (FindWindowOf(state->buddy)) {
-    if (!IsReachable(state->buddy)) return false;
-    SetFocus(state->buddy);
+  if (!window || window->windowClass != WindowClass::kUpDown || !IsShown(handle) ||
+      !IsReachable(handle))
+    return false;
+  const UpDownData& state = window->upDown;
+  if (FindWindowOf(state.buddy)) {
+    if (!IsReachable(state.buddy)) return false;
+    SetFocus(state.buddy);
   }
-  if (!window->destroying && IsReachable(handle)) Step(window, *state, up);
-  if (!window->destroying) Notify(*window, SB_ENDSCROLL, state->position);
+  if (!window->destroying && IsReachable(handle)) Step(window, up);
+  if (!window->destroying) Notify(*window, SB_ENDSCROLL, state.position);
   return true;
 }
 
@@ -106,29 +105,21 @@ HWND ArrowUpDownOf(HWND edit) {
   if (!parent) return nullptr;
   for (HWND child : parent->children) {
     const WindowPtr one = FindWindowOf(child);
-    const auto* state = one ? StateOf<UpDownState>(*one) : nullptr;
-    if (state != nullptr && state->buddy == edit && (one->style & UDS_ARROWKEYS) != 0) return child;
+    if (one && one->upDown.buddy == edit && (one->style & UDS_ARROWKEYS) != 0) return child;
   }
   return nullptr;
 }
 
 void DescribeUpDown(const Window& window, ControlView& view) {
-  const auto* state = StateOf<UpDownState>(window);
-  if (state == nullptr) return;
-  view.minimum = state->lower;
-  view.maximum = state->upper;
-  view.position = state->position;
-  view.buddy = GetDlgCtrlID(state->buddy);
+  if (window.windowClass != WindowClass::kUpDown) return;
+  view.minimum = window.upDown.lower;
+  view.maximum = window.upDown.upper;
+  view.position = window.upDown.position;
+  view.buddy = GetDlgCtrlID(window.upDown.buddy);
 }
 
-LRESULT CALLBACK UpDownProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const WindowPtr window = FindWindowOf(handle);
-  if (!window) return 0;
-  if (message == WM_CREATE) {
-    window->state = std::make_unique<UpDownState>();
-    return 0;
-  }
-  UpDownState& state = *StateOf<UpDownState>(*window);
+LRESULT UpDownProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
+  UpDownData& state = window->upDown;
   switch (message) {
     case UDM_SETRANGE32:
       state.lower = static_cast<int>(wParam);
@@ -139,20 +130,18 @@ LRESULT CALLBACK UpDownProc(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
       if (lParam != 0) *reinterpret_cast<INT*>(lParam) = state.upper;
       return 0;
     case UDM_SETPOS32:
-      return SetPosition(*window, state, static_cast<int>(lParam));
+      return SetPosition(*window, static_cast<int>(lParam));
     case UDM_GETPOS32: {
-      const bool good = ReadBuddy(*window, state);
+      const bool good = ReadBuddy(*window);
       if (lParam != 0) *reinterpret_cast<BOOL*>(lParam) = good ? FALSE : TRUE;
       return state.position;
     }
     case UDM_SETBUDDY:
-      return reinterpret_cast<LRESULT>(SetBuddy(*window, state, reinterpret_cast<HWND>(wParam)));
-    case UDM_GETBUDDY:
-      return reinterpret_cast<LRESULT>(state.buddy);
+      return reinterpret_cast<LRESULT>(SetBuddy(*window, reinterpret_cast<HWND>(wParam)));
     case UDM_SETBASE:  // numbers are decimal here, and were
       return wParam == 10 ? 10 : 0;
     default:
-      return DefaultProc(handle, message, wParam, lParam);
+      return DefaultProc(window, message, wParam, lParam);
   }
 }
 

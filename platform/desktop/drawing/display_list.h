@@ -8,9 +8,16 @@
 #include <string>
 #include <vector>
 
+inline bool operator==(const RECT& a, const RECT& b) {
+  return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+inline bool operator==(const POINT& a, const POINT& b) { return a.x == b.x && a.y == b.y; }
+
 namespace platform {
 
 struct DrawOp {
+  bool operator==(const DrawOp&) const = default;
+
   enum class Kind { kRectangle, kFill, kLine, kImage, kText } kind = Kind::kFill;
   RECT rect = {};    // rectangle, fill, image target, text clip box; a line runs from left/top to
                      // right/bottom

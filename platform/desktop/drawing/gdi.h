@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <mutex>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -32,7 +31,6 @@ struct Brush {
 };
 struct Bitmap {
   int width = 0, height = 0;
-  WORD bitsPerPixel = 0;
   int resourceId = 0;
 };
 using ObjectData = std::variant<Pen, Brush, LOGFONTW, Bitmap>;
@@ -61,9 +59,8 @@ struct Dc {
 };
 
 // All live objects and contexts. Handles are numbers that are never used again, so a stale handle
-// is always recognised. Access is under the lock.
+// is always recognised. Only the thread that shows windows draws.
 struct ObjectStore {
-  std::recursive_mutex lock;
   std::unordered_map<HGDIOBJ, Object> objects;
   std::unordered_map<HDC, Dc> contexts;
   uintptr_t nextHandle = 0x01000001;
@@ -90,11 +87,10 @@ struct ObjectStore {
   ObjectStore();
 };
 
-// Runs `work` on a live context under the lock; answers `none` for a stale one.
+// Runs `work` on a live context; answers `none` for a stale one.
 template <typename Answer, typename Work>
 Answer WithDc(HDC handle, Answer none, Work work) {
   ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
   Dc* dc = store.FindDc(handle);
   return dc != nullptr ? work(store, *dc) : none;
 }

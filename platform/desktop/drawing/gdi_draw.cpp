@@ -29,8 +29,6 @@ bool Contains(const RECT& outer, const RECT& inner) {
          outer.bottom >= inner.bottom;
 }
 
-bool Same(const RECT& a, const RECT& b) { return Contains(a, b) && Contains(b, a); }
-
 // The pixels that an operation can touch.
 RECT Touched(const DrawOp& op) {
   if (op.kind != DrawOp::Kind::kLine) return op.rect;
@@ -51,15 +49,6 @@ RECT Covered(const DrawOp& op, const RECT& area) {
   return lets ? RECT{} : Seen(op, area);
 }
 
-bool Identical(const DrawOp& a, const DrawOp& b) {
-  return a.kind == b.kind && Same(a.rect, b.rect) && a.pen == b.pen && a.penStyle == b.penStyle &&
-         a.penWidth == b.penWidth && a.brush == b.brush && a.bitmap == b.bitmap &&
-         Same(a.source, b.source) && a.text == b.text && a.at.x == b.at.x && a.at.y == b.at.y &&
-         a.textColour == b.textColour && a.background == b.background && a.opaque == b.opaque &&
-         a.fontHeight == b.fontHeight && a.fontWidth == b.fontWidth && a.face == b.face &&
-         Same(a.clip, b.clip);
-}
-
 // What a later operation hides completely is dropped, and so is an earlier drawing of the very same
 // thing: the later one paints the same pixels over it. So a list cannot grow by redrawing. Drawing
 // on the screen, in memory or on a window that is gone is lost.
@@ -70,7 +59,7 @@ void Record(const Dc& dc, DrawOp op) {
   if (IsEmpty(Seen(op, area))) return;
   const RECT hidden = Covered(op, area);
   std::erase_if(window->drawing, [&](const DrawOp& earlier) {
-    return Identical(earlier, op) || (!IsEmpty(hidden) && Contains(hidden, Seen(earlier, area)));
+    return earlier == op || (!IsEmpty(hidden) && Contains(hidden, Seen(earlier, area)));
   });
   window->drawing.push_back(std::move(op));
 }

@@ -27,7 +27,7 @@ ObjectStore::ObjectStore() {
   font.lfPitchAndFamily = FIXED_PITCH;
   std::u16string_view(u"MS Shell Dlg").copy(font.lfFaceName, LF_FACESIZE - 1);
   stock[SYSTEM_FONT] = Add(font, true);
-  defaultBitmap = Add(Bitmap{1, 1, 1, 0}, true);
+  defaultBitmap = Add(Bitmap{1, 1, 0}, true);
 }
 
 HGDIOBJ ObjectStore::Add(ObjectData data, bool isStock) {
@@ -54,9 +54,7 @@ void ObjectStore::Hold(const DcState& state, int by) {
 
 HGDIOBJ AddMade(ObjectData data) {
   if (Machine::Current().faults.Strike(Fault::kWindow)) return nullptr;
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  return store.Add(std::move(data));
+  return ObjectStore::Get().Add(std::move(data));
 }
 
 namespace {
@@ -73,13 +71,11 @@ bool ReadBitmapHead(const std::byte* data, size_t size, Bitmap& bitmap) {
   if (head.biHeight == 0 || std::llabs(head.biHeight) > kLargestSide) return false;
   bitmap.width = head.biWidth;
   bitmap.height = std::abs(head.biHeight);
-  bitmap.bitsPerPixel = head.biBitCount;
   return true;
 }
 
 HDC AddContext(HWND window, bool memory) {
   ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
   const auto handle = reinterpret_cast<HDC>(store.nextHandle);
   store.nextHandle += 2;
   Dc dc;
@@ -115,22 +111,15 @@ T Exchange(HDC handle, T none, T DcState::*member, T value) {
 }  // namespace gdi
 
 int LiveGdiObjects() {
-  gdi::ObjectStore& store = gdi::ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  return static_cast<int>(std::count_if(store.objects.begin(), store.objects.end(),
+  const auto& objects = gdi::ObjectStore::Get().objects;
+  return static_cast<int>(std::count_if(objects.begin(), objects.end(),
                                         [](const auto& entry) { return !entry.second.stock; }));
 }
 
-int LiveDcs() {
-  gdi::ObjectStore& store = gdi::ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  return static_cast<int>(store.contexts.size());
-}
+int LiveDcs() { return static_cast<int>(gdi::ObjectStore::Get().contexts.size()); }
 
 std::optional<COLORREF> BrushColour(HBRUSH brush) {
-  gdi::ObjectStore& store = gdi::ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  const auto* found = store.FindAs<gdi::Brush>(brush);
+  const auto* found = gdi::ObjectStore::Get().FindAs<gdi::Brush>(brush);
   return found != nullptr ? std::optional(found->colour) : std::nullopt;
 }
 
@@ -183,25 +172,19 @@ HBITMAP WINAPI LoadBitmapW(HINSTANCE instance, LPCWSTR name) {
 // may be given back any time and stays.
 BOOL WINAPI DeleteObject(HGDIOBJ object) {
   ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
   const Object* found = store.Find(object);
   if (found == nullptr || (!found->stock && found->selected > 0)) return FALSE;
   if (!found->stock) store.objects.erase(object);
   return TRUE;
 }
 
-// Of bitmaps: nobody asks about others.
+// The size of a bitmap: nobody asks for more, or about others.
 int WINAPI GetObjectW(HGDIOBJ object, int size, LPVOID buffer) {
-  ObjectStore& store = ObjectStore::Get();
-  const std::lock_guard guard(store.lock);
-  const auto* bitmap = store.FindAs<Bitmap>(object);
+  const auto* bitmap = ObjectStore::Get().FindAs<Bitmap>(object);
   BITMAP form = {};
   if (bitmap == nullptr || buffer == nullptr || size < static_cast<int>(sizeof form)) return 0;
   form.bmWidth = bitmap->width;
   form.bmHeight = bitmap->height;
-  form.bmWidthBytes = (bitmap->width * bitmap->bitsPerPixel + 15) / 16 * 2;
-  form.bmPlanes = 1;
-  form.bmBitsPixel = bitmap->bitsPerPixel;
   std::memcpy(buffer, &form, sizeof form);
   return sizeof form;
 }
@@ -226,16 +209,15 @@ int WINAPI SaveDC(HDC dc) {
   });
 }
 
-// A state is one that SaveDC answered; a negative one counts back from the current one.
+// A state is one that SaveDC answered.
 BOOL WINAPI RestoreDC(HDC dc, int state) {
   return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) -> BOOL {
-    const int depth = static_cast<int>(it.saved.size());
-    const int index = state < 0 ? depth + state : state - 1;
-    if (index < 0 || index >= depth) return FALSE;
-    for (; static_cast<int>(it.saved.size()) > index; it.saved.pop_back()) {
-      store.Hold(it.state, -1);
-      it.state = it.saved.back();
-    }
+    const size_t index = static_cast<size_t>(state) - 1;
+    if (state <= 0 || index >= it.saved.size()) return FALSE;
+    store.Hold(it.state, -1);
+    it.state = it.saved[index];
+    for (size_t i = index + 1; i < it.saved.size(); ++i) store.Hold(it.saved[i], -1);
+    it.saved.resize(index);
     return TRUE;
   });
 }

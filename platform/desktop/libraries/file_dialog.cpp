@@ -34,6 +34,7 @@ class FileDialog : public WindowState {
 
  private:
   static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  Window& Item(int id) const { return *FindWindowOf(GetDlgItem(window_, id)); }
   void Command(int id, UINT code);
   void GoTo(std::u16string folder);
   void PickLine();
@@ -49,7 +50,6 @@ class FileDialog : public WindowState {
   bool saving_ = false;
   HWND window_ = nullptr;
   std::u16string pattern_, folder_;
-  std::vector<std::u16string> lines_;
   std::u16string picked_;  // the folder picked from the list after the name was last edited
   std::u16string* path_ = nullptr;
 };
@@ -72,14 +72,14 @@ bool FileDialog::Show(const OPENFILENAMEW& request, bool saving, std::u16string&
   top.kind = WindowView::Kind::kFileDialog;
   top.state = std::move(state);
   const DWORD shown = SS_LEFT | SS_NOPREFIX;
-  top.parts = {Part(u"static", -1, u"場所(&I):", SS_LEFT, 11, 14, 90, 14),
+  top.parts = {Part(u"static", IDC_STATIC, u"場所(&I):", SS_LEFT, 11, 14, 90, 14),
                Part(u"static", kFolderText, u"", shown, 105, 14, 310, 14),
                Part(u"listbox", kFileList, u"", LBS_NOTIFY | WS_TABSTOP, 11, 38, 404, 150),
-               Part(u"static", -1, u"ファイル名(&N):", SS_LEFT, 11, 202, 90, 14),
+               Part(u"static", IDC_STATIC, u"ファイル名(&N):", SS_LEFT, 11, 202, 90, 14),
                Part(u"edit", kNameEdit, u"", WS_TABSTOP, 105, 199, 210, 20),
                Part(u"button", IDOK, saving ? u"保存(&S)" : u"開く(&O)",
                     BS_DEFPUSHBUTTON | WS_TABSTOP, 325, 198, 90, 22),
-               Part(u"static", -1, u"ファイルの種類:", SS_LEFT, 11, 232, 90, 14),
+               Part(u"static", IDC_STATIC, u"ファイルの種類:", SS_LEFT, 11, 232, 90, 14),
                Part(u"static", kFilterText, filter, shown, 105, 232, 210, 14),
                Part(u"button", IDCANCEL, u"キャンセル", WS_TABSTOP, 325, 228, 90, 22)};
   const HWND window = CreateTopWindow(std::move(top));
@@ -118,35 +118,27 @@ void FileDialog::Command(int id, UINT code) {
 void FileDialog::GoTo(std::u16string folder) {
   folder_ = std::move(folder);
   picked_.clear();
-  lines_ = List(folder_, pattern_);
   SetDlgItemTextW(window_, kFolderText, folder_.c_str());
-  SendDlgItemMessageW(window_, kFileList, LB_RESETCONTENT, 0, 0);
-  for (const auto& line : lines_)
-    SendDlgItemMessageW(window_, kFileList, LB_INSERTSTRING, static_cast<WPARAM>(-1),
-                        reinterpret_cast<LPARAM>(line.c_str()));
+  Item(kFileList).list = {List(folder_, pattern_), -1};
 }
 
 // A picked file becomes the name; a picked folder is entered when it is opened.
 void FileDialog::PickLine() {
-  const LRESULT index = SendDlgItemMessageW(window_, kFileList, LB_GETCURSEL, 0, 0);
-  if (index < 0) return;
-  const std::u16string line = lines_[static_cast<size_t>(index)];
+  const ListData& list = Item(kFileList).list;
+  const std::u16string line = list.texts[static_cast<size_t>(list.selected)];
   if (line.back() != u'\\') SetDlgItemTextW(window_, kNameEdit, line.c_str());
   picked_ = line.back() == u'\\' ? line : u"";
 }
 
 int FileDialog::Ask(std::u16string_view about, std::u16string_view text, UINT style) const {
-  WCHAR title[64];
-  GetWindowTextW(window_, title, 64);
   const std::u16string message = std::u16string(about) + u"\n" + std::u16string(text);
-  return MessageBoxW(window_, message.c_str(), title, style | MB_ICONEXCLAMATION);
+  return MessageBoxW(window_, message.c_str(), FindWindowOf(window_)->text.c_str(),
+                     style | MB_ICONEXCLAMATION);
 }
 
 // A folder is entered, anything else is the chosen file.
 void FileDialog::Accept() {
-  WCHAR text[MAX_PATH] = {};
-  GetDlgItemTextW(window_, kNameEdit, text, MAX_PATH);
-  const std::u16string name = Trimmed(text);
+  const std::u16string name = Trimmed(Item(kNameEdit).text);
   if (name.empty()) return;
   if (HasForbiddenCharacter(name)) {
     Refuse(name, u"ファイル名が無効です。");

@@ -72,10 +72,8 @@ void Show(HWND window, const Row& row, int id, int value) {
 // What a row's field says, inside its bounds. A stored value outside of them stays when nobody
 // changed it, and so does any behind what is no number.
 int Read(HWND window, const Row& row, int id) {
-  WCHAR text[16];
-  GetDlgItemTextW(window, id, text, 16);
-  std::optional<int64_t> value = ReadDecimal(text);
-  if (!row.choices.empty()) value = SendDlgItemMessageW(window, id, CB_GETCURSEL, 0, 0);
+  const WindowPtr field = FindWindowOf(GetDlgItem(window, id));
+  const auto value = row.choices.empty() ? ReadDecimal(field->text) : field->list.selected;
   if (!value || *value == Shown(row, row.value)) return row.value;
   return static_cast<int>(std::clamp<int64_t>(*value, row.minimum, row.maximum));
 }
@@ -145,8 +143,7 @@ std::optional<bool> ShowForm(std::u16string title, std::vector<Row> rows, bool r
   if (window == nullptr) return std::nullopt;
   int id = kFirstField;
   for (const Row& row : form.rows) {
-    for (const auto& choice : row.choices)
-      SendDlgItemMessageW(window, id, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(choice.c_str()));
+    FindWindowOf(GetDlgItem(window, id))->list.texts = row.choices;
     Show(window, row, id++, row.value);
   }
   return RunModal(window) == IDOK;
@@ -195,6 +192,7 @@ Choices Patterns() {
   return texts;
 }
 
+// The dyes of a monochrome device, the only kind there is here, can be seen and not set.
 std::vector<Row> RowsOf(DEVHTINFO& of, const DEVHTADJDATA& device) {
   const DEVHTINFO& standard = *device.pDefHTInfo;
   const auto number = [](DWORD value) { return static_cast<int>(std::min<DWORD>(value, 32767)); };
@@ -203,11 +201,9 @@ std::vector<Row> RowsOf(DEVHTINFO& of, const DEVHTADJDATA& device) {
              number(standard.HTPatternSize), true, Patterns()),
       Number(u"ﾋﾟｸｾﾙ密度 (0=装置)(&D):", of.DevPelsDPI, 0,
              number(std::max(device.DeviceXDPI, device.DeviceYDPI)), number(standard.DevPelsDPI))};
-  const bool colour = (device.DeviceFlags & DEVHTADJF_COLOR_DEVICE) != 0;
   const auto add = [&](const char16_t* label, LDECI4 COLORINFO::*field, bool gamma) {
     rows.push_back(Number(label, of.ColorInfo.*field, gamma ? RGB_GAMMA_MIN : 0,
-                          gamma ? RGB_GAMMA_MAX : 10000, standard.ColorInfo.*field,
-                          gamma || colour));
+                          gamma ? RGB_GAMMA_MAX : 10000, standard.ColorInfo.*field, gamma));
   };
   add(u"ｶﾞﾝﾏ 赤(&R):", &COLORINFO::RedGamma, true);
   add(u"ｶﾞﾝﾏ 緑(&G):", &COLORINFO::GreenGamma, true);

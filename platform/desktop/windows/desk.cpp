@@ -14,74 +14,74 @@ namespace {
 // As long as a person holds an arrow at most.
 constexpr int kMostSteps = 10000;
 
-class ManagedDesk final : public Desk {
- public:
-  WindowManager state;
+// The control under an id, when it can be seen and acted on, in the window on top; else null.
+HWND Usable(int id) {
+  const HWND control = ControlOf(ActiveTop(), id);
+  const bool can = control != nullptr && IsShown(control) && IsReachable(control) &&
+                   ViewOf(*FindWindowOf(control)).visible;
+  return can ? control : nullptr;
+}
 
-  void Attach(User* user) override {
-    state.user = user;
-    state.gone = false;
-  }
+SheetState* SheetOnTop() {
+  const WindowPtr window = FindWindowOf(ActiveTop());
+  return window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
+}
 
-  int ModalDepth() const override { return static_cast<int>(state.modal.size()); }
-  std::vector<WindowView> Windows() override;
-  HWND Top() const override { return ActiveTop(); }
-  std::u16string Title() const override;
-  bool IsMessageBox() const override;
-  std::u16string MessageText() const override;
-  UINT MessageStyle() const override;
-  ControlView Control(int id) const override;
-  bool Has(int id) const override { return ControlOf(Top(), id) != nullptr; }
-  std::u16string Text(int id) const override { return Control(id).text; }
-  int FocusedId() const override { return GetDlgCtrlID(state.focus); }
-  HCURSOR Cursor() const override { return state.cursor; }
-  const std::vector<Shown>& History() const override { return state.history; }
-  void ClearShown() override { state.history.clear(); }
+// The edit under an id, in focus; null for one that cannot be written into.
+HWND EditAt(Desk& desk, int id) {
+  const HWND edit = Usable(id);
+  const WindowPtr window = FindWindowOf(edit);
+  if (!window || window->windowClass != WindowClass::kEdit || (window->style & ES_READONLY) != 0)
+    return nullptr;
+  return desk.Focus(id) ? edit : nullptr;
+}
 
-  bool Focus(int id) override;
-  bool Click(int id) override { return Usable(id) && ClickControl(ControlOf(Top(), id)); }
-  bool Type(int id, std::u16string_view text) override;
-  bool Replace(int id, std::u16string_view text) override;
-  bool Paste(int id, std::u16string_view text) override;
-  bool EditTo(int id, std::u16string_view text) override { return Paste(id, text); }
-  bool Select(int id, int index) override {
-    return Usable(id) && PickItem(ControlOf(Top(), id), index);
-  }
-  bool Select(int id, std::u16string_view item) override;
-  bool Spin(int id, int steps) override;
-  bool Key(int key) override { return PressKey(Top(), key); }
-  bool Tab(bool back) override { return PressTab(Top(), back); }
-  bool Enter() override { return PressEnter(Top()); }
-  bool Escape() override { return PressEscape(Top()); }
-  bool AccessKey(char16_t letter) override { return PressAccessKey(Top(), letter); }
-  bool Close() override;
-  bool Page(int index) override { return SheetOnTop() != nullptr && SheetOnTop()->Turn(index); }
-  bool Press(SheetButton button) override {
-    return SheetOnTop() != nullptr && SheetOnTop()->Press(button);
-  }
+// Painting waits for the fingers to rest. What takes the focus or opens a window above keeps the
+// rest of the text.
+bool TypeAll(HWND edit, std::u16string_view text) {
+  const HWND top = ActiveTop();
+  return std::all_of(text.begin(), text.end(), [&](char16_t character) {
+    return ActiveTop() == top && GetFocus() == edit && TypeCharacter(edit, character);
+  });
+}
 
- private:
-  // Whether the control is there, can be seen and acted on, in a window that is on top.
-  bool Usable(int id) const {
-    const HWND control = ControlOf(Top(), id);
-    return control != nullptr && IsShown(control) && IsReachable(control) &&
-           ViewOf(*FindWindowOf(control)).visible;
-  }
-  SheetState* SheetOnTop() const;
-  HWND EditAt(int id);
-  bool TypeAll(HWND edit, std::u16string_view text);
-};
+}  // namespace
 
-std::vector<WindowView> ManagedDesk::Windows() {
+Desk::Desk() : manager_(std::make_unique<WindowManager>()) {}
+Desk::~Desk() = default;
+
+void Desk::Attach(User* user) {
+  manager_->user = user;
+  manager_->gone = false;
+}
+
+int Desk::ModalDepth() const { return static_cast<int>(manager_->modal.size()); }
+HWND Desk::Top() const { return ActiveTop(); }
+bool Desk::Has(int id) const { return ControlOf(Top(), id) != nullptr; }
+int Desk::FocusedId() const { return GetDlgCtrlID(manager_->focus); }
+HCURSOR Desk::Cursor() const { return manager_->cursor; }
+const std::vector<Desk::Shown>& Desk::History() const { return manager_->history; }
+void Desk::ClearShown() { manager_->history.clear(); }
+
+bool Desk::Click(int id) { return ClickControl(Usable(id)); }
+bool Desk::Select(int id, int index) { return PickItem(Usable(id), index); }
+bool Desk::Key(int key) { return PressKey(Top(), key); }
+bool Desk::Tab(bool back) { return PressTab(Top(), back); }
+bool Desk::Enter() { return PressEnter(Top()); }
+bool Desk::Escape() { return PressEscape(Top()); }
+bool Desk::AccessKey(char16_t letter) { return PressAccessKey(Top(), letter); }
+bool Desk::Page(int index) { return SheetOnTop() != nullptr && SheetOnTop()->Turn(index); }
+
+std::vector<WindowView> Desk::Windows() const {
   std::vector<WindowView> views;
-  for (HWND top : state.tops) {
+  for (HWND top : manager_->tops) {
     const WindowPtr window = FindWindowOf(top);
     if (window && window->visible()) views.push_back(ViewOfWindow(*window));
   }
   return views;
 }
 
-std::u16string ManagedDesk::Title() const {
+std::u16string Desk::Title() const {
   const WindowPtr window = FindWindowOf(Top());
   if (!window) return {};
   const auto* sheet = StateOf<SheetState>(*window);
@@ -89,95 +89,70 @@ std::u16string ManagedDesk::Title() const {
   return page ? page->text : window->text;
 }
 
-bool ManagedDesk::IsMessageBox() const {
+bool Desk::IsMessageBox() const {
   const WindowPtr window = FindWindowOf(Top());
   return window && window->viewKind == WindowView::Kind::kMessageBox;
 }
 
-std::u16string ManagedDesk::MessageText() const {
-  constexpr int kTextId = 0xFFFF;
-  return IsMessageBox() ? Text(kTextId) : std::u16string();
+std::u16string Desk::MessageText() const {
+  return IsMessageBox() ? Text(IDC_STATIC) : std::u16string();
 }
 
-UINT ManagedDesk::MessageStyle() const {
-  return IsMessageBox() ? FindWindowOf(Top())->messageStyle : 0;
-}
+UINT Desk::MessageStyle() const { return IsMessageBox() ? FindWindowOf(Top())->messageStyle : 0; }
 
-ControlView ManagedDesk::Control(int id) const {
+ControlView Desk::Control(int id) const {
   const WindowPtr control = FindWindowOf(ControlOf(Top(), id));
   if (!control)
     throw std::out_of_range("no control " + std::to_string(id) + " in the window on top");
   return ViewOf(*control);
 }
 
-bool ManagedDesk::Focus(int id) {
-  if (!Usable(id)) return false;
-  const HWND control = ControlOf(Top(), id);
+bool Desk::Focus(int id) {
+  const HWND control = Usable(id);
+  if (control == nullptr) return false;
   SetFocus(control);
-  if (state.focus == control) MoveDefault(control);
-  return state.focus == control;
+  if (GetFocus() == control) MoveDefault(control);
+  return GetFocus() == control;
 }
 
-HWND ManagedDesk::EditAt(int id) {
-  if (!Usable(id)) return nullptr;
-  const HWND edit = ControlOf(Top(), id);
-  const WindowPtr window = FindWindowOf(edit);
-  if (window->windowClass != WindowClass::kEdit || (window->style & ES_READONLY) != 0)
-    return nullptr;
-  return Focus(id) ? edit : nullptr;
-}
-
-// Painting waits for the fingers to rest. What takes the focus or opens a window above keeps the
-// rest of the text.
-bool ManagedDesk::TypeAll(HWND edit, std::u16string_view text) {
-  const HWND top = Top();
-  for (char16_t character : text) {
-    if (Top() != top || state.focus != edit || !TypeCharacter(edit, character)) return false;
-    DispatchPosted();
-  }
-  return true;
-}
-
-bool ManagedDesk::Type(int id, std::u16string_view text) {
-  const HWND edit = EditAt(id);
+bool Desk::Type(int id, std::u16string_view text) {
+  const HWND edit = EditAt(*this, id);
   if (edit == nullptr) return false;
   const auto end = FindWindowOf(edit)->text.size();
   SendMessageW(edit, EM_SETSEL, end, static_cast<LPARAM>(end));
   return TypeAll(edit, text);
 }
 
-bool ManagedDesk::Replace(int id, std::u16string_view text) {
-  const HWND edit = EditAt(id);
+bool Desk::Replace(int id, std::u16string_view text) {
+  const HWND edit = EditAt(*this, id);
   if (edit == nullptr) return false;
   SendMessageW(edit, EM_SETSEL, 0, -1);
   if (text.empty()) return PressKey(Top(), VK_DELETE);
   return TypeAll(edit, text);
 }
 
-bool ManagedDesk::Paste(int id, std::u16string_view text) {
-  const HWND edit = EditAt(id);
+bool Desk::Paste(int id, std::u16string_view text) {
+  const HWND edit = EditAt(*this, id);
   if (edit == nullptr) return false;
   SendMessageW(edit, EM_SETSEL, 0, -1);
   return PasteText(edit, text);
 }
 
-bool ManagedDesk::Select(int id, std::u16string_view item) {
+bool Desk::Select(int id, std::u16string_view item) {
   if (!Has(id)) return false;
   const std::vector<std::u16string> items = Control(id).items;
   const auto found = std::find(items.begin(), items.end(), item);
   return found != items.end() && Select(id, static_cast<int>(found - items.begin()));
 }
 
-bool ManagedDesk::Spin(int id, int steps) {
+bool Desk::Spin(int id, int steps) {
   const int count = std::abs(std::clamp(steps, -kMostSteps, kMostSteps));
-  for (int i = 0; i < count; ++i) {
-    if (!Usable(id) || !SpinBy(ControlOf(Top(), id), steps > 0)) return false;
-    DispatchPosted();
-  }
+  for (int i = 0; i < count; ++i)
+    if (!SpinBy(Usable(id), steps > 0)) return false;
   return true;
 }
 
-bool ManagedDesk::Close() {
+bool Desk::Close() {
   const WindowPtr window = FindWindowOf(Top());
   if (!window || !window->enabled()) return false;
   if (auto* sheet = StateOf<SheetState>(*window)) return sheet->Close();
@@ -185,16 +160,13 @@ bool ManagedDesk::Close() {
   return true;
 }
 
-SheetState* ManagedDesk::SheetOnTop() const {
-  const WindowPtr window = FindWindowOf(Top());
-  return window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
+// The button takes the focus before it is pressed.
+bool Desk::Press(SheetButton button) {
+  if (SheetOnTop() != nullptr) SetFocus(nullptr);
+  return SheetOnTop() != nullptr && SheetOnTop()->Press(button);
 }
 
-}  // namespace
-
-WindowManager& Manager() { return static_cast<ManagedDesk&>(Machine::Current().desk()).state; }
-
-std::unique_ptr<Desk> MakeDesk() { return std::make_unique<ManagedDesk>(); }
+WindowManager& Manager() { return Machine::Current().desk().manager(); }
 
 bool ScriptedUser::Act(Desk& desk) {
   if (!problem_.empty()) return false;

@@ -51,7 +51,7 @@ ControlView ViewOf(const Window& window) {
   view.visible = window.visible() && window.width() > 0 && window.height() > 0;
   view.enabled = window.enabled();
   view.focused = Manager().focus == window.handle;
-  view.checked = IsChecked(window);
+  view.checked = window.checked;
   view.defaultButton = IsDefaultButton(window);
   view.tabStop = IsTabStop(window);
   view.group = (window.style & WS_GROUP) != 0;
@@ -74,7 +74,6 @@ WindowView ViewOfWindow(const Window& window) {
   view.kind = window.viewKind;
   view.enabled = window.enabled();
   view.messageStyle = window.messageStyle;
-  view.drawing = window.drawing;
   AddControls(window, view.controls);
   const auto* sheet = StateOf<SheetState>(window);
   if (sheet == nullptr) return view;

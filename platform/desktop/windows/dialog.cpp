@@ -19,12 +19,36 @@ bool AnswersDirectly(UINT message) {
 void PressCancel(const Window& window) {
   const HWND button = ChildWithId(window, IDCANCEL);
   if (button != nullptr && !IsWindowEnabled(button)) return;
-  PostMessageW(window.handle, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
+  SendMessageW(window.handle, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
                reinterpret_cast<LPARAM>(button));
 }
 
+LRESULT DialogWindowProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const HWND handle = window->handle;
+  window->dialog->messageResult = 0;
+  if (window->dialog->proc != nullptr) {
+    const INT_PTR answer = window->dialog->proc(handle, message, wParam, lParam);
+    if (AnswersDirectly(message) && (answer != 0 || message == WM_INITDIALOG)) return answer;
+    if (answer != 0) return window->dialog->messageResult;
+  }
+  switch (message) {
+    case WM_CLOSE:
+      PressCancel(*window);
+      return 0;
+    case WM_SETFOCUS:
+      if (!window->ended && window->parent == nullptr) FocusFirst(handle);
+      return 0;
+    case WM_NEXTDLGCTL:
+      FocusInDialog(LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)
+                                        : NextStop(handle, GetFocus(), wParam != 0));
+      return 0;
+    default:
+      return DefaultProc(window, message, wParam, lParam);
+  }
+}
+
 WindowPtr AddDialog(DLGPROC proc, DWORD style, std::u16string text, const RECT& rect) {
-  const WindowPtr window = AddWindow(WindowClass::kDialog, DefDlgProcW);
+  const WindowPtr window = AddWindow(WindowClass::kDialog, DialogWindowProc);
   if (!window) return nullptr;
   window->style = style;
   window->text = std::move(text);
@@ -103,44 +127,9 @@ HWND CreateTopWindow(TopWindowRequest request) {
   return window->handle;
 }
 
-// What a dialog does by itself with a message; its procedure has left it.
-static LRESULT DefaultDialog(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const HWND handle = window->handle;
-  switch (message) {
-    case WM_CLOSE:
-      PressCancel(*window);
-      return 0;
-    case WM_SETFOCUS:
-      if (!window->ended && window->parent == nullptr) FocusFirst(handle);
-      return 0;
-    case WM_NEXTDLGCTL:
-      FocusInDialog(LOWORD(lParam) != 0 ? reinterpret_cast<HWND>(wParam)
-                                        : NextStop(handle, GetFocus(), wParam != 0));
-      return 0;
-    default:
-      return DefaultProc(handle, message, wParam, lParam);
-  }
-}
-
 }  // namespace platform
 
-using platform::DialogRequest;
-
 extern "C" {
-
-LRESULT WINAPI DefDlgProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto window = platform::FindWindowOf(handle);
-  if (!window || !window->dialog) return 0;
-  window->dialog->messageResult = 0;
-  if (window->dialog->proc != nullptr) {
-    const INT_PTR answer = window->dialog->proc(handle, message, wParam, lParam);
-    if (platform::AnswersDirectly(message) && (answer != 0 || message == WM_INITDIALOG)) {
-      return answer;
-    }
-    if (answer != 0) return window->dialog->messageResult;
-  }
-  return platform::DefaultDialog(window, message, wParam, lParam);
-}
 
 INT_PTR WINAPI DialogBoxParamW(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC proc,
                                LPARAM param) {

@@ -50,7 +50,6 @@ void MoveDefault(HWND control) {
     const DWORD type = is ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
     if ((button->style & BS_TYPEMASK) == type) continue;
     button->style = (button->style & ~BS_TYPEMASK) | type;
-    InvalidateWindow(*button, false);
   }
 }
 
@@ -111,27 +110,25 @@ UINT WINAPI GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int size) {
 }
 
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {
-  const HWND item = GetDlgItem(dialog, id);
-  if (item == nullptr) return FALSE;
-  SendMessageW(item, BM_SETCHECK, check, 0);
-  return TRUE;
+  const auto item = FindWindowOf(GetDlgItem(dialog, id));
+  if (item) platform::SetCheck(*item, check != BST_UNCHECKED);
+  return item != nullptr;
 }
 
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int check) {
   const auto window = FindWindowOf(dialog);
   if (!window) return FALSE;
-  const std::vector<HWND> children = window->children;
-  for (HWND child : children) {
+  for (HWND child : window->children) {
     const int id = GetDlgCtrlID(child);
-    if (id >= std::min(first, last) && id <= std::max(first, last)) {
-      SendMessageW(child, BM_SETCHECK, id == check ? BST_CHECKED : BST_UNCHECKED, 0);
-    }
+    if (id >= std::min(first, last) && id <= std::max(first, last))
+      platform::SetCheck(*FindWindowOf(child), id == check);
   }
   return TRUE;
 }
 
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id) {
-  return static_cast<UINT>(SendDlgItemMessageW(dialog, id, BM_GETCHECK, 0, 0));
+  const auto item = FindWindowOf(GetDlgItem(dialog, id));
+  return item && item->checked ? BST_CHECKED : BST_UNCHECKED;
 }
 
 }  // extern "C"

@@ -17,10 +17,7 @@ bool TakesKeys(HWND top) {
 // Presses a button by id where it stands; without such a button the dialog gets its command.
 bool PressId(HWND dialog, int id) {
   const HWND button = GetDlgItem(dialog, id);
-  if (button != nullptr && !IsReachable(button)) {
-    MessageBeep(0);
-    return false;
-  }
+  if (button != nullptr && !IsReachable(button)) return false;
   SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
   return true;
 }
@@ -103,7 +100,6 @@ bool PressAccessKey(HWND top, char16_t letter) {
     if (label) return FollowLabel(top, control);
     if (IsReachable(control)) return ClickControl(control);
   }
-  MessageBeep(0);
   return false;
 }
 
@@ -119,7 +115,7 @@ bool PressKey(HWND top, int key) {
       return SpinBy(ArrowUpDownOf(focus), up);
     case WindowClass::kComboBox:
     case WindowClass::kListBox:
-      return PickItem(focus, std::max(ViewOf(*window).selection + (up ? -1 : 1), 0));
+      return PickItem(focus, std::max(window->list.selected + (up ? -1 : 1), 0), true);
     default:
       return IsRadio(*window) && MoveInGroup(*window, up);
   }

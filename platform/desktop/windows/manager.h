@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <deque>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -14,18 +13,10 @@
 
 namespace platform {
 
-struct PostedMessage {
-  HWND window;
-  UINT message;
-  WPARAM wParam;
-  LPARAM lParam;
-};
-
 struct WindowManager {
   std::unordered_map<HWND, WindowPtr> windows;
   std::vector<HWND> tops;   // top-level windows, the one on top last
   std::vector<HWND> modal;  // windows with a running modal loop, the innermost last
-  std::deque<PostedMessage> posted;
   HWND focus = nullptr;
   HWND active = nullptr;
   HCURSOR cursor = nullptr;
@@ -37,21 +28,17 @@ struct WindowManager {
 // The current machine's.
 WindowManager& Manager();
 
-// A closed combo box is as high as its font asks; the height given is that of its open list.
-constexpr LONG kClosedComboHeight = 20;
-
-// ---- window classes: WM_CREATE makes a window's state ----
-LRESULT CALLBACK ButtonProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK EditProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK ComboBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK ListBoxProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT CALLBACK UpDownProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
+// ---- window classes ----
+LRESULT EditProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT ListBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT UpDownProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
 // What every window does with a message that it does not know.
-LRESULT CALLBACK DefaultProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT DefaultProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
 
 // ---- creation ----
-// A window in the table, not yet told of its creation; null when no window can be had.
-WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc);
+// A window in the table; null when none can be had.
+WindowPtr AddWindow(WindowClass windowClass, WindowProc proc);
 // Creates a dialog's controls; false for a class that is not there, or when no window can be had.
 bool CreateControls(Window& dialog, const std::vector<ControlRequest>& controls);
 
@@ -69,8 +56,6 @@ bool IsReachable(HWND window);
 LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out);
 // Sends WM_COMMAND with a notification code of a control to its parent.
 void NotifyCommand(const Window& control, UINT code);
-// Handles the messages that wait. Painting is what is left to do when none does.
-void DispatchPosted();
 
 // ---- modal windows ----
 // Disables the owner of a modal window until its end.
@@ -96,7 +81,7 @@ std::vector<HWND> ControlsInOrder(HWND dialog);
 bool IsPushButton(const Window& window);
 bool IsDefaultButton(const Window& window);
 bool IsRadio(const Window& window);
-bool IsChecked(const Window& window);
+void SetCheck(Window& window, bool check);  // does nothing to other buttons
 bool IsOwnerDrawn(const Window& window);
 // The radio buttons of the group that a control stands in, by WS_GROUP.
 std::vector<HWND> GroupOf(const Window& control);
@@ -104,8 +89,7 @@ std::vector<HWND> GroupOf(const Window& control);
 // ---- painting ----
 // Paints a window and those in it that are invalid; whether anything was.
 bool PaintTree(HWND window);
-// A window takes its children along.
-void InvalidateWindow(Window& window, bool erase);
+void InvalidateWindow(Window& window);  // takes its children along
 
 // ---- the keys that a dialog itself acts on (IsDialogMessage), in a top-level window ----
 bool PressTab(HWND top, bool back);
@@ -119,8 +103,8 @@ bool ClickControl(HWND control);
 bool TypeCharacter(HWND edit, WCHAR character);
 bool PressDelete(HWND edit);
 bool PasteText(HWND edit, std::u16string_view text);
-bool PickItem(HWND list, int index);
-bool SpinBy(HWND upDown, bool up);  // one press of an arrow
+bool PickItem(HWND list, int index, bool byKey = false);  // by key a combo box stays closed
+bool SpinBy(HWND upDown, bool up);                        // one press of an arrow
 // The up-down that takes the arrow keys of an edit; null when none does.
 HWND ArrowUpDownOf(HWND edit);
 

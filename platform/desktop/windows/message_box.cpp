@@ -7,7 +7,6 @@ namespace platform {
 
 namespace {
 
-constexpr int kTextId = 0xFFFF;
 constexpr size_t kHistoryLength = 100;
 
 struct BoxKind {
@@ -82,7 +81,7 @@ int ShowBox(HWND owner, std::u16string text, std::u16string caption, UINT style)
   request.owner = owner;
   request.proc = BoxProc;
   request.kind = WindowView::Kind::kMessageBox;
-  request.parts = {Part(u"static", kTextId, text, SS_LEFT | SS_NOPREFIX, kMargin + icon, kMargin,
+  request.parts = {Part(u"static", IDC_STATIC, text, SS_LEFT | SS_NOPREFIX, kMargin + icon, kMargin,
                         request.width - 2 * kMargin - icon, textHeight)};
   // The buttons stand in a row in the middle; the one that MB_DEFBUTTON2 names gets the focus.
   const int preferred = kind.count == 2 && (style & MB_DEFBUTTON2) != 0 ? 1 : 0;

@@ -1,13 +1,10 @@
-// Messages: sent, posted and broadcast, and what a window does with one that it does not know.
+// Messages: sent and broadcast, and what a window does with one that it does not know.
 #include <algorithm>
 
 #include "platform/desktop/windows/manager.h"
 #include "platform/machine.h"
 
 namespace platform {
-
-// A bound for windows that post to themselves for ever: then the user gets a turn all the same.
-constexpr int kMessagesAtOnce = 10000;
 
 LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out) {
   auto* units = reinterpret_cast<LPWSTR>(out);
@@ -22,22 +19,11 @@ void NotifyCommand(const Window& control, UINT code) {
                reinterpret_cast<LPARAM>(control.handle));
 }
 
-void DispatchPosted() {
-  WindowManager& manager = Manager();
-  for (int i = 0; i < kMessagesAtOnce && !manager.posted.empty(); ++i) {
-    const PostedMessage next = manager.posted.front();
-    manager.posted.pop_front();
-    SendMessageW(next.window, next.message, next.wParam, next.lParam);
-  }
-}
-
-LRESULT CALLBACK DefaultProc(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto window = FindWindowOf(handle);
-  if (!window) return 0;
+LRESULT DefaultProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_GETTEXT) return CopyOut(window->text, wParam, lParam);
   if (message != WM_SETTEXT) return 0;
   window->text = lParam != 0 ? reinterpret_cast<LPCWSTR>(lParam) : u"";
-  InvalidateWindow(*window, true);
+  InvalidateWindow(*window);
   return TRUE;
 }
 
@@ -54,36 +40,23 @@ LRESULT WINAPI SendMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return 0;
   }
-  return window->proc(handle, message, wParam, lParam);
+  return window->proc(window, message, wParam, lParam);
 }
 
-BOOL WINAPI PostMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (!FindWindowOf(handle)) {
-    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
-    return FALSE;
-  }
-  Manager().posted.push_back({handle, message, wParam, lParam});
-  return TRUE;
-}
-
-// What is sent to every top-level window is kept as a broadcast as well.
+// What is sent to every top-level window is kept as a broadcast as well; nothing else is sent so.
 LRESULT WINAPI SendMessageTimeoutW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam,
                                    UINT flags, UINT timeout, DWORD_PTR* result) {
-  LRESULT answer = TRUE;
-  if (handle == HWND_BROADCAST) {
-    const auto* text = reinterpret_cast<LPCWSTR>(lParam);
-    platform::Machine::Current().RecordBroadcast(
-        {message, wParam, IS_INTRESOURCE(text) ? std::u16string() : std::u16string(text), flags,
-         timeout});
-    const std::vector<HWND> tops = Manager().tops;
-    for (HWND top : tops) SendMessageW(top, message, wParam, lParam);
-  } else if (FindWindowOf(handle)) {
-    answer = SendMessageW(handle, message, wParam, lParam);
-  } else {
+  if (handle != HWND_BROADCAST) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return 0;
   }
-  if (result != nullptr) *result = static_cast<DWORD_PTR>(answer);
+  const auto* text = reinterpret_cast<LPCWSTR>(lParam);
+  platform::Machine::Current().RecordBroadcast(
+      {message, wParam, IS_INTRESOURCE(text) ? std::u16string() : std::u16string(text), flags,
+       timeout});
+  const std::vector<HWND> tops = Manager().tops;
+  for (HWND top : tops) SendMessageW(top, message, wParam, lParam);
+  if (result != nullptr) *result = TRUE;
   return TRUE;
 }
 

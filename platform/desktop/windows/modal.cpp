@@ -41,16 +41,7 @@ void Abandon(HWND top) {
   } else {
     SendMessageW(top, WM_CLOSE, 0, 0);
   }
-  DispatchPosted();
   if (!window->ended) EndModal(top, window->cancelResult);
-}
-
-// Handles what waits: posted messages, then painting.
-void Settle() {
-  for (int i = 0; i < kPaintsAtOnce; ++i) {
-    DispatchPosted();
-    if (!PaintAll()) return;
-  }
 }
 
 }  // namespace
@@ -76,7 +67,8 @@ INT_PTR RunModal(HWND top) {
     SetVisible(top, true);
     ActivateTop(top);
     while (!window->ended && !window->destroying) {
-      Settle();
+      for (int i = 0; i < kPaintsAtOnce && PaintAll(); ++i) {
+      }
       if (window->ended || window->destroying) break;
       if (!AskUser()) Abandon(top);
     }

@@ -1,6 +1,4 @@
 // Painting: what is invalid, and asking for it to be drawn.
-#include <utility>
-
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/desktop/windows/manager.h"
 
@@ -8,18 +6,9 @@ namespace platform {
 
 namespace {
 
-// The dialog is asked for the background of what it treats as static: texts, and edits that cannot
-// be changed.
-bool AsksStaticColour(const Window& window) {
-  return window.windowClass == WindowClass::kStatic ||
-         (window.windowClass == WindowClass::kEdit &&
-          (!window.enabled() || (window.style & ES_READONLY) != 0));
-}
-
 void DrawItem(Window& window, HDC dc) {
   window.drawing.clear();
   DRAWITEMSTRUCT item = {};
-  item.CtlType = window.windowClass == WindowClass::kButton ? ODT_BUTTON : ODT_STATIC;
   item.CtlID = static_cast<UINT>(window.id);
   item.itemAction = ODA_DRAWENTIRE;
   item.hwndItem = window.handle;
@@ -35,19 +24,17 @@ void AskColour(Window& window, HDC dc) {
   window.background = BrushColour(reinterpret_cast<HBRUSH>(brush)).value_or(0xFFFFFFFF);
 }
 
-void PaintOne(Window& window) {
+// Whether there was anything to paint.
+bool PaintOne(Window& window) {
+  if (!window.invalid || window.width() <= 0 || window.height() <= 0) return false;
   window.invalid = false;
-  if (std::exchange(window.erase, false) && window.dialog) window.drawing.clear();
-  if (window.windowClass == WindowClass::kDialog) {
-    SendMessageW(window.handle, WM_PAINT, 0, 0);
-    return;
-  }
   const bool drawn = IsOwnerDrawn(window);
-  if (!drawn && !AsksStaticColour(window)) return;
+  if (!drawn && window.windowClass != WindowClass::kStatic) return false;
   const HWND handle = window.handle;
   const HDC dc = GetDC(handle);
   drawn ? DrawItem(window, dc) : AskColour(window, dc);
   ReleaseDC(handle, dc);
+  return true;
 }
 
 }  // namespace
@@ -55,22 +42,16 @@ void PaintOne(Window& window) {
 bool PaintTree(HWND handle) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window || !window->visible()) return false;
-  bool painted = false;
-  if (window->invalid && window->width() > 0 && window->height() > 0) {
-    DispatchPosted();
-    PaintOne(*window);
-    painted = true;
-  }
+  bool painted = PaintOne(*window);
   const std::vector<HWND> children = window->children;
   for (HWND child : children) painted = PaintTree(child) || painted;
   return painted;
 }
 
-void InvalidateWindow(Window& window, bool erase) {
+void InvalidateWindow(Window& window) {
   window.invalid = true;
-  window.erase = window.erase || erase;
   for (HWND child : window.children) {
-    if (const WindowPtr one = FindWindowOf(child)) InvalidateWindow(*one, erase);
+    if (const WindowPtr one = FindWindowOf(child)) InvalidateWindow(*one);
   }
 }
 
@@ -78,16 +59,11 @@ void InvalidateWindow(Window& window, bool erase) {
 
 extern "C" {
 
-BOOL WINAPI InvalidateRect(HWND handle, const RECT*, BOOL erase) {
+BOOL WINAPI InvalidateRect(HWND handle, const RECT*, BOOL) {
   const auto window = platform::FindWindowOf(handle);
   if (!window) return FALSE;
-  platform::InvalidateWindow(*window, erase != FALSE);
+  platform::InvalidateWindow(*window);
   return TRUE;
-}
-
-BOOL WINAPI UpdateWindow(HWND handle) {
-  if (platform::IsShown(handle)) platform::PaintTree(handle);
-  return platform::FindWindowOf(handle) != nullptr;
 }
 
 }  // extern "C"

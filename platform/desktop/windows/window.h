@@ -24,7 +24,7 @@ enum class WindowClass {
   kUpDown
 };
 
-// What a window class keeps for each of its windows beyond Window itself.
+// What a window of the platform's own keeps beyond Window itself: sheets, file dialogs, forms.
 class WindowState {
  public:
   virtual ~WindowState() = default;
@@ -50,10 +50,32 @@ struct DialogData {
   int defaultId = 0;           // the default button's id; 0: none
 };
 
+struct EditData {
+  size_t limit = 32767;  // characters a person may enter
+  size_t from = 0;       // the selection, from <= to
+  size_t to = 0;
+};
+
+struct ListData {  // of list boxes and combo boxes
+  std::vector<std::u16string> texts;
+  int selected = -1;
+};
+
+struct UpDownData {
+  int lower = 100;  // as created; upside down until a range is set
+  int upper = 0;
+  int position = 0;
+  HWND buddy = nullptr;
+};
+
+struct Window;
+using WindowPtr = std::shared_ptr<Window>;
+using WindowProc = LRESULT (*)(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam);
+
 struct Window {
   HWND handle = nullptr;
   WindowClass windowClass = WindowClass::kDialog;
-  WNDPROC proc = nullptr;  // GWLP_WNDPROC; never null
+  WindowProc proc = nullptr;
   int id = 0;
   DWORD style = 0;  // WS_VISIBLE and WS_DISABLED are kept up to date in it
   RECT rect = {};   // pixels, in the parent's client area; of a top-level window on the screen
@@ -61,11 +83,10 @@ struct Window {
   HWND parent = nullptr;       // child windows
   HWND owner = nullptr;        // top-level windows
   std::vector<HWND> children;  // in tab order
-  bool invalid = true;         // waits for WM_PAINT or WM_DRAWITEM
-  bool erase = true;           // its background waits as well
+  bool invalid = true;         // waits for painting
   bool destroying = false;
-  // What the window shows. Drawing on a device context of the window appends here; the list is
-  // emptied when its background is erased and before an owner-drawn item is asked to draw.
+  // Drawing on a device context of the window appends here; the list is emptied before an
+  // owner-drawn control is asked for.
   DisplayList drawing;
   COLORREF background = 0xFFFFFFFF;  // of a static control, as its dialog answered; none asked for
   HWND lastFocus = nullptr;          // top-level windows: what had the focus when it was left
@@ -78,6 +99,10 @@ struct Window {
   INT_PTR cancelResult = IDCANCEL;  // what it ends with when nobody is there
 
   std::unique_ptr<DialogData> dialog;  // kDialog
+  bool checked = false;                // check boxes and radio buttons
+  EditData edit;
+  ListData list;
+  UpDownData upDown;
   std::unique_ptr<WindowState> state;
 
   bool visible() const { return (style & WS_VISIBLE) != 0; }
@@ -85,7 +110,6 @@ struct Window {
   int width() const { return rect.right - rect.left; }
   int height() const { return rect.bottom - rect.top; }
 };
-using WindowPtr = std::shared_ptr<Window>;
 
 // The window of a handle; null for a handle that is stale or was never one. Held on to while a
 // procedure runs, it outlives its own destruction.
@@ -159,8 +183,5 @@ void SetVisible(HWND window, bool visible);
 HWND ActiveTop();  // the window on top of the modal windows; null when none is open
 void PlaceWindow(Window& window, const RECT& rect);
 void FocusFirst(HWND dialog);  // the first stop of the Tab key
-
-// The desk of a machine; Machine::desk() makes one on first use.
-std::unique_ptr<Desk> MakeDesk();
 
 }  // namespace platform

@@ -9,14 +9,6 @@ namespace platform {
 
 namespace {
 
-// What a hidden or moved child uncovers belongs to its parent.
-void Uncover(const Window& window) {
-  if (const WindowPtr parent = FindWindowOf(window.parent)) {
-    parent->invalid = true;
-    parent->erase = true;
-  }
-}
-
 // After a top-level window is gone its owner becomes active, or else the visible one below it.
 void ActivateNext(const Window& left) {
   WindowManager& manager = Manager();
@@ -48,10 +40,9 @@ void SetVisible(HWND handle, bool visible) {
   WindowManager& manager = Manager();
   window->style = visible ? window->style | WS_VISIBLE : window->style & ~WS_VISIBLE;
   if (visible) {
-    InvalidateWindow(*window, true);
+    InvalidateWindow(*window);
     return;
   }
-  Uncover(*window);
   if (window->parent != nullptr) {
     if (IsDescendant(window->handle, manager.focus)) SetFocus(window->parent);
   } else if (manager.active == window->handle) {
@@ -61,8 +52,7 @@ void SetVisible(HWND handle, bool visible) {
 
 void PlaceWindow(Window& window, const RECT& rect) {
   window.rect = rect;
-  Uncover(window);
-  InvalidateWindow(window, true);
+  InvalidateWindow(window);
 }
 
 }  // namespace platform
@@ -85,7 +75,7 @@ BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
   const bool was = window->enabled();
   if (was == (enable != FALSE)) return !was;
   window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
-  platform::InvalidateWindow(*window, false);
+  platform::InvalidateWindow(*window);
   return !was;
 }
 
@@ -99,9 +89,8 @@ BOOL WINAPI SetWindowPos(HWND handle, HWND, int x, int y, int cx, int cy, UINT f
   if (!window) return FALSE;
   RECT rect = window->rect;
   if ((flags & SWP_NOMOVE) == 0) rect.left = x, rect.top = y;
-  const bool sized = (flags & SWP_NOSIZE) == 0;
-  rect.right = rect.left + (sized ? std::max(cx, 0) : window->width());
-  rect.bottom = rect.top + (sized ? std::max(cy, 0) : window->height());
+  rect.right = rect.left + std::max(cx, 0);
+  rect.bottom = rect.top + std::max(cy, 0);
   platform::PlaceWindow(*window, rect);
   return TRUE;
 }
@@ -135,18 +124,15 @@ LONG_PTR WINAPI GetWindowLongPtrW(HWND handle, int index) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return 0;
   }
-  if (const LONG_PTR* word = platform::WordOf(*window, index)) return *word;
-  return index == GWLP_WNDPROC ? reinterpret_cast<LONG_PTR>(window->proc) : 0;
+  const LONG_PTR* word = platform::WordOf(*window, index);
+  return word != nullptr ? *word : 0;
 }
 
 LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
   const LONG_PTR before = GetWindowLongPtrW(handle, index);
   const auto window = FindWindowOf(handle);
   if (!window) return 0;
-  if (LONG_PTR* word = platform::WordOf(*window, index))
-    *word = value;
-  else if (index == GWLP_WNDPROC && value != 0)
-    window->proc = reinterpret_cast<WNDPROC>(value);
+  if (LONG_PTR* word = platform::WordOf(*window, index)) *word = value;
   return before;
 }
 

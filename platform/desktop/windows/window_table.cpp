@@ -17,15 +17,18 @@ HWND NextHandle() {
   return reinterpret_cast<HWND>(next.fetch_add(2));
 }
 
+// A closed combo box is as high as its font asks; the height given is that of its open list.
+constexpr LONG kClosedComboHeight = 20;
+
 struct ClassEntry {
   WORD atom;  // in dialog templates
   std::u16string_view name;
   WindowClass windowClass;
-  WNDPROC proc;
+  WindowProc proc;
 };
 
 constexpr ClassEntry kClasses[] = {
-    {0x0080, u"button", WindowClass::kButton, ButtonProc},
+    {0x0080, u"button", WindowClass::kButton, DefaultProc},
     {0x0081, u"edit", WindowClass::kEdit, EditProc},
     {0x0082, u"static", WindowClass::kStatic, DefaultProc},
     {0x0083, u"listbox", WindowClass::kListBox, ListBoxProc},
@@ -50,14 +53,11 @@ void Forget(WindowManager& manager, const WindowPtr& window) {
   }
   if (manager.focus == window->handle) manager.focus = nullptr;
   if (manager.active == window->handle) manager.active = nullptr;
-  std::erase_if(manager.posted,
-                [&](const PostedMessage& posted) { return posted.window == window->handle; });
   manager.windows.erase(window->handle);
 }
 
 void DestroyTree(const WindowPtr& window) {
   if (std::exchange(window->destroying, true)) return;
-  SendMessageW(window->handle, WM_DESTROY, 0, 0);
   const std::vector<HWND> children = window->children;
   for (HWND child : children) {
     if (WindowPtr one = FindWindowOf(child)) DestroyTree(one);
@@ -73,7 +73,7 @@ WindowPtr FindWindowOf(HWND handle) {
   return found == manager.windows.end() ? nullptr : found->second;
 }
 
-WindowPtr AddWindow(WindowClass windowClass, WNDPROC proc) {
+WindowPtr AddWindow(WindowClass windowClass, WindowProc proc) {
   if (Machine::Current().faults.Strike(Fault::kWindow)) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
@@ -98,7 +98,8 @@ bool CreateControls(Window& dialog, const std::vector<ControlRequest>& controls)
     window->text = request.text;
     window->parent = dialog.handle;
     dialog.children.push_back(window->handle);
-    SendMessageW(window->handle, WM_CREATE, 0, 0);
+    if (window->windowClass == WindowClass::kComboBox)
+      window->rect.bottom = std::min(window->rect.bottom, window->rect.top + kClosedComboHeight);
     if (IsDefaultButton(*window)) dialog.dialog->defaultId = request.id;
   }
   return true;
