@@ -76,12 +76,6 @@ bool PasteText(HWND edit, std::u16string_view text) {
   return true;
 }
 
-void DescribeEdit(const Window& window, ControlView& view) {
-  if (window.windowClass != WindowClass::kEdit) return;
-  view.readOnly = (window.style & ES_READONLY) != 0;
-  view.textLimit = static_cast<int>(window.edit.limit);
-}
-
 LRESULT EditProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
   EditData& state = window->edit;
   switch (message) {

@@ -10,10 +10,6 @@ namespace {
 
 int Count(const ListData& list) { return static_cast<int>(list.texts.size()); }
 
-std::u16string Chosen(const ListData& list) {
-  return list.selected < 0 ? std::u16string() : list.texts[static_cast<size_t>(list.selected)];
-}
-
 bool IsCombo(const Window& window) { return window.windowClass == WindowClass::kComboBox; }
 bool IsList(const Window& window) {
   return IsCombo(window) || window.windowClass == WindowClass::kListBox;
@@ -40,6 +36,10 @@ LRESULT Clear(ListData& list) {
 
 }  // namespace
 
+std::u16string Chosen(const ListData& list) {
+  return list.selected < 0 ? std::u16string() : list.texts[static_cast<size_t>(list.selected)];
+}
+
 // A combo box's list opens before a choice by mouse and closes behind it; one that falls through is
 // none.
 bool PickItem(HWND handle, int index, bool byKey) {
@@ -62,12 +62,6 @@ bool PickItem(HWND handle, int index, bool byKey) {
   if (combo ? other : (window->style & LBS_NOTIFY) != 0)
     NotifyCommand(*window, combo ? CBN_SELCHANGE : LBN_SELCHANGE);
   return true;
-}
-
-void DescribeList(const Window& window, ControlView& view) {
-  view.items = window.list.texts;
-  view.selection = window.list.selected;
-  if (IsCombo(window)) view.text = Chosen(window.list);
 }
 
 LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -110,14 +110,6 @@ HWND ArrowUpDownOf(HWND edit) {
   return nullptr;
 }
 
-void DescribeUpDown(const Window& window, ControlView& view) {
-  if (window.windowClass != WindowClass::kUpDown) return;
-  view.minimum = window.upDown.lower;
-  view.maximum = window.upDown.upper;
-  view.position = window.upDown.position;
-  view.buddy = GetDlgCtrlID(window.upDown.buddy);
-}
-
 LRESULT UpDownProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
   UpDownData& state = window->upDown;
   switch (message) {

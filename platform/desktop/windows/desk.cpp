@@ -17,8 +17,9 @@ constexpr int kMostSteps = 10000;
 // The control under an id, when it can be seen and acted on, in the window on top; else null.
 HWND Usable(int id) {
   const HWND control = ControlOf(ActiveTop(), id);
-  const bool can = control != nullptr && IsShown(control) && IsReachable(control) &&
-                   ViewOf(*FindWindowOf(control)).visible;
+  const WindowPtr window = FindWindowOf(control);
+  const bool can = window && window->width() > 0 && window->height() > 0 && IsShown(control) &&
+                   IsReachable(control);
   return can ? control : nullptr;
 }
 

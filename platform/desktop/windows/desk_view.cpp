@@ -59,9 +59,15 @@ ControlView ViewOf(const Window& window) {
   view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;
   view.background = window.background;
   view.drawing = window.drawing;
-  DescribeEdit(window, view);
-  DescribeList(window, view);
-  DescribeUpDown(window, view);
+  view.readOnly = view.kind == ControlKind::kEdit && (window.style & ES_READONLY) != 0;
+  view.textLimit = static_cast<int>(window.edit.limit);
+  view.items = window.list.texts;
+  view.selection = window.list.selected;
+  if (view.kind == ControlKind::kComboBox) view.text = Chosen(window.list);
+  view.minimum = window.upDown.lower;
+  view.maximum = window.upDown.upper;
+  view.position = window.upDown.position;
+  view.buddy = GetDlgCtrlID(window.upDown.buddy);
   return view;
 }
 

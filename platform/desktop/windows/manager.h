@@ -104,6 +104,7 @@ bool TypeCharacter(HWND edit, WCHAR character);
 bool PressDelete(HWND edit);
 bool PasteText(HWND edit, std::u16string_view text);
 bool PickItem(HWND list, int index, bool byKey = false);  // by key a combo box stays closed
+std::u16string Chosen(const ListData& list);              // empty: none is
 bool SpinBy(HWND upDown, bool up);                        // one press of an arrow
 // The up-down that takes the arrow keys of an edit; null when none does.
 HWND ArrowUpDownOf(HWND edit);
@@ -111,9 +112,6 @@ HWND ArrowUpDownOf(HWND edit);
 // ---- what can be seen ----
 ControlView ViewOf(const Window& control);
 WindowView ViewOfWindow(const Window& window);
-void DescribeEdit(const Window& window, ControlView& view);
-void DescribeList(const Window& window, ControlView& view);
-void DescribeUpDown(const Window& window, ControlView& view);
 // The control of a window that a person sees under an id: of the shown page first when the window
 // is a sheet. Null when there is none.
 HWND ControlOf(HWND top, int id);
