@@ -114,7 +114,7 @@ TEST_F(SheetTest, TellsTheActivePageWhichMayRefuseAndThenEveryPageThatWasShown) 
     refuse = false;
   };
   EXPECT_EQ(Show({refused, Close()}),
-            "110KILLACTIVE left 110KILLACTIVE 110QUERYCANCEL "
+            "110KILLACTIVE 110KILLACTIVE 110QUERYCANCEL "
             "110QUERYCANCEL 110RESET-BOX DESTROY -> 0");
 }
 
