@@ -26,13 +26,13 @@ TEST_F(OpenSheets, SurviveEachFailure) {
     support::SheetAnswer answer;
     const auto visit = [&] {
       desk().ClearShown();
-      platform::ScriptedUser visitor;
-      for (int tab = 0; tab < 6; ++tab) visitor.Then([=](auto& desk) { desk.Page(tab); });
-      for (int i = 0; i < 40; ++i) {
-        visitor.Then([](auto& desk) {
-          desk.Press(platform::SheetButton::kOk) || desk.Escape() || desk.Close();
-        });
+      std::vector<platform::ScriptedUser::Step> steps(40, [](platform::Desk& desk) {
+        desk.Press(platform::SheetButton::kOk) || desk.Escape() || desk.Close();
+      });
+      for (int tab = 5; tab >= 0; --tab) {
+        steps.insert(steps.begin(), [=](platform::Desk& desk) { desk.Page(tab); });
       }
+      platform::ScriptedUser visitor(std::move(steps));
       const support::Seat seat(visitor);
       answer = AskForSheet({.kind = kind});
     };
