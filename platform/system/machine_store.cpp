@@ -158,7 +158,8 @@ bool Machine::RemovePrinter(std::u16string_view name) {
 
 std::vector<PrinterSetup> Machine::Printers() const {
   std::map<int64_t, PrinterSetup> byId;
-  for (const auto& [folded, printer] : impl_->ReadKnown()->printers) {
+  const auto known = impl_->ReadKnown();
+  for (const auto& [folded, printer] : known->printers) {
     byId[printer.id] = printer.setup;
   }
   std::vector<PrinterSetup> printers;

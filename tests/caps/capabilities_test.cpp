@@ -78,6 +78,7 @@ TEST_F(Capabilities, CountPapersWhateverIsStoredAndHasRoom) {
     support::StoreBlock(machine(), block_);
     const support::GuardedBuffer ids(2 * count);
     EXPECT_EQ(Ask(DC_PAPERS, ids.data()), count) << stored;
+    EXPECT_EQ(Ask(DC_PAPERNAMES), count) << stored;
     EXPECT_EQ(support::At<WORD>(ids.data(), ids.size() - 2), 256);
     for (WORD index = 0; index < 37; ++index) {
       const bool names = index == DC_PAPERNAMES || index == DC_MEDIAREADY;

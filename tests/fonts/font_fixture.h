@@ -152,7 +152,8 @@ class FontTest : public SheetTest {
 inline Step Describes(size_t number, std::vector<int> on) {
   return [=](Desk& desk) {
     std::set<std::u16string> helps;
-    for (const platform::ControlView& control : desk.Windows().back().controls) {
+    const platform::WindowView dialog = desk.Windows().back();
+    for (const platform::ControlView& control : dialog.controls) {
       for (int id : on) desk.Click(id);
       if (control.id == IDOK || control.id == IDCANCEL) continue;
       if (desk.Click(control.id) || desk.Focus(control.id)) helps.insert(desk.Text(IDC_HELP_TEXT));
