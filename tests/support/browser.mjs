@@ -38,6 +38,20 @@ export async function visit(page, address) {
   return faults;
 }
 
+// Waits until all that was done on the page is handled and shown.
+export const settled = (page) => page.waitForSelector("body:not([data-ahead])");
+
+// Waits until a control of the window on top has this value.
+export const holds = (page, id, value) =>
+  page.waitForFunction(
+    ([wanted, text]) => {
+      const controls = [...document.querySelectorAll("[data-window]")].at(-1).querySelectorAll(`[data-id="${wanted}"]`);
+      const shown = [...controls].map((one) => (one.tagName === "SELECT" ? one.selectedOptions[0]?.text : one.value ?? one.textContent));
+      return shown.includes(text);
+    },
+    [id, value],
+  );
+
 // A sheet of a printer on a computer of its own.
 export async function openNewSheet(test, printer = "Label Printer") {
   const pc = computer(test);
@@ -85,16 +99,7 @@ export async function openSheet(test, pc, printer, ...words) {
       await page.waitForFunction((shown) => document.querySelector('[data-kind="message"]')?.innerText !== shown, text);
       return text;
     },
-    // Waits until a control of the window on top has this value.
-    holds: (id, value) =>
-      page.waitForFunction(
-        ([wanted, text]) => {
-          const controls = [...document.querySelectorAll("[data-window]")].at(-1).querySelectorAll(`[data-id="${wanted}"]`);
-          const shown = [...controls].map((one) => (one.tagName === "SELECT" ? one.selectedOptions[0]?.text : one.value ?? one.textContent));
-          return shown.includes(text);
-        },
-        [id, value],
-      ),
+    holds: (id, value) => holds(page, id, value),
     // OK of the sheet; the record that came out.
     ok: async () => {
       await page.locator('[data-button="ok"]').click();
