@@ -1,13 +1,11 @@
-// A printer with registered fonts, stored as words at the offsets of the format; the page and the
-// two dialogs over them; a barcode detail library.
+// A printer with registered fonts, the page and the two dialogs over them, a barcode library.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <set>
-#include <source_location>
 
+#include "driver/instance.h"
 #include "fonts/barcode_kinds.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
@@ -16,32 +14,30 @@ namespace fonts {
 
 using namespace support;
 
-// One stored record. Offsets are those of its bytes.
-struct Record {
-  std::array<uint16_t, 116> words = {};
-
+// One stored record as words, at the offsets of its bytes.
+struct Record : std::array<uint16_t, 116> {
   template <typename Values = std::initializer_list<int>>
   Record& Put(size_t offset, const Values& values) {
-    std::ranges::copy(values, &words[offset / 2]);
+    std::ranges::copy(values, data() + offset / 2);
     return *this;
   }
   Record& Name(std::u16string name) {
     name.resize(32);
     return Put(0, name).Put(66, name);
   }
-  bool operator==(const Record&) const = default;
   friend void PrintTo(const Record& record, std::ostream* out) {
-    for (uint16_t word : record.words) *out << static_cast<int16_t>(word) << ' ';
+    for (uint16_t word : record) *out << static_cast<int16_t>(word) << ' ';
   }
 };
 using Records = std::vector<Record>;
 
-// A decorative font as a new one is stored: X20 or another resident font, its cell in dots, serial
-// numbering off.
+// A decorative font as a new one is stored, of a resident font and its cell in dots.
 inline Record Deco(std::u16string name, std::u16string_view resident = u"X20", int size = 1,
                    int width = 5, int height = 9) {
-  Record record = Record().Name(name).Put(130, resident);
-  return record.Put(194, {1, size, width, height, 1, 1, 2, 1, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0});
+  return Record()
+      .Name(name)
+      .Put(130, resident)
+      .Put(194, {1, size, width, height, 1, 1, 2, 1, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0});
 }
 // A barcode font of a kind; the words of its parameters count up from 1, or are all the same.
 inline Record Bar(std::u16string name, int kind = 100, int parameters = -1) {
@@ -53,18 +49,19 @@ constexpr int kInitial = 0x4040;  // parameters as the library's Init leaves the
 // Fonts whose names end in their number, from 0.
 inline Records Many(int deco, int bar) {
   Records records;
-  for (int i = 0; i < deco + bar; ++i) {
-    const std::string number = std::to_string(i < deco ? i : i - deco);
-    const std::u16string wide(number.begin(), number.end());
-    records.push_back(i < deco ? Deco(u"D" + wide) : Bar(u"B" + wide));
-  }
+  const auto name = [](char16_t kind, int i) {
+    return std::u16string{kind, static_cast<char16_t>(u'0' + i / 10),
+                          static_cast<char16_t>(u'0' + i % 10)};
+  };
+  for (int i = 0; i < deco; ++i) records.push_back(Deco(name(u'D', i)));
+  for (int i = 0; i < bar; ++i) records.push_back(Bar(name(u'B', i)));
   return records;
 }
 
-// A barcode detail library whose kinds all do the same; an entry point may be missing.
+// A barcode detail library whose kinds all do the same; an entry point may be missing. Calls: "I"
+// and "S" for Init and ShowDlg, the last word of the block, and the density if it is another than
+// usual.
 struct FakeLibrary {
-  // "I" and "S" for Init and ShowDlg, each with the last word of the block handed over, and with
-  // the density if it is another than usual.
   static inline std::string calls;
   static inline int16_t initResult, showResult;
 
@@ -73,20 +70,19 @@ struct FakeLibrary {
     calls.clear();
     initResult = init;
     showResult = show;
-    platform::Machine::EntryPoints entries;
-    const auto add = [&](const char* name, auto* function) {
-      if (name != std::string_view(missing))
-        entries[name] = reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
+    const auto entry = [](auto* f) {
+      return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(f));
     };
+    platform::Machine::EntryPoints entries;
     for (const kestrel::BarcodeKindRow& kind : kestrel::BarcodeKinds()) {
-      add(kind.getName, &Name);
-      add(kind.init, &Answer<'I'>);
-      add(kind.showDialog, &Answer<'S'>);
+      entries[kind.getName] = entry(&Name);
+      entries[kind.init] = entry(&Answer<'I'>);
+      entries[kind.showDialog] = entry(&Answer<'S'>);
     }
+    entries.erase(missing);
     machine.RegisterModule(u"QM610rBAR.DLL", entries);
   }
 
- private:
   // "種" in code page 932, and more than a name may have.
   static void WINAPI Name(char* name) {
     std::memcpy(name, "\216\35545678901234567890123456789012", 32);
@@ -129,7 +125,6 @@ class FontTest : public SheetTest {
     Set(u"CreateFont Data",
         {reinterpret_cast<const char*>(records.data()), records.size() * sizeof(Record)});
   }
-  // The stored records; their number must be that which is announced.
   Records Stored() {
     const std::string data = Get(u"CreateFont Data");
     Records records(data.size() / sizeof(Record));
@@ -139,26 +134,27 @@ class FontTest : public SheetTest {
     return records;
   }
   // What is stored after the steps on the font page of the user's defaults, and OK.
-  void Gives(const Records& expected, Steps steps,
-             std::source_location at = std::source_location::current()) {
-    const testing::ScopedTrace trace(at.file_name(), static_cast<int>(at.line()), "");
+  void Gives(const Records& expected, Steps steps) {
     Ok(kFontTab, std::move(steps));
     EXPECT_EQ(Stored(), expected);
   }
 };
 
-// A number of controls can be used and describe themselves, each in its own words, while some are
-// switched on.
-inline Step Describes(size_t number, std::vector<int> on) {
+// While some are switched on, each control describes itself in the help text of its place, counted
+// from the first one's; what is filled in, text after text.
+inline Step Describes(UINT first, std::vector<int> ids, std::vector<int> on,
+                      std::vector<std::u16string> fillings) {
   return [=](Desk& desk) {
-    std::set<std::u16string> helps;
-    const platform::WindowView dialog = desk.Windows().back();
-    for (const platform::ControlView& control : dialog.controls) {
+    auto filling = fillings.begin();
+    for (UINT text = first; int control : ids) {
       for (int id : on) desk.Click(id);
-      if (control.id == IDOK || control.id == IDCANCEL) continue;
-      if (desk.Click(control.id) || desk.Focus(control.id)) helps.insert(desk.Text(IDC_HELP_TEXT));
+      EXPECT_TRUE(desk.Click(control) || desk.Focus(control)) << control;
+      WCHAR buffer[512] = {};
+      LoadStringW(kestrel::ModuleInstance(), text++, buffer, 512);
+      std::u16string help = buffer;
+      for (size_t at; (at = help.find(u"%s")) < help.size();) help.replace(at, 2, *filling++);
+      EXPECT_EQ(desk.Text(IDC_HELP_TEXT), help) << control;
     }
-    EXPECT_EQ(helps.size(), number);
   };
 }
 
@@ -185,8 +181,8 @@ inline Steps Change(const Kind& kind, const Steps& steps = {}, const Steps& atOk
 inline Step Put(int id, std::u16string text) {
   return [=](Desk& desk) { SetDlgItemTextW(desk.Top(), id, text.c_str()); };
 }
-// What a field takes, a number below and one above that OK refuses, each with a message and the
-// focus on the first field that is wrong; a good one, to which a letter cannot be added.
+// What a field takes: a number below and one above are refused at OK, a letter behind a good one at
+// once. Of several wrong fields the first is told and gets the focus.
 struct Bounds {
   int field;
   const char16_t *what, *unit, *below, *least, *most, *above, *good;
@@ -210,8 +206,8 @@ inline Steps Refuses(const std::u16string& title, const std::u16string& group,
   return steps;
 }
 
-// ---- how groups of controls look: which radio button is checked, a number and its range, a list's
-// entries and the selected one; what cannot be used stands in parentheses, in part in braces ----
+// How groups of controls look: which radio button is checked, a number and its range, a list's
+// entries and the selected one; what cannot be used stands in parentheses, in part in braces.
 using Groups = std::vector<std::vector<int>>;
 inline Step Looks(Groups groups, std::string expected) {
   return [=](Desk& desk) {

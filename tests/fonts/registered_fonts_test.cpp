@@ -1,5 +1,6 @@
-// The page that lists the registered fonts, and the rules for their names.
+// The page that lists the registered fonts, the rules for their names, and how they are kept.
 #include "font_fixture.h"
+#include "fonts/font_store.h"
 #include "sheets/page_services.h"
 
 namespace fonts {
@@ -12,17 +13,12 @@ kestrel::FontStore& SessionFonts(Desk& desk) {
 constexpr char16_t kTaken[] =
     u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。";
 
-// What a list shows and which entry is selected, and whether the buttons for new fonts can be used
+// What a list shows, the first entry selected, and whether the buttons for new fonts can be used
 // and those for the listed ones.
-Step Shows(const Kind& kind, std::vector<std::u16string> names, bool room = true) {
-  return [=](Desk& desk) {
-    EXPECT_EQ(desk.Control(kind.list).items, names);
-    EXPECT_EQ(desk.Control(kind.list).selection, names.empty() ? -1 : 0);
-    EXPECT_EQ(desk.Control(kind.create).enabled, room);
-    for (int id : {kind.change, kind.remove, kind.reference}) {
-      EXPECT_EQ(desk.Control(id).enabled, !names.empty()) << id;
-    }
-  };
+Steps Shows(const Kind& kind, const std::vector<std::u16string>& names, bool room = true) {
+  return {ExpectItems(kind.list, names), ExpectSelected(kind.list, names.empty() ? -1 : 0),
+          ExpectEnabled({kind.create}, room),
+          ExpectEnabled({kind.change, kind.remove, kind.reference}, !names.empty())};
 }
 Steps Remove(const Kind& kind, int row, const std::u16string& name, int answer = IDOK) {
   return {Select(kind.list, row), Click(kind.remove),
@@ -49,10 +45,7 @@ TEST_F(FontTest, CountsBothKindsToSeventy) {
   Store(Many(50, 40));
   Gives(Many(30, 40), {ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)});
   // The place that is freed holds nothing, the last one too.
-  const auto freed = [](Desk& desk) {
-    const kestrel::FontRecord none = {};
-    EXPECT_EQ(std::memcmp(&SessionFonts(desk).BarFonts[69], &none, sizeof none), 0);
-  };
+  const auto freed = [](Desk& desk) { EXPECT_EQ(SessionFonts(desk).BarFonts[69].FontName[0], 0); };
   Store(Many(0, 70));
   Gives(Many(0, 69), {Remove(kBar, 69, u"B69"), freed});
 }
@@ -60,8 +53,8 @@ TEST_F(FontTest, CountsBothKindsToSeventy) {
 // Names and words of any content are listed and asked about without a read past their record.
 TEST_F(FontTest, DeletesTheSelectedFont) {
   Record deco, bar;
-  deco.words.fill(u'あ');
-  bar.words.fill(u'い');
+  deco.fill(u'あ');
+  bar.fill(u'い');
   const std::u16string decoName(32, u'あ'), barName(32, u'い');
   Store({deco.Put(64, {0}), bar.Put(64, {1}), Bar(u"B2"), Bar(u"B3")});
   Gives({bar, Bar(u"B3")},
@@ -119,9 +112,8 @@ TEST_F(FontTest, NamesAreJudgedInOrder) {
                           const std::vector<std::u16string>& names) {
     for (const std::u16string& name : names) {
       SCOPED_TRACE(testing::PrintToString(name) + std::to_string(row));
-      Steps steps = {bury, Click(kind.create), Put(kind.name, name)};
-      if (row >= 0)
-        steps = {bury, Select(kind.list, row), Click(kind.change), Put(kind.name, name)};
+      Steps steps = {bury, Select(kind.list, std::max(row, 0)),
+                     Click(row < 0 ? kind.create : kind.change), Put(kind.name, name)};
       if (message != nullptr) {
         // The name goes before the numbers.
         steps +=
@@ -155,6 +147,109 @@ TEST_F(FontTest, NamesAreJudgedInOrder) {
   judged(kBar, 0, nullptr, {u"Bar", u"Gone"});
   judged(kBar, 1, kTaken, {u"Bar"});
   judged(kBar, 0, kTaken, {u"Deco"});
+}
+
+using platform::Fault;
+
+// The printer's fonts as a session loads them.
+struct Session {
+  kestrel::FontStore fonts;
+  OpenedPrinter printer;
+  bool loaded = kestrel::LoadFontStore(fonts, printer, GetProcessHeap());
+  ~Session() { kestrel::FreeFontStore(fonts, GetProcessHeap()); }
+  bool Save() { return kestrel::SaveFontStore(printer, fonts); }
+};
+
+TEST_F(FontTest, DamagedStoresAreEmpty) {
+  using std::string_literals::operator""s;
+  const Records both = {Deco(u"A"), Bar(u"B")};
+  const auto gives = [&](const Records& loaded) {
+    Session session;
+    Store({Deco(u"Former")});
+    EXPECT_TRUE(session.loaded && session.Save());
+    EXPECT_EQ(Stored(), loaded);
+  };
+  // As announced, with another third word, more than there are; fewer, which the data do not fit,
+  // none, an older version, other sizes.
+  const std::vector<std::string> kNumbers = {
+      "\2\0\1\16\0\0"s, "\2\0\1\16\7\7"s, "\11\0\1\16\0\0"s, "\377\377\1\16\0\0"s, "\1\0\1\16\0\0"s,
+      "\0\0\1\16\0\0"s, "\2\0\0\16\0\0"s, "\2\0\1\16\0"s,    "\2\0\1\16\0\0\0"s};
+  for (size_t i = 0; i < kNumbers.size(); ++i) {
+    Store(both);
+    Set(u"CreateFont Number", kNumbers[i]);
+    SCOPED_TRACE(i);
+    gives(i < 4 ? both : Records());
+  }
+  for (const char16_t* missing : {u"CreateFont Number", u"CreateFont Data"}) {
+    Store(both);
+    machine().RemoveData(kPrinter, missing);
+    gives({});
+  }
+  // The end of the data lies within a record: that record does not count.
+  Store(both);
+  Set(u"CreateFont Data", Get(u"CreateFont Data").substr(0, 463));
+  gives({Deco(u"A")});
+  // Stored order is kept within a kind; records of no kind are dropped.
+  Store({Bar(u"B1"), Deco(u"D1"), Deco(u"X").Put(64, {2}), Bar(u"B2"), Deco(u"D2")});
+  gives({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")});
+}
+
+// What the lists show is what is written: decorative fonts give way to barcode fonts.
+TEST_F(FontTest, KeepsSeventyFonts) {
+  constexpr int kCases[][5] = {{40, 29, 40, 29, 1}, {40, 30, 40, 30, 0}, {50, 40, 30, 40, 0},
+                               {70, 70, 0, 70, 0},  {90, 10, 60, 10, 0}, {0, 99, 0, 70, 0}};
+  for (const auto& [deco, bar, savedDeco, savedBar, more] : kCases) {
+    Store(Many(deco, bar));
+    Session session;
+    EXPECT_EQ(session.fonts.DecoFontNum, std::min(deco, 70));
+    EXPECT_EQ(session.fonts.BarFontNum, std::min(bar, 70));
+    EXPECT_EQ(kestrel::CanRegisterMore(session.fonts), more != 0);
+    EXPECT_TRUE(session.Save());
+    EXPECT_EQ(Stored(), Many(savedDeco, savedBar));
+  }
+}
+
+TEST_F(FontTest, WithoutMemory) {
+  for (const Records& records : {Records(), {Deco(u"A")}}) {
+    Store(records);
+    Session session;
+    Store({Deco(u"Former")});
+    machine().faults.FailNth(Fault::kAllocation, 1);
+    EXPECT_EQ(session.Save(), records.empty());
+    EXPECT_EQ(Get(u"CreateFont Number"), records.empty() ? std::string(2, '\0') : Number(1));
+    EXPECT_EQ(Get(u"CreateFont Data").size(), records.empty() ? 0 : sizeof(Record));
+  }
+  // Without one of the lists there is no store; without room to read the records into it is empty
+  // and takes new fonts.
+  for (int n = 1; n <= 3; ++n) {
+    Store({Deco(u"A")});
+    machine().faults.FailNth(Fault::kAllocation, n);
+    Session session;
+    EXPECT_TRUE(machine().faults.Struck(Fault::kAllocation));
+    EXPECT_EQ(session.loaded, n == 3);
+    EXPECT_EQ(session.Save(), n == 3);
+    EXPECT_EQ(Stored(), n == 3 ? Records() : Records{Deco(u"A")});
+  }
+}
+
+// Applying any page but the version page writes the fonts, to the last word of a record, but only
+// those that the sheet has loaded.
+TEST_F(FontTest, EachPageWritesWhatItsSessionLoaded) {
+  const Records golden = {Deco(u"見出し１").Put(220, {1, 1, 12, -34, 5, 6}),
+                          Bar(u"商品コード", 1900),
+                          Bar(u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345").Put(230, {0x5A5A})};
+  for (SheetKind kind : {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
+    for (int tab = kVersionTab; tab <= kUtilityTab; ++tab) {
+      SCOPED_TRACE(testing::Message() << "kind " << static_cast<int>(kind) << ", tab " << tab);
+      Store(golden);
+      Show({.kind = kind}, {GoTo(tab), [&](Desk&) { Store({Deco(u"A")}); }, PressOk()});
+      const bool saves = kind != SheetKind::kAdvanced && tab != kVersionTab;
+      EXPECT_EQ(Stored(), saves ? golden : Records{Deco(u"A")});
+    }
+  }
+  // What the spooler refuses changes nothing.
+  machine().SetPermission(kPrinter, false, false);
+  Gives(golden, {Click(kDeco.remove), Click(IDOK)});
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-// The dialog of decorative fonts as a person uses it, over this printer's fonts and foreign ones.
+// The dialogs of decorative and of barcode fonts, over fonts of this printer and of others.
 #include "font_fixture.h"
 #include "fonts/resident_fonts.h"
 #include "platform/desktop/drawing/gdi.h"
+#include "tests/support/bin_dir.h"
 
 namespace fonts {
 namespace {
@@ -35,17 +36,20 @@ TEST_F(FontTest, EveryResidentFontOffersItsOwn) {
   const std::tuple<int, int, const char16_t*, int, int, int, const char*> kFonts[] = {
       {203, 1, u"X21", 2, 17, 17, "0 (0)"},          {203, 2, u"X22", 256, 24, 24, "0 (0)"},
       {203, 3, u"X23", 4, 48, 48, "0 (0)"},          {203, 4, u"X24", 4, 48, 48, "0 (0)"},
-      {203, 6, u"OCR-B", 32, 20, 24, "(0) (0)"},     {203, 7, u"POP", 2048, 80, 133, "0 (0)"},
-      {203, 8, u"漢字(横書)", 128, 16, 16, "(0) 0"}, {203, 9, u"漢字(縦書)", 128, 16, 16, "(0) 0"},
-      {305, 5, u"OCR-A", 16, 22, 33, "(0) (0)"},     {305, 6, u"OCR-B", 64, 30, 36, "(0) (0)"}};
+      {203, 5, u"OCR-A", 8, 15, 22, "(0) (0)"},      {203, 6, u"OCR-B", 32, 20, 24, "(0) (0)"},
+      {203, 7, u"POP", 2048, 80, 133, "0 (0)"},      {203, 8, u"漢字(横書)", 128, 16, 16, "(0) 0"},
+      {203, 9, u"漢字(縦書)", 128, 16, 16, "(0) 0"}, {305, 5, u"OCR-A", 16, 22, 33, "(0) (0)"},
+      {305, 6, u"OCR-B", 64, 30, 36, "(0) (0)"}};
   for (const auto& [density, row, name, code, width, height, pitchAndEmphasis] : kFonts) {
+    const std::string sizes = std::to_string(width) + "*" + std::to_string(height) +
+                              (row < 8 ? " 0 " : " 24*24 22*22 0 ");
     SetDensity(density);
     Store({});
     Gives({Deco(u"A", name, code, width, height)},
           New(kDeco, u"A",
               {ExpectSelected(kResident, 0), DecoLooks(kFresh), Select(kResident, name),
                ExpectSelected(kResident, row),
-               Looks({{1136, 1137}, {1018, 1017}}, pitchAndEmphasis)}));
+               Looks({{kSize}, {1136, 1137}, {1018, 1017}}, sizes + pitchAndEmphasis)}));
   }
 }
 
@@ -102,16 +106,22 @@ TEST_F(FontTest, ReadsEveryRadioButton) {
   // A font that offers everything: one without cells, as other printers have.
   const Record free =
       Deco(u"FREE", u"OUTLINE", 1024, 100, 200).Put(206, {2, 2, 90, 1, 1, 1, 7}).Put(220, {1});
-  const auto help = [](std::u16string text) { return ExpectText(IDC_HELP_TEXT, text); };
+  const std::vector<int> on = {kDecorated, kSerialOn};
   Store({free});
   Ok(kFontTab,
-     Change(
-         kDeco,
-         {Describes(40, {kDecorated, kSerialOn}), Click(kSerialOn), Focus(1151),
-          help(u"連番の増減値を設定します。（範囲は、-9999から9999です。）"), Click(kMm),
-          Focus(kHeight), help(u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
-          Select(kResident, 0), help(u"装飾の元になるプリンタのレジデントフォントを選択します。"),
-          Focus(kY), help(u"文字高さの倍率を設定します。(範囲は、1から6です。）")}));
+     Change(kDeco, {Describes(2296, {kWidth, kHeight, kSize, kMm,  kInch, kDot, 1136, 1137, 1011,
+                                     1009,   1010,    1012,  1013, 1014,  1015, 1016, 1017, 1018,
+                                     1019,   1025,    1026,  1020, 1027,  1028, 1022, 1023, 1024,
+                                     1021,   1145,    1146,  1149, 1151,  1153, 1155},
+                              on,
+                              {u"27", u"dot", u"550", u"dot", u"50", u"dot", u"999", u"dot", u"1",
+                               u"9999", u"-9999", u"9999", u"1", u"99", u"0", u"99"}),
+                    Describes(2421, {kSerialOn, kSerialNo}, on, {}), Click(kMm), Focus(kHeight),
+                    ExpectText(IDC_HELP_TEXT,
+                               u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
+                    Select(kResident, 0),
+                    Describes(2290, {IDC_DECO_FONT_NAME, kResident, kDecorated, kPlain, kX, kY}, on,
+                              {u"1", u"6", u"1", u"6"})}));
   const Groups radios(kControls.begin() + 6, kControls.end() - 1);
   for (int pass = 0; pass < 10; ++pass) {
     Record expected = free;
@@ -208,7 +218,7 @@ TEST_F(FontTest, StoredFontsAreChanged) {
   changes(Deco(u"A").Put(206, {9}), Deco(u"A"));
   for (int filling : {0xFFFF, 0x7FFF, 0x8000, 0x0101}) {
     Record garbage;
-    garbage.words.fill(static_cast<uint16_t>(filling));
+    garbage.fill(static_cast<uint16_t>(filling));
     changes(garbage.Put(64, {0}), Deco(u"A").Put(220, {1, 0, 5, 0, 12, 8}),
             {Click(kMm), Click(kInch), Select(kResident, 0), Replace(kDeco.name, u"A"),
              SerialWalk(kDecoSerial, Changes(kDeco)), Click(IDC_DECO_FONT_DECIMAL)});
@@ -252,6 +262,115 @@ TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
                                Draws("i 31 8 100x30 j 61 8 100x30"), Spin(1108, 20),
                                Draws("i 21 8 100x40 j 61 8 100x40")})});
   EXPECT_EQ(platform::LiveGdiObjects(), objects);
+}
+
+constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL;
+enum KindRow : int { kUpca = 0, kQr1 = 12 };
+
+Step Error(std::u16string text) {
+  return CloseMessage(text, MB_OK, u"VELA Kestrel Graphics Mode Driver");
+}
+const Step kNoLibrary = Error(u"LoadLibrary Error!!"), kNoEntry = Error(u"GetProcAddress Error!!");
+Steps Lists(size_t number, int selected) {
+  return {ExpectItems(kKindList, {number, u"種45678901234567890123456789012"}),
+          ExpectSelected(kKindList, selected)};
+}
+Steps Detail(int row) { return {Select(kKindList, row), Click(kDetail)}; }
+
+TEST_F(FontTest, ReadsItsControls) {
+  const std::u16string full = u"1234567890123456789012345678901";
+  const Record numbered =
+      Bar(full, 100, kInitial).Put(130, {0x4008, 100, 1, 1, 5, 0, 12, 8}).Put(160, {9});
+  const auto asked = [](Desk&) {
+    EXPECT_EQ(FakeLibrary::calls, "I0@305");
+    EXPECT_EQ(platform::Machine::Current().OpenModules(), 1) << "kept";
+  };
+  SetDensity(305);
+  Store({});
+  Gives(
+      {numbered},
+      New(kBar, full + u"2",
+          {Lists(19, kUpca), ExpectText(kBar.name, u""), ExpectChecked({IDC_BAR_FONT_STRING_FONT}),
+           Looks(kBarSerial, kSerialOff), asked, Replace(kBar.name, u"B"),
+           SerialWalk(kBarSerial, Registers(kBar)),
+           Describes(2269,
+                     {1049, 1007, 1008, 1165, 1059, 1029, 1030, 1031, 1032, 1103, 1105, 1111, 1113},
+                     {1029}, {u"1", u"9999", u"-9999", u"9999", u"1", u"99", u"0", u"99"}),
+           Click(1029), Click(IDC_BAR_FONT_FILE_FONT), Click(IDC_BAR_FONT_HEXADECIMAL)}));
+  // The same font shown again, with the numbering switched off: its numbers stay, and are checked.
+  // Nothing of a former, longer name is left.
+  Gives(
+      {Bar(u"C", 100, kInitial).Put(130, {0x2008, 100, 0, 1, 5, 0, 12, 8}).Put(160, {9})},
+      Change(kBar, {ExpectChecked({IDC_BAR_FONT_FILE_FONT}),
+                    Looks(kBarSerial, "1 1 5/1..9999 0/-9999..9999 12/1..99 8/0..99"), Click(1030),
+                    Looks(kBarSerial, "0 (1) (5/1..9999) (0/-9999..9999) (12/1..99) (8/0..99)"),
+                    Replace(kBar.name, u"C"), Put(1103, u"0"), Click(IDOK), Click(IDOK),
+                    ExpectTitle(Changes(kBar)), Put(1103, u"5"), Click(IDC_BAR_FONT_STRING_FONT)}));
+}
+
+// With the library itself, found in the driver directory of the printer's version. The kind decides
+// whether the numbering may be switched, from the first notification on; what is chosen stays. A
+// kind chosen without its details gets the library's; what lies behind its 40 bytes stays.
+TEST_F(FontTest, EveryKindHasItsRow) {
+  constexpr int kKinds[] = {100,  200,  300,  400,  500,  600,  700,  800,  900, 1200,
+                            1300, 2500, 1400, 1500, 1600, 1700, 1900, 2000, 2100};
+  machine().UnregisterModule(u"QM610rBAR.DLL");
+  machine().InstallModule(machine().driverDirectory() + u"\\3\\QM610rBAR.DLL",
+                          Built("QM610rBAR.so"));
+  const auto looks = [](int row) { return Looks({kBarSerial[0]}, row < kQr1 ? "1" : "(1)"); };
+  const auto font = [&](int row) {
+    return Bar(u"B", kKinds[row]).Put(134, {1}).Put(186, {7, 7, 7}).Put(230, {7});
+  };
+  for (int row = 0; row < 19; ++row) {
+    SCOPED_TRACE(row);
+    const int next = (row + 1) % 19;
+    Store({font(row)});
+    Gives({font(row)}, Change(kBar, {ExpectSelected(kKindList, row), looks(kUpca), Focus(kKindList),
+                                     looks(row)}));
+    Ok(kFontTab, Change(kBar, {Select(kKindList, next), looks(next)}));
+    const Records chosen = Stored();
+    EXPECT_EQ(chosen.at(0)[73], kKinds[next]);
+    Record expected = font(next);
+    std::copy_n(&chosen[0][73], 20, &expected[73]);
+    EXPECT_EQ(chosen, Records{expected});
+    Gives(chosen, Change(kBar, {Click(kDetail), Click(IDOK)}));
+  }
+}
+
+TEST_F(FontTest, DetailsThroughTheLibrary) {
+  const Steps upca = Select(kKindList, kUpca);
+  const Record stored = Bar(u"B"), qr = Bar(u"B", 1400, kInitial);
+  // A font of a kind, a library without an entry point, and what its Init and ShowDlg answer.
+  const auto gives = [&](int kind, const char* missing, int16_t init, int16_t show,
+                         const Record& expected, const char* calls, const Steps& steps,
+                         const Steps& atOk = {}) {
+    SCOPED_TRACE(testing::Message() << kind << missing << init << show << calls);
+    Store({Bar(u"B", kind)});
+    FakeLibrary::Install(machine(), missing, init, show);
+    Gives({expected}, Change(kBar, steps, atOk));
+    EXPECT_EQ(FakeLibrary::calls, calls);
+  };
+  gives(100, "", 0, 1, Bar(u"B").Put(160, {9}), "S20", Detail(kUpca));
+  gives(100, "", 0, 0, stored, "S20", Detail(kUpca));
+  gives(100, "", 0, 2, stored, "S20", Detail(kUpca));
+  gives(100, "", 0, 1, Record(qr).Put(160, {9}), "I0S16448", Detail(kQr1));
+  gives(100, "", 1, 0, stored, "I0S16448", {Detail(kQr1), upca});
+  gives(100, "", 1, 0, qr, "I0S16448I20", Detail(kQr1));
+  gives(100, "GetBarNameUPCA", 0, 1, stored, "", {kNoEntry, Lists(0, -1), Click(kDetail)});
+  gives(100, "GetBarNameRSS", 0, 1, stored, "", {kNoEntry, Lists(11, kUpca)});
+  gives(100, "ShowDlgUPCA", 1, 1, stored, "", {Detail(kUpca), kNoEntry});
+  // Without ShowDlg the answer is that of Init.
+  gives(100, "ShowDlgQR1", 1, 1, qr, "I0", {Detail(kQr1), kNoEntry});
+  gives(100, "ShowDlgQR1", 0, 1, stored, "I0", {Detail(kQr1), kNoEntry, upca});
+  gives(100, "InitQR1", 1, 1, stored, "", {Detail(kQr1), kNoEntry, upca});
+  gives(100, "InitQR1", 1, 1, Bar(u"B", 1400), "", Select(kKindList, kQr1), kNoEntry);
+  // Kinds that are not listed, or that have no row.
+  gives(1400, "GetBarNameRSS", 0, 1, Bar(u"B", 1400), "",
+        {kNoEntry, Lists(11, -1), Click(kDetail)});
+  gives(1000, "InitUPCA", 0, 1, stored, "", Lists(19, kUpca), kNoEntry);
+  machine().UnregisterModule(u"QM610rBAR.DLL");
+  Gives({stored, Bar(u"N", 100, 0)}, {Change(kBar, {kNoLibrary, Lists(0, -1)}),
+                                      New(kBar, u"N", {kNoLibrary, kNoLibrary, Click(kDetail)})});
 }
 
 }  // namespace
