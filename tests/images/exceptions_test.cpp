@@ -23,7 +23,7 @@ TEST_F(Exceptions, AreToldOnceTheModuleHasReturned) {
   machine_->InstallModule(path, support::Built("../../windows/x64/QM610rDRV1.dll"));
   const kestrel::Module image(LoadLibraryW(path.c_str()));
   ASSERT_TRUE(image) << GetLastError();
-  support::Exports ofImage(image.get());
+  support::Exports ofImage{image.get()};
   const support::OpenedPrinter printer;
   std::u16string name = support::kPrinter;
   for (const auto* module : {&exports_, &ofImage}) {

@@ -1,5 +1,4 @@
-// Where the build put its programs, shared objects and golden files: this test program lies among
-// them.
+// What the build put beside this test program: shared objects and golden files.
 #pragma once
 
 #include <filesystem>
@@ -19,7 +18,6 @@ inline std::string Built(const std::string& file) {
   return (directory / file).string();
 }
 
-// The bytes of a golden file.
 inline std::string Golden(const std::string& file) {
   std::ifstream stream(Built("golden/" + file), std::ios::binary);
   if (!stream) throw std::runtime_error("no golden file " + file);

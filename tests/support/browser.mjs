@@ -9,7 +9,7 @@ import { computer } from "./printhost.mjs";
 const FLAGS = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
   "--disable-component-update", "--disable-sync"];
 
-// A page of a browser with a profile of its own, closed with the test.
+// A page of a browser of its own, closed with the test.
 export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
   const profile = mkdtempSync(join(tmpdir(), "chromium-"));
   const context = await chromium.launchPersistentContext(profile, {
@@ -28,7 +28,7 @@ export function top(page) {
   return { window, control: (id) => window.locator(`[data-id="${id}"]`) };
 }
 
-// Opens the address and waits until a window stands there.
+// Opens the address and waits for a window; answers the faults that the browser tells from then on.
 export async function visit(page, address) {
   const faults = [];
   page.on("console", (message) => message.type() === "error" && faults.push(message.text()));
@@ -53,37 +53,25 @@ export const holds = (page, id, value) =>
   );
 
 // A sheet of a printer on a computer of its own.
-export async function openNewSheet(test, printer = "Label Printer") {
-  const pc = computer(test);
-  pc.run("add", printer);
-  return openSheet(test, pc, printer);
-}
+export const openNewSheet = (test, printer = "Label Printer") => openSheet(test, computer(test, printer), printer);
 
-// A sheet of a printer (its defaults if nothing else is said), open in a browser, with what a person
-// does at it.
+// A sheet of a printer (its defaults if nothing else is said), with what a person does at it.
 export async function openSheet(test, pc, printer, ...words) {
   const sheet = pc.start("sheet", printer, ...(words.length ? words : ["--kind", "user-default", "--json"]));
   const page = await openBrowser(test);
   const faults = await visit(page, await sheet.address);
   const { window, control } = top(page);
-  const windowTitled = (title) => page.locator(`[data-window="${title}"]`);
   return {
-    pc,
-    sheet,
-    page,
-    faults,
-    window,
-    control,
+    pc, sheet, page, faults, window, control,
     go: async (index) => {
       await page.locator(`[data-page="${index}"]`).click();
       await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
     },
-    // Clicks a control that opens a window of this title.
+    // Clicks a control that opens a window of this title, or closes the one on top.
     open: async (id, title) => {
       await control(id).click();
-      await windowTitled(title).last().waitFor();
+      await page.locator(`[data-window="${title}"]`).last().waitFor();
     },
-    // Clicks a control that closes the window on top.
     close: async (id) => {
       const count = await page.locator("section[data-window]").count();
       await control(id).click();
@@ -95,7 +83,6 @@ export async function openSheet(test, pc, printer, ...words) {
       await box.waitFor();
       const text = await box.innerText();
       await box.locator('[data-id="1"]').click();
-      // Another message may follow at once.
       await page.waitForFunction((shown) => document.querySelector('[data-kind="message"]')?.innerText !== shown, text);
       return text;
     },

@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { request } from "node:http";
 
-// One HTTP request of a path, from the sheet's on; answers status, headers, text and the milliseconds it took.
+// One HTTP request; answers status, headers, text and the milliseconds it took.
 export function ask(url, { path = "", method = "GET", headers = {}, body } = {}) {
   const start = performance.now();
   return new Promise((resolve, reject) => {
@@ -20,9 +20,7 @@ export function ask(url, { path = "", method = "GET", headers = {}, body } = {})
 // Opens a stream; the returned page knows the newest picture.
 export async function page(address, name = "test") {
   const url = new URL(address);
-  let picture;
-  let number = 0;
-  let rest = "";
+  let [picture, number, rest] = [undefined, 0, ""];
   const waiting = [];
   const answer = await new Promise((resolve, reject) => {
     request(new URL("events", url), resolve).on("error", reject).end();

@@ -1,4 +1,3 @@
-// Every call of a kind that can fail fails once.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,10 +11,9 @@
 
 namespace support {
 
-// Runs call(n) with its n-th allocation (spooler call, …) failing, from the first to the last of
-// each kind, and once without a failure; whichever it was, nothing is left behind. Then check(kind,
-// struck) looks at what came out, struck telling whether something had failed. Answers how many
-// failures there were.
+// Runs call() with each allocation (spooler call, …) failing once, and once without a failure;
+// whichever it was, nothing is left behind. check(kind, whether something failed) looks at what
+// came out. Answers how many failures there were.
 template <typename Call, typename Check>
 int WalkFaults(platform::Machine& machine, std::initializer_list<platform::Fault> kinds, Call call,
                Check check) {

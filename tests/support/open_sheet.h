@@ -1,6 +1,7 @@
 // Property sheets of the loaded module, shown to a scripted user.
 #pragma once
 
+#include <cstring>
 #include <string>
 
 #include "driver/settings_block.h"
@@ -28,26 +29,46 @@ struct SheetAsk {
 struct SheetAnswer {
   LONG result = 0;  // of the document kinds CPSUI_OK, CPSUI_CANCEL or -1; else TRUE or FALSE
   kestrel::SettingsRecord record;  // the output record, filled with 0xAA before the call
-  bool written = false;            // whether it was changed
 };
 
 // Tabs of the document kinds.
-enum DocumentTab : int {
-  kVersionTab = 0,
-  kPaperTab = 1,
-  kOperationTab = 2,
-  kDeviceTab = 3,
-  kFontTab = 4,
-  kUtilityTab = 5,
-};
+enum DocumentTab : int { kVersionTab, kPaperTab, kOperationTab, kDeviceTab, kFontTab, kUtilityTab };
 
 // Sheets over settings that the spooler keeps.
 class SheetTest : public MachineTest {
  protected:
-  // Asks for a sheet of the printer as its callers do, whoever sits at the desk: documents and the
-  // printer through the exports for them, user defaults through the sheet library, whose record the
-  // spooler keeps after OK.
-  SheetAnswer AskForSheet(const SheetAsk& ask);
+  // Asks for a sheet of the printer as its callers do, whoever sits at the desk: through the
+  // exports, user defaults through the sheet library, whose record the spooler keeps after OK.
+  SheetAnswer AskForSheet(const SheetAsk& ask) {
+    SheetAnswer answer;
+    std::memset(&answer.record, 0xAA, sizeof(answer.record));
+    const OpenedPrinter printer(ask.printer);
+    std::u16string name = ask.printer;
+    auto* input = ask.input ? const_cast<DEVMODEW*>(&ask.input->Public) : nullptr;
+    DEVMODEW* output = &answer.record.Public;
+    const DWORD mode = DM_COPY | DM_PROMPT | static_cast<DWORD>(ask.kind) |
+                       (ask.permission ? 0 : DM_NOPERMISSION) | (input ? DM_IN_BUFFER : 0);
+    if (ask.kind == SheetKind::kPrinter) {
+      answer.result = exports_.PrinterProperties(nullptr, printer);
+    } else if (ask.kind == SheetKind::kUserDefault) {
+      DOCUMENTPROPERTYHEADER header = {
+          sizeof(header), 0, printer, name.data(), input, output, kestrel::kRecordSize, mode};
+      DWORD result = 0;
+      const LONG shown = CommonPropertySheetUIW(nullptr, exports_.DrvDocumentPropertySheets,
+                                                reinterpret_cast<LPARAM>(&header), &result);
+      answer.result = shown > 0 ? static_cast<LONG>(result) : -1;
+      if (answer.result == CPSUI_OK) {
+        machine().SetDefaultRecord(ask.printer, BytesOf(answer.record));
+      }
+    } else if (ask.kind == SheetKind::kAdvanced && ask.permission) {
+      answer.result =
+          exports_.DrvAdvancedDocumentProperties(nullptr, printer, name.data(), output, input);
+    } else {
+      answer.result =
+          exports_.DrvDocumentProperties(nullptr, printer, name.data(), output, input, mode);
+    }
+    return answer;
+  }
   // The same with a person who does the steps, the last of which closes the sheet.
   SheetAnswer Show(const SheetAsk& ask, Steps steps) {
     return Follow(std::move(steps), [&] { return AskForSheet(ask); });

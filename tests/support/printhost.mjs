@@ -12,11 +12,8 @@ export const program = process.env.PRINTHOST ?? fileURLToPath(new URL("../../bui
 // exit code and outputs when it ends. Options as of spawn.
 export function start(test, command, words, options = {}) {
   const child = spawn(command, words, { stdio: ["ignore", "pipe", "pipe"], ...options });
-  let output = "";
-  let errors = "";
-  const ended = new Promise((resolve) => {
-    child.on("close", (status) => resolve({ status, output, errors }));
-  });
+  let [output, errors] = ["", ""];
+  const ended = new Promise((resolve) => child.on("close", (status) => resolve({ status, output, errors })));
   const address = new Promise((resolve, reject) => {
     const look = (text) => {
       const line = /^http:\S+(?=\n)/m.exec(text);
@@ -37,10 +34,7 @@ export function computer(test, ...printers) {
   const folder = mkdtempSync(join(tmpdir(), "printhost-"));
   test.after(() => rmSync(folder, { recursive: true, force: true }));
   const state = join(folder, "state");
-  const run = (...words) => {
-    const { status, stdout, stderr } = spawnSync(program, ["--state", state, ...words], { encoding: "utf8" });
-    return { status, stdout, stderr };
-  };
+  const run = (...words) => spawnSync(program, ["--state", state, ...words], { encoding: "utf8" });
   // A command that has to succeed; answers its output.
   const done = (...words) => {
     const { status, stdout, stderr } = run(...words);
@@ -49,10 +43,7 @@ export function computer(test, ...printers) {
   };
   for (const printer of printers) done("add", printer);
   return {
-    folder,
-    state,
-    run,
-    done,
+    folder, state, done,
     json: (...words) => JSON.parse(done(...words, "--json")),
     file: (name) => join(folder, name),
     // A command that is refused with this exit code and one line, which it answers.

@@ -40,8 +40,7 @@ inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettings
                   {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
 }
 
-// The printer-level part that the test printer has now; throws, which fails a test, when there is
-// no whole one.
+// The printer-level part that the test printer has now; throws when there is no whole one.
 inline kestrel::PrinterSettingsPart KeptPrinterPart(platform::Machine& machine) {
   kestrel::PrinterSettingsPart part;
   const auto bytes = machine.Data(kPrinter, u"Private DevMode").value().bytes;

@@ -1,12 +1,6 @@
-// What a person does and sees, step by step: the one vocabulary of all tests that drive windows.
-//
-//   Follow({GoTo(kPaperTab), Select(IDC_PAPER_LIST, 1), Click(IDC_PAPER_EDIT),
-//           ExpectTitle(u"用紙編集"), Replace(IDC_PAPER_REGISTER_WIDTH, u"40.0"), Click(IDOK),
-//           CloseMessage(u"…", MB_ICONEXCLAMATION, u"用紙編集"), Click(IDCANCEL), PressOk()},
-//          [&] { return exports_.DrvDocumentProperties(…); });
-//
-// A step acts on the window on top when its turn comes, in a sheet on the shown page. One that the
-// person cannot do, or that sees something else, fails the test.
+// What a person does and sees, step by step: the one vocabulary of all tests that drive windows. A
+// step acts on the window on top when its turn comes, in a sheet on the shown page. One that cannot
+// be done, or that sees something else, fails the test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -54,24 +48,20 @@ class Seat {
   Seat& operator=(const Seat&) = delete;
 };
 
-// Calls something while a person does the steps, and answers its result; fails the test when one is
-// left over, or when a window was still open after the last.
+// The result of a call while a person does the steps, all of them, the last of which closes the
+// last window.
 template <typename Call>
 auto Follow(Steps steps, Call call) {
-  struct Follower {
-    ~Follower() {
-      EXPECT_EQ(user.Problem(), "");
-      EXPECT_TRUE(user.Finished());
-    }
-    platform::ScriptedUser user;
-    Seat seat{user};
-  };
-  const Follower follower{platform::ScriptedUser(std::move(steps))};
-  return call();
+  platform::ScriptedUser user(std::move(steps));
+  const Seat seat(user);
+  auto result = call();
+  EXPECT_EQ(user.Problem(), "");
+  EXPECT_TRUE(user.Finished());
+  return result;
 }
 
 // ---- doing ----
-// A thing that a person does at the desk and can do; what it is told with names it.
+// A thing that a person can do.
 template <typename... Parameters, typename... Arguments>
 Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
   return [=](Desk& desk) {
@@ -87,17 +77,15 @@ inline Step Select(int id, std::u16string item) {
 }
 // Types over what an edit holds.
 inline Step Replace(int id, std::u16string text) { return Do("replace", &Desk::Replace, id, text); }
-// Types behind what it holds; it may take some of it back.
+// Types behind what it holds.
 inline Step Type(int id, std::u16string text) { return Do("type", &Desk::Type, id, text); }
 // Over what it holds, in one change.
 inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste, id, text); }
 inline Step Spin(int id, int steps) { return Do("spin", &Desk::Spin, id, steps); }
 inline Step Focus(int id) { return Do("focus", &Desk::Focus, id); }
-inline Step Key(int virtualKey) { return Do("key", &Desk::Key, virtualKey); }
 inline Step Tab(bool back = false) { return Do("tab", &Desk::Tab, back); }
 inline Step Enter() { return Do("Enter", &Desk::Enter); }
 inline Step Escape() { return Do("Esc", &Desk::Escape); }
-inline Step AccessKey(char16_t letter) { return Do("access key", &Desk::AccessKey, letter); }
 // By the window's close box.
 inline Step Close() { return Do("close", &Desk::Close); }
 inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }

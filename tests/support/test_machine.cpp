@@ -19,12 +19,12 @@ HMODULE InstallModule(platform::Machine& machine) {
 }  // namespace
 
 void* Exports::Find(const char* name) const {
-  void* const found = reinterpret_cast<void*>(GetProcAddress(module_, name));
+  void* const found = reinterpret_cast<void*>(GetProcAddress(module, name));
   if (found == nullptr) throw std::runtime_error(std::string("no export ") + name);
   return found;
 }
 
-MachineTest::MachineTest() : module_(InstallModule(*machine_)), exports_(module_) {
+MachineTest::MachineTest() : module_(InstallModule(*machine_)), exports_{module_} {
   machine_->AddPrinter({.name = kPrinter});
   kestrel::SetModuleInstance(module_);
 }

@@ -1,5 +1,5 @@
-// A fresh computer with one printer and the built module in its driver directory: the native one,
-// or the file that the environment's DRIVER_MODULE names (the Windows image).
+// A fresh computer with one printer and the built module: the native one, or the Windows image that
+// the environment's DRIVER_MODULE names.
 #pragma once
 
 #include <windows.h>
@@ -26,15 +26,9 @@ std::vector<ULONG_PTR> Words(T... values) {
 }
 
 // The exports as a caller finds them in the loaded module; throws when one is missing.
-class Exports {
- public:
-  explicit Exports(HMODULE module) : module_(module) {}
-
- private:
+struct Exports {
+  HMODULE module;
   void* Find(const char* name) const;
-  HMODULE module_;
-
- public:
 #define EXPORT(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Find(#name));
   EXPORT(DrvPrinterEvent)
   EXPORT(DrvUpgradePrinter)
@@ -54,11 +48,11 @@ class Exports {
 #undef EXPORT
 };
 
-// An open printer, closed at the end of its scope. Empty when it could not be opened.
+// An open printer, null when it could not be opened.
 class OpenedPrinter {
  public:
-  // With this access, 0 for none asked for. Without one as the control panel opens it: with all
-  // access where the person is allowed it, else for use.
+  // With this access, 0 for none asked for; without one, as the control panel does, with all access
+  // or else for use.
   explicit OpenedPrinter(std::u16string name = kPrinter, std::optional<ACCESS_MASK> access = {}) {
     PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access.value_or(PRINTER_ALL_ACCESS)};
     const bool opened = OpenPrinterW(name.data(), &handle_, access == 0u ? nullptr : &defaults);
@@ -75,9 +69,8 @@ class OpenedPrinter {
   HANDLE handle_ = nullptr;
 };
 
-// The instance handle of the module's objects in the test program is that of the loaded module, so
-// that both find the same resources. At the end of each test nothing may be left behind: no open
-// handle, key, module or heap, no block.
+// The module's objects in the test program have the resources of the loaded module. At the end of
+// each test nothing may be left behind.
 class MachineTest : public testing::Test {
  protected:
   MachineTest();
