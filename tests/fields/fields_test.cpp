@@ -1,11 +1,16 @@
 // The dialogs' toolkit: measured values, fields in a dialog of the driver, help box, options,
 // locks.
+#include <iomanip>
+#include <sstream>
+
 #include "operation/operation_options.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/measured_value.h"
 #include "paper/fields/numeric_field.h"
+#include "platform/system/text.h"
 #include "resources/resource.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -16,51 +21,26 @@ using namespace support;
 constexpr int kLeast = -32768, kMost = 32767;
 constexpr int mm = kMillimetre, in = kInch;
 
-TEST(MeasuredValue, ConvertsWithHalfTheDivisorAdded) {
-  constexpr int kCases[][5] = {
-      {580, mm, in, 203, 2283},     {2283, in, mm, 203, 580},        {99, kDot, mm, 203, 124},
-      {99, kDot, mm, 305, 82},      {99, kDot, in, 203, 488},        {30, mm, kDot, 203, 24},
-      {1000, in, kDot, 305, 305},   {1, kDot, in, 203, 5},           {-580, mm, in, 203, -2282},
-      {kMost, mm, in, 203, 129004}, {kLeast, kDot, mm, 203, -40999}, {77, kPlain, in, 203, 77},
-      {77, kDot, kPlain, 203, 77},  {77, -1, kDot, 203, 77},         {77, kDot, mm, 0, 77},
-  };
-  for (const auto& [value, from, to, dpi, expected] : kCases) {
-    EXPECT_EQ(ConvertMeasure(value, from, to, dpi), expected)
-        << value << " from " << from << " to " << to << " at " << dpi;
-  }
-}
-
-std::u16string Formatted(int unit, std::initializer_list<int> values) {
-  std::u16string all;
-  for (const int value : values) {
+TEST(MeasuredValue, IsConvertedWrittenReadAndTypedByTheTable) {
+  for (const std::string& row : GoldenRows("measures.txt")) {
+    std::istringstream words(row);
+    std::string what, equals, expected, quoted;
+    int a, b, c, d, answer = -1;
     WCHAR text[kMeasureTextLength];
-    std::fill_n(text, kMeasureTextLength, u'#');
-    const int length = FormatMeasure(text, value, unit);
-    EXPECT_EQ(std::u16string(text).size(), static_cast<size_t>(length));
-    all += text + std::u16string(u"|");
+    std::u16string written;
+    const auto typed = [&] { return platform::ToUtf16(quoted); };
+    words >> what >> a;
+    if (what == "convert" && words >> b >> c >> d) answer = ConvertMeasure(a, b, c, d);
+    if (what == "limit" && words >> b >> c) answer = MeasureTextLimit(a, b, c);
+    if (what == "write" && words >> b) written.assign(text, FormatMeasure(text, a, b));
+    if (what == "read" && words >> std::quoted(quoted)) answer = ParseMeasure(typed().c_str(), a);
+    if (what == "typed" && words >> std::quoted(quoted))
+      answer = a == kPlain ? IsPlainTyping(typed().c_str()) : IsMeasureTyping(typed().c_str(), a);
+    words >> equals >> expected;
+    EXPECT_EQ(what == "write" ? platform::ToUtf8(written) : std::to_string(answer), expected)
+        << row;
   }
-  return all;
-}
-
-std::vector<int> Parsed(int decimals, std::initializer_list<const WCHAR*> texts) {
-  std::vector<int> values;
-  for (const WCHAR* text : texts) values.push_back(ParseMeasure(text, decimals));
-  return values;
-}
-
-TEST(MeasuredValue, IsWrittenWithTheDecimalsOfItsUnitAndReadUpToWhatIsNoNumber) {
-  EXPECT_EQ(Formatted(mm, {580, 5, -5}), u"58.0|0.5|-0.5|");
-  EXPECT_EQ(Formatted(in, {40, kLeast, INT32_MIN}), u"0.040|-32.768|-2147483.648|");
-  EXPECT_EQ(Formatted(kDot, {0, -999}), u"0|-999|");
-  using Values = std::vector<int>;
-  EXPECT_EQ(Parsed(0, {u" -3", u"\t 7", u"1.9", u"--5", u"-+5", u"32768", u"１２", u"12ab"}),
-            (Values{-3, 7, 1, 5, -5, 32768, 0, 12}));
-  EXPECT_EQ(Parsed(1, {u"58", u"58.25", u"", nullptr, u"+7", u".5", u"-.5", u"+-1.5", u"--1.5"}),
-            (Values{580, 582, 0, 0, 70, 5, -5, 0, 5}));
-  EXPECT_EQ(Parsed(3, {u"2.5", u"1.23456", u"-0.5", u"5.", u"4294967296", u"2147484", u"-2147484"}),
-            (Values{2500, 1234, -500, 5000, INT32_MAX, INT32_MAX, INT32_MIN}));
-  EXPECT_EQ(Parsed(5, {u"1", u"1.99999999"}), (Values{100000, 199999}));
-  EXPECT_EQ(Parsed(6, {u"1.5"}), Values{0});
+  EXPECT_EQ(ParseMeasure(nullptr, 1), 0);
   for (const int unit : {kMillimetre, kInch, kDot, kPlain}) {
     for (int value = kLeast; value <= kMost; ++value) {
       WCHAR text[kMeasureTextLength];
@@ -68,27 +48,6 @@ TEST(MeasuredValue, IsWrittenWithTheDecimalsOfItsUnitAndReadUpToWhatIsNoNumber) 
       ASSERT_EQ(ParseMeasure(text, DecimalsOf(unit)), value) << "unit " << unit;
     }
   }
-}
-
-TEST(MeasuredValue, LimitsTheTextByItsWidestBound) {
-  constexpr int kCases[][4] = {
-      {100, 1630, mm, 5}, {0, 9, mm, 3},     {-5, 5, mm, 4},   {0, 315, in, 5},
-      {0, 12345, in, 6},  {0, 9, kPlain, 1}, {0, 10, kDot, 2}, {-9999, 5, kPlain, 5},
-  };
-  for (const auto& [minimum, maximum, unit, expected] : kCases) {
-    EXPECT_EQ(MeasureTextLimit(minimum, maximum, unit), expected) << minimum << ".." << maximum;
-  }
-}
-
-TEST(Typing, TakesBlanksInFrontAndOnePoint) {
-  for (const auto* good : {u"5.5", u" 7.", u".5", u"", u"99"})
-    EXPECT_TRUE(IsMeasureTyping(good, mm));
-  for (const auto* bad : {u"5.5.", u"4. 5", u"4 ", u"-4", u"4x"})
-    EXPECT_FALSE(IsMeasureTyping(bad, in));
-  EXPECT_TRUE(IsMeasureTyping(u"  .07", in) && IsMeasureTyping(u" 55", kDot));
-  EXPECT_FALSE(IsMeasureTyping(u"5.5", kDot));
-  for (const auto* good : {u"-12", u"9", u"0", u"-", u"5-3", u""}) EXPECT_TRUE(IsPlainTyping(good));
-  for (const auto* bad : {u"1.5", u"1a", u" 1", u"/", u":"}) EXPECT_FALSE(IsPlainTyping(bad));
 }
 
 // Inside the registration dialog.
@@ -142,7 +101,7 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
   });
 }
 
-TEST_F(Fields, AreDescribedWithTheirRange) {
+TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
   constexpr int kGap = IDS_HELP_PAPER_REGISTER_GAP;
   static constexpr HelpRow kRows[] = {
       {1, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
@@ -167,15 +126,12 @@ TEST_F(Fields, AreDescribedWithTheirRange) {
     for (const int none : {5, 7, 8}) expect(none, mm, 203, u"before");
     ShowHelp(desk.Top(), kRows, 6, IDC_HELP_TEXT, kPlain, 203);
     EXPECT_EQ(desk.Text(IDC_HELP_TEXT), u"");
-  });
-}
 
-TEST_F(Fields, AreAllLockedInTheRegistrationDialogWithoutPermission) {
-  Try([](Desk& desk) {
+    // Without permission the dialog is left to be closed alone.
     LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
-    const platform::WindowView view = desk.Windows().back();
     int open = 0;
-    for (const auto& at : view.controls) open += at.tabStop && at.visible && at.enabled;
+    for (const auto& at : desk.Windows().back().controls)
+      open += at.tabStop && at.visible && at.enabled;
     EXPECT_EQ(open, 2);  // OK and Cancel
   });
 }
