@@ -1,6 +1,8 @@
 // The paper page and the dialog that registers and edits papers, in the user's defaults: what they
 // show, what they let be changed, and what is stored.
+#include "platform/system/text.h"
 #include "tests/paper/paper_fixture.h"
+#include "tests/support/bin_dir.h"
 
 namespace kestrel {
 namespace {
@@ -264,24 +266,20 @@ TEST_F(RegisterDialog, TheFreeSizeIsEditedAndTakesAReferencePaperInItsUnit) {
   EXPECT_EQ(answer.record.Public.dmPaperLength, 381);
 }
 
+// golden/register_help.txt: the help of each control and where the keyboard goes.
 TEST_F(RegisterDialog, TheKeyboardGoesDownTheLeftSideAndHelpFollows) {
-  const std::pair<Step, UINT> rows[] = {
-      {Focus(kName), 2370}, {Tab(), 2370},  // the unit says so when it is clicked
-      {Tab(), 2373},        {Tab(), 2374}, {Click(kInchButton), 2395}, {Focus(kGap), 2375},
-      {Tab(), 2371},        {Tab(), 2372}, {Click(kMmButton), 2394},   {Click(kWholeLabel), 2382}};
-  Steps steps = {Click(kFreeEdit), Click(kReference),
-                 Click(IDCANCEL),  ExpectText(IDC_HELP_TEXT, u"データ参照画面を表示します。"),
+  std::u16string told;
+  const auto help = [&](Desk& desk) {
+    told += Number(desk.FocusedId()) + u" " + desk.Text(IDC_HELP_TEXT) + u"\n";
+  };
+  Steps steps = {Click(kFreeEdit), Click(kReference), Click(IDCANCEL), help,
                  Click(IDCANCEL),  Click(kRegister)};
-  for (const auto& [use, id] : rows) {
-    WCHAR text[512];
-    LoadStringW(module_, id, text, 512);
-    const std::u16string whole = text, help = whole.substr(0, whole.find(u'%'));
-    steps += {use, [=](Desk& desk) { EXPECT_EQ(desk.Text(IDC_HELP_TEXT).find(help), 0u) << id; }};
-  }
-  Cancel(kPaperTab, {steps, Tab(), ExpectFocus(IDOK), Focus(kLength),
-                     ExpectText(IDC_HELP_TEXT,
-                                u"用紙長さサイズを設定します。（指定範囲10.0mmから163.0mmです。）"),
-                     Click(IDCANCEL)});
+  for (const Step& use :
+       {Focus(kName), Tab(), Tab(), Tab(), Click(kInchButton), Focus(kGap), Tab(), Tab(), Tab(),
+        Click(kMmButton), Focus(kLength), Click(kWholeLabel), Tab()})
+    steps += {use, help};
+  Cancel(kPaperTab, {steps, Click(IDCANCEL)});
+  EXPECT_EQ(platform::ToUtf8(told), Golden("register_help.txt"));
 }
 
 }  // namespace
