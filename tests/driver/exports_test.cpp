@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
 #include <set>
 #include <tuple>
 
+#include "platform/system/guard.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/fault_walk.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
@@ -22,17 +23,18 @@ class EntryPoints : public support::MachineTest {
  protected:
   DEVMODEW* In() { return &in_.Record.Public; }
   DEVMODEW* Out() { return reinterpret_cast<DEVMODEW*>(out_); }
-  // What a call answers, the last error when it failed, and how far it wrote into out_.
-  template <typename Call>
-  std::string Told(Call call) {
-    std::fill_n(out_, sizeof out_, BYTE{0xCD});
-    SetLastError(0);
-    const auto answer = static_cast<LONG>(call());
+  EntryPoints() { Told(0); }
+  // What a call answered, the last error when it failed, and how far it wrote into out_; both are
+  // then fresh for the next.
+  std::string Told(LONG answer) {
     std::string told = std::to_string(answer);
     if (answer <= 0) told += " error " + std::to_string(GetLastError());
     size_t written = sizeof out_;
     while (written > 0 && out_[written - 1] == 0xCD) --written;
-    return written == 0 ? told : told + " wrote " + std::to_string(written);
+    if (written > 0) told += " wrote " + std::to_string(written);
+    std::fill_n(out_, sizeof out_, BYTE{0xCD});
+    SetLastError(0);
+    return told;
   }
   // These lack what is named by its first letter: input, output, printer, size.
   static bool Given(std::string_view without, char what) {
@@ -51,6 +53,10 @@ class EntryPoints : public support::MachineTest {
                                           Given(without, 'o') ? Out() : nullptr,
                                           Given(without, 'i') ? In() : nullptr, mode);
   }
+  std::pair<DWORD, std::vector<std::byte>> Kept(const char16_t* value) {
+    const auto data = machine().Data(kPrinter, value).value();
+    return {data.type, data.bytes};
+  }
   LONG Event(int event) { return exports_.DrvPrinterEvent(name_.data(), event, 0, 0); }
 
   std::u16string name_ = kPrinter;
@@ -58,67 +64,53 @@ class EntryPoints : public support::MachineTest {
   alignas(8) BYTE out_[3000];
 };
 
+// golden/arguments.txt: calls by their name, mode and what they lack (see Given), and their
+// answers.
 TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
-  // What is told: a record written, its size, the size asked for, nothing to do, a parameter that
-  // is missing, a sheet cancelled at once.
-  const std::map<std::string, char> kLetters = {
-      {"452 wrote 452", 'w'},  {"1 wrote 452", 'w'}, {"452", '4'},
-      {"-452 error 122", 's'}, {"1", '1'},           {"-452 error 87", '-'},
-      {"-451 error 87", '-'},  {"-1 error 87", '-'}};
-  const auto letter = [&](auto call) {
-    const std::string told = Told(call);
-    return told.starts_with("0 ") ? 'c' : kLetters.at(told);
+  std::string all;
+  const auto tell = [&](std::string what, int mode, std::string_view without, LONG answer) {
+    const std::string told = Told(answer);
+    const bool cancelled = what == "properties" && told.starts_with("0 ");
+    all += what + ' ' + std::to_string(mode) + ' ' + std::string(without) + ": " +
+           (cancelled ? "cancelled" : told) + '\n';
   };
-  std::string told;
   for (const DWORD mode : {CDM_CONVERT, CDM_DRIVER_DEFAULT, CDM_CONVERT351, DWORD{0}, DWORD{5}})
     for (const char* without : {"", "i", "o", "s", "p", "op"})
       for (const LONG size : {451, 452})
-        told += letter([&] { return Convert(mode, without, size); });
-  EXPECT_EQ(told, "sw------s---swswss--s-ss" + std::string(36, '-'));
-  EXPECT_EQ(Told([&] { return Convert(CDM_CONVERT, "", -1); }), "-452 error 122");
+        tell("convert to " + std::to_string(size), mode, without, Convert(mode, without, size));
+  tell("convert to -1", CDM_CONVERT, "", Convert(CDM_CONVERT, "", -1));
   const support::OpenedPrinter printer;
-  told.clear();
   for (const DWORD mode : {DWORD{0}, DM_UPDATE, DM_COPY, DM_MODIFY, DM_COPY | DM_MODIFY,
                            DM_COPY | DM_PROMPT, DM_PROMPT | DM_MODIFY, DWORD{256}})
     for (const char* without : {"", "i", "o", "io"})
-      told += letter([&] { return Resolve(printer, mode, without); });
-  EXPECT_EQ(told, "4444ww44ww--1-4-w---cc--c-c-1144");
-
-  ULONG size = 452;
+      tell("properties", mode, without, Resolve(printer, mode, without));
+  tell("properties", 0, "iop", Resolve(nullptr, 0, "io"));
+  tell("advanced", 0, "op", exports_.DrvAdvancedDocumentProperties(0, printer, 0, 0, In()));
   DOCUMENTPROPERTYHEADER header = {sizeof header, 0, printer, name_.data(), nullptr, Out(), 7, 0};
-  const auto address = reinterpret_cast<LPARAM>(&header);
-  const std::pair<std::function<LONG()>, const char*> kCalls[] = {
-      {[&] { return Resolve(nullptr, 0, "io"); }, "452"},
-      {[&] {
-         return exports_.DrvAdvancedDocumentProperties(nullptr, printer, nullptr, nullptr, In());
-       },
-       "-1 error 87"},
-      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, address); }, "452"},
-      {[&] { return LONG(header.cbOut); }, "452"},
-      {[&] { return LONG(header.fMode = DM_COPY); }, "2"},
-      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, address); }, "1 wrote 452"},
-      {[&] { return exports_.DrvDocumentPropertySheets(nullptr, 0); }, "-1 error 0"},
-      {[&] { return exports_.DrvDevicePropertySheets(nullptr, address); }, "-1 error 0"},
-      {[&] { return exports_.DrvDevicePropertySheets(nullptr, 0); }, "-1 error 0"},
-      {[&] { return exports_.DrvUpgradePrinter(0, out_); }, "0 error 87"},
-      {[&] { return exports_.DrvUpgradePrinter(1, out_); }, "1"},
-      {[&] { return exports_.DrvUpgradePrinter(2, out_); }, "1"},
-      {[&] { return exports_.DrvUpgradePrinter(2, nullptr); }, "0 error 87"},
-      {[&] { return exports_.DrvUpgradePrinter(3, out_); }, "0 error 87"},
-      {[&] { return exports_.DevQueryPrint(nullptr, nullptr, &size); }, "1"},
-      {[&] { return LONG(size); }, "0 error 0"},
-      {[&] { return exports_.DevQueryPrint(nullptr, nullptr, nullptr); }, "1"},
-      {[&] { return exports_.DevQueryPrintEx(nullptr); }, "1"},
-      {[&] { return exports_.DrvDocumentEvent(nullptr, nullptr, 1, 9, out_, 9, out_); },
-       "0 error 0"},
-      {[&] { return exports_.DrvQueryColorProfile(nullptr, nullptr, 0, out_, &size, nullptr); },
-       "0 error 50"},
-  };
-  for (const auto& row : kCalls) EXPECT_EQ(Told(row.first), row.second) << &row - kCalls;
+  for (const DWORD mode : {DWORD{0}, DM_COPY}) {
+    header.fMode = mode;
+    for (const auto given : {reinterpret_cast<LPARAM>(&header), LPARAM{0}}) {
+      const char* without = given == 0 ? "i" : "";
+      tell("document sheets", mode, without, exports_.DrvDocumentPropertySheets(nullptr, given));
+      tell("device sheets", mode, without, exports_.DrvDevicePropertySheets(nullptr, given));
+    }
+  }
+  EXPECT_EQ(header.cbOut, 452);
+  ULONG size = 452;
+  for (const char* without : {"", "o"}) {
+    const bool given = Given(without, 'o');
+    for (DWORD level = 0; level < 4; ++level)
+      tell("upgrade", level, without, exports_.DrvUpgradePrinter(level, given ? out_ : nullptr));
+    tell("query", 0, without, exports_.DevQueryPrint(0, 0, given ? &size : nullptr));
+  }
+  EXPECT_EQ(size, 0u);
+  tell("query", 1, "", exports_.DevQueryPrintEx(nullptr));
+  tell("event of a document", 1, "", exports_.DrvDocumentEvent(0, 0, 1, 9, out_, 9, out_));
+  tell("profile", 0, "", exports_.DrvQueryColorProfile(0, 0, 0, out_, &size, 0));
   machine().SetPermission(kPrinter, false, true);  // initialisation needs administering rights
-  told.clear();
-  for (int event = -1; event < 10; ++event) told += Told([&] { return Event(event); }) + ", ";
-  EXPECT_EQ(told, "0 error 87, 0 error 87, 1, 1, 1, 1, 1, 1, 1, 1, 0 error 87, ");
+  for (int event = -1; event < 10; ++event)
+    tell("event " + std::to_string(event), 0, "", Event(event));
+  EXPECT_EQ(all, support::Golden("arguments.txt"));
   EXPECT_TRUE(machine().AllData(kPrinter).empty()) << "nothing is stored";
   EXPECT_TRUE(machine().DefaultRecord(kPrinter).empty());
 }
@@ -144,17 +136,15 @@ TEST_F(EntryPoints, SheetsTellTheirResult) {
     return exports_.DrvAdvancedDocumentProperties(nullptr, printer, name_.data(), Out(), In());
   };
   machine().faults.FailFrom(platform::Fault::kModule, 1);
-  EXPECT_EQ(Told(prompt) + ", " + Told(properties), "-1 error 126, 0 error 126");
+  EXPECT_EQ((std::vector<std::string>{Told(prompt()), Told(properties())}),
+            (std::vector<std::string>{"-1 error 126", "0 error 126"}));
   machine().faults.Clear();
   machine().RegisterModule(u"compstui.dll", {});  // without its function
-  EXPECT_EQ(Told(prompt) + ", " + Told(properties), "-1 error 127, 0 error 127");
-  const auto permission = machine().Data(kPrinter, u"Permission").value();
-  EXPECT_EQ(permission.type, REG_DWORD);
-  EXPECT_EQ(permission.bytes, BytesOf(DWORD{1}));
-
-  machine().RegisterModule(
-      u"compstui.dll", {{"CommonPropertySheetUIW",
-                         reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(PretendSheet))}});
+  EXPECT_EQ((std::vector<std::string>{Told(prompt()), Told(properties())}),
+            (std::vector<std::string>{"-1 error 127", "0 error 127"}));
+  EXPECT_EQ(Kept(u"Permission"), std::pair(REG_DWORD, BytesOf(DWORD{1})));
+  machine().RegisterModule(u"compstui.dll",
+                           {{"CommonPropertySheetUIW", platform::AsEntryPoint(PretendSheet)}});
   const std::pair<LONG, DWORD> kAnswers[] = {
       {1, CPSUI_CANCEL}, {0, CPSUI_OK}, {1, CPSUI_RESTARTWINDOWS}, {-1, CPSUI_OK}};
   for (const auto& answer : kAnswers) {
@@ -178,15 +168,15 @@ TEST_F(EntryPoints, JobAttributesFollowTheGivenRecord) {
   for (const DWORD level : {1u, 2u, 3u, 4u, 5u}) {
     for (DEVMODEW* input : {In(), static_cast<DEVMODEW*>(nullptr)}) {
       const bool resolution = level == 3 || level == 4;
-      std::vector<std::byte> expected(sizeof out_, std::byte{0xCD});
+      auto expected = std::vector(sizeof out_, std::byte{0xCD});
       if (resolution || level == 2) support::Put(expected.data(), 28, 0);
       if (resolution && input != nullptr) support::Put(expected.data(), 32, 300 << 16 | 305);
-      Told([&] { return exports_.DrvQueryJobAttributes(printer, input, level, out_); });
+      EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, input, level, out_));
       EXPECT_EQ(BytesOf(out_), expected) << level;
+      Told(0);
     }
   }
-  EXPECT_EQ(Told([&] { return exports_.DrvQueryJobAttributes(nullptr, In(), 3, out_); }),
-            "0 error 6");
+  EXPECT_EQ(Told(exports_.DrvQueryJobAttributes(nullptr, In(), 3, out_)), "0 error 6");
   EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, In(), 3, nullptr));
 }
 
@@ -198,36 +188,31 @@ TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
   auto stored = in_;
   stored.Record.Private.Position = 5;
   stored.Printer.PaperNum = 3;
-  const struct {
-    std::function<LONG()> call;
-    std::set<std::string> outcomes;
-  } kCalls[] = {
-      {[&] { return Convert(CDM_CONVERT, "", 452); },
-       {"452 wrote 452 of 5", "452 wrote 452 of 1", "-452 error 87", "no memory: 0 error 0"}},
-      {[&] { return Convert(CDM_DRIVER_DEFAULT, "", 452); },
-       {"452 wrote 452 of 5", "452 wrote 452 of 1", "-452 error 87", "no memory: 0 error 0"}},
-      {[&] { return Resolve(printer, DM_COPY | DM_MODIFY, ""); },
-       {"1 wrote 452 of 5", "1 wrote 452 of 1", "no memory: 0 error 0"}},
-      {[&] { return exports_.DrvDeviceCapabilities(printer, name_.data(), DC_PAPERS, out_, In()); },
-       {"4 wrote 8", "2 wrote 4", "no memory: -1 error 0"}},
-      {[&] {
+  const std::pair<const char*, std::function<LONG()>> kCalls[] = {
+      {"convert", [&] { return Convert(CDM_CONVERT, "", 452); }},
+      {"default", [&] { return Convert(CDM_DRIVER_DEFAULT, "", 452); }},
+      {"properties", [&] { return Resolve(printer, DM_COPY | DM_MODIFY, ""); }},
+      {"papers",
+       [&] {
+         return exports_.DrvDeviceCapabilities(printer, name_.data(), DC_PAPERS, out_, In());
+       }},
+      {"names",
+       [&] {
          return exports_.DrvSplDeviceCaps(printer, name_.data(), DC_MEDIAREADY, out_, 999, nullptr);
-       },
-       {"4 wrote 512", "2 wrote 256", "no memory: -1 error 0"}},
-      {[&] { return exports_.DrvQueryJobAttributes(printer, In(), 3, out_); },
-       {"0 error 122 wrote 36", "0 error 1722", "no memory: 0 error 122", "no memory: 0 error 8"}},
-      {[&] { return Event(PRINTER_EVENT_INITIALIZE); },
-       {"1 stored 1 module", "1 stored 1", "1 stored 3 module", "1 stored 3",
-        "no memory: 1 stored 1 module", "no memory: 1 stored 3 module"}},
-  };
-  for (const auto& [call, outcomes] : kCalls) {
+       }},
+      {"attributes", [&] { return exports_.DrvQueryJobAttributes(printer, In(), 3, out_); }},
+      {"initialise", [&] { return Event(PRINTER_EVENT_INITIALIZE); }}};
+  std::string all;
+  for (const auto& [name, call] : kCalls) {
     std::set<std::string> found;
     std::string told;
     const auto fresh = [&] {
       support::StoreBlock(machine(), stored);
       machine().RemoveData(kPrinter, u"SPLUserModePrinterDriver");
-      told = Told(call);
-      if (told.ends_with("wrote 452")) told += " of " + std::to_string(At(out_, 436));
+      const LONG answer = call();
+      const int position = At(out_, 436);
+      told = Told(answer);
+      if (told.ends_with("wrote 452")) told += " of " + std::to_string(position);
       const int papers = support::KeptPrinterPart(machine()).PaperNum;
       if (told == "1") told += " stored " + std::to_string(papers);
       if (machine().Data(kPrinter, u"SPLUserModePrinterDriver")) told += " module";
@@ -237,13 +222,12 @@ TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
       found.insert((kind == kAllocation && struck && !wrote ? "no memory: " : "") + told);
     };
     support::WalkFaults(machine(), {kAllocation, kSpooler, kFile, kModule, kRegistry}, fresh, note);
-    EXPECT_EQ(found, outcomes);
+    for (const std::string& outcome : found) all += name + (": " + outcome) + '\n';
   }
+  EXPECT_EQ(all, support::Golden("outcomes.txt"));
   // The last of them has initialised the printer.
-  const auto module = machine().Data(kPrinter, u"SPLUserModePrinterDriver").value();
-  const auto part = machine().Data(kPrinter, u"Private DevMode").value();
-  EXPECT_EQ(std::pair(module.type, module.bytes), std::pair(REG_SZ, BytesOf(u"QM610rDRV2", 20)));
-  EXPECT_EQ(std::pair(part.type, part.bytes), std::pair(REG_BINARY, BytesOf(in_.Printer)));
+  EXPECT_EQ(Kept(u"SPLUserModePrinterDriver"), std::pair(REG_SZ, BytesOf(u"QM610rDRV2", 20)));
+  EXPECT_EQ(Kept(u"Private DevMode"), std::pair(REG_BINARY, BytesOf(in_.Printer)));
   EXPECT_EQ(machine().AllData(kPrinter).size(), 2u);
 }
 
