@@ -96,38 +96,28 @@ TEST_F(Records, PublicFieldsFollowThePrivateOnes) {
                           record.dmPrintQuality, record.dmYResolution}),
               (std::array{id, width, length, resolution, resolution}));
   }
-  FillPublicFields(block_, nullptr, u"\\\\server\\Label,LPT1:");
-  EXPECT_EQ(record.dmDeviceName, std::u16string(u"\\\\server\\Label")) << "only the port goes";
-  FillPublicFields(block_, nullptr, nullptr);
-  EXPECT_EQ(record.dmDeviceName, std::u16string());
+  for (const WCHAR* name : {u"\\\\server\\Label,LPT1:", static_cast<const WCHAR*>(nullptr)}) {
+    FillPublicFields(block_, nullptr, name);
+    EXPECT_EQ(record.dmDeviceName, std::u16string(name != nullptr ? u"\\\\server\\Label" : u""))
+        << "only the port goes";
+  }
 }
 
 TEST_F(Records, BelongToAPrinterByItsName) {
-  const auto belongs = [&](const WCHAR* printer, const WCHAR* device) {
+  for (const std::string& row : support::GoldenRows("printer_names.txt")) {
+    SCOPED_TRACE(row);
+    const std::u16string names(row.begin(), row.end() - 2),
+        printer = names.substr(0, names.find(u'|'));
     auto block = DefaultBlock(u"");
-    std::u16string(device).copy(block.Record.Public.dmDeviceName, 32);
-    const unsigned mask = CheckSettingsRecord(RecordView(&block.Record), printer);
+    names.copy(block.Record.Public.dmDeviceName, 32, printer.size() + 1);
+    const unsigned mask = row.ends_with('0') * kOtherDevice;
+    EXPECT_EQ(CheckSettingsRecord(RecordView(&block.Record), printer.c_str()), mask);
     machine().SetOs({.major = 6});
-    EXPECT_TRUE(IsOwnSettingsRecord(block.Record, printer));
+    EXPECT_TRUE(IsOwnSettingsRecord(block.Record, printer.c_str()));
     machine().SetOs({.major = 5, .minor = 2});
-    EXPECT_EQ(IsOwnSettingsRecord(block.Record, printer), mask == 0);
-    EXPECT_TRUE(mask == 0 || mask == kOtherDevice);
-    return mask == 0;
-  };
-  const std::tuple<const WCHAR*, const WCHAR*, bool> kCases[] = {
-      {u"Label Printer", u"Label", true},          {u"Label", u"Laser", false},
-      {u"Label", u"Label Printer", true},          {nullptr, u"Label", true},
-      {u"Label Printer", u"label", false},         {u"Label", u"", true},
-      {u"\\\\srv\\Label,LPT1:", u"Label", true},   {u",x", u"Label", true},
-      {u"Label", u"\\\\other\\Label,x", true},     {u"a\\", u"Label", true},
-      {u"\\\\server\\Label", u"\\\\serve", false}, {u"Label 2", u"Label 1", false}};
-  for (const auto& [printer, device, same] : kCases) EXPECT_EQ(belongs(printer, device), same);
-  // dmDeviceName is full, within the server's name, and without a terminator.
-  EXPECT_TRUE(
-      belongs(u"\\\\warehouse-host-01.example.org\\Label,x", u"\\\\warehouse-host-01.example.org"));
-  EXPECT_FALSE(
-      belongs(u"\\\\warehouse-host-02.example.org\\Label", u"\\\\warehouse-host-01.example.org"));
-  EXPECT_TRUE(belongs(std::u16string(40, u'x').c_str(), std::u16string(32, u'x').c_str()));
+    EXPECT_EQ(IsOwnSettingsRecord(block.Record, printer.c_str()), mask == 0);
+  }
+  EXPECT_EQ(CheckSettingsRecord(RecordView(&block_.Record), nullptr), 0u);
 }
 
 TEST_F(Records, PublicFieldsMergeByTheirRules) {

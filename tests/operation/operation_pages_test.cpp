@@ -5,6 +5,7 @@
 #include "operation/halftone_ui.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/option_table.h"
+#include "platform/system/guard.h"
 #include "resources/resource.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
@@ -16,11 +17,6 @@ using namespace support;
 
 const std::u16string kPrinters = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 const std::u16string kKey = kPrinters + u"Label Printer\\PrinterDriverData";
-
-template <typename Proc>
-FARPROC AnyEntry(Proc* proc) {
-  return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(proc));
-}
 
 constexpr DWORD kAbsent = 0xFFFFFFFF;
 
@@ -137,8 +133,9 @@ LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
 }
 
 TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
-  machine().RegisterModule(u"htui.dll", {{"HTUI_ColorAdjustmentW", AnyEntry(FakeColor)},
-                                         {"HTUI_DeviceColorAdjustmentW", AnyEntry(FakeDevice)}});
+  machine().RegisterModule(u"htui.dll",
+                           {{"HTUI_ColorAdjustmentW", platform::AsEntryPoint(FakeColor)},
+                            {"HTUI_DeviceColorAdjustmentW", platform::AsEntryPoint(FakeDevice)}});
   DEVHTINFO own = DefaultHalftoneInfo();
   const DWORD factory = std::exchange(own.HTPatternSize, 5);
   DriverSettingsBlock block = DefaultBlock();
@@ -174,9 +171,7 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
               EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
             },
             PressOk()});
-}
-
-TEST_F(OperationPage, ToleratesAMissingHalftoneLibrary) {
+  // Nothing is told of a library that is missing or lacks its functions.
   machine().RegisterModule(u"htui.dll", {});
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),
          [&](Desk&) { machine().faults.FailNth(platform::Fault::kModule, 1); },
@@ -219,8 +214,9 @@ class DevicePage : public SheetTest {
   void SetUp() override {
     SheetTest::SetUp();
     result = 1;
-    machine().RegisterModule(kLibrary, {{"RtlGetModeComW", AnyEntry(&Answer<0xFF, 30>)},
-                                        {"RtlGetVersionComW", AnyEntry(&Answer<0, 50>)}});
+    machine().RegisterModule(kLibrary,
+                             {{"RtlGetModeComW", platform::AsEntryPoint(&Answer<0xFF, 30>)},
+                              {"RtlGetVersionComW", platform::AsEntryPoint(&Answer<0, 50>)}});
   }
   // Opens the page over a printer, asks by a button, closes the boxes that follow and looks. The
   // mode and density kept then.
@@ -286,17 +282,15 @@ TEST_F(DevicePage, TellsOfEachFailure) {
 }
 
 TEST_F(DevicePage, ShowsTheVersionsOfThePrinter) {
-  const std::tuple<std::string, std::string, std::u16string, std::u16string> cases[] = {
-      {"0123456789ABCDEF", std::string("\x83\x5C\0X", 4), u"0123456789ABCDEF", u"ソ"},
-      {std::string("\xCA\xDE\0junk", 7), "abcdefgh" + std::string(26, 'x'), u"ﾊﾞ", u"abcdefgh"}};
-  for (const auto& [firmware, font, firmwareShown, fontShown] : cases) {
-    reply = firmware;
-    reply.resize(16);
-    reply += font;
+  const auto ask = [&](std::string told, std::u16string firmware, std::u16string font) {
+    reply = told;
     Ask(0, 203, IDC_DEVICE_QUERY_VERSION, {},
-        {ExpectText(IDC_DEVICE_FIRMWARE_VERSION, firmwareShown),
-         ExpectText(IDC_DEVICE_FONT_VERSION, fontShown)});
-  }
+        {ExpectText(IDC_DEVICE_FIRMWARE_VERSION, firmware),
+         ExpectText(IDC_DEVICE_FONT_VERSION, font)});
+  };
+  ask(std::string("0123456789ABCDEF\x83\x5C\0X", 20), u"0123456789ABCDEF", u"ソ");
+  ask(std::string("\xCA\xDE\0junk890123456abcdefgh", 24) + std::string(26, 'x'), u"ﾊﾞ",
+      u"abcdefgh");
 }
 
 }  // namespace

@@ -58,10 +58,7 @@ class PropertySheets : public support::MachineTest {
     }
     calls.clear();
   }
-  LONG End() {
-    DropPages();
-    return Ask(PROPSHEETUI_REASON_DESTROY);
-  }
+  LONG End() { return DropPages(), Ask(PROPSHEETUI_REASON_DESTROY); }
   // The session's description of a page for the old road.
   void ExpectDescribed(int i) {
     const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[3 * i + 1]);
@@ -93,45 +90,41 @@ class PropertySheets : public support::MachineTest {
 };
 
 // The system's functions for activation contexts, recorded with the pages that there are meanwhile.
-struct Contexts {
-  static inline std::string log;
-  static BOOL Note(const char* what, const void* given) {
-    log += what + std::to_string(reinterpret_cast<ULONG_PTR>(given)) + ":" +
-           std::to_string(platform::LivePropertySheetPages()) + " ";
-    return TRUE;
-  }
-  static HANDLE WINAPI Create(PCACTCTXW context) {
-    Note("create", context->lpResourceName);
-    return reinterpret_cast<HANDLE>(81);
-  }
-  static BOOL WINAPI Activate(HANDLE context, ULONG_PTR* cookie) {
-    *cookie = 9;
-    return Note("on", context);
-  }
-  static BOOL WINAPI Deactivate(DWORD, ULONG_PTR cookie) {
-    return Note("off", reinterpret_cast<HANDLE>(cookie));
-  }
-  static void WINAPI Release(HANDLE context) { Note("release", context); }
-};
+std::string contexts;
+template <typename Given>
+BOOL Note(const char* what, Given given) {
+  contexts += what + std::to_string((ULONG_PTR)given) + ':' +
+              std::to_string(platform::LivePropertySheetPages()) + ' ';
+  return TRUE;
+}
+HANDLE WINAPI Create(PCACTCTXW context) {
+  Note("create", context->lpResourceName);
+  return reinterpret_cast<HANDLE>(81);
+}
+BOOL WINAPI Activate(HANDLE context, ULONG_PTR* cookie) {
+  *cookie = 9;
+  return Note("on", context);
+}
+BOOL WINAPI Deactivate(DWORD, ULONG_PTR cookie) { return Note("off", cookie); }
+void WINAPI Release(HANDLE context) { Note("release", context); }
 
 TEST_F(PropertySheets, CreateThePagesWithinTheManifestsContextWhereThereIsOne) {
   // Windows 2000 has none of the four; one alone is of no use.
   const platform::Machine::EntryPoints all = {
-      {"CreateActCtxW", platform::AsEntryPoint(Contexts::Create)},
-      {"ActivateActCtx", platform::AsEntryPoint(Contexts::Activate)},
-      {"DeactivateActCtx", platform::AsEntryPoint(Contexts::Deactivate)},
-      {"ReleaseActCtx", platform::AsEntryPoint(Contexts::Release)}};
+      {"CreateActCtxW", platform::AsEntryPoint(Create)},
+      {"ActivateActCtx", platform::AsEntryPoint(Activate)},
+      {"DeactivateActCtx", platform::AsEntryPoint(Deactivate)},
+      {"ReleaseActCtx", platform::AsEntryPoint(Release)}};
   for (const auto& some : {platform::Machine::EntryPoints(), {*all.begin()}, all}) {
-    EXPECT_EQ(Contexts::log, "");
+    EXPECT_EQ(contexts, "");
     machine().RegisterModule(u"kernel32.dll", some);
     ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
     EXPECT_EQ(platform::LivePropertySheetPages(), 6);
     End();
   }
-  EXPECT_EQ(
-      Contexts::log,
-      "create2:0 on81:0 off9:1 on81:1 off9:2 on81:2 off9:3 on81:3 off9:4 on81:4 off9:5 on81:5 "
-      "off9:6 release81:6 ");
+  EXPECT_EQ(contexts,
+            "create2:0 on81:0 off9:1 on81:1 off9:2 on81:2 off9:3 on81:3 off9:4 on81:4 off9:5 "
+            "on81:5 off9:6 release81:6 ");
 }
 
 TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
