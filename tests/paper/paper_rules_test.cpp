@@ -3,7 +3,9 @@
 
 #include "paper/paper_checks.h"
 #include "paper/paper_limits.h"
+#include "platform/system/text.h"
 #include "tests/paper/paper_fixture.h"
+#include "tests/support/bin_dir.h"
 
 namespace kestrel {
 namespace {
@@ -96,39 +98,32 @@ TEST_F(PaperRules, NamesAreRefusedInTheOrderOfTheRules) {
   EXPECT_TRUE(CheckPaperName(block, std::u16string(63, u'x').c_str(), -1).Passed());
 }
 
+// golden/paper_sizes.txt: by unit, the limits; for each size, with those behind it too large, the
+// message and bound of one that does not fit 16 bits, just below, just above, smallest and largest.
 TEST(PaperSizes, AreCheckedInOrderAndWithinTheirLimits) {
-  constexpr int16_t kLimits[2][16] = {
-      {100, 580, 100, 1630, 0, 80, 0, 124, 0, 440, 0, 1630, 284, 480, 160, 1600},
-      {394, 2283, 394, 6417, 0, 315, 0, 488, 0, 1732, 0, 6417, 1118, 1890, 630, 6299}};
-  constexpr struct {
-    int PaperSizes::*size;
-    int limit;
-    UINT messages[2][2];  // by unit, of a size below and one above
-  } kRules[] = {{&PaperSizes::width, 0, {{2204, 2206}, {2208, 2210}}},
-                {&PaperSizes::length, 2, {{2205, 2207}, {2209, 2211}}},
-                {&PaperSizes::eyeMark, 6, {{2215, 2213}, {2216, 2214}}},
-                {&PaperSizes::gap, 4, {{2219, 2217}, {2220, 2218}}}};
+  const PaperLimits millimetres = BuildPaperLimits(203);
+  std::u16string told;
   for (const int unit : {kMillimetre, kInch}) {
     PaperLimits limits = BuildPaperLimits(203, unit);
-    EXPECT_EQ(memcmp(&limits, kLimits[unit], sizeof limits), 0);
-    // Each wrong size hides those behind it; none is cut to 16 bits before.
-    PaperSizes sizes = {70000, 70000, 70000, 70000};
-    for (const auto& [size, limit, messages] : kRules) {
-      const int minimum = kLimits[unit][limit], maximum = kLimits[unit][limit + 1];
-      for (const int value : {70000, minimum - 1, maximum + 1}) {
+    for (size_t at = 0; at < sizeof limits; at += 2) told += Number(At(&limits, at)) + u' ';
+    PaperSizes sizes = {65836, 65836, 65836, 65836};
+    for (const auto& [size, limit] : {std::pair{&PaperSizes::width, limits.width},
+                                      {&PaperSizes::length, limits.length},
+                                      {&PaperSizes::eyeMark, limits.eyeMark},
+                                      {&PaperSizes::gap, limits.gap}}) {
+      told += u'\n';
+      for (const int value :
+           {65836, limit.minimum - 1, limit.maximum + 1, int{limit.minimum}, int{limit.maximum}}) {
         sizes.*size = value;
         const PaperVerdict verdict = CheckPaperSizes(sizes, limits, unit);
-        EXPECT_EQ(verdict.message, messages[unit][value > maximum]);
-        EXPECT_EQ(verdict.bound, value > maximum ? maximum : minimum) << verdict.message;
+        told += Number(static_cast<int>(verdict.message)) + u' ' + Number(verdict.bound) + u' ';
       }
-      sizes.*size = limit == 0 ? maximum : minimum;
     }
-    EXPECT_TRUE(CheckPaperSizes(sizes, limits, unit).Passed());
-    sizes = {kLimits[unit][0], kLimits[unit][3], kLimits[unit][7], kLimits[unit][5]};
-    EXPECT_TRUE(CheckPaperSizes(sizes, limits, unit).Passed());
+    told += u'\n';
     ConvertPaperLimits(limits, unit, kMillimetre);
-    EXPECT_EQ(memcmp(&limits, kLimits[0], sizeof limits), 0);
+    EXPECT_EQ(memcmp(&limits, &millimetres, sizeof limits), 0);
   }
+  EXPECT_EQ(platform::ToUtf8(told), Golden("paper_sizes.txt"));
   EXPECT_EQ(BuildPaperLimits(305).eyeMark.maximum, 82);
   EXPECT_EQ(BuildPaperLimits(305, kInch).eyeMark.maximum, 323);
 }

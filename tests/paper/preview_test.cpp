@@ -117,39 +117,32 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
   Cancel(kPaperTab, {Click(kPageWholeLabel), look});
 }
 
-// The layout alone in a box of 200 pixels' width: where each label begins and ends, its printable
-// area likewise, and the height of its bars.
-std::vector<std::u16string> LayOut(const PaperInfo& paper, int height,
-                                   PreviewPlace place = PreviewPlace::kPage) {
-  PreviewLabel labels[kMaxPreviewLabels] = {};
-  std::vector<std::u16string> strip(
-      static_cast<size_t>(LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels)));
-  for (size_t i = 0; i < strip.size(); ++i) {
-    const auto& [label, printable, picture, eyeMark] = labels[i];
-    strip[i] = Numbers({label.top, label.bottom, printable.top, printable.bottom, eyeMark});
-  }
-  return strip;
-}
-
+// The layout alone in a box of 200 pixels' width, golden/strips.txt: where each label begins and
+// ends, its printable area likewise, and the height of its bars.
 TEST(PreviewLayout, ShowsEveryLabelOfWhichARowIsInTheBox) {
-  using Strip = std::vector<std::u16string>;
-  // 200 × 100 pixels without a gap; the next only touch the box.
-  const PaperInfo paper = Label(500, 250, 0, 50, 400);
-  EXPECT_EQ(LayOut(paper, 200), (Strip{u" 100 200 110 200 12", u" 0 100 10 110 12"}));
-  EXPECT_EQ(LayOut(paper, 202), (Strip{u" 101 201 111 202 12", u" 1 101 11 111 12", u" 0 1 0 11 0",
-                                       u" 201 301 0 0 12"}));
-  // A label that begins 4 pixels above the box keeps 8 of its bar of 12.
-  EXPECT_EQ(LayOut(Label(500, 250, 30, 0, 500), 204),
-            (Strip{u" 108 208 108 204 12", u" 0 96 0 96 8"}));
-  // Sixteen labels at most, and one of a strip that does not move on.
-  EXPECT_EQ(LayOut(Label(1000, 10, 0, 0, 9), 300).at(15), u" 120 122 120 122 6");
-  EXPECT_EQ(LayOut(Label(1000, 60, 0, 0, 9), 150).size(), 14u);
-  EXPECT_EQ(LayOut(Label(500, 250, -250, 0, 9), 300).size(), 1u);
-  EXPECT_EQ(LayOut(Label(500, 250, -300, 0, 9), 300, PreviewPlace::kDialog).size(), 1u);
-  // The strip goes on below while its distance is less than the box's bottom, whatever is seen.
-  EXPECT_EQ(LayOut(Label(500, 250, 0, 0, 9), 100, PreviewPlace::kDialog).size(), 2u);
-  // Every stored number stays in range.
-  EXPECT_EQ(LayOut(Label(1, -32768, 32767, -32768, 32767), 32767).size(), 0u);
+  std::u16string told;
+  const auto lay = [&](std::u16string what, const PaperInfo& paper, int height,
+                       PreviewPlace place = PreviewPlace::kPage) {
+    PreviewLabel labels[kMaxPreviewLabels] = {};
+    const int count = LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels);
+    told += what + u": " + Number(count);
+    for (const auto& [label, printable, picture, eyeMark] :
+         std::span(labels, static_cast<size_t>(count)))
+      told += u" |" + Numbers({label.top, label.bottom, printable.top, printable.bottom, eyeMark});
+    told += u'\n';
+  };
+  const PaperInfo paper = Label(500, 250, 0, 50, 400);  // 200 × 100 pixels
+  lay(u"the next only touch the box", paper, 200);
+  lay(u"a row of the next", paper, 202);
+  lay(u"4 pixels above the box, 8 left of the bar of 12", Label(500, 250, 30, 0, 500), 204);
+  lay(u"16 at most", Label(1000, 10, 0, 0, 9), 300);
+  lay(u"14", Label(1000, 60, 0, 0, 9), 150);
+  lay(u"no way on", Label(500, 250, -250, 0, 9), 300);
+  lay(u"backwards", Label(500, 250, -300, 0, 9), 300, PreviewPlace::kDialog);
+  lay(u"on below while the distance is less than the box's bottom", Label(500, 250, 0, 0, 9), 100,
+      PreviewPlace::kDialog);
+  lay(u"every stored number", Label(1, -32768, 32767, -32768, 32767), 32767);
+  EXPECT_EQ(platform::ToUtf8(told), Golden("strips.txt"));
   EXPECT_GT(ScaleToPreview(32767, 1e30f), 1 << 20);
   EXPECT_LT(ScaleToPreview(-32768, 1e30f), -(1 << 20));
 }
