@@ -1,8 +1,10 @@
 // Capabilities as callers ask for them, with buffers that end where nobody may write.
 #include <gtest/gtest.h>
 
-#include <map>
+#include <sstream>
 
+#include "platform/system/text.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
@@ -10,7 +12,6 @@
 namespace kestrel {
 namespace {
 
-using support::BytesOf;
 using support::kPrinter;
 
 constexpr DWORD kNo = 0xFFFFFFFF;
@@ -30,6 +31,8 @@ class Capabilities : public support::MachineTest {
   DriverSettingsBlock block_ = support::DefaultBlock();
 };
 
+// golden/capabilities.txt: the answer of each index, and the units of 16 bits of its output; names
+// as texts.
 TEST_F(Capabilities, AnswerByIndex) {
   block_.Printer.PaperNum = 2;
   block_.Printer.HeadDensity = 305;
@@ -40,36 +43,26 @@ TEST_F(Capabilities, AnswerByIndex) {
   inches.LabelHeight = 4000;
   support::StoreBlock(machine(), block_);
   block_.Record.Private.FreePaper.LabelWidth = 777;  // the caller's own
-  constexpr DWORD kAnswers[] = {kNo,    0x270F, 3, 3,   6553700, 106824260, 1,   0,   220,   232,
-                                0x0401, 0x0E01, 1, 1,   0,       1,         3,   90,  32767, kNo,
-                                1,      kNo,    0, kNo, kNo,     kNo,       kNo, kNo, kNo,   3,
-                                0,      kNo,    0, kNo, 3,       3,         kNo};
-  const WCHAR kPapers[3][64] = {u"Standard Label 58 x 68 mm",
-                                u"AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA",
-                                u"フリーサイズ"};
-  const WCHAR kMedia[3][64] = {u"Plain paper", u"Transparency", u"Glossy paper"};
-  const WCHAR kBin[24] = u"標準";
-  const std::map<WORD, std::vector<std::byte>> kOutputs = {
-      {DC_PAPERS, BytesOf(std::array<WORD, 3>{257, 258, 256})},
-      {DC_PAPERSIZE, BytesOf(std::array{580, 680, 580, 1016, 777, 680})},
-      {DC_MINEXTENT, BytesOf(std::array{100, 100})},
-      {DC_MAXEXTENT, BytesOf(std::array{580, 1630})},
-      {DC_BINS, BytesOf(WORD{256})},
-      {DC_BINNAMES, BytesOf(kBin)},
-      {DC_ENUMRESOLUTIONS, BytesOf(std::array{305, 305})},
-      {DC_PAPERNAMES, BytesOf(kPapers)},
-      {DC_MEDIAREADY, BytesOf(kPapers)},
-      {DC_MEDIATYPENAMES, BytesOf(kMedia)},
-      {DC_MEDIATYPES, BytesOf(std::array{1, 2, 3})}};
-  for (WORD index = 0; index < 37; ++index) {
-    const auto expected = kOutputs.contains(index) ? kOutputs.at(index) : std::vector<std::byte>();
-    const support::GuardedBuffer output(expected.size());
+  for (const std::string& row : support::GoldenRows("capabilities.txt")) {
+    std::istringstream words(row);
+    WORD index;
+    DWORD answer;
+    size_t units;
+    std::string expected;
+    std::getline(words >> index >> answer >> units, expected);
+    const support::GuardedBuffer output(2 * units);
     std::ranges::fill(output.bytes(), std::byte{0xCD});
-    EXPECT_EQ(Ask(index), kAnswers[index]) << index;
-    EXPECT_EQ(Ask(index, output.data(), &block_.Record.Public), kAnswers[index]) << index;
-    EXPECT_EQ(BytesOf(output.data(), output.size()), expected) << index;
+    EXPECT_EQ(Ask(index), answer) << row;
+    EXPECT_EQ(Ask(index, output.data(), &block_.Record.Public), answer) << row;
+    std::u16string text(output.As<char16_t>(), units);
+    std::string told;
+    for (char16_t& unit : text) {
+      told += ' ' + std::to_string(unit);
+      if (unit == 0) unit = u'.';
+    }
+    if (units >= 24) told = ' ' + platform::ToUtf8(text);
+    EXPECT_EQ(told, expected);
   }
-  EXPECT_EQ(Ask(0xFFFF), kNo);
 }
 
 TEST_F(Capabilities, CountPapersWhateverIsStoredAndHasRoom) {
