@@ -6,7 +6,9 @@
 #include "driver/text.h"
 #include "paper/fields/help_text.h"
 #include "paper/paper_table.h"
+#include "platform/system/text.h"
 #include "resources/resource.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -18,21 +20,21 @@ inline constexpr char16_t kFree[] = u"フリーサイズ";
 inline constexpr char16_t kPage[] = u"用紙";
 
 // Controls of the page and of the registration dialog.
-inline constexpr int kList = IDC_PAPER_LIST, kPicture = IDC_PAPER_PICTURE;
-inline constexpr int kPortrait = IDC_PAPER_PORTRAIT, kLandscape = IDC_PAPER_LANDSCAPE;
-inline constexpr int kFlip = IDC_PAPER_FLIP, kPageWholeLabel = IDC_PAPER_WHOLE_LABEL;
-inline constexpr int kVert = IDC_PAPER_VERT_BASE, kHorz = IDC_PAPER_HORZ_BASE;
-inline constexpr int kPeel = IDC_PAPER_PEEL_OFFSET, kTear = IDC_PAPER_TEAR_OFFSET;
-inline constexpr int kPitch = IDC_PAPER_PITCH_OFFSET, kRegister = IDC_PAPER_REGISTER;
-inline constexpr int kEditButton = IDC_PAPER_EDIT, kFreeEdit = IDC_PAPER_FREE_EDIT;
-inline constexpr int kName = IDC_PAPER_REGISTER_NAME, kReference = IDC_PAPER_REGISTER_REFERENCE;
-inline constexpr int kGrade = IDC_PAPER_REGISTER_GRADE, kDarkness = IDC_PAPER_REGISTER_THICKNESS;
-inline constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
-inline constexpr int kLength = IDC_PAPER_REGISTER_LENGTH, kGap = IDC_PAPER_REGISTER_GAP;
-inline constexpr int kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH;
-inline constexpr int kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL;
-inline constexpr int kDialogPicture = IDC_PAPER_REGISTER_PICTURE;
-inline constexpr int kReferenceList = IDC_PAPER_REFERENCE_LIST;
+inline constexpr int kList = IDC_PAPER_LIST, kPicture = IDC_PAPER_PICTURE,
+                     kPortrait = IDC_PAPER_PORTRAIT, kLandscape = IDC_PAPER_LANDSCAPE,
+                     kFlip = IDC_PAPER_FLIP, kPageWholeLabel = IDC_PAPER_WHOLE_LABEL,
+                     kVert = IDC_PAPER_VERT_BASE, kHorz = IDC_PAPER_HORZ_BASE,
+                     kPeel = IDC_PAPER_PEEL_OFFSET, kTear = IDC_PAPER_TEAR_OFFSET,
+                     kPitch = IDC_PAPER_PITCH_OFFSET, kRegister = IDC_PAPER_REGISTER,
+                     kEditButton = IDC_PAPER_EDIT, kFreeEdit = IDC_PAPER_FREE_EDIT,
+                     kName = IDC_PAPER_REGISTER_NAME, kReference = IDC_PAPER_REGISTER_REFERENCE,
+                     kGrade = IDC_PAPER_REGISTER_GRADE, kDarkness = IDC_PAPER_REGISTER_THICKNESS,
+                     kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN,
+                     kLength = IDC_PAPER_REGISTER_LENGTH, kGap = IDC_PAPER_REGISTER_GAP,
+                     kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH,
+                     kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL,
+                     kDialogPicture = IDC_PAPER_REGISTER_PICTURE,
+                     kReferenceList = IDC_PAPER_REFERENCE_LIST;
 
 inline std::u16string Number(int number) {
   const std::string text = std::to_string(number);
@@ -66,6 +68,9 @@ class PaperTest : public SheetTest {
   }
   // A paper that is kept, told.
   std::u16string Stored(int slot) { return Told(KeptPrinterPart(machine()).Papers[slot]); }
+  void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(told_), Golden(file)); }
+
+  std::u16string told_;
 };
 
 // A refusal, closed.

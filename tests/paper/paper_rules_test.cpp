@@ -3,9 +3,7 @@
 
 #include "paper/paper_checks.h"
 #include "paper/paper_limits.h"
-#include "platform/system/text.h"
 #include "tests/paper/paper_fixture.h"
-#include "tests/support/bin_dir.h"
 
 namespace kestrel {
 namespace {
@@ -100,30 +98,29 @@ TEST_F(PaperRules, NamesAreRefusedInTheOrderOfTheRules) {
 
 // golden/paper_sizes.txt: by unit, the limits; for each size, with those behind it too large, the
 // message and bound of one that does not fit 16 bits, just below, just above, smallest and largest.
-TEST(PaperSizes, AreCheckedInOrderAndWithinTheirLimits) {
+TEST_F(PaperRules, SizesAreCheckedInOrderAndWithinTheirLimits) {
   const PaperLimits millimetres = BuildPaperLimits(203);
-  std::u16string told;
   for (const int unit : {kMillimetre, kInch}) {
     PaperLimits limits = BuildPaperLimits(203, unit);
-    for (size_t at = 0; at < sizeof limits; at += 2) told += Number(At(&limits, at)) + u' ';
+    for (size_t at = 0; at < sizeof limits; at += 2) told_ += u' ' + Number(At(&limits, at));
     PaperSizes sizes = {65836, 65836, 65836, 65836};
     for (const auto& [size, limit] : {std::pair{&PaperSizes::width, limits.width},
                                       {&PaperSizes::length, limits.length},
                                       {&PaperSizes::eyeMark, limits.eyeMark},
                                       {&PaperSizes::gap, limits.gap}}) {
-      told += u'\n';
+      told_ += u'\n';
       for (const int value :
            {65836, limit.minimum - 1, limit.maximum + 1, int{limit.minimum}, int{limit.maximum}}) {
         sizes.*size = value;
         const PaperVerdict verdict = CheckPaperSizes(sizes, limits, unit);
-        told += Number(static_cast<int>(verdict.message)) + u' ' + Number(verdict.bound) + u' ';
+        told_ += u' ' + Number(static_cast<int>(verdict.message)) + u' ' + Number(verdict.bound);
       }
     }
-    told += u'\n';
+    told_ += u'\n';
     ConvertPaperLimits(limits, unit, kMillimetre);
     EXPECT_EQ(memcmp(&limits, &millimetres, sizeof limits), 0);
   }
-  EXPECT_EQ(platform::ToUtf8(told), Golden("paper_sizes.txt"));
+  ExpectGolden("paper_sizes.txt");
   EXPECT_EQ(BuildPaperLimits(305).eyeMark.maximum, 82);
   EXPECT_EQ(BuildPaperLimits(305, kInch).eyeMark.maximum, 323);
 }

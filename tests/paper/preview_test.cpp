@@ -2,9 +2,7 @@
 #include "paper/preview_layout.h"
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/desktop/windows/manager.h"
-#include "platform/system/text.h"
 #include "tests/paper/paper_fixture.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/fault_walk.h"
 
 namespace kestrel {
@@ -55,7 +53,6 @@ class Preview : public PaperTest {
       told_ += u"\n";
     };
   }
-  std::u16string told_;
 };
 
 // The page's box is 120 × 189 pixels, the dialog's 138 × 246: golden/previews.txt.
@@ -99,7 +96,7 @@ TEST_F(Preview, ShowsStripsSketchesAndMarkers) {
        Look(u"help", IDC_HELP_TEXT), Fill(u"", u"55.2", u"55.2", u"4.0"), Click(kWholeLabel),
        Look(u"of what was typed", kDialogPicture), sketches({kGap}, kDialogPicture),
        Click(IDCANCEL)});
-  EXPECT_EQ(platform::ToUtf8(told_), Golden("previews.txt"));
+  ExpectGolden("previews.txt");
 }
 
 // Each creation of a drawing object fails in turn: what can be drawn is, and nothing stays behind.
@@ -119,17 +116,16 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
 
 // The layout alone in a box of 200 pixels' width, golden/strips.txt: where each label begins and
 // ends, its printable area likewise, and the height of its bars.
-TEST(PreviewLayout, ShowsEveryLabelOfWhichARowIsInTheBox) {
-  std::u16string told;
+TEST_F(Preview, LaysOutEveryLabelOfWhichARowIsInTheBox) {
   const auto lay = [&](std::u16string what, const PaperInfo& paper, int height,
                        PreviewPlace place = PreviewPlace::kPage) {
     PreviewLabel labels[kMaxPreviewLabels] = {};
     const int count = LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels);
-    told += what + u": " + Number(count);
+    told_ += what + u": " + Number(count);
     for (const auto& [label, printable, picture, eyeMark] :
          std::span(labels, static_cast<size_t>(count)))
-      told += u" |" + Numbers({label.top, label.bottom, printable.top, printable.bottom, eyeMark});
-    told += u'\n';
+      told_ += u" |" + Numbers({label.top, label.bottom, printable.top, printable.bottom, eyeMark});
+    told_ += u'\n';
   };
   const PaperInfo paper = Label(500, 250, 0, 50, 400);  // 200 × 100 pixels
   lay(u"the next only touch the box", paper, 200);
@@ -142,7 +138,7 @@ TEST(PreviewLayout, ShowsEveryLabelOfWhichARowIsInTheBox) {
   lay(u"on below while the distance is less than the box's bottom", Label(500, 250, 0, 0, 9), 100,
       PreviewPlace::kDialog);
   lay(u"every stored number", Label(1, -32768, 32767, -32768, 32767), 32767);
-  EXPECT_EQ(platform::ToUtf8(told), Golden("strips.txt"));
+  ExpectGolden("strips.txt");
   EXPECT_GT(ScaleToPreview(32767, 1e30f), 1 << 20);
   EXPECT_LT(ScaleToPreview(-32768, 1e30f), -(1 << 20));
 }
