@@ -65,7 +65,7 @@ async function hinder(t, what, hindrance) {
     const { ended } = await begin(0);
     const began = performance.now();
     await ended;
-    const [whole, time] = [kept(0), performance.now() - began];
+    const [time, whole] = [performance.now() - began, kept(0)];
     for (let round = 1, old = whole; ; ++round) {
       if (name === "add") old = "";
       const end = await hindrance({ begin, round, time, ...rest });
