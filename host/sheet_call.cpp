@@ -96,8 +96,9 @@ void SheetCall::Keep() {
   if (!kind_.record) return;
   input_ = output_;
   input_.resize(RecordExtent(input_));
-  if (kind_.keptHere) machine_.SetDefaultRecord(printer(), input_);
+  // The default last: what the page is told was not kept is not the printer's default either.
   if (!out_.empty()) WriteRecordFile(out_, input_);
+  if (kind_.keptHere) machine_.SetDefaultRecord(printer(), input_);
 }
 
 std::optional<Failure> SheetCall::Hindrance() const {

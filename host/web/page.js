@@ -69,7 +69,7 @@ function showAbout({ printer, kind }) {
   if (document.title === text) return;
   document.title = text;
   about.replaceChildren();
-  make("span", "", about, { textContent: `${printer} — ` });
+  make("span", "", about, { textContent: `${printer} — `, title: printer });
   setLabel(make("span", "", about), KINDS[kind] ?? kind, false);
 }
 

@@ -84,6 +84,7 @@ test("what cannot be kept is told in time, and OK may be pressed again", async (
   const full = await changed(pc, 8, "--out", "/dev/full");
   await full.act(OK);
   await full.act({ action: "click", id: OK_BUTTON });
+  assert.notEqual(kept(pc), 8);
   const removed = await changed(pc, 9);
   pc.done("remove", PRINTER);
   for (const [{ sheet, act }, last, why] of [[full, { ...OK, button: "cancel" }, /No space left/], [removed, OK, /removed/]]) {
