@@ -2,7 +2,8 @@
 // of its window in their order, so that Tab walks through them as on the desktop.
 import { createControl, updateControl } from "./controls.js";
 import { across, down, make, setLabel } from "./dom.js";
-import { nameControls } from "./labels.js";
+import { glossIsOn } from "./gloss.js";
+import { groupAround, nameControls } from "./labels.js";
 
 const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"]];
 // Message box icons by the high digit of the style.
@@ -39,8 +40,20 @@ function updateControls(frame, views, link) {
     frame.controls.delete(handle);
   }
   pairSpins(frame);
+  if (glossIsOn()) widenChoices(frame, views);
   nameControls(frame, views);
   nameRadios(frame, views, link);
+}
+
+// A choice takes the room at its right for its English, as its lines may be too close for another.
+function widenChoices(frame, views) {
+  const groups = views.filter((view) => view.kind === "group");
+  for (const view of views.filter(({ kind }) => kind === "check" || kind === "radio")) {
+    const [left, top, width, height] = view.rect;
+    const beside = views.filter(({ kind, rect: [x, y, , h] }) => kind !== "group" && x > left && y < top + height && y + h > top);
+    const [x, , w] = groupAround(groups, view)?.rect ?? [left, 0, width];
+    frame.controls.get(view.handle).element.style.width = across(Math.max(width, Math.min(x + w - 6, ...beside.map(({ rect }) => rect[0] - 4)) - left));
+  }
 }
 
 // An edit steps with the arrow keys when an up-down belongs to it.

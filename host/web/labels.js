@@ -7,7 +7,7 @@ const contains = ([x, y, width, height], [left, top]) => left >= x && top >= y &
 const isLabel = (view) => view.kind === "static" && view.prefix && view.text.trim() !== "";
 
 // The smallest group box around a control.
-function groupAround(groups, view) {
+export function groupAround(groups, view) {
   return groups.filter((group) => group !== view && contains(group.rect, view.rect))
     .sort((a, b) => a.rect[2] * a.rect[3] - b.rect[2] * b.rect[3])[0];
 }

@@ -13,7 +13,7 @@ test("printer and kind, drives, a placeholder, unsaved changes, a refused action
   const { pc, page, control, go, holds, sheet } = await openNewSheet(t, PRINTER);
   const notice = (text) => page.locator("#notice", { hasText: text }).waitFor();
   assert.equal(await page.title(), `${PRINTER} — 既定の設定`);
-  assert.equal(await page.locator("h1").innerText(), `${PRINTER} — 既定の設定`);
+  assert.equal(await page.locator("h1").textContent(), `${PRINTER} — 既定の設定`);
 
   await go(VERSION);
   await page.context().route("https://**", (route) => route.fulfill({ body: "support" }));
