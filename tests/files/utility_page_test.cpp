@@ -139,26 +139,20 @@ TEST_F(UtilityPage, AFailedLoadChangesNothing) {
 std::string asked;
 const char16_t* picked;
 
-BOOL Ask(OPENFILENAMEW* dialog, const char* function) {
-  const WCHAR* end = dialog->lpstrFilter;
-  while (end[0] != 0 || end[1] != 0) ++end;
-  std::u16string filter(dialog->lpstrFilter, end);
-  std::ranges::replace(filter, u'\0', u'|');
-  for (const auto& text :
-       {filter, std::u16string(dialog->lpstrFile), std::u16string(dialog->lpstrInitialDir),
-        std::u16string(dialog->lpstrDefExt)})
-    asked += platform::ToUtf8(text) + ", ";
-  asked += function;
+template <bool kSave>
+BOOL WINAPI Ask(OPENFILENAMEW* dialog) {
+  using namespace std::string_literals;
+  EXPECT_EQ(std::u16string(dialog->lpstrFilter, 21), u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0"s);
+  asked += platform::ToUtf8(dialog->lpstrFile + u", "s + dialog->lpstrInitialDir + u", " +
+                            dialog->lpstrDefExt + (kSave ? u", save " : u", open ")) +
+           std::to_string(dialog->Flags);
   EXPECT_NE(dialog->hwndOwner, nullptr);
   EXPECT_EQ(support::Words(dialog->lStructSize, dialog->nFilterIndex, dialog->nMaxFile,
                            dialog->lpstrTitle, dialog->lpstrFileTitle),
             support::Words(sizeof *dialog, 1, 260, nullptr, nullptr));
-  asked += " " + std::to_string(dialog->Flags);
   if (picked != nullptr) std::u16string(picked).copy(dialog->lpstrFile, dialog->nMaxFile);
   return picked != nullptr;
 }
-BOOL WINAPI AskOpen(OPENFILENAMEW* dialog) { return Ask(dialog, "open"); }
-BOOL WINAPI AskSave(OPENFILENAMEW* dialog) { return Ask(dialog, "save"); }
 
 TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
   const HMODULE library = LoadLibraryW(u"comdlg32.dll");
@@ -166,8 +160,8 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
   FreeLibrary(library);
   machine().RegisterModule(u"comdlg32.dll",
                            {{"GetFileTitleW", title},
-                            {"GetOpenFileNameW", platform::AsEntryPoint(AskOpen)},
-                            {"GetSaveFileNameW", platform::AsEntryPoint(AskSave)}});
+                            {"GetOpenFileNameW", platform::AsEntryPoint(Ask<false>)},
+                            {"GetSaveFileNameW", platform::AsEntryPoint(Ask<true>)}});
   const std::u16string tooLong = u"C:\\data\\" + std::u16string(64, u't');
   const std::u16string cases[][2] = {{u"C:\\data\\a.ini", u"a.ini, C:\\data\\"},
                                      {u"\\b.ini", u"b.ini, \\"},
@@ -185,8 +179,8 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
       picked = nullptr;
       Visit({Replace(field, name), Click(browse), ExpectText(field, name),
              [&](platform::Desk&) {
-               EXPECT_EQ(asked, "初期化ﾌｧｲﾙ(*.ini)|*.ini, " + platform::ToUtf8(start) + ", ini, " +
-                                    (save ? "save " : "open ") + std::to_string(flags));
+               EXPECT_EQ(asked, platform::ToUtf8(start) + (save ? ", ini, save " : ", ini, open ") +
+                                    std::to_string(flags));
                picked = u"C:\\表\\chosen.ini";
              },
              Click(browse), ExpectText(field, u"C:\\表\\chosen.ini")});
