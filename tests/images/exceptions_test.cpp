@@ -1,9 +1,8 @@
 // Neither the Windows image nor the native module lets an exception through.
-#include <gtest/gtest.h>
-
 #include "driver/handles.h"
 #include "platform/system/guard.h"
 #include "tests/support/bin_dir.h"
+#include "tests/support/steps.h"
 #include "tests/support/test_machine.h"
 
 namespace {
@@ -28,22 +27,23 @@ TEST_F(Exceptions, AreToldOnceTheModuleHasReturned) {
   std::u16string name = support::kPrinter;
   for (const auto* module : {&exports_, &ofImage}) {
     ThrowingUser user;
-    desk().Attach(&user);
+    const support::Seat seat(user);
     EXPECT_EQ(
         module->DrvDocumentProperties(nullptr, printer, name.data(), nullptr, nullptr, DM_PROMPT),
         LONG{CPSUI_CANCEL});
-    EXPECT_EQ(desk().ModalDepth(), 0);
-    desk().Attach(nullptr);
     EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
 
-    DOCUMENTPROPERTYHEADER header = {sizeof(header), 0,       printer, name.data(),
-                                     nullptr,        nullptr, 0,       DM_PROMPT};
-    PROPSHEETUI_INFO info = {};
-    info.cbSize = sizeof(info);
-    info.Version = PROPSHEETUI_INFO_VERSION;
-    info.Flags = PSUIINFO_UNICODE;
-    info.lParamInit = reinterpret_cast<LPARAM>(&header);
-    info.pfnComPropSheet = platform::Guarded<ThrowingHost>::Call;
+    DOCUMENTPROPERTYHEADER header = {sizeof header, 0,       printer, name.data(),
+                                     nullptr,       nullptr, 0,       DM_PROMPT};
+    PROPSHEETUI_INFO info = {sizeof info,
+                             PROPSHEETUI_INFO_VERSION,
+                             PSUIINFO_UNICODE,
+                             0,
+                             nullptr,
+                             platform::Guarded<ThrowingHost>::Call,
+                             reinterpret_cast<LPARAM>(&header),
+                             0,
+                             0};
     EXPECT_EQ(module->DrvDocumentPropertySheets(&info, info.lParamInit), -1);
     EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
     EXPECT_NO_THROW(platform::RethrowKept());

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 #include "platform/machine.h"
 #include "platform/system/image_map.h"
@@ -17,28 +17,16 @@ using Image = std::vector<std::byte>;
 constexpr char16_t kPath[] = u"C:\\drivers\\Sample.dll";
 constexpr size_t kNewHeaderAt = 0x3C, kSize = 6 * 4096;  // in the file, and in memory
 
-// How the process has mapped memory, as /proc/self/maps tells it.
-struct Mapping {
-  uintptr_t start, end;
-  std::string protection;
-};
-std::vector<Mapping> Mappings() {
-  std::vector<Mapping> mappings;
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);) {
-    Mapping& mapping = mappings.emplace_back();
-    char dash = 0;
-    std::istringstream(line) >> std::hex >> mapping.start >> dash >> mapping.end >>
-        mapping.protection;
-  }
-  return mappings;
-}
-// Page by page.
+// How the process has mapped memory, page by page.
 std::string Pages(uintptr_t from, size_t size) {
-  std::string pages;
-  for (auto [start, end, protection] : Mappings())
+  std::ifstream maps("/proc/self/maps");
+  std::string pages, protection;
+  uintptr_t start = 0, end = 0;
+  for (char dash; maps >> std::hex >> start >> dash >> end >> protection;) {
     for (; start < end && start >= from && start - from < size; start += 4096)
       pages += protection.substr(0, 3) + ' ';
+    std::getline(maps, protection);
+  }
   return pages;
 }
 
@@ -113,7 +101,10 @@ TEST_F(Loader, RefusesWhatItCannotRun) {
       {"exports outside", 136, 4, 0x5FF0}, {"cut relocations", 180, 4, 10},
       {"thread data", 212, 4, 40},         {"writable code", 300, 4, 0xE0000020},
       {"turned round", 316, 4, 0x1000},    {"behind the file", 324, 4, 0xFFFFF0}};
-  const auto runnable = [] { return std::ranges::count(Mappings(), "r-xp", &Mapping::protection); };
+  const auto runnable = [] {
+    std::ifstream maps("/proc/self/maps");
+    return std::count(std::istream_iterator<std::string>(maps), {}, "r-xp");
+  };
   const auto refusal = [&](const Image& image) {
     EXPECT_EQ(Load(image), nullptr);
     return GetLastError();

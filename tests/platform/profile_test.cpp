@@ -1,16 +1,13 @@
 // Profile files: what is read in every encoding, what a write leaves alone, what damage does.
 #include <windows.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <string>
-#include <utility>
+#include <tuple>
 
-#include "platform/machine.h"
 #include "platform/system/text.h"
+#include "tests/support/test_machine.h"
 
 namespace {
 
@@ -22,7 +19,7 @@ constexpr char kPath[] = "C:\\settings.ini";
 constexpr char16_t kWidePath[] = u"C:\\settings.ini";
 constexpr DWORD kLarge = 1 << 12;
 
-class Profile : public testing::Test {
+class Profile : public support::MachineTest {
  protected:
   void Keep(const std::string& bytes) { machine_->WriteFile(kWidePath, bytes); }
   std::string Kept() { return machine_->ReadFile(kWidePath).value_or("(no file)"); }
@@ -44,7 +41,6 @@ class Profile : public testing::Test {
     return WritePrivateProfileStringA(section, key, value, kPath);
   }
 
-  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
   fs::path file_ = machine_->HostPath(kWidePath);
 };
 
@@ -131,18 +127,19 @@ TEST_F(Profile, AFailedWriteLeavesTheFileAndNothingBeside) {
 
 TEST_F(Profile, WhatAKillLeftBesideGoesWithTheNextWrite) {
   Keep("");
-  const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(2);
-  const auto folder = file_.parent_path();
-  const char* const names[] = {".settings.ini.123.0", ".settings.ini.123.x", ".settings.ini.bak",
-                               ".settings.ini.a.1", ".other.ini.123.0"};
-  for (const char* name : names) {
-    std::ofstream(folder / name) << "x";
-    fs::last_write_time(folder / name, old);
+  // Minutes since each was written, and whether it stays.
+  const std::tuple<const char*, int, bool> kNames[] = {
+      {".settings.ini.123.0", 2, false}, {".settings.ini.123.1", 0, true},
+      {".settings.ini.123.x", 2, true},  {".settings.ini.bak", 2, true},
+      {".settings.ini.a.1", 2, true},    {".other.ini.123.0", 2, true}};
+  const auto now = fs::file_time_type::clock::now();
+  for (const auto& [name, age, stays] : kNames) {
+    std::ofstream(file_.replace_filename(name)) << "x";
+    fs::last_write_time(file_, now - std::chrono::minutes(age));
   }
-  std::ofstream(folder / ".settings.ini.123.1") << "young";
   ASSERT_TRUE(Put("s", "k", "1"));
-  for (const char* name : names) EXPECT_EQ(fs::exists(folder / name), name != names[0]) << name;
-  EXPECT_TRUE(fs::exists(folder / ".settings.ini.123.1"));
+  for (const auto& [name, age, stays] : kNames)
+    EXPECT_EQ(fs::exists(file_.replace_filename(name)), stays) << name;
 }
 
 TEST_F(Profile, AReplacedFileIsReadAnewAndItsModeAndLinkStay) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "platform/machine.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 
@@ -145,23 +146,9 @@ struct State : testing::Test {
 
 // The tables of the first versions, filled as they filled them. What is kept today: tests/host.
 TEST_F(State, AnOlderFormIsTakenOver) {
-  std::ofstream(directory_ / "old.py") << R"(import sqlite3, sys
-sqlite3.connect(sys.argv[1]).executescript("""PRAGMA encoding = 'UTF-16le';
-CREATE TABLE facts (name PRIMARY KEY, value) WITHOUT ROWID;
-INSERT INTO facts VALUES ('os.major', 5), ('os.minor', 2), ('os.servicePack', 1), ('os.platform', 2),
-  ('os.product', 3), ('os.verifies', 0), ('administrator', 0), ('registry.readable', 1),
-  ('registry.writable', 0), ('executable', 'C:\\x.exe');
-CREATE TABLE printers (id INTEGER PRIMARY KEY AUTOINCREMENT, folded, name, driver, port, processor,
-  help, data_file, attributes, administer, writable, record);
-INSERT INTO printers VALUES (6, 'P', 'p', 'd', 'q', 'w', '', 'f', 72, 1, 0, x'0100');
-CREATE TABLE printer_data (printer, folded, name, type, bytes);
-INSERT INTO printer_data VALUES (6, 'N', 'n', 1, x'09');
-CREATE TABLE registry_keys (folded, name);
-INSERT INTO registry_keys VALUES ('A', 'a');
-CREATE TABLE registry_values (key, folded, name, type, bytes);
-INSERT INTO registry_values VALUES ('A', 'V', 'v', 4, x'');
-PRAGMA user_version = 1;"""))";
-  const std::string run = "python3 " + name_ + "/old.py " + name_ + "/computer.sqlite";
+  const std::string run =
+      "python3 -c 'import sqlite3, sys; sqlite3.connect(sys.argv[1]).executescript(sys.argv[2])' " +
+      name_ + "/computer.sqlite \"$(cat " + support::Built("golden/first.sql") + ")\"";
   ASSERT_EQ(std::system(run.c_str()), 0);
   const auto machine = Machine::Open(directory_);
   const platform::OsVersion os = machine->os();

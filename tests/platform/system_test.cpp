@@ -1,16 +1,13 @@
 // Modules, heaps, code page 932, texts and paths.
 #include <windows.h>
-#include <gtest/gtest.h>
 #include <shellapi.h>
 
 #include <climits>
 #include <filesystem>
-#include <memory>
 #include <string>
 
-#include "platform/machine.h"
 #include "platform/system/text.h"
-#include "tests/support/bin_dir.h"
+#include "tests/support/test_machine.h"
 
 namespace {
 
@@ -18,43 +15,32 @@ using platform::Fault;
 using platform::FromCp932;
 using platform::ToCp932;
 
-struct System : testing::Test {
-  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
-};
+using System = support::MachineTest;
 
 INT_PTR WINAPI Answer() { return 7; }
 
-TEST_F(System, RegisteredModulesComeFirstAndAreCounted) {
-  machine_->RegisterModule(u"QM610rLIB.DLL", {{"Entry", Answer}});
+TEST_F(System, ModulesAreFoundByTheirNamesAndCounted) {
+  machine().RegisterModule(u"QM610rLIB.DLL", {{"Entry", Answer}});
   const HMODULE first = LoadLibraryW(u"C:\\anywhere\\qm610rlib.dll");
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(LoadLibraryW(u"c:\\ANYWHERE\\QM610rLIB"), first);
-  EXPECT_EQ(machine_->OpenModules(), 2);
+  EXPECT_EQ(machine().OpenModules(), 3);
   EXPECT_EQ(GetProcAddress(first, "entry"), nullptr) << "names of entries have their case";
   EXPECT_EQ(GetProcAddress(first, reinterpret_cast<LPCSTR>(1)), nullptr);
   EXPECT_TRUE(FreeLibrary(first));
-  machine_->UnregisterModule(u"QM610rLIB.DLL");
+  machine().UnregisterModule(u"QM610rLIB.DLL");
   EXPECT_EQ(GetProcAddress(first, "Entry"), FARPROC{Answer}) << "still loaded";
   EXPECT_TRUE(FreeLibrary(first));
   EXPECT_FALSE(FreeLibrary(first));
   EXPECT_EQ(LoadLibraryW(u"QM610rLIB.DLL"), nullptr);
   EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
-}
-
-TEST_F(System, SharedObjectsLoadByPathOrFromTheDriverDirectory) {
-  const std::u16string path = machine_->driverDirectory() + u"\\3\\QM610rDRV1.DLL";
-  machine_->InstallModule(path, support::Built("QM610rDRV1.so"));
-  const HMODULE module = LoadLibraryW(u"qm610rdrv1");
-  ASSERT_NE(module, nullptr);
-  EXPECT_EQ(LoadLibraryW(path.c_str()), module);
-  EXPECT_NE(GetProcAddress(module, "DrvPrinterEvent"), nullptr);
-  FreeLibrary(module);
-  FreeLibrary(module);
-  machine_->WriteFile(u"C:\\WINDOWS\\broken.dll", "no library");
+  FreeLibrary(module_);
+  module_ = LoadLibraryW(u"qm610rdrv1");
+  EXPECT_NE(module_, nullptr) << "in the driver's directory";
+  machine().WriteFile(u"C:\\WINDOWS\\broken.dll", "no library");
   EXPECT_EQ(LoadLibraryW(u"broken"), nullptr);
-  machine_->faults.FailNth(Fault::kModule, 1);
-  EXPECT_EQ(LoadLibraryW(path.c_str()), nullptr);
-  EXPECT_EQ(machine_->OpenModules(), 0);
+  machine().faults.FailNth(Fault::kModule, 1);
+  EXPECT_EQ(LoadLibraryW(u"qm610rdrv1"), nullptr);
 }
 
 TEST_F(System, HeapsCountAndGoInOneStep) {
