@@ -8,7 +8,6 @@
 
 #include "platform/system/guard.h"
 #include "tests/support/bin_dir.h"
-#include "tests/support/fault_walk.h"
 #include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
@@ -221,7 +220,7 @@ TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
       const bool wrote = told.find("wrote") != told.npos;
       found.insert((kind == kAllocation && struck && !wrote ? "no memory: " : "") + told);
     };
-    support::WalkFaults(machine(), {kAllocation, kSpooler, kFile, kModule, kRegistry}, fresh, note);
+    WalkFaults({kAllocation, kSpooler, kFile, kModule, kRegistry}, fresh, note);
     for (const std::string& outcome : found) all += name + (": " + outcome) + '\n';
   }
   EXPECT_EQ(all, support::Golden("outcomes.txt"));

@@ -5,7 +5,6 @@
 
 #include "operation/device_settings.h"
 #include "tests/files/backup_fixture.h"
-#include "tests/support/fault_walk.h"
 
 namespace kestrel::test {
 namespace {
@@ -94,14 +93,14 @@ TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {
     EXPECT_EQ(done, text.size() >= needed);
     EXPECT_EQ(BytesOf(block_), before);
   };
-  EXPECT_GE(support::WalkFaults(machine(), {platform::Fault::kFile}, save, saved), 40);
+  EXPECT_GE(WalkFaults({platform::Fault::kFile}, save, saved), 40);
   const auto loaded = [&](platform::Fault, bool struck) {
     EXPECT_TRUE(done || struck);
     EXPECT_LE(block_.Printer.PaperNum, 1);
     EXPECT_EQ(machine().HeldProfile(kFile), golden);
   };
-  support::WalkFaults(
-      machine(), {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
+  WalkFaults(
+      {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
 }
 
 TEST_F(BackupTest, ForeignFilesAreRefused) {

@@ -158,7 +158,7 @@ inline Step Describes(UINT first, std::vector<int> ids, std::vector<int> on,
   };
 }
 
-// ---- the two kinds of fonts: their controls on the page, their dialogs ----
+// The two kinds of fonts: their controls on the page, their dialogs.
 struct Kind {
   int list, create, change, remove, reference, name;
   const char16_t* text;
@@ -193,15 +193,14 @@ inline Steps Refuses(const std::u16string& title, const std::u16string& group,
   for (const Bounds& f : fields) steps += Put(f.field, f.above);
   for (const Bounds& f : fields) {
     const std::u16string is = group + f.what + u"は ", unit = std::u16string(u" ") + f.unit;
-    steps += {Put(f.field, f.below),
-              Click(IDOK),
-              CloseMessage(is + f.least + unit + u"以上にして下さい。", MB_ICONEXCLAMATION, title),
-              ExpectFocus(f.field),
-              Put(f.field, f.above),
-              Click(IDOK),
-              CloseMessage(is + f.most + unit + u"以下にして下さい。", MB_ICONEXCLAMATION, title),
-              ExpectFocus(f.field)};
-    steps += {Replace(f.field, f.good), Type(f.field, u"x"), ExpectText(f.field, f.good)};
+    const auto refused = [&](const char16_t* number, const char16_t* bound, const char16_t* end) {
+      return Steps{Put(f.field, number), Click(IDOK),
+                   CloseMessage(is + bound + unit + end, MB_ICONEXCLAMATION, title),
+                   ExpectFocus(f.field)};
+    };
+    steps += {refused(f.below, f.least, u"以上にして下さい。"),
+              refused(f.above, f.most, u"以下にして下さい。"), Replace(f.field, f.good),
+              Type(f.field, u"x"), ExpectText(f.field, f.good)};
   }
   return steps;
 }

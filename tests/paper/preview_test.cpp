@@ -3,7 +3,6 @@
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/desktop/windows/manager.h"
 #include "tests/paper/paper_fixture.h"
-#include "tests/support/fault_walk.h"
 
 namespace kestrel {
 namespace {
@@ -108,7 +107,7 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
     const auto draw = [box] { InvalidateRect(box, nullptr, TRUE), platform::PaintTree(box); };
     const auto check = [=](platform::Fault, bool) { EXPECT_EQ(platform::LiveDcs(), contexts); };
     // Two pictures with their contexts, and a pen.
-    EXPECT_EQ(WalkFaults(machine(), {platform::Fault::kWindow}, draw, check), 7);
+    EXPECT_EQ(WalkFaults({platform::Fault::kWindow}, draw, check), 7);
     EXPECT_EQ(desk.Control(kPicture).drawing.size(), 11u);
   };
   Cancel(kPaperTab, {Click(kPageWholeLabel), look});

@@ -6,7 +6,6 @@
 #include "platform/desktop/drawing/gdi.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
-#include "tests/support/fault_walk.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -36,7 +35,7 @@ TEST_F(OpenSheets, SurviveEachFailure) {
       const support::Seat seat(visitor);
       answer = AskForSheet({.kind = kind});
     };
-    support::WalkFaults(machine(), faults, visit, [&](platform::Fault, bool) {
+    WalkFaults(faults, visit, [&](platform::Fault, bool) {
       for (const auto& shown : desk().History()) {
         EXPECT_NE(shown.caption, u"TreeViewMakeError") << "a sheet without its tables";
       }

@@ -7,14 +7,17 @@
 #include <winddiui.h>
 #include <winspool.h>
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "driver/instance.h"
 #include "platform/desk.h"
+#include "platform/desktop/drawing/gdi.h"
 #include "platform/machine.h"
+#include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 
 namespace support {
@@ -28,7 +31,10 @@ std::vector<ULONG_PTR> Words(T... values) {
 // The exports as a caller finds them in the loaded module; throws when one is missing.
 struct Exports {
   HMODULE module;
-  void* Find(const char* name) const;
+  void* Find(const char* name) const {
+    void* const found = reinterpret_cast<void*>(GetProcAddress(module, name));
+    return found != nullptr ? found : throw std::runtime_error(std::string("no export ") + name);
+  }
 #define EXPORT(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Find(#name));
   EXPORT(DrvPrinterEvent)
   EXPORT(DrvUpgradePrinter)
@@ -49,39 +55,80 @@ struct Exports {
 };
 
 // An open printer, null when it could not be opened.
-class OpenedPrinter {
- public:
+struct OpenedPrinter : std::unique_ptr<void, decltype(&ClosePrinter)> {
   // With this access, 0 for none asked for; without one, as the control panel does, with all access
   // or else for use.
-  explicit OpenedPrinter(std::u16string name = kPrinter, std::optional<ACCESS_MASK> access = {}) {
+  explicit OpenedPrinter(std::u16string name = kPrinter, std::optional<ACCESS_MASK> access = {})
+      : unique_ptr(nullptr, ClosePrinter) {
+    HANDLE handle = nullptr;
     PRINTER_DEFAULTSW defaults = {nullptr, nullptr, access.value_or(PRINTER_ALL_ACCESS)};
-    const bool opened = OpenPrinterW(name.data(), &handle_, access == 0u ? nullptr : &defaults);
-    if (!opened && !access) OpenPrinterW(name.data(), &handle_, nullptr);
+    const bool opened = OpenPrinterW(name.data(), &handle, access == 0u ? nullptr : &defaults);
+    if (!opened && !access) OpenPrinterW(name.data(), &handle, nullptr);
+    reset(handle);
   }
-  ~OpenedPrinter() {
-    if (handle_ != nullptr) ClosePrinter(handle_);
-  }
-  OpenedPrinter(const OpenedPrinter&) = delete;
-  OpenedPrinter& operator=(const OpenedPrinter&) = delete;
-  operator HANDLE() const { return handle_; }
-
- private:
-  HANDLE handle_ = nullptr;
+  operator HANDLE() const { return get(); }
 };
 
 // The module's objects in the test program have the resources of the loaded module. At the end of
 // each test nothing may be left behind.
 class MachineTest : public testing::Test {
  protected:
-  MachineTest();
-  ~MachineTest() override;
+  MachineTest() {
+    machine_->AddPrinter({.name = kPrinter});
+    kestrel::SetModuleInstance(module_);
+  }
+  ~MachineTest() override {
+    machine_->faults.Clear();
+    EXPECT_NO_THROW(platform::RethrowKept());
+    kestrel::SetModuleInstance(nullptr);
+    FreeLibrary(module_);
+    EXPECT_EQ(Live(), Words(0, 0, 0, 0, 0, 0));
+  }
 
   platform::Machine& machine() { return *machine_; }
   platform::Desk& desk() { return machine_->desk(); }
+  // What is open or held: printers, modules, registry keys, heaps, their blocks, drawing objects.
+  std::vector<ULONG_PTR> Live() {
+    return Words(machine().OpenPrinterHandles(), machine().OpenModules(),
+                 machine().OpenRegistryKeys(), machine().LiveHeaps(), machine().LiveAllocations(),
+                 platform::LiveGdiObjects());
+  }
+  // Runs call() with each allocation (spooler call, …) failing once, and once without a failure;
+  // nothing is left behind. check(kind, whether something failed) looks at what came out. Answers
+  // how many failures there were.
+  template <typename Call, typename Check>
+  int WalkFaults(std::initializer_list<platform::Fault> kinds, Call call, Check check) {
+    int failures = 0;
+    for (const platform::Fault kind : kinds) {
+      bool struck = true;
+      for (int n = 1; struck; ++n) {
+        SCOPED_TRACE(testing::Message()
+                     << "failure " << n << " of kind " << static_cast<int>(kind));
+        const auto before = Live();
+        machine().faults.FailNth(kind, n);
+        call();
+        struck = machine().faults.Struck(kind);
+        machine().faults.Clear();
+        EXPECT_EQ(Live(), before);
+        check(kind, struck);
+        failures += struck;
+        if (HasFailure() || n > 5000) return -1;
+      }
+    }
+    return failures;
+  }
 
   std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
-  HMODULE module_;
-  Exports exports_;
+  HMODULE module_ = InstallModule(*machine_);
+  Exports exports_{module_};
+
+ private:
+  static HMODULE InstallModule(platform::Machine& machine) {
+    const std::u16string path = machine.driverDirectory() + u"\\3\\QM610rDRV1.DLL";
+    const char* given = std::getenv("DRIVER_MODULE");
+    machine.InstallModule(path, given != nullptr ? given : Built("QM610rDRV1.so"));
+    return LoadLibraryW(path.c_str());
+  }
 };
 
 }  // namespace support
