@@ -244,9 +244,8 @@ Step Draws(std::string expected, std::u16string face = u"ＭＳ ゴシック") {
   };
 }
 
-// The box is 123 × 117 pixels; a character of a face is naturally half as wide as it is high, a
-// narrow one of a proportional font half of that. A size in millimetres is drawn in dots; some are
-// higher or wider than the box, or as narrow as can be.
+// A character is naturally half as wide as it is high, a narrow one of a proportional font half of
+// that. Some sizes are higher or wider than the box, or as narrow as can be.
 TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
   const int objects = platform::LiveGdiObjects();
   const Steps proportional = {Click(1137), Draws("i 43 34 48x24 j 67 34 48x24", u"ＭＳ Ｐゴシック"),
@@ -309,9 +308,8 @@ TEST_F(FontTest, ReadsItsControls) {
                     ExpectTitle(Changes(kBar)), Put(1103, u"5"), Click(IDC_BAR_FONT_STRING_FONT)}));
 }
 
-// With the library itself, found in the driver directory of the printer's version. The kind decides
-// whether the numbering may be switched, from the first notification on; what is chosen stays. A
-// kind chosen without its details gets the library's; what lies behind its 40 bytes stays.
+// With the library itself. The kind decides whether the numbering may be switched, from the first
+// notification on. A kind chosen without its details gets the library's 40 bytes.
 TEST_F(FontTest, EveryKindHasItsRow) {
   constexpr int kKinds[] = {100,  200,  300,  400,  500,  600,  700,  800,  900, 1200,
                             1300, 2500, 1400, 1500, 1600, 1700, 1900, 2000, 2100};

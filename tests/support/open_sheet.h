@@ -4,14 +4,12 @@
 #include <cstring>
 #include <string>
 
-#include "driver/settings_block.h"
-#include "tests/support/settings.h"
 #include "tests/support/steps.h"
 #include "tests/support/test_machine.h"
 
 namespace support {
 
-// The document kinds are what their callers' fMode says besides.
+// What the mode of the document kinds says besides.
 enum class SheetKind : DWORD {
   kDocument = 0,
   kAdvanced = DM_ADVANCED,
@@ -21,7 +19,7 @@ enum class SheetKind : DWORD {
 
 struct SheetAsk {
   SheetKind kind = SheetKind::kDocument;
-  bool permission = true;  // document kinds: without it DM_NOPERMISSION is passed
+  bool permission = true;                          // document kinds
   const kestrel::SettingsRecord* input = nullptr;  // document kinds
   std::u16string printer = kPrinter;
 };
@@ -57,12 +55,7 @@ class SheetTest : public MachineTest {
       const LONG shown = CommonPropertySheetUIW(nullptr, exports_.DrvDocumentPropertySheets,
                                                 reinterpret_cast<LPARAM>(&header), &result);
       answer.result = shown > 0 ? static_cast<LONG>(result) : -1;
-      if (answer.result == CPSUI_OK) {
-        machine().SetDefaultRecord(ask.printer, BytesOf(answer.record));
-      }
-    } else if (ask.kind == SheetKind::kAdvanced && ask.permission) {
-      answer.result =
-          exports_.DrvAdvancedDocumentProperties(nullptr, printer, name.data(), output, input);
+      if (answer.result == CPSUI_OK) machine().SetDefaultRecord(name, BytesOf(answer.record));
     } else {
       answer.result =
           exports_.DrvDocumentProperties(nullptr, printer, name.data(), output, input, mode);

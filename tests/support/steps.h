@@ -60,8 +60,7 @@ auto Follow(Steps steps, Call call) {
   return result;
 }
 
-// ---- doing ----
-// A thing that a person can do.
+// What a person does, and can do.
 template <typename... Parameters, typename... Arguments>
 Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
   return [=](Desk& desk) {
@@ -75,32 +74,27 @@ inline Step Select(int id, int index) { return Do<int, int>("select", &Desk::Sel
 inline Step Select(int id, std::u16string item) {
   return Do<int, std::u16string_view>("select", &Desk::Select, id, item);
 }
-// Types over what an edit holds.
+// Types over what an edit holds, behind it, or puts another text there in one change.
 inline Step Replace(int id, std::u16string text) { return Do("replace", &Desk::Replace, id, text); }
-// Types behind what it holds.
 inline Step Type(int id, std::u16string text) { return Do("type", &Desk::Type, id, text); }
-// Over what it holds, in one change.
 inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste, id, text); }
 inline Step Spin(int id, int steps) { return Do("spin", &Desk::Spin, id, steps); }
 inline Step Focus(int id) { return Do("focus", &Desk::Focus, id); }
 inline Step Tab(bool back = false) { return Do("tab", &Desk::Tab, back); }
 inline Step Enter() { return Do("Enter", &Desk::Enter); }
 inline Step Escape() { return Do("Esc", &Desk::Escape); }
-// By the window's close box.
 inline Step Close() { return Do("close", &Desk::Close); }
 inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }
 inline Step PressOk() { return Do("OK", &Desk::Press, platform::SheetButton::kOk); }
 inline Step PressCancel() { return Do("Cancel", &Desk::Press, platform::SheetButton::kCancel); }
 
-// ---- seeing ----
 // A message box with this text, style and caption is on top; one of its buttons closes it.
 inline Step CloseMessage(std::u16string text, UINT style, std::u16string caption,
                          int button = IDOK) {
   return [=](Desk& desk) {
     EXPECT_TRUE(desk.IsMessageBox());
-    EXPECT_EQ(desk.MessageText(), text);
-    EXPECT_EQ(desk.MessageStyle(), style);
-    EXPECT_EQ(desk.Title(), caption);
+    EXPECT_EQ(std::tuple(desk.Title(), desk.MessageText(), desk.MessageStyle()),
+              std::tuple(caption, text, style));
     EXPECT_TRUE(desk.Click(button));
   };
 }
