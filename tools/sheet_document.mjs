@@ -21,6 +21,17 @@ export function documentSheet(page, { name, prefix }) {
       const text = element?.textContent ?? "";
       return { text: text.slice(0, text.length - meaning.length).trim(), meaning };
     };
+    const picture = await new Promise((resolve) => {
+      const stream = new EventSource("events");
+      stream.onmessage = ({ data }) => resolve(JSON.parse(data), stream.close());
+    });
+    const { controls } = picture.windows.at(-1).page ?? picture.windows.at(-1);
+    // The range of a field is that of its arrows, in as many decimals as it shows.
+    const rangeOf = (id) => {
+      const { minimum, maximum } = controls.find(({ buddy }) => buddy === id);
+      const decimals = (controls.find((one) => one.id === id).text.split(".")[1] ?? "").length;
+      return [minimum, maximum].map((bound) => (bound / 10 ** decimals).toFixed(decimals)).join(" to ");
+    };
     const window = [...document.querySelectorAll("section[data-window]")].at(-1);
     const shown = window.querySelector(".tab[aria-selected=true]") ?? window.querySelector("h2");
     const rows = [...window.querySelectorAll("[data-id]")].filter((one) => !one.matches(".group, .static:not(.filled), .message .static, [role=presentation]")).map((one) => {
@@ -32,7 +43,7 @@ export function documentSheet(page, { name, prefix }) {
       return {
         id, kind: one.dataset.kind, group: both(group?.querySelector(".text")),
         ...(named ? both(document.getElementById(named)) : one.dataset.kind === "drawn" ? drawn : both(own)),
-        help: meaningOf((helps[id] ?? "").replace(/(%[sd])+/g, "n")),
+        help: meaningOf((helps[id] ?? "").replace(/(%[sd])+/g, "n")).replace("n to n", () => rangeOf(id)).replace(", usually n", ""),
         choices: one.dataset.kind === "combo" ? [...one.options].map((option) => option.text) : [],
       };
     });
