@@ -168,12 +168,7 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
   block.Printer = KeptPrinterPart(machine());
   EXPECT_EQ(HalftoneInfo(block).HTPatternSize, 6u);
   // A document has no halftone of its own.
-  Show({}, {GoTo(kOperationTab),
-            [](Desk& desk) {
-              const RECT hidden = desk.Control(IDC_OPERATION_HALFTONE).rect;
-              EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
-            },
-            PressOk()});
+  Show({}, {GoTo(kOperationTab), ExpectHidden(IDC_OPERATION_HALFTONE), PressOk()});
   // Nothing is told of a library that is missing or lacks its functions.
   machine().RegisterModule(u"htui.dll", {});
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),

@@ -146,17 +146,12 @@ TEST_F(RegisterDialog, RenamingKeepsTheSlotDeletingMovesIdsAndSelection) {
   std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
   Keep(block);
   const std::u16string cut(63, u'x');
-  const auto limits = [](Desk& desk) {
-    EXPECT_EQ(desk.Control(kName).textLimit, 63);
-    const RECT hidden = desk.Control(kReference).rect;
-    EXPECT_EQ(hidden.right - hidden.left + hidden.bottom - hidden.top, 0);
-    EXPECT_FALSE(desk.Control(kReference).enabled);
-  };
   // Its own name passes.
   Ok(kPaperTab,
      {ExpectItems(kList, {kStandard, cut, u"P2", u"P3", u"P4", kFree}), Select(kList, 1),
-      Click(kEditButton), ExpectTitle(kEdit), ExpectText(kName, cut), limits, Paste(kName, u"P2"),
-      Focus(kWidth), Click(IDOK),
+      Click(kEditButton), ExpectTitle(kEdit), ExpectText(kName, cut),
+      ExpectEach({kName}, &platform::ControlView::textLimit, 63), ExpectHidden(kReference),
+      ExpectEnabled({kReference}, false), Paste(kName, u"P2"), Focus(kWidth), Click(IDOK),
       Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kEdit),
       ExpectFocus(kName), ExpectText(kName, u"P2"), Paste(kName, u"p2"), Click(IDOK),
       Click(kEditButton), Click(IDOK)});

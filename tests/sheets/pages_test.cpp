@@ -32,9 +32,8 @@ class Pages : public support::SheetTest {
       fonts[i].FontName[0] = static_cast<WCHAR>(u'A' + i);
       fonts[i].FontKind = i < 2 ? kDecorativeFont : kBarcodeFont;
     }
-    const FontNumber number = {4, 0x0E01, 0};
     machine().SetData(support::kPrinter, u"CreateFont Number",
-                      {REG_BINARY, support::BytesOf(number)});
+                      {REG_BINARY, support::BytesOf(FontNumber{4, 0x0E01, 0})});
     machine().SetData(support::kPrinter, u"CreateFont Data", {REG_BINARY, support::BytesOf(fonts)});
   }
   // What using a control of a page of the user's defaults does.
@@ -43,13 +42,11 @@ class Pages : public support::SheetTest {
     bool changed = false;
     const auto use = [&](Desk& desk) {
       const ControlView view = desk.Control(id);
-      if (view.kind == ControlKind::kEdit) {
-        EXPECT_TRUE(desk.Replace(id, u"7"));
-      } else if (view.kind == ControlKind::kComboBox || view.kind == ControlKind::kListBox) {
-        EXPECT_TRUE(desk.Select(id, static_cast<int>(view.items.size()) - 1));
-      } else {
-        EXPECT_TRUE(view.kind == ControlKind::kUpDown ? desk.Spin(id, 1) : desk.Click(id));
-      }
+      const bool list = view.kind == ControlKind::kComboBox || view.kind == ControlKind::kListBox;
+      EXPECT_TRUE(view.kind == ControlKind::kEdit ? desk.Replace(id, u"7")
+                  : list ? desk.Select(id, static_cast<int>(view.items.size()) - 1)
+                  : view.kind == ControlKind::kUpDown ? desk.Spin(id, 1)
+                                                      : desk.Click(id));
     };
     const auto look = [&](Desk& desk) {
       const auto sheet = desk.Windows().front();

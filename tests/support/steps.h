@@ -124,6 +124,13 @@ inline Step ExpectEnabled(std::vector<int> ids, bool enabled = true) {
 inline Step ExpectChecked(std::vector<int> ids, bool checked = true) {
   return ExpectEach(ids, &platform::ControlView::checked, checked);
 }
+// A control without size.
+inline Step ExpectHidden(int id) {
+  return [=](Desk& desk) {
+    const RECT box = desk.Control(id).rect;
+    EXPECT_TRUE(box.right == box.left && box.bottom == box.top) << "control " << id;
+  };
+}
 inline Step ExpectSelected(int id, int index) {
   return ExpectEach({id}, &platform::ControlView::selection, index);
 }
