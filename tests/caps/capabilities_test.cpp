@@ -1,12 +1,9 @@
 // Capabilities as callers ask for them, with buffers that end where nobody may write.
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "platform/system/text.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
-#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
@@ -19,14 +16,13 @@ constexpr DWORD kNo = 0xFFFFFFFF;
 class Capabilities : public support::MachineTest {
  protected:
   DWORD Ask(WORD index, void* output = nullptr, DEVMODEW* record = nullptr) {
-    const support::OpenedPrinter printer;
-    return exports_.DrvDeviceCapabilities(printer, name_.data(), index, output, record);
+    return exports_.DrvDeviceCapabilities(printer_, name_.data(), index, output, record);
   }
   DWORD AskWithSize(WORD index, void* output, DWORD size) {
-    const support::OpenedPrinter printer;
-    return exports_.DrvSplDeviceCaps(printer, name_.data(), index, output, size, nullptr);
+    return exports_.DrvSplDeviceCaps(printer_, name_.data(), index, output, size, nullptr);
   }
 
+  const support::OpenedPrinter printer_;
   std::u16string name_ = kPrinter;
   DriverSettingsBlock block_ = support::DefaultBlock();
 };

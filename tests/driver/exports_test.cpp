@@ -1,14 +1,10 @@
 // What each entry point checks, answers and leaves behind, whatever fails meanwhile.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
 #include <set>
-#include <tuple>
 
 #include "platform/system/guard.h"
 #include "tests/support/bin_dir.h"
-#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

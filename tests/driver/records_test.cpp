@@ -1,7 +1,5 @@
 // Settings records: the defaults, the public fields, and records of applications checked and merged
 // through the exports of the loaded module.
-#include <gtest/gtest.h>
-
 #include <string>
 #include <tuple>
 
@@ -10,7 +8,6 @@
 #include "driver/text.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
-#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
@@ -25,8 +22,7 @@ using Bytes = std::vector<std::byte>;
 
 class Records : public support::MachineTest {
  protected:
-  void SetUp() override {
-    MachineTest::SetUp();
+  Records() {
     block_.Printer.PaperNum = 2;
     block_.Printer.Papers[1] = block_.Printer.Papers[0];
     Store();

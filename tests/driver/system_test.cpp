@@ -1,6 +1,4 @@
 // The seam to the system: its version, what the spooler tells of printers, and texts.
-#include <gtest/gtest.h>
-
 #include <sstream>
 #include <tuple>
 
@@ -9,7 +7,6 @@
 #include "driver/text.h"
 #include "platform/system/text.h"
 #include "tests/support/bin_dir.h"
-#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

@@ -51,12 +51,7 @@ TEST(MeasuredValue, IsConvertedWrittenReadAndTypedByTheTable) {
 }
 
 // Inside the registration dialog.
-class Fields : public SheetTest {
- protected:
-  void Try(Step work) {
-    Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), std::move(work), Click(IDCANCEL)});
-  }
-};
+using Fields = SheetTest;
 
 constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
 constexpr int kName = IDC_PAPER_REGISTER_NAME;
@@ -64,7 +59,7 @@ constexpr NumericField kFields[] = {{kWidth, kWidthSpin, 27, 550, kDot}};
 
 // A bound that would vanish stays at one step; without a density dots stay dots.
 TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
-  Try([](Desk& desk) {
+  const auto look = [](Desk& desk) {
     const FieldDialog dialog = {desk.Top(), kFields};
     // Where the dialog itself reads the text the position is that of millimetres.
     const auto expect = [&](const std::u16string& text, int minimum, int maximum, int position) {
@@ -98,7 +93,8 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
     EXPECT_FALSE(OnMeasureTyped(dialog, kName, mm));
     EXPECT_FALSE(OnPlainTyped(dialog, kName));
     EXPECT_EQ(desk.Text(kName), u"12");
-  });
+  };
+  Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), look, Click(IDCANCEL)});
 }
 
 TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
@@ -112,7 +108,7 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
       Plain(6, 1),  // no such text
       Plain(0, 0),
       Plain(8, kGap)};  // behind the row that ends the table
-  Try([](Desk& desk) {
+  const auto look = [](Desk& desk) {
     const auto expect = [&](int control, int unit, int dpi, std::u16string_view part) {
       SetDlgItemTextW(desk.Top(), IDC_HELP_TEXT, TEXT("before"));
       ShowHelp(desk.Top(), kRows, control, IDC_HELP_TEXT, unit, dpi);
@@ -133,7 +129,8 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
     for (const auto& at : desk.Windows().back().controls)
       open += at.tabStop && at.visible && at.enabled;
     EXPECT_EQ(open, 2);  // OK and Cancel
-  });
+  };
+  Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), look, Click(IDCANCEL)});
 }
 
 // The operation page's own walk shows the rest.

@@ -21,11 +21,6 @@ TEST_F(PaperRules, WhatNamesNoRegisteredPaperMeansTheFreeSize) {
     PaperEntryName(block, entry, name, 4);
   }
   EXPECT_EQ(name, std::u16string(u"フリー"));
-  for (const auto& [stored, count] : {std::pair{-1, 0}, {20, 20}, {21, 20}, {32767, 20}}) {
-    block.Printer.PaperNum = static_cast<int16_t>(stored);
-    EXPECT_EQ(PaperEntryCount(block), count + 1);
-    EXPECT_EQ(block.Printer.PaperNum, stored);
-  }
 }
 
 TEST_F(PaperRules, TheTableGrowsAndShrinks) {

@@ -1,6 +1,5 @@
 // The two property-sheet functions as the sheet library calls them, with a library that records.
 #include <windows.h>
-#include <gtest/gtest.h>
 #include <winddiui.h>
 
 #include <memory>
@@ -16,7 +15,6 @@
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
 #include "tests/support/bin_dir.h"
-#include "tests/support/settings.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
