@@ -129,9 +129,11 @@ TEST_F(UtilityPage, AFailedLoadChangesNothing) {
   EXPECT_EQ(machine().Data(kPrinter, u"Private DevMode")->bytes,
             support::BytesOf(&block_.Printer, kPrinterPartSize));
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
-  WriteDefaultsWith({{u"BarFontNum=0", u"BarFontNum=1"}});
-  EXPECT_EQ(Visit({Press(false, kFile, 0), cursor(IDC_WAIT), cursor(IDC_ARROW)}),
-            std::u16string(kFontWarning) + kLoaded);
+  for (const std::u16string count : {u"DecoFontNum=", u"BarFontNum="}) {
+    WriteDefaultsWith({{count + u"0", count + u"1"}});
+    EXPECT_EQ(Visit({Press(false, kFile, 0), cursor(IDC_WAIT), cursor(IDC_ARROW)}),
+              std::u16string(kFontWarning) + kLoaded);
+  }
 }
 
 // What the file dialogs were asked for, and the file that the person picks in the next; none:

@@ -28,7 +28,8 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
     settings.Position = 0;
     Steps shown = {ExpectSelected(kList, 1 + mode), ExpectChecked({kLandscape, kFlip}),
                    ExpectChecked({kPortrait, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
-                   ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
+                   ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。"),
+                   ExpectText(kPageWholeLabel, u"全体図表示")};
     // Looking, and typing what is stored, changes nothing.
     Steps typed = {Click(kFreeEdit), Click(IDCANCEL), Paste(kVert, u"11"), ExpectChanged(false)};
     PrivateDevMode left = settings;
