@@ -7,12 +7,9 @@
 namespace fonts {
 namespace {
 
-constexpr int kResident = IDC_DECO_FONT_RESIDENT, kSize = IDC_DECO_FONT_SIZE,
-              kWidth = IDC_DECO_FONT_WIDTH, kHeight = IDC_DECO_FONT_HEIGHT,
-              kX = IDC_DECO_FONT_EXPAND_X, kY = IDC_DECO_FONT_EXPAND_Y, kMm = IDC_DECO_FONT_MM,
-              kInch = IDC_DECO_FONT_INCH, kDot = IDC_DECO_FONT_DOT,
-              kPlain = IDC_DECO_FONT_DECORATE_OFF, kDecorated = IDC_DECO_FONT_DECORATE_ON,
-              kSerialOn = IDC_DECO_FONT_SERIAL_ON, kSerialNo = IDC_DECO_FONT_SERIAL_OFF;
+constexpr int kResident = 1135, kSize = 1139, kWidth = 1107, kHeight = 1109, kX = 1157, kY = 1159,
+              kMm = 1141, kInch = 1142, kDot = 1143, kPlain = 1003, kDecorated = 1002,
+              kSerialOn = 1147, kSerialNo = 1148;
 
 // Sizes, width and height, magnifications; units and further radio buttons in the order of their
 // values; decoration.
@@ -48,8 +45,7 @@ TEST_F(FontTest, EveryResidentFontOffersItsOwn) {
     Store({});
     Gives({Deco(u"A", name, code, width, height)},
           New(kDeco, u"A",
-              {ExpectSelected(kResident, 0), DecoLooks(kFresh), Select(kResident, name),
-               ExpectSelected(kResident, row),
+              {Select(kResident, name), ExpectSelected(kResident, row),
                Looks({{kSize}, {1136, 1137}, {1018, 1017}}, sizes + pitchAndEmphasis)}));
   }
 }
@@ -94,8 +90,8 @@ TEST_F(FontTest, DecorationAndSerialNumberingAreNeverBothOff) {
   Gives(
       {Deco(u"S").Put(194, {0}).Put(220, {1, 1, 5, 0, 12, 8})},
       New(kDeco, u"S",
-          {ExpectText(kDeco.name, u""), Click(kSerialOn), numbers("1"),
-           Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
+          {ExpectText(kDeco.name, u""), ExpectSelected(kResident, 0), DecoLooks(kFresh),
+           Click(kSerialOn), numbers("1"), Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
            DecoLooks("(5*9 0) (5/1..30) (9/1..54) (1/1..6) (1/1..6) (2) (0) (0) (0) (0) (0) (0) 0"),
            numbers("{1}"), refuses(kSerialNo), Click(kDecorated), Click(kSerialNo),
            DecoLooks(kFresh), Looks(kDecoSerial, kSerialOff), refuses(kPlain),
@@ -264,8 +260,7 @@ TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
   EXPECT_EQ(platform::LiveGdiObjects(), objects);
 }
 
-constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL;
-enum KindRow : int { kUpca = 0, kQr1 = 12 };
+constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL, kUpca = 0, kQr1 = 12;
 
 Step Error(std::u16string text) {
   return CloseMessage(text, MB_OK, u"VELA Kestrel Graphics Mode Driver");
