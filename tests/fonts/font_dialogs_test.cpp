@@ -1,7 +1,6 @@
 // The dialogs of decorative and of barcode fonts, over fonts of this printer and of others.
 #include "font_fixture.h"
 #include "fonts/resident_fonts.h"
-#include "platform/desktop/drawing/gdi.h"
 #include "tests/support/bin_dir.h"
 
 namespace fonts {
@@ -58,7 +57,6 @@ TEST_F(FontTest, MultipliesAndConvertsTheChosenCell) {
   };
   const Steps across = {Select(kResident, 8), Select(kSize, 2)},
               inches = {Select(kResident, 1), Click(kInch)};
-  Store({});
   Gives(
       {Deco(u"K", u"漢字(横書)", 512, 132, 66).Put(202, {6, 3}),
        Deco(u"mm", u"X23", 4, 60, 60).Put(206, {0}), Deco(u"inch", u"X21", 2, 83, 83).Put(206, {1}),
@@ -86,7 +84,6 @@ TEST_F(FontTest, DecorationAndSerialNumberingAreNeverBothOff) {
   const auto numbers = [](const std::string& off) {
     return Looks(kDecoSerial, off + " 0 1/1..9999 1/-9999..9999 1/1..99 0/0..99");
   };
-  Store({});
   Gives(
       {Deco(u"S").Put(194, {0}).Put(220, {1, 1, 5, 0, 12, 8})},
       New(kDeco, u"S",
@@ -243,7 +240,6 @@ Step Draws(std::string expected, std::u16string face = u"ＭＳ ゴシック") {
 // A character is naturally half as wide as it is high, a narrow one of a proportional font half of
 // that. Some sizes are higher or wider than the box, or as narrow as can be.
 TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
-  const int objects = platform::LiveGdiObjects();
   const Steps proportional = {Click(1137), Draws("i 43 34 48x24 j 67 34 48x24", u"ＭＳ Ｐゴシック"),
                               Click(1136), Draws("i 37 34 48x24 j 61 34 48x24")};
   Store({Deco(u"FREE", u"OUTLINE", 1024, 60, 60)});
@@ -257,7 +253,6 @@ TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
                 Change(kDeco, {Draws("i 31 28 60x30 j 61 28 60x30"), Replace(kHeight, u"100"),
                                Draws("i 31 8 100x30 j 61 8 100x30"), Spin(1108, 20),
                                Draws("i 21 8 100x40 j 61 8 100x40")})});
-  EXPECT_EQ(platform::LiveGdiObjects(), objects);
 }
 
 constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL, kUpca = 0, kQr1 = 12;
@@ -281,7 +276,6 @@ TEST_F(FontTest, ReadsItsControls) {
     EXPECT_EQ(platform::Machine::Current().OpenModules(), 1) << "kept";
   };
   SetDensity(305);
-  Store({});
   Gives(
       {numbered},
       New(kBar, full + u"2",

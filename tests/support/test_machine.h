@@ -91,7 +91,7 @@ class MachineTest : public testing::Test {
   std::vector<ULONG_PTR> Live() {
     return Words(machine().OpenPrinterHandles(), machine().OpenModules(),
                  machine().OpenRegistryKeys(), machine().LiveHeaps(), machine().LiveAllocations(),
-                 platform::LiveGdiObjects());
+                 platform::LiveGdiObjects() + platform::LiveDcs());
   }
   // Runs call() with each allocation (spooler call, …) failing once, and once without a failure;
   // nothing is left behind. check(kind, whether something failed) looks at what came out. Answers
