@@ -4,7 +4,6 @@
 #include <windows.h>
 #include <commdlg.h>
 #include <compstui.h>
-#include <gmock/gmock.h>
 #include <winddi.h>
 
 #include "platform/desktop/libraries/sheet.h"
@@ -14,8 +13,6 @@
 
 namespace support {
 namespace {
-
-using testing::ElementsAre;
 
 // A sheet of three pages on the module's templates; what pages and the property-sheet function are
 // told is written down.
@@ -38,11 +35,18 @@ class SheetTest : public MachineTest {
     static constexpr const char* kNames[] = {"INIT ", "HEADER ", "DESTROY ", "RESULT "};
     test->log += kNames[info->Reason];
     if (info->Reason == PROPSHEETUI_REASON_INIT) {
-      info->UserData = 4711;
       test->sheet = *info;
-      for (const int id : {IDD_OPERATION, IDD_UTILITY, IDD_VERSION}) test->Add(id);
+      for (const int id : {IDD_OPERATION, IDD_UTILITY, IDD_VERSION}) {
+        PROPSHEETPAGEW page = {};
+        page.dwSize = sizeof page;
+        page.hInstance = test->module_;
+        page.pszTemplate = MAKEINTRESOURCEW(id);
+        page.pfnDlgProc = PageProc;
+        page.lParam = id;
+        const auto made = reinterpret_cast<LPARAM>(CreatePropertySheetPageW(&page));
+        test->last = test->Call(CPSFUNC_ADD_HPROPSHEETPAGE, made, 0);
+      }
     }
-    EXPECT_EQ(info->UserData, 4711u);
     if (info->Reason == PROPSHEETUI_REASON_GET_INFO_HEADER) {
       auto& header = *reinterpret_cast<PROPSHEETUI_INFO_HEADER*>(param);
       header.Flags = PSUIHDRF_NOAPPLYNOW | PSUIHDRF_PROPTITLE;
@@ -54,16 +58,6 @@ class SheetTest : public MachineTest {
   }
   LONG_PTR Call(UINT function, LPARAM one, LPARAM other) {
     return sheet.pfnComPropSheet(sheet.hComPropSheet, function, one, other);
-  }
-  void Add(int id) {
-    PROPSHEETPAGEW page = {};
-    page.dwSize = sizeof page;
-    page.hInstance = module_;
-    page.pszTemplate = MAKEINTRESOURCEW(id);
-    page.pfnDlgProc = PageProc;
-    page.lParam = id;
-    const auto made = reinterpret_cast<LPARAM>(CreatePropertySheetPageW(&page));
-    last = Call(CPSFUNC_ADD_HPROPSHEETPAGE, made, 0);
   }
 
   static INT_PTR CALLBACK PageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
@@ -97,7 +91,8 @@ TEST_F(SheetTest, TellsTheActivePageWhichMayRefuseAndThenEveryPageThatWasShown) 
   const auto look = [&](Desk& desk) {
     const auto view = desk.Windows().back();
     EXPECT_EQ(view.title, u"プリンタのプロパティ");
-    EXPECT_THAT(view.tabs, ElementsAre(u"動作モード", u"ユーティリティ", u"バージョン情報"));
+    EXPECT_EQ(view.tabs,
+              (std::vector<std::u16string>{u"動作モード", u"ユーティリティ", u"バージョン情報"}));
     EXPECT_EQ(desk.FocusedId(), IDC_OPERATION_COLOR_BLACK) << "the page's first control";
   };
   EXPECT_EQ(Show({look, GoTo(2), GoTo(0), GoTo(1), PressOk()}),
@@ -187,12 +182,12 @@ TEST_F(MachineTest, HalftoneNumbersAndChoicesComeHomeWhenTheyAreConfirmed) {
   };
   const auto locked = ExpectEnabled({kContrast, kNegative, kReset, IDOK}, false);
   EXPECT_EQ(adjust({locked, Escape()}, FALSE)[0] + adjust({Replace(kRed, u"7"), Close()})[0], 0);
-  EXPECT_THAT(adjust({Click(IDOK)}), ElementsAre(1, 24, 77, 300, 0, 10000, 10000, 0))
+  EXPECT_EQ(adjust({Click(IDOK)}), (std::vector<int>{1, 24, 77, 300, 0, 10000, 10000, 0}))
       << "a foreign size is mended, all else that nobody touched stays as it is";
   const Steps dark = {Replace(kBrightness, u"-100"), Replace(kRed, u"65000"), Select(kNegative, 1)};
   const Steps bad = {Replace(kGreen, u"9"), Tab(), ExpectText(kGreen, u"2500")};
-  EXPECT_THAT(adjust({dark, bad, Replace(kContrast, u"-"), Enter()}),
-              ElementsAre(1, 24, 77, 300, -100, 65000, 2500, CA_NEGATIVE));
+  EXPECT_EQ(adjust({dark, bad, Replace(kContrast, u"-"), Enter()}),
+            (std::vector<int>{1, 24, 77, 300, -100, 65000, 2500, CA_NEGATIVE}));
   EXPECT_EQ(adjust({Click(kReset), Click(IDOK)})[3], 0);
 }
 

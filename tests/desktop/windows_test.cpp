@@ -2,12 +2,9 @@
 // reached, what a hand and what a message changes, when is painted, and how everything ends.
 #include <windows.h>
 #include <commctrl.h>
-#include <gmock/gmock.h>
 
 #include <functional>
 #include <limits>
-#include <utility>
-#include <vector>
 
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/desktop/windows/window.h"
@@ -19,14 +16,13 @@ namespace support {
 namespace {
 
 using platform::Part;
-using testing::ElementsAre;
-using testing::Pair;
 
 // A window under test: what its procedure is told is written down.
 class WindowTest : public MachineTest {
  protected:
   // A control's notification code with its id, other messages with a number that they bear.
-  using Heard = std::vector<std::pair<int, UINT>>;
+  using By = std::pair<int, UINT>;
+  using Heard = std::vector<By>;
 
   static platform::ControlRequest Edit(int id, DWORD style = 0) {
     return Part(u"edit", id, u"", style | WS_TABSTOP, id, 0, 60, 20);
@@ -38,11 +34,9 @@ class WindowTest : public MachineTest {
   // Shows a window of these controls; OK and cancel end it.
   INT_PTR Run(std::vector<platform::ControlRequest> parts, Steps steps) {
     current_ = this;
-    platform::TopWindowRequest request;
-    request.width = request.height = 150;
-    request.proc = Proc;
-    request.parts = std::move(parts);
-    window = platform::CreateTopWindow(std::move(request));
+    window =
+        platform::CreateTopWindow({u"", 150, 150, nullptr, Proc,
+                                   platform::WindowView::Kind::kDialog, nullptr, std::move(parts)});
     return Follow(std::move(steps), [this] { return platform::RunModal(window); });
   }
   // A number's edit with its arrows, and another edit.
@@ -97,10 +91,9 @@ TEST_F(WindowTest, TheLosingControlHearsFirstAndAHandlerThatMovesTheFocusOnWins)
   };
   Run({Edit(10), Edit(11), Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 60, 90), Button(IDOK)},
       {steps});
-  EXPECT_THAT(Take(),
-              ElementsAre(Pair(10, EN_SETFOCUS), Pair(10, EN_KILLFOCUS), Pair(11, EN_SETFOCUS),
-                          Pair(11, EN_KILLFOCUS), Pair(12, CBN_KILLFOCUS), Pair(10, EN_SETFOCUS),
-                          Pair(10, EN_KILLFOCUS), Pair(IDOK, BN_CLICKED)));
+  EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(11, EN_SETFOCUS),
+                           By(11, EN_KILLFOCUS), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS),
+                           By(10, EN_KILLFOCUS), By(IDOK, BN_CLICKED)}));
 }
 
 TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {
@@ -111,7 +104,7 @@ TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {
     for (const bool back : {false, false, false, true, true}) order.push_back(tab(back));
     EXPECT_TRUE(desk.Key(VK_UP) && desk.Control(20).checked && !desk.Control(21).checked);
     for (const bool back : {false, true}) order.push_back(tab(back));
-    EXPECT_THAT(order, ElementsAre(21, 30, 10, 30, 21, 30, 20));
+    EXPECT_EQ(order, (std::vector{21, 30, 10, 30, 21, 30, 20}));
   };
   Run({Edit(10), Edit(11, WS_DISABLED), Button(20, BS_AUTORADIOBUTTON | WS_GROUP),
        Button(21, BS_AUTORADIOBUTTON), Button(30, WS_GROUP)},
@@ -134,7 +127,7 @@ TEST_F(WindowTest, EnterPressesTheDefaultButtonAndWhatIsDisabledTakesNoKeys) {
       EXPECT_TRUE(one() && desk.Control(20).defaultButton != desk.Control(21).defaultButton);
       if (desk.Enter()) pressed.push_back(Take().back().first);
     }
-    EXPECT_THAT(pressed, ElementsAre(21, 20, 21, 21, 20, 21));
+    EXPECT_EQ(pressed, (std::vector{21, 20, 21, 21, 20, 21}));
     for (const int id : {21, IDCANCEL}) EXPECT_FALSE(EnableWindow(Item(id), FALSE));
     EXPECT_FALSE(desk.Enter() || desk.Escape());
     desk.Close();  // goes through the cancel button, which is disabled
@@ -210,7 +203,7 @@ TEST_F(WindowTest, LimitsHoldFingersAndPastesButNotSetText) {
     EXPECT_EQ(Take().size(), 10u) << "EN_UPDATE and EN_CHANGE, nothing for what does not fit";
     EXPECT_EQ(shows(SetDlgItemTextW(window, 10, u"12345")), u"12345");
     EXPECT_EQ(shows(desk.Type(10, u"6")), u"12345") << "over the limit: nothing more goes in";
-    EXPECT_THAT(Take(), ElementsAre(Pair(10, EN_UPDATE), Pair(10, EN_CHANGE)));
+    EXPECT_EQ(Take(), Heard({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
     Send(10, EM_SETSEL, 1, 3);
     EXPECT_EQ(shows(desk.Key(VK_BACK) && desk.Key(VK_BACK) && desk.Key(VK_DELETE)), u"5");
     EXPECT_FALSE(desk.Type(11, u"x") || desk.Paste(11, u"x")) << "read only";
@@ -226,17 +219,15 @@ TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
       Send(13, LB_INSERTSTRING, 0, text(one));
     }
     EXPECT_TRUE(Send(12, CB_SETCURSEL, 3) == CB_ERR && Send(12, CB_SETCURSEL, 0) == 0);
-    EXPECT_THAT(desk.Control(13).items, ElementsAre(u"three", u"two", u"one"));
+    ExpectItems(13, {u"three", u"two", u"one"})(desk);
     desk.Select(12, 0);  // what was chosen already
     desk.Select(12, u"three");
-    EXPECT_THAT(Take(),
-                ElementsAre(Pair(12, CBN_SETFOCUS), Pair(12, CBN_DROPDOWN), Pair(12, CBN_SELENDOK),
-                            Pair(12, CBN_CLOSEUP), Pair(12, CBN_DROPDOWN), Pair(12, CBN_SELENDOK),
-                            Pair(12, CBN_CLOSEUP), Pair(12, CBN_SELCHANGE)));
+    EXPECT_EQ(Take(), Heard({By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
+                             By(12, CBN_CLOSEUP), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
+                             By(12, CBN_CLOSEUP), By(12, CBN_SELCHANGE)}));
     EXPECT_TRUE(desk.Key(VK_UP) && desk.Select(13, 0) && desk.Text(12) == u"two");
-    EXPECT_THAT(Take(), ElementsAre(Pair(12, CBN_SELENDOK), Pair(12, CBN_SELCHANGE),
-                                    Pair(12, CBN_KILLFOCUS), Pair(13, LBN_SETFOCUS),
-                                    Pair(13, LBN_SELCHANGE)));
+    EXPECT_EQ(Take(), Heard({By(12, CBN_SELENDOK), By(12, CBN_SELCHANGE), By(12, CBN_KILLFOCUS),
+                             By(13, LBN_SETFOCUS), By(13, LBN_SELCHANGE)}));
   };
   Run({Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90),
        Part(u"listbox", 13, u"", LBS_NOTIFY | WS_TABSTOP, 0, 0, 50, 90)},
@@ -244,15 +235,13 @@ TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
 }
 
 TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
-  const struct {
-    int low, high;
-    const char16_t* text;  // of the buddy before it is asked
-    int position;          // 5: it shows none
-  } kCases[] = {{0, 100, u"42", 42},   {0, 100, u" +7", 7},
-                {0, 100, u"100", 100}, {-9, 50, u"-9", -9},
-                {100, 0, u"60", 60},   {0, 100, u"101", 5},
-                {0, 100, u"", 5},      {0, 100, u"-", 5},
-                {0, 100, u"4a", 5},    {0, 100, u"99999999999999999999", 5}};
+  // The range, the buddy's text before it is asked, and the position; 5: it shows none.
+  const std::tuple<int, int, const char16_t*, int> kCases[] = {
+      {0, 100, u"42", 42},   {0, 100, u" +7", 7},
+      {0, 100, u"100", 100}, {-9, 50, u"-9", -9},
+      {100, 0, u"60", 60},   {0, 100, u"101", 5},
+      {0, 100, u"", 5},      {0, 100, u"-", 5},
+      {0, 100, u"4a", 5},    {0, 100, u"99999999999999999999", 5}};
   for (const DWORD writes : {UDS_SETBUDDYINT, DWORD{0}}) {
     const auto steps = [&](Desk&) {
       BOOL error = FALSE;
@@ -283,19 +272,19 @@ TEST_F(WindowTest, PositionsAreClampedAndWrittenAndAStepAsksFirstThenMovesThenSc
     EXPECT_EQ(set(1234), u"800");
     Take();
     EXPECT_EQ(set(-3) + set(-3), u"-3-3");
-    EXPECT_THAT(Take(), ElementsAre(Pair(10, EN_UPDATE), Pair(10, EN_CHANGE)));
+    EXPECT_EQ(Take(), Heard({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
     SetDlgItemTextW(window, 10, u"5x");
     EXPECT_EQ(set(-3), u"-3") << "the same position over a spoilt text restores it";
     SetDlgItemTextW(window, 10, u"8");
     desk.Focus(12);
     Take();
     EXPECT_EQ(spun(1), u"9");
-    EXPECT_THAT(Take(), ElementsAre(Pair(12, EN_KILLFOCUS), Pair(10, EN_SETFOCUS),
-                                    Pair(8, UDN_DELTAPOS), Pair(10, EN_UPDATE), Pair(10, EN_CHANGE),
-                                    Pair(9, WM_VSCROLL), Pair(9, WM_VSCROLL)));
+    EXPECT_EQ(Take(),
+              Heard({By(12, EN_KILLFOCUS), By(10, EN_SETFOCUS), By(8, UDN_DELTAPOS),
+                     By(10, EN_UPDATE), By(10, EN_CHANGE), By(9, WM_VSCROLL), By(9, WM_VSCROLL)}));
     refuse = 1;
     EXPECT_EQ(spun(-1), u"9");
-    EXPECT_THAT(Take(), ElementsAre(Pair(9, UDN_DELTAPOS), Pair(9, WM_VSCROLL)));
+    EXPECT_EQ(Take(), Heard({By(9, UDN_DELTAPOS), By(9, WM_VSCROLL)}));
     refuse = 0;
     EXPECT_EQ(spun(std::numeric_limits<int>::min()), u"-800");
     EXPECT_TRUE(desk.Key(VK_UP) && desk.Text(10) == u"-799");
@@ -318,9 +307,8 @@ TEST_F(WindowTest, PaintingIsWhatIsLeftToDo) {
   };
   const auto painted = [&](Desk& desk) {
     EXPECT_TRUE(desk.Control(31).background == 0 && desk.Control(30).drawing.size() == 1);
-    EXPECT_THAT(Take(),
-                ElementsAre(Pair(11, EN_SETFOCUS), Pair(30, WM_DRAWITEM), Pair(11, EN_UPDATE),
-                            Pair(11, EN_CHANGE), Pair(30, WM_DRAWITEM)));
+    EXPECT_EQ(Take(), Heard({By(11, EN_SETFOCUS), By(30, WM_DRAWITEM), By(11, EN_UPDATE),
+                             By(11, EN_CHANGE), By(30, WM_DRAWITEM)}));
   };
   Run({Part(u"static", 30, u"", SS_OWNERDRAW, 0, 0, 60, 18), Edit(11),
        Part(u"static", 31, u"", 0, 0, 0, 9, 9)},

@@ -2,9 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <filesystem>
-#include <string>
-#include <vector>
+#include <array>
 
 #include "files/backup_file.h"
 #include "platform/system/text.h"
@@ -25,7 +23,12 @@ class BackupTest : public support::SheetTest {
  protected:
   static constexpr char16_t kFile[] = u"C:\\data\\a.ini";
 
-  BackupTest() { std::filesystem::create_directories(machine().HostPath(u"C:\\data")); }
+  BackupTest() {
+    std::filesystem::create_directories(machine().HostPath(u"C:\\data"));
+    fonts_.Loaded = true;
+    fonts_.DecoFonts = deco_.data();
+    fonts_.BarFonts = bar_.data();
+  }
 
   bool Transfer(TransferDirection direction, const char16_t* file = kFile,
                 unsigned sections = BACKUP_ALL) {
@@ -58,15 +61,8 @@ class BackupTest : public support::SheetTest {
 
   // A printer's properties, as a session holds them.
   DriverSettingsBlock block_ = support::DefaultBlock();
-  std::vector<FontRecord> deco_ = std::vector<FontRecord>(kFontCapacity);
-  std::vector<FontRecord> bar_ = std::vector<FontRecord>(kFontCapacity);
-  FontStore fonts_ = [this] {
-    FontStore fonts = {};
-    fonts.Loaded = true;
-    fonts.DecoFonts = deco_.data();
-    fonts.BarFonts = bar_.data();
-    return fonts;
-  }();
+  std::array<FontRecord, kFontCapacity> deco_ = {}, bar_ = {};
+  FontStore fonts_ = {};
 };
 
 }  // namespace kestrel::test

@@ -42,11 +42,10 @@ class UtilityPage : public BackupTest {
   std::u16string NameInData(const char16_t* value) {
     const auto data = machine().Data(kPrinter, value);
     if (!data) return u"(none)";
-    EXPECT_EQ(data->type, REG_BINARY);
-    EXPECT_EQ(data->bytes.size(), 260u);
+    EXPECT_EQ(support::Words(data->type, data->bytes.size()), support::Words(REG_BINARY, 260));
     std::u16string name(130, 0);
     std::memcpy(name.data(), data->bytes.data(), 260);
-    return name.substr(0, name.find(u'\0'));
+    return name.c_str();
   }
 };
 
@@ -157,11 +156,8 @@ BOOL WINAPI Ask(OPENFILENAMEW* dialog) {
 }
 
 TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
-  const HMODULE library = LoadLibraryW(u"comdlg32.dll");
-  const FARPROC title = GetProcAddress(library, "GetFileTitleW");
-  FreeLibrary(library);
   machine().RegisterModule(u"comdlg32.dll",
-                           {{"GetFileTitleW", title},
+                           {{"GetFileTitleW", platform::AsEntryPoint(GetFileTitleW)},
                             {"GetOpenFileNameW", platform::AsEntryPoint(Ask<false>)},
                             {"GetSaveFileNameW", platform::AsEntryPoint(Ask<true>)}});
   const std::u16string tooLong = u"C:\\data\\" + std::u16string(64, u't');

@@ -35,16 +35,10 @@ TEST_F(Exceptions, AreToldOnceTheModuleHasReturned) {
 
     DOCUMENTPROPERTYHEADER header = {sizeof header, 0,       printer, name.data(),
                                      nullptr,       nullptr, 0,       DM_PROMPT};
-    PROPSHEETUI_INFO info = {sizeof info,
-                             PROPSHEETUI_INFO_VERSION,
-                             PSUIINFO_UNICODE,
-                             0,
-                             nullptr,
-                             platform::Guarded<ThrowingHost>::Call,
-                             reinterpret_cast<LPARAM>(&header),
-                             0,
-                             0};
-    EXPECT_EQ(module->DrvDocumentPropertySheets(&info, info.lParamInit), -1);
+    const auto param = reinterpret_cast<LPARAM>(&header);
+    PROPSHEETUI_INFO info = {sizeof info, 0, 0, 0, nullptr, platform::Guarded<ThrowingHost>::Call,
+                             param,       0, 0};
+    EXPECT_EQ(module->DrvDocumentPropertySheets(&info, param), -1);
     EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
     EXPECT_NO_THROW(platform::RethrowKept());
   }

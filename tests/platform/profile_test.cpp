@@ -1,6 +1,4 @@
 // Profile files: what is read in every encoding, what a write leaves alone, what damage does.
-#include <windows.h>
-
 #include <chrono>
 #include <filesystem>
 #include <fstream>

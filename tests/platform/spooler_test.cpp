@@ -1,21 +1,12 @@
 // Printers, printer data and the registry as their callers see them, and what of it outlives a
 // process. Killed ones: tests/host.
-#include <windows.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <winspool.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <initializer_list>
-#include <memory>
-#include <string>
 #include <tuple>
-#include <vector>
 
-#include "platform/machine.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
@@ -169,8 +160,7 @@ TEST_F(State, AnOlderFormIsTakenOver) {
 
 TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
   const auto other = Machine::Open(directory_), machine = Machine::Open(directory_);
-  EXPECT_TRUE(other->administrator());
-  const auto install = [&machine](const std::function<void()>& last) {
+  const auto install = [&machine](const auto& last) {
     machine->Together([&] {
       machine->AddPrinter({.name = u"P"});
       machine->SetRegistry(u"A", u"v", {REG_DWORD, {}});

@@ -33,9 +33,6 @@ FILLED = {
     (129, 1186): ["装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"],
     (145, 1191): ["Kestrel(QM610r) Printer Driver for Windows (x86)\nVersion 14.0.1.20"],
     **dict.fromkeys([(145, i) for i in (1210, 1211, 1235, 1239)], ["14.0.1.20"])}
-# Which help texts a dialog shows: by the names of the ids.
-HELP_OF = {110: "OPERATION", 111: "PAPER", 114: "PAPER_REGISTER", 122: "DEVICE", 125: "DECO_FONT", 127: "BAR_FONT",
-           129: "CREATE_FONT", 153: "UTILITY"}
 # Ids whose callers fill in so many texts, or a number; every other text has none.
 TEXTS = ({i: 1 for i in (*range(2204, 2212), *range(2213, 2221), *range(2246, 2250), *range(2254, 2262))}
          | {i: 2 for i in (*range(2250, 2254), *range(2278, 2282), 2294, 2295, *range(2326, 2330), *range(2358, 2364),
@@ -92,10 +89,8 @@ def strings(found):
     for (kind, block), data in found.items():
         r = Reader(data)
         for i in range(16 if kind == RT_STRING else 0):
-            length = 2 * r.take("H")
-            if length:
-                texts[(block - 1) * 16 + i] = data[r.at:r.at + length].decode("utf-16-le")
-            r.at += length
+            text = r.take(f"{2 * r.take('H')}s").decode("utf-16-le")
+            texts.update({(block - 1) * 16 + i: text} if text else {})
     return texts
 
 
@@ -187,7 +182,7 @@ def check_dialog(number, data, texts, help_ids):
     fault(hidden != HIDDEN.get(number, []), where, "hides", hidden)
     ids = [c.id for c in found if c.id != -1]
     fault(len(ids) != len(set(ids)), where, "has ids twice", ids)
-    wanted = {i for n, i in FILLED if n == number} | ({HELP_TEXT, HELP_GROUP} if number in HELP_OF else set())
+    wanted = {i for n, i in FILLED if n == number} | ({HELP_TEXT, HELP_GROUP} if help_ids and number != 121 else set())
     fault(wanted - set(ids), where, "lacks", wanted - set(ids))
     for c in found:
         shown = FILLED.get((number, c.id), []) + ([c.text] if c.style & 15 != BUTTON_OWNER_DRAW else [])
@@ -225,10 +220,12 @@ def main():
 
     texts, dialogs, bitmaps = strings(found), of_type(RT_DIALOG), of_type(RT_BITMAP)
     check_texts(texts, named("IDS_") - {2473, 2474})
-    for number, data in dialogs.items():
-        check_dialog(number, data, texts, named("IDS_HELP_" + HELP_OF.get(number, "-")))
-    fault(FORMS.keys() - dialogs.keys(), "dialogs are missing:", FORMS.keys() - dialogs.keys())
-    fault(named("IDB_") ^ bitmaps.keys(), "bitmaps missing or not named:", named("IDB_") ^ bitmaps.keys())
+    # Which help texts a dialog shows is told by its name and theirs.
+    for name, number in numbers.items():
+        if name.startswith("IDD_") and number in dialogs:
+            check_dialog(number, dialogs[number], texts, named("IDS_HELP_" + name[4:]))
+    for prefix, there in (("IDD_", dialogs), ("IDB_", bitmaps)):
+        fault(named(prefix) ^ there.keys(), prefix, "missing or not named:", named(prefix) ^ there.keys())
     for number, facts in PICTURES.items():
         fault(struct.unpack_from("<4xii2xH", bitmaps.get(number, bytes(16))) != facts, "bitmap", number, "is not", facts)
     fault(not of_type(RT_VERSION) or not of_type(RT_MANIFEST), "no version or no manifest")
