@@ -126,6 +126,7 @@ function end({ end: result, reason = "" }) {
   frames.clear();
   shown = null;
   document.body.dataset.end = result;
+  for (const name of ["data-ahead", "data-busy"]) document.body.removeAttribute(name);
   say(LAST_WORDS[result] + reason);
 }
 

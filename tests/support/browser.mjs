@@ -90,6 +90,7 @@ export async function openSheet(test, pc, printer, ...words) {
     // OK of the sheet; the record that came out.
     ok: async () => {
       await page.locator('[data-button="ok"]').click();
+      await settled(page);
       const { status, output } = await sheet.ended;
       if (status !== 0) throw new Error(`exit ${status}`);
       return JSON.parse(output);
