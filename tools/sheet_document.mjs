@@ -52,7 +52,7 @@ export function documentSheet(page, { name, prefix }) {
   }, { name, helps: Object.fromEntries(Object.values(numbers).map((id) => [id, helpOf(prefix, id)])) });
 }
 
-const KINDS = { button: "button", check: "check box", radio: "choice", edit: "field", combo: "list", list: "list", updown: "arrows", drawn: "picture", static: "text", track: "slider" };
+const KINDS = { button: "button", check: "check box", radio: "choice", edit: "field", combo: "list", list: "list", updown: "arrows", drawn: "picture", static: "text" };
 const cell = (text) => text.replace(/\s*\n\s*/g, " ").replaceAll("|", "\\|").trim();
 
 function row({ id, kind, group, text, meaning, help, choices }) {
