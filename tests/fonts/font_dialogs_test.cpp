@@ -257,10 +257,9 @@ TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
 
 constexpr int kKindList = IDC_BAR_FONT_KIND, kDetail = IDC_BAR_FONT_DETAIL, kUpca = 0, kQr1 = 12;
 
-Step Error(std::u16string text) {
-  return CloseMessage(text, MB_OK, u"VELA Kestrel Graphics Mode Driver");
-}
-const Step kNoLibrary = Error(u"LoadLibrary Error!!"), kNoEntry = Error(u"GetProcAddress Error!!");
+constexpr char16_t kProduct[] = u"VELA Kestrel Graphics Mode Driver";
+const Step kNoLibrary = CloseMessage(u"LoadLibrary Error!!", MB_OK, kProduct),
+           kNoEntry = CloseMessage(u"GetProcAddress Error!!", MB_OK, kProduct);
 Steps Lists(size_t number, int selected) {
   return {ExpectItems(kKindList, {number, u"種45678901234567890123456789012"}),
           ExpectSelected(kKindList, selected)};

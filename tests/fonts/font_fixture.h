@@ -58,9 +58,8 @@ inline Records Many(int deco, int bar) {
   return records;
 }
 
-// A barcode detail library whose kinds all do the same; an entry point may be missing. Calls: "I"
-// and "S" for Init and ShowDlg, the last word of the block, and the density if it is another than
-// usual.
+// A barcode detail library whose kinds all do the same; an entry point may be missing. Its calls:
+// "I" and "S" for Init and ShowDlg, the block's last word, the density if it is not 203.
 struct FakeLibrary {
   static inline std::string calls;
   static inline int16_t initResult, showResult;
@@ -149,9 +148,9 @@ inline Step Describes(UINT first, std::vector<int> ids, std::vector<int> on,
     for (UINT text = first; int control : ids) {
       for (int id : on) desk.Click(id);
       EXPECT_TRUE(desk.Click(control) || desk.Focus(control)) << control;
-      WCHAR buffer[512] = {};
-      LoadStringW(kestrel::ModuleInstance(), text++, buffer, 512);
-      std::u16string help = buffer;
+      std::u16string help(512, 0);
+      help.resize(
+          static_cast<size_t>(LoadStringW(kestrel::ModuleInstance(), text++, help.data(), 512)));
       for (size_t at; (at = help.find(u"%s")) < help.size();) help.replace(at, 2, *filling++);
       EXPECT_EQ(desk.Text(IDC_HELP_TEXT), help) << control;
     }

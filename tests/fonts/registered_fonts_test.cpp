@@ -6,7 +6,6 @@
 namespace fonts {
 namespace {
 
-// The fonts of the session whose sheet is on top.
 kestrel::FontStore& SessionFonts(Desk& desk) {
   return kestrel::PageSession(desk.Windows().back().page->handle)->fonts;
 }

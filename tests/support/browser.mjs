@@ -6,14 +6,11 @@ import { chromium } from "playwright-core";
 
 import { computer } from "./printhost.mjs";
 
-const FLAGS = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
-  "--disable-component-update", "--disable-sync"];
-
 // A page of a browser of its own, closed with the test.
 export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
   const profile = mkdtempSync(join(tmpdir(), "chromium-"));
   const context = await chromium.launchPersistentContext(profile, {
-    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", headless: true, args: FLAGS, viewport, ...options,
+    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", headless: true, viewport, ...options,
   });
   test.after(async () => {
     await context.close().catch(() => {});

@@ -119,16 +119,13 @@ class MachineTest : public testing::Test {
   }
 
   std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
-  HMODULE module_ = InstallModule(*machine_);
-  Exports exports_{module_};
-
- private:
-  static HMODULE InstallModule(platform::Machine& machine) {
-    const std::u16string path = machine.driverDirectory() + u"\\3\\QM610rDRV1.DLL";
+  HMODULE module_ = [this] {
+    const std::u16string path = machine().driverDirectory() + u"\\3\\QM610rDRV1.DLL";
     const char* given = std::getenv("DRIVER_MODULE");
-    machine.InstallModule(path, given != nullptr ? given : Built("QM610rDRV1.so"));
+    machine().InstallModule(path, given != nullptr ? given : Built("QM610rDRV1.so"));
     return LoadLibraryW(path.c_str());
-  }
+  }();
+  Exports exports_{module_};
 };
 
 }  // namespace support
