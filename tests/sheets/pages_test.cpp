@@ -16,13 +16,12 @@ namespace {
 
 using platform::ControlKind;
 using platform::ControlView;
-using platform::Desk;
-using support::SheetKind;
+using namespace support;
 
-class Pages : public support::SheetTest {
+class Pages : public SheetTest {
  protected:
   Pages() {
-    DriverSettingsBlock block = support::DefaultBlock();
+    DriverSettingsBlock block = DefaultBlock();
     block.Printer.PaperNum = 2;
     block.Printer.Papers[1] = block.Printer.Papers[0];
     block.Printer.Papers[1].UserDef = 1;
@@ -32,9 +31,9 @@ class Pages : public support::SheetTest {
       fonts[i].FontName[0] = static_cast<WCHAR>(u'A' + i);
       fonts[i].FontKind = i < 2 ? kDecorativeFont : kBarcodeFont;
     }
-    machine().SetData(support::kPrinter, u"CreateFont Number",
-                      {REG_BINARY, support::BytesOf(FontNumber{4, 0x0E01, 0})});
-    machine().SetData(support::kPrinter, u"CreateFont Data", {REG_BINARY, support::BytesOf(fonts)});
+    machine().SetData(kPrinter, u"CreateFont Number",
+                      {REG_BINARY, BytesOf(FontNumber{4, 0x0E01, 0})});
+    machine().SetData(kPrinter, u"CreateFont Data", {REG_BINARY, BytesOf(fonts)});
   }
   // What using a control of a page of the user's defaults does.
   std::string Use(int tab, int id) {
@@ -56,8 +55,7 @@ class Pages : public support::SheetTest {
       }
       EXPECT_TRUE(desk.ModalDepth() == 1 || desk.Escape() || desk.Close());
     };
-    Show({.kind = SheetKind::kUserDefault},
-         {support::GoTo(tab), use, look, look, look, support::PressCancel()});
+    Show({.kind = SheetKind::kUserDefault}, {GoTo(tab), use, look, look, look, PressCancel()});
     return (changed ? " * " : " - ") + platform::ToUtf8(u'"' + help + u'"');
   }
 };
@@ -84,9 +82,9 @@ TEST_F(Pages, ControlsAreUsableByKindAndPermissionAndTellOfTheirUse) {
           when += !control.enabled ? "." : control.kind == ControlKind::kOwnerDraw ? "o" : "x";
         }
       };
-      support::Steps steps;
-      for (int tab = 0; tab < 6; ++tab) steps += {support::GoTo(tab), look};
-      Show({.kind = kind, .permission = permission}, {steps, support::PressCancel()});
+      Steps steps;
+      for (int tab = 0; tab < 6; ++tab) steps += {GoTo(tab), look};
+      Show({.kind = kind, .permission = permission}, {steps, PressCancel()});
       ++column;
     }
   }
@@ -97,7 +95,7 @@ TEST_F(Pages, ControlsAreUsableByKindAndPermissionAndTellOfTheirUse) {
     told += std::to_string(tab) + ' ' + std::to_string(id) + ' ' + when +
             (when.back() == 'x' ? Use(tab, id) : "") + "\n";
   }
-  EXPECT_EQ(told, support::Golden("controls.txt"));
+  EXPECT_EQ(told, Golden("controls.txt"));
 }
 
 }  // namespace
