@@ -15,9 +15,11 @@ using platform::FromCp932;
 using platform::ToCp932;
 using support::kPrinter;
 
-constexpr char16_t kNotABackup[] = u"このファイルは16|";
-constexpr char16_t kWrongVersion[] = u"ファイルのバー48|";
-constexpr char16_t kFontWarning[] = u"読み込んだクリ48|";
+constexpr char16_t kNotABackup[] = u"このファイルはこのプリンタのデータファイルではありません16|";
+constexpr char16_t kWrongVersion[] = u"ファイルのバージョンが正しくありません48|";
+constexpr char16_t kFontWarning[] =
+    u"読み込んだクリエイトフォント名が現在の環境で\n使用されているフォント名と重複する可能性があ\n"
+    u"ります48|";
 
 class BackupTest : public support::SheetTest {
  protected:
@@ -38,11 +40,12 @@ class BackupTest : public support::SheetTest {
   bool Save(const char16_t* file = kFile) { return Transfer(TransferDirection::kSave, file); }
   bool Load(const char16_t* file = kFile) { return Transfer(TransferDirection::kLoad, file); }
 
-  // How each message shown since begins, and its style.
+  // The first sentence of each message shown since, and its style.
   std::u16string Shown() {
     std::u16string told;
     for (const auto& shown : desk().History()) {
-      told += shown.text.substr(0, 7) + FromCp932(std::to_string(shown.style)) + u'|';
+      told += shown.text.substr(0, shown.text.find(u'。')) +
+              FromCp932(std::to_string(shown.style)) + u'|';
     }
     return told;
   }

@@ -17,10 +17,10 @@ using support::Replace;
 using support::SheetKind;
 using support::Steps;
 
-constexpr char16_t kSaved[] = u"データを保存し64|";
-constexpr char16_t kSaveFailed[] = u"データを保存で16|";
-constexpr char16_t kLoaded[] = u"データを読込み64|";
-constexpr char16_t kLoadFailed[] = u"データを読み込16|";
+constexpr char16_t kSaved[] = u"データを保存しました64|";
+constexpr char16_t kSaveFailed[] = u"データを保存できませんでした16|";
+constexpr char16_t kLoaded[] = u"データを読込みました64|";
+constexpr char16_t kLoadFailed[] = u"データを読み込む事ができませんでした16|";
 
 class UtilityPage : public BackupTest {
  protected:
@@ -59,9 +59,9 @@ TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
     }
   };
   for (const char16_t* name : {u"", u"   ", u"\u3000", u" \u3000"})
-    refuse(name, u"ファイル名を入48|");
+    refuse(name, u"ファイル名を入力してください48|");
   for (const char16_t* name : {u"a", u"a.Ini", u"a.inI", u"a.txt", u"ini", u"a.ini "})
-    refuse(name, u"不正なファイル48|");
+    refuse(name, u"不正なファイル名です48|");
   // What the platform refuses has no message that tells why.
   refuse(u"C:\\data\\", u"");
   refuse(std::u16string(60, u'n') + u".ini", u"");
