@@ -27,8 +27,6 @@ class Capabilities : public support::MachineTest {
   DriverSettingsBlock block_ = support::DefaultBlock();
 };
 
-// golden/capabilities.txt: the answer of each index, and the units of 16 bits of its output; names
-// as texts.
 TEST_F(Capabilities, AnswerByIndex) {
   block_.Printer.PaperNum = 2;
   block_.Printer.HeadDensity = 305;

@@ -19,8 +19,7 @@ class EntryPoints : public support::MachineTest {
   DEVMODEW* In() { return &in_.Record.Public; }
   DEVMODEW* Out() { return reinterpret_cast<DEVMODEW*>(out_); }
   EntryPoints() { Told(0); }
-  // What a call answered, the last error when it failed, and how far it wrote into out_; both are
-  // then fresh for the next.
+  // An answer, the last error of a failure and how far out_ was written; then both are fresh again.
   std::string Told(LONG answer) {
     std::string told = std::to_string(answer);
     if (answer <= 0) told += " error " + std::to_string(GetLastError());
@@ -59,8 +58,7 @@ class EntryPoints : public support::MachineTest {
   alignas(8) BYTE out_[3000];
 };
 
-// golden/arguments.txt: calls by their name, mode and what they lack (see Given), and their
-// answers.
+// golden/arguments.txt: calls by their name, mode and what they lack (see Given).
 TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
   std::string all;
   const auto tell = [&](std::string what, int mode, std::string_view without, LONG answer) {
@@ -110,8 +108,7 @@ TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
   EXPECT_TRUE(machine().DefaultRecord(kPrinter).empty());
 }
 
-// In place of a sheet: the size of the header that it got and its mode or flags, and what it
-// answers.
+// In place of a sheet: the size of its header with its mode or flags, and what it answers.
 std::pair<size_t, DWORD> sheetAsked;
 std::pair<LONG, DWORD> sheetAnswer;
 
@@ -175,8 +172,7 @@ TEST_F(EntryPoints, JobAttributesFollowTheGivenRecord) {
   EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, In(), 3, nullptr));
 }
 
-// Every allocation, spooler, file, module and registry call in turn fails once: what comes out is
-// what is stored or the defaults, never a mixture, or nothing.
+// Whatever fails, once, what comes out is what is stored, the defaults or nothing, never a mixture.
 TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
   using enum platform::Fault;
   const support::OpenedPrinter printer;

@@ -1,5 +1,4 @@
-// Settings records: the defaults, the public fields, and records of applications checked and merged
-// through the exports of the loaded module.
+// Settings records: the defaults, the public fields, and how applications' records are merged.
 #include <string>
 #include <tuple>
 

@@ -1,5 +1,4 @@
-// The dialogs' toolkit: measured values, fields in a dialog of the driver, help box, options,
-// locks.
+// The dialogs' toolkit: measured values, fields in a dialog, help box, options, locks.
 #include <iomanip>
 #include <sstream>
 

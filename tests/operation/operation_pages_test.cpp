@@ -181,8 +181,6 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
          Escape()});
 }
 
-// ---- the device page ----
-
 constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";
 
 std::string reply;
@@ -205,8 +203,7 @@ class DevicePage : public SheetTest {
                              {{"RtlGetModeComW", platform::AsEntryPoint(&Answer<0xFF, 30>)},
                               {"RtlGetVersionComW", platform::AsEntryPoint(&Answer<0, 50>)}});
   }
-  // Opens the page over a printer of this mode and density and asks by a button. Tells the boxes
-  // that follow, what the page then shows, whether the paper page knows the mode, and what is kept.
+  // Asks by a button of the page; tells the boxes that follow, what both pages show, what is kept.
   void Ask(int mode, int density, int button) {
     DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = static_cast<uint16_t>(mode);

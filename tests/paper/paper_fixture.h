@@ -66,14 +66,12 @@ class PaperTest : public SheetTest {
     for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), {0, 3, 200 + i}));
     return block;
   }
-  // A paper that is kept, told.
   std::u16string Stored(int slot) { return Told(KeptPrinterPart(machine()).Papers[slot]); }
   void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(told_), Golden(file)); }
 
   std::u16string told_;
 };
 
-// A refusal, closed.
 inline Steps Refused(std::u16string text, std::u16string caption) {
   return CloseMessage(std::move(text), MB_ICONEXCLAMATION, std::move(caption));
 }

@@ -1,5 +1,4 @@
-// The paper page and the dialog that registers and edits papers, in the user's defaults: what they
-// show, what they let be changed, and what is stored.
+// The paper page and the dialog that registers and edits papers, in the user's defaults.
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
@@ -70,8 +69,6 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
   }
 }
 
-// ---- the registration dialog ----
-
 constexpr char16_t kNew[] = u"用紙登録";
 constexpr char16_t kEdit[] = u"用紙編集";
 constexpr char16_t kFixed[] = u"この用紙は、ドライバ固定の用紙です。\n削除することは、できません。";
@@ -92,8 +89,7 @@ Step ExpectLabelWidth(int box, int width) {
 
 class RegisterDialog : public PaperTest {
  protected:
-  // Tells the dialog's inputs: name, width, length, gap, grade and darkness, in brackets what
-  // cannot be used, and the unit.
+  // Tells the dialog's inputs, in brackets what cannot be used, and the unit.
   Step Shows() {
     return [this](Desk& desk) {
       for (const int id : {kName, kWidth, kLength, kGap, kGrade, kDarkness}) {
@@ -204,8 +200,7 @@ TEST_F(RegisterDialog, SizesStayAsTheyAreShown) {
   ExpectGolden("register_sizes.txt");
 }
 
-// Papers in dots and of unknown units are edited in millimetres; the data reference switch copies
-// the selected paper without its name.
+// Any unit but inches is edited in millimetres; a reference is copied without its name.
 TEST_F(RegisterDialog, TakesPapersOfEveryUnitAndByReference) {
   DriverSettingsBlock block = DefaultBlock();
   AppendPaper(block, Paper(u"P1", {255, 3, 201, 680, 44, 55}));

@@ -91,8 +91,7 @@ TEST_F(PaperRules, NamesAreRefusedInTheOrderOfTheRules) {
   EXPECT_TRUE(CheckPaperName(block, std::u16string(63, u'x').c_str(), -1).Passed());
 }
 
-// golden/paper_sizes.txt: by unit, the limits; for each size, with those behind it too large, the
-// message and bound of one that does not fit 16 bits, just below, just above, smallest and largest.
+// golden/paper_sizes.txt: by unit the limits, by size messages and bounds, those behind too large.
 TEST_F(PaperRules, SizesAreCheckedInOrderAndWithinTheirLimits) {
   const PaperLimits millimetres = BuildPaperLimits(203);
   for (const int unit : {kMillimetre, kInch}) {

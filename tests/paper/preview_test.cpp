@@ -33,8 +33,7 @@ class Preview : public PaperTest {
     block.Printer.Mecha = mode;
     Keep(block);
   }
-  // Tells a box's drawings behind what they are: the kind of each, what it is drawn with, and
-  // where. Dotted red lines are markers.
+  // Tells a box's drawings: the kind or picture of each, and where. Dotted red lines are markers.
   Step Look(std::u16string what, int box = kPicture) {
     return [=, this](Desk& desk) {
       told_ += what;
@@ -113,8 +112,7 @@ TEST_F(Preview, ADrawingThatGetsNoObjectLeavesNone) {
   Cancel(kPaperTab, {Click(kPageWholeLabel), look});
 }
 
-// The layout alone in a box of 200 pixels' width, golden/strips.txt: where each label begins and
-// ends, its printable area likewise, and the height of its bars.
+// golden/strips.txt: ends of each label and its printable area, and its bars, on 200 pixels' width.
 TEST_F(Preview, LaysOutEveryLabelOfWhichARowIsInTheBox) {
   const auto lay = [&](std::u16string what, const PaperInfo& paper, int height,
                        PreviewPlace place = PreviewPlace::kPage) {

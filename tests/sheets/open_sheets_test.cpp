@@ -12,9 +12,8 @@ using support::SheetKind;
 
 class OpenSheets : public support::SheetTest {};
 
-// Nothing that fails, whichever it is, makes a visit of all pages hang, crash or leave something
-// behind; what came out is whole or was not touched. The library tells of a sheet that did not open
-// as of one that was cancelled; the driver does not.
+// Whatever fails, a visit of all pages ends and leaves nothing behind; what came out is whole or
+// was not touched. A sheet that did not open is none that was cancelled.
 TEST_F(OpenSheets, SurviveEachFailure) {
   using enum platform::Fault;
   const auto walk = [&](SheetKind kind, std::initializer_list<platform::Fault> faults) {
