@@ -84,13 +84,13 @@ TEST_F(FontTest, DecorationAndSerialNumberingAreNeverBothOff) {
   for (const auto& [edit, units] : {std::pair{1149, 4}, {1151, 5}, {1153, 2}, {1155, 2}})
     limits += ExpectEach({edit}, &platform::ControlView::textLimit, units);
   const auto refuses = [](int id) { return [=](Desk& desk) { EXPECT_FALSE(desk.Click(id)); }; };
-  const auto numbers = [](const std::string& off) {
-    return Looks(kDecoSerial, off + " 0 1/1..9999 1/-9999..9999 1/1..99 0/0..99");
+  const auto numbers = [limits](const std::string& off) {
+    return Steps{limits, Looks(kDecoSerial, off + " 0 1/1..9999 1/-9999..9999 1/1..99 0/0..99")};
   };
   Gives(
       {Deco(u"S").Put(194, {0}).Put(220, {1, 1, 5, 0, 12, 8})},
       New(kDeco, u"S",
-          {ExpectText(kDeco.name, u""), limits, ExpectSelected(kResident, 0), DecoLooks(kFresh),
+          {ExpectText(kDeco.name, u""), ExpectSelected(kResident, 0), DecoLooks(kFresh),
            Click(kSerialOn), numbers("1"), Looks({{kPlain, kDecorated}}, "1"), Click(kPlain),
            DecoLooks("(5*9 0) (5/1..30) (9/1..54) (1/1..6) (1/1..6) (2) (0) (0) (0) (0) (0) (0) 0"),
            numbers("{1}"), refuses(kSerialNo), Click(kDecorated), Click(kSerialNo),
