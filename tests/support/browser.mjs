@@ -1,22 +1,13 @@
 // A headless Chromium, and a sheet as a person meets it in one.
-import { mkdtempSync, rmSync } from "node:fs";
-import { tmpdir } from "node:os";
-import { join } from "node:path";
 import { chromium } from "playwright-core";
 
 import { computer } from "./printhost.mjs";
 
 // A page of a browser of its own, closed with the test.
 export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
-  const profile = mkdtempSync(join(tmpdir(), "chromium-"));
-  const context = await chromium.launchPersistentContext(profile, {
-    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", headless: true, viewport, ...options,
-  });
-  test.after(async () => {
-    await context.close().catch(() => {});
-    rmSync(profile, { recursive: true, force: true });
-  });
-  return context.pages()[0] ?? context.newPage();
+  const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium" });
+  test.after(() => browser.close());
+  return browser.newPage({ viewport, ...options });
 }
 
 // The window on top, and its controls by id.
