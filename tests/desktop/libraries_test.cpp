@@ -108,6 +108,8 @@ TEST_F(SheetTest, TellsTheActivePageWhichMayRefuseAndThenEveryPageThatWasShown) 
   EXPECT_EQ(Show({refused, Close()}),
             "110KILLACTIVE 110KILLACTIVE 110QUERYCANCEL "
             "110QUERYCANCEL 110RESET-BOX DESTROY -> 0");
+  EXPECT_EQ(CommonPropertySheetUIW(nullptr, DrvDocumentPropertySheets, 0, nullptr), CPSUI_CANCEL)
+      << "without a header it refuses to begin";
 }
 
 class FileDialogTest : public MachineTest {

@@ -47,7 +47,6 @@ TEST_F(BackupTest, ASaveClearsItsOwnSectionsAndNoOther) {
   EXPECT_TRUE(Save());
   EXPECT_EQ(FromCp932(Bytes()), FromCp932(support::Golden("kept.ini")));
   EXPECT_EQ(printer.Papers[2].PaperName[0], 0) << "entries behind the count are cleared";
-  EXPECT_NE(printer.Papers[1].PaperName[0], 0);
 }
 
 TEST_F(BackupTest, SectionsFollowTheMask) {
@@ -182,6 +181,11 @@ TEST_F(BackupTest, CountsDecideWhatIsRead) {
       EXPECT_EQ(paper.LabelWidth, i < papers ? 580 : 0) << i;
     }
   }
+  // A save limits each kind, not both together.
+  fonts_.DecoFontNum = fonts_.BarFontNum = 40;
+  machine().HoldProfile(kFile, "");
+  EXPECT_TRUE(Save());
+  EXPECT_NE(machine().HeldProfile(kFile).find("BarFontNum=40"), std::string::npos);
 }
 
 TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {

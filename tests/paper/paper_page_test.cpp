@@ -17,6 +17,9 @@ constexpr struct {
 
 // The printer's mode decides which offsets can be changed.
 TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
+  const auto caretBehind = [](Desk&) {
+    EXPECT_EQ(SendMessageW(GetFocus(), EM_GETSEL, 0, 0), MAKELONG(2, 2));
+  };
   for (uint16_t mode = 0; mode < 3; ++mode) {
     DriverSettingsBlock block = With(2);
     block.Printer.Mecha = mode;
@@ -46,7 +49,7 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
                 }};
       for (const int outside : {minimum - 1, maximum + 1}) {
         if (outside == -100) continue;  // one character too many for the field
-        typed += {Paste(edit, Number(outside)), ExpectText(edit, Number(stored))};
+        typed += {Paste(edit, Number(outside)), ExpectText(edit, Number(stored)), caretBehind};
       }
       typed += {Paste(edit, most),  Spin(spin, -2),          ExpectText(edit, Number(maximum - 2)),
                 Paste(edit, least), ExpectText(edit, least), Paste(edit, u"")};

@@ -75,7 +75,8 @@ BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
   const bool was = window->enabled();
   if (was == (enable != FALSE)) return !was;
   window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
-  platform::InvalidateWindow(*window);
+  // A control looks different; a window of its own, and what it holds, does not.
+  if (window->parent != nullptr) platform::InvalidateWindow(*window);
   return !was;
 }
 
