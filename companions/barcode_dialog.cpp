@@ -160,25 +160,22 @@ void Detail::Show(int row) {
 
 // ---- reading ----
 
-// The field's number in the unit shown; false when the text is none, or one that no block holds.
+// The field's number in the unit shown, at most INT32_MAX; false when the text is none.
 bool Detail::ReadNumber(int row, int& value) const {
-  constexpr int kTooLarge = 0x10000;
   Text text;
   GetDlgItemTextW(window_, kFirstControl + row, text, kTextCapacity);
   const int decimals = kestrel::DecimalsOf(UnitOf(row));
   bool digit = false, point = false;
-  int whole = 0;
   for (const WCHAR* c = text; *c; ++c) {
     if (*c >= u'0' && *c <= u'9') {
       digit = true;
-      if (!point) whole = std::min(whole * 10 + (*c - u'0'), kTooLarge);
     } else if (*c != u'.' || point || decimals == 0) {
       return false;
     } else {
       point = true;
     }
   }
-  if (!digit || whole == kTooLarge) return false;
+  if (!digit) return false;
   value = kestrel::ParseMeasure(text, decimals);
   return true;
 }
