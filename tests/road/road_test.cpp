@@ -36,7 +36,7 @@ class Road : public support::SheetTest {
     machine().InstallModule(directory + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
     machine().InstallModule(directory + u"QM610rBAR.DLL", support::Built("QM610rBAR.so"));
     // A library of the system is never taken from here.
-    machine().InstallModule(directory + u"comdlg32.dll", support::Built("QM610rBAR.so"));
+    machine().WriteFile(directory + u"comdlg32.dll", "");
     // What the spooler does with a new printer: tells the driver, then keeps its default record.
     for (std::u16string name : {kPrinter, kSecond}) {
       EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
