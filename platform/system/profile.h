@@ -36,7 +36,7 @@ class ProfileCache {
   };
   static bool StampOf(const std::filesystem::path& file, Stamp& stamp);
 
-  std::filesystem::path file_;  // empty: none
+  std::filesystem::path file_;  // what was read or written last
   Stamp stamp_;
   ProfileDocument document_;
   // False when the file was so young at reading that a later change could bear the same stamp.

@@ -63,7 +63,6 @@ bool ProfileCache::StampOf(const fs::path& file, Stamp& stamp) {
 }
 
 void ProfileCache::Forget() {
-  file_.clear();
   document_ = {};
   settled_ = false;
 }

@@ -347,8 +347,7 @@ TEST_F(WindowTest, DrawingLeavesAShortListOfWhatCanBeSeenAndShowsObjectsThatAreL
     const HBITMAP picture = LoadBitmapW(module_, MAKEINTRESOURCEW(IDB_BACKGROUND));
     const HDC memory = CreateCompatibleDC(dc);
     EXPECT_FALSE(SelectObject(dc, picture) || DeleteDC(dc) || ReleaseDC(window, memory));
-    SelectObject(memory, picture);
-    EXPECT_FALSE(DeleteObject(picture));
+    EXPECT_TRUE(SelectObject(memory, picture) && !DeleteObject(picture));
     EXPECT_EQ(platform::LiveGdiObjects() + platform::LiveDcs(), 3);
     EXPECT_TRUE(DeleteDC(memory) && DeleteObject(picture) && ReleaseDC(window, dc));
     EXPECT_EQ(platform::LiveGdiObjects() + platform::LiveDcs(), 0);

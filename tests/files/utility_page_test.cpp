@@ -103,10 +103,9 @@ TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
   Visit(ExpectText(IDC_UTILITY_LOAD_NAME, kFile));
   EXPECT_EQ(ReadSyncPrint(kPrinter), 1u);
-  const SettingsRecord loaded = Ok(support::kUtilityTab, Press(false, kFile, 1)).record;
-  EXPECT_EQ(support::Words(loaded.Private.nPrintSpeed, loaded.Private.nTSMode),
-            support::Words(3, 1));
-  EXPECT_EQ(loaded.Private.Signature, SETTINGS_SIGNATURE);
+  const PrivateDevMode settings = Ok(support::kUtilityTab, Press(false, kFile, 1)).record.Private;
+  EXPECT_EQ(support::Words(settings.nPrintSpeed, settings.nTSMode, settings.Signature),
+            support::Words(3, 1, SETTINGS_SIGNATURE));
 }
 
 // The wait cursor lasts as long as the transfer, whatever becomes of it.
