@@ -167,7 +167,7 @@ TEST(Texts, TellIntegersUpToTheFirstOtherCharacter) {
     EXPECT_EQ(IntegerFromText(std::u16string(text.begin(), text.end()).c_str()), value) << text;
   }
   EXPECT_EQ(IntegerFromText("\t5"), 0);
-  EXPECT_EQ(IntegerFromText(u"\t\n5"), 5);
+  EXPECT_EQ(IntegerFromText(u"\t\r5"), 5);
 }
 
 TEST(Texts, StayWithinTheirBuffers) {
