@@ -47,10 +47,7 @@ int TextLength(const WCHAR* text) {
   return static_cast<int>(end - text);
 }
 
-int CopyText(WCHAR* out, size_t n, const WCHAR* text) {
-  if (n == 0) return 0;
-  return CopyField(out, n, text, n - 1);
-}
+int CopyText(WCHAR* out, size_t n, const WCHAR* text) { return CopyField(out, n, text, n); }
 
 int CopyField(WCHAR* out, size_t n, const WCHAR* field, size_t fieldUnits) {
   if (n == 0) return 0;
