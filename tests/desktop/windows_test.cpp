@@ -183,6 +183,7 @@ TEST_F(WindowTest, DialogsEndAsToldAndWithNobodyThereAsCancelled) {
   EXPECT_FALSE(SetWindowTextW(gone, u"x") || EndDialog(gone, 1) || show(1, gone));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_EQ(show(1, nullptr, 9999), -1);
+  EXPECT_TRUE(GetWindowLongPtrW(gone, 0) == 0 && GetLastError() == ERROR_INVALID_WINDOW_HANDLE);
   machine().faults.FailNth(platform::Fault::kWindow, 2);
   EXPECT_EQ(show(1), -1) << "its first control";
   EXPECT_TRUE(desk().Windows().empty());
