@@ -23,8 +23,6 @@ using support::Select;
 
 constexpr char16_t kSecond[] = u"倉庫 2F";
 constexpr char16_t kBackup[] = u"C:\\BACKUP\\倉庫.ini";
-constexpr char16_t kSyncKey[] =
-    u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\倉庫 2F\\PrinterDriverData";
 
 // A computer with two printers of the driver and the companion libraries in place.
 class Road : public support::SheetTest {
@@ -117,13 +115,6 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   EXPECT_EQ(picked.record.Public.dmPaperSize, 257);
   EXPECT_EQ(picked.record.Public.dmCopies, 7);
 
-  const support::OpenedPrinter opened;
-  std::u16string name = kPrinter;
-  std::array<LONG, 6> sizes;
-  EXPECT_EQ(
-      exports_.DrvDeviceCapabilities(opened, name.data(), DC_PAPERSIZE, sizes.data(), nullptr), 3);
-  EXPECT_EQ(sizes, (std::array<LONG, 6>{580, 680, 400, 680, 580, 680}));
-
   // A backup makes the second printer the first.
   ASSERT_EQ(
       Show({.kind = support::SheetKind::kUserDefault, .printer = kSecond},
@@ -155,8 +146,6 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   const SettingsRecord secondRecord = Resolve(kSecond);
   CopyText(firstRecord.Public.dmDeviceName, kSecond);
   EXPECT_EQ(BytesOf(firstRecord), BytesOf(secondRecord));
-
-  EXPECT_EQ(machine().Registry(kSyncKey, u"SyncPrint").value().bytes, BytesOf(DWORD{1}));
 }
 
 // Every byte of a settings record that means something is told in JSON.
