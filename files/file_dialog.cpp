@@ -22,7 +22,6 @@ OPENFILENAMEW fileDialog;
 Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
 bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
-  title[0] = 0;
   const auto getTitle = EntryPoint<FileTitleProc>(library.get(), "GetFileTitleW");
   if (getTitle != nullptr && getTitle(name, title, kFileTitleLength) == 0) return true;
   title[0] = 0;

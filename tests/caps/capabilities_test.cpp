@@ -2,7 +2,6 @@
 #include <sstream>
 
 #include "platform/system/text.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 

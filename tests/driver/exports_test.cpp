@@ -4,7 +4,6 @@
 #include <set>
 
 #include "platform/system/guard.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

@@ -5,7 +5,6 @@
 #include "driver/record_checks.h"
 #include "driver/resolve_settings.h"
 #include "driver/text.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 

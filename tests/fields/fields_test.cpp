@@ -9,7 +9,6 @@
 #include "paper/fields/numeric_field.h"
 #include "platform/system/text.h"
 #include "resources/resource.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -125,7 +124,7 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
     // Without permission the dialog is left to be closed alone.
     LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
     int open = 0;
-    for (const auto& at : desk.Windows().back().controls)
+    for (const auto& at : std::vector(desk.Windows().back().controls))
       open += at.tabStop && at.visible && at.enabled;
     EXPECT_EQ(open, 2);  // OK and Cancel
   };

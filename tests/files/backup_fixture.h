@@ -6,7 +6,6 @@
 
 #include "files/backup_file.h"
 #include "platform/system/text.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel::test {

@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "platform/system/text.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

@@ -217,7 +217,8 @@ TEST_F(FontTest, StoredFontsAreChanged) {
     Record garbage;
     garbage.fill(static_cast<uint16_t>(filling));
     changes(garbage.Put(64, {0}), Deco(u"A").Put(220, {1, 0, 5, 0, 12, 8}),
-            {Click(kMm), Click(kInch), Select(kResident, 0), Replace(kDeco.name, u"A"),
+            {ExpectText(kDeco.name, std::u16string(31, garbage[0])), Click(kMm), Click(kInch),
+             Select(kResident, 0), Replace(kDeco.name, u"A"),
              SerialWalk(kDecoSerial, Changes(kDeco)), Click(IDC_DECO_FONT_DECIMAL)});
   }
 }

@@ -10,7 +10,6 @@
 #include "platform/system/guard.h"
 #include "platform/system/text.h"
 #include "resources/resource.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {

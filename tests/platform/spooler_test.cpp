@@ -7,7 +7,6 @@
 #include <fstream>
 #include <tuple>
 
-#include "tests/support/bin_dir.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 

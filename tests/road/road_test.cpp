@@ -6,7 +6,6 @@
 #include "host/record_json.h"
 #include "paper/paper_table.h"
 #include "resources/resource.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {

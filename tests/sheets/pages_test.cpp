@@ -8,7 +8,6 @@
 #include "fonts/font_record.h"
 #include "platform/system/text.h"
 #include "resources/resource.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {

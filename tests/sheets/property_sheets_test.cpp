@@ -14,7 +14,6 @@
 #include "resources/resource.h"
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
-#include "tests/support/bin_dir.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
