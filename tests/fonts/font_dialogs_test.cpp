@@ -131,7 +131,7 @@ TEST_F(FontTest, ReadsEveryRadioButton) {
       expected.Put(208 + 2 * i, {i == 0 ? value + 1 : i == 1 ? 90 * value : value});
     }
     Store({free});
-    Gives({expected}, Change(kDeco, {clicks, Looks(radios, look)}));
+    Gives({expected}, Change(kDeco, {clicks, Click(kMm), Click(kDot), Looks(radios, look)}));
     Gives({expected}, Change(kDeco));
   }
 }
@@ -166,7 +166,7 @@ TEST_F(FontTest, StoredFontsAreChanged) {
   };
   // At 6 an arrow stops; a magnification beyond stays to be seen, whatever shows the font anew.
   // What was checked is what is stored.
-  changes(Deco(u"N").Put(202, {9, 0}), Deco(u"N").Put(198, {15, 18, 3, 2}),
+  changes(Deco(u"N").Put(202, {9, 0}).Put(208, {2}), Deco(u"N").Put(198, {15, 18, 3, 2}),
           {DecoLooks("5*9 0 (45/1..270) (1/1..1) 9/1..6 0/1..6 2 (0) 0 0 (0) (0) (0) {1}"),
            Spin(1158, 9), ExpectText(kX, u"6"), Replace(kY, u"70"), Click(kMm), Select(kSize, 0),
            Click(kSerialOn), ExpectText(kY, u"70"), Click(kSerialNo),

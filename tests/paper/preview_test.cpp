@@ -89,7 +89,7 @@ TEST_F(Preview, ShowsStripsSketchesAndMarkers) {
   // 55.2 mm are 138 pixels; 48.0 mm printable are 120, the gap 10 pixels.
   Cancel(
       kPaperTab,
-      {Click(kRegister), sketches({kName, kWidth, kLength, kGap, kName}, kDialogPicture),
+      {Click(kRegister), sketches({kName, kWidth, kLength, kGap, kGrade}, kDialogPicture),
        Look(u"feed", IDC_PAPER_REGISTER_FEED_PICTURE), Look(u"feed", IDC_PAPER_REGISTER_FEED_TEXT),
        Look(u"help", IDC_HELP_TEXT), Fill(u"", u"55.2", u"55.2", u"4.0"), Click(kWholeLabel),
        Look(u"of what was typed", kDialogPicture), sketches({kGap}, kDialogPicture),
