@@ -152,7 +152,7 @@ export function createControl(view, link) {
 // Follows the server, unless the person is ahead of it or composes text.
 export function updateControl(node, view, link) {
   node.view.focused = view.focused;
-  if (link.isAhead(node.number)) return;
+  if (link.isAhead(node.number, node.input)) return;
   const shown = JSON.stringify({ ...view, focused: false });
   if (shown === node.shown && node.number === 0) return;
   const text = node.view.text !== view.text || !node.shown;

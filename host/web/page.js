@@ -21,6 +21,7 @@ let shown = null; // the last picture
 let following = false; // the focus moves because the server says so
 let queue = Promise.resolve();
 let tries = 0; // failed connections in a row
+let composed = null; // the field in which an input method composes a text
 
 // One that the server does not take is told, and the page shows what is true again.
 async function post(action) {
@@ -47,15 +48,15 @@ function linkTo({ handle, kind }) {
     kind,
     drives: Object.entries(shown.about.drives).map(([drive, folder]) => `${drive} = ${folder}`).join("　"),
     send: (action) => send({ ...action, window: handle }),
-    isAhead: (number) => handled < number,
+    isAhead: (number, input) => handled < number || input === composed,
     focused: (node) => {
-      if (!following && !node.view.focused) send({ action: "focus", id: node.view.id, window: handle });
+      if (!following && (handled < sent || !node.view.focused)) send({ action: "focus", id: node.view.id, window: handle });
     },
   };
 }
 
 function followFocus(frame) {
-  if (handled < sent || (frame.walking && document.activeElement.role === "tab")) return;
+  if (handled < sent || composed?.isConnected || (frame.walking && document.activeElement.role === "tab")) return;
   const node = focusedControl(frame);
   if (!node || document.activeElement === node.input) return;
   following = true;
@@ -139,6 +140,9 @@ function keepInside(frame, event) {
   event.preventDefault();
   first?.focus();
 }
+
+document.addEventListener("compositionstart", (event) => (composed = event.target));
+document.addEventListener("compositionend", () => (composed = null));
 
 document.addEventListener("keydown", (event) => {
   const frame = top();
