@@ -43,7 +43,7 @@ build() {
   shift
   if command -v ccache > /dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache CMAKE_C_COMPILER_LAUNCHER=ccache
-    export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root
+    export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root CCACHE_DEPEND=1
   fi
   mkdir -p "$folder"
   (
