@@ -84,7 +84,7 @@ struct FakeLibrary {
 
   // "種" in code page 932, and more than a name may have.
   static void WINAPI Name(char* name) {
-    std::memcpy(name, "\216\35545678901234567890123456789012", 32);
+    std::memcpy(name, "\216\355456789012345678901234567890123", 32);
   }
   template <char kEntry>
   static int16_t WINAPI Answer(uint16_t* block, const uint16_t* words, HWND dialog) {
