@@ -1,6 +1,6 @@
 // Shows the desk's windows and reports what the person does. The server's picture is the truth; a
-// control that the person is ahead of (its last action is not handled yet) is left alone until the
-// server has caught up.
+// control that the person is ahead of (its last action is not handled yet, or an input method is
+// composing in it) is left alone until the server has caught up.
 import { make, setLabel } from "./dom.js";
 import { createFrame, updateFrame, focusedControl } from "./frames.js";
 import { glossIsOn, switchGloss } from "./gloss.js";
