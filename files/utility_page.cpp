@@ -93,7 +93,10 @@ bool SaveOrLoadBackup(HWND page, DriverUiData& session, const Side& side) {
     *before = block;
   }
   const BackupName& name = NameOf(session, side);
-  if (!CheckName(page, name)) return false;
+  if (!CheckName(page, name)) {
+    MoveFocus(page, side.field);
+    return false;
+  }
   SetWaitCursor(true);
   const bool done = BackupFileTransfer(page, name, {block, session.fonts, session.printerName},
                                        side.direction, BACKUP_ALL);

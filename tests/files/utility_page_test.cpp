@@ -56,6 +56,7 @@ TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
   const auto refuse = [&](std::u16string name, std::u16string reason) {
     for (const bool save : {true, false}) {
       steps += Press(save, name, reason.empty() ? 1 : 2);
+      steps += support::ExpectFocus(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME);
       expected += reason + (save ? kSaveFailed : kLoadFailed);
     }
   };
