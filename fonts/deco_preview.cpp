@@ -26,10 +26,10 @@ class SelectedFont {
                           pitch | FF_DONTCARE, face)),
         selected_(dc, font_.get()) {}
 
-  int AverageWidth() const {
+  TEXTMETRICW Metrics() const {
     TEXTMETRICW metrics = {};
     GetTextMetricsW(dc_, &metrics);
-    return metrics.tmAveCharWidth;
+    return metrics;
   }
   SIZE Extent(const WCHAR* text, int length) const {
     SIZE size = {};
@@ -70,14 +70,16 @@ void DrawFontPreview(FieldDialog dialog, int dpi, HDC dc, const RECT& box) {
   int natural = 0;
   {
     const SelectedFont measured(dc, height, 0, FIXED_PITCH, face);
-    natural = measured.AverageWidth();
+    natural = measured.Metrics().tmAveCharWidth;
   }
   const int drawnWidth = std::max(height > 0 ? natural * width / height : 0, 1);
   const SelectedFont drawn(dc, height, drawnWidth, FIXED_PITCH, face);
   const SampleWidths widths = WidthsIn(drawn);
   SampleWidths shown = widths;
   if (proportional) {
-    shown = WidthsIn(SelectedFont(dc, height, drawnWidth, VARIABLE_PITCH, kProportionalFace));
+    const TEXTMETRICW metrics = drawn.Metrics();
+    shown = WidthsIn(SelectedFont(dc, metrics.tmHeight, metrics.tmAveCharWidth, VARIABLE_PITCH,
+                                  kProportionalFace));
   }
   const SIZE text = drawn.Extent(kSample, 2);
   const int centre = std::max(box.right, text.cx) / 2;
