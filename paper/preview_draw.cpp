@@ -86,8 +86,6 @@ PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, 
   const PreviewGeometry geometry = MeasurePreview(paper, box);
   PreviewLabel labels[kMaxPreviewLabels];
   const int count = LayOutLabels(geometry, place, labels);
-  if (count == 0) return {};
-
   const Picture picture(dc, static_cast<WORD>(orientationPicture));
   const SavedDc saved(dc);
   for (const PreviewLabel& label : std::span(labels, static_cast<size_t>(count))) {

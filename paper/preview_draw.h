@@ -15,7 +15,8 @@ namespace kestrel {
 void DrawPicture(HDC dc, const RECT& rect, int bitmapId);
 
 // The whole-label view of a paper over a box: the background, then the laid-out labels with the
-// picture of the print orientation in each. Answers the geometry, empty when no label was drawn.
+// picture of the print orientation in each. Answers the geometry; a paper without size has no
+// scale.
 PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
                                int orientationPicture);
 

@@ -82,6 +82,8 @@ TEST_F(Preview, ShowsStripsSketchesAndMarkers) {
           markers(u"left and up", {{kVert, -22}, {kHorz, -300}, {kTear, -2}, {kPitch, -6}})});
   Choose(Label(60, 60, 0, 0, 60));
   Cancel(kPaperTab, markers(u"beyond the corner", {{kVert, -300}, {kHorz, 300}}));
+  Choose(Label(100, 100, 220, 0, 100));
+  Cancel(kPaperTab, markers(u"no label in the box", {{kVert, -100}}));
   Choose(kNarrow, 2, 1);
   Cancel(kPaperTab,
          {sketches({kPitch, kPeel}), markers(u"peel mode and gap sensor", {{kPeel, -40}}),
