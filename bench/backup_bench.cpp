@@ -41,7 +41,7 @@ struct FullPrinter {
     for (size_t i = 0; i < bar.size(); ++i) {
       bar[i].FontKind = kBarcodeFont;
       std::fill_n(bar[i].Bar.BarFontName, 31, u'線');
-      bar[i].Bar.BarcodeKind = BarcodeKinds()[i % kBarcodeKindCount].id;
+      bar[i].Bar.BarcodeKind = kBarcodeKinds[i % kBarcodeKindCount].id;
     }
     fonts.DecoFonts = deco.data();
     fonts.BarFonts = bar.data();

@@ -30,36 +30,24 @@ int16_t EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner
 }  // namespace
 }  // namespace companions
 
-// The three entry points of a kind, by its index in the table of kinds.
-#define BARCODE_ENTRIES(suffix, index)                                                           \
+// The row of each kind, by the suffix of its entry points.
+enum KindRow : int {
+#define KIND(id, suffix, serial, layout) k##suffix,
+  BARCODE_KINDS(KIND)
+#undef KIND
+};
+
+#define BARCODE_ENTRIES(id, suffix, serial, layout)                                              \
   extern "C" {                                                                                   \
   void WINAPI GetBarName##suffix(LPSTR name) {                                                   \
-    platform::Keeping([&] { companions::WriteName(index, name); });                              \
+    platform::Keeping([&] { companions::WriteName(k##suffix, name); });                          \
   }                                                                                              \
   int16_t WINAPI Init##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND) {          \
-    return platform::Keeping([&] { return companions::WriteBlock(index, block, info); });        \
+    return platform::Keeping([&] { return companions::WriteBlock(k##suffix, block, info); });    \
   }                                                                                              \
   int16_t WINAPI ShowDlg##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND owner) { \
-    return platform::Keeping([&] { return companions::EditBlock(index, block, info, owner); });  \
+    return platform::Keeping(                                                                    \
+        [&] { return companions::EditBlock(k##suffix, block, info, owner); });                   \
   }                                                                                              \
   }
-
-BARCODE_ENTRIES(UPCA, 0)
-BARCODE_ENTRIES(UPCE, 1)
-BARCODE_ENTRIES(JAN8, 2)
-BARCODE_ENTRIES(JAN13, 3)
-BARCODE_ENTRIES(CODE39, 4)
-BARCODE_ENTRIES(CODE93, 5)
-BARCODE_ENTRIES(CODE128, 6)
-BARCODE_ENTRIES(UCC128, 7)
-BARCODE_ENTRIES(INT25, 8)
-BARCODE_ENTRIES(NW7, 9)
-BARCODE_ENTRIES(CUSTOM, 10)
-BARCODE_ENTRIES(RSS, 11)
-BARCODE_ENTRIES(QR1, 12)
-BARCODE_ENTRIES(QR2, 13)
-BARCODE_ENTRIES(QRM, 14)
-BARCODE_ENTRIES(PDF417, 15)
-BARCODE_ENTRIES(MAXI, 16)
-BARCODE_ENTRIES(ECC, 17)
-BARCODE_ENTRIES(MPDF417, 18)
+BARCODE_KINDS(BARCODE_ENTRIES)

@@ -108,7 +108,7 @@ constexpr Field kLayoutK[] = {kExpand, Height(14), OneOf(u"セグメント数", 
 
 // Defaults follow the fields; a height of 10 mm for
 // symbols read across, module sizes that a 203-dpi head prints safely.
-constexpr BarcodeKind kKinds[kKindCount] = {
+constexpr BarcodeKind kKinds[] = {
     {100, u"UPC-A", kLayoutA, {2, 100, 1}},
     {200, u"UPC-E", kLayoutB, {2, 100}},
     {300, u"JAN-8", kLayoutA, {2, 100, 1}},
@@ -129,6 +129,10 @@ constexpr BarcodeKind kKinds[kKindCount] = {
     {2000, u"DataMatrix(ECC200)", kLayoutI, {4, 4, 0, 0}},
     {2100, u"マイクロPDF417", kLayoutJ, {2, 4, 0, 0, 0}},
 };
+
+static_assert(std::ranges::equal(kKinds, kestrel::kBarcodeKinds, {}, &BarcodeKind::id,
+                                 &kestrel::BarcodeKindRow::id),
+              "a row for each barcode kind, in their order");
 
 // Every parameter lies in the library's part of the block.
 static_assert(std::ranges::all_of(kKinds, [](const BarcodeKind& kind) {

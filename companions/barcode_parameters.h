@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <span>
 
+#include "fonts/barcode_kinds.h"
 #include "fonts/barcode_library.h"
 
 namespace companions {
@@ -54,8 +55,7 @@ struct BarcodeKind {
 // The fields of every kind, before its own.
 extern const Field kRotateField, kUnitField;
 
-constexpr int kKindCount = 19;
-// The kind at an index of the export list; the index is not checked.
+// The kind at a row of kestrel::kBarcodeKinds; the row is not checked.
 const BarcodeKind& KindAt(int index);
 
 // Writes a kind's default parameters into the block; lengths are in dots of the given density.

@@ -52,7 +52,7 @@ struct BarDialog {
 const BarcodeKindRow* SelectedKind(HWND window) {
   const LRESULT row = SendDlgItemMessageW(window, IDC_BAR_FONT_KIND, CB_GETCURSEL, 0, 0);
   if (row < 0 || row >= kBarcodeKindCount) return nullptr;
-  return &BarcodeKinds()[static_cast<size_t>(row)];
+  return &kBarcodeKinds[row];
 }
 
 void StartNewFont(BarDialog& dialog) {

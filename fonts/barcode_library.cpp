@@ -43,7 +43,7 @@ BarcodeLibInfo InfoOf(const BarcodeLibrary& library) {
 void FillKindList(const BarcodeLibrary& library, int list) {
   const Module module = LoadBarcodeLibrary(library);
   if (!module) return;
-  for (const BarcodeKindRow& kind : BarcodeKinds()) {
+  for (const BarcodeKindRow& kind : kBarcodeKinds) {
     const auto getName = FindEntry<GetBarNameProc>(library, module, kind.getName);
     if (getName == nullptr) return;
     char bytes[kNameBytes] = {};
@@ -62,8 +62,7 @@ void InitParam(const BarcodeLibrary& library, uint8_t* block, int kind) {
   if (!module) return;
   const int row = BarcodeKindRowOf(kind);
   if (row < 0) return;
-  const auto init =
-      FindEntry<InitProc>(library, module, BarcodeKinds()[static_cast<size_t>(row)].init);
+  const auto init = FindEntry<InitProc>(library, module, kBarcodeKinds[row].init);
   if (init == nullptr) return;
   const BarcodeLibInfo info = InfoOf(library);
   init(block, &info, library.dialog);
@@ -73,7 +72,7 @@ int16_t ShowDetail(const BarcodeLibrary& library, uint8_t* block, int kind, bool
   const Module module = LoadBarcodeLibrary(library);
   const int row = BarcodeKindRowOf(kind);
   if (!module || row < 0) return kCancelled;
-  const BarcodeKindRow& entries = BarcodeKinds()[static_cast<size_t>(row)];
+  const BarcodeKindRow& entries = kBarcodeKinds[row];
   const BarcodeLibInfo info = InfoOf(library);
   int16_t result = kCancelled;
   if (initialise) {

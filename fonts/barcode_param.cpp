@@ -1,5 +1,7 @@
 #include "fonts/barcode_param.h"
 
+#include "fonts/barcode_kinds.h"
+
 namespace kestrel {
 namespace {
 
@@ -77,45 +79,42 @@ constexpr BarcodeField kMicroPdf417[] = {kId,
 constexpr BarcodeField kRss[] = {
     kId, kRotate, kUnit, kExpand, kHeight, Word("Segment", 16), Word("BarType", 18)};
 
+std::span<const BarcodeField> FieldsOf(BarcodeLayout layout) {
+  switch (layout) {
+    case BarcodeLayout::kGuided:
+      return kGuided;
+    case BarcodeLayout::kPlain:
+      return kPlain;
+    case BarcodeLayout::kCommented:
+      return kCommented;
+    case BarcodeLayout::kTwoWidths:
+      return kTwoWidths;
+    case BarcodeLayout::kCustomer:
+      return kCustomer;
+    case BarcodeLayout::kQr:
+      return kQr;
+    case BarcodeLayout::kPdf417:
+      return kPdf417;
+    case BarcodeLayout::kMaxiCode:
+      return kMaxiCode;
+    case BarcodeLayout::kDataMatrix:
+      return kDataMatrix;
+    case BarcodeLayout::kMicroPdf417:
+      return kMicroPdf417;
+    case BarcodeLayout::kRss:
+      return kRss;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::span<const BarcodeField> BarcodeFields(int kind) {
-  switch (kind) {
-    case 100:
-    case 300:
-    case 400:
-      return kGuided;
-    case 200:
-    case 600:
-    case 700:
-      return kPlain;
-    case 800:
-      return kCommented;
-    case 500:
-    case 900:
-    case 1000:
-    case 1100:
-    case 1200:
-      return kTwoWidths;
-    case 1300:
-      return kCustomer;
-    case 1400:
-    case 1500:
-    case 1600:
-      return kQr;
-    case 1700:
-      return kPdf417;
-    case 1900:
-      return kMaxiCode;
-    case 2000:
-      return kDataMatrix;
-    case 2100:
-      return kMicroPdf417;
-    case 2500:
-      return kRss;
-    default:
-      return {};
-  }
+  const int row = BarcodeKindRowOf(kind);
+  if (row >= 0) return FieldsOf(kBarcodeKinds[row].layout);
+  // Kinds that no list offers; a record of another driver version may have one.
+  if (kind == 1000 || kind == 1100) return kTwoWidths;
+  return {};
 }
 
 }  // namespace kestrel

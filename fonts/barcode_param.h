@@ -14,6 +14,21 @@ enum class BarcodeFieldType : uint8_t {
   kTerminatedText  // code page 932, terminated within its width
 };
 
+// The layouts of the block; the kinds of one layout have the same fields.
+enum class BarcodeLayout : uint8_t {
+  kGuided,
+  kPlain,
+  kCommented,
+  kTwoWidths,
+  kCustomer,
+  kQr,
+  kPdf417,
+  kMaxiCode,
+  kDataMatrix,
+  kMicroPdf417,
+  kRss,
+};
+
 struct BarcodeField {
   const char* name;  // also its key in a backup file
   uint8_t offset;    // from the start of the block

@@ -67,7 +67,7 @@ Steps Refused(int field, std::u16string text, std::u16string beginning) {
 
 TEST_F(CompanionTest, EveryKindHasANameAndDefaultsThatPassItsDialog) {
   std::u16string names;
-  for (const BarcodeKindRow& row : BarcodeKinds()) {
+  for (const BarcodeKindRow& row : kBarcodeKinds) {
     SCOPED_TRACE(row.id);
     std::string name(40, '~');
     EntryPoint<void(WINAPI*)(char*)>(bar_.get(), row.getName)(name.data());

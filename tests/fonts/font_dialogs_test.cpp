@@ -303,8 +303,8 @@ TEST_F(FontTest, ReadsItsControls) {
 // With the library itself. The kind decides whether the numbering may be switched, from the first
 // notification on. A kind chosen without its details gets the library's 40 bytes.
 TEST_F(FontTest, EveryKindHasItsRow) {
-  constexpr int kKinds[] = {100,  200,  300,  400,  500,  600,  700,  800,  900, 1200,
-                            1300, 2500, 1400, 1500, 1600, 1700, 1900, 2000, 2100};
+  constexpr std::array kKinds = {100,  200,  300,  400,  500,  600,  700,  800,  900, 1200,
+                                 1300, 2500, 1400, 1500, 1600, 1700, 1900, 2000, 2100};
   machine().UnregisterModule(u"QM610rBAR.DLL");
   machine().InstallModule(machine().driverDirectory() + u"\\3\\QM610rBAR.DLL",
                           Built("QM610rBAR.so"));
@@ -312,9 +312,10 @@ TEST_F(FontTest, EveryKindHasItsRow) {
   const auto font = [&](int row) {
     return Bar(u"B", kKinds[row]).Put(134, {1}).Put(186, {7, 7, 7}).Put(230, {7});
   };
-  for (int row = 0; row < 19; ++row) {
+  const int count = static_cast<int>(kKinds.size());
+  for (int row = 0; row < count; ++row) {
     SCOPED_TRACE(row);
-    const int next = (row + 1) % 19;
+    const int next = (row + 1) % count;
     Store({font(row)});
     Ok(kFontTab, Change(kBar, {ExpectSelected(kKindList, row), looks(kUpca), Focus(kKindList),
                                looks(row), Select(kKindList, next), looks(next)}));

@@ -73,7 +73,7 @@ struct FakeLibrary {
       return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(f));
     };
     platform::Machine::EntryPoints entries;
-    for (const kestrel::BarcodeKindRow& kind : kestrel::BarcodeKinds()) {
+    for (const kestrel::BarcodeKindRow& kind : kestrel::kBarcodeKinds) {
       entries[kind.getName] = entry(&Name);
       entries[kind.init] = entry(&Answer<'I'>);
       entries[kind.showDialog] = entry(&Answer<'S'>);
