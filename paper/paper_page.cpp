@@ -56,7 +56,7 @@ void Leave(HWND page, DriverUiData& session) {
   settings.PaperID = PaperEntryId(*session.settings, session.paper.selected);
   ReadOrientation(page, settings);
   for (const OffsetField& field : kOffsetFields) {
-    settings.*field.setting = static_cast<int16_t>(SpinPosition(page, field.spin));
+    settings.*field.setting = TypedOffset(page, settings, field);
   }
   settings.Position = IsDlgButtonChecked(page, IDC_PAPER_POSITION) == BST_CHECKED;
 }
@@ -106,14 +106,15 @@ void Command(HWND page, DriverUiData& session, int control, int notification) {
 }
 
 MarkerValues ReadMarkerValues(HWND page, const DriverUiData& session) {
-  const auto dots = [page](int edit) { return ReadField(PaperFields(page), edit, kPlain); };
+  const PrivateDevMode& settings = session.settings->Record.Private;
+  const auto dots = [&](int edit) { return TypedOffset(page, settings, *FindOffsetField(edit)); };
   return {
       .vertBase = dots(IDC_PAPER_VERT_BASE),
       .horzBase = dots(IDC_PAPER_HORZ_BASE),
       .pitchOffset = dots(IDC_PAPER_PITCH_OFFSET),
       .peelOffset = dots(IDC_PAPER_PEEL_OFFSET),
       .tearOffset = dots(IDC_PAPER_TEAR_OFFSET),
-      .eyeMarkSensor = session.settings->Record.Private.nSensor == kEyeMarkSensor,
+      .eyeMarkSensor = settings.nSensor == kEyeMarkSensor,
   };
 }
 

@@ -39,9 +39,11 @@ bool ConfirmDeletion(HWND page, const DriverUiData& session, int entry) {
 void OnOffsetTyped(HWND page, DriverUiData& session, const OffsetField& field) {
   PaperPageState& state = session.paper;
   if (state.filling || !OnPlainTyped(PaperFields(page), field.edit)) return;
-  const int value = ReadField(PaperFields(page), field.edit, kPlain);
-  if (value == session.settings->Record.Private.*field.setting) return;
-  if (CheckFieldRange(PaperFields(page), field.edit, kPlain) == kInside) {
+  const int stored = session.settings->Record.Private.*field.setting;
+  const int value = ReadWholeNumber(page, field.edit, stored);
+  if (value == stored) return;
+  const SizeLimit range = OffsetRange(field.edit);
+  if (value >= range.minimum && value <= range.maximum) {
     MarkPageChanged(page);
     return;
   }

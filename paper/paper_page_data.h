@@ -71,6 +71,9 @@ void FillPaperPage(HWND page, DriverUiData& session, bool creating);
 void ListPapers(HWND page, DriverUiData& session, int entry);
 // Range, position and text of an offset field from its setting.
 void FillOffset(HWND page, DriverUiData& session, const OffsetField& field, bool attach);
+// The offset that a field shows, limited to its range; the stored one when the text is no whole
+// number.
+int16_t TypedOffset(HWND page, const PrivateDevMode& settings, const OffsetField& field);
 // The preview copy follows the selected entry, and the picture box shows it.
 void ShowSelectedPaper(HWND page, DriverUiData& session);
 // The picture box shows something else.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iterator>
 
 #include "paper/fields/controls.h"
@@ -52,6 +53,12 @@ void FillOffset(HWND page, DriverUiData& session, const OffsetField& field, bool
   const SizeLimit range = OffsetRange(field.edit);
   InitField(PaperFields(page), field.edit, range.minimum, range.maximum,
             session.settings->Record.Private.*field.setting, kPlain, attach);
+}
+
+int16_t TypedOffset(HWND page, const PrivateDevMode& settings, const OffsetField& field) {
+  const SizeLimit range = OffsetRange(field.edit);
+  const int offset = ReadWholeNumber(page, field.edit, settings.*field.setting);
+  return static_cast<int16_t>(std::clamp<int>(offset, range.minimum, range.maximum));
 }
 
 void ListPapers(HWND page, DriverUiData& session, int entry) {

@@ -77,6 +77,14 @@ struct WindowView {
 // Buttons of a property sheet.
 enum class SheetButton { kOk, kCancel };
 
+// Which texts of its edit an up-down accepts as a number. The documentation leaves it open, so a
+// module has to work with each.
+enum class BuddyReading {
+  kWholeText,       // blanks, a sign, digits
+  kDigitsAndMinus,  // digits, perhaps behind "-"
+  kLeadingNumber,   // any text: the number that it begins with, 0 without one
+};
+
 class Desk;
 
 // Whoever sits at the desk. Act is called with every message handled; it does one thing and
@@ -100,6 +108,7 @@ class Desk {
 
   // The user asked by modal loops; null: every modal call ends as cancelled at once.
   void Attach(User* user);
+  void SetBuddyReading(BuddyReading reading);
 
   // ---- seeing ----
   int ModalDepth() const;

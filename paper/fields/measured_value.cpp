@@ -99,6 +99,15 @@ int ParseMeasure(const WCHAR* text, int decimals) {
   return static_cast<int>(std::clamp<int64_t>(number, INT32_MIN, INT32_MAX));
 }
 
+bool ParseWholeNumber(const WCHAR* text, int* number) {
+  const WCHAR* digits = *text == TEXT('-') ? text + 1 : text;
+  if (!IsDigit(*digits)) return false;
+  const int value = TakeInteger(text);
+  if (*text != 0) return false;
+  *number = value;
+  return true;
+}
+
 int MeasureTextLimit(int minimum, int maximum, int unit) {
   const int digits = DigitCount(std::max(Magnitude(minimum), Magnitude(maximum)));
   int limit = digits;

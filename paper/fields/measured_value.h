@@ -27,6 +27,10 @@ int FormatMeasure(WCHAR (&out)[kMeasureTextLength], int value, int unit);
 // Reads a text with a number of decimals 0..5 (more give 0); further digits are dropped, an empty
 // text is 0. Saturates at the limits of 32 bits.
 int ParseMeasure(const WCHAR* text, int decimals);
+// Parses a whole number: digits, behind one "-" when it is negative, and nothing else. Returns
+// false for any other text, the empty one included, and then leaves number as it is. Saturates at
+// the limits of 32 bits.
+bool ParseWholeNumber(const WCHAR* text, int* number);
 // Characters that a field of this range takes.
 int MeasureTextLimit(int minimum, int maximum, int unit);
 

@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "driver/text.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/measured_value.h"
@@ -26,8 +28,8 @@ void ReadText(HWND dialog, int edit, WCHAR (&text)[kFieldTextLength]) {
   GetDlgItemTextW(dialog, edit, text, kFieldTextLength);
 }
 
-// Typing goes on behind a text that was put back.
-void PutCaretBehind(HWND dialog, int edit) {
+// Moves the caret behind the text, so that typing continues there.
+void MoveCaretToEnd(HWND dialog, int edit) {
   WCHAR text[kFieldTextLength];
   ReadText(dialog, edit, text);
   const WPARAM end = static_cast<WPARAM>(TextLength(text));
@@ -38,7 +40,16 @@ void ShowValue(HWND dialog, int edit, int value, int unit) {
   WCHAR text[kMeasureTextLength];
   FormatMeasure(text, value, unit);
   SetDlgItemTextW(dialog, edit, text);
-  PutCaretBehind(dialog, edit);
+  MoveCaretToEnd(dialog, edit);
+}
+
+// The last number of its range that a field had. It is stored with the edit: UDM_GETPOS32 does not
+// return it, since an up-down with UDS_SETBUDDYINT reads the edit first.
+void RememberNumber(HWND dialog, int edit, int number) {
+  SetWindowLongPtrW(GetDlgItem(dialog, edit), GWLP_USERDATA, number);
+}
+int LastNumber(HWND dialog, int edit) {
+  return static_cast<int>(GetWindowLongPtrW(GetDlgItem(dialog, edit), GWLP_USERDATA));
 }
 
 // Up-down messages with 32-bit values (UDM_SETPOS32 and its like).
@@ -70,6 +81,7 @@ void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int posi
   }
   SendDlgItemMessageW(dialog, spin, UDM_SETRANGE32, static_cast<WPARAM>(minimum), maximum);
   SetPosition(dialog, spin, position);
+  RememberNumber(dialog, edit, std::clamp(position, minimum, maximum));
 }
 
 void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value, int unit,
@@ -89,6 +101,14 @@ int ReadField(FieldDialog dialog, int edit, int unit) {
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
   return ParseMeasure(text, DecimalsOf(unit));
+}
+
+int ReadWholeNumber(HWND dialog, int edit, int otherwise) {
+  WCHAR text[kFieldTextLength];
+  ReadText(dialog, edit, text);
+  int number = otherwise;
+  ParseWholeNumber(text, &number);
+  return number;
 }
 
 void SpinRange(HWND dialog, int spin, int* minimum, int* maximum) {
@@ -178,14 +198,18 @@ bool OnPlainTyped(FieldDialog dialog, int edit) {
   if (field == nullptr) return false;
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
-  // Asked for its position, the up-down reads its edit (UDS_SETBUDDYINT) and takes a number of its
-  // range.
-  const int position = SpinPosition(dialog.window, field->spin);
-  if (IsPlainTyping(text)) return true;
-  // Set anew, the position writes itself into the edit.
-  SetPosition(dialog.window, field->spin, position);
-  PutCaretBehind(dialog.window, edit);
-  return false;
+  if (!IsPlainTyping(text)) {
+    ShowValue(dialog.window, edit, LastNumber(dialog.window, edit), kPlain);
+    return false;
+  }
+  int number, minimum, maximum;
+  SpinRange(dialog.window, field->spin, &minimum, &maximum);
+  if (ParseWholeNumber(text, &number) && number >= minimum && number <= maximum) {
+    RememberNumber(dialog.window, edit, number);
+    // The up-down reads its edit when it is asked for its position (UDS_SETBUDDYINT).
+    SpinPosition(dialog.window, field->spin);
+  }
+  return true;
 }
 
 void ShowBound(HWND dialog, UINT message, int bound, int unit) {

@@ -44,6 +44,7 @@ constexpr DWORD DS_CONTROL = 0x0400;
 constexpr DWORD DS_CENTER = 0x0800;
 
 // ---- window words ----
+constexpr int GWLP_USERDATA = -21;  // of any window, for the application that created it
 constexpr int DWLP_MSGRESULT = 0;
 constexpr int DWLP_USER = static_cast<int>(sizeof(LRESULT) + sizeof(DLGPROC));
 

@@ -23,17 +23,23 @@ TEST(MeasuredValue, IsConvertedWrittenReadAndTypedByTheTable) {
   for (const std::string& row : GoldenRows("measures.txt")) {
     std::istringstream words(row);
     std::string what, equals, expected, quoted;
-    int a, b, c, d, answer = -1;
+    int a = 0, b, c, d, answer = -1;
     WCHAR text[kMeasureTextLength];
     std::u16string written;
     const auto typed = [&] { return platform::ToUtf16(quoted); };
-    words >> what >> a;
+    words >> what;
+    if (what != "whole") words >> a;
     if (what == "convert" && words >> b >> c >> d) answer = ConvertMeasure(a, b, c, d);
     if (what == "limit" && words >> b >> c) answer = MeasureTextLimit(a, b, c);
     if (what == "write" && words >> b) written.assign(text, FormatMeasure(text, a, b));
     if (what == "read" && words >> std::quoted(quoted)) answer = ParseMeasure(typed().c_str(), a);
     if (what == "typed" && words >> std::quoted(quoted))
       answer = a == kPlain ? IsPlainTyping(typed().c_str()) : IsMeasureTyping(typed().c_str(), a);
+    if (what == "whole" && words >> std::quoted(quoted)) {
+      answer = -1000;
+      const bool isWhole = ParseWholeNumber(typed().c_str(), &answer);
+      EXPECT_EQ(isWhole, answer != -1000) << row;
+    }
     words >> equals >> expected;
     EXPECT_EQ(what == "write" ? platform::ToUtf8(written) : std::to_string(answer), expected)
         << row;

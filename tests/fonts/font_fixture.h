@@ -180,8 +180,8 @@ inline Steps Change(const Kind& kind, const Steps& steps = {}, const Steps& atOk
 inline Step Put(int id, std::u16string text) {
   return [=](Desk& desk) { SetDlgItemTextW(desk.Top(), id, text.c_str()); };
 }
-// What a field takes: a number below and one above are refused at OK, a letter behind a good one at
-// once. Of several wrong fields the first is told and gets the focus.
+// What a field takes: a number below and one above are refused at OK, a letter behind a good one
+// and a plus sign at once. Of several wrong fields the first is told and gets the focus.
 struct Bounds {
   int field;
   const char16_t *what, *unit, *below, *least, *most, *above, *good;
@@ -198,8 +198,12 @@ inline Steps Refuses(const std::u16string& title, const std::u16string& group,
                    ExpectFocus(f.field)};
     };
     steps += {refused(f.below, f.least, u"以上にして下さい。"),
-              refused(f.above, f.most, u"以下にして下さい。"), Replace(f.field, f.good),
-              Type(f.field, u"x"), ExpectText(f.field, f.good)};
+              refused(f.above, f.most, u"以下にして下さい。"),
+              Replace(f.field, f.good),
+              Type(f.field, u"x"),
+              ExpectText(f.field, f.good),
+              Paste(f.field, u"+1"),
+              ExpectText(f.field, f.good)};
   }
   return steps;
 }
@@ -248,8 +252,21 @@ inline Steps SerialWalk(const Groups& ids, const std::u16string& title) {
       {step, u"増減値", u"", u"-10000", u"-9999", u"9999", u"10000", u"-12"},
       {digits, u"連番有効桁数", u"枚", u"0", u"1", u"99", u"100", u"12"},
       {low, u"下位無効桁数", u"枚", u"-1", u"0", u"99", u"100", u"7"}};
-  return {Click(ids[0][1]), Refuses(title, u"連番設定\n", bounds), Put(same, u"5-3"),
-          Replace(step, u""), Spin(ids[5][1], 1)};
+  // An up-down that accepts more texts or fewer changes nothing.
+  Steps pasted;
+  for (const platform::BuddyReading reading :
+       {platform::BuddyReading::kDigitsAndMinus, platform::BuddyReading::kLeadingNumber,
+        platform::BuddyReading::kWholeText}) {
+    pasted += [reading](Desk& desk) { desk.SetBuddyReading(reading); };
+    for (const char16_t* text : {u"+3", u" 9", u"9x"})
+      pasted += {Paste(low, text), ExpectText(low, u"7")};
+  }
+  return {Click(ids[0][1]),
+          Refuses(title, u"連番設定\n", bounds),
+          pasted,
+          Put(same, u"5-3"),
+          Replace(step, u""),
+          Spin(ids[5][1], 1)};
 }
 
 }  // namespace fonts

@@ -1,4 +1,8 @@
 // The paper page and the dialog that registers and edits papers, in the user's defaults.
+#include <array>
+
+#include "platform/desktop/drawing/display_list.h"
+#include "sheets/page_services.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
@@ -51,8 +55,8 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
         if (outside == -100) continue;  // one character too many for the field
         typed += {Paste(edit, Number(outside)), ExpectText(edit, Number(stored)), caretBehind};
       }
-      typed += {Paste(edit, most),  Spin(spin, -2),          ExpectText(edit, Number(maximum - 2)),
-                Paste(edit, least), ExpectText(edit, least), Paste(edit, u"")};
+      typed += {Paste(edit, most), Spin(spin, -2), ExpectText(edit, Number(maximum - 2)),
+                Paste(edit, least), ExpectText(edit, least)};
       left.*setting = static_cast<int16_t>(minimum);
     }
     Keep(block);
@@ -70,6 +74,66 @@ TEST_F(PaperPage, ShowsTheSettingsKeepsThemInTheirRangeAndWritesThemOnLeaving) {
     EXPECT_EQ(memcmp(&answer.Private, &left, sizeof left), 0);
     EXPECT_EQ(answer.Public.dmOrientation, 1);
   }
+}
+
+// The lines of the markers in the page's picture box.
+std::vector<std::array<LONG, 4>> MarkerLines(Desk& desk) {
+  std::vector<std::array<LONG, 4>> lines;
+  for (const platform::DrawOp& op : desk.Control(kPicture).drawing) {
+    const RECT& line = op.rect;
+    if (op.pen == RGB(255, 0, 0)) lines.push_back({line.left, line.top, line.right, line.bottom});
+  }
+  return lines;
+}
+
+// The markers show what leaving the page stores, whatever an up-down makes of the text.
+TEST_F(PaperPage, OffsetWithoutWholeNumberKeepsStoredValue) {
+  const Steps backspace = [](Desk& desk) { EXPECT_TRUE(desk.Key(VK_BACK)); };
+  const struct {
+    int stored;
+    Steps typed;
+    std::u16string shown;
+    int left;
+  } rows[] = {
+      {123, {Replace(kVert, u"123"), backspace, backspace, backspace}, u"", 123},
+      {-12, {Replace(kVert, u"-12"), backspace, backspace}, u"-", -12},
+      {30, Paste(kVert, u"--5"), u"--5", 30},
+      {30, Paste(kVert, u"5-3"), u"5-3", 30},
+      {30, {Replace(kVert, u"17"), Paste(kVert, u"-")}, u"-", 30},
+      {30, Paste(kVert, u"007"), u"007", 7},
+      // A refused text gives way to the number that was there before.
+      {30, Paste(kVert, u"+3"), u"30", 30},
+      {30, {Replace(kVert, u"17"), Paste(kVert, u" 12")}, u"17", 17},
+      {30, {Replace(kVert, u"17"), Paste(kVert, u"-"), Paste(kVert, u"4x")}, u"17", 17},
+  };
+  for (const platform::BuddyReading reading :
+       {platform::BuddyReading::kWholeText, platform::BuddyReading::kDigitsAndMinus,
+        platform::BuddyReading::kLeadingNumber}) {
+    for (const auto& [stored, typed, shown, left] : rows) {
+      SCOPED_TRACE(testing::Message()
+                   << platform::ToUtf8(shown) << ", reading " << static_cast<int>(reading));
+      DriverSettingsBlock block = DefaultBlock();
+      block.Record.Private.nVertBase = static_cast<int16_t>(stored);
+      Keep(block);
+      std::vector<std::array<LONG, 4>> marked;
+      const auto record = Ok(kPaperTab, {[=](Desk& desk) { desk.SetBuddyReading(reading); }, typed,
+                                         ExpectText(kVert, shown), Click(kPageWholeLabel),
+                                         [&](Desk& desk) { marked = MarkerLines(desk); }})
+                              .record;
+      EXPECT_EQ(record.Private.nVertBase, left);
+      Cancel(kPaperTab, {ExpectText(kVert, Number(left)), Click(kPageWholeLabel),
+                         [&](Desk& desk) { EXPECT_EQ(MarkerLines(desk), marked); }});
+    }
+  }
+}
+
+TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
+  Cancel(kPaperTab, {Select(kList, 1), GoTo(kVersionTab), [](Desk& desk) {
+                       const HWND page = desk.Windows().back().page->handle;
+                       const DEVMODEW& fields = PageSession(page)->settings->Record.Public;
+                       EXPECT_EQ(fields.dmPaperSize, kFreePaperId);
+                       EXPECT_EQ(std::u16string_view(fields.dmFormName), kFree);
+                     }});
 }
 
 constexpr char16_t kNew[] = u"用紙登録";
@@ -154,7 +218,11 @@ TEST_F(RegisterDialog, RenamingKeepsTheSlotDeletingMovesIdsAndSelection) {
       ExpectEnabled({kReference}, false), Paste(kName, u"P2"), Focus(kWidth), Click(IDOK),
       Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kEdit),
       ExpectFocus(kName), ExpectText(kName, u"P2"), Paste(kName, u"p2"), Click(IDOK),
-      Click(kEditButton), Click(IDOK)});
+      Click(kEditButton), Click(IDOK),
+      // A new paper is compared with every slot, the first one too.
+      Click(kRegister), Paste(kName, kStandard), Click(IDOK),
+      Refused(u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。", kNew),
+      Click(IDCANCEL)});
   // The driver's own paper and the free size stay.
   const Steps fixed = {Click(IDC_PAPER_DELETE), Refused(kFixed, kPage)};
   const SheetAnswer middle =

@@ -20,13 +20,28 @@ int Clamped(const UpDownData& of, int64_t value) {
 
 bool WritesBuddy(const Window& window) { return (window.style & UDS_SETBUDDYINT) != 0; }
 
+std::optional<int64_t> ReadNumber(std::u16string_view text) {
+  switch (Manager().buddyReading) {
+    case BuddyReading::kDigitsAndMinus:
+      if (text.starts_with(u' ') || text.starts_with(u'+')) return std::nullopt;
+      break;
+    case BuddyReading::kLeadingNumber: {
+      const size_t digits = std::min(text.find_first_not_of(u" +-"), text.size());
+      return ReadDecimal(text.substr(0, text.find_first_not_of(u"0123456789", digits))).value_or(0);
+    }
+    case BuddyReading::kWholeText:
+      break;
+  }
+  return ReadDecimal(text);
+}
+
 // Takes the buddy's number as the position; false, and the position stays, when there is no buddy
 // or it shows none that lies in the range.
 bool ReadBuddy(Window& window) {
   UpDownData& state = window.upDown;
   const WindowPtr buddy = FindWindowOf(state.buddy);
   if (!buddy || !WritesBuddy(window)) return buddy != nullptr;
-  const auto value = ReadDecimal(buddy->text);
+  const auto value = ReadNumber(buddy->text);
   if (!value || Clamped(state, *value) != *value) return false;
   state.position = static_cast<int>(*value);
   return true;

@@ -56,6 +56,8 @@ void Desk::Attach(User* user) {
   manager_->gone = false;
 }
 
+void Desk::SetBuddyReading(BuddyReading reading) { manager_->buddyReading = reading; }
+
 int Desk::ModalDepth() const { return static_cast<int>(manager_->modal.size()); }
 HWND Desk::Top() const { return ActiveTop(); }
 bool Desk::Has(int id) const { return ControlOf(Top(), id) != nullptr; }

@@ -21,6 +21,7 @@ struct WindowManager {
   HWND active = nullptr;
   HCURSOR cursor = nullptr;
   User* user = nullptr;
+  BuddyReading buddyReading = BuddyReading::kWholeText;
   bool gone = false;  // the user has left; until no modal window is open
   std::vector<Desk::Shown> history;
 };

@@ -98,6 +98,7 @@ struct Window {
   INT_PTR result = 0;
   INT_PTR cancelResult = IDCANCEL;  // what it ends with when nobody is there
 
+  LONG_PTR userData = 0;               // GWLP_USERDATA
   std::unique_ptr<DialogData> dialog;  // kDialog
   bool checked = false;                // check boxes and radio buttons
   EditData edit;

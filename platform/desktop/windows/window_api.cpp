@@ -27,6 +27,7 @@ void ActivateNext(const Window& left) {
 
 // The word of an index that is a number of its own; null for any other.
 LONG_PTR* WordOf(Window& window, int index) {
+  if (index == GWLP_USERDATA) return &window.userData;
   if (!window.dialog) return nullptr;
   if (index == DWLP_MSGRESULT) return &window.dialog->messageResult;
   return index == DWLP_USER ? &window.dialog->user : nullptr;
