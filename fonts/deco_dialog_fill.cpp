@@ -119,9 +119,11 @@ bool SelectResidentFont(DecoDialog& dialog) {
 void OpenStoredFont(DecoDialog& dialog) {
   DecoFontInfo& font = dialog.font();
   const bool known = SelectResidentFont(dialog);
-  if (dialog.store.FontEditMode == kChangeFont) {
-    if (known) ComputeSelectedSize(dialog);
-  } else {
+  const bool change = dialog.store.FontEditMode == kChangeFont;
+  // A copy's size is left as it is, unless it is none that its resident font has: it could not be
+  // checked.
+  if (known && (change || !IsSizeOffered(dialog.row, font.Size))) ComputeSelectedSize(dialog);
+  if (!change) {
     CopyText(dialog.store.WorkFont.FontName, TEXT(""));
     CopyText(font.DecoFontName, TEXT(""));
   }

@@ -101,6 +101,11 @@ const FontCell* CellAt(uint16_t codes, int entry) {
   return nullptr;
 }
 
+bool IsSizeOffered(const DecoFontInfo& row, uint16_t code) {
+  const bool isOneCode = code == kSizeScalable || FindCell(code) != nullptr;
+  return isOneCode && (row.Size & code) != 0;
+}
+
 int EntryOfCell(uint16_t codes, uint16_t code) {
   for (int entry = 0;; ++entry) {
     const FontCell* cell = CellAt(codes, entry);

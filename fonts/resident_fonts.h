@@ -47,5 +47,7 @@ const FontCell* CellOfCode(uint16_t code);
 // and the entry of a code (0 when the set does not offer it).
 const FontCell* CellAt(uint16_t codes, int entry);
 int EntryOfCell(uint16_t codes, uint16_t code);
+// Returns whether a row offers a Size: one of its cells, or free width and height.
+bool IsSizeOffered(const DecoFontInfo& row, uint16_t code);
 
 }  // namespace kestrel

@@ -92,9 +92,23 @@ TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
     Cancel(kFontTab, Change(kind, Replace(kind.name, u"Y")));
     EXPECT_EQ(Stored(), expected);
     Store({font});
+    Gives({font, named(u"M")}, {Click(kind.reference), New(kind, u"M")});
+    Store({font});
     Gives({fresh}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M"),
                     ExpectChecked({kind.reference})});
   }
+}
+
+// A size that could not be checked is not copied.
+TEST_F(FontTest, ReferenceCopyGetsFirstSizeOfItsResidentFont) {
+  const auto copies = [&](const Record& font, const Record& copy) {
+    Store({font});
+    Gives({font, Record(copy).Name(u"M")}, {Click(kDeco.reference), New(kDeco, u"M")});
+  };
+  copies(Deco(u"A", u"X20", 1024, 300, 400).Put(202, {2, 3}),
+         Deco(u"M", u"X20", 1, 10, 27).Put(202, {2, 3}));
+  copies(Deco(u"A", u"漢字(横書)", 384, 50, 50), Deco(u"M", u"漢字(横書)", 128, 16, 16));
+  copies(Deco(u"A", u"X99", 1024, 300, 400), Deco(u"M", u"X99", 1024, 300, 400));
 }
 
 // Some of the stored names no rule would let in; they show which rule comes first. What lies behind
