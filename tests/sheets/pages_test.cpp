@@ -97,5 +97,13 @@ TEST_F(Pages, ControlsAreUsableByKindAndPermissionAndTellOfTheirUse) {
   EXPECT_EQ(told, Golden("controls.txt"));
 }
 
+TEST_F(Pages, ChangeIsMarkedFromWindows2000On) {
+  for (const DWORD major : {4u, 5u}) {
+    machine().SetOs({.major = major});
+    Show({.kind = SheetKind::kUserDefault},
+         {GoTo(kPaperTab), Click(IDC_PAPER_LANDSCAPE), ExpectChanged(major >= 5), PressCancel()});
+  }
+}
+
 }  // namespace
 }  // namespace kestrel
