@@ -83,20 +83,24 @@ test("what a field refuses snaps back; text under composition stays in the brows
   await settled(page);
   assert.equal(await width.inputValue(), "12.0");
 
-  // The person is back in the name before the server knows of the width.
+  // The user is back in the name before the server gets the width: the network holds actions back.
   await control(NAME).focus();
   await settled(page);
   const edits = [];
-  await page.route("**/action", (route) => {
+  let release;
+  const released = new Promise((resolve) => (release = resolve));
+  await page.route("**/action", async (route) => {
     const { action, id, text } = route.request().postDataJSON();
     if (action === "edit" && id === NAME) edits.push(text);
-    setTimeout(() => route.continue(), 200);
+    await released;
+    await route.continue();
   });
   await width.fill("50.5");
   await control(NAME).focus();
   const input = await page.context().newCDPSession(page);
   for (const text of ["n", "に", "にふ", "にふだ"])
     await input.send("Input.imeSetComposition", { text, selectionStart: text.length, selectionEnd: text.length });
+  release();
   await settled(page);
   assert.equal(await control(NAME).inputValue(), "にふだ");
   assert.deepEqual(edits, []);

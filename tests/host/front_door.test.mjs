@@ -7,8 +7,6 @@ import { test } from "node:test";
 import { ask, page } from "../support/driving.mjs";
 import { computer } from "../support/printhost.mjs";
 
-const SOON = 800; // ms, for whatever needs no waiting
-const DEADLINE = 2000; // ms, for a head or a body to come
 const JSON_TYPE = { "Content-Type": "application/json" };
 
 async function demo(t) {
@@ -16,10 +14,9 @@ async function demo(t) {
   return { sheet, url: new URL(await sheet.address) };
 }
 
-// Sends a head, and a piece again and again, over one connection until it is closed; answers the
-// status and the time until then.
+// Sends a head, and a piece again and again, over one connection until the server closes it; returns the
+// status of the answer, NaN without one.
 function send(url, head, piece, pause = 0) {
-  const start = performance.now();
   const socket = connect(url.port, url.hostname);
   let text = "";
   const push = () => {
@@ -29,7 +26,7 @@ function send(url, head, piece, pause = 0) {
     else socket.once("drain", push);
   };
   socket.on("connect", () => push(socket.write(head))).on("data", (some) => (text += some)).on("error", () => {});
-  return new Promise((resolve) => socket.on("close", () => resolve([Number(text.split(" ")[1]), performance.now() - start])));
+  return new Promise((resolve) => socket.on("close", () => resolve(Number(text.split(" ")[1]))));
 }
 
 test("no token, a wrong host or a foreign origin gets nothing, and a wrong path or method what it should", async (t) => {
@@ -45,8 +42,8 @@ test("no token, a wrong host or a foreign origin gets nothing, and a wrong path 
     const what = path === "action" ? { method: "POST", body: "{}" } : {};
     const refused = [`/${path}`, `/${"0".repeat(32)}/${path}`, `/${token.slice(0, 31)}/${path}`, `/x?/${token}/${path}`].map((wrong) => ({ path: wrong }));
     for (const how of [...refused, ...foreign.map((headers) => ({ path, headers: { ...JSON_TYPE, ...headers } }))]) {
-      const { status, text, time } = await ask(url, { headers: JSON_TYPE, ...what, ...how });
-      assert.deepEqual([status, text, time < SOON], [403, "", true], JSON.stringify(how));
+      const { status, text } = await ask(url, { headers: JSON_TYPE, ...what, ...how });
+      assert.deepEqual([status, text], [403, ""], JSON.stringify(how));
     }
   }
   for (const [path, method, status, headers] of [["none", "GET", 404], ["picture/99999", "GET", 404], ["picture/1x", "GET", 404], ["", "POST", 405],
@@ -79,7 +76,9 @@ test("an action is taken as it should be, or refused with a sentence", async (t)
   assert.deepEqual(after[0].page.controls.filter(({ id }) => id === 1099 || id === 1005).map(({ text, selection }) => selection ?? text), [1, "3"]);
 });
 
-test("hostile requests are refused at once, or in time, and cost no memory", async (t) => {
+// A request that the server refuses by its head has the status of that refusal; if the server waited for the
+// body, which never ends, the status would be that of the deadline, 408.
+test("hostile requests are refused by their head, or at a deadline, and cost no memory", async (t) => {
   const { sheet, url } = await demo(t);
   const path = `${url.pathname}action`;
   const memory = () => Number(/VmHWM:\s+(\d+)/.exec(readFileSync(`/proc/${sheet.child.pid}/status`, "utf8"))[1]);
@@ -87,28 +86,25 @@ test("hostile requests are refused at once, or in time, and cost no memory", asy
   const mega = Buffer.alloc(1 << 20, "7");
   const chunk = Buffer.concat([Buffer.from("100000\r\n"), mega, Buffer.from("\r\n")]);
   const cases = {
-    "chunked, no token": [403, SOON, head("/action", "Transfer-Encoding: chunked\r\n\r\n"), chunk],
-    "large, foreign host": [403, SOON, head(path, "Content-Length: 536870912\r\n\r\n", "evil.example"), mega],
-    "chunked": [411, SOON, head(path, `Transfer-Encoding: chunked\r\nContent-Length: 2\r\n`), chunk],
-    "unbounded": [411, SOON, head(path, ""), mega],
-    "large": [413, SOON, head(path, `Content-Length: 536870912\r\n`), mega],
-    "huge": [413, SOON, head(path, `Content-Length: 99999999999999999999999\r\n`), mega],
-    "packed": [415, SOON, head(path, `Content-Encoding: gzip\r\nContent-Length: 261000\r\n`), mega],
-    "two lengths": [400, SOON, head(path, `Content-Length: 1\r\nContent-Length: 2\r\n`)],
-    "two hosts": [403, SOON, head(path, `Host: evil.example\r\nContent-Length: 2\r\n`)],
-    "no HTTP": [400, SOON, "\x16\x03\x01\r\n\r\n"],
-    "folded": [400, SOON, head(path, `X: 1\r\n  2\r\n`)],
-    "endless headers": [431, SOON, "GET / HTTP/1.1\r\n", "X: 1\r\n".repeat(1000)],
-    "dripping head": [408, DEADLINE + SOON, "GET / HTTP/1.1\r\n", "X", 100],
-    "dripping body": [408, DEADLINE + SOON, head(path, `Content-Length: 60000\r\n`), "7", 100],
-    "silence": [NaN, DEADLINE + SOON, ""],
+    "chunked, no token": [403, head("/action", "Transfer-Encoding: chunked\r\n\r\n"), chunk],
+    "large, foreign host": [403, head(path, "Content-Length: 536870912\r\n\r\n", "evil.example"), mega],
+    "chunked": [411, head(path, `Transfer-Encoding: chunked\r\nContent-Length: 2\r\n`), chunk],
+    "unbounded": [411, head(path, ""), mega],
+    "large": [413, head(path, `Content-Length: 536870912\r\n`), mega],
+    "huge": [413, head(path, `Content-Length: 99999999999999999999999\r\n`), mega],
+    "packed": [415, head(path, `Content-Encoding: gzip\r\nContent-Length: 261000\r\n`), mega],
+    "two lengths": [400, head(path, `Content-Length: 1\r\nContent-Length: 2\r\n`)],
+    "two hosts": [403, head(path, `Host: evil.example\r\nContent-Length: 2\r\n`)],
+    "no HTTP": [400, "\x16\x03\x01\r\n\r\n"],
+    "folded": [400, head(path, `X: 1\r\n  2\r\n`)],
+    "endless headers": [431, "GET / HTTP/1.1\r\n", "X: 1\r\n".repeat(1000)],
+    "dripping head": [408, "GET / HTTP/1.1\r\n", "X", 100],
+    "dripping body": [408, head(path, `Content-Length: 60000\r\n`), "7", 100],
+    "silence": [NaN, ""],
   };
   await ask(url);
   const before = memory();
-  await Promise.all(Object.entries(cases).map(async ([name, [wanted, limit, ...sent]]) => {
-    const [status, time] = await send(url, ...sent);
-    assert.deepEqual([status, time < limit], [wanted, true], `${name}: ${status} after ${time} ms`);
-  }));
+  await Promise.all(Object.entries(cases).map(async ([name, [wanted, ...sent]]) => assert.equal(await send(url, ...sent), wanted, name)));
   assert.ok(memory() - before < 4096, `${before} kB, then ${memory()} kB`);
 });
 
@@ -119,12 +115,10 @@ test("nobody else's connections keep a person waiting", async (t) => {
   // A browser has six connections: the oldest tabs give way.
   assert.deepEqual((await Promise.all([pages[0].ended(), pages[1].ended()])).map(({ end }) => end), ["elsewhere", "elsewhere"]);
   const idle = Array.from({ length: 400 }, () => send(url, "GET / HTTP/1.1\r\n", "X", 100));
-  const start = performance.now();
   assert.ok((await ask(url)).status === 200 && readdirSync(`/proc/${sheet.child.pid}/fd`).length < 300);
   await pages[5].act({ action: "page", index: 1 });
   await pages[5].act({ action: "press", button: "ok" });
   for (const one of pages.slice(2)) assert.equal((await one.ended()).end, "ok");
   assert.equal((await sheet.ended).status, 0);
-  assert.ok(performance.now() - start < 5000);
   await Promise.all(idle);
 });

@@ -1,13 +1,15 @@
 // A headless Chromium, and a sheet as a person meets it in one.
 import { chromium } from "playwright-core";
 
-import { computer } from "./printhost.mjs";
+import { computer, LIMIT } from "./printhost.mjs";
 
 // A page of a browser of its own, closed with the test.
 export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
   const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium" });
   test.after(() => browser.close());
-  return browser.newPage({ viewport, ...options });
+  const page = await browser.newPage({ viewport, ...options });
+  page.setDefaultTimeout(LIMIT);
+  return page;
 }
 
 // The window on top, and its controls by id.

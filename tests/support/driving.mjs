@@ -2,15 +2,14 @@
 import assert from "node:assert/strict";
 import { request } from "node:http";
 
-// One HTTP request; answers status, headers, text and the milliseconds it took.
+// Sends one HTTP request; returns the status, headers and text of its answer.
 export function ask(url, { path = "", method = "GET", headers = {}, body } = {}) {
-  const start = performance.now();
   return new Promise((resolve, reject) => {
     const outgoing = request(new URL(path, url), { method, headers }, (answer) => {
       let text = "";
       answer.setEncoding("utf8");
       answer.on("data", (piece) => (text += piece));
-      answer.on("close", () => resolve({ status: answer.statusCode, headers: answer.headers, text, time: performance.now() - start }));
+      answer.on("close", () => resolve({ status: answer.statusCode, headers: answer.headers, text }));
     });
     outgoing.on("error", reject);
     outgoing.end(body);
@@ -20,7 +19,7 @@ export function ask(url, { path = "", method = "GET", headers = {}, body } = {})
 // Opens a stream; the returned page knows the newest picture.
 export async function page(address, name = "test") {
   const url = new URL(address);
-  let [picture, number, rest] = [undefined, 0, ""];
+  let [picture, number, rest, closed] = [undefined, 0, "", false];
   const waiting = [];
   const answer = await new Promise((resolve, reject) => {
     request(new URL("events", url), resolve).on("error", reject).end();
@@ -34,9 +33,16 @@ export async function page(address, name = "test") {
     for (const resume of waiting.splice(0)) resume();
   });
   answer.on("error", () => {});
+  answer.on("close", () => {
+    closed = true;
+    for (const resume of waiting.splice(0)) resume();
+  });
   // The newest picture, once it is as wanted.
   const until = async (wanted) => {
-    while (!(picture && wanted(picture))) await new Promise((resolve) => waiting.push(resolve));
+    while (!(picture && wanted(picture))) {
+      if (closed) throw new Error("the stream ended before the picture came");
+      await new Promise((resolve) => waiting.push(resolve));
+    }
     return picture;
   };
   const post = (action) =>

@@ -6,14 +6,19 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
 
+// The limit of everything that a test waits for, in ms: far more than a loaded machine needs, so that only
+// what never comes reaches it.
+export const LIMIT = 180_000;
+
 export const program = process.env.PRINTHOST ?? fileURLToPath(new URL("../../build/release/bin/printhost", import.meta.url));
 
 // Starts a command, which goes with the test: the address of a sheet once it has told one, and its
 // exit code and outputs when it ends. Options as of spawn.
 export function start(test, command, words, options = {}) {
   const child = spawn(command, words, { stdio: ["ignore", "pipe", "pipe"], ...options });
+  const limit = setTimeout(() => child.kill("SIGKILL"), LIMIT);
   let [output, errors] = ["", ""];
-  const ended = new Promise((resolve) => child.on("close", (status) => resolve({ status, output, errors })));
+  const ended = new Promise((resolve) => child.on("close", (status) => resolve({ status, output, errors }, clearTimeout(limit))));
   const address = new Promise((resolve, reject) => {
     const look = (text) => {
       const line = /^http:\S+(?=\n)/m.exec(text);
@@ -34,7 +39,7 @@ export function computer(test, ...printers) {
   const folder = mkdtempSync(join(tmpdir(), "printhost-"));
   test.after(() => rmSync(folder, { recursive: true, force: true }));
   const state = join(folder, "state");
-  const run = (...words) => spawnSync(program, ["--state", state, ...words], { encoding: "utf8" });
+  const run = (...words) => spawnSync(program, ["--state", state, ...words], { encoding: "utf8", timeout: LIMIT });
   // A command that has to succeed; answers its output.
   const done = (...words) => {
     const { status, stdout, stderr } = run(...words);
