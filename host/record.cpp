@@ -79,9 +79,30 @@ bool Write(const fs::path& path, int flags, const Record& record) {
   return written == record.size();
 }
 
+const char* ReasonInJapanese(int error) {
+  switch (error) {
+    case ENXIO:
+      return "読み取るプログラムがありません。";
+    case ENOENT:
+    case ENOTDIR:
+      return "そのフォルダはありません。";
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return "書き込みが許可されていません。";
+    case ENOSPC:
+    case EDQUOT:
+      return "ディスクの空き容量がありません。";
+    default:
+      return "別のファイルを指定してください。";
+  }
+}
+
 [[noreturn]] void Fail(const fs::path& path) {
-  throw Failure{kFailed, path.string() + " cannot be written: " +
-                             (errno == ENXIO ? "nobody reads it" : std::strerror(errno))};
+  throw Failure{kFailed,
+                path.string() + " cannot be written: " +
+                    (errno == ENXIO ? "nobody reads it" : std::strerror(errno)),
+                path.string() + "に書き込めません。" + ReasonInJapanese(errno)};
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {

@@ -88,8 +88,9 @@ void SheetCall::RequirePrinter() {
   DWORD needed = 0;
   GetPrinterW(printer_.get(), 4, nullptr, 0, &needed);
   if (GetLastError() == ERROR_PRINTER_DELETED)
-    throw Failure{kFailed, "the printer \"" + ToUtf8(printer()) +
-                               "\" was removed meanwhile; nothing is kept"};
+    throw Failure{
+        kFailed, "the printer \"" + ToUtf8(printer()) + "\" was removed meanwhile; nothing is kept",
+        "プリンタが削除されたため、設定は保存されていません。"};
 }
 
 void SheetCall::Keep() {
@@ -106,6 +107,21 @@ std::optional<Failure> SheetCall::Hindrance() const {
     machine_.RequireWritable();
     if (!out_.empty()) CheckRecordFile(out_);
   });
+}
+
+Failure StoreFailure(std::string_view reason) {
+  struct Reason {
+    std::string_view english;
+    const char* japanese;
+  };
+  static constexpr Reason kReasons[] = {
+      {"locked", "ほかのプログラムが computer.sqlite を使用しています。"},
+      {"disk is full", "ディスクの空き容量がありません。"},
+      {"cannot be written", "computer.sqlite への書き込みが許可されていません。"},
+      {"", "computer.sqlite に書き込めません。"}};
+  const auto known = std::ranges::find_if(
+      kReasons, [&](const Reason& one) { return reason.find(one.english) != reason.npos; });
+  return {kFailed, "the settings cannot be kept: " + std::string(reason), known->japanese};
 }
 
 Json SheetCall::Result() const { return kind_.record ? RecordJson(input_) : Json(); }

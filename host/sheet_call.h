@@ -63,6 +63,9 @@ class SheetCall {
   Record output_;
 };
 
+// The failure of the computer's store, which says its reason in English alone.
+Failure StoreFailure(std::string_view reason);
+
 // What went wrong in a step.
 template <typename Step>
 std::optional<Failure> Trouble(const Step& step) {
@@ -72,7 +75,7 @@ std::optional<Failure> Trouble(const Step& step) {
   } catch (const Failure& failure) {
     return failure;
   } catch (const std::exception& failure) {
-    return Failure{kFailed, std::string("the settings cannot be kept: ") + failure.what()};
+    return StoreFailure(failure.what());
   }
 }
 

@@ -62,15 +62,19 @@ class Session {
   // Shows the sheet until its settings are kept or it is cancelled; answers an exit code. Throws
   // Failure; the page is told everything first.
   int Run() {
-    try {
-      const int exit = Show();
+    int exit = kFailed;
+    const auto failure = Trouble([&] {
+      exit = Show();
       Print(exit == kDone);
-      exchange_.End(Json{{"end", exit == kDone ? "ok" : "cancel"}}.dump());
-      return exit;
-    } catch (const Failure& failure) {
-      exchange_.End(Json{{"end", "failed"}, {"reason", failure.message}}.dump());
-      throw;
+    });
+    if (failure) {
+      const std::string& reason = failure->message;
+      exchange_.End(
+          Json{{"end", "failed"}, {"reason", reason}, {"japanese", failure->japanese}}.dump());
+      throw Failure(*failure);
     }
+    exchange_.End(Json{{"end", exit == kDone ? "ok" : "cancel"}}.dump());
+    return exit;
   }
 
  private:
@@ -78,7 +82,8 @@ class Session {
     std::optional<Failure> problem;
     do {
       const LONG result = sheet_.Show();
-      if (result < 0 || !user_.asked()) throw Failure{kFailed, "the sheet did not open"};
+      if (result < 0 || !user_.asked())
+        throw Failure{kFailed, "the sheet did not open", "シートを開けませんでした。"};
       if (result < CPSUI_OK && problem) throw Failure(*problem);
       if (result < CPSUI_OK) return kCancelled;
       sheet_.RequirePrinter();
@@ -99,14 +104,15 @@ class Session {
   void Tell(const Failure& problem) {
     const std::u16string text =
         u"設定を保存できませんでした。原因を取り除いてから、もう一度 OK を押してください。\n\n" +
-        FromUtf8(problem.message);
+        FromUtf8(problem.japanese);
     MessageBoxW(nullptr, text.c_str(), sheet_.printer(), MB_OK | MB_ICONEXCLAMATION);
   }
 
   void Print(bool done) const {
     if (!call_.json()) return;
     std::cout << (done ? sheet_.Result() : Json()).dump(2) << std::endl;
-    if (!std::cout) throw Failure{kFailed, "standard output cannot be written"};
+    if (!std::cout)
+      throw Failure{kFailed, "standard output cannot be written", "標準出力に書き込めません。"};
   }
 
   Call& call_;

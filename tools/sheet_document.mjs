@@ -36,7 +36,7 @@ export function documentSheet(page, { name, prefix }) {
     const shown = window.querySelector(".tab[aria-selected=true]") ?? window.querySelector("h2");
     const rows = [...window.querySelectorAll("[data-id]")].filter((one) => !one.matches(".group, .static:not(.filled), .message .static, [role=presentation]")).map((one) => {
       const named = one.getAttribute("aria-labelledby") ?? one.querySelector("[aria-labelledby]")?.getAttribute("aria-labelledby").split(" ")[0];
-      const own = one.closest("label, button") ?? one;
+      const own = one.closest(".control");
       const drawn = { text: one.ariaLabel ?? "", meaning: meaningOf(one.ariaLabel) };
       const group = [...window.querySelectorAll(".group")].find((one) => one.getAttribute("aria-owns").split(" ").includes(own.id));
       const id = Number(one.dataset.id);

@@ -55,12 +55,16 @@ const builders = {
       node.act({ action: "spin", steps }, node.spin);
     });
   },
-  combo(node, className = "combo") {
-    node.element = node.input = make("select", className);
+  combo(node) {
+    node.element = make("span", "combo");
+    node.input = make("select", "", node.element);
+    const choice = make("span", "choice", node.element, { ariaHidden: "true" });
+    node.choice = make("span", "text", choice);
     node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
   },
   list(node) {
-    builders.combo(node, "list");
+    node.element = node.input = make("select", "list");
+    node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
     node.input.size = 2;
     // In a list of files a double click takes the file.
     node.input.addEventListener("dblclick", () => node.link.kind === "file" && node.link.send({ action: "enter" }));
@@ -129,7 +133,12 @@ const updaters = {
     input.value = view.text;
     if (document.activeElement === input) input.setSelectionRange(caret, caret);
   },
-  combo: updateItems,
+  combo(node, view) {
+    updateItems(node, view);
+    if (!glossIsOn()) return;
+    setLabel(node.choice, view.items[view.selection] ?? "", false);
+    requestAnimationFrame(() => fit(node.choice, node.choice.parentElement, false));
+  },
   list: updateItems,
   updown(node, view) {
     for (const arrow of node.element.children) arrow.disabled = !view.enabled;

@@ -13,12 +13,13 @@ export function make(tag, className, parent, properties = {}) {
 }
 
 // A text with its English meaning beside it, or under it where there is no room, while that is
-// switched on. "(&X)": the letter after a
-// single "&" is the access key, "&&" is an ampersand; without prefixes "&" is itself.
+// switched on; both begin at the left then, without the blanks that align a text to the right. "(&X)": the
+// letter after a single "&" is the access key, "&&" is an ampersand; without prefixes "&" is itself.
 export function setLabel(element, text, prefix = true) {
   const meaning = meaningOf(text);
   element.replaceChildren();
   const own = meaning ? make("span", "own", element) : element;
+  if (meaning) text = text.trimStart();
   for (const piece of prefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
     if (prefix && piece === "&&") own.append("&");
     else if (prefix && piece.length === 2 && piece[0] === "&") make("u", "", own, { textContent: piece[1] });

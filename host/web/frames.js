@@ -13,10 +13,13 @@ function resize(element, width, height) {
   Object.assign(element.style, { width: across(width), height: down(height) });
 }
 
-// What the window's scale is reckoned from: its width, the height that it always has, and that of
-// its dialog, which grows under the English.
-function measure(frame, width, fixed, height) {
-  for (const [name, value] of [["--w", width], ["--fixed", fixed], ["--h", height]]) frame.element.style.setProperty(name, value);
+// Sets what the scale of the window is computed from: its width, the height of its own parts, and that of
+// its dialog, which grows under the English. It fits the viewport where it and its owners do.
+function measure(frame, width, fixed, height, margin = "0") {
+  const across = `(100vw - var(--around)) / (${width} + ${margin})`;
+  const down = `(100dvh - 56px) / (${fixed} + var(--more) + ${height} * var(--tall))`;
+  frame.fit = `min(${[frame.owner?.fit, across, down].filter(Boolean).join(", ")})`;
+  for (const [name, value] of [["--w", width], ["--fixed", fixed], ["--h", height], ["--fit", frame.fit]]) frame.element.style.setProperty(name, value);
 }
 
 // Controls that are there follow the server, new ones come in at their place, gone ones go.
@@ -137,7 +140,7 @@ function updateTabs(frame, view, link) {
 function updateSheet(frame, view, link) {
   updateTabs(frame, view, link);
   resize(frame.holder, view.pageWidth, view.pageHeight);
-  measure(frame, view.pageWidth + 18, 90, view.pageHeight);
+  measure(frame, view.pageWidth + 2, 90, view.pageHeight, "var(--margin)");
   if (frame.page?.handle !== view.page?.handle) {
     frame.page?.client.remove();
     frame.page = view.page && { handle: view.page.handle, controls: new Map() };
@@ -157,6 +160,7 @@ function updateMessage(frame, view, link) {
     if (icon) make("span", `icon ${icon}`, frame.message, { textContent: sign }).dataset.icon = icon;
     frame.client = make("div", "answers", frame.element);
   }
+  frame.element.style.setProperty("--fit", frame.owner?.fit ?? "1.3px");
   updateControls(frame, view.controls, link);
   const text = [...frame.controls.values()].find((node) => node.kind === "static");
   if (text && text.element.parentElement !== frame.message) frame.message.append(text.element);
@@ -165,8 +169,9 @@ function updateMessage(frame, view, link) {
 
 const ROLES = { sheet: "region", message: "alertdialog" };
 
-export function createFrame(view, link) {
-  const frame = { handle: view.handle, kind: view.kind, controls: new Map(), page: null, walking: false };
+// The frame of a window; its owner is the frame that it opened over, if any.
+export function createFrame(view, link, owner) {
+  const frame = { handle: view.handle, kind: view.kind, owner, controls: new Map(), page: null, walking: false };
   frame.element = make("section", `window ${view.kind}`, null, { role: ROLES[view.kind] ?? "dialog" });
   if (view.kind !== "sheet") frame.element.ariaModal = "true";
   frame.element.dataset.kind = view.kind;

@@ -24,11 +24,22 @@ export function useMeanings(table) {
 
 export const glossIsOn = () => entries !== null;
 
-// The meaning of a text, or of the texts that it is joined from; empty when there is none.
-export function meaningOf(text) {
+// Finds the piece of a text whose plain form is given: a name or a path with its blanks.
+function restored(text, part) {
+  for (let start = 0; start < text.length; ++start) {
+    for (let end = start + 1; end <= text.length && plain(text.slice(start, end)).length <= part.length; ++end) {
+      if (plain(text.slice(start, end)) === part) return text.slice(start, end).trim();
+    }
+  }
+  return part;
+}
+
+// The meaning of a text, or of the texts that it is joined from; empty when there is none. A name in it
+// reads as in the source, the whole text.
+export function meaningOf(text, source = text) {
   let rest = plain(text ?? "");
   if (!entries || !rest) return "";
-  const fill = (meaning, found) => found.slice(1).reduce((filled, part, i) => filled.replace(`%${i + 1}`, meaningOf(part) || part), meaning);
+  const fill = (meaning, found) => found.slice(1).reduce((filled, part, i) => filled.replace(`%${i + 1}`, () => meaningOf(part, source) || restored(source, part)), meaning);
   for (const { whole, meaning } of entries) {
     const found = rest.match(whole);
     if (found) return fill(meaning, found);

@@ -3,7 +3,7 @@
 // composing in it) is left alone until the server has caught up.
 import { make, setLabel } from "./dom.js";
 import { createFrame, updateFrame, focusedControl } from "./frames.js";
-import { glossIsOn, switchGloss } from "./gloss.js";
+import { glossIsOn, meaningOf, switchGloss } from "./gloss.js";
 import { openPage, say } from "./notice.js";
 
 const desk = document.getElementById("desk");
@@ -11,6 +11,7 @@ const about = document.getElementById("about");
 const gloss = document.getElementById("gloss");
 const KINDS = { document: "文書の設定", advanced: "詳細設定", "user-default": "既定の設定", printer: "プリンタのプロパティ" };
 const LOST = "printhost との接続が切れました。端末でもう一度 printhost を起動し、表示されたアドレスを開いてください。ここでの変更は保存されていません。";
+const REFUSED = "操作を受け付けられませんでした。もう一度操作してください。";
 const MOST_TRIES = 3;
 
 const frames = new Map(); // handle → frame, the one on top last
@@ -22,21 +23,31 @@ let following = false; // the focus moves because the server says so
 let queue = Promise.resolve();
 let tries = 0; // failed connections in a row
 let composed = null; // the field in which an input method composes a text
+let lost = false; // the server is gone
 
-// One that the server does not take is told, and the page shows what is true again.
+// Posts an action. One that does not reach the server, or that it refuses, is reported, and the page shows
+// the server's state again.
 async function post(action) {
-  const answer = await fetch("action", { method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
-  if (answer.ok) return;
-  say("操作を受け付けられませんでした: " + (await answer.text()), { seconds: 15 });
-  handled = Math.max(handled, action.number); // nothing more comes of it
-  show(shown);
+  const request = { method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) };
+  const answer = await fetch("action", request).catch(() => null);
+  if (answer?.ok) return;
+  if (!lost) say(REFUSED);
+  handled = Math.max(handled, action.number); // no picture will confirm it
+  if (shown) show(shown);
+}
+
+// Without its server the sheet accepts no input, and looks so. An empty text: the server is back.
+function setLost(text) {
+  lost = desk.inert = Boolean(text);
+  document.body.toggleAttribute("data-lost", lost);
+  say(text);
 }
 
 // Reports an action; answers its number. Actions reach the server in order.
 function send(action) {
   const number = ++sent;
   document.body.toggleAttribute("data-ahead", true);
-  queue = queue.then(() => post({ ...action, page: me, number })).catch(() => say(LOST));
+  queue = queue.then(() => post({ ...action, page: me, number }));
   return number;
 }
 
@@ -60,9 +71,22 @@ function followFocus(frame) {
   const node = focusedControl(frame);
   if (!node || document.activeElement === node.input) return;
   following = true;
-  node.input.focus();
+  node.input.focus({ preventScroll: true });
   if (node.kind === "edit") node.input.select();
   following = false;
+  // The first focus of a page or dialog leaves its upper left corner in view.
+  const place = frame.page?.handle ?? frame.handle;
+  if (frame.entered === place) node.element.scrollIntoView({ block: "nearest", inline: "nearest" });
+  else if (frame.page) scrollTo(0, 0);
+  frame.entered = place;
+}
+
+// Brings a dialog into view that has just opened, from its upper left corner on when it is larger than the
+// viewport. Its owner's place comes back when it closes.
+function bringIntoView(frame) {
+  const { width, height } = frame.element.getBoundingClientRect();
+  frame.scrolled = [scrollX, scrollY];
+  frame.element.scrollIntoView({ block: height > innerHeight ? "start" : "nearest", inline: width > innerWidth ? "start" : "nearest" });
 }
 
 function showAbout({ printer, kind }) {
@@ -82,20 +106,25 @@ function show(picture) {
   document.body.toggleAttribute("data-ahead", handled < sent);
   showAbout(picture.about);
   const gone = new Map(frames);
+  let owner;
   for (const view of picture.windows) {
     let frame = frames.get(view.handle);
-    if (!frame) {
+    const opens = !frame;
+    if (opens) {
       const link = linkTo(view);
-      frame = Object.assign(createFrame(view, link), { link });
+      frame = Object.assign(createFrame(view, link, owner), { link });
       frames.set(view.handle, frame);
       desk.append(frame.element);
     }
     gone.delete(view.handle);
     updateFrame(frame, view, frame.link);
+    if (opens && owner) bringIntoView(frame);
+    owner = frame;
   }
-  for (const [handle, frame] of gone) {
+  for (const [handle, frame] of [...gone].reverse()) {
     frame.element.remove();
     frames.delete(handle);
+    if (frame.scrolled) scrollTo(...frame.scrolled);
   }
   const last = top();
   for (const frame of frames.values()) frame.element.inert = frame !== last;
@@ -121,14 +150,15 @@ const LAST_WORDS = {
   elsewhere: "このシートはほかのページで開かれています。ここで続けるには、このページを読み込み直してください。",
 };
 
-function end({ end: result, reason = "" }) {
+function end({ end: result, reason, japanese = "" }) {
   stream.close();
   desk.replaceChildren();
   frames.clear();
   shown = null;
   document.body.dataset.end = result;
   for (const name of ["data-ahead", "data-busy"]) document.body.removeAttribute(name);
-  say(LAST_WORDS[result] + reason);
+  const meaning = reason && glossIsOn() ? `${meaningOf(LAST_WORDS.failed).replace(/\.$/, ":")} ${reason}.` : undefined;
+  say(LAST_WORDS[result] + japanese, { meaning });
 }
 
 // Tab stays inside a dialog.
@@ -146,7 +176,7 @@ document.addEventListener("compositionend", () => (composed = null));
 
 document.addEventListener("keydown", (event) => {
   const frame = top();
-  if (!frame || event.isComposing || event.ctrlKey || event.metaKey) return;
+  if (!frame || lost || event.isComposing || event.ctrlKey || event.metaKey) return;
   if (event.key === "Tab") return frame.kind === "sheet" || keepInside(frame, event);
   const inButton = event.target instanceof HTMLButtonElement;
   if (event.key === "Escape") frame.link.send({ action: "escape" });
@@ -159,6 +189,7 @@ document.addEventListener("keydown", (event) => {
 // Changes that OK has not confirmed yet are not left without a question.
 addEventListener("beforeunload", (event) => {
   const [sheet] = shown?.windows ?? [];
+  if (lost) return;
   if (shown?.windows.length > 1 || sheet?.changed) event.preventDefault();
 });
 
@@ -168,9 +199,9 @@ if (location.hash === "#gloss=en") await setGloss(true);
 const stream = new EventSource("events");
 stream.onopen = () => {
   tries = 0;
-  say("");
+  if (lost) setLost("");
 };
-stream.onerror = () => say(++tries > MOST_TRIES || stream.readyState === EventSource.CLOSED ? LOST : "接続が切れました。つなぎ直しています…");
+stream.onerror = () => setLost(++tries > MOST_TRIES || stream.readyState === EventSource.CLOSED ? LOST : "接続が切れました。つなぎ直しています…");
 stream.onmessage = (event) => {
   const news = JSON.parse(event.data);
   if (news.end) end(news);

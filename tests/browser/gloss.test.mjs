@@ -44,6 +44,8 @@ test("meanings carry numbers and names, joined texts keep their order, other tex
     "保存(&S)": "Save", "プリンタのプロパティ": "printer properties", "ｷｬﾝｾﾙ": "Cancel", "回転の詳細設定": "Details of Rotation",
     "用紙幅サイズを設定します。（指定範囲20.0mmから58.0mmです。）": "The width of the paper (20.0mm to 58.0mm).",
     "データを保存しました。データを読込みました。": "The settings were saved.\nThe settings were loaded.",
+    "設定を保存できませんでした。原因を取り除いてから、もう一度 OK を押してください。\n\n/my folder/ﾌﾟﾘﾝﾀに書き込めません。そのフォルダはありません。":
+      "The settings could not be kept. Remove the cause and press OK once more.\n\n/my folder/ﾌﾟﾘﾝﾀ cannot be written.\nThere is no such folder.",
     "荷札 50": "", "Standard Label 58 x 68 mm": "", "": "",
   };
   assert.deepEqual(Object.fromEntries(Object.keys(expected).map((text) => [text, meaningOf(text)])), expected);

@@ -22,6 +22,20 @@ test("printer and kind, drives, a placeholder, unsaved changes, a refused action
   await (await opening).waitForURL("https://www.vela.example/**");
   await notice("仮のもの");
   await page.bringToFront();
+  // The notice covers no control, and goes when it is closed.
+  for (const viewport of [{ width: 1280, height: 720 }, { width: 390, height: 844 }]) {
+    await page.setViewportSize(viewport);
+    const covered = await page.evaluate(() => {
+      const box = document.getElementById("notice").getBoundingClientRect();
+      return [...document.querySelectorAll("section button, section [data-id]")].filter((one) => {
+        const { left, top, right, bottom } = one.getBoundingClientRect();
+        return left < box.right && right > box.left && top < box.bottom && bottom > box.top;
+      }).map((one) => one.textContent);
+    });
+    assert.deepEqual(covered, [], JSON.stringify(viewport));
+  }
+  await page.locator("#notice .close").click();
+  await page.locator("#notice").waitFor({ state: "hidden" });
 
   await go(UTILITY);
   await control(1175).click();
@@ -31,7 +45,7 @@ test("printer and kind, drives, a placeholder, unsaved changes, a refused action
   await go(PAPER);
   await page.route("**/action", (route) => route.fulfill({ status: 503, body: "Too many." }));
   await control(1099).fill("77");
-  await notice("操作を受け付けられませんでした: Too many.");
+  await notice("操作を受け付けられませんでした。");
   await holds(1099, "0");
   await page.unroute("**/action");
   await control(1099).fill("12");
@@ -43,6 +57,23 @@ test("printer and kind, drives, a placeholder, unsaved changes, a refused action
 
   sheet.child.kill("SIGKILL");
   await notice("もう一度 printhost を起動し");
+  await page.locator("[data-lost] #desk[inert]").waitFor();
+});
+
+test("a printer that was removed meanwhile is reported whole in Japanese, and in English", async (t) => {
+  const japanese = "設定できませんでした。プリンタが削除されたため、設定は保存されていません。";
+  const english = `The settings could not be kept: the printer "${PRINTER}" was removed meanwhile; nothing is kept.`;
+  for (const shown of [japanese, japanese + english]) {
+    const { pc, page } = await openNewSheet(t, PRINTER);
+    if (shown !== japanese) {
+      await page.locator("#gloss").click();
+      await page.locator("html.glossed").waitFor();
+    }
+    pc.done("remove", PRINTER);
+    await page.locator('[data-button="ok"]').click();
+    await page.locator("[data-end] #notice").waitFor();
+    assert.equal(await page.locator("#notice > span").textContent(), shown);
+  }
 });
 
 test("the wait cursor shows while a file is written", async (t) => {

@@ -114,7 +114,7 @@ test("a full disk at OK: the page tells, the sheet stays, nothing is half kept",
   await act({ action: "edit", id: BASE, text: "7" });
   writeFileSync(full, "");
   const { windows } = await act({ action: "press", button: "ok" });
-  assert.match(windows.at(-1).controls.map(({ text }) => text).join(" "), /disk is full/);
+  assert.match(windows.at(-1).controls.map(({ text }) => text).join(" "), /ディスクの空き容量がありません。/);
   assert.deepEqual([record(), data(PRINTER)], before);
   rmSync(full);
   await act({ action: "click", id: OK });

@@ -2,17 +2,16 @@
 import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
 import { once } from "node:events";
-import { mkdirSync, openSync, readFileSync, rmSync } from "node:fs";
+import { mkdirSync, openSync, readdirSync, readFileSync, rmSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
-import { setTimeout as sleep } from "node:timers/promises";
+import { setImmediate as immediately } from "node:timers/promises";
 
 import { page } from "../support/driving.mjs";
-import { computer, program, start } from "../support/printhost.mjs";
+import { computer, LIMIT, program, start } from "../support/printhost.mjs";
 
 const PRINTER = "Label Printer";
 const ROUNDS = Number(process.env.ROUNDS ?? 5);
-const SOON = 5000; // ms, for what stands against keeping to be told
 const [PAPER, VERTICAL_BASE, OK_BUTTON] = [1, 1099, 1];
 const [REGISTER, NAME, WIDTH, HEIGHT] = [1046, 1115, 1053, 1080];
 const OK = { action: "press", button: "ok" };
@@ -52,16 +51,16 @@ test("a value that the page was told of outlives a kill", async (t) => {
   }
 });
 
-test("what cannot be kept is told in time, and OK may be pressed again", async (t) => {
+test("what cannot be kept is reported in Japanese, and OK may be pressed again", async (t) => {
   const pc = computer(t, PRINTER);
   const [folder, pipe] = [pc.file("folder"), pc.file("pipe")];
   spawnSync("mkfifo", [pipe]);
   pc.refused(3, "sheet", PRINTER, "--out", join(folder, "out"));
   mkdirSync(folder);
   const hindrances = [
-    [/folder\/out cannot be written: No such file/, join(folder, "out"), () => (rmSync(folder, { recursive: true }), () => mkdirSync(folder))],
-    [/nobody reads it/, pipe, () => () => spawn("cat", [pipe], { stdio: ["ignore", openSync(pc.file("read"), "w"), "inherit"] })],
-    [/locked/, pc.file("out"), () => locked(t, pc, "NORMAL")],
+    [/folder\/outに書き込めません。そのフォルダはありません。/, join(folder, "out"), () => (rmSync(folder, { recursive: true }), () => mkdirSync(folder))],
+    [/読み取るプログラムがありません。/, pipe, () => () => spawn("cat", [pipe], { stdio: ["ignore", openSync(pc.file("read"), "w"), "inherit"] })],
+    [/ほかのプログラムが computer.sqlite を使用しています。/, pc.file("out"), () => locked(t, pc, "NORMAL")],
   ];
   for (const [base, [reason, out, hinder]] of hindrances.entries()) {
     const { sheet, act } = await changed(pc, base, "--out", out, "--json");
@@ -69,9 +68,7 @@ test("what cannot be kept is told in time, and OK may be pressed again", async (
     for (const [id, text] of [[NAME, `棚札 ${base}`], [WIDTH, "50.0"], [HEIGHT, "30.0"]]) await act({ action: "edit", id, text });
     await act({ action: "click", id: OK_BUTTON });
     const mend = await hinder();
-    const pressed = performance.now();
     assert.match(message(await act(OK)), new RegExp(`保存できませんでした.*${reason.source}`, "s"));
-    assert.ok(performance.now() - pressed < SOON);
     await mend();
     await act({ action: "click", id: OK_BUTTON });
     assert.equal((await act(OK)).end, "ok");
@@ -87,18 +84,18 @@ test("what cannot be kept is told in time, and OK may be pressed again", async (
   assert.notEqual(kept(pc), 8);
   const removed = await changed(pc, 9);
   pc.done("remove", PRINTER);
-  for (const [{ sheet, act }, last, why] of [[full, { ...OK, button: "cancel" }, /No space left/], [removed, OK, /removed/]]) {
-    const { end, reason } = await act(last);
+  for (const [{ sheet, act }, last, why, japanese] of [[full, { ...OK, button: "cancel" }, /No space left/, /^\/dev\/fullに書き込めません。ディスクの空き容量がありません。$/],
+    [removed, OK, /removed/, /^プリンタが削除された/]]) {
+    const { end, reason, japanese: shown } = await act(last);
     const { status, errors } = await sheet.ended;
     assert.deepEqual([end, status, errors], ["failed", 3, `printhost: ${reason}\n`]);
     assert.match(reason, why);
+    assert.match(shown, japanese);
   }
 
   for (const [mode, ...words] of [["EXCLUSIVE", "list"], ["NORMAL", "add", "b"]]) {
     const release = await locked(t, pc, mode);
-    const asked = performance.now();
     assert.match(pc.refused(3, ...words), /locked; /);
-    assert.ok(performance.now() - asked < SOON, words[0]);
     await release();
   }
 });
@@ -106,24 +103,23 @@ test("what cannot be kept is told in time, and OK may be pressed again", async (
 test("a page comes back to its sheet, two pages count for themselves, the last one's leaving or a signal ends it", async (t) => {
   const pc = computer(t, PRINTER);
   const { sheet, url, leave } = await changed(pc, 3);
+  // The page comes back after the server has noticed that it left: one connection less.
+  const connections = () => readdirSync(`/proc/${sheet.child.pid}/fd`).length;
+  const before = connections();
   leave();
-  await sleep(1500); // three tries of a browser
+  while (connections() >= before) await immediately();
   const other = await page(url, "other");
   const { handled, windows } = await other.act({ action: "edit", id: VERTICAL_BASE, text: "34" });
   assert.deepEqual([handled, windows[0].page.controls.find(({ id }) => id === VERTICAL_BASE).text], [{ test: 2, other: 1 }, "34"]);
   other.leave();
-  const left = performance.now();
   assert.equal((await sheet.ended).status, 1);
-  assert.ok(performance.now() - left > 1500);
   for (const signal of ["SIGTERM", "SIGINT", "SIGHUP"]) {
     const waiting = pc.start("sheet", PRINTER);
     await waiting.address;
-    const asked = performance.now();
     waiting.child.kill(signal);
-    assert.equal((await waiting.ended).status, 1);
-    assert.ok(performance.now() - asked < 1000, signal);
+    assert.equal((await waiting.ended).status, 1, signal);
   }
-  const full = spawnSync(program, ["--state", pc.state, "sheet", PRINTER], { stdio: ["ignore", openSync("/dev/full", "w"), "pipe"], timeout: SOON });
+  const full = spawnSync(program, ["--state", pc.state, "sheet", PRINTER], { stdio: ["ignore", openSync("/dev/full", "w"), "pipe"], timeout: LIMIT });
   assert.equal(full.status, 3);
   assert.match(String(full.stderr), /^printhost: .+\n$/);
 });
