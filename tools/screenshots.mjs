@@ -1,5 +1,5 @@
 // Makes docs/sheet.md and its pictures anew: node tools/screenshots.mjs
-import { mkdirSync, writeFileSync } from "node:fs";
+import { mkdirSync, rmSync, writeFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 
 import { openBrowser, visit } from "../tests/support/browser.mjs";
@@ -8,7 +8,8 @@ import { documentSheet, sheetDocument } from "./sheet_document.mjs";
 import { tour } from "../tests/browser/tour.mjs";
 
 const docs = fileURLToPath(new URL("../docs/", import.meta.url));
-mkdirSync(`${docs}screenshots`, { recursive: true });
+rmSync(`${docs}screenshots`, { recursive: true, force: true }); // no picture stays of a window that is gone
+mkdirSync(`${docs}screenshots`);
 const cleanups = [];
 const scope = { after: (cleanup) => cleanups.unshift(cleanup) };
 const page = await openBrowser(scope);

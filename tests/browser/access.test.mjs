@@ -43,15 +43,26 @@ async function violations(page) {
   }, RULES);
 }
 
-// What sticks out of the window on top, cannot be scrolled to, is cut off or too small to be hit:
-// least is the height of a target.
+// What sticks out of the window on top, cannot be scrolled to, is cut off, too small to be hit or to be read:
+// least are the heights of a target and of a letter. A window opens at its left edge, no larger than its
+// owner; a sheet fits the width, and its tabs stay in view.
 function misfits(page, least) {
-  return page.evaluate((least) => {
-    const window = [...document.querySelectorAll("section[data-window]")].at(-1);
+  return page.evaluate(([leastTarget, leastLetter]) => {
+    const [window, owner] = [...document.querySelectorAll("section[data-window]")].reverse();
     const outer = window.getBoundingClientRect();
     const faults = [];
     const { scrollX, scrollY } = globalThis;
     const root = document.scrollingElement;
+    const letters = (one) => parseFloat(getComputedStyle(one).fontSize);
+    if (owner && letters(window) > letters(owner) + 0.01) faults.push("the window is scaled above its owner");
+    if (outer.left < -1) faults.push("the left edge of the window is not in view");
+    if (window.dataset.kind === "sheet") {
+      if (root.scrollWidth > innerWidth) faults.push("the sheet is wider than the viewport");
+      scrollTo(0, root.scrollHeight);
+      const tabs = window.querySelector(".tabs").getBoundingClientRect();
+      if (tabs.top < -1 || tabs.bottom > innerHeight) faults.push("the tabs scroll out of view");
+      scrollTo(scrollX, scrollY);
+    }
     const within = (inner, box) => inner.left >= box.left - 1 && inner.top >= box.top - 1 && inner.right <= box.right + 1 && inner.bottom <= box.bottom + 1;
     if (outer.left + scrollX < -1 || outer.top + scrollY < -1 || outer.right + scrollX > root.scrollWidth + 1 || outer.bottom + scrollY > root.scrollHeight + 1)
       faults.push("the window is out of reach");
@@ -59,11 +70,21 @@ function misfits(page, least) {
       const box = one.getBoundingClientRect();
       const name = `${one.className} ${one.textContent.slice(0, 20)}`;
       if (box.width && !within(box, outer)) faults.push(`${name} sticks out`);
-      if (one.matches("label, button, input, select") && box.width && !one.closest(".updown") && Math.min(box.width, box.height + 2) < least) faults.push(`${name} is ${box.width} x ${box.height}`);
+      if (one.matches("label, button, input, select") && box.width && !one.closest(".updown") && Math.min(box.width, box.height + 2) < leastTarget) faults.push(`${name} is ${box.width} x ${box.height}`);
     }
     for (const text of window.querySelectorAll(".text:not(:has(.own)), .own, .gloss")) {
-      const room = text.closest(".push, .check, .static:not(.wrapped)")?.getBoundingClientRect();
-      if (room && (text.getBoundingClientRect().right > room.right + 2 || text.getBoundingClientRect().left < room.left - 2)) faults.push(`${text.textContent} is cut off`);
+      const box = text.closest(".push, .choice, .check, .static:not(.wrapped)");
+      const [room, own] = [box?.getBoundingClientRect(), text.getBoundingClientRect()];
+      if (room && (own.right > room.right + 2 || own.left < room.left - 2)) faults.push(`${text.textContent} is cut off`);
+      if (box?.matches(".push, .choice") && (own.bottom > room.bottom + 1 || own.top < room.top - 1)) faults.push(`${text.textContent} is cut off below or above`);
+      if (own.width && text.textContent && letters(text) < leastLetter) faults.push(`${text.textContent} has letters of ${letters(text)}`);
+    }
+    // A closed list draws its choice itself, unless the English is shown; its arrow takes 18 pixels.
+    const pen = document.createElement("canvas").getContext("2d");
+    for (const list of document.querySelector(".glossed") ? [] : window.querySelectorAll(".combo select")) {
+      pen.font = getComputedStyle(list).font;
+      const text = list.selectedOptions[0]?.text ?? "";
+      if (pen.measureText(text).width > list.clientWidth - 18) faults.push(`${text} is cut off`);
     }
     return faults;
   }, least);
@@ -86,14 +107,15 @@ test("every page and dialog is named and unambiguous, and docs/sheet.md tells of
 
 test("every page and dialog fits a small laptop, a phone and a page at 200 %", async (t) => {
   const screens = [
-    [{ width: 1280, height: 720 }, {}, 16, true],
-    [{ width: 1280, height: 720 }, { colorScheme: "dark" }, 15, true, "#gloss=en"],
-    [{ width: 1366, height: 640 }, {}, 15, true],
-    [{ width: 390, height: 844 }, { hasTouch: true }, 24, false],
-    [{ width: 640, height: 360 }, {}, 15, false],
+    [{ width: 1280, height: 720 }, {}, [16, 11], true],
+    [{ width: 1280, height: 720 }, { colorScheme: "dark" }, [15, 10], true, "#gloss=en"],
+    [{ width: 1366, height: 640 }, {}, [15, 11], true],
+    [{ width: 390, height: 844 }, { hasTouch: true, isMobile: true }, [24, 11], false, "#gloss=en"],
+    [{ width: 640, height: 360 }, {}, [15, 11], false],
   ];
   await Promise.all(screens.map(async ([size, context, least, whole, tail]) => {
     const { page } = await opened(t, size, context, tail);
+    assert.deepEqual(await page.evaluate(() => [scrollX, scrollY]), [0, 0], `the first focus scrolls: ${JSON.stringify(size)}`);
     const found = {};
     await tour(page, async (stop) => {
       const wrong = await misfits(page, least);
