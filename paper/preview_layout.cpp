@@ -57,10 +57,12 @@ POINT ClampToBox(const PreviewGeometry& geometry, int x, int y) {
 }  // namespace
 
 int ScaleToPreview(int value, float scale) {
-  const double exact = double{Stored(static_cast<float>(value) * scale)} + 0.5;
-  const double pixels = std::clamp<double>(exact, -kFarAway, kFarAway);
+  const float exact = Stored(Stored(static_cast<float>(value)) * scale);
+  const float pixels = std::clamp<float>(exact, -kFarAway, kFarAway);
   const int whole = static_cast<int>(pixels);
-  return whole > pixels ? whole - 1 : whole;  // the floor
+  // The fraction is exact; a sum with 0.5 would not be where the caller has set the x87 to 24 bits.
+  const float fraction = pixels - static_cast<float>(whole);
+  return whole + (fraction >= 0.5F ? 1 : 0) - (fraction < -0.5F ? 1 : 0);
 }
 
 PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box) {

@@ -5,7 +5,7 @@
 runPackages=(g++ cmake ninja-build pkg-config llvm clang lld libsqlite3-dev libfontconfig-dev
              nlohmann-json3-dev fonts-noto-cjk)
 checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
-               libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
+               g++-12-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -65,14 +65,19 @@ DECLARE_HANDLE(HBRUSH);
 DECLARE_HANDLE(HPEN);
 DECLARE_HANDLE(HFONT);
 
-// How functions of the API are called: __stdcall on Windows (x64 has but one convention), and its
-// x64 convention where the stand-in loads the x64 image. Other processors run native modules alone.
+// The calling convention of API functions: __stdcall on Windows (x64 has only one convention). The
+// stand-in uses the convention of the image that it loads: that of x64, or on x86 __stdcall. An x86
+// image aligns the stack to 4 bytes only, so that each function it may call aligns the stack
+// itself. Other processors run native modules only.
 #if defined(_WIN32)
 #define WINAPI __stdcall
 #define WINAPIV __cdecl
 #elif defined(__x86_64__)
 #define WINAPI __attribute__((ms_abi))
 #define WINAPIV WINAPI
+#elif defined(__i386__)
+#define WINAPI __attribute__((stdcall, force_align_arg_pointer))
+#define WINAPIV __attribute__((cdecl, force_align_arg_pointer))
 #else
 #define WINAPI
 #define WINAPIV

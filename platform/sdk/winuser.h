@@ -5,7 +5,7 @@
 #include <windef.h>
 
 // Only the x64 library exports the two under these names.
-#if defined(_WIN32) && !defined(_WIN64)
+#if (defined(_WIN32) && !defined(_WIN64)) || (!defined(_WIN32) && defined(__i386__))
 #define GetWindowLongPtrW GetWindowLongW
 #define SetWindowLongPtrW SetWindowLongW
 #endif

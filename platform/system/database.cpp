@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <cerrno>
+#include <chrono>
 #include <stdexcept>
 #include <thread>
 
@@ -58,12 +59,39 @@ std::string Sentence(sqlite3* connection) {
   }
 }
 
-}  // namespace
+class SqliteDatabase : public Database {
+ public:
+  explicit SqliteDatabase(const std::filesystem::path& file);
+
+  int64_t Version() override { return Number("PRAGMA data_version"); }
+  Rows Load() override;
+  void Set(const RowKey& key, const std::optional<Row>& row) override;
+  void Begin() override { Execute("BEGIN IMMEDIATE"); }
+  void Commit() override { Execute("COMMIT"); }
+  void Rollback() noexcept override;
+
+ private:
+  class Run;
+  using Clock = std::chrono::steady_clock;
+
+  void Execute(const char* sql);
+  void MakeTable();
+  int64_t Number(const char* sql);
+  bool Waits();
+  int Told(int result, bool writes);
+  [[noreturn]] void Throw();
+
+  struct Closing {
+    void operator()(sqlite3* connection) const { sqlite3_close(connection); }
+  };
+  std::unique_ptr<sqlite3, Closing> connection_;
+  Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
+};
 
 // One run of a statement. What is bound must live until the run ends.
-class Database::Run {
+class SqliteDatabase::Run {
  public:
-  Run(Database& database, const char* sql) : database_(database) {
+  Run(SqliteDatabase& database, const char* sql) : database_(database) {
     Bound(sqlite3_prepare_v2(database.connection_.get(), sql, -1, &statement_, nullptr));
   }
   ~Run() { sqlite3_finalize(statement_); }
@@ -105,20 +133,20 @@ class Database::Run {
     return *this;
   }
 
-  Database& database_;
+  SqliteDatabase& database_;
   sqlite3_stmt* statement_ = nullptr;
   int next_ = 1;
 };
 
-void Database::Closing::operator()(sqlite3* connection) const { sqlite3_close(connection); }
-
-Database::Database(const std::filesystem::path& file) {
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
   constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
   sqlite3* connection = nullptr;
   const int opened = sqlite3_open_v2(file.c_str(), &connection, kFlags, nullptr);
   connection_.reset(connection);
   if (opened != SQLITE_OK) Throw();
-  const auto waits = [](void* self, int) { return static_cast<Database*>(self)->Waits() ? 1 : 0; };
+  const auto waits = [](void* self, int) {
+    return static_cast<SqliteDatabase*>(self)->Waits() ? 1 : 0;
+  };
   sqlite3_busy_handler(connection_.get(), waits, this);
   Execute("PRAGMA encoding = 'UTF-16le'");
   // The change to the log needs the database for itself and does not wait for it; of two processes
@@ -135,7 +163,7 @@ Database::Database(const std::filesystem::path& file) {
   Commit();
 }
 
-void Database::MakeTable() {
+void SqliteDatabase::MakeTable() {
   const int64_t version = Number("PRAGMA user_version");
   if (version > kSchemaVersion) {
     throw std::runtime_error("it was made by a newer version; name another folder");
@@ -144,9 +172,9 @@ void Database::MakeTable() {
   if (version == 1) Execute(kFromVersion1);
 }
 
-void Database::Throw() { throw std::runtime_error(Sentence(connection_.get())); }
+void SqliteDatabase::Throw() { throw std::runtime_error(Sentence(connection_.get())); }
 
-bool Database::Waits() {
+bool SqliteDatabase::Waits() {
   const auto now = Clock::now();
   if (end_ == Clock::time_point() || now >= end_ + kPatience) end_ = now + kPatience;
   if (now >= end_) return false;
@@ -155,25 +183,23 @@ bool Database::Waits() {
 }
 
 // Passes a result on; a write that succeeded ends the waiting. Reads succeed beside a writer.
-int Database::Told(int result, bool writes) {
+int SqliteDatabase::Told(int result, bool writes) {
   if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE)) end_ = {};
   return result;
 }
 
-void Database::Execute(const char* sql) {
+void SqliteDatabase::Execute(const char* sql) {
   if (Told(sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr), true) != SQLITE_OK)
     Throw();
 }
 
-int64_t Database::Number(const char* sql) {
+int64_t SqliteDatabase::Number(const char* sql) {
   Run run(*this, sql);
   run.Step();
   return run.Number(0);
 }
 
-int64_t Database::Version() { return Number("PRAGMA data_version"); }
-
-Rows Database::Load() {
+Rows SqliteDatabase::Load() {
   Rows rows;
   Run run(*this, "SELECT path, folded, name, type, bytes FROM rows");
   while (run.Step()) {
@@ -183,7 +209,7 @@ Rows Database::Load() {
   return rows;
 }
 
-void Database::Set(const RowKey& key, const std::optional<Row>& row) {
+void SqliteDatabase::Set(const RowKey& key, const std::optional<Row>& row) {
   if (!row) {
     Run run(*this, "DELETE FROM rows WHERE path = ? AND folded = ?");
     run.Bind(key.first).Bind(key.second).Step();
@@ -194,9 +220,15 @@ void Database::Set(const RowKey& key, const std::optional<Row>& row) {
   run.Step();
 }
 
-void Database::Rollback() noexcept {
+void SqliteDatabase::Rollback() noexcept {
   // What SQLite has undone by itself cannot be undone again.
   sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+}  // namespace
+
+std::unique_ptr<Database> OpenDatabase(const std::filesystem::path& file) {
+  return std::make_unique<SqliteDatabase>(file);
 }
 
 }  // namespace platform

@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <chrono>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -12,8 +11,6 @@
 #include <utility>
 
 #include "platform/machine.h"
-
-struct sqlite3;
 
 namespace platform {
 
@@ -31,34 +28,19 @@ using Rows = std::map<RowKey, Row>;
 // or part of the open one.
 class Database {
  public:
-  explicit Database(const std::filesystem::path& file);
-
-  // A number that changes with every write of others.
-  int64_t Version();
-  Rows Load();
-  // Nothing removes the value.
-  void Set(const RowKey& key, const std::optional<Row>& row);
-  // A transaction holds others' writes back from its begin on.
-  void Begin() { Execute("BEGIN IMMEDIATE"); }
-  void Commit() { Execute("COMMIT"); }
-  void Rollback() noexcept;
-
- private:
-  class Run;
-  using Clock = std::chrono::steady_clock;
-
-  void Execute(const char* sql);
-  void MakeTable();
-  int64_t Number(const char* sql);
-  bool Waits();
-  int Told(int result, bool writes);
-  [[noreturn]] void Throw();
-
-  struct Closing {
-    void operator()(sqlite3* connection) const;
-  };
-  std::unique_ptr<sqlite3, Closing> connection_;
-  Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
+  virtual ~Database() = default;
+  // Returns a number that changes with every write of another connection.
+  virtual int64_t Version() = 0;
+  virtual Rows Load() = 0;
+  // Removes the value when there is no row.
+  virtual void Set(const RowKey& key, const std::optional<Row>& row) = 0;
+  // A transaction blocks other writers from its begin on.
+  virtual void Begin() = 0;
+  virtual void Commit() = 0;
+  virtual void Rollback() noexcept = 0;
 };
+
+// Opens or creates a database file. A build without SQLite throws for every file.
+std::unique_ptr<Database> OpenDatabase(const std::filesystem::path& file);
 
 }  // namespace platform

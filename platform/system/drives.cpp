@@ -51,7 +51,7 @@ std::vector<std::u16string_view> PartsOf(std::u16string_view path) {
 std::optional<std::string> BytesOf(const fs::path& file) {
   std::error_code failed;
   if (!fs::is_regular_file(file, failed)) return std::nullopt;
-  std::string bytes(fs::file_size(file, failed), '\0');
+  std::string bytes(static_cast<size_t>(fs::file_size(file, failed)), '\0');
   std::ifstream in(file, std::ios::binary);
   if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())) && !in.eof()) {
     return std::nullopt;

@@ -12,6 +12,8 @@ namespace {
 
 #if defined(__x86_64__)
 constexpr WORD kThisMachine = kMachineX64;
+#elif defined(__i386__)
+constexpr WORD kThisMachine = kMachineX86;
 #else
 constexpr WORD kThisMachine = 0;  // runs no image
 #endif
@@ -80,9 +82,10 @@ void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound
     const Bytes bytes = image.BytesOf(section);
     if (!bytes.empty()) std::memcpy(memory_ + section.address, bytes.data(), bytes.size());
   }
-  const uint64_t moved = reinterpret_cast<uint64_t>(memory_) - image.base;
+  // A relocated place holds an address of this process's width.
+  const uintptr_t moved = reinterpret_cast<uintptr_t>(memory_) - static_cast<uintptr_t>(image.base);
   for (const uint32_t place : image.relocations) {
-    uint64_t address;
+    uintptr_t address;
     std::memcpy(&address, memory_ + place, sizeof(address));
     address += moved;
     std::memcpy(memory_ + place, &address, sizeof(address));

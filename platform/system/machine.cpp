@@ -1,14 +1,13 @@
 #include "platform/machine.h"
 
-#include <fontconfig/fontconfig.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
-#include <set>
 #include <stdexcept>
 
 #include "platform/desk.h"
+#include "platform/system/font_families.h"
 #include "platform/system/heap.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
@@ -66,28 +65,6 @@ void Keep(std::vector<Item>& kept, Item item) {
   constexpr size_t kMost = 64;
   if (kept.size() == kMost) kept.erase(kept.begin());
   kept.push_back(std::move(item));
-}
-
-std::vector<std::u16string> SystemFontFamilies() {
-  std::set<std::u16string> families;
-  // A configuration of its own, so that nothing of it is left in the process.
-  FcConfig* config = FcInitLoadConfigAndFonts();
-  if (config == nullptr) return {};
-  FcPattern* pattern = FcPatternCreate();
-  FcObjectSet* wanted = FcObjectSetBuild(FC_FAMILY, nullptr);
-  FcFontSet* fonts = FcFontList(config, pattern, wanted);
-  for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
-    FcChar8* family = nullptr;
-    for (int n = 0; FcPatternGetString(fonts->fonts[i], FC_FAMILY, n, &family) == FcResultMatch;
-         ++n) {
-      families.insert(ToUtf16(reinterpret_cast<const char*>(family)));
-    }
-  }
-  if (fonts != nullptr) FcFontSetDestroy(fonts);
-  FcObjectSetDestroy(wanted);
-  FcPatternDestroy(pattern);
-  FcConfigDestroy(config);
-  return {families.begin(), families.end()};
 }
 
 }  // namespace

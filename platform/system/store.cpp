@@ -7,7 +7,7 @@
 namespace platform {
 
 Store::Store(const std::filesystem::path& file, Faults& faults)
-    : faults_(faults), database_(file.empty() ? nullptr : new Database(file)) {
+    : faults_(faults), database_(file.empty() ? nullptr : OpenDatabase(file)) {
   Refresh();
 }
 

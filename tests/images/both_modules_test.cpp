@@ -14,11 +14,15 @@ using Record = std::vector<std::byte>;
 using support::BytesOf;
 using support::Exports;
 
+// The shipped file for the machine of this process.
+constexpr const char* kImage =
+    sizeof(void*) == 8 ? "../../windows/x64/QM610rDRV1.dll" : "../../windows/x86/QM610rDRV1.dll";
+
 class BothModules : public support::MachineTest {
  protected:
   HMODULE Load() {
     const std::u16string path = machine_->driverDirectory() + u"\\3\\image.dll";
-    machine_->InstallModule(path, support::Built("../../windows/x64/QM610rDRV1.dll"));
+    machine_->InstallModule(path, support::Built(kImage));
     return LoadLibraryW(path.c_str());
   }
   // What one answers, sets as the last error and writes, so does the other.

@@ -88,19 +88,33 @@ TEST_F(Loader, RunsAnImageAndTakesItAwayAgain) {
 }
 
 TEST_F(Loader, RefusesWhatItCannotRun) {
-  // From the new header on: 24 the optional header, 136 its directories of 8 bytes, 264 the section
-  // headers of 40, of code, then of data.
+  // Offsets from the new header: 24 is the optional header, with its directories of 8 bytes; the
+  // section headers of 40 bytes follow, that of the code first, then that of the data.
+  constexpr bool kWide = sizeof(void*) == 8;
+  constexpr size_t kDirectoriesAt = kWide ? 136 : 120, kCodeAt = kWide ? 264 : 248;
+  constexpr size_t kDataAt = kCodeAt + 40;
+  constexpr WORD kOtherMachine = kWide ? platform::kMachineX86 : platform::kMachineX64;
   const std::tuple<const char*, size_t, size_t, uint32_t> kDamages[] = {
-      {"another machine", 4, 2, 0xAA64},   {"an x86 image", 4, 2, 0x014C},
-      {"without sections", 6, 2, 0},       {"too many sections", 6, 2, 97},
-      {"no full link", 22, 2, 0x2020},     {"a program", 22, 2, 0x0022},
-      {"a fixed address", 22, 2, 0x2023},  {"of 32 bits", 24, 2, 0x010B},
-      {"entry in data", 40, 4, 0x2000},    {"sharing pages", 56, 4, 512},
-      {"a page too many", 80, 4, 0x7000},  {"a page too few", 80, 4, 0x5000},
-      {"endless head", 84, 4, 0x7FFFFFFF}, {"17 directories", 132, 4, 17},
-      {"exports outside", 136, 4, 0x5FF0}, {"cut relocations", 180, 4, 10},
-      {"thread data", 212, 4, 40},         {"writable code", 300, 4, 0xE0000020},
-      {"turned round", 316, 4, 0x1000},    {"behind the file", 324, 4, 0xFFFFF0}};
+      {"another machine", 4, 2, 0xAA64},
+      {"another width", 4, 2, kOtherMachine},
+      {"without sections", 6, 2, 0},
+      {"too many sections", 6, 2, 97},
+      {"no full link", 22, 2, 0x2020},
+      {"a program", 22, 2, 0x0022},
+      {"a fixed address", 22, 2, 0x2023},
+      {"wrong magic", 24, 2, kWide ? 0x010B : 0x020B},
+      {"entry in data", 40, 4, 0x2000},
+      {"sharing pages", 56, 4, 512},
+      {"a page too many", 80, 4, 0x7000},
+      {"a page too few", 80, 4, 0x5000},
+      {"endless head", 84, 4, 0x7FFFFFFF},
+      {"17 directories", kDirectoriesAt - 4, 4, 17},
+      {"exports outside", kDirectoriesAt, 4, 0x5FF0},
+      {"cut relocations", kDirectoriesAt + 44, 4, 10},
+      {"thread data", kDirectoriesAt + 76, 4, 40},
+      {"writable code", kCodeAt + 36, 4, 0xE0000020},
+      {"turned round", kDataAt + 12, 4, 0x1000},
+      {"behind the file", kDataAt + 20, 4, 0xFFFFF0}};
   const auto runnable = [] {
     std::ifstream maps("/proc/self/maps");
     return std::count(std::istream_iterator<std::string>(maps), {}, "r-xp");

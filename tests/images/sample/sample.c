@@ -2,10 +2,10 @@
 // fuzzer begins with it.
 typedef unsigned short WCHAR;
 typedef void *HANDLE;
-__declspec(dllimport) unsigned GetLastError(void);
-__declspec(dllimport) void SetLastError(unsigned error);
-__declspec(dllimport) int LoadStringW(HANDLE instance, unsigned id, WCHAR *text, int size);
-__declspec(dllimport) int wsprintfW(WCHAR *text, const WCHAR *format, ...);
+__declspec(dllimport) unsigned __stdcall GetLastError(void);
+__declspec(dllimport) void __stdcall SetLastError(unsigned error);
+__declspec(dllimport) int __stdcall LoadStringW(HANDLE instance, unsigned id, WCHAR *text, int size);
+__declspec(dllimport) int __cdecl wsprintfW(WCHAR *text, const WCHAR *format, ...);
 
 static HANDLE instance;
 static int count = 41;
@@ -13,13 +13,13 @@ static int Twice(int n) { return 2 * n; }
 static int Minus(int n) { return -n; }
 static int (*const functions[])(int) = {Twice, Minus}; // whole addresses, to be relocated
 
-int Apply(int which, int n) { return functions[which & 1](n); }
-int Count(void) { return ++count; }
-int Text(WCHAR *text) { return LoadStringW(instance, 3, text, 20); }
-int Fill(WCHAR *text, int n, const WCHAR *name) { return wsprintfW(text, L"%d %s", n, name); }
+int __stdcall Apply(int which, int n) { return functions[which & 1](n); }
+int __stdcall Count(void) { return ++count; }
+int __stdcall Text(WCHAR *text) { return LoadStringW(instance, 3, text, 20); }
+int __stdcall Fill(WCHAR *text, int n, const WCHAR *name) { return wsprintfW(text, L"%d %s", n, name); }
 
 // Attaching fails for a caller whose last error is 1234; detaching leaves 5678.
-int DllMain(HANDLE module, unsigned reason, void *reserved) {
+int __stdcall DllMain(HANDLE module, unsigned reason, void *reserved) {
   instance = module;
   if (reason == 0) SetLastError(5678);
   return reason != 1 || GetLastError() != 1234;

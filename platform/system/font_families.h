@@ -1,0 +1,13 @@
+// The font families of the system that this process runs on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace platform {
+
+// Returns the names of all installed families, sorted. Empty when fontconfig has no configuration,
+// and in a build without the system's libraries.
+std::vector<std::u16string> SystemFontFamilies();
+
+}  // namespace platform
