@@ -47,6 +47,9 @@ extern const Command kModule;
 // Property sheets: in the browser (sheets.cpp) and by a script (play.cpp).
 extern const Command kSheet, kDemo, kPlay;
 
+// Throws Failure, with where to look, when there is no such printer.
+void RequirePrinter(const platform::Machine& machine, const std::u16string& name);
+
 // Installs a printer as the spooler does when a driver's printer is added: the initialise event,
 // then the driver's default record as the printer's. Throws Failure; then no printer is left
 // behind.

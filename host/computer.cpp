@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iostream>
+#include <optional>
 
 #include "companions/simulated_device.h"
 #include "host/commands.h"
@@ -46,22 +47,23 @@ constexpr NamedOs kNamedOs[] = {
 constexpr const char* kModes[] = {"tear-off", "continuous", "peel"};
 constexpr const char* kAnswers[] = {"normal", "silent", "short", "overlong"};
 
-DWORD Number(std::string_view option, std::string_view text) {
+// A whole number of decimal digits, or nothing.
+std::optional<DWORD> ParseNumber(std::string_view text) {
   DWORD number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || text.empty())
-    throw Failure{kUsage,
-                  std::string(option) + " takes a number, not \"" + std::string(text) + "\""};
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
 }
 
 OsVersion ParseOs(const std::string& text) {
   const auto named = std::ranges::find(kNamedOs, std::string_view(text), &NamedOs::name);
   if (named != std::end(kNamedOs)) return named->os;
-  const std::size_t dot = text.find('.');
-  if (dot == std::string::npos) throw Failure{kUsage, "--os takes a version like 6.1"};
-  return {.major = Number("--os", text.substr(0, dot)),
-          .minor = Number("--os", text.substr(dot + 1))};
+  const std::size_t dot = std::min(text.find('.'), text.size());
+  const auto major = ParseNumber(text.substr(0, dot));
+  const auto minor = ParseNumber(text.substr(std::min(dot + 1, text.size())));
+  if (!major || !minor)
+    throw Failure{kUsage, "--os takes a version like 6.1, or nt3.51, nt4, 95, 98 or me"};
+  return {.major = *major, .minor = *minor};
 }
 
 std::string OsText(const OsVersion& os) {
@@ -95,8 +97,7 @@ void Change(platform::Machine& machine, const Arguments& arguments) {
       administrator && YesOrNo("--administrator", arguments.Value("--administrator"));
   const std::u16string printer = FromUtf8(arguments.Value("--permission"));
   const bool permitted = permission && YesOrNo("--permission", arguments.Value("--permission", 1));
-  if (permission && !machine.FindPrinter(printer))
-    throw Failure{kFailed, "there is no printer \"" + ToUtf8(printer) + "\""};
+  if (permission) RequirePrinter(machine, printer);
   if (server || controller || arguments.Has("--os")) machine.SetOs(os);
   if (administrator) machine.SetAdministrator(trusted);
   if (permission) machine.SetPermission(printer, permitted, permitted);
@@ -126,13 +127,14 @@ int Device(Call& call) {
   if (arguments.Has("--mode")) {
     const std::string mode = arguments.Value("--mode");
     const std::size_t index = IndexOf(kModes, mode);
-    device.mode = index < std::size(kModes) ? static_cast<DWORD>(index) : Number("--mode", mode);
-    // The device answers its mode in one byte.
+    // The device answers its mode in one byte; a text that is no number is refused as a large one.
+    device.mode =
+        index < std::size(kModes) ? static_cast<DWORD>(index) : ParseNumber(mode).value_or(0x100);
     if (device.mode > 0xFF)
       throw Failure{kUsage, "--mode takes tear-off, continuous, peel or a code from 0 to 255"};
   }
   if (arguments.Has("--density")) {
-    device.density = Number("--density", arguments.Value("--density"));
+    device.density = ParseNumber(arguments.Value("--density")).value_or(0);
     if (device.density != 203 && device.density != 305)
       throw Failure{kUsage, "--density takes 203 or 305"};
   }

@@ -17,7 +17,7 @@ constexpr const char16_t* kCompanions[] = {u"QM610rLIB", u"QM610rBAR"};
 // The driver package's monitors, of which the sheets show the versions.
 constexpr const char16_t* kMonitors[] = {u"QM6_1rLMNT", u"QM6_1rPM_UI", u"QM6_1rPMCOM",
                                          u"QM6_1rPMLAN"};
-constexpr DWORD kVersionMs = 14 << 16, kVersionLs = 1 << 16 | 20;  // 14.0.1.20
+constexpr WORD kVersion[] = {14, 0, 1, 20};
 
 // Shared objects stand beside the program in its build folder, the DLL in one of its own.
 std::filesystem::path BuildFolder() {
@@ -67,12 +67,20 @@ void Find(HMODULE module, const char* name, Export<Function>& entry) {
 
 }  // namespace
 
+std::string DriverPackageVersion() {
+  std::string text;
+  for (const WORD part : kVersion) text += '.' + std::to_string(part);
+  return text.substr(1);
+}
+
 void InstallCompanions(platform::Machine& machine) {
   for (const char16_t* name : kCompanions) Install(machine, name, Built(name));
   for (const char16_t* name : kMonitors) {
     const std::u16string path =
         machine.systemDirectory().append(u"\\").append(name).append(u".DLL");
-    if (!machine.ReadFile(path)) machine.WriteVersionedFile(path, kVersionMs, kVersionLs);
+    if (!machine.ReadFile(path))
+      machine.WriteVersionedFile(path, MAKELONG(kVersion[1], kVersion[0]),
+                                 MAKELONG(kVersion[3], kVersion[2]));
   }
 }
 

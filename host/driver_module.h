@@ -11,6 +11,9 @@
 
 namespace printhost {
 
+// The version of the driver package that this build belongs to: four numbers with points between.
+std::string DriverPackageVersion();
+
 // Links the companion libraries of this build into the driver directory, and puts the package's
 // monitors into the system directory as files that have a version.
 void InstallCompanions(platform::Machine& machine);

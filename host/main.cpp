@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/commands.h"
+#include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/utf8.h"
 
@@ -16,11 +17,15 @@ namespace printhost {
 
 std::u16string Call::Text(std::size_t n) const { return FromUtf8(arguments.positional().at(n)); }
 
-std::u16string Call::Printer() const {
-  std::u16string name = Text(0);
+void RequirePrinter(const platform::Machine& machine, const std::u16string& name) {
   if (!machine.FindPrinter(name))
     throw Failure{kFailed, "there is no printer \"" + ToUtf8(name) +
                                "\"; \"printhost list\" shows those that are installed"};
+}
+
+std::u16string Call::Printer() const {
+  std::u16string name = Text(0);
+  RequirePrinter(machine, name);
   return name;
 }
 
@@ -54,6 +59,7 @@ namespace {
 
 constexpr Option kStateOption = {"--state", 1, "DIR", "the folder that the computer is kept in"};
 constexpr Option kHelpOption = {"--help", 0, "", "show this help, as -h does"};
+constexpr Option kVersionOption = {"--version", 0, "", "show the driver package's version"};
 
 void PrintOption(const Option& option) {
   std::string left = "  " + std::string(option.name);
@@ -71,7 +77,8 @@ void PrintHelp() {
     left.resize(std::max<std::size_t>(left.size() + 2, 34), ' ');
     std::cout << left << command.summary << '\n';
   }
-  std::cout << "\nprinthost COMMAND --help tells a command's options. The computer is kept in DIR, "
+  std::cout << "\nprinthost COMMAND --help tells a command's options, printhost --version the "
+               "driver package's\nversion. The computer is kept in DIR, "
                "by default\n"
                "$XDG_STATE_HOME/printhost or ~/.local/state/printhost.\n"
                "Exit codes: 0 done, 1 cancelled, 2 usage, 3 failed.\n";
@@ -100,10 +107,14 @@ int Main(std::vector<std::string> words) {
   while (first < words.size() && words[first].starts_with('-'))
     first += words[first] == "--state" ? 2 : 1;
   first = std::min(first, words.size());
-  const Option programOptions[] = {kStateOption, kHelpOption};
+  const Option programOptions[] = {kStateOption, kHelpOption, kVersionOption};
   const Arguments program(programOptions, std::span(words).first(first));
   if (program.Has("--help") || (first < words.size() && words[first] == "help")) {
     PrintHelp();
+    return kDone;
+  }
+  if (program.Has("--version")) {
+    std::cout << "printhost " << DriverPackageVersion() << '\n';
     return kDone;
   }
   if (first == words.size()) throw Failure{kUsage, "no command given; --help shows them"};

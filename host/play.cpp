@@ -24,7 +24,7 @@ constexpr Option kPlayOptions[] = {
 class Script {
  public:
   explicit Script(const std::string& path) {
-    if (path.empty() || path == "-") return;
+    if (path == "-") return;
     file_.open(path);
     // A folder opens and has nothing to be read.
     if (!file_ || std::filesystem::is_directory(path))
@@ -118,8 +118,12 @@ class Player : public platform::User {
 };
 
 int Play(Call& call) {
+  const auto& words = call.arguments.positional();
+  const std::string steps = words.size() > 1 ? words[1] : "-";
+  if (steps == "-" && call.arguments.Value("--in") == "-")
+    throw Failure{kUsage, "--in - and the steps both read standard input; name a file for one"};
   SheetCall sheet(call, call.Printer());
-  Script script(call.arguments.positional().size() > 1 ? call.arguments.positional()[1] : "");
+  Script script(steps);
   Player player(script, sheet);
   call.machine.desk().Attach(&player);
   struct Leave {

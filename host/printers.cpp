@@ -46,12 +46,20 @@ void RequireName(std::u16string_view name, std::string_view what) {
                       " characters without control characters, line breaks and byte order marks"};
 }
 
+// Programs show and store the part before the first comma as the printer's name.
+void RequireNameBeforeComma(std::u16string_view name) {
+  constexpr std::u16string_view kBlanks = u" \u3000";
+  if (name.substr(0, name.find(u',')).find_first_not_of(kBlanks) == name.npos)
+    throw Failure{kUsage, "add takes a name that is not empty or blank before its first comma"};
+}
+
 int Add(Call& call) {
   const std::u16string name = call.Text(0);
   const std::u16string driver = call.arguments.Has("--driver-name")
                                     ? FromUtf8(call.arguments.Value("--driver-name"))
                                     : platform::PrinterSetup().driverName;
   RequireName(name, "a printer's name");
+  RequireNameBeforeComma(name);
   RequireName(driver, "a driver's name");
   InstallPrinter(call.machine, name, driver, !call.arguments.Has("--without-companions"),
                  call.arguments.Has("--native"));

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <thread>
 
@@ -105,8 +106,8 @@ const char* ReasonInJapanese(int error) {
                 path.string() + "に書き込めません。" + ReasonInJapanese(errno)};
 }
 
-[[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& why) {
-  throw Failure{kFailed, path.string() + " holds no settings record: " + why};
+[[noreturn]] void Refuse(const std::string& path, const std::string& why) {
+  throw Failure{kFailed, path + " holds no settings record: " + why};
 }
 
 }  // namespace
@@ -115,12 +116,16 @@ std::size_t PublicSize(const Record& record) { return Word(record, offsetof(DEVM
 
 std::size_t RecordExtent(const Record& record) { return std::min(record.size(), Claimed(record)); }
 
-Record ReadRecordFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw Failure{kFailed, path.string() + " cannot be read"};
+Record ReadRecordFile(const std::filesystem::path& given) {
+  const bool standard = given == "-";
+  const std::string path = standard ? "standard input" : given.string();
+  std::ifstream opened;
+  if (!standard) opened.open(given, std::ios::binary);
+  std::istream& file = standard ? std::cin : opened;
+  if (!file) throw Failure{kFailed, path + " cannot be read"};
   Record record(kMostRecord + 1);
   file.read(reinterpret_cast<char*>(record.data()), static_cast<std::streamsize>(record.size()));
-  if (file.bad()) throw Failure{kFailed, path.string() + " cannot be read"};
+  if (file.bad()) throw Failure{kFailed, path + " cannot be read"};
   record.resize(static_cast<std::size_t>(file.gcount()));
   const std::string held = std::to_string(record.size()) + " bytes";
   if (record.size() < kLeastRecord)

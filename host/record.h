@@ -17,8 +17,8 @@ std::size_t RecordExtent(const Record& record);
 // dmSize of a record of at least 76 bytes.
 std::size_t PublicSize(const Record& record);
 
-// The record in a file, exactly as long as it says. Throws Failure when the file cannot be read or
-// does not hold a record.
+// The record in a file, exactly as long as it says; "-" is standard input. Throws Failure when the
+// file cannot be read or does not hold a record.
 Record ReadRecordFile(const std::filesystem::path& path);
 
 // Whether a record could be written to a path as things stand; throws Failure when not. Leaves the

@@ -11,11 +11,12 @@
 namespace printhost {
 namespace {
 
-constexpr Option kInOption = {"--in", 1, "FILE", "a settings record"};
+constexpr Option kInOption = {"--in", 1, "FILE", "a settings record; - is standard input"};
 constexpr Option kOutOption = {"--out", 1, "FILE",
                                "where the record that comes back is written; - is standard output"};
 constexpr Option kSettingsOptions[] = {
-    {"--in", 1, "FILE", "a settings record to merge into the printer's settings"},
+    {"--in", 1, "FILE",
+     "a settings record to merge into the printer's settings; - is standard input"},
     kOutOption,
     kJsonOption};
 constexpr Option kConvertOptions[] = {kInOption, kOutOption, kJsonOption};

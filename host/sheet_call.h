@@ -16,7 +16,8 @@ namespace printhost {
 
 inline constexpr Option kKindOption = {"--kind", 1, "KIND",
                                        "document (default), advanced, user-default or printer"};
-inline constexpr Option kInRecordOption = {"--in", 1, "FILE", "a settings record to start from"};
+inline constexpr Option kInRecordOption = {"--in", 1, "FILE",
+                                           "a settings record to start from; - is standard input"};
 inline constexpr Option kOutRecordOption = {"--out", 1, "FILE",
                                             "where the resulting record is written"};
 
