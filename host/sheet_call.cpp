@@ -36,6 +36,7 @@ SheetCall::SheetCall(Call& call, std::u16string printer, std::string_view kind)
                                                     : "document")),
       module_(call.machine),
       printer_(std::move(printer)),
+      printed_(call.json()),
       out_(call.arguments.Value("--out")),
       output_(kestrel::kRecordSize) {
   if (!kind_.record && (call.arguments.Has("--in") || call.arguments.Has("--out")))
@@ -122,6 +123,16 @@ Failure StoreFailure(std::string_view reason) {
   const auto known = std::ranges::find_if(
       kReasons, [&](const Reason& one) { return reason.find(one.english) != reason.npos; });
   return {kFailed, "the settings cannot be kept: " + std::string(reason), known->japanese};
+}
+
+std::string SheetCall::Outcome() {
+  const std::string name = '"' + ToUtf8(printer()) + '"';
+  if (!kind_.record) return "stored for the printer " + name;
+  std::string outcome = kind_.keptHere ? "stored as the default of " + name : std::string();
+  if (!out_.empty()) outcome += (outcome.empty() ? "" : " and ") + ("written to " + out_);
+  if (!outcome.empty()) return outcome;
+  return printed_ ? "printed on standard output"
+                  : "handed to no application and not stored; --out FILE writes them";
 }
 
 Json SheetCall::Result() const { return kind_.record ? RecordJson(input_) : Json(); }

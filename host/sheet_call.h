@@ -41,6 +41,9 @@ class SheetCall {
   void Keep();
   // What stands against keeping, as far as can be told before; nothing is changed.
   std::optional<Failure> Hindrance() const;
+  // What becomes of the settings on OK, as the end of a sentence that begins with "the settings
+  // are".
+  std::string Outcome();
   // The record that came back, as JSON; null for a sheet without one.
   Json Result() const;
 
@@ -59,6 +62,7 @@ class SheetCall {
   const Kind& kind_;
   DriverModule module_;
   PrinterHandle printer_;
+  bool printed_;     // whether the record goes to standard output
   std::string out_;  // the file that the record goes to; empty: none
   Record input_;     // empty: none; after Keep what came back
   Record output_;

@@ -1,5 +1,6 @@
 // The driver's property sheets, shown in a browser.
 #include <windows.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -55,6 +56,9 @@ class Session {
     // One write: a reader never sees half an address.
     told << server_.address() + GlossOf(call.arguments) + '\n' << std::flush;
     if (!told) throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
+    Advise("Open the address in a browser on this computer. On OK the settings are " +
+           sheet_.Outcome() +
+           ".\nCancel or Ctrl-C here leaves the settings as they were and ends the command.");
     call_.machine.desk().Attach(&user_);
   }
   ~Session() { call_.machine.desk().Attach(nullptr); }
@@ -66,6 +70,8 @@ class Session {
     const auto failure = Trouble([&] {
       exit = Show();
       Print(exit == kDone);
+      Advise(exit == kDone ? "The settings are " + sheet_.Outcome() + '.'
+                           : "Cancelled; the settings are as they were.");
     });
     if (failure) {
       const std::string& reason = failure->message;
@@ -78,6 +84,11 @@ class Session {
   }
 
  private:
+  // Writes advice for a user at a terminal; a program that reads standard error gets none.
+  static void Advise(const std::string& text) {
+    if (isatty(STDERR_FILENO) != 0) std::cerr << text << '\n';
+  }
+
   int Show() {
     std::optional<Failure> problem;
     do {

@@ -1,11 +1,13 @@
 // printhost from the shell: what a person types and reads, all there in the next process.
 import assert from "node:assert/strict";
+import { spawnSync } from "node:child_process";
 import { createHash, randomFillSync } from "node:crypto";
 import { existsSync, lstatSync, readFileSync, readdirSync, readlinkSync, realpathSync, symlinkSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { test } from "node:test";
 
-import { computer } from "../support/printhost.mjs";
+import { page } from "../support/driving.mjs";
+import { computer, program, start } from "../support/printhost.mjs";
 
 const NAME = "倉庫 1F,LPT1:";
 const [SIZE, EXTRA, FIELDS, ORIENTATION, COPIES] = [68, 70, 72, 76, 86]; // offsets in a record
@@ -30,7 +32,9 @@ test("a record is converted, merged and kept as the default, byte for byte", (t)
   assert.deepEqual(pc.json("convert", NAME, "--in", pc.file("own")), before);
   for (const command of ["settings", "convert"])
     assert.equal(pc.done(command, NAME, "--in", pc.file("own"), "--out", "-"), own.toString(), command);
-  assert.match(pc.done("settings", NAME), /^private\.FreePaper\.PaperName\tフリーサイズ$/m);
+  const piped = (...words) => spawnSync(program, ["--state", pc.state, ...words], { input: own });
+  for (const command of ["settings", "convert"]) assert.deepEqual(piped(command, NAME, "--in", "-", "--out", "-").stdout, own, command);
+  assert.match(pc.refused(3, "settings", NAME, "--in", "-"), /standard input holds no settings record/);
 
   // Both places of a value, the public and the driver's own.
   const given = file("given", Buffer.from(own), [ORIENTATION, 2], [388, 2], [COPIES, 77], [382, 77], ...[350, 384, 392, 408, 434].map((offset) => [offset, -offset]));
@@ -100,7 +104,7 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   const pc = computer(t, NAME);
   const before = pc.json("machine");
   for (const words of [[], ["nonsense"], ["add"], ["add", ""], ["caps"], ["caps", NAME, "--frob"], ["data", NAME, "a", "b"], ["convert", NAME],
-    ["machine", "--os"], ["machine", "--os", "six"], ["machine", "--os", "6."], ["machine", "--administrator", "perhaps"],
+    ["machine", "--os"], ["machine", "--os", "6."], ["play", NAME, "--in", "-"], ["machine", "--administrator", "perhaps"],
     ["machine", "--server", "--domain-controller"], ["machine", "--server", "--server"], ["machine", "--server=yes"],
     ["machine", "--os", "5.1", "--permission", NAME, "perhaps"], ["device", NAME, "--density", "300"], ["device", NAME, "--mode", "257"],
     ["device", NAME, "--answer", "maybe"], ["settings", NAME, "--out", "-", "--json"], ["sheet", NAME, "--out", "-"],
@@ -109,8 +113,12 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
       .map((listen) => ["sheet", NAME, "--listen", listen]),
     ...["\ufeffa", "\ufffea", "a\nb", "a\x1b[31m", "a\x7f", "\u0085", "\u2028", "x".repeat(221)].map((name) => ["add", name])])
     pc.refused(2, ...words);
+  for (const [exit, message, ...words] of [[2, /takes tear-off, continuous, peel or a code/, "device", NAME, "--mode", "x"],
+    ...["5", "5.0.0", "six"].map((os) => [2, /takes a version like 6\.1/, "machine", "--os", os]),
+    ...[" ", ",LPT1:", "　 ,LPT1:"].map((name) => [2, /before its first comma/, "add", name]),
+    [3, /"printhost list" shows/, "machine", "--permission", "none", "no"], [3, /"printhost list" shows/, "caps", "none"]])
+    assert.match(pc.refused(exit, ...words), message, words.join(" "));
   assert.deepEqual(pc.json("machine"), before);
-  pc.refused(3, "caps", "absent");
   for (const help of ["--help", "-h"]) assert.match(pc.done("caps", help), /--json/);
   assert.match(pc.done("-h"), /COMMAND/);
   assert.equal(readdirSync(pc.folder).length, 1);
@@ -134,4 +142,24 @@ test("the driver that runs is the Windows DLL, or the native module where that w
   pc.refused(3, "module");
   pc.done("add", "again");
   assert.equal(pc.json("module").sha256, told.sha256);
+});
+
+test("a terminal shows what to do at the address and what became of the settings; a pipe does not", async (t) => {
+  const pc = computer(t, NAME);
+  for (const [kind, button, status, told] of [["user-default", "ok", 0, `The settings are stored as the default of "${NAME}".`],
+    ["user-default", "cancel", 1, "Cancelled; the settings are as they were."],
+    ["document", "ok", 0, "The settings are handed to no application and not stored; --out FILE writes them."]]) {
+    const words = ["--state", pc.state, "sheet", NAME, "--kind", kind];
+    const terminal = ["-qefc", ["stty -onlcr; exec", program, ...words].map((word) => (word === NAME ? `'${word}'` : word)).join(" "), "/dev/null"];
+    for (const [command, given] of [["script", terminal], [program, words]]) {
+      const sheet = start(t, command, given);
+      const address = await sheet.address;
+      await (await page(address)).act({ action: "press", button });
+      const { status: ended, output, errors } = await sheet.ended;
+      const [, after, end] = /^http:\S+\n([^]*?)([^\n]*\n)?$/.exec(output);
+      assert.deepEqual([ended, errors], [status, ""]);
+      if (command !== "script") assert.deepEqual([after, end], ["", undefined]);
+      else assert.ok(/^Open the address in a browser on this computer\. On OK the settings are [^]*Ctrl-C/.test(after) && end === `${told}\n`, output);
+    }
+  }
 });
