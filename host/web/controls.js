@@ -13,7 +13,8 @@ function place(element, [left, top, width, height]) {
 function fit(text, box, centred) {
   const room = box.clientWidth - (centred ? 0 : text.offsetLeft);
   if (room <= 0 || box.classList.contains("wrapped") || box.classList.contains("filled")) return;
-  for (const part of text.querySelector(".own") ? text.children : [text]) {
+  const inOneLine = !text.querySelector(".own") || box.classList.contains("group");
+  for (const part of inOneLine ? [text] : text.children) {
     part.style.transformOrigin = centred ? "center" : "left";
     part.style.transform = part.scrollWidth > room ? `scaleX(${room / part.scrollWidth})` : "";
   }

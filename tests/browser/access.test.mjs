@@ -73,7 +73,7 @@ function misfits(page, least) {
       if (one.matches("label, button, input, select") && box.width && !one.closest(".updown") && Math.min(box.width, box.height + 2) < leastTarget) faults.push(`${name} is ${box.width} x ${box.height}`);
     }
     for (const text of window.querySelectorAll(".text:not(:has(.own)), .own, .gloss")) {
-      const box = text.closest(".push, .choice, .check, .static:not(.wrapped)");
+      const box = text.closest(".push, .choice, .check, .group, .static:not(.wrapped)");
       const [room, own] = [box?.getBoundingClientRect(), text.getBoundingClientRect()];
       if (room && (own.right > room.right + 2 || own.left < room.left - 2)) faults.push(`${text.textContent} is cut off`);
       if (box?.matches(".push, .choice") && (own.bottom > room.bottom + 1 || own.top < room.top - 1)) faults.push(`${text.textContent} is cut off below or above`);

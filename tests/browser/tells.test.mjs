@@ -27,7 +27,7 @@ test("printer and kind, drives, a placeholder, unsaved changes, a refused action
     await page.setViewportSize(viewport);
     const covered = await page.evaluate(() => {
       const box = document.getElementById("notice").getBoundingClientRect();
-      return [...document.querySelectorAll("section button, section [data-id]")].filter((one) => {
+      return [...document.querySelectorAll("button:not(#notice *), section [data-id]")].filter((one) => {
         const { left, top, right, bottom } = one.getBoundingClientRect();
         return left < box.right && right > box.left && top < box.bottom && bottom > box.top;
       }).map((one) => one.textContent);
