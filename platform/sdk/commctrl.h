@@ -30,6 +30,7 @@ struct NMUPDOWN {
   int iPos;
   int iDelta;
 };
+static_assert(HasDocumentedSize<NMUPDOWN>(20, 32));
 
 extern "C" {
 

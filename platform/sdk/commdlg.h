@@ -31,7 +31,7 @@ struct OPENFILENAMEW {
   DWORD FlagsEx;
 };
 using LPOPENFILENAMEW = OPENFILENAMEW*;
-static_assert(sizeof(void*) != 4 || sizeof(OPENFILENAMEW) == 88);
+static_assert(HasDocumentedSize<OPENFILENAMEW>(88, 152));
 
 constexpr DWORD OFN_OVERWRITEPROMPT = 0x00000002;
 constexpr DWORD OFN_HIDEREADONLY = 0x00000004;

@@ -18,6 +18,7 @@ struct OPTPARAM {
   LPARAM lParam;
   ULONG_PTR dwReserved[2];
 };
+static_assert(HasDocumentedSize<OPTPARAM>(24, 48));
 
 struct OPTTYPE {
   WORD cbSize;
@@ -30,6 +31,7 @@ struct OPTTYPE {
   WORD wReserved[3];
   ULONG_PTR dwReserved[3];
 };
+static_assert(HasDocumentedSize<OPTTYPE>(32, 48));
 
 constexpr BYTE TVOT_EDITBOX = 7;
 
@@ -51,7 +53,7 @@ struct EXTPUSH {
   ULONG_PTR dwReserved[3];
 };
 using PEXTPUSH = EXTPUSH*;
-static_assert(sizeof(void*) != 4 || sizeof(EXTPUSH) == 32);
+static_assert(HasDocumentedSize<EXTPUSH>(32, 64));
 
 struct EXTCHKBOX {
   WORD cbSize;
@@ -64,7 +66,7 @@ struct EXTCHKBOX {
   ULONG_PTR dwReserved[2];
 };
 using PEXTCHKBOX = EXTCHKBOX*;
-static_assert(sizeof(void*) != 4 || sizeof(EXTCHKBOX) == 36);
+static_assert(HasDocumentedSize<EXTCHKBOX>(36, 64));
 
 struct OPTITEM {
   WORD cbSize;
@@ -89,7 +91,7 @@ struct OPTITEM {
   struct OIEXT* pOIExt;
   ULONG_PTR dwReserved[3];
 };
-static_assert(sizeof(void*) != 4 || sizeof(OPTITEM) == 52);
+static_assert(HasDocumentedSize<OPTITEM>(52, 88));
 
 constexpr DWORD OPTIF_HIDE = 0x00000002;
 constexpr DWORD OPTIF_CALLBACK = 0x00000004;
@@ -114,7 +116,7 @@ struct DLGPAGE {
   };
 };
 using PDLGPAGE = DLGPAGE*;
-static_assert(sizeof(void*) != 4 || sizeof(DLGPAGE) == 20);
+static_assert(HasDocumentedSize<DLGPAGE>(20, 40));
 
 constexpr WORD DP_STD_TREEVIEWPAGE = 0xFFFF;
 
@@ -139,7 +141,7 @@ struct COMPROPSHEETUI {
   WORD OptItemVersion;
   ULONG_PTR dwReserved[4];
 };
-static_assert(sizeof(void*) != 4 || sizeof(COMPROPSHEETUI) == 64);
+static_assert(HasDocumentedSize<COMPROPSHEETUI>(64, 128));
 
 constexpr WORD CPSUIF_UPDATE_PERMISSION = 0x0001;
 constexpr WORD CPSUIF_ABOUT_CALLBACK = 0x0004;
@@ -150,6 +152,7 @@ constexpr LONG CPSUI_RESTARTWINDOWS = 2;
 
 constexpr LONG ERR_CPSUI_GETLASTERROR = -1;
 constexpr LONG ERR_CPSUI_INVALID_PDATA = -3;
+constexpr LONG ERR_CPSUI_INVALID_LPARAM = -4;
 
 using PFNCOMPROPSHEET = LONG_PTR(CALLBACK*)(HANDLE hComPropSheet, UINT Function, LPARAM lParam1,
                                             LPARAM lParam2);
@@ -166,6 +169,7 @@ struct PROPSHEETUI_INFO {
   ULONG_PTR Result;
 };
 using PPROPSHEETUI_INFO = PROPSHEETUI_INFO*;
+static_assert(HasDocumentedSize<PROPSHEETUI_INFO>(28, 48));
 using PFNPROPSHEETUI = LONG(CALLBACK*)(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam);
 
 constexpr WORD PSUIINFO_UNICODE = 0x0001;
@@ -187,6 +191,8 @@ struct PROPSHEETUI_INFO_HEADER {
   };
 };
 
+static_assert(HasDocumentedSize<PROPSHEETUI_INFO_HEADER>(20, 40));
+
 constexpr WORD PSUIHDRF_NOAPPLYNOW = 0x0002;
 constexpr WORD PSUIHDRF_PROPTITLE = 0x0004;
 
@@ -196,6 +202,7 @@ struct SETRESULT_INFO {
   HANDLE hSetResult;
   LRESULT Result;
 };
+static_assert(HasDocumentedSize<SETRESULT_INFO>(12, 24));
 
 constexpr UINT CPSFUNC_ADD_HPROPSHEETPAGE = 0;
 constexpr UINT CPSFUNC_ADD_PCOMPROPSHEETUIW = 3;

@@ -30,7 +30,7 @@ struct PROPSHEETPAGEW {
   HANDLE hActCtx;
 };
 using LPCPROPSHEETPAGEW = const PROPSHEETPAGEW*;
-static_assert(sizeof(void*) != 4 || sizeof(PROPSHEETPAGEW) == 52);
+static_assert(HasDocumentedSize<PROPSHEETPAGEW>(52, 96));
 
 constexpr DWORD PSP_USEICONID = 0x00000004;
 constexpr DWORD PSP_HASHELP = 0x00000020;

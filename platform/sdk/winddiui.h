@@ -21,7 +21,7 @@ struct DOCUMENTPROPERTYHEADER {
   DWORD cbOut;
   DWORD fMode;
 };
-static_assert(sizeof(void*) != 4 || sizeof(DOCUMENTPROPERTYHEADER) == 28);
+static_assert(HasDocumentedSize<DOCUMENTPROPERTYHEADER>(28, 48));
 
 struct DEVICEPROPERTYHEADER {
   WORD cbSize;
@@ -29,7 +29,7 @@ struct DEVICEPROPERTYHEADER {
   HANDLE hPrinter;
   LPWSTR pszPrinterName;
 };
-static_assert(sizeof(void*) != 4 || sizeof(DEVICEPROPERTYHEADER) == 12);
+static_assert(HasDocumentedSize<DEVICEPROPERTYHEADER>(12, 24));
 
 constexpr WORD DPS_NOPERMISSION = 0x0001;
 

@@ -98,6 +98,13 @@ constexpr int MAX_PATH = 260;
 using FARPROC = INT_PTR(WINAPI*)();
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 
+// Returns true when a structure with pointers has its documented size in this build: x86 where a
+// pointer has four bytes, x64 and ARM64 where it has eight.
+template <typename T>
+constexpr bool HasDocumentedSize(size_t x86, size_t x64) {
+  return sizeof(T) == (sizeof(void*) == 4 ? x86 : x64);
+}
+
 struct POINT {
   LONG x;
   LONG y;

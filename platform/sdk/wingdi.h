@@ -159,6 +159,7 @@ struct BITMAP {
   WORD bmBitsPixel;
   LPVOID bmBits;
 };
+static_assert(HasDocumentedSize<BITMAP>(24, 32));
 
 struct BITMAPINFOHEADER {
   DWORD biSize;

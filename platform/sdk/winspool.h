@@ -26,6 +26,7 @@ struct PRINTER_INFO_1W {
   LPWSTR pName;
   LPWSTR pComment;
 };
+static_assert(HasDocumentedSize<PRINTER_INFO_1W>(16, 32));
 
 struct PRINTER_INFO_2W {
   LPWSTR pServerName;
@@ -50,12 +51,14 @@ struct PRINTER_INFO_2W {
   DWORD cJobs;
   DWORD AveragePPM;
 };
+static_assert(HasDocumentedSize<PRINTER_INFO_2W>(84, 136));
 
 struct PRINTER_INFO_4W {
   LPWSTR pPrinterName;
   LPWSTR pServerName;
   DWORD Attributes;
 };
+static_assert(HasDocumentedSize<PRINTER_INFO_4W>(12, 24));
 
 struct PRINTER_INFO_5W {
   LPWSTR pPrinterName;
@@ -64,6 +67,7 @@ struct PRINTER_INFO_5W {
   DWORD DeviceNotSelectedTimeout;
   DWORD TransmissionRetryTimeout;
 };
+static_assert(HasDocumentedSize<PRINTER_INFO_5W>(20, 32));
 
 struct DRIVER_INFO_3W {
   DWORD cVersion;
@@ -77,6 +81,7 @@ struct DRIVER_INFO_3W {
   LPWSTR pMonitorName;
   LPWSTR pDefaultDataType;
 };
+static_assert(HasDocumentedSize<DRIVER_INFO_3W>(40, 80));
 
 extern "C" {
 BOOL WINAPI OpenPrinterW(LPWSTR name, HANDLE* printer, LPPRINTER_DEFAULTSW defaults);

@@ -59,7 +59,9 @@ constexpr UINT SWP_NOACTIVATE = 0x0010;
 // ---- keys ----
 constexpr int VK_BACK = 0x08;
 constexpr int VK_UP = 0x26;
+constexpr int VK_DOWN = 0x28;
 constexpr int VK_DELETE = 0x2E;
+constexpr int VK_F4 = 0x73;
 
 // ---- identifiers ----
 constexpr int IDOK = 1;
@@ -156,12 +158,14 @@ struct DRAWITEMSTRUCT {
   RECT rcItem;
   ULONG_PTR itemData;
 };
+static_assert(HasDocumentedSize<DRAWITEMSTRUCT>(48, 64));
 
 struct NMHDR {
   HWND hwndFrom;
   UINT_PTR idFrom;
   UINT code;
 };
+static_assert(HasDocumentedSize<NMHDR>(12, 24));
 
 using LPCDLGTEMPLATEW = const struct DLGTEMPLATE*;  // nobody here looks into one
 
