@@ -17,6 +17,8 @@
 
 #define DS_MODALFRAME 0x80L
 #define DS_CONTROL 0x0400L
+// DS_SETFONT | DS_FIXEDSYS; each template has a FONT statement.
+#define DS_SHELLFONT 0x48L
 
 #define BS_AUTOCHECKBOX 0x3L
 #define BS_AUTORADIOBUTTON 0x9L
@@ -46,7 +48,9 @@
 #define VFT2_DRV_PRINTER 1
 
 // ---- what the templates have in common ----
-#define PAGE_STYLE DS_CONTROL | WS_CHILD | WS_DISABLED | WS_CAPTION
+// Without DS_SHELLFONT a property sheet measures its pages by the font of its own frame
+// (PROPSHEETPAGE), and controls can be cut off.
+#define PAGE_STYLE DS_SHELLFONT | DS_CONTROL | WS_CHILD | WS_DISABLED | WS_CAPTION
 #define DIALOG_STYLE DS_MODALFRAME | WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU
 #define DIALOG_FONT 9, "ＭＳ Ｐゴシック", 400, 0, 128
 // A radio button; the first of a set carries FIRST_RADIO, and the control after the set WS_GROUP.

@@ -12,6 +12,7 @@ from itertools import combinations
 
 RT_BITMAP, RT_DIALOG, RT_STRING, RT_VERSION, RT_MANIFEST = 2, 5, 6, 16, 24
 CLASSES = {0x80: "Button", 0x81: "Edit", 0x82: "Static", 0x83: "ListBox", 0x84: "ScrollBar", 0x85: "ComboBox"}
+DS_SHELLFONT = 0x48
 WS_VISIBLE, WS_GROUP, WS_TABSTOP, WS_CHILD, WS_POPUP = 0x10000000, 0x20000, 0x10000, 0x40000000, 1 << 31
 GROUP_BOX, AUTO_RADIO, AUTO_CHECK, BUTTON_OWNER_DRAW = 7, 9, 3, 0xB
 HELP_TEXT, HELP_GROUP = 1167, 1171
@@ -177,6 +178,7 @@ def check_dialog(number, data, texts, help_ids):
     fault(FORMS.get(number) != (caption, width, height), where, caption, width, height)
     fault((point, face) != (9, "ＭＳ Ｐゴシック"), where, "has the font", face, point)
     fault(bool(style & WS_CHILD) != (number in PAGES) or bool(style & WS_POPUP) == (number in PAGES), where, "is wrong")
+    fault(number in PAGES and style & DS_SHELLFONT != DS_SHELLFONT, where, "is measured by the font of the sheet's frame")
     hidden = [c.id for c in found if not c.style & WS_VISIBLE and c.id != -1]
     fault(hidden != HIDDEN.get(number, []), where, "hides", hidden)
     ids = [c.id for c in found if c.id != -1]
