@@ -11,13 +11,10 @@ bool IsValidUiSession(const DriverUiData* session) {
 }
 
 DriverUiData* PageSession(HWND page) {
-  const LPARAM pointer = GetWindowLongPtrW(page, DWLP_USER);
-  if (pointer == 0) return nullptr;
-  // A page hosted through a COMPROPSHEETUI is given that structure's UserData. A PROPSHEETPAGE is
-  // never taken for it: its first word is its size and flags, not its own address.
-  auto* session = reinterpret_cast<DriverUiData*>(pointer);
-  if (IsValidUiSession(session)) return session;
-  session = reinterpret_cast<DriverUiData*>(reinterpret_cast<PROPSHEETPAGEW*>(pointer)->lParam);
+  const auto* sheetPage =
+      reinterpret_cast<const PROPSHEETPAGEW*>(GetWindowLongPtrW(page, DWLP_USER));
+  if (sheetPage == nullptr) return nullptr;
+  auto* session = reinterpret_cast<DriverUiData*>(sheetPage->lParam);
   return IsValidUiSession(session) ? session : nullptr;
 }
 

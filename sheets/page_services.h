@@ -7,8 +7,10 @@
 
 namespace kestrel {
 
-// The session of a page window, which keeps the parameter of its WM_INITDIALOG in DWLP_USER, on
-// both hosting roads; null before that message or for a session no longer valid.
+// Returns the session of a page window: the lParam of the PROPSHEETPAGE that the window stores in
+// DWLP_USER from WM_INITDIALOG on. A page that was added as COMPROPSHEETUI gets a PROPSHEETPAGE
+// too, whose lParam is the UserData (DLGPAGE). Null before WM_INITDIALOG, or when the session is no
+// longer valid.
 DriverUiData* PageSession(HWND page);
 
 // Marks the sheet changed (PSM_CHANGED, from Windows 2000 on). Always TRUE.

@@ -60,8 +60,8 @@ LONG_PTR CommonSheet::NextHandle() {
   return next += 2;
 }
 
-// A dialog page of the caller; the library's own tree views have no place here. The page's
-// WM_INITDIALOG gets the UserData, which is all the caller's dialog has of its own.
+// Makes a dialog page of the caller; the library's own tree views are not supported. The page's
+// WM_INITDIALOG gets a PROPSHEETPAGE whose lParam is the UserData (DLGPAGE).
 HPROPSHEETPAGE MakeDialogPage(const COMPROPSHEETUI& ui, const DLGPAGE& dialog) {
   if (dialog.cbSize < sizeof(DLGPAGE) || dialog.DlgProc == nullptr) return nullptr;
   PROPSHEETPAGEW page = {};
@@ -69,9 +69,8 @@ HPROPSHEETPAGE MakeDialogPage(const COMPROPSHEETUI& ui, const DLGPAGE& dialog) {
   page.hInstance = ui.hInstCaller;
   page.pszTemplate = MAKEINTRESOURCEW(dialog.DlgTemplateID);
   page.pfnDlgProc = dialog.DlgProc;
-  const HPROPSHEETPAGE made = CreatePropertySheetPageW(&page);
-  if (made != nullptr) made->initParam = static_cast<LPARAM>(ui.UserData);
-  return made;
+  page.lParam = static_cast<LPARAM>(ui.UserData);
+  return CreatePropertySheetPageW(&page);
 }
 
 std::u16string TitleText(const PROPSHEETUI_INFO_HEADER& header) {

@@ -127,7 +127,7 @@ bool Sheet::Create(int index) {
   request.size = data.size();
   request.parent = window_;
   request.proc = page.pfnDlgProc;
-  request.param = made.initParam != 0 ? made.initParam : reinterpret_cast<LPARAM>(&page);
+  request.param = reinterpret_cast<LPARAM>(&page);
   request.page = true;
   made.window = CreateDialogWindow(request);
   if (const auto window = FindWindowOf(made.window))

@@ -14,7 +14,6 @@
 // A page made with CreatePropertySheetPageW. It keeps its own copy of what it was made from.
 struct _PSP {
   std::vector<std::byte> block;  // the PROPSHEETPAGEW with whatever the caller put behind it
-  LPARAM initParam = 0;          // WM_INITDIALOG lParam; 0: the address of the copy
   std::u16string title;          // on the tab
   SIZE size = {};                // of the template in pixels; nothing: it is missing
   HWND window = nullptr;         // null until the page is first shown
