@@ -1,5 +1,6 @@
 #include "driver/document_properties.h"
 
+#include "driver/handles.h"
 #include "driver/property_sheet_library.h"
 #include "driver/resolve_settings.h"
 
@@ -41,11 +42,18 @@ extern "C" LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR 
   header.fMode = fMode;
   if ((fMode & DM_PROMPT) == 0) return ResolveWithoutSheet(header);
 
-  DWORD result = 0;
-  if (!ShowCommonPropertySheet(hwnd, DrvDocumentPropertySheets, reinterpret_cast<LPARAM>(&header),
-                               &result))
+  // The parameter of a property-sheet function must not be a stack address (PFNPROPSHEETUI).
+  const auto parameter = HeapBlock<DOCUMENTPROPERTYHEADER>::One();
+  if (!parameter) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return kFailed;
-  return header.cbOut == kSheetRefused ? kFailed : static_cast<LONG>(result);
+  }
+  *parameter = header;
+  DWORD result = 0;
+  if (!ShowCommonPropertySheet(hwnd, DrvDocumentPropertySheets,
+                               reinterpret_cast<LPARAM>(parameter.get()), &result))
+    return kFailed;
+  return parameter->cbOut == kSheetRefused ? kFailed : static_cast<LONG>(result);
 }
 
 extern "C" LONG WINAPI DrvAdvancedDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,

@@ -1,6 +1,7 @@
 #include <windows.h>
 #include <winddiui.h>
 
+#include "driver/handles.h"
 #include "driver/printer_access.h"
 #include "driver/property_sheet_library.h"
 
@@ -17,13 +18,18 @@ bool MayChangePrinterData(HANDLE printer) {
 }  // namespace
 
 extern "C" BOOL WINAPI PrinterProperties(HWND hwnd, HANDLE hPrinter) {
-  DEVICEPROPERTYHEADER header{};
-  header.cbSize = sizeof header;
-  header.hPrinter = hPrinter;
-  if (!MayChangePrinterData(hPrinter)) header.Flags = DPS_NOPERMISSION;
+  // The parameter of a property-sheet function must not be a stack address (PFNPROPSHEETUI).
+  const auto header = HeapBlock<DEVICEPROPERTYHEADER>::One();
+  if (!header) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return FALSE;
+  }
+  header->cbSize = sizeof *header;
+  header->hPrinter = hPrinter;
+  if (!MayChangePrinterData(hPrinter)) header->Flags = DPS_NOPERMISSION;
 
   DWORD result = CPSUI_CANCEL;
   const bool shown = ShowCommonPropertySheet(hwnd, DrvDevicePropertySheets,
-                                             reinterpret_cast<LPARAM>(&header), &result);
+                                             reinterpret_cast<LPARAM>(header.get()), &result);
   return shown && result != DWORD{CPSUI_CANCEL} ? TRUE : FALSE;
 }

@@ -4,6 +4,7 @@
 #include <winspool.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "driver/settings_block.h"
 #include "host/utf8.h"
@@ -52,27 +53,37 @@ std::string_view SheetCall::kind() const { return kind_.name; }
 
 LONG SheetCall::Show() { return (this->*kind_.show)(); }
 
+bool SheetCall::IsPermitted() { return machine_.FindPrinter(printer())->writable; }
+
 LONG SheetCall::ShowDocument() {
-  const DWORD mode = DM_COPY | DM_PROMPT | (in() != nullptr ? DM_IN_BUFFER : 0);
+  const DWORD mode = DM_COPY | DM_PROMPT | (in() != nullptr ? DM_IN_BUFFER : 0) |
+                     (IsPermitted() ? 0 : DM_NOPERMISSION);
   return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), in(),
                                     mode);
 }
 
+// The export for advanced sheets has no mode of its caller; the one without permission is asked
+// for through DocumentProperties.
 LONG SheetCall::ShowAdvanced() {
+  if (!IsPermitted()) {
+    return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), in(),
+                                      DM_COPY | DM_PROMPT | DM_ADVANCED | DM_NOPERMISSION);
+  }
   return module_.advancedDocumentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_),
                                             in());
 }
 
+// The sheet library's parameter must not lie on the stack.
 LONG SheetCall::ShowUserDefault() {
-  const bool permission = machine_.FindPrinter(printer())->writable;
-  DOCUMENTPROPERTYHEADER header = {};
+  const auto owned = std::make_unique<DOCUMENTPROPERTYHEADER>();
+  DOCUMENTPROPERTYHEADER& header = *owned;
   header.cbSize = sizeof header;
   header.hPrinter = printer_.get();
   header.pszPrinterName = printer();
   header.pdmIn = in();
   header.pdmOut = AsDevMode(output_);
   header.cbOut = kestrel::kRecordSize;
-  header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (permission ? 0 : DM_NOPERMISSION);
+  header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (IsPermitted() ? 0 : DM_NOPERMISSION);
   DWORD result = CPSUI_CANCEL;
   const LONG answer = CommonPropertySheetUIW(nullptr, module_.documentPropertySheets.function,
                                              reinterpret_cast<LPARAM>(&header), &result);

@@ -52,6 +52,7 @@ class SheetCall {
   static const Kind kKinds[];
   static const Kind& FindKind(std::string_view name);
 
+  bool IsPermitted();  // `machine --permission`
   LONG ShowDocument();
   LONG ShowAdvanced();
   LONG ShowUserDefault();

@@ -110,6 +110,10 @@ TEST_F(SheetTest, TellsTheActivePageWhichMayRefuseAndThenEveryPageThatWasShown) 
             "110QUERYCANCEL 110RESET-BOX DESTROY -> 0");
   EXPECT_EQ(CommonPropertySheetUIW(nullptr, DrvDocumentPropertySheets, 0, nullptr), CPSUI_CANCEL)
       << "without a header it refuses to begin";
+  const int local = 0;
+  EXPECT_EQ(CommonPropertySheetUIW(nullptr, Function, reinterpret_cast<LPARAM>(&local), nullptr),
+            ERR_CPSUI_INVALID_LPARAM)
+      << "a parameter on the stack";
 }
 
 class FileDialogTest : public MachineTest {

@@ -84,3 +84,16 @@ test("what nobody could do fails with its reason, and nothing is stored", (t) =>
   assert.ok(!existsSync(pc.file("out")));
   pc.refused(3, "play", NAME, pc.folder);
 });
+
+test("machine --permission no locks the sheets of every document kind", (t) => {
+  const pc = computer(t, NAME);
+  const locked = (kind, enabled) => {
+    const input = [{ page: 3 }, { expect: MODE, enabled }, { button: "cancel" }].map((step) => JSON.stringify(step)).join("\n");
+    const { status, stderr } = spawnSync(program, ["--state", pc.state, "play", NAME, "--kind", kind], { input, encoding: "utf8" });
+    assert.deepEqual([status, stderr], [1, ""], kind);
+  };
+  for (const permission of ["no", "yes"]) {
+    pc.done("machine", "--permission", NAME, permission);
+    for (const kind of ["document", "advanced", "user-default"]) locked(kind, permission === "yes");
+  }
+});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "tests/support/steps.h"
@@ -49,11 +50,12 @@ class SheetTest : public MachineTest {
     if (ask.kind == SheetKind::kPrinter) {
       answer.result = exports_.PrinterProperties(nullptr, printer);
     } else if (ask.kind == SheetKind::kUserDefault) {
-      DOCUMENTPROPERTYHEADER header = {
-          sizeof(header), 0, printer, name.data(), input, output, kestrel::kRecordSize, mode};
+      const auto header = std::make_unique<DOCUMENTPROPERTYHEADER>(
+          DOCUMENTPROPERTYHEADER{sizeof(DOCUMENTPROPERTYHEADER), 0, printer, name.data(), input,
+                                 output, kestrel::kRecordSize, mode});
       DWORD result = 0;
       const LONG shown = CommonPropertySheetUIW(nullptr, exports_.DrvDocumentPropertySheets,
-                                                reinterpret_cast<LPARAM>(&header), &result);
+                                                reinterpret_cast<LPARAM>(header.get()), &result);
       answer.result = shown > 0 ? static_cast<LONG>(result) : -1;
       if (answer.result == CPSUI_OK) machine().SetDefaultRecord(name, BytesOf(answer.record));
     } else {

@@ -2,6 +2,7 @@
 // of their results.
 #include <windows.h>
 #include <compstui.h>
+#include <pthread.h>
 
 #include <algorithm>
 
@@ -173,6 +174,19 @@ LONG_PTR CommonSheet::SetResult(LPARAM handle, LPARAM result) {
   return Tell(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&set)) > 0 ? 1 : 0;
 }
 
+// Returns true for an address in the calling thread's stack.
+bool IsOnStack(LPARAM address) {
+  pthread_attr_t attributes;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return false;
+  void* lowest = nullptr;
+  size_t size = 0;
+  pthread_attr_getstack(&attributes, &lowest, &size);
+  pthread_attr_destroy(&attributes);
+  const auto start = reinterpret_cast<ULONG_PTR>(lowest);
+  const auto at = static_cast<ULONG_PTR>(address);
+  return at >= start && at < start + size;
+}
+
 LONG CommonSheet::Run() {
   if (Tell(PROPSHEETUI_REASON_INIT, info_.lParamInit) <= 0) {
     function_ = nullptr;  // it took itself down
@@ -203,6 +217,8 @@ LONG WINAPI CommonPropertySheetUIW(HWND owner, PFNPROPSHEETUI function, LPARAM p
     SetLastError(ERROR_INVALID_PARAMETER);
     return ERR_CPSUI_GETLASTERROR;
   }
+  // The parameter must not be a stack address (PFNPROPSHEETUI).
+  if (platform::IsOnStack(param)) return ERR_CPSUI_INVALID_LPARAM;
   platform::CommonSheet sheet(owner, function, param);
   const LONG answer = sheet.Run();
   if (answer >= 0 && result != nullptr) *result = sheet.result();
