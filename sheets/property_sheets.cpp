@@ -100,7 +100,13 @@ void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
   if (stores) StorePrinterPart(session, header.hPrinter, name);
 }
 
+// Printer properties edit nothing, and another sheet of the printer may have stored papers while
+// this one was open: what is stored is resolved again.
 void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
+  if (!ResolveSettings(session.settings, nullptr, header.hPrinter, session.printerName,
+                       kCopyWholeBlock)) {
+    return;
+  }
   RefreshPublicFields(session);
   StorePrinterPart(session, header.hPrinter, session.printerName);
 }

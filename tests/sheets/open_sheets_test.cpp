@@ -46,6 +46,29 @@ TEST_F(OpenSheets, SurviveEachFailure) {
   walk(SheetKind::kAdvanced, {kAllocation});
 }
 
+// The sheet that hosts the version page offers the document sheets of the same printer too.
+TEST_F(OpenSheets, PrinterPropertiesKeepPapersThatASecondSheetStored) {
+  support::SheetAnswer second;
+  const auto openSecond = [&](support::Desk&) {
+    second = AskForSheet({.kind = SheetKind::kUserDefault});
+  };
+  using namespace support;
+  const SheetAnswer first =
+      Show({.kind = SheetKind::kPrinter},
+           {openSecond, GoTo(kPaperTab), Click(IDC_PAPER_REGISTER),
+            Replace(IDC_PAPER_REGISTER_NAME, u"Shelf"), Click(IDOK), PressOk(), PressOk()});
+  EXPECT_EQ(second.result, CPSUI_OK);
+  EXPECT_EQ(first.result, TRUE);
+  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
+}
+
+// Windows 2000 adds the pages as COMPROPSHEETUI.
+TEST_F(OpenSheets, PagesOfWindows2000FindTheirSession) {
+  using namespace support;
+  machine().SetOs({.major = 5, .minor = 0});
+  EXPECT_EQ(Ok(kPaperTab, Select(IDC_PAPER_LIST, u"フリーサイズ")).record.Private.PaperID, 256);
+}
+
 TEST_F(OpenSheets, VersionPageShowsTheModulesThatAreThereUnderACentredPicture) {
   const std::u16string system = machine().systemDirectory() + u"\\";
   machine().WriteVersionedFile(system + u"QM6_1rLMNT.DLL", 0x00030001, 0x000000FF);
