@@ -21,7 +21,8 @@ constexpr Option kMachineOptions[] = {
     {"--server", 0, "", "make it a server"},
     {"--domain-controller", 0, "", "make it a domain controller"},
     {"--administrator", 1, "yes|no", "whether the person at the desk is an administrator"},
-    {"--permission", 2, "NAME yes|no", "whether the person may change a printer's settings"},
+    {"--high-contrast", 1, "yes|no", "whether the user's colours are light text on black"},
+    {"--permission", 2, "NAME yes|no", "whether the user may change a printer's settings"},
     kJsonOption};
 constexpr Option kDeviceOptions[] = {
     {"--mode", 1, "tear-off|continuous|peel", "the printer's mode, or any code from 0 to 255"},
@@ -83,6 +84,7 @@ std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
 
 // Looks at every option before it changes anything.
 void Change(platform::Machine& machine, const Arguments& arguments) {
+  const bool contrast = arguments.Has("--high-contrast");
   const bool server = arguments.Has("--server");
   const bool controller = arguments.Has("--domain-controller");
   const bool permission = arguments.Has("--permission");
@@ -95,11 +97,13 @@ void Change(platform::Machine& machine, const Arguments& arguments) {
   if (controller) os.productType = VER_NT_DOMAIN_CONTROLLER;
   const bool trusted =
       administrator && YesOrNo("--administrator", arguments.Value("--administrator"));
+  const bool light = contrast && YesOrNo("--high-contrast", arguments.Value("--high-contrast"));
   const std::u16string printer = FromUtf8(arguments.Value("--permission"));
   const bool permitted = permission && YesOrNo("--permission", arguments.Value("--permission", 1));
   if (permission) RequirePrinter(machine, printer);
   if (server || controller || arguments.Has("--os")) machine.SetOs(os);
   if (administrator) machine.SetAdministrator(trusted);
+  if (contrast) machine.SetHighContrast(light);
   if (permission) machine.SetPermission(printer, permitted, permitted);
 }
 
@@ -115,6 +119,7 @@ int ShowMachine(Call& call) {
   return call.Answer({{"os", OsText(os)},
                       {"product", product},
                       {"administrator", call.machine.administrator()},
+                      {"highContrast", call.machine.highContrast()},
                       {"permissions", permissions},
                       {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
                       {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}});

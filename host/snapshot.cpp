@@ -98,7 +98,10 @@ Json ControlJson(const ControlView& control) {
     case ControlKind::kStatic:
       json["centred"] = control.centred;
       json["prefix"] = control.prefix;
-      if (control.background != 0xFFFFFFFF) json["background"] = Colour(control.background);
+      if (control.background != 0xFFFFFFFF) {
+        json["background"] = Colour(control.background);
+        json["colour"] = Colour(control.textColour);
+      }
       break;
     case ControlKind::kGroupBox:
     case ControlKind::kOwnerDraw:

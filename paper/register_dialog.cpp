@@ -35,6 +35,7 @@ constexpr HelpRow kHelp[] = {
     Plain(IDC_PAPER_REGISTER_YOSHI, IDS_HELP_PAPER_REGISTER_YOSHI),
 };
 
+constexpr COLORREF kBlack = RGB(0, 0, 0);
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 
 bool IsSizeField(int control) {
@@ -144,13 +145,15 @@ bool DrawItem(HWND, DriverUiData& session, const DRAWITEMSTRUCT& item) {
   }
 }
 
-// The feeding direction stands on white.
+// The feed direction is black on white whatever the user's colours are.
 INT_PTR Other(HWND, DriverUiData&, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_CTLCOLORSTATIC ||
       GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) != IDC_PAPER_REGISTER_FEED_TEXT) {
     return FALSE;
   }
-  SetBkColor(reinterpret_cast<HDC>(wParam), kWhite);
+  const auto dc = reinterpret_cast<HDC>(wParam);
+  SetTextColor(dc, kBlack);
+  SetBkColor(dc, kWhite);
   return reinterpret_cast<INT_PTR>(GetStockObject(WHITE_BRUSH));
 }
 

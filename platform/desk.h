@@ -54,6 +54,7 @@ struct ControlView {
   int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
   COLORREF background = 0xFFFFFFFF;  // statics whose dialog gave a brush; else 0xFFFFFFFF
+  COLORREF textColour = 0;           // statics whose dialog gave a brush
   DisplayList drawing;               // owner-drawn controls and pictures
 };
 

@@ -135,6 +135,9 @@ class Machine {
   std::u16string executablePath()
       const;  // GetModuleFileNameW(NULL); default C:\WINDOWS\system32\app.exe
   void SetExecutablePath(std::u16string path);
+  // Whether the user's colours are light text on black. Default: black text on a light face.
+  bool highContrast() const;
+  void SetHighContrast(bool yes);
 
   // ---- drives ----
   // The host's file for a Windows path: letter case ignored part by part, C: below the state

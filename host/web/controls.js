@@ -122,6 +122,7 @@ const updaters = {
     if (!view.prefix) node.element.title = view.rect[3] >= 23 ? "" : view.text;
     // The desk's white is that of the page, whatever that is now.
     node.element.classList.toggle("white", view.background === "#ffffff");
+    node.element.style.color = (view.colour ?? "#000000") === "#000000" ? "" : view.colour;
     node.element.style.background = view.background && view.background !== "#ffffff" ? view.background : "";
   },
   edit(node, view) {

@@ -24,6 +24,7 @@ struct Facts {
   bool registryReadable = true;
   bool registryWritable = true;
   std::u16string executablePath = u"C:\\WINDOWS\\system32\\app.exe";
+  bool highContrast = false;
 };
 
 // One printer and the number that stays its own as long as it exists.

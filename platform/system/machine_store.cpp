@@ -22,7 +22,8 @@ constexpr WCHAR kRecords[] = u"RECORDS";  // default records, by printer
 auto PartsOf(auto& facts) {
   return std::tie(facts.administrator, facts.executablePath, facts.os.major, facts.os.minor,
                   facts.os.platformId, facts.os.productType, facts.os.servicePack,
-                  facts.os.verifies, facts.registryReadable, facts.registryWritable);
+                  facts.os.verifies, facts.registryReadable, facts.registryWritable,
+                  facts.highContrast);
 }
 auto PrinterParts(auto& id, auto& setup) {
   return std::tie(id, setup.driverName, setup.portName, setup.printProcessor, setup.helpFile,
@@ -128,6 +129,11 @@ void Machine::SetOs(const OsVersion& os) {
 bool Machine::administrator() const { return impl_->ReadKnown()->facts.administrator; }
 void Machine::SetAdministrator(bool yes) {
   impl_->ChangeFacts([yes](Facts& facts) { facts.administrator = yes; });
+}
+
+bool Machine::highContrast() const { return impl_->ReadKnown()->facts.highContrast; }
+void Machine::SetHighContrast(bool yes) {
+  impl_->ChangeFacts([yes](Facts& facts) { facts.highContrast = yes; });
 }
 
 std::u16string Machine::executablePath() const { return impl_->ReadKnown()->facts.executablePath; }

@@ -77,9 +77,9 @@ test("printers, the computer and the device are kept and changed, and go with th
   const second = `${NAME}\\second`;
   pc.done("add", second, "--driver-name", "Someone's");
   assert.deepEqual(pc.json("list").map(({ name, driver }) => [name, driver]), [[NAME, "VELA QM610r"], [second, "Someone's"]]);
-  pc.done("machine", "--os", "6.1", "--server", "--administrator", "no", "--permission", NAME, "no");
-  const { os, product, administrator, permissions } = pc.json("machine");
-  assert.deepEqual([os, product, administrator, permissions], ["6.1", "server", false, { [NAME]: false, [second]: true }]);
+  pc.done("machine", "--os", "6.1", "--server", "--administrator", "no", "--high-contrast", "yes", "--permission", NAME, "no");
+  const { os, product, administrator, highContrast, permissions } = pc.json("machine");
+  assert.deepEqual([os, product, administrator, highContrast, permissions], ["6.1", "server", false, true, { [NAME]: false, [second]: true }]);
   assert.match(pc.refused(3, "set-default", NAME, "--in", "none"), /may not be changed; .*--permission/);
   pc.done("machine", "--os", "nt4");
   assert.deepEqual([pc.json("machine").os, pc.json("machine").product], ["nt4", "workstation"]);

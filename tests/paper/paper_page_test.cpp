@@ -186,6 +186,20 @@ TEST_F(RegisterDialog, StoresTwentyPapersAsTheyWereTyped) {
   EXPECT_EQ(Stored(19), u"棚札 2 5 580 305 25 30 0 50 0 480 305 0 0 0 0 1");
 }
 
+TEST_F(RegisterDialog, FeedDirectionIsBlackOnWhiteInHighContrast) {
+  machine().SetHighContrast(true);
+  const auto drawnBlackOnWhite = [](Desk& desk) {
+    const auto drawing = desk.Control(IDC_PAPER_FEED_TEXT).drawing;
+    EXPECT_EQ(std::tuple(drawing.at(0).brush, drawing.at(1).textColour, drawing.at(1).background),
+              std::tuple(0xFFFFFFu, 0u, 0xFFFFFFu));
+  };
+  const std::vector<int> text = {IDC_PAPER_REGISTER_FEED_TEXT};
+  Cancel(kPaperTab,
+         {drawnBlackOnWhite, Click(kRegister),
+          ExpectEach(text, &platform::ControlView::background, COLORREF{0xFFFFFF}),
+          ExpectEach(text, &platform::ControlView::textColour, COLORREF{0}), Click(IDCANCEL)});
+}
+
 TEST_F(RegisterDialog, CancelAtEveryPointChangesNothing) {
   const DriverSettingsBlock block = With(2);
   Keep(block);

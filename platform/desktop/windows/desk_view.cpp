@@ -58,6 +58,7 @@ ControlView ViewOf(const Window& window) {
   view.prefix = view.kind != ControlKind::kStatic || (window.style & SS_NOPREFIX) == 0;
   view.centred = view.kind == ControlKind::kStatic && (window.style & SS_TYPEMASK) == SS_CENTER;
   view.background = window.background;
+  view.textColour = window.textColour;
   view.drawing = window.drawing;
   view.readOnly = view.kind == ControlKind::kEdit && (window.style & ES_READONLY) != 0;
   view.textLimit = static_cast<int>(window.edit.limit);

@@ -1,6 +1,7 @@
 // Painting: what is invalid, and asking for it to be drawn.
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/desktop/windows/manager.h"
+#include "platform/machine.h"
 
 namespace platform {
 
@@ -17,11 +18,19 @@ void DrawItem(Window& window, HDC dc) {
   SendMessageW(window.parent, WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
 }
 
-// Asks the dialog for the brush of a control's background and keeps its colour.
+// Asks the dialog for the brush of a control's background; keeps its colour and that of the text.
 void AskColour(Window& window, HDC dc) {
   const LRESULT brush = SendMessageW(window.parent, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
                                      reinterpret_cast<LPARAM>(window.handle));
   window.background = BrushColour(reinterpret_cast<HBRUSH>(brush)).value_or(0xFFFFFFFF);
+  window.textColour = SetTextColor(dc, 0);
+}
+
+// The colours of the user, which a control is given to paint with.
+void SetUserColours(HDC dc) {
+  if (!Machine::Current().highContrast()) return;
+  SetTextColor(dc, 0xFFFFFF);
+  SetBkColor(dc, 0);
 }
 
 // Whether there was anything to paint.
@@ -32,6 +41,7 @@ bool PaintOne(Window& window) {
   if (!drawn && window.windowClass != WindowClass::kStatic) return false;
   const HWND handle = window.handle;
   const HDC dc = GetDC(handle);
+  SetUserColours(dc);
   drawn ? DrawItem(window, dc) : AskColour(window, dc);
   ReleaseDC(handle, dc);
   return true;

@@ -88,8 +88,10 @@ struct Window {
   // Drawing on a device context of the window appends here; the list is emptied before an
   // owner-drawn control is asked for.
   DisplayList drawing;
-  COLORREF background = 0xFFFFFFFF;  // of a static control, as its dialog answered; none asked for
-  HWND lastFocus = nullptr;          // top-level windows: what had the focus when it was left
+  // Of a static control whose dialog returned a brush for it; 0xFFFFFFFF: it returned none.
+  COLORREF background = 0xFFFFFFFF;
+  COLORREF textColour = 0;
+  HWND lastFocus = nullptr;  // top-level windows: what had the focus when it was left
   WindowView::Kind viewKind = WindowView::Kind::kDialog;  // top-level windows
   UINT messageStyle = 0;                                  // message boxes
   // Modal windows:
