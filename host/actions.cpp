@@ -71,10 +71,23 @@ constexpr Verb kVerbs[] = {
        const std::u16string letter = Text(action, "text");
        if (letter.size() == 1) desk.AccessKey(letter[0]);
      }},
+    {"drop", {}, nullptr, [](Desk& desk, const Json&) { desk.Key(VK_F4); }},
+    {"move",
+     {"steps"},
+     nullptr,
+     [](Desk& desk, const Json& action) {
+       desk.Key(Number(action, "steps") > 0 ? VK_DOWN : VK_UP);
+     }},
     {"enter", {}, nullptr, [](Desk& desk, const Json&) { desk.Enter(); }},
     {"escape", {}, nullptr, [](Desk& desk, const Json&) { desk.Escape(); }},
     {"close", {}, nullptr, [](Desk& desk, const Json&) { desk.Close(); }},
 };
+
+// Returns true when a drop-down list is open, which Enter closes.
+bool HasOpenList(const platform::WindowView& window) {
+  const auto& controls = window.page ? window.page->controls : window.controls;
+  return std::ranges::any_of(controls, &platform::ControlView::open);
+}
 
 // Whether a member is an integer between two bounds.
 bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int64_t most) {
@@ -142,7 +155,8 @@ void DoAction(Desk& desk, const Json& action, const std::function<bool()>& mayCo
   const auto windows = desk.Windows();
   if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
   const Json& verb = action.at("action");
-  const bool confirms = verb == "enter" || (verb == "press" && action["button"] == "ok");
+  const bool confirms = (verb == "enter" && !HasOpenList(windows.back())) ||
+                        (verb == "press" && action["button"] == "ok");
   if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !mayConfirm())
     return;
   std::ranges::find(kVerbs, verb.get<std::string>(), &Verb::name)->act(desk, action);

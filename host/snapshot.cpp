@@ -85,6 +85,7 @@ Json ControlJson(const ControlView& control) {
     case ControlKind::kComboBox:
     case ControlKind::kListBox: {
       json["selection"] = control.selection;
+      json["open"] = control.open;
       Json& items = json["items"] = Json::array();
       for (const std::u16string& item : control.items) items.push_back(ToUtf8(item));
       break;

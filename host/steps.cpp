@@ -12,8 +12,6 @@
 namespace printhost {
 namespace {
 
-constexpr int kDownKey = 0x28;  // VK_DOWN
-
 using platform::ControlKind;
 using platform::ControlView;
 using platform::Desk;
@@ -183,7 +181,8 @@ void Key(Desk& desk, const Json& step) {
                                     {"tab", [](Desk& on) { return on.Tab(); }},
                                     {"backtab", [](Desk& on) { return on.Tab(true); }},
                                     {"up", [](Desk& on) { return on.Key(VK_UP); }},
-                                    {"down", [](Desk& on) { return on.Key(kDownKey); }},
+                                    {"down", [](Desk& on) { return on.Key(VK_DOWN); }},
+                                    {"f4", [](Desk& on) { return on.Key(VK_F4); }},
                                     {"delete", [](Desk& on) { return on.Key(VK_DELETE); }},
                                     {"back", [](Desk& on) { return on.Key(VK_BACK); }}};
   const std::string name = Word(step, "key");

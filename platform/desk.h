@@ -50,6 +50,7 @@ struct ControlView {
   bool prefix = true;                          // "&" marks access keys (no SS_NOPREFIX)
   int textLimit = 0;                           // edits; 0: none
   int selection = -1;                          // combo and list boxes; -1: none
+  bool open = false;                           // combo boxes: the drop-down list is shown
   int minimum = 0, maximum = 0, position = 0;  // up-downs
   int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
@@ -147,11 +148,12 @@ class Desk {
   bool Select(int id, int index);  // combo box (opens, picks, closes) or list box
   bool Select(int id, std::u16string_view item);
   bool Spin(int id, int steps);  // an up-down's arrows, up for positive steps; 10,000 at most
-  // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus.
+  // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus; VK_F4 opens or
+  // closes the list of a combo box.
   bool Key(int virtualKey);
   bool Tab(bool back = false);
-  bool Enter();
-  bool Escape();
+  bool Enter();   // in an open list: takes the selection shown
+  bool Escape();  // in an open list: restores the selection it was opened with
   bool AccessKey(char16_t letter);
   bool Close();          // the window's close box
   bool Page(int index);  // a tab of the sheet

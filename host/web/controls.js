@@ -62,6 +62,15 @@ const builders = {
     const choice = make("span", "choice", node.element, { ariaHidden: "true" });
     node.choice = make("span", "text", choice);
     node.input.addEventListener("change", () => node.act({ action: "select", index: node.input.selectedIndex }));
+    // The desk's own open list, in which arrow keys notify the driver one by one and Esc takes them back.
+    node.input.addEventListener("keydown", (event) => {
+      const steps = { ArrowUp: -1, ArrowDown: 1 }[event.key];
+      const drops = event.key === "F4" || (event.altKey && steps);
+      if (!drops && !(node.dropped && steps)) return;
+      event.preventDefault();
+      if (drops) node.dropped = !node.dropped;
+      node.act(drops ? { action: "drop" } : { action: "move", steps });
+    });
   },
   list(node) {
     node.element = node.input = make("select", "list");
@@ -137,6 +146,9 @@ const updaters = {
   },
   combo(node, view) {
     updateItems(node, view);
+    node.dropped = view.open;
+    node.input.size = view.open ? Math.max(view.items.length, 2) : 1;
+    node.element.classList.toggle("open", view.open);
     if (!glossIsOn()) return;
     setLabel(node.choice, view.items[view.selection] ?? "", false);
     requestAnimationFrame(() => fit(node.choice, node.choice.parentElement, false));

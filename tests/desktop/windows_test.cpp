@@ -231,6 +231,49 @@ TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
       {steps, Close()});
 }
 
+// An arrow notifies at once, Enter and Esc say how the list was closed, and only then reach the
+// dialog; the focus that leaves closes it as Esc does.
+TEST_F(WindowTest, OpenListNotifiesEachArrowAndEscRestoresTheSelection) {
+  const auto steps = [&](Desk& desk) {
+    for (const WCHAR* one : {u"one", u"two", u"three"})
+      Send(12, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(one));
+    Send(12, CB_SETCURSEL, 0);
+    const auto shows = [&](bool) {
+      return desk.Control(12).open ? u"+" + desk.Text(12) : desk.Text(12);
+    };
+    desk.Focus(12);
+    Take();
+    EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_DOWN) && desk.Key(VK_DOWN)), u"+three");
+    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELCHANGE)}));
+    EXPECT_EQ(shows(desk.Escape()), u"one");
+    EXPECT_EQ(Take(), Heard({By(12, CBN_SELENDCANCEL), By(12, CBN_CLOSEUP)}));
+    EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_DOWN) && desk.Enter()), u"two");
+    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELENDOK),
+                             By(12, CBN_CLOSEUP)}));
+    EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_UP) && desk.Tab()), u"two");
+    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELENDCANCEL),
+                             By(12, CBN_CLOSEUP), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS)}));
+    EXPECT_TRUE(desk.Focus(12) && desk.Key(VK_F4) && desk.Key(VK_F4) && !desk.Control(12).open);
+    EXPECT_EQ(Take(), Heard({By(10, EN_KILLFOCUS), By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN),
+                             By(12, CBN_SELENDOK), By(12, CBN_CLOSEUP)}));
+    desk.Escape();
+    EXPECT_EQ(Take(), Heard({By(IDCANCEL, BN_CLICKED), By(12, CBN_KILLFOCUS)}));
+  };
+  EXPECT_EQ(Run({Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90), Edit(10)}, {steps}),
+            IDCANCEL);
+}
+
+TEST_F(WindowTest, KeyboardFocusChecksARadioButtonAndNotifies) {
+  const auto steps = [&](Desk& desk) {
+    EXPECT_TRUE(desk.Tab() && desk.FocusedId() == 20 && desk.Control(20).checked);
+    EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(20, BN_CLICKED)}));
+    EXPECT_TRUE(desk.Tab() && desk.Tab(true));  // checked already
+    EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS)}));
+  };
+  Run({Edit(10), Button(20, BS_AUTORADIOBUTTON | WS_GROUP), Button(21, BS_AUTORADIOBUTTON)},
+      {steps, Close()});
+}
+
 TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
   // The range, the buddy's text before it is asked, and the position; 5: it shows none.
   const std::tuple<int, int, const char16_t*, int> kCases[] = {

@@ -141,13 +141,13 @@ class Person : public User {
 
  private:
   void UseKeys(Desk& desk, uint8_t what) {
-    constexpr int kKeys[] = {VK_UP, VK_DELETE, VK_BACK, 0x28};  // the last is VK_DOWN
+    constexpr int kKeys[] = {VK_UP, VK_DELETE, VK_BACK, VK_DOWN, VK_F4};
     if (what < 234) desk.Tab(choices_.Byte() % 2 == 0);
     if (what == 234) desk.Enter();
     if (what == 235) desk.Escape();
     if (what == 236) desk.Close();
     if (what == 237) desk.AccessKey(static_cast<char16_t>('A' + choices_.Below(26)));
-    if (what >= 238 && what < 248) desk.Key(kKeys[what % 4]);
+    if (what >= 238 && what < 248) desk.Key(kKeys[what % 5]);
     if (what == 248) desk.Press(SheetButton::kCancel);
     if (what > 248) Agree(desk);
   }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <concepts>
+#include <cstdlib>
 #include <initializer_list>
 #include <string>
 #include <tuple>
@@ -81,12 +82,21 @@ inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste
 inline Step Spin(int id, int steps) { return Do("spin", &Desk::Spin, id, steps); }
 inline Step Focus(int id) { return Do("focus", &Desk::Focus, id); }
 inline Step Tab(bool back = false) { return Do("tab", &Desk::Tab, back); }
+inline Step Key(int key) { return Do("key", &Desk::Key, key); }
 inline Step Enter() { return Do("Enter", &Desk::Enter); }
 inline Step Escape() { return Do("Esc", &Desk::Escape); }
 inline Step Close() { return Do("close", &Desk::Close); }
 inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }
 inline Step PressOk() { return Do("OK", &Desk::Press, platform::SheetButton::kOk); }
 inline Step PressCancel() { return Do("Cancel", &Desk::Press, platform::SheetButton::kCancel); }
+
+// Opens a drop-down list from the keyboard and moves through it by arrow keys, down for positive
+// entries; Enter or Esc closes it.
+inline Steps MoveInOpenList(int list, int entries) {
+  Steps steps = {Focus(list), Key(VK_F4)};
+  for (int i = 0; i < std::abs(entries); ++i) steps += Key(entries > 0 ? VK_DOWN : VK_UP);
+  return steps;
+}
 
 // A message box with this text, style and caption is on top; one of its buttons closes it.
 inline Step CloseMessage(std::u16string text, UINT style, std::u16string caption,

@@ -59,6 +59,13 @@ std::vector<HWND> GroupOf(const Window& control) {
   return group;
 }
 
+void CheckFocusedRadio(HWND handle) {
+  const WindowPtr window = FindWindowOf(handle);
+  if (!window || !IsRadio(*window) || window->checked || GetFocus() != handle) return;
+  Toggle(*window);
+  NotifyCommand(*window, BN_CLICKED);
+}
+
 bool ClickControl(HWND handle) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window || window->windowClass != WindowClass::kButton || IsButton(*window, BS_GROUPBOX) ||

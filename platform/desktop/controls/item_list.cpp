@@ -1,6 +1,7 @@
 // List boxes and combo boxes. Messages choose without notifying anybody; a person's choice
 // notifies.
 #include <algorithm>
+#include <utility>
 
 #include "platform/desktop/windows/manager.h"
 
@@ -30,8 +31,28 @@ LRESULT Choose(ListData& list, WPARAM index) {
 }
 
 LRESULT Clear(ListData& list) {
-  list = {};
+  list.texts.clear();
+  list.selected = -1;
   return 0;
+}
+
+// The dialog may fill the list in CBN_DROPDOWN.
+void Open(const WindowPtr& window) {
+  ListData& list = window->list;
+  list.open = true;
+  NotifyCommand(*window, CBN_DROPDOWN);
+  list.openedWith = list.selected;
+}
+
+// Closes an open list. Without accept the selection is again the one that the list was opened with;
+// no CBN_SELCHANGE says so.
+void Close(const WindowPtr& window, bool accept) {
+  ListData& list = window->list;
+  if (!std::exchange(list.open, false)) return;
+  NotifyCommand(*window, accept ? CBN_SELENDOK : CBN_SELENDCANCEL);
+  if (window->destroying) return;
+  if (!accept) Choose(list, static_cast<WPARAM>(list.openedWith));
+  NotifyCommand(*window, CBN_CLOSEUP);
 }
 
 }  // namespace
@@ -40,8 +61,25 @@ std::u16string Chosen(const ListData& list) {
   return list.selected < 0 ? std::u16string() : list.texts[static_cast<size_t>(list.selected)];
 }
 
-// A combo box's list opens before a choice by mouse and closes behind it; one that falls through is
-// none.
+bool DropList(HWND handle) {
+  const WindowPtr window = FindWindowOf(handle);
+  if (!window || !IsCombo(*window) || !IsShown(handle) || !IsReachable(handle)) return false;
+  if (window->list.open)
+    Close(window, true);
+  else
+    Open(window);
+  return true;
+}
+
+bool CloseFocusedList(bool accept) {
+  const WindowPtr window = FindWindowOf(GetFocus());
+  if (!window || !window->list.open) return false;
+  Close(window, accept);
+  return true;
+}
+
+// A combo box's list is opened before a choice by mouse and closed after it; a choice beyond the
+// last entry cancels. A key chooses in the open list, which stays open, or in the closed one.
 bool PickItem(HWND handle, int index, bool byKey) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window || !IsList(*window) || index < 0 || !IsShown(handle) || !IsReachable(handle))
@@ -49,15 +87,14 @@ bool PickItem(HWND handle, int index, bool byKey) {
   ListData& list = window->list;
   SetFocus(handle);
   if (window->destroying || !IsReachable(handle)) return false;
-  const bool combo = IsCombo(*window), opens = combo && !byKey;
-  if (opens) NotifyCommand(*window, CBN_DROPDOWN);  // the dialog may fill the list only now
+  const bool combo = IsCombo(*window);
+  if (combo && !byKey && !list.open) Open(window);
   if (window->destroying) return false;
   const bool good = index < Count(list);
   const bool other = list.selected != index;
   if (good) Choose(list, static_cast<WPARAM>(index));
-  if (opens || (combo && good && other))
-    NotifyCommand(*window, good ? CBN_SELENDOK : CBN_SELENDCANCEL);
-  if (opens && !window->destroying) NotifyCommand(*window, CBN_CLOSEUP);
+  if (combo && !byKey) Close(window, good);
+  if (combo && byKey && !list.open && good && other) NotifyCommand(*window, CBN_SELENDOK);
   if (!good || window->destroying) return good;
   if (combo ? other : (window->style & LBS_NOTIFY) != 0)
     NotifyCommand(*window, combo ? CBN_SELCHANGE : LBN_SELCHANGE);
@@ -85,7 +122,8 @@ LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARA
       NotifyCommand(*window, CBN_SETFOCUS);
       return 0;
     case WM_KILLFOCUS:
-      NotifyCommand(*window, CBN_KILLFOCUS);
+      Close(window, false);
+      if (!window->destroying) NotifyCommand(*window, CBN_KILLFOCUS);
       return 0;
     default:
       return 0;

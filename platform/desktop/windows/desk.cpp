@@ -73,7 +73,12 @@ bool Desk::Tab(bool back) { return PressTab(Top(), back); }
 bool Desk::Enter() { return PressEnter(Top()); }
 bool Desk::Escape() { return PressEscape(Top()); }
 bool Desk::AccessKey(char16_t letter) { return PressAccessKey(Top(), letter); }
-bool Desk::Page(int index) { return SheetOnTop() != nullptr && SheetOnTop()->Turn(index); }
+
+// A click outside an open list closes it before anything else happens.
+bool Desk::Page(int index) {
+  CloseFocusedList(false);
+  return SheetOnTop() != nullptr && SheetOnTop()->Turn(index);
+}
 
 std::vector<WindowView> Desk::Windows() const {
   std::vector<WindowView> views;
@@ -158,6 +163,7 @@ bool Desk::Spin(int id, int steps) {
 bool Desk::Close() {
   const WindowPtr window = FindWindowOf(Top());
   if (!window || !window->enabled()) return false;
+  CloseFocusedList(false);
   if (auto* sheet = StateOf<SheetState>(*window)) return sheet->Close();
   SendMessageW(window->handle, WM_CLOSE, 0, 0);
   return true;

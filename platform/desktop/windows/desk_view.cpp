@@ -64,6 +64,7 @@ ControlView ViewOf(const Window& window) {
   view.textLimit = static_cast<int>(window.edit.limit);
   view.items = window.list.texts;
   view.selection = window.list.selected;
+  view.open = window.list.open;
   if (view.kind == ControlKind::kComboBox) view.text = Chosen(window.list);
   view.minimum = window.upDown.lower;
   view.maximum = window.upDown.upper;

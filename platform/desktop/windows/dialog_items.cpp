@@ -59,6 +59,7 @@ void FocusInDialog(HWND control) {
   if (window->windowClass == WindowClass::kEdit) SendMessageW(control, EM_SETSEL, 0, -1);
   SetFocus(control);
   if (Manager().focus == control) MoveDefault(control);
+  CheckFocusedRadio(control);
 }
 
 HWND NextStop(HWND dialog, HWND control, bool back) {

@@ -70,6 +70,7 @@ bool PressTab(HWND top, bool back) {
 
 bool PressEnter(HWND top) {
   if (!TakesKeys(top)) return false;
+  if (CloseFocusedList(true)) return true;
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
   if (window && IsDescendant(top, focus) && IsDefaultButton(*window)) return ClickControl(focus);
@@ -80,6 +81,7 @@ bool PressEnter(HWND top) {
 
 bool PressEscape(HWND top) {
   if (!TakesKeys(top)) return false;
+  if (CloseFocusedList(false)) return true;
   if (auto* sheet = StateOf<SheetState>(*FindWindowOf(top))) {
     return sheet->Press(SheetButton::kCancel);
   }
@@ -107,6 +109,7 @@ bool PressKey(HWND top, int key) {
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
   if (!TakesKeys(top) || !window || !IsDescendant(top, focus)) return false;
+  if (key == VK_F4) return DropList(focus);
   const bool up = key == VK_UP;
   switch (window->windowClass) {
     case WindowClass::kEdit:

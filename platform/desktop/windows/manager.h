@@ -83,6 +83,9 @@ bool IsPushButton(const Window& window);
 bool IsDefaultButton(const Window& window);
 bool IsRadio(const Window& window);
 void SetCheck(Window& window, bool check);  // does nothing to other buttons
+// Checks a radio button that the keyboard or the dialog moved the focus to, and notifies BN_CLICKED
+// when it was not checked.
+void CheckFocusedRadio(HWND control);
 bool IsOwnerDrawn(const Window& window);
 // The radio buttons of the group that a control stands in, by WS_GROUP.
 std::vector<HWND> GroupOf(const Window& control);
@@ -97,16 +100,21 @@ bool PressTab(HWND top, bool back);
 bool PressEnter(HWND top);
 bool PressEscape(HWND top);
 bool PressAccessKey(HWND top, char16_t letter);
-bool PressKey(HWND top, int key);  // up, down, Delete and Backspace for the control in focus
+// Up, down, F4, Delete and Backspace for the control in focus.
+bool PressKey(HWND top, int key);
 
 // ---- what a person's hand does to controls; each answers whether it could ----
 bool ClickControl(HWND control);
 bool TypeCharacter(HWND edit, WCHAR character);
 bool PressDelete(HWND edit);
 bool PasteText(HWND edit, std::u16string_view text);
-bool PickItem(HWND list, int index, bool byKey = false);  // by key a combo box stays closed
-std::u16string Chosen(const ListData& list);              // empty: none is
-bool SpinBy(HWND upDown, bool up);                        // one press of an arrow
+bool PickItem(HWND list, int index, bool byKey = false);  // a key neither opens nor closes a list
+bool DropList(HWND combo);                                // F4: opens or closes its list
+// Closes the open list of the combo box in focus: with the selection shown, or as Esc does with the
+// one it was opened with. Returns false when there is none.
+bool CloseFocusedList(bool accept);
+std::u16string Chosen(const ListData& list);  // empty: none is
+bool SpinBy(HWND upDown, bool up);            // one press of an arrow
 // The up-down that takes the arrow keys of an edit; null when none does.
 HWND ArrowUpDownOf(HWND edit);
 

@@ -59,6 +59,8 @@ struct EditData {
 struct ListData {  // of list boxes and combo boxes
   std::vector<std::u16string> texts;
   int selected = -1;
+  bool open = false;    // combo boxes: the drop-down list is shown
+  int openedWith = -1;  // the selection when it was opened; Esc restores it
 };
 
 struct UpDownData {
