@@ -10,6 +10,7 @@
 #include "fonts/deco_preview.h"
 #include "fonts/font_sizes.h"
 #include "fonts/resident_fonts.h"
+#include "paper/fields/immediate_list.h"
 #include "paper/fields/measured_value.h"
 #include "sheets/own_dialog.h"
 
@@ -87,9 +88,7 @@ void RedrawPreview(const DecoDialog& dialog) {
   InvalidateRect(GetDlgItem(dialog.window, IDC_DECO_FONT_PREVIEW), nullptr, TRUE);
 }
 
-void OnList(DecoDialog& dialog, int list, int notification) {
-  if (notification == CBN_SETFOCUS) ShowDecoHelp(dialog, list);
-  if (notification != CBN_SELCHANGE) return;
+void OnListChosen(DecoDialog& dialog, int list) {
   if (list == IDC_DECO_FONT_SIZE) {
     ComputeSelectedSize(dialog);
     RefreshDecoDialog(dialog);
@@ -99,6 +98,22 @@ void OnList(DecoDialog& dialog, int list, int notification) {
   const auto row =
       static_cast<size_t>(SendDlgItemMessageW(dialog.window, list, CB_GETCURSEL, 0, 0));
   if (row < rows.size()) TakeResidentFont(dialog, rows[row]);
+}
+
+void OnList(DecoDialog& dialog, int list, int notification) {
+  if (notification == CBN_SETFOCUS) ShowDecoHelp(dialog, list);
+  switch (OnListNotified(dialog.window, list, notification, dialog.list)) {
+    case ListAction::kOpened:
+      dialog.fontBefore = dialog.font();
+      dialog.rowBefore = dialog.row;
+      return;
+    case ListAction::kChoose:
+      return OnListChosen(dialog, list);
+    case ListAction::kRestore:
+      return RestoreFont(dialog, list);
+    case ListAction::kNone:
+      return;
+  }
 }
 
 void OnMagnification(DecoDialog& dialog, int side) {
@@ -236,7 +251,7 @@ constexpr OwnDialog<DecoDialog> kDialog = {.templateId = IDD_DECO_FONT,
 }  // namespace
 
 bool RunDecoDialog(HWND owner, FontStore& store, int dpi) {
-  DecoDialog dialog = {store, dpi, nullptr, {}};
+  DecoDialog dialog = {.store = store, .dpi = dpi, .window = nullptr, .row = {}};
   return RunOwnDialog(kDialog, owner, dialog) == IDOK;
 }
 

@@ -8,6 +8,7 @@
 
 #include "fonts/font_record.h"
 #include "fonts/serial_fields.h"
+#include "paper/fields/open_list_state.h"
 #include "resources/resource.h"
 
 namespace kestrel {
@@ -65,6 +66,9 @@ struct DecoDialog {
   int dpi;
   HWND window;
   DecoFontInfo row;  // of the resident font: decides what can be set
+  OpenListState list = {};
+  DecoFontInfo fontBefore = {};  // font and row when the list was opened
+  DecoFontInfo rowBefore = {};
 
   DecoFontInfo& font() { return store.WorkFont.Deco; }
   int16_t& size(int side) { return side == 0 ? font().SizeX : font().SizeY; }
@@ -77,6 +81,8 @@ struct DecoDialog {
 void OpenDecoDialog(HWND window, DecoDialog& dialog);
 // Another resident font was chosen: the font starts anew from its row.
 void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row);
+// Restores the font and the row that a choice in an open list (of fonts or sizes) replaced.
+void RestoreFont(DecoDialog& dialog, int list);
 // Size, SizeX and SizeY from the size list and the magnifications; nothing for a row without cells.
 void ComputeSelectedSize(DecoDialog& dialog);
 // Sets every control from the font and the row. Typing into a magnification leaves both

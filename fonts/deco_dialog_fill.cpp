@@ -191,6 +191,15 @@ void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row) {
   RefreshDecoDialog(dialog);
 }
 
+void RestoreFont(DecoDialog& dialog, int list) {
+  dialog.font() = dialog.fontBefore;
+  dialog.row = dialog.rowBefore;
+  if (list == IDC_DECO_FONT_RESIDENT) {
+    FillSizeList(dialog, EntryOfCell(dialog.row.Size, dialog.font().Size));
+  }
+  RefreshDecoDialog(dialog);
+}
+
 void ComputeSelectedSize(DecoDialog& dialog) {
   const auto entry =
       static_cast<int>(SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, CB_GETCURSEL, 0, 0));

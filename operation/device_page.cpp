@@ -4,6 +4,7 @@
 #include "operation/operation_options.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
+#include "paper/fields/immediate_list.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
 #include "sheets/own_page.h"
@@ -98,15 +99,32 @@ void QueryVersions(HWND page, DriverUiData& session) {
   SetWaitCursor(false);
 }
 
+void OnModeList(HWND page, DriverUiData& session, int notification) {
+  DevicePageState& state = session.device;
+  uint16_t& mode = session.settings->Printer.Mecha;
+  switch (OnListNotified(page, IDC_DEVICE_MODE, notification, state.list)) {
+    case ListAction::kOpened:
+      state.modeBefore = mode;
+      return;
+    case ListAction::kChoose:
+      mode = static_cast<uint16_t>(SelectedOption(page, IDC_DEVICE_MODE, PrinterModeOptions()));
+      MarkPageChanged(page);
+      return;
+    case ListAction::kRestore:
+      mode = state.modeBefore;
+      return;
+    case ListAction::kNone:
+      return;
+  }
+}
+
 void OnCommand(HWND page, DriverUiData& session, int control, int notification) {
   const bool list = control == IDC_DEVICE_MODE;
   if (list || notification == BN_CLICKED) {
     ShowHelp(page, kHelp, control, IDC_HELP_TEXT, kPlain, session.settings->Printer.HeadDensity);
   }
-  if (list && notification == CBN_SELCHANGE) {
-    session.settings->Printer.Mecha =
-        static_cast<uint16_t>(SelectedOption(page, control, PrinterModeOptions()));
-    MarkPageChanged(page);
+  if (list) {
+    OnModeList(page, session, notification);
   } else if (control == IDC_DEVICE_QUERY_MODE && notification == BN_CLICKED) {
     QueryMode(page, session);
   } else if (control == IDC_DEVICE_QUERY_VERSION && notification == BN_CLICKED) {

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "paper/fields/help_text.h"
+#include "paper/fields/immediate_list.h"
 #include "paper/paper_page_data.h"
 #include "paper/paper_table.h"
 #include "paper/preview_draw.h"
@@ -98,7 +99,10 @@ void Command(HWND page, DriverUiData& session, int control, int notification) {
     OnOffsetNotified(page, session, *field, notification);
   } else if (control == IDC_PAPER_LIST) {
     if (notification == CBN_SETFOCUS) help();
-    if (notification == CBN_SELCHANGE) OnPaperSelected(page, session);
+    const ListAction action = OnListNotified(page, control, notification, session.paper.list);
+    if (action == ListAction::kChoose || action == ListAction::kRestore) {
+      OnPaperSelected(page, session);
+    }
   } else if (notification == BN_CLICKED) {
     help();
     OnClicked(page, session, control);

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "paper/fields/open_list_state.h"
 #include "paper/paper_info.h"
 #include "paper/paper_records.h"
 
@@ -27,7 +28,8 @@ struct PaperDialogState {
 };
 
 struct PaperPageState {
-  int selected;        // list entry
+  int selected;  // list entry
+  OpenListState list;
   PaperInfo preview;   // copy of the selected paper
   bool dataReference;  // check box of the page that the dialog reads
   PaperDialogMode mode;

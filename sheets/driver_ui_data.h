@@ -9,6 +9,7 @@
 #include "driver/settings_block.h"
 #include "files/utility_page_state.h"
 #include "fonts/font_record.h"
+#include "operation/device_page_state.h"
 #include "paper/paper_page_state.h"
 
 namespace kestrel {
@@ -124,6 +125,7 @@ struct DriverUiData {
 
   FontStore fonts;
   PaperPageState paper;
+  DevicePageState device;
   UtilityPageState utility;
 
   DriverUiData* selfEnd;

@@ -241,6 +241,21 @@ Step Draws(std::string expected, std::u16string face = u"ＭＳ ゴシック") {
   };
 }
 
+// Each arrow in the open list takes the row's defaults; Esc brings back what they replaced.
+TEST_F(FontTest, EscInTheOpenListsRestoresTheFont) {
+  const std::pair<Record, int> kFonts[] = {
+      {Deco(u"A", u"X21", 2, 251, 84).Put(202, {3, 1, 1, 2, 90, 1}), 0},
+      {Deco(u"K", u"漢字(横書)", 512, 132, 66).Put(202, {6, 3}), 2},
+      {Deco(u"U", u"X99", 512, 44, 66).Put(202, {2, 3, 2, 2, 90, 1, 1, 1}), 0}};
+  for (const auto& [font, size] : kFonts) {
+    Store({font});
+    Gives({font},
+          Change(kDeco, {MoveInOpenList(kResident, 1), Escape(), ExpectSelected(kSize, size),
+                         MoveInOpenList(kResident, -1), Key(VK_DOWN), Escape(),
+                         MoveInOpenList(kSize, -2), Escape(), ExpectSelected(kSize, size)}));
+  }
+}
+
 // A character is naturally half as wide as it is high, a narrow one of a proportional font half of
 // that. Some sizes are higher or wider than the box, or as narrow as can be.
 TEST_F(FontTest, PreviewFollowsSizeAndPitch) {
@@ -269,6 +284,12 @@ Steps Lists(size_t number, int selected) {
           ExpectSelected(kKindList, selected)};
 }
 Steps Detail(int row) { return {Select(kKindList, row), Click(kDetail)}; }
+
+TEST_F(FontTest, EscInTheOpenKindListRestoresTheSerialSwitches) {
+  Store({Bar(u"B")});
+  Gives({Bar(u"B")}, Change(kBar, {MoveInOpenList(kKindList, kQr1), Looks({kBarSerial[0]}, "(0)"),
+                                   Escape(), Looks({kBarSerial[0]}, "0")}));
+}
 
 TEST_F(FontTest, ReadsItsControls) {
   const std::u16string full = u"1234567890123456789012345678901";

@@ -232,6 +232,20 @@ class DevicePage : public SheetTest {
   std::ostringstream told_;
 };
 
+TEST_F(DevicePage, EscInTheOpenModeListRestoresTheMode) {
+  for (const uint16_t mode : {uint16_t{2}, uint16_t{9}}) {  // 9 is unknown and shown as the first
+    DriverSettingsBlock block = DefaultBlock();
+    block.Printer.Mecha = mode;
+    const auto closed = [&](const Step& key) {
+      Keep(block);
+      Ok(kDeviceTab, {MoveInOpenList(IDC_DEVICE_MODE, mode == 2 ? -1 : 1), key});
+      return KeptPrinterPart(machine()).Mecha;
+    };
+    EXPECT_EQ(closed(Escape()), mode);
+    EXPECT_EQ(closed(Enter()), 1);
+  }
+}
+
 // golden/device_page.txt.
 TEST_F(DevicePage, TakesWhatThePrinterTells) {
   constexpr int kCases[][4] = {// mode and density before, their codes in the reply

@@ -136,6 +136,16 @@ TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
                      }});
 }
 
+TEST_F(PaperPage, EscInTheOpenListRestoresTheSelectedPaper) {
+  Keep(With(2));
+  const auto closed = [&](const Step& key) {
+    return Ok(kPaperTab, {Select(kList, 0), MoveInOpenList(kList, 2), key, GoTo(kVersionTab)})
+        .record.Private.PaperID;
+  };
+  EXPECT_EQ(closed(Escape()), 257);
+  EXPECT_EQ(closed(Enter()), 259);
+}
+
 constexpr char16_t kNew[] = u"用紙登録";
 constexpr char16_t kEdit[] = u"用紙編集";
 constexpr char16_t kFixed[] = u"この用紙は、ドライバ固定の用紙です。\n削除することは、できません。";
@@ -184,6 +194,13 @@ TEST_F(RegisterDialog, StoresTwentyPapersAsTheyWereTyped) {
   EXPECT_EQ(left.Private.PaperID, 276);
   EXPECT_EQ(left.Public.dmPaperLength, 305);
   EXPECT_EQ(Stored(19), u"棚札 2 5 580 305 25 30 0 50 0 480 305 0 0 0 0 1");
+}
+
+TEST_F(RegisterDialog, EscInTheOpenGradeListEnablesTheDarknessListAgain) {
+  Cancel(kPaperTab,
+         {Click(kRegister), Select(kGrade, 2), MoveInOpenList(kGrade, 1),
+          ExpectText(kGrade, u"プリンタ設定に従う"), ExpectEnabled({kDarkness}, false), Escape(),
+          ExpectSelected(kGrade, 2), ExpectEnabled({kDarkness}), Click(IDCANCEL)});
 }
 
 TEST_F(RegisterDialog, FeedDirectionIsBlackOnWhiteInHighContrast) {
