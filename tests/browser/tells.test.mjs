@@ -6,7 +6,7 @@ import { test } from "node:test";
 import { openNewSheet, settled } from "../support/browser.mjs";
 
 const PRINTER = "R&D 2F";
-const [VERSION, PAPER, FONTS, UTILITY] = [0, 1, 4, 5];
+const [VERSION, PAPER, DEVICE, FONTS, UTILITY] = [0, 1, 3, 4, 5];
 const OK = 1;
 
 test("printer and kind, drives, a placeholder, unsaved changes, a refused action and a lost server are told", async (t) => {
@@ -116,6 +116,26 @@ test("keys: arrows walk the tabs and a group, Tab the controls and inside a dial
   await control(1049).click();
   await control(1007).waitFor();
   assert.equal(await walk(["Shift+Tab", "Tab", "Shift+Tab", "Shift+Tab"], "id"), "2 1049 2 1");
+});
+
+test("Esc takes back what arrow keys chose in a list that F4 opened, Enter keeps it", async (t) => {
+  const { pc, page, control, go, holds, ok } = await openNewSheet(t);
+  const MODE = 1135;
+  const press = async (...keys) => {
+    for (const key of keys) await page.keyboard.press(key);
+    await settled(page);
+  };
+  await go(DEVICE);
+  await control(MODE).focus();
+  await press("F4", "ArrowDown", "ArrowDown");
+  await page.locator("select.open").waitFor();
+  await holds(MODE, "ハクリ");
+  await press("Escape");
+  await holds(MODE, "ティアオフ");
+  await press("Alt+ArrowDown", "ArrowDown", "Enter");
+  await holds(MODE, "連続");
+  await ok();
+  assert.equal(pc.json("data", "Label Printer", "Private DevMode").settings.Mecha, 1);
 });
 
 test("an ampersand is itself where the text is no caption, and a preview stands in its box", async (t) => {
