@@ -32,6 +32,6 @@ inline kestrel::Printer OpenedPrinter(bool administer = true) {
 
 // A run is short: what it frees need not be kept back for long. Who asked for a block is told by
 // a finding's own run with ASAN_OPTIONS=malloc_context_size=30.
-extern "C" const char* __asan_default_options() {
+extern "C" inline __attribute__((used)) const char* __asan_default_options() {
   return "malloc_context_size=1:quarantine_size_mb=2:thread_local_quarantine_size_kb=1024";
 }

@@ -1,10 +1,13 @@
 // A person at random: any bytes become what somebody does at the desk in one sheet after another,
 // over settings, fonts and a backup file that the bytes have damaged.
+#include "tests/fuzz/person.h"
+
 #include <windows.h>
 #include <winddiui.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <span>
 
 #include "driver/instance.h"
@@ -15,12 +18,15 @@
 #include "platform/desktop/drawing/gdi.h"
 #include "sheets/page_services.h"
 #include "tests/fuzz/harness.h"
-#include "tests/support/bin_dir.h"
+#include "tests/support/digest.h"
+#include "tests/support/exports.h"
+#include "tests/support/x87.h"
 
 namespace {
 
 using namespace kestrel;
 using namespace platform;
+using support::Digest;
 using support::kPrinter;
 
 // Read and written in memory; dialogs find the first alone.
@@ -109,13 +115,27 @@ std::vector<ControlView> SoundControls(const WindowView& window) {
   return usable;
 }
 
+// What the windows of the current run showed, and what its sheets returned and stored.
+struct Answers {
+  Digest windows, records, stored, files;
+};
+Answers answers;
+
+// The module restores the x87 control word and the direction flag.
+void RequireProcessorState() {
+  static const uint16_t word = support::ControlWord();
+  Require(support::ControlWord() == word && !support::DirectionFlag());
+}
+
 // Asked anew after each thing done: then what was done has left everything sound.
 class Person : public User {
  public:
   explicit Person(Choices& choices) : choices_(choices) {}
 
   bool Act(Desk& desk) override {
+    RequireProcessorState();
     const auto windows = desk.Windows();
+    answers.windows.Add(windows);
     for (const WindowView& window : windows)
       if (const auto* session = window.page ? PageSession(window.page->handle) : nullptr)
         RequireSound(*session);
@@ -190,16 +210,21 @@ struct Office {
   std::unique_ptr<Machine> machine = NewComputer();
   const std::filesystem::path here = std::filesystem::current_path();
   const std::filesystem::path data = machine->HostPath(u"C:\\data");
+  HMODULE module = nullptr;
+  std::optional<support::Exports> exports;
   DriverSettingsBlock block = support::DefaultBlock();
   FontStore fonts = {};
   std::string backup;
 
   Office() {
     const std::u16string folder = machine->driverDirectory() + u"\\3\\";
-    for (const std::string name : {"QM610rDRV1", "QM610rLIB", "QM610rBAR"})
-      machine->InstallModule(folder + std::u16string(name.begin(), name.end()) + u".DLL",
-                             support::Built(name + ".so"));
-    SetModuleInstance(LoadLibraryW((folder + u"QM610rDRV1.DLL").c_str()));
+    machine->InstallModule(folder + u"QM610rDRV1.DLL", support::DriverModule());
+    machine->InstallModule(folder + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
+    machine->InstallModule(folder + u"QM610rBAR.DLL", support::Built("QM610rBAR.so"));
+    machine->SetInstalledFontFamilies({u"MS Gothic", u"Arial"});
+    module = LoadLibraryW((folder + u"QM610rDRV1.DLL").c_str());
+    exports.emplace(support::Exports{module});
+    SetModuleInstance(module);
     for (WCHAR i = 0; i < kPaperCapacity; ++i) {
       block.Printer.Papers[i] = NewPaper();
       block.Printer.Papers[i].PaperName[0] = u'a' + i;
@@ -247,17 +272,32 @@ struct Office {
     constexpr DWORD kModes[] = {0, DM_USER_DEFAULT, DM_ADVANCED};
     LONG result = 0;
     if (how % 4 == 3)
-      PrinterProperties(nullptr, printer.get());
+      exports->PrinterProperties(nullptr, printer.get());
     else
-      result = DrvDocumentProperties(
+      result = exports->DrvDocumentProperties(
           nullptr, printer.get(), name.data(), &output.Public, in,
           DM_COPY | DM_PROMPT | kModes[how % 4] | (in != nullptr ? DM_IN_BUFFER : 0u));
     machine->desk().Attach(nullptr);
     RethrowKept();
+    RequireProcessorState();
+    answers.records.Add(result);
+    answers.records.AddBytes(std::as_bytes(std::span(&output, 1)));
     if (result != IDOK) return;
     Require(output.Private.Signature == SETTINGS_SIGNATURE);
     Require(Terminated(output.Private.FreePaper.PaperName));
     machine->SetDefaultRecord(kPrinter, support::BytesOf(output));
+  }
+
+  // Adds the contents of the spooler, the registry and the backup files.
+  void AddStored(Answers& to) {
+    to.stored.AddBytes(machine->DefaultRecord(kPrinter));
+    for (const auto& values : {machine->AllData(kPrinter), machine->AllRegistry(u"")}) {
+      for (const auto& [name, data] : values) {
+        to.stored.AddAll(name, data.type);
+        to.stored.AddBytes(data.bytes);
+      }
+    }
+    for (const WCHAR* file : {kBackup, kNewBackup}) to.files.Add(machine->HeldProfile(file));
   }
 
   // What is open or held just now.
@@ -278,14 +318,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Office office;
   Choices choices{{data, size}};
   office.Furnish(choices);
+  answers = {};
   const auto before = office.Open();
   std::filesystem::current_path(office.data);  // where names without a folder lie
   for (int sheets = 0; sheets < 4 && !choices.left.empty(); ++sheets) {
     office.ShowSheet(choices);
     RequireSoundStore(*office.machine);
+    office.AddStored(answers);
     office.machine->HoldProfile(kBackup, office.machine->HeldProfile(kBackup));
     Require(office.machine->desk().ModalDepth() == 0 && office.Open() == before);
   }
   std::filesystem::current_path(office.here);
   return 0;
 }
+
+std::string LastRunAnswers() {
+  return "windows " + answers.windows.Text() + " records " + answers.records.Text() + " stored " +
+         answers.stored.Text() + " files " + answers.files.Text();
+}
+
+long PersonActions() { return Person::actions; }

@@ -1,32 +1,19 @@
 // The preview's source compiled for the x87, which computes with the precision that the caller of
 // the module has set.
 #define kestrel kestrel_x87
+#include "tests/support/x87.h"
+
 #include <gtest/gtest.h>
 
 #include "paper/preview_layout.cpp"
 
 namespace {
 
-// Sets the control word of the x87 while it lives: 0x007F computes with 24 bits, 0x027F with 53,
-// 0x037F with 64.
-class ControlWord {
- public:
-  explicit ControlWord(uint16_t word) {
-    __asm__ volatile("fnstcw %0" : "=m"(before_));
-    __asm__ volatile("fldcw %0" : : "m"(word));
-  }
-  ~ControlWord() { __asm__ volatile("fldcw %0" : : "m"(before_)); }
-  ControlWord(const ControlWord&) = delete;
-  ControlWord& operator=(const ControlWord&) = delete;
-
- private:
-  uint16_t before_;
-};
-
 TEST(PreviewX87, ScalesAlikeAtEveryPrecision) {
-  for (const uint16_t word : std::initializer_list<uint16_t>{0x007F, 0x027F, 0x037F}) {
+  const uint16_t before = support::ControlWord();
+  for (const uint16_t word : support::kControlWords) {
     SCOPED_TRACE(word);
-    const ControlWord set(word);
+    support::SetControlWord(word);
     kestrel::PaperInfo papers[2] = {};
     papers[0].LabelWidth = 112, papers[0].LabelHeight = 21;
     papers[1].LabelWidth = 464, papers[1].LabelHeight = 29;
@@ -39,6 +26,7 @@ TEST(PreviewX87, ScalesAlikeAtEveryPrecision) {
     EXPECT_EQ(kestrel::ScaleToPreview(-1, 0.75F), -1);
     EXPECT_EQ(kestrel::ScaleToPreview(8388609, 1.0F), 8388609);
   }
+  support::SetControlWord(before);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-// A fresh computer with one printer and the built module: the native one, or the Windows image that
-// the environment's DRIVER_MODULE names.
+// A fresh computer with one printer and the module under test.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +6,6 @@
 #include <winddiui.h>
 #include <winspool.h>
 
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,7 +15,7 @@
 #include "platform/desk.h"
 #include "platform/desktop/drawing/gdi.h"
 #include "platform/machine.h"
-#include "tests/support/bin_dir.h"
+#include "tests/support/exports.h"
 #include "tests/support/settings.h"
 
 namespace support {
@@ -27,32 +25,6 @@ template <typename... T>
 std::vector<ULONG_PTR> Words(T... values) {
   return {(ULONG_PTR)(values)...};
 }
-
-// The exports as a caller finds them in the loaded module; throws when one is missing.
-struct Exports {
-  HMODULE module;
-  void* Find(const char* name) const {
-    void* const found = reinterpret_cast<void*>(GetProcAddress(module, name));
-    return found != nullptr ? found : throw std::runtime_error(std::string("no export ") + name);
-  }
-#define EXPORT(name) decltype(&::name) name = reinterpret_cast<decltype(&::name)>(Find(#name));
-  EXPORT(DrvPrinterEvent)
-  EXPORT(DrvUpgradePrinter)
-  EXPORT(DevQueryPrint)
-  EXPORT(DevQueryPrintEx)
-  EXPORT(DrvDocumentEvent)
-  EXPORT(DrvQueryJobAttributes)
-  EXPORT(DrvQueryColorProfile)
-  EXPORT(DrvDocumentProperties)
-  EXPORT(DrvAdvancedDocumentProperties)
-  EXPORT(PrinterProperties)
-  EXPORT(DrvConvertDevMode)
-  EXPORT(DrvDeviceCapabilities)
-  EXPORT(DrvSplDeviceCaps)
-  EXPORT(DrvDocumentPropertySheets)
-  EXPORT(DrvDevicePropertySheets)
-#undef EXPORT
-};
 
 // An open printer, null when it could not be opened.
 struct OpenedPrinter : std::unique_ptr<void, decltype(&ClosePrinter)> {
@@ -121,8 +93,7 @@ class MachineTest : public testing::Test {
   std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
   HMODULE module_ = [this] {
     const std::u16string path = machine().driverDirectory() + u"\\3\\QM610rDRV1.DLL";
-    const char* given = std::getenv("DRIVER_MODULE");
-    machine().InstallModule(path, given != nullptr ? given : Built("QM610rDRV1.so"));
+    machine().InstallModule(path, DriverModule());
     return LoadLibraryW(path.c_str());
   }();
   Exports exports_{module_};
