@@ -6,49 +6,52 @@
 #include <iterator>
 
 #include "driver/handles.h"
+#include "driver/record_view.h"
 #include "driver/text.h"
 
 namespace kestrel {
 
 namespace {
 
-// What the spooler answered: a structure at the start of size bytes, with what it points to behind
-// it.
-struct Answer {
+// A structure that the spooler returned, at the start of size bytes, with what it points to behind
+// it. Empty when the query failed.
+struct SpoolerReply {
   HeapBlock<BYTE> bytes;
   DWORD size = 0;
 };
 
-// Asks for the size, then for the content, as GetPrinterW and GetPrinterDriverW document it.
-// query(out, size, needed) makes one call.
+// Queries the size, then the content, as GetPrinterW and GetPrinterDriverW document it.
+// query(out, size, needed) makes one call. The printer may change between two calls: a reply that
+// no longer fits is queried again with its new size, at most kContentQueries times.
 template <typename Query>
-Answer Ask(Query query) {
-  Answer answer;
+SpoolerReply QueryReply(Query query) {
+  constexpr int kContentQueries = 4;
   DWORD needed = 0;
-  if (query(nullptr, 0, &needed) || GetLastError() != ERROR_INSUFFICIENT_BUFFER) return answer;
-  const DWORD size = needed;
-  HeapBlock<BYTE> bytes(size);
-  if (!bytes || !query(bytes.get(), size, &needed)) return answer;
-  answer.size = size;
-  answer.bytes = std::move(bytes);
-  return answer;
+  DWORD error = query(nullptr, 0, &needed) ? DWORD{ERROR_SUCCESS} : GetLastError();
+  for (int i = 0; i < kContentQueries && error == ERROR_INSUFFICIENT_BUFFER; ++i) {
+    SpoolerReply reply{HeapBlock<BYTE>(needed), needed};
+    if (!reply.bytes) break;
+    if (query(reply.bytes.get(), reply.size, &needed)) return reply;
+    error = GetLastError();
+  }
+  return {};
 }
 
-Answer AskPrinter(HANDLE printer, DWORD level) {
-  return Ask([&](LPBYTE out, DWORD size, LPDWORD needed) {
+SpoolerReply QueryPrinter(HANDLE printer, DWORD level) {
+  return QueryReply([&](LPBYTE out, DWORD size, LPDWORD needed) {
     return GetPrinterW(printer, level, out, size, needed) != FALSE;
   });
 }
 
-Answer AskDriver(HANDLE printer) {
-  return Ask([&](LPBYTE out, DWORD size, LPDWORD needed) {
+SpoolerReply QueryDriver(HANDLE printer) {
+  return QueryReply([&](LPBYTE out, DWORD size, LPDWORD needed) {
     return GetPrinterDriverW(printer, nullptr, 3, out, size, needed) != FALSE;
   });
 }
 
 template <typename Info>
-const Info* InfoOf(const Answer& answer) {
-  return answer.size < sizeof(Info) ? nullptr : reinterpret_cast<const Info*>(answer.bytes.get());
+const Info* InfoOf(const SpoolerReply& reply) {
+  return reply.size < sizeof(Info) ? nullptr : reinterpret_cast<const Info*>(reply.bytes.get());
 }
 
 bool GiveText(void* buffer, DWORD size, const WCHAR* text) {
@@ -63,33 +66,28 @@ bool GiveNumber(void* buffer, DWORD size, DWORD number) {
   return true;
 }
 
-// A record counts only as far as the spooler's answer reaches, whatever its own sizes claim.
-bool GiveRecord(void* buffer, DWORD size, const Answer& answer, const DEVMODEW* record) {
+// A record counts only as far as the spooler's reply reaches, whatever its own sizes claim.
+bool GiveRecord(void* buffer, DWORD size, const SpoolerReply& reply, const DEVMODEW* record) {
   if (record == nullptr) return false;
   const BYTE* start = reinterpret_cast<const BYTE*>(record);
-  const BYTE* answerStart = answer.bytes.get();
-  const BYTE* answerEnd = answerStart + answer.size;
-  if (start < answerStart || start > answerEnd) return false;
-  const size_t readable = static_cast<size_t>(answerEnd - start);
+  const BYTE* replyStart = reply.bytes.get();
+  const BYTE* replyEnd = replyStart + reply.size;
+  if (start < replyStart || start > replyEnd) return false;
+  const size_t readable = static_cast<size_t>(replyEnd - start);
   if (readable < offsetof(DEVMODEW, dmFields)) return false;
-  WORD publicSize;
-  WORD privateSize;
-  std::memcpy(&publicSize, start + offsetof(DEVMODEW, dmSize), sizeof publicSize);
-  std::memcpy(&privateSize, start + offsetof(DEVMODEW, dmDriverExtra), sizeof privateSize);
-  const size_t claimed = size_t{publicSize} + privateSize;
-  std::memcpy(buffer, start, std::min(std::min(claimed, readable), size_t{size}));
+  std::memcpy(buffer, start, std::min(std::min(RecordView(start).size(), readable), size_t{size}));
   return true;
 }
 
 bool GivePrinterInfo2(HANDLE printer, void* buffer, DWORD size, int selector) {
-  const Answer answer = AskPrinter(printer, 2);
-  const auto* info = InfoOf<PRINTER_INFO_2W>(answer);
+  const SpoolerReply reply = QueryPrinter(printer, 2);
+  const auto* info = InfoOf<PRINTER_INFO_2W>(reply);
   if (info == nullptr) return false;
   switch (selector) {
     case kInfoPrintProcessor:
       return GiveText(buffer, size, info->pPrintProcessor);
     case kInfoDevMode:
-      return GiveRecord(buffer, size, answer, info->pDevMode);
+      return GiveRecord(buffer, size, reply, info->pDevMode);
     case kInfoPortName:
       return GiveText(buffer, size, info->pPortName);
     case kInfoAttributes2:
@@ -103,14 +101,14 @@ bool GivePrinterInfo2(HANDLE printer, void* buffer, DWORD size, int selector) {
 
 template <typename Info>
 bool GiveAttributes(HANDLE printer, DWORD level, void* buffer, DWORD size) {
-  const Answer answer = AskPrinter(printer, level);
-  const auto* info = InfoOf<Info>(answer);
+  const SpoolerReply reply = QueryPrinter(printer, level);
+  const auto* info = InfoOf<Info>(reply);
   return info != nullptr && GiveNumber(buffer, size, info->Attributes);
 }
 
 bool GiveDriverInfo(HANDLE printer, void* buffer, DWORD size, int selector) {
-  const Answer answer = AskDriver(printer);
-  const auto* info = InfoOf<DRIVER_INFO_3W>(answer);
+  const SpoolerReply reply = QueryDriver(printer);
+  const auto* info = InfoOf<DRIVER_INFO_3W>(reply);
   if (info == nullptr) return false;
   return GiveText(buffer, size, selector == kInfoHelpFile ? info->pHelpFile : info->pDataFile);
 }
@@ -181,8 +179,8 @@ bool GetPrinterInfoValue(HANDLE printer, const WCHAR*, void* buffer, DWORD size,
 
 bool GetPrinterNameOfHandle(HANDLE printer, WCHAR* name, size_t n) {
   std::fill_n(name, n, WCHAR{});
-  const Answer answer = AskPrinter(printer, 1);
-  const auto* info = InfoOf<PRINTER_INFO_1W>(answer);
+  const SpoolerReply reply = QueryPrinter(printer, 1);
+  const auto* info = InfoOf<PRINTER_INFO_1W>(reply);
   if (info == nullptr || info->pName == nullptr) return false;
   CopyText(name, n, info->pName);
   return true;

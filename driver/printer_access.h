@@ -35,7 +35,8 @@ bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer);
 
 // Answers one value about a printer or its driver into a buffer of size bytes, which is cleared
 // first. False for an unknown selector, a missing value, a buffer too small for a 32-bit answer, or
-// a platform failure. Texts are cut and terminated.
+// a platform failure. Texts are cut and terminated. An answer that grows while it is queried is
+// queried again.
 bool GetPrinterInfoValue(HANDLE printer, const WCHAR* name, void* buffer, DWORD size, int selector);
 
 // PRINTER_INFO_1 pName of an open printer, cut to n - 1 units and terminated; empty when it cannot

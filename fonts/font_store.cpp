@@ -21,6 +21,30 @@ DWORD StoredTotal(HANDLE printer) {
   return number.Total;
 }
 
+// "CreateFont Data" as one attempt has read it.
+struct StoredRecords {
+  HeapBlock<FontRecord> records;
+  DWORD count = 0;      // whole records among the bytes that were read
+  bool matches = true;  // false: the data is not what "CreateFont Number" announces
+};
+
+// A save writes the number before the data, so that a reader in between finds both of different
+// saves: it reads both again, as often as this.
+constexpr int kReadAttempts = 3;
+
+StoredRecords ReadRecords(HANDLE printer) {
+  StoredRecords stored;
+  const DWORD announced = StoredTotal(printer) * static_cast<DWORD>(sizeof(FontRecord));
+  if (announced == 0) return stored;
+  stored.records = HeapBlock<FontRecord>(announced);
+  if (!stored.records) return stored;
+  DWORD size = 0;
+  const bool read = ReadPrinterData(printer, kDataValue, stored.records.get(), announced, &size);
+  stored.matches = read && size == announced;
+  if (read) stored.count = std::min(size, announced) / DWORD{sizeof(FontRecord)};
+  return stored;
+}
+
 // Sorts the stored records into the two lists, in stored order.
 void TakeRecords(FontStore& store, const FontRecord* records, DWORD count) {
   for (DWORD i = 0; i < count; ++i) {
@@ -46,13 +70,9 @@ bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap) {
   }
   store.Loaded = true;
 
-  const DWORD announced = StoredTotal(printer) * static_cast<DWORD>(sizeof(FontRecord));
-  if (announced == 0) return true;
-  const HeapBlock<FontRecord> records(announced);
-  if (!records) return true;
-  DWORD stored = 0;
-  if (!ReadPrinterData(printer, kDataValue, records.get(), announced, &stored)) return true;
-  TakeRecords(store, records.get(), std::min(stored, announced) / DWORD{sizeof(FontRecord)});
+  StoredRecords stored = ReadRecords(printer);
+  for (int i = 1; i < kReadAttempts && !stored.matches; ++i) stored = ReadRecords(printer);
+  TakeRecords(store, stored.records.get(), stored.count);
   return true;
 }
 

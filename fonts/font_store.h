@@ -8,7 +8,8 @@
 
 namespace kestrel {
 
-// Fills a store from printer data "CreateFont Number" and "CreateFont Data". Anything missing or
+// Fills a store from printer data "CreateFont Number" and "CreateFont Data". Reads both again, a
+// few times, while they do not match, since another session may be saving. Anything missing or
 // damaged gives an empty store. False only when the lists cannot be allocated from heap.
 bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap);
 // Releases both lists.

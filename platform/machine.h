@@ -27,8 +27,21 @@ class Desk;   // platform/desk.h
 class Store;  // printers, printer data, registry and machine facts in one SQLite database
 
 // Which calls a fault applies to. Each kind counts its own calls.
-// kStore is each value written to what the computer keeps, as on a full disk.
-enum class Fault { kAllocation, kSpooler, kRegistry, kFile, kModule, kWindow, kStore, kCount };
+// kStore is each value written to what the computer keeps, as on a full disk. kSpoolerChange fails
+// no call: when it strikes, another program changes the printer just before that call of the
+// spooler. The information structures need more bytes from then on, and OnSpoolerChange's function
+// runs.
+enum class Fault {
+  kAllocation,
+  kSpooler,
+  kSpoolerChange,
+  kRegistry,
+  kFile,
+  kModule,
+  kWindow,
+  kStore,
+  kCount
+};
 
 // Makes the n-th call of a kind fail as it would on a computer that runs out of something.
 class Faults {
@@ -40,22 +53,28 @@ class Faults {
   void Clear();
   // Calls of a kind since the last FailNth, FailFrom or Clear.
   int Calls(Fault kind) const;
-  // Whether an armed fault has struck since it was armed.
-  bool Struck(Fault kind) const;
+  // Whether an armed fault has struck since it was armed, and how often.
+  bool Struck(Fault kind) const { return Strikes(kind) > 0; }
+  int Strikes(Fault kind) const;
+  // Sets what else another program changes when kSpoolerChange strikes, until Clear.
+  void OnSpoolerChange(std::function<void()> change);
   // Asked by the platform at the start of each call that can fail. Counts; true: fail now.
   bool Strike(Fault kind);
+  // Runs OnSpoolerChange's function.
+  void ChangeSpooler();
 
  private:
   struct Armed {
     int from = 0, to = 0;
     int calls = 0;
-    bool struck = false;
+    int strikes = 0;
   };
   Armed At(Fault kind) const;
   void Arm(Fault kind, const Armed& armed);
 
   mutable std::mutex mutex_;
   Armed armed_[static_cast<int>(Fault::kCount)];
+  std::function<void()> spoolerChange_;
 };
 
 struct OsVersion {

@@ -18,6 +18,8 @@ constexpr std::u16string_view kEnvironment = u"Windows NT x86";
 
 template <typename Call>
 DWORD Served(const Call& call) {
+  Faults& faults = Machine::Current().faults;
+  if (faults.Strike(Fault::kSpoolerChange)) faults.ChangeSpooler();
   return Served(Fault::kSpooler, RPC_S_SERVER_UNAVAILABLE, call);
 }
 // The same for a call with a printer's handle.
@@ -58,7 +60,12 @@ class Builder {
                           : static_cast<LPDEVMODEW>(
                                 Copy(record.data(), record.size(), alignof(std::max_align_t)));
   }
-  DWORD Needed() const { return static_cast<DWORD>(used_); }
+  // Fault::kSpoolerChange lengthens every structure, as a longer comment would.
+  DWORD Needed() const {
+    constexpr int kGrowth = 64;
+    const int changes = Machine::Current().faults.Strikes(Fault::kSpoolerChange);
+    return static_cast<DWORD>(used_) + static_cast<DWORD>(kGrowth * changes);
+  }
 
  private:
   // Copies bytes and two zero bytes behind them.

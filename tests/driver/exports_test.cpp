@@ -207,11 +207,15 @@ TEST_F(EntryPoints, AnswerWholeOrNotAtAllWhateverFails) {
       if (told == "1") told += " stored " + std::to_string(papers);
       if (machine().Data(kPrinter, u"SPLUserModePrinterDriver")) told += " module";
     };
+    fresh();
+    const std::string whole = told;
     const auto note = [&](platform::Fault kind, bool struck) {
       const bool wrote = told.find("wrote") != told.npos;
+      // A printer that changes meanwhile is one that is queried again.
+      EXPECT_TRUE(kind != kSpoolerChange || told == whole) << told;
       found.insert((kind == kAllocation && struck && !wrote ? "no memory: " : "") + told);
     };
-    WalkFaults({kAllocation, kSpooler, kFile, kModule, kRegistry}, fresh, note);
+    WalkFaults({kAllocation, kSpooler, kSpoolerChange, kFile, kModule, kRegistry}, fresh, note);
     for (const std::string& outcome : found) all += name + (": " + outcome) + '\n';
   }
   EXPECT_EQ(all, support::Golden("outcomes.txt"));

@@ -111,6 +111,40 @@ TEST_F(FontTest, ReferenceCopyGetsFirstSizeOfItsResidentFont) {
   copies(Deco(u"A", u"X99", 1024, 300, 400), Deco(u"M", u"X99", 1024, 300, 400));
 }
 
+// Another session saves while the fonts are read, between two calls of the spooler or around one:
+// what is loaded is stored as a whole before or after.
+TEST_F(FontTest, FontsThatAnotherSessionSavesMeanwhileAreLoadedWhole) {
+  using platform::Fault;
+  const Records one = {Deco(u"A")}, two = {Deco(u"A"), Bar(u"B")};
+  platform::Faults& faults = machine().faults;
+  const support::OpenedPrinter printer;
+  for (const auto& [before, after] : {std::pair(one, two), std::pair(two, one)}) {
+    const auto load = [&] {
+      kestrel::FontStore store;
+      EXPECT_TRUE(kestrel::LoadFontStore(store, printer, GetProcessHeap()));
+      const int count = store.DecoFontNum + store.BarFontNum;
+      kestrel::FreeFontStore(store, GetProcessHeap());
+      return static_cast<size_t>(count);
+    };
+    for (const int call : {1, 2}) {
+      Store(before);
+      faults.FailNth(Fault::kSpoolerChange, call);
+      faults.OnSpoolerChange([&] { Store(after); });
+      EXPECT_EQ(load(), after.size()) << call;
+    }
+    // The number is stored before the first call, the data before the third.
+    Store(before);
+    faults.FailNth(Fault::kSpoolerChange, 1);
+    faults.OnSpoolerChange([&] {
+      Set(u"CreateFont Number", Number(after.size()));
+      faults.FailNth(Fault::kSpoolerChange, 2);
+      faults.OnSpoolerChange([&] { Store(after); });
+    });
+    EXPECT_EQ(load(), after.size());
+    faults.Clear();
+  }
+}
+
 // Some of the stored names no rule would let in; they show which rule comes first. What lies behind
 // a list's end is no font.
 TEST_F(FontTest, NamesAreJudgedInOrder) {

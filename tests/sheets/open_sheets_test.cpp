@@ -17,6 +17,12 @@ class OpenSheets : public support::SheetTest {};
 TEST_F(OpenSheets, SurviveEachFailure) {
   using enum platform::Fault;
   const auto walk = [&](SheetKind kind, std::initializer_list<platform::Fault> faults) {
+    // A paper that the defaults lack.
+    auto stored = support::DefaultBlock();
+    stored.Printer.PaperNum = 2;
+    stored.Printer.Papers[1] = stored.Printer.Papers[0];
+    stored.Record.Private.PaperID = 258;
+    Keep(stored);
     support::SheetAnswer answer;
     const auto visit = [&] {
       desk().ClearShown();
@@ -30,19 +36,21 @@ TEST_F(OpenSheets, SurviveEachFailure) {
       const support::Seat seat(visitor);
       answer = AskForSheet({.kind = kind});
     };
-    WalkFaults(faults, visit, [&](platform::Fault, bool) {
+    WalkFaults(faults, visit, [&](platform::Fault kind, bool) {
       for (const auto& shown : desk().History()) {
         EXPECT_NE(shown.caption, u"TreeViewMakeError") << "a sheet without its tables";
       }
       const std::vector<std::byte> untouched(sizeof answer.record, std::byte{0xAA});
       const bool written = support::BytesOf(answer.record) != untouched;
       EXPECT_TRUE(answer.result == (written ? CPSUI_OK : -1)) << answer.result;
+      EXPECT_TRUE(kind != kSpoolerChange || answer.record.Private.PaperID == 258);
       if (!written) return;
       EXPECT_EQ(answer.record.Private.Signature, SETTINGS_SIGNATURE);
       EXPECT_EQ(answer.record.Public.dmSize, kPublicSize);
     });
   };
-  walk(SheetKind::kDocument, {kAllocation, kSpooler, kRegistry, kModule, kFile, kWindow});
+  walk(SheetKind::kDocument,
+       {kAllocation, kSpooler, kSpoolerChange, kRegistry, kModule, kFile, kWindow});
   walk(SheetKind::kAdvanced, {kAllocation});
 }
 
