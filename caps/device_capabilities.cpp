@@ -158,8 +158,8 @@ DWORD AnswerCapability(const DriverSettingsBlock& block, WORD capability, Elemen
 HeapBlock<DriverSettingsBlock> ResolvedBlock(HANDLE printer, const WCHAR* name,
                                              const DEVMODEW* record) {
   auto block = HeapBlock<DriverSettingsBlock>::One();
-  if (!block ||
-      !ResolveSettings(block.get(), record, printer, name, DM_IN_BUFFER | kCopyWholeBlock))
+  if (!block || !ResolveSettings(block.get(), RecordView(record), printer, name,
+                                 DM_IN_BUFFER | kCopyWholeBlock))
     return {};
   return block;
 }

@@ -1,6 +1,8 @@
 #include <windows.h>
 #include <winddiui.h>
 
+#include <cstring>
+
 #include "driver/handles.h"
 #include "driver/printer_access.h"
 #include "driver/resolve_settings.h"
@@ -19,14 +21,19 @@ BOOL FailForSize(LONG& size) {
   return Fail(ERROR_INSUFFICIENT_BUFFER);
 }
 
-// Resolves a printer's settings, merged with input when there is one, into output.
-BOOL ConvertForPrinter(const WCHAR* name, const DEVMODEW* input, DEVMODEW* output, LONG& size,
+// Resolves a printer's settings, merged with input when there is one, into output. What a short
+// record leaves of the kRecordSize bytes that size reports is cleared.
+BOOL ConvertForPrinter(const WCHAR* name, const RecordView& input, DEVMODEW* output, LONG& size,
                        DWORD mode) {
   HANDLE handle = nullptr;
   if (!OpenPrinterForDriver(name, kDefaultAccess, &handle)) return Fail(ERROR_INVALID_PARAMETER);
   const Printer printer(handle);
   const bool resolved = ResolveSettings(output, input, printer.get(), name, mode);
   size = resolved ? LONG{kRecordSize} : 0;
+  if (resolved) {
+    const size_t written = SettingsRecordSize(input);
+    std::memset(reinterpret_cast<BYTE*>(output) + written, 0, kRecordSize - written);
+  }
   return resolved ? TRUE : FALSE;
 }
 
@@ -39,11 +46,12 @@ extern "C" BOOL WINAPI DrvConvertDevMode(LPWSTR pPrinterName, DEVMODEW* pdmIn, D
       if (pdmIn == nullptr || pdmOut == nullptr || pcbNeeded == nullptr)
         return Fail(ERROR_INVALID_PARAMETER);
       if (*pcbNeeded < LONG{kRecordSize}) return FailForSize(*pcbNeeded);
-      return ConvertForPrinter(pPrinterName, pdmIn, pdmOut, *pcbNeeded, DM_COPY | DM_IN_BUFFER);
+      return ConvertForPrinter(pPrinterName, RecordView(pdmIn), pdmOut, *pcbNeeded,
+                               DM_COPY | DM_IN_BUFFER);
     case CDM_DRIVER_DEFAULT:
       if (pcbNeeded == nullptr) return Fail(ERROR_INVALID_PARAMETER);
       if (*pcbNeeded < LONG{kRecordSize} || pdmOut == nullptr) return FailForSize(*pcbNeeded);
-      return ConvertForPrinter(pPrinterName, nullptr, pdmOut, *pcbNeeded, DM_COPY);
+      return ConvertForPrinter(pPrinterName, RecordView(), pdmOut, *pcbNeeded, DM_COPY);
     default:
       return Fail(ERROR_INVALID_PARAMETER);
   }

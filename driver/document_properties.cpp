@@ -12,7 +12,7 @@ LONG ResolveWithoutSheet(DOCUMENTPROPERTYHEADER& header) {
   header.cbOut = kRecordSize;
   if (header.fMode == 0 || header.pdmOut == nullptr) return LONG{kRecordSize};
   if ((header.fMode & (DM_UPDATE | DM_COPY)) == 0) return 1;
-  const bool resolved = ResolveSettings(header.pdmOut, header.pdmIn, header.hPrinter,
+  const bool resolved = ResolveSettings(header.pdmOut, RecordView(header.pdmIn), header.hPrinter,
                                         header.pszPrinterName, DM_COPY | DM_IN_BUFFER);
   return resolved ? 1 : 0;
 }

@@ -65,8 +65,9 @@ extern "C" BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return FALSE;
   }
-  if (!ResolveSettings(block.get(), pDevMode, hPrinter, name, kMergeInput | kCopyWholeBlock))
+  const RecordView record(pDevMode);
+  if (!ResolveSettings(block.get(), record, hPrinter, name, kMergeInput | kCopyWholeBlock))
     return FALSE;
-  if (lpAttributeInfo != nullptr) AnswerAttributes(dwLevel, lpAttributeInfo, RecordView(pDevMode));
+  if (lpAttributeInfo != nullptr) AnswerAttributes(dwLevel, lpAttributeInfo, record);
   return FALSE;
 }

@@ -35,9 +35,10 @@ unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name) {
   if (record.publicSize() != kPublicSize) mismatch |= kOtherSize;
   if (record.privateSize() != kPrivateSize) mismatch |= kOtherExtra;
 
+  // Other sizes would place the signature where the caller chooses.
+  constexpr size_t kSignature = kPrivateOffset + offsetof(PrivateDevMode, Signature);
   uint32_t signature = 0;
-  if (record.privateSize() >= sizeof signature)
-    record.Read(record.size() - sizeof signature, &signature);
+  if ((mismatch & (kOtherSize | kOtherExtra)) == 0) record.Read(kSignature, &signature);
   if (signature != SETTINGS_SIGNATURE) mismatch |= kNoSignature;
 
   WCHAR deviceName[CCHDEVICENAME + 1];

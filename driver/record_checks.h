@@ -18,7 +18,8 @@ enum RecordMismatch : unsigned {
 
 // What distinguishes a record from the driver's own; 0: nothing. Device names count as equal when
 // the shorter begins the longer, both taken behind the last "\" and up to the first ",", and when
-// the record's name is as long as it can be and begins the printer's.
+// the record's name is as long as it can be and begins the printer's. A record of other sizes
+// counts as unsigned: its end is not read.
 unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name);
 // The same with the rule of the running system: from Windows Vista on a record may name another
 // device.

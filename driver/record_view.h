@@ -1,5 +1,7 @@
 // A settings record as a caller hands it in: of any driver and version, at any address, with no
-// length but its own word. Nothing behind dmSize + dmDriverExtra is ever read.
+// length but its own word. Nothing behind dmSize + dmDriverExtra is ever read. The caller's other
+// threads may write to it meanwhile: its sizes are read once, here and nowhere else, and every
+// check and copy uses what was read.
 #pragma once
 
 #include <windows.h>
@@ -13,11 +15,14 @@ namespace kestrel {
 
 class RecordView {
  public:
+  // A record that is not given.
+  RecordView() = default;
+  RecordView(decltype(nullptr)) {}
   // record may be missing; its first 72 bytes, up to and with dmDriverExtra, must be readable.
   explicit RecordView(const void* record) : bytes_(static_cast<const BYTE*>(record)) {
     if (record == nullptr) return;
-    std::memcpy(&publicSize_, bytes_ + offsetof(DEVMODEW, dmSize), sizeof publicSize_);
-    std::memcpy(&privateSize_, bytes_ + offsetof(DEVMODEW, dmDriverExtra), sizeof privateSize_);
+    publicSize_ = ReadSize(offsetof(DEVMODEW, dmSize));
+    privateSize_ = ReadSize(offsetof(DEVMODEW, dmDriverExtra));
   }
 
   // A record that does not reach past dmFields tells nothing and counts as not given.
@@ -52,7 +57,14 @@ class RecordView {
     return true;
   }
 
-  const BYTE* bytes_;
+  // Without volatile the compiler may read the caller's memory a second time.
+  WORD ReadSize(size_t offset) const {
+    const volatile BYTE* word = bytes_ + offset;
+    const BYTE low = word[0];
+    return static_cast<WORD>(word[1] << 8 | low);
+  }
+
+  const BYTE* bytes_ = nullptr;
   WORD publicSize_ = 0;
   WORD privateSize_ = 0;
 };

@@ -24,15 +24,22 @@ bool LoadStoredSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR*
          size == kPrinterPartSize;
 }
 
-// An application that knows only an older, shorter DEVMODE gets its own record back. It is put
-// together apart, since input and output may be the same record.
-void EchoShorterRecord(void* output, const RecordView& input) {
-  BYTE record[kRecordSize];
-  const WORD extra = static_cast<WORD>(std::min(input.privateSize(), size_t{kPrivateSize}));
-  const size_t size = input.publicSize() + extra;
-  std::memcpy(record, input.bytes(), size);
-  std::memcpy(record + offsetof(DEVMODEW, dmDriverExtra), &extra, sizeof extra);
-  std::memcpy(output, record, size);
+// Bytes of the private part that are copied of a short record.
+WORD ShortPrivateSize(const RecordView& input) {
+  return static_cast<WORD>(std::min(input.privateSize(), size_t{kPrivateSize}));
+}
+
+bool IsShort(const RecordView& input) { return input.given() && input.publicSize() < kPublicSize; }
+
+// An application that knows only an older, shorter DEVMODE gets its own record back, with the sizes
+// that were copied. It is put together apart, since input and output may be the same record.
+void CopyShortRecord(void* output, const RecordView& input) {
+  SettingsRecord record;
+  const size_t size = SettingsRecordSize(input);
+  std::memcpy(&record, input.bytes(), size);
+  record.Public.dmSize = static_cast<WORD>(input.publicSize());
+  record.Public.dmDriverExtra = ShortPrivateSize(input);
+  std::memcpy(output, &record, size);
 }
 
 }  // namespace
@@ -59,20 +66,24 @@ void CopySettingsRecord(void* output, const DriverSettingsBlock& block) {
   std::memcpy(output, &block.Record, kRecordSize);
 }
 
-bool ResolveSettings(void* output, const DEVMODEW* input, HANDLE printer, const WCHAR* name,
+size_t SettingsRecordSize(const RecordView& input) {
+  return IsShort(input) ? input.publicSize() + ShortPrivateSize(input) : kRecordSize;
+}
+
+bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, const WCHAR* name,
                      DWORD mode) {
   const auto block = HeapBlock<DriverSettingsBlock>::One();
   if (!block) return false;
   LoadPrinterSettings(*block, printer, name);
 
-  const RecordView record((mode & (DM_IN_BUFFER | kMergeInput)) != 0 ? input : nullptr);
+  const RecordView record = (mode & (DM_IN_BUFFER | kMergeInput)) != 0 ? input : RecordView();
   if (record.given()) {
     _UdcMergeSelfDMode(*block, record, MismatchOnThisSystem(record, name), printer, name);
   }
   if (output == nullptr) return true;
   if ((mode & DM_COPY) != 0) {
-    if (record.given() && record.publicSize() < kPublicSize)
-      EchoShorterRecord(output, record);
+    if (IsShort(record))
+      CopyShortRecord(output, record);
     else
       CopySettingsRecord(output, *block);
   }

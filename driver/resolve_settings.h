@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "driver/record_view.h"
 #include "driver/settings_block.h"
 
 namespace kestrel {
@@ -12,10 +13,14 @@ constexpr DWORD kCopyWholeBlock = 0x1000;
 constexpr DWORD kMergeInput = 0x2000;
 
 // The printer's settings, merged with an input record when the mode asks for it, into output: a
-// settings record (DM_COPY, 452 bytes, or as many as a shorter input had) or a whole block
+// settings record (DM_COPY, SettingsRecordSize bytes) or a whole block
 // (kCopyWholeBlock, 3792 bytes). False only when the working block cannot be allocated.
-bool ResolveSettings(void* output, const DEVMODEW* input, HANDLE printer, const WCHAR* name,
+bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, const WCHAR* name,
                      DWORD mode);
+
+// The bytes that DM_COPY with DM_IN_BUFFER writes: kRecordSize, fewer for an input record whose
+// dmSize is below kPublicSize (its dmSize and at most kPrivateSize bytes behind it).
+size_t SettingsRecordSize(const RecordView& input);
 
 // Leaves a complete, signed block: the stored settings or the defaults.
 void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);

@@ -144,7 +144,8 @@ bool FillSession(DriverUiData& session, const SessionStart& start) {
   session.permission = start.permission;
 
   const DWORD mode = kCopyWholeBlock | (start.input != nullptr ? DM_IN_BUFFER : 0);
-  if (!ResolveSettings(session.settings, start.input, session.printer, session.printerName, mode)) {
+  if (!ResolveSettings(session.settings, RecordView(start.input), session.printer,
+                       session.printerName, mode)) {
     return false;
   }
   BuildPageList(session, session.mode);
