@@ -53,7 +53,11 @@ struct ShownOwnDialog : ShownDialog {
 
 template <typename Data>
 INT_PTR CALLBACK OwnDialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
+  if (message == WM_INITDIALOG) {
+    // Only the dialog manager's own, the first, is taken (see RunOwnPage).
+    if (GetWindowLongPtrW(window, DWLP_USER) != 0) return FALSE;
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+  }
   auto* shown = reinterpret_cast<ShownOwnDialog<Data>*>(GetWindowLongPtrW(window, DWLP_USER));
   if (shown == nullptr) return FALSE;
   const OwnDialog<Data>& work = shown->work;

@@ -37,7 +37,12 @@ bool FromSheet(UINT code) { return code <= PSN_FIRST && code >= PSN_LAST; }
 }  // namespace
 
 INT_PTR RunOwnPage(const OwnPage& work, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) SetWindowLongPtrW(page, DWLP_USER, lParam);
+  if (message == WM_INITDIALOG) {
+    // A later one does not come from the dialog manager: any process of the desktop can send it,
+    // with a pointer of its choice.
+    if (GetWindowLongPtrW(page, DWLP_USER) != 0) return FALSE;
+    SetWindowLongPtrW(page, DWLP_USER, lParam);
+  }
   DriverUiData* session = PageSession(page);
   if (session == nullptr) return FALSE;
   switch (message) {

@@ -1,7 +1,9 @@
 // Sheets as a person sees them: through the exports, the sheet library and a scripted user.
 #include <algorithm>
+#include <memory>
 
 #include "resources/resource.h"
+#include "sheets/driver_ui_data.h"
 #include "sheets/messages.h"
 #include "tests/support/open_sheet.h"
 
@@ -75,6 +77,46 @@ TEST_F(OpenSheets, PagesOfWindows2000FindTheirSession) {
   using namespace support;
   machine().SetOs({.major = 5, .minor = 0});
   EXPECT_EQ(Ok(kPaperTab, Select(IDC_PAPER_LIST, u"フリーサイズ")).record.Private.PaperID, 256);
+}
+
+int forgedCalls;
+LONG_PTR CALLBACK CountForgedCall(HANDLE, UINT, LPARAM, LPARAM) { return ++forgedCalls; }
+
+// Any process of the desktop can send WM_INITDIALOG, with a pointer of its choice.
+TEST_F(OpenSheets, LaterInitDialogMessageChangesNothing) {
+  const auto forged = std::make_unique<DriverUiData>();
+  forged->self = forged->selfEnd = forged.get();
+  forged->size = sizeof *forged;
+  forged->settings = &forged->block;
+  forged->pageCount = 1;
+  forged->pages[0].kind = kPageOwnDialog;
+  forged->comPropSheet = CountForgedCall;
+  PROPSHEETPAGEW page = {};
+  page.lParam = reinterpret_cast<LPARAM>(forged.get());
+  const auto visit = [&](bool sends) {
+    const auto toPage = [&, sends](support::Desk& desk) {
+      const HWND window = desk.Windows().back().page->handle;
+      if (sends) SendMessageW(window, WM_INITDIALOG, 0, reinterpret_cast<LPARAM>(&page));
+    };
+    const auto toDialog = [sends](support::Desk& desk) {
+      if (sends) SendMessageW(desk.Top(), WM_INITDIALOG, 0, 0);
+    };
+    support::Steps steps;
+    for (int tab = 0; tab < 6; ++tab) steps += {support::GoTo(tab), toPage};
+    steps += {support::GoTo(support::kPaperTab),
+              support::Click(IDC_PAPER_REGISTER),
+              toDialog,
+              support::Replace(IDC_PAPER_REGISTER_NAME, u"N"),
+              support::Click(IDOK),
+              support::PressOk()};
+    Keep(support::DefaultBlock());
+    return Show({.kind = SheetKind::kUserDefault}, steps);
+  };
+  const auto expected = visit(false), answer = visit(true);
+  EXPECT_EQ(answer.result, CPSUI_OK);
+  EXPECT_EQ(support::BytesOf(answer.record), support::BytesOf(expected.record));
+  EXPECT_EQ(support::KeptPrinterPart(machine()).PaperNum, 2);
+  EXPECT_EQ(forgedCalls, 0);
 }
 
 TEST_F(OpenSheets, VersionPageShowsTheModulesThatAreThereUnderACentredPicture) {
