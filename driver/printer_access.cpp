@@ -131,6 +131,8 @@ bool GiveDirectory(void* buffer, DWORD size, bool withVersion) {
 
 bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer) {
   *printer = nullptr;
+  // Without a name OpenPrinterW opens the print server.
+  if (name == nullptr || *name == 0) return false;
   PRINTER_DEFAULTSW administering{nullptr, nullptr, PRINTER_ALL_ACCESS};
   LPPRINTER_DEFAULTSW defaults = nullptr;
   switch (mode) {

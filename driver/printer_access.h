@@ -29,8 +29,8 @@ enum PrinterInfoSelector : int {
 constexpr int kAdminister = 1;
 constexpr int kDefaultAccess = 2;
 
-// Opens a printer by name. Modes 1 and 4 ask for PRINTER_ALL_ACCESS, 2 and 3 for the default
-// access; any other fails without a call. *printer is cleared first.
+// Opens a printer by name. Modes 1 and 4 request PRINTER_ALL_ACCESS, 2 and 3 the default access;
+// any other mode, and a missing or empty name, fails without a call. *printer is cleared first.
 bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer);
 
 // Answers one value about a printer or its driver into a buffer of size bytes, which is cleared

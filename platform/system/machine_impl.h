@@ -40,10 +40,12 @@ struct Known {
   std::map<std::u16string, StoredPrinter> printers;  // by folded name
 };
 
+// An open printer, or the print server, which OpenPrinterW opens where no name is given.
 struct PrinterHandle {
   std::u16string name;
-  int64_t id = 0;
+  int64_t id = 0;  // 0: the server
   ACCESS_MASK access = 0;
+  bool IsServer() const { return id == 0; }
 };
 
 struct RegistryHandle {

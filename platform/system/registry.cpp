@@ -74,7 +74,6 @@ LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
 LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
              LPDWORD disposition) {
   if (result == nullptr) return ERROR_INVALID_PARAMETER;
-  *result = nullptr;
   return Served([&](Machine::Impl& impl) -> DWORD {
     std::u16string path;
     if (key != HKEY_LOCAL_MACHINE) {

@@ -160,7 +160,7 @@ template <typename Level>
 BOOL Ask(HANDLE handle, const Room& room, const Level& level) {
   return Succeeds(Served(handle, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
     if (!room.IsSound()) return ERROR_INVALID_PARAMETER;
-    *room.needed = 0;
+    if (open.IsServer()) return ERROR_INVALID_HANDLE;
     const auto printer = impl.FindPrinter(open);
     return printer ? level(printer->setup) : ERROR_PRINTER_DELETED;
   }));
@@ -176,6 +176,10 @@ BOOL WINAPI OpenPrinterW(LPWSTR name, HANDLE* printer, LPPRINTER_DEFAULTSW defau
   if (printer == nullptr) return Fail(ERROR_INVALID_PARAMETER);
   *printer = nullptr;
   return Succeeds(Served([&](Machine::Impl& impl) -> DWORD {
+    if (View(name).empty()) {
+      *printer = impl.printerHandles.Add({});  // the print server
+      return ERROR_SUCCESS;
+    }
     const auto found = impl.FindPrinter(View(name));
     if (!found) return ERROR_INVALID_PRINTER_NAME;
     const ACCESS_MASK asked = defaults == nullptr ? 0 : defaults->DesiredAccess;
@@ -236,9 +240,9 @@ BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR, LPWSTR environment, DWORD level, 
 
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR value, LPDWORD type, LPBYTE out, DWORD size,
                              LPDWORD needed) {
-  if (needed != nullptr) *needed = 0;
   return Served(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
     if (value == nullptr || !Room{out, size, needed}.IsSound()) return ERROR_INVALID_PARAMETER;
+    if (open.IsServer()) return ERROR_INVALID_PARAMETER;  // it has values of its own alone
     const auto data = impl.store.Get(DataPath(open.id), value);
     if (!data) return ERROR_FILE_NOT_FOUND;
     *needed = static_cast<DWORD>(data->bytes.size());
@@ -252,6 +256,7 @@ DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR value, LPDWORD type, LPBYTE 
 DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR value, DWORD type, LPBYTE data, DWORD size) {
   return Served(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
     if (value == nullptr || (data == nullptr && size > 0)) return ERROR_INVALID_PARAMETER;
+    if (open.IsServer()) return ERROR_INVALID_PARAMETER;
     if ((open.access & PRINTER_ACCESS_ADMINISTER) == 0) return ERROR_ACCESS_DENIED;
     DWORD error = ERROR_PRINTER_DELETED;
     impl.store.Together([&] {

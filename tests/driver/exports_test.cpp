@@ -70,6 +70,13 @@ TEST_F(EntryPoints, CheckTheirArgumentsInOrder) {
     for (const char* without : {"", "i", "o", "s", "p", "op"})
       for (const LONG size : {451, 452})
         tell("convert to " + std::to_string(size), mode, without, Convert(mode, without, size));
+  // OpenPrinterW without a name opens the print server, which is no printer.
+  WCHAR empty = 0;
+  LONG needed = 452;
+  for (WCHAR* name : {&empty, static_cast<WCHAR*>(nullptr)}) {
+    EXPECT_FALSE(exports_.DrvConvertDevMode(name, In(), Out(), &needed, CDM_CONVERT));
+    EXPECT_EQ(Told(0), "0 error 87");
+  }
   tell("convert to -1", CDM_CONVERT, "", Convert(CDM_CONVERT, "", -1));
   const support::OpenedPrinter printer;
   for (const DWORD mode : {DWORD{0}, DM_UPDATE, DM_COPY, DM_MODIFY, DM_COPY | DM_MODIFY,
