@@ -1,9 +1,12 @@
 #include "platform/machine.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <stdexcept>
 
 #include "platform/desk.h"
@@ -17,6 +20,8 @@ namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr char kDatabase[] = "computer.sqlite";
 
 // The computers alive, the last made last.
 struct Computers {
@@ -47,16 +52,46 @@ fs::path TemporaryDirectory() {
   return name;
 }
 
-// The directory as the database and the drives use it; made when missing.
-fs::path Prepared(const fs::path& directory) {
-  std::error_code failed;
-  fs::create_directories(directory, failed);
-  if (failed || !fs::is_directory(directory)) {
-    throw std::runtime_error("The state directory " + directory.string() + " cannot be created" +
-                             (failed ? ": " + failed.message() : std::string()) +
-                             "; name a directory that can be written.");
+std::runtime_error Unusable(const fs::path& directory, const std::string& reason) {
+  return std::runtime_error("The state directory " + directory.string() + " " + reason);
+}
+
+// Creates the database where it is missing, and takes from others the access to it and to the files
+// that SQLite keeps beside it.
+void MakeDatabasePrivate(const fs::path& database) {
+  // Closing an existing file would end this process's locks on it.
+  const int made =
+      open(database.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (made >= 0) close(made);
+  constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    std::error_code ignored;  // a missing file, or one of another user
+    fs::permissions(database.string() + suffix, kOthers, fs::perm_options::remove, ignored);
   }
-  return fs::canonical(directory);
+}
+
+// Creates the state directory where it is missing, for its user alone. Another user who may write
+// in it could replace the driver's file or the database, and is refused. One who may read it can
+// lock the database, so that it is the user's alone even in a directory that others may read.
+fs::path PrepareDirectory(const fs::path& directory) {
+  std::error_code failed;
+  fs::create_directories(directory.parent_path(), failed);
+  if (mkdir(directory.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+    failed = {errno, std::generic_category()};
+  struct stat status = {};
+  if (stat(directory.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+    throw Unusable(directory, "cannot be created" +
+                                  (failed ? ": " + failed.message() : std::string()) +
+                                  "; name a directory that can be written.");
+  }
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    throw Unusable(directory,
+                   "can be written by other users; take that right away (chmod go-w), or "
+                   "name another directory.");
+  }
+  const fs::path state = fs::canonical(directory);
+  MakeDatabasePrivate(state / kDatabase);
+  return state;
 }
 
 // Adds to what is kept for those who look afterwards: the newest of it.
@@ -72,7 +107,7 @@ void Keep(std::vector<Item>& kept, Item item) {
 Machine::Impl::Impl(Faults& faults, fs::path stateDirectory, bool isTemporary)
     : state(std::move(stateDirectory)),
       temporary(isTemporary),
-      store(isTemporary ? fs::path() : state / "computer.sqlite", faults),
+      store(isTemporary ? fs::path() : state / kDatabase, faults),
       heapsBefore(PrivateHeaps()),
       blocksBefore(HeapBlockCount()) {
   fs::create_directories(DriveFolder(state, u'C') / "WINDOWS/system32/spool/drivers/w32x86/3");
@@ -103,13 +138,12 @@ std::unique_ptr<Machine> Machine::Create() {
 }
 
 std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
-  const fs::path state = Prepared(stateDirectory);
+  const fs::path state = PrepareDirectory(stateDirectory);
   std::unique_ptr<Machine> machine(new Machine);
   try {
     machine->impl_ = std::make_unique<Impl>(machine->faults, state, false);
   } catch (const std::exception& reason) {
-    throw std::runtime_error("The state directory " + state.string() +
-                             " cannot be used: " + reason.what());
+    throw Unusable(state, std::string("cannot be used: ") + reason.what());
   }
   Enter(machine.get());
   return machine;

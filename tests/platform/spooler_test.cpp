@@ -200,10 +200,31 @@ TEST_F(State, UnusableDirectoriesAreRefusedWithASentence) {
   std::ofstream(directory_ / "file") << "x";
   fs::create_directory(directory_ / "damaged");
   std::ofstream(directory_ / "damaged" / "computer.sqlite") << std::string(4096, 'x');
-  for (const fs::path& path : {directory_ / "file/below", directory_ / "damaged"}) {
+  fs::create_directory(directory_ / "shared");
+  fs::permissions(directory_ / "shared", fs::perms::group_write, fs::perm_options::add);
+  for (const fs::path& path :
+       {directory_ / "file/below", directory_ / "damaged", directory_ / "shared"}) {
     const auto names = testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr(path));
     EXPECT_THAT([&] { Machine::Open(path); }, names);
   }
+}
+
+// Who can read the database can lock it.
+TEST_F(State, DirectoryAndDatabaseBelongToTheirUserAlone) {
+  const auto mode = [](const fs::path& path) { return fs::status(path).permissions(); };
+  constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
+  const fs::path fresh = directory_ / "a/fresh", old = directory_ / "old";
+  Machine::Open(fresh);
+  EXPECT_EQ(mode(fresh), fs::perms::owner_all);
+  // A directory of an earlier version, which others may read.
+  fs::create_directory(old);
+  fs::permissions(old, fs::perms(0755));
+  std::ofstream(old / "computer.sqlite");
+  fs::permissions(old / "computer.sqlite", fs::perms(0644));
+  const auto machine = Machine::Open(old);
+  for (const fs::path& folder : {fresh, old})
+    for (const auto& entry : fs::directory_iterator(folder))
+      EXPECT_TRUE(entry.is_directory() || (mode(entry) & kOthers) == fs::perms::none) << entry;
 }
 
 TEST_F(State, AComputerTakesItsFilesAlongAndGivesTheLastOneBack) {
