@@ -127,7 +127,7 @@ int Caps(Call& call) {
   if (call.json()) return call.Answer(json);
   for (const auto& [name, answer] : json.items()) {
     std::cout << name << '\t' << answer["result"];
-    if (!answer["output"].is_null()) std::cout << '\t' << answer["output"].dump();
+    if (!answer["output"].is_null()) std::cout << '\t' << Printable(answer["output"].dump());
     std::cout << '\n';
   }
   return kDone;

@@ -34,8 +34,8 @@ static void PrintFields(const Json& fields, const std::string& prefix) {
     if (value.is_object())
       PrintFields(value, prefix + name + '.');
     else
-      std::cout << prefix << name << '\t'
-                << (value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
+      std::cout << prefix << Printable(name) << '\t'
+                << Printable(value.is_string() ? value.get<std::string>() : value.dump()) << '\n';
   }
 }
 
@@ -154,10 +154,10 @@ int main(int count, char** words) {
   try {
     return printhost::Main({words + 1, words + count});
   } catch (const printhost::Failure& failure) {
-    std::cerr << "printhost: " << failure.message << '\n';
+    std::cerr << "printhost: " << printhost::Printable(failure.message) << '\n';
     return failure.exit;
   } catch (const std::exception& problem) {
-    std::cerr << "printhost: " << problem.what() << '\n';
+    std::cerr << "printhost: " << printhost::Printable(problem.what()) << '\n';
     return printhost::kFailed;
   }
 }

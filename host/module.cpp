@@ -108,10 +108,7 @@ Json ModuleJson(const std::string& file, platform::Bytes bytes) {
 // A name from the file as a terminal may see it.
 std::string Plain(const Json& name) {
   if (!name.is_string()) return name.is_null() ? "by ordinal" : name.dump();
-  std::string text = name;
-  std::ranges::replace_if(
-      text, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; }, '?');
-  return text;
+  return Printable(name.get<std::string>());
 }
 
 void PrintList(const std::string& title, const Json& items) {
@@ -121,7 +118,7 @@ void PrintList(const std::string& title, const Json& items) {
 
 void Print(const Json& module) {
   for (const char* name : {"file", "format", "machine", "version", "sha256"})
-    std::cout << name << '\t' << (module[name].is_null() ? "none" : module[name].get<std::string>())
+    std::cout << name << '\t' << Plain(module[name].is_null() ? Json("none") : module[name])
               << '\n';
   PrintList("exports", module["exports"]);
   for (const auto& [library, functions] : module["imports"].items())

@@ -84,8 +84,8 @@ int List(Call& call) {
                     {"driver", ToUtf8(printer.driverName)},
                     {"port", ToUtf8(printer.portName)}});
     if (!call.json())
-      std::cout << ToUtf8(printer.name) << '\t' << ToUtf8(printer.driverName) << '\t'
-                << ToUtf8(printer.portName) << '\n';
+      std::cout << Printable(ToUtf8(printer.name)) << '\t' << Printable(ToUtf8(printer.driverName))
+                << '\t' << Printable(ToUtf8(printer.portName)) << '\n';
   }
   return call.json() ? call.Answer(json) : kDone;
 }

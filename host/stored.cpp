@@ -42,10 +42,10 @@ Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
 // A value in one line: name, type, size, and its text, number or bytes.
 void PrintValue(std::u16string_view name, const platform::DataValue& data) {
   const Json json = ValueJson(name, data);
-  std::cout << ToUtf8(name) << '\t' << json["type"].get<std::string>() << '\t' << json["size"]
-            << '\t';
+  std::cout << Printable(ToUtf8(name)) << '\t' << json["type"].get<std::string>() << '\t'
+            << json["size"] << '\t';
   if (json.contains("text"))
-    std::cout << json["text"].get<std::string>() << '\n';
+    std::cout << Printable(json["text"].get<std::string>()) << '\n';
   else if (json.contains("number"))
     std::cout << json["number"] << '\n';
   else

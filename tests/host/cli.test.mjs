@@ -54,6 +54,16 @@ test("a record is converted, merged and kept as the default, byte for byte", (t)
   pc.refused(3, "set-default", NAME, "--in", short);
 });
 
+test("texts of a record that control a terminal are shown escaped", (t) => {
+  const pc = computer(t, NAME);
+  const short = Buffer.alloc(156);
+  short.write("\x1b[31mA\r\n\u009b\u2028\u202eé", 0, "utf16le");
+  writeFileSync(pc.file("short"), (short.writeInt16LE(156, SIZE), short));
+  const told = pc.done("convert", NAME, "--in", pc.file("short"));
+  assert.match(told, /^public\.dmDeviceName\t\\u001b\[31mA\\u000d\\u000a\\u009b\\u2028\\u202eé$/m);
+  assert.equal(pc.json("convert", NAME, "--in", pc.file("short")).public.dmDeviceName, "\x1b[31mA\r\n\u009b\u2028\u202eé");
+});
+
 test("files that hold no record are refused and nothing is written", (t) => {
   const pc = computer(t, NAME);
   const { own, file } = records(pc);
