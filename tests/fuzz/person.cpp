@@ -18,6 +18,7 @@
 #include "platform/desktop/drawing/gdi.h"
 #include "sheets/page_services.h"
 #include "tests/fuzz/harness.h"
+#include "tests/fuzz/stray_messages.h"
 #include "tests/support/digest.h"
 #include "tests/support/exports.h"
 #include "tests/support/x87.h"
@@ -127,6 +128,11 @@ void RequireProcessorState() {
   Require(support::ControlWord() == word && !support::DirectionFlag());
 }
 
+// Whether a window's procedure is the driver's own.
+bool OfDriver(const WindowView& top) {
+  return top.kind == WindowView::Kind::kDialog || top.page != nullptr;
+}
+
 // Asked anew after each thing done: then what was done has left everything sound.
 class Person : public User {
  public:
@@ -136,9 +142,12 @@ class Person : public User {
     RequireProcessorState();
     const auto windows = desk.Windows();
     answers.windows.Add(windows);
-    for (const WindowView& window : windows)
-      if (const auto* session = window.page ? PageSession(window.page->handle) : nullptr)
-        RequireSound(*session);
+    for (const WindowView& window : windows) {
+      if (window.page == nullptr) continue;
+      const auto* session = PageSession(window.page->handle);
+      Require(session != nullptr);
+      RequireSound(*session);
+    }
     const WindowView& top = windows.back();
     const auto usable = SoundControls(top.page ? *top.page : top);
     ++actions;
@@ -148,6 +157,8 @@ class Person : public User {
       ++leaving_ % 2 == 1 ? Agree(desk) : static_cast<void>(desk.Escape());
     else if (top.kind == WindowView::Kind::kFileDialog)
       UseFileDialog(desk, what);
+    else if (what < 8 && OfDriver(top))
+      SendStrayMessage(top.page ? top.page->handle : top.handle, [&] { return choices_.Byte(); });
     else if (what < 208 && !usable.empty())
       Use(desk, usable[choices_.Byte() % usable.size()]);
     else if (what < 232)

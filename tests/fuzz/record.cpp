@@ -1,9 +1,11 @@
 // Records of callers, and what the spooler keeps as a printer's own, as any bytes at all. The first
-// bytes choose the system, the stored settings and how the record is cut.
+// bytes choose the system, the stored settings, when another program changes the printer and how
+// input and output overlap.
 #include <windows.h>
 #include <winddiui.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "tests/fuzz/harness.h"
@@ -16,18 +18,37 @@ using support::kPrinter;
 
 constexpr ptrdiff_t kChoices = 4;
 
-// Whatever the driver gets is a block of its own, whose ends the address sanitizer watches. A
-// record may claim more than the input has; a caller who tells the truth has all of it.
-std::vector<uint8_t> TruthfulRecord(const uint8_t* data, size_t size) {
+constexpr size_t kOwnSize = sizeof(SettingsRecord);
+
+// A record as a block of its own, whose ends the address sanitizer watches: as long as it claims,
+// and no longer than the driver's own, behind which nothing is read whatever is claimed.
+std::vector<uint8_t> ExactRecord(const uint8_t* data, size_t size) {
   std::vector<uint8_t> start(data, data + std::min<size_t>(size, 72));
   start.resize(72, 0x5A);
   const size_t claimed = size_t{At<WORD>(start.data(), 68)} + At<WORD>(start.data(), 70);
-  std::vector<uint8_t> record(std::max(start.size(), claimed), 0x5A);
+  std::vector<uint8_t> record(std::clamp(claimed, start.size(), kOwnSize), 0x5A);
   std::memcpy(record.data(), data, std::min(size, record.size()));
   return record;
 }
 
-void AskEverything(HANDLE printer, DEVMODEW* record) {
+// Converts a record into an output that overlaps it, this far behind or before it; the result is
+// that of separate buffers.
+void ConvertOverlapping(const std::vector<uint8_t>& record, int distance,
+                        const SettingsRecord& separate) {
+  const size_t gap = static_cast<size_t>(std::abs(distance));
+  std::vector<uint8_t> memory(std::max(record.size(), kOwnSize) + gap);
+  uint8_t* const input = memory.data() + (distance < 0 ? gap : 0);
+  uint8_t* const output = memory.data() + (distance < 0 ? 0 : gap);
+  std::memcpy(input, record.data(), record.size());
+  std::u16string name = kPrinter;
+  LONG size = 452;
+  Require(DrvConvertDevMode(name.data(), reinterpret_cast<DEVMODEW*>(input),
+                            reinterpret_cast<DEVMODEW*>(output), &size, CDM_CONVERT) == TRUE);
+  Require(std::memcmp(output, &separate, kOwnSize) == 0);
+}
+
+void AskEverything(HANDLE printer, std::vector<uint8_t> bytes, int distance) {
+  auto* const record = reinterpret_cast<DEVMODEW*>(bytes.data());
   std::u16string name = kPrinter;
   LONG size = 452;
   const auto converted = [&](DEVMODEW* from) {
@@ -40,6 +61,7 @@ void AskEverything(HANDLE printer, DEVMODEW* record) {
   const bool echoed = given >= 76 && given < 220;
   Require(size == 452 && out->Public.dmSize == (echoed ? given : 220));
   if (!echoed) Require(out->Private.Signature == SETTINGS_SIGNATURE);
+  ConvertOverlapping(bytes, distance, *out);
   // Once its public fields have been made to follow, the driver's own record stays as it is.
   const auto once = converted(&out->Public);
   Require(std::memcmp(once.get(), converted(&once->Public).get(), sizeof *once) == 0);
@@ -73,10 +95,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   support::StoreBlock(*machine, stored);
   data += kChoices;
   size -= kChoices;
+  if ((data[-kChoices] & 8) != 0 && size > 0) {
+    std::vector<std::byte> part(kPrinterPartSize);
+    for (size_t i = 0; i < part.size(); ++i) part[i] = std::byte{data[i % size]};
+    machine->SetData(kPrinter, u"Private DevMode", {REG_BINARY, part});
+  }
   if ((data[-kChoices] & 4) != 0) machine->SetDefaultRecord(kPrinter, support::BytesOf(data, size));
   const int blocks = machine->LiveAllocations();
-  AskEverything(OpenedPrinter().get(),
-                reinterpret_cast<DEVMODEW*>(TruthfulRecord(data, size).data()));
+  // Every call meets the printer at another moment of another program's change.
+  machine->faults.FailNth(platform::Fault::kSpoolerChange, data[3 - kChoices] % 64);
+  AskEverything(OpenedPrinter().get(), ExactRecord(data, size),
+                static_cast<int8_t>(data[3 - kChoices]) * 4);
+  machine->faults.Clear();
   Require(machine->LiveAllocations() == blocks && machine->OpenPrinterHandles() == 0);
   return 0;
 }
