@@ -92,7 +92,7 @@ TEST_F(HostileCallers, SizesThatChangeDuringConversionsNeverClaimUnwrittenBytes)
   std::atomic<bool> stop = false;
   std::thread changer([&] {
     auto* sizes = reinterpret_cast<volatile DWORD*>(bytes_ + 68);
-    for (int i = 0; !stop; ++i) *sizes = kSizes[i % std::size(kSizes)];
+    for (size_t i = 0; !stop; ++i) *sizes = kSizes[i % std::size(kSizes)];
   });
   int unwritten = 0;
   const support::GuardedBuffer output(452);
