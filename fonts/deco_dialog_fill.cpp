@@ -120,8 +120,7 @@ void OpenStoredFont(DecoDialog& dialog) {
   DecoFontInfo& font = dialog.font();
   const bool known = SelectResidentFont(dialog);
   const bool change = dialog.store.FontEditMode == kChangeFont;
-  // A copy's size is left as it is, unless it is none that its resident font has: it could not be
-  // checked.
+  // A copy keeps its size, unless its resident font does not offer it: no field would check it.
   if (known && (change || !IsSizeOffered(dialog.row, font.Size))) ComputeSelectedSize(dialog);
   if (!change) {
     CopyText(dialog.store.WorkFont.FontName, TEXT(""));

@@ -20,6 +20,7 @@ int Clamped(const UpDownData& of, int64_t value) {
 
 bool WritesBuddy(const Window& window) { return (window.style & UDS_SETBUDDYINT) != 0; }
 
+// The number that an up-down reads from a text, as the desk is set; nothing when it reads none.
 std::optional<int64_t> ReadNumber(std::u16string_view text) {
   switch (Manager().buddyReading) {
     case BuddyReading::kDigitsAndMinus:
