@@ -128,7 +128,7 @@ test("Esc takes back what arrow keys chose in a list that F4 opened, Enter keeps
   await go(DEVICE);
   await control(MODE).focus();
   await press("F4", "ArrowDown", "ArrowDown");
-  await page.locator("select.open").waitFor();
+  await page.locator(".combo.open").waitFor();
   await holds(MODE, "ハクリ");
   await press("Escape");
   await holds(MODE, "ティアオフ");
