@@ -24,135 +24,136 @@ void FormatVersion(char (&text)[kVersionLength]) {
   *PutNumber(text, BACKUP_FILE_FORMAT_VERSION, 16, 4) = 0;
 }
 
-void TransferFields(void* record, SettingsKeys keys) {
-  for (const SettingsKey& key : keys) Int16Field(key.name, FieldOf(record, key));
+void TransferFields(ProfileIo& io, void* record, SettingsKeys keys) {
+  for (const SettingsKey& key : keys) io.Int16Field(key.name, FieldOf(record, key));
 }
 
-void TransferHalftone(DriverSettingsBlock& block) {
-  BeginSection(kHalftoneSection);
-  ClearSection();
+void TransferHalftone(ProfileIo& io, DriverSettingsBlock& block) {
+  io.BeginSection(kHalftoneSection);
+  io.ClearSection();
   DEVHTINFO info = HalftoneInfo(block);
-  for (const SettingsKey& key : HalftoneKeys()) Int32Field(key.name, FieldOf(&info, key));
-  for (const SettingsKey& key : ChromaticityKeys()) Int32List(key.name, FieldOf(&info, key), 3);
-  for (const SettingsKey& key : HalftoneGammaKeys()) Int32Field(key.name, FieldOf(&info, key));
+  for (const SettingsKey& key : HalftoneKeys()) io.Int32Field(key.name, FieldOf(&info, key));
+  for (const SettingsKey& key : ChromaticityKeys()) io.Int32List(key.name, FieldOf(&info, key), 3);
+  for (const SettingsKey& key : HalftoneGammaKeys()) io.Int32Field(key.name, FieldOf(&info, key));
   SetHalftoneInfo(block, info);
-  TransferFields(&block.Record.Private.ColorAdjust, ColorAdjustKeys());
+  TransferFields(io, &block.Record.Private.ColorAdjust, ColorAdjustKeys());
 }
 
 // A field that is 0 when a file lacks its key; any other field stays as it was.
-bool TransferFieldOrZero(void* record, const SettingsKey& key) {
+bool TransferFieldOrZero(ProfileIo& io, void* record, const SettingsKey& key) {
   void* field = FieldOf(record, key);
-  if (Int16Field(key.name, field) != 0) return true;
-  if (!Saving()) std::memset(field, 0, sizeof(int16_t));
+  if (io.Int16Field(key.name, field) != 0) return true;
+  if (!io.Saving()) std::memset(field, 0, sizeof(int16_t));
   return false;
 }
 
 // The current section's paper. On a load a missing name is empty.
-void TransferPaper(PaperInfo& paper) {
-  ClearSection();
-  NameField("PaperName", paper.PaperName, kPaperNameLength);
+void TransferPaper(ProfileIo& io, PaperInfo& paper) {
+  io.ClearSection();
+  io.NameField("PaperName", paper.PaperName, kPaperNameLength);
   for (const SettingsKey& key : PaperKeys()) {
     if (key.offset == offsetof(PaperInfo, Yoshi)) {
-      TransferFieldOrZero(&paper, key);
+      TransferFieldOrZero(io, &paper, key);
     } else {
-      Int16Field(key.name, FieldOf(&paper, key));
+      io.Int16Field(key.name, FieldOf(&paper, key));
     }
   }
 }
 
 // The papers of a count, which a save writes and a load takes over; the slots behind are cleared.
-void TransferPapers(PrinterSettingsPart& printer, int16_t count) {
-  BeginSection(kPaperNumSection);
-  ClearSection();
-  Int16Field("PaperNum", &count);
+void TransferPapers(ProfileIo& io, PrinterSettingsPart& printer, int16_t count) {
+  io.BeginSection(kPaperNumSection);
+  io.ClearSection();
+  io.Int16Field("PaperNum", &count);
   count = std::clamp(count, int16_t{0}, int16_t{kPaperCapacity});
-  if (!Saving()) printer.PaperNum = count;
+  if (!io.Saving()) printer.PaperNum = count;
   for (int i = 0; i < count; ++i) {
-    BeginSection(TEXT("PAPER"), i);
-    TransferPaper(printer.Papers[i]);
+    io.BeginSection(TEXT("PAPER"), i);
+    TransferPaper(io, printer.Papers[i]);
   }
   std::fill(printer.Papers + count, printer.Papers + kPaperCapacity, PaperInfo{});
 }
 
 // False when one of the driver's own fields cannot be written, or one that a backup must hold is
 // missing. The device's facts are written for the reader and never read.
-bool TransferDriverInfo(DriverSettingsBlock& block) {
+bool TransferDriverInfo(ProfileIo& io, DriverSettingsBlock& block) {
   PrivateDevMode& settings = block.Record.Private;
-  BeginSection(kDriverSection);
-  ClearSection();
+  io.BeginSection(kDriverSection);
+  io.ClearSection();
   for (const SettingsKey& key : RequiredDriverKeys()) {
-    if (Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
+    if (io.Int16Field(key.name, FieldOf(&settings, key)) == 0) return false;
   }
   for (const SettingsKey& key : {kCompulsoryKey, kPositionKey}) {
-    if (!TransferFieldOrZero(&settings, key) && Saving()) return false;
+    if (!TransferFieldOrZero(io, &settings, key) && io.Saving()) return false;
   }
-  BeginSection(kFreePaperSection);
-  TransferPaper(settings.FreePaper);
-  if (Saving()) {
-    BeginSection(kDeviceSection);
-    ClearSection();
-    TransferFields(&block.Printer, DeviceKeys());
+  io.BeginSection(kFreePaperSection);
+  TransferPaper(io, settings.FreePaper);
+  if (io.Saving()) {
+    io.BeginSection(kDeviceSection);
+    io.ClearSection();
+    TransferFields(io, &block.Printer, DeviceKeys());
   }
-  TransferHalftone(block);
+  TransferHalftone(io, block);
   return true;
 }
 
 // False, and nothing else transferred, when the driver's own fields fail.
-bool TransferSections(const BackupSubject& subject, unsigned sections) {
-  if ((sections & BACKUP_DRIVER_INFO) != 0 && !TransferDriverInfo(subject.block)) return false;
+bool TransferSections(ProfileIo& io, const BackupSubject& subject, unsigned sections) {
+  if ((sections & BACKUP_DRIVER_INFO) != 0 && !TransferDriverInfo(io, subject.block)) return false;
   if ((sections & BACKUP_PAPERS) != 0) {
     // What is stored may be out of bounds; what is written is not.
     PrinterSettingsPart& printer = subject.block.Printer;
-    TransferPapers(printer,
-                   Saving() ? static_cast<int16_t>(PaperCount(subject.block)) : printer.PaperNum);
+    TransferPapers(
+        io, printer,
+        io.Saving() ? static_cast<int16_t>(PaperCount(subject.block)) : printer.PaperNum);
   }
-  if ((sections & BACKUP_FONTS) != 0) TransferFonts(subject.fonts);
+  if ((sections & BACKUP_FONTS) != 0) TransferFonts(io, subject.fonts);
   return true;
 }
 
 // ---- saving ----
 
-void SaveVersion(const WCHAR* printerName) {
-  BeginSection(kVersionSection);
+void SaveVersion(ProfileIo& io, const WCHAR* printerName) {
+  io.BeginSection(kVersionSection);
   char version[kVersionLength];
   FormatVersion(version);
-  RawText("FileVersion", version, kVersionLength);
+  io.RawText("FileVersion", version, kVersionLength);
   char* minor = PutNumber(version, HIBYTE(kDriverVersion), 16, 2);
   *PutNumber(minor, LOBYTE(kDriverVersion), 10, 2) = 0;
-  RawText("DriverVersion", version, kVersionLength);
+  io.RawText("DriverVersion", version, kVersionLength);
   char name[kPrinterNameBytes];
   ToCodePage(printerName, -1, name, kPrinterNameBytes);
-  RawText("DriverName", name, kPrinterNameBytes);
+  io.RawText("DriverName", name, kPrinterNameBytes);
 }
 
-void SaveSync(const DriverSettingsBlock& block) {
-  BeginSection(kSyncSection);
-  ClearSection();
+void SaveSync(ProfileIo& io, const DriverSettingsBlock& block) {
+  io.BeginSection(kSyncSection);
+  io.ClearSection();
   char value[kSyncLength];
   *PutNumber(value, static_cast<uint16_t>(block.Record.Private.nTSMode), 16) = 0;
-  RawText("SYNC", value, kSyncLength);
+  io.RawText("SYNC", value, kSyncLength);
 }
 
-bool SaveBackup(const BackupSubject& subject, unsigned sections) {
-  SaveVersion(subject.printerName);
-  if (!TransferSections(subject, sections)) return false;
-  SaveSync(subject.block);
+bool SaveBackup(ProfileIo& io, const BackupSubject& subject, unsigned sections) {
+  SaveVersion(io, subject.printerName);
+  if (!TransferSections(io, subject, sections)) return false;
+  SaveSync(io, subject.block);
   return true;
 }
 
 // ---- loading ----
 
 // Whether the file is a backup of this format; tells the user when it is not.
-bool CheckVersion(HWND owner) {
-  BeginSection(kVersionSection);
-  if (!SectionHasKeys()) {
+bool CheckVersion(ProfileIo& io, HWND owner) {
+  io.BeginSection(kVersionSection);
+  if (!io.SectionHasKeys()) {
     ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
     return false;
   }
   char expected[kVersionLength];
   FormatVersion(expected);
   char version[kVersionLength] = {};
-  RawText("FileVersion", version, kVersionLength);
+  io.RawText("FileVersion", version, kVersionLength);
   if (std::strcmp(version, expected) == 0) return true;
   ShowMessage(owner, IDS_BACKUP_VERSION_WRONG, MB_ICONEXCLAMATION);
   return false;
@@ -172,22 +173,22 @@ int SyncFromText(const char* text) {
   }
 }
 
-void LoadSync(const BackupSubject& subject) {
-  BeginSection(kSyncSection);
+void LoadSync(ProfileIo& io, const BackupSubject& subject) {
+  io.BeginSection(kSyncSection);
   char value[kSyncLength] = {};
-  RawText("SYNC", value, kSyncLength);
+  io.RawText("SYNC", value, kSyncLength);
   int16_t& mode = subject.block.Record.Private.nTSMode;
   mode = static_cast<int16_t>(SyncFromText(value));
   WriteSyncPrint(subject.printerName, mode != 0);
 }
 
-bool LoadBackup(HWND owner, const BackupSubject& subject, unsigned sections) {
-  if (!CheckVersion(owner) || !TransferSections(subject, sections)) return false;
+bool LoadBackup(ProfileIo& io, HWND owner, const BackupSubject& subject, unsigned sections) {
+  if (!CheckVersion(io, owner) || !TransferSections(io, subject, sections)) return false;
   const bool fonts = subject.fonts.DecoFontNum > 0 || subject.fonts.BarFontNum > 0;
   if ((sections & BACKUP_FONTS) != 0 && fonts) {
     ShowMessage(owner, IDS_LOADED_FONTS_WARNING, MB_ICONEXCLAMATION);
   }
-  LoadSync(subject);
+  LoadSync(io, subject);
   return true;
 }
 
@@ -195,12 +196,12 @@ bool LoadBackup(HWND owner, const BackupSubject& subject, unsigned sections) {
 
 bool BackupFileTransfer(HWND owner, const WCHAR* fileName, const BackupSubject& subject,
                         TransferDirection direction, unsigned sections) {
-  if (!BeginTransfer(fileName, direction)) {
+  ProfileIo io;
+  if (!io.Open(fileName, direction)) {
     if (direction == TransferDirection::kLoad) ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
     return false;
   }
-  return direction == TransferDirection::kSave ? SaveBackup(subject, sections)
-                                               : LoadBackup(owner, subject, sections);
+  return io.Saving() ? SaveBackup(io, subject, sections) : LoadBackup(io, owner, subject, sections);
 }
 
 }  // namespace kestrel

@@ -45,31 +45,31 @@ constexpr SettingsKey kBarKeys[] = {
 };
 
 // Every key is needed: the first that fails ends the font.
-void TransferDecoFont(DecoFontInfo& font) {
-  if (NameField("DecoFontName", font.DecoFontName, kFontNameLength) == 0) return;
-  if (NameField("ResiFontName", font.ResiFontName, kFontNameLength) == 0) return;
+void TransferDecoFont(ProfileIo& io, DecoFontInfo& font) {
+  if (io.NameField("DecoFontName", font.DecoFontName, kFontNameLength) == 0) return;
+  if (io.NameField("ResiFontName", font.ResiFontName, kFontNameLength) == 0) return;
   for (const SettingsKey& key : kDecoKeys) {
-    if (Int16Field(key.name, FieldOf(&font, key)) == 0) return;
+    if (io.Int16Field(key.name, FieldOf(&font, key)) == 0) return;
   }
 }
 
-void TransferBarcodeField(uint8_t* block, const BarcodeField& field) {
+void TransferBarcodeField(ProfileIo& io, uint8_t* block, const BarcodeField& field) {
   if (field.type == BarcodeFieldType::kWord) {
-    Int16Field(field.name, block + field.offset);
+    io.Int16Field(field.name, block + field.offset);
     return;
   }
   // A field that fills its width takes one byte more than a terminated one.
   char text[kBarcodeLibrarySize + 1] = {};
   const int size = field.width + (field.type == BarcodeFieldType::kFixedText ? 1 : 0);
   std::memcpy(text, block + field.offset, static_cast<size_t>(size - 1));
-  if (RawText(field.name, text, size) != 0) std::memcpy(block + field.offset, text, field.width);
+  if (io.RawText(field.name, text, size) != 0) std::memcpy(block + field.offset, text, field.width);
 }
 
-void TransferBarFont(BarFontInfo& font) {
-  NameField("BarFontName", font.BarFontName, kFontNameLength);
-  for (const SettingsKey& key : kBarKeys) Int16Field(key.name, FieldOf(&font, key));
+void TransferBarFont(ProfileIo& io, BarFontInfo& font) {
+  io.NameField("BarFontName", font.BarFontName, kFontNameLength);
+  for (const SettingsKey& key : kBarKeys) io.Int16Field(key.name, FieldOf(&font, key));
   for (const BarcodeField& field : BarcodeFields(font.BarcodeKind)) {
-    TransferBarcodeField(font.BarcodeParam, field);
+    TransferBarcodeField(io, font.BarcodeParam, field);
   }
 }
 
@@ -85,36 +85,36 @@ constexpr FontSections kDecoSections = {kDecoNumSection, "DecoFontNum", TEXT("DE
                                         kDecorativeFont};
 constexpr FontSections kBarSections = {kBarNumSection, "BarFontNum", TEXT("BARFONT"), kBarcodeFont};
 
-void TransferFont(FontRecord& font, FontKindCode kind) {
-  ClearSection();
-  kind == kDecorativeFont ? TransferDecoFont(font.Deco) : TransferBarFont(font.Bar);
-  if (Saving()) return;
+void TransferFont(ProfileIo& io, FontRecord& font, FontKindCode kind) {
+  io.ClearSection();
+  kind == kDecorativeFont ? TransferDecoFont(io, font.Deco) : TransferBarFont(io, font.Bar);
+  if (io.Saving()) return;
   CopyText(font.FontName, kind == kDecorativeFont ? font.Deco.DecoFontName : font.Bar.BarFontName);
   font.FontKind = kind;
 }
 
 // One kind's list and its count, as the session holds them.
-void TransferList(const FontSections& sections, FontRecord* fonts, int16_t& stored) {
-  BeginSection(sections.countSection);
-  ClearSection();
+void TransferList(ProfileIo& io, const FontSections& sections, FontRecord* fonts, int16_t& stored) {
+  io.BeginSection(sections.countSection);
+  io.ClearSection();
   const int16_t most = fonts != nullptr ? int16_t{kFontCapacity} : int16_t{0};
-  int16_t count = Saving() ? std::clamp(stored, int16_t{0}, most) : stored;
-  Int16Field(sections.countKey, &count);
+  int16_t count = io.Saving() ? std::clamp(stored, int16_t{0}, most) : stored;
+  io.Int16Field(sections.countKey, &count);
   count = std::clamp(count, int16_t{0}, most);
   for (int i = 0; i < count; ++i) {
-    BeginSection(sections.prefix, i);
-    TransferFont(fonts[i], sections.kind);
+    io.BeginSection(sections.prefix, i);
+    TransferFont(io, fonts[i], sections.kind);
   }
-  if (Saving()) return;
+  if (io.Saving()) return;
   stored = count;
   if (fonts != nullptr) std::fill(fonts + count, fonts + kFontCapacity, FontRecord{});
 }
 
 }  // namespace
 
-void TransferFonts(FontStore& fonts) {
-  TransferList(kDecoSections, fonts.DecoFonts, fonts.DecoFontNum);
-  TransferList(kBarSections, fonts.BarFonts, fonts.BarFontNum);
+void TransferFonts(ProfileIo& io, FontStore& fonts) {
+  TransferList(io, kDecoSections, fonts.DecoFonts, fonts.DecoFontNum);
+  TransferList(io, kBarSections, fonts.BarFonts, fonts.BarFontNum);
 }
 
 }  // namespace kestrel

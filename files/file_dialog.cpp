@@ -16,9 +16,6 @@ namespace {
 using FileTitleProc = short(WINAPI*)(LPCWSTR name, LPWSTR title, WORD length);
 using FileNameProc = BOOL(WINAPI*)(OPENFILENAMEW* dialog);
 
-// One file dialog at a time is open in a process.
-OPENFILENAMEW fileDialog;
-
 Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
 bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
@@ -74,23 +71,22 @@ bool BrowseBackupFile(HWND owner, WCHAR (&name)[kBackupNameLength], TransferDire
   MakeFilter(filter);
 
   const bool save = direction == TransferDirection::kSave;
-  fileDialog = {};
-  fileDialog.lStructSize = sizeof(fileDialog);
-  fileDialog.hwndOwner = owner;
-  fileDialog.lpstrFilter = filter;
-  fileDialog.nFilterIndex = 1;
-  fileDialog.lpstrFile = start.file;
-  fileDialog.nMaxFile = kBackupNameLength;
-  fileDialog.nMaxFileTitle = kBackupNameLength;
-  fileDialog.lpstrInitialDir = start.folder;
-  fileDialog.lpstrDefExt = TEXT("ini");
-  fileDialog.Flags = save ? OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY
-                          : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
+  OPENFILENAMEW dialog = {};
+  dialog.lStructSize = sizeof(dialog);
+  dialog.hwndOwner = owner;
+  dialog.lpstrFilter = filter;
+  dialog.nFilterIndex = 1;
+  dialog.lpstrFile = start.file;
+  dialog.nMaxFile = kBackupNameLength;
+  dialog.nMaxFileTitle = kBackupNameLength;
+  dialog.lpstrInitialDir = start.folder;
+  dialog.lpstrDefExt = TEXT("ini");
+  dialog.Flags = save ? OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY
+                      : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
   const auto choose =
       EntryPoint<FileNameProc>(library.get(), save ? "GetSaveFileNameW" : "GetOpenFileNameW");
-  const bool chosen = choose != nullptr && choose(&fileDialog);
+  const bool chosen = choose != nullptr && choose(&dialog);
   if (chosen) CopyText(name, start.file);
-  fileDialog = {};
   return chosen;
 }
 

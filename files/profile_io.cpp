@@ -8,33 +8,9 @@
 namespace kestrel {
 namespace {
 
-constexpr int kPathLength = 260;  // bytes, terminator included
-constexpr int kSectionLength = 64;
 constexpr int kValueLength = 256;   // of a number or a list, terminator included
 constexpr int kElementLength = 16;  // of one element of a list
 constexpr int kNameBytes = 64;      // of a name
-
-struct ProfileIo {
-  char path[kPathLength];
-  char section[kSectionLength];
-  TransferDirection direction;
-};
-
-// One transfer at a time runs in a process.
-ProfileIo context;
-
-int Read(const char* key, char* value, int size) {
-  return static_cast<int>(GetPrivateProfileStringA(context.section, key, "", value,
-                                                   static_cast<DWORD>(size), context.path));
-}
-
-// A line break in a value would begin another key.
-int Write(const char* key, char* value) {
-  for (char* c = value; *c != 0; ++c) {
-    if (static_cast<unsigned char>(*c) < ' ') *c = ' ';
-  }
-  return WritePrivateProfileStringA(context.section, key, value, context.path) ? 1 : 0;
-}
 
 // Stores a number as the low bytes of a field that need not be aligned.
 void StoreNumber(void* field, LONG value, int width) {
@@ -52,7 +28,68 @@ LONG LoadNumber(const void* field, int width) {
   return narrow;
 }
 
-int ReadList(const char* key, void* fields, int count, int width) {
+// Cuts a text of code page 932 to fewer than size bytes without splitting a character.
+void CutText(char* text, size_t size) {
+  size_t end = 0;
+  for (;;) {
+    const size_t width = IsDBCSLeadByteEx(kJapaneseCodePage, static_cast<BYTE>(text[end])) ? 2 : 1;
+    if (end + width >= size || text[end + width - 1] == 0) break;
+    end += width;
+  }
+  text[end] = 0;
+}
+
+}  // namespace
+
+bool ProfileIo::Open(const WCHAR* fileName, TransferDirection direction) {
+  WCHAR path[2 * MAX_PATH] = {};
+  const WCHAR* end = fileName + TextLength(fileName);
+  if (std::find(fileName, end, WCHAR{'\\'}) == end) {
+    const UINT length = GetSystemDirectoryW(path, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) return false;
+    if (path[length - 1] != '\\') AppendText(path, TEXT("\\"));
+  }
+  AppendText(path, fileName);
+  const int length = TextLength(path);
+  if (!IsCp932Representable(path, length, nullptr)) return false;
+  char bytes[2 * 2 * MAX_PATH];
+  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathBytes) return false;
+  std::memcpy(path_, bytes, kPathBytes);
+  direction_ = direction;
+  return true;
+}
+
+void ProfileIo::BeginSection(const WCHAR* name) { ToCodePage(name, -1, section_, kSectionBytes); }
+
+void ProfileIo::BeginSection(const WCHAR* prefix, int number) {
+  BeginSection(prefix);
+  const size_t length = std::strlen(section_);
+  *PutNumber(section_ + length, number, 10, 2) = 0;
+}
+
+int ProfileIo::Read(const char* key, char* value, int size) const {
+  return static_cast<int>(
+      GetPrivateProfileStringA(section_, key, "", value, static_cast<DWORD>(size), path_));
+}
+
+// A line break in a value would begin another key.
+int ProfileIo::Write(const char* key, char* value) const {
+  for (char* c = value; *c != 0; ++c) {
+    if (static_cast<unsigned char>(*c) < ' ') *c = ' ';
+  }
+  return WritePrivateProfileStringA(section_, key, value, path_) ? 1 : 0;
+}
+
+void ProfileIo::ClearSection() const {
+  if (Saving()) WritePrivateProfileStringA(section_, nullptr, nullptr, path_);
+}
+
+bool ProfileIo::SectionHasKeys() const {
+  char keys[kNameBytes];
+  return Read(nullptr, keys, kNameBytes) != 0;
+}
+
+int ProfileIo::ReadList(const char* key, void* fields, int count, int width) const {
   char value[kValueLength];
   if (Read(key, value, kValueLength) == 0) return 0;
   auto* field = static_cast<uint8_t*>(fields);
@@ -74,7 +111,7 @@ int ReadList(const char* key, void* fields, int count, int width) {
   return found;
 }
 
-int WriteList(const char* key, const void* fields, int count, int width) {
+int ProfileIo::WriteList(const char* key, const void* fields, int count, int width) const {
   char value[kValueLength];
   char* end = value;
   for (int i = 0; i < count && end + kElementLength < value + kValueLength; ++i) {
@@ -85,70 +122,21 @@ int WriteList(const char* key, const void* fields, int count, int width) {
   return Write(key, value);
 }
 
-int TransferList(const char* key, void* fields, int count, int width) {
+int ProfileIo::TransferList(const char* key, void* fields, int count, int width) const {
   return Saving() ? WriteList(key, fields, count, width) : ReadList(key, fields, count, width);
 }
 
-// Cuts a text of code page 932 to fewer than size bytes without splitting a character.
-void CutText(char* text, size_t size) {
-  size_t end = 0;
-  for (;;) {
-    const size_t width = IsDBCSLeadByteEx(kJapaneseCodePage, static_cast<BYTE>(text[end])) ? 2 : 1;
-    if (end + width >= size || text[end + width - 1] == 0) break;
-    end += width;
-  }
-  text[end] = 0;
-}
-
-}  // namespace
-
-bool BeginTransfer(const WCHAR* fileName, TransferDirection direction) {
-  WCHAR path[2 * MAX_PATH] = {};
-  const WCHAR* end = fileName + TextLength(fileName);
-  if (std::find(fileName, end, WCHAR{'\\'}) == end) {
-    const UINT length = GetSystemDirectoryW(path, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return false;
-    if (path[length - 1] != '\\') AppendText(path, TEXT("\\"));
-  }
-  AppendText(path, fileName);
-  const int length = TextLength(path);
-  if (!IsCp932Representable(path, length, nullptr)) return false;
-  char bytes[2 * 2 * MAX_PATH];
-  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathLength) return false;
-  context = {};
-  std::memcpy(context.path, bytes, kPathLength);
-  context.direction = direction;
-  return true;
-}
-
-bool Saving() { return context.direction == TransferDirection::kSave; }
-
-void BeginSection(const WCHAR* name) { ToCodePage(name, -1, context.section, kSectionLength); }
-
-void BeginSection(const WCHAR* prefix, int number) {
-  BeginSection(prefix);
-  const size_t length = std::strlen(context.section);
-  *PutNumber(context.section + length, number, 10, 2) = 0;
-}
-
-void ClearSection() {
-  if (Saving()) WritePrivateProfileStringA(context.section, nullptr, nullptr, context.path);
-}
-
-bool SectionHasKeys() {
-  char keys[kNameBytes];
-  return Read(nullptr, keys, kNameBytes) != 0;
-}
-
-int Int16Field(const char* key, void* field) {
+int ProfileIo::Int16Field(const char* key, void* field) const {
   return TransferList(key, field, 1, sizeof(int16_t));
 }
-int Int32Field(const char* key, void* field) { return TransferList(key, field, 1, sizeof(LONG)); }
-int Int32List(const char* key, void* fields, int count) {
+int ProfileIo::Int32Field(const char* key, void* field) const {
+  return TransferList(key, field, 1, sizeof(LONG));
+}
+int ProfileIo::Int32List(const char* key, void* fields, int count) const {
   return TransferList(key, fields, count, sizeof(LONG));
 }
 
-int NameField(const char* key, WCHAR* field, size_t units) {
+int ProfileIo::NameField(const char* key, WCHAR* field, size_t units) const {
   char bytes[2 * kNameBytes];
   if (Saving()) {
     ToCodePage(field, BoundedLength(field, units), bytes, kNameBytes);
@@ -163,7 +151,7 @@ int NameField(const char* key, WCHAR* field, size_t units) {
   return length != 0 ? 1 : 0;
 }
 
-int RawText(const char* key, char* buffer, int size) {
+int ProfileIo::RawText(const char* key, char* buffer, int size) const {
   char value[kValueLength];
   if (Saving()) {
     const size_t length = std::min(std::strlen(buffer), sizeof(value) - 1);

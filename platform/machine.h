@@ -160,8 +160,10 @@ class Machine {
 
   // ---- drives ----
   // The host's file for a Windows path: letter case ignored part by part, C: below the state
-  // directory, Z: the host's root, a relative path below the current directory, a bare "X:" its
-  // root. Missing parts keep the case given.
+  // directory, Z: the host's root. A path that begins with a separator is on C:. A relative path
+  // starts at the current directory, at first that of the host's process; with a drive in front of
+  // it at the drive's root, unless the current directory is on that drive. ".." stops at the root.
+  // Missing parts keep the case given.
   std::filesystem::path HostPath(std::u16string_view windowsPath) const;
   // The Windows path of a host file (C: when below it, else Z:).
   std::u16string WindowsPath(const std::filesystem::path& hostPath) const;
@@ -228,7 +230,8 @@ class Machine {
       std::vector<std::u16string> families);  // replaces the system's own (fontconfig)
   std::vector<std::u16string> InstalledFontFamilies() const;
 
-  // The desktop of the thread that runs modal loops; created on first use.
+  // The windows of the calling thread and its user; created on first use. Threads that show sheets
+  // at the same time have one each.
   Desk& desk();
 
   // Version resource of a file made for the stand-in: writes a small file that GetFileVersionInfoW

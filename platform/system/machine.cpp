@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cerrno>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/desk.h"
 #include "platform/system/font_families.h"
@@ -124,7 +125,7 @@ Machine::Machine() = default;
 Machine::~Machine() {
   if (impl_ != nullptr) {
     // A module's detach and a window's end still find their own computer.
-    impl_->desk.reset();
+    std::exchange(impl_->desks, {}).clear();
     impl_->modules.UnloadAll();
   }
   Leave(this);
@@ -226,8 +227,9 @@ std::vector<std::u16string> Machine::InstalledFontFamilies() const {
 
 Desk& Machine::desk() {
   const std::lock_guard lock(impl_->mutex);
-  if (impl_->desk == nullptr) impl_->desk = std::make_unique<Desk>();
-  return *impl_->desk;
+  std::unique_ptr<Desk>& desk = impl_->desks[std::this_thread::get_id()];
+  if (desk == nullptr) desk = std::make_unique<Desk>();
+  return *desk;
 }
 
 }  // namespace platform

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/desk.h"
@@ -64,6 +65,7 @@ struct Machine::Impl {
   std::shared_ptr<const StoredPrinter> FindPrinter(std::u16string_view name);
   std::shared_ptr<const StoredPrinter> FindPrinter(const PrinterHandle& handle);
   bool DropPrinter(std::u16string_view name);
+  std::filesystem::path CurrentFolder();
 
   std::filesystem::path state;  // the drives' folders lie in it
   bool temporary;
@@ -75,10 +77,12 @@ struct Machine::Impl {
 
   std::mutex mutex;  // guards what follows
   std::shared_ptr<const Known> known;
+  // What SetCurrentDirectoryW has chosen; empty: the directory of the host's process.
+  std::filesystem::path currentFolder;
   std::vector<Broadcast> broadcasts;
   std::vector<ShellCall> shellCalls;
   std::optional<std::vector<std::u16string>> fonts;  // nothing: not asked for yet
-  std::unique_ptr<Desk> desk;
+  std::map<std::thread::id, std::unique_ptr<Desk>> desks;
 
   // Process-wide counts when the computer was made.
   int heapsBefore = 0;

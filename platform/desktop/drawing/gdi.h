@@ -12,7 +12,8 @@
 
 namespace platform {
 
-// Objects made (pens, fonts, bitmaps) and not deleted; stock objects do not count.
+// Objects that the calling thread has made (pens, fonts, bitmaps) and not deleted; stock objects do
+// not count.
 int LiveGdiObjects();
 // Contexts got from GetDC or CreateCompatibleDC and not given back.
 int LiveDcs();
@@ -58,8 +59,8 @@ struct Dc {
   std::vector<DcState> saved;
 };
 
-// All live objects and contexts. Handles are numbers that are never used again, so a stale handle
-// is always recognised. Only the thread that shows windows draws.
+// The live objects and contexts of one thread: each draws in its own windows. Handles are numbers
+// that are never used again, so that a stale handle is always recognised.
 struct ObjectStore {
   std::unordered_map<HGDIOBJ, Object> objects;
   std::unordered_map<HDC, Dc> contexts;

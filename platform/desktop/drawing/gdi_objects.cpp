@@ -13,7 +13,7 @@ namespace platform {
 namespace gdi {
 
 ObjectStore& ObjectStore::Get() {
-  static ObjectStore store;
+  static thread_local ObjectStore store;
   return store;
 }
 

@@ -5,6 +5,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
 
 #include "platform/desktop/libraries/sheet.h"
 #include "platform/machine.h"
@@ -49,15 +50,15 @@ class CommonSheet {
   std::vector<Entry> entries_;
 };
 
-// The sheets that are open, in a nest of modal windows.
+// The sheets that the calling thread has open, in a nest of modal windows.
 std::vector<std::pair<HANDLE, CommonSheet*>>& Sheets() {
-  static std::vector<std::pair<HANDLE, CommonSheet*>> sheets;
+  static thread_local std::vector<std::pair<HANDLE, CommonSheet*>> sheets;
   return sheets;
 }
 
 // Handles are never used twice.
 LONG_PTR CommonSheet::NextHandle() {
-  static LONG_PTR next = 0x00640001;
+  static std::atomic<LONG_PTR> next = 0x00640001;
   return next += 2;
 }
 

@@ -19,8 +19,9 @@ constexpr int kMargin = 11;  // pixels around the pages
 constexpr int kTabHeight = 24;
 constexpr int kButtonsHeight = 46;
 
+// The pages of the calling thread; a sheet runs on the thread that made its pages.
 std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>>& Pages() {
-  static std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>> pages;
+  static thread_local std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>> pages;
   return pages;
 }
 

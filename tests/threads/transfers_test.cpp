@@ -1,0 +1,89 @@
+// Backup transfers and file dialogs of several sheets in one process, one thread each.
+#include <thread>
+
+#include "resources/resource.h"
+#include "tests/files/backup_fixture.h"
+
+namespace kestrel::test {
+namespace {
+
+using support::Click;
+using support::ExpectText;
+using support::Replace;
+using support::Steps;
+
+constexpr char16_t kFirst[] = u"C:\\data\\first.ini";
+constexpr char16_t kSecond[] = u"C:\\data\\second.ini";
+
+class Transfers : public BackupTest {
+ protected:
+  // Shows the user defaults on the utility page, on the calling thread, and closes them with OK.
+  support::SheetAnswer Sheet(Steps steps) { return Ok(support::kUtilityTab, std::move(steps)); }
+  // A step of one sheet during which another sheet runs from its start to its end.
+  Steps OtherSheet(Steps steps) {
+    return {[=, this](platform::Desk&) { std::thread([=, this] { Sheet(steps); }).join(); }};
+  }
+};
+
+TEST_F(Transfers, SaveDuringAnotherSheetsLoadTouchesOnlyItsOwnFile) {
+  Keep(block_);
+  ASSERT_TRUE(Save(kSecond));
+  const std::string second = Bytes(kSecond);
+  std::filesystem::remove(machine().HostPath(kSecond));
+  fonts_.DecoFontNum = 1;
+  block_.Record.Private.nTSMode = 1;
+  ASSERT_TRUE(Save(kFirst));
+  const std::string first = Bytes(kFirst);
+
+  const Steps save = {Replace(IDC_UTILITY_SAVE_NAME, kSecond), Click(IDC_UTILITY_SAVE),
+                      Click(IDOK)};
+  const auto warned = [](platform::Desk& desk) {
+    EXPECT_TRUE(desk.MessageText().starts_with(u"読み込んだクリエイトフォント名"));
+  };
+  const auto loaded = Sheet({Replace(IDC_UTILITY_LOAD_NAME, kFirst), Click(IDC_UTILITY_LOAD),
+                             warned, OtherSheet(save), Click(IDOK), Click(IDOK)});
+  EXPECT_EQ(loaded.record.Private.nTSMode, 1) << "SYNC is read after the message";
+  EXPECT_EQ(Bytes(kFirst), first);
+  EXPECT_EQ(Bytes(kSecond), second);
+}
+
+TEST_F(Transfers, FileDialogDuringAnotherSheetsFileDialogLeavesItsChoice) {
+  Keep(block_);
+  constexpr int kName = 1148;  // the file dialog's name field
+  const Steps cancel = {Click(IDC_UTILITY_LOAD_BROWSE), Click(IDCANCEL)};
+  Sheet({Click(IDC_UTILITY_SAVE_BROWSE), Replace(kName, u"chosen"), OtherSheet(cancel), Click(IDOK),
+         ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\chosen.ini")});
+}
+
+// Each file holds what its own thread saved, whatever the other writes meanwhile.
+TEST_F(Transfers, ConcurrentSavesKeepTheirSettingsApart) {
+  constexpr int kRounds = 3;
+  struct Saver {
+    const char16_t* file;
+    DriverSettingsBlock block;
+    std::string expected;
+  } savers[] = {{kFirst, block_, {}}, {kSecond, block_, {}}};
+  savers[1].block.Record.Private.nPrintSpeed = 2;
+  savers[1].block.Printer.PaperNum = 0;
+  const auto save = [](Saver& saver) {
+    FontStore fonts = {};
+    return BackupFileTransfer(nullptr, saver.file, {saver.block, fonts, kPrinter},
+                              TransferDirection::kSave, BACKUP_ALL);
+  };
+  for (Saver& saver : savers) {
+    ASSERT_TRUE(save(saver));
+    saver.expected = Bytes(saver.file);
+  }
+  int damaged = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    for (const Saver& saver : savers) std::filesystem::remove(machine().HostPath(saver.file));
+    std::thread other([&] { EXPECT_TRUE(save(savers[1])); });
+    EXPECT_TRUE(save(savers[0]));
+    other.join();
+    for (const Saver& saver : savers) damaged += Bytes(saver.file) != saver.expected;
+  }
+  EXPECT_EQ(damaged, 0);
+}
+
+}  // namespace
+}  // namespace kestrel::test
