@@ -11,6 +11,10 @@ namespace {
 constexpr WCHAR kSyncPrint[] = TEXT("SyncPrint");
 constexpr int kKeyLength = 512;
 
+bool IsConnection(const WCHAR* printerName) {
+  return printerName != nullptr && printerName[0] == '\\' && printerName[1] == '\\';
+}
+
 // The name of a printer connection, \\server\printer, holds what separates keys: it stands as one
 // key, with commas, as the system itself names connections (",,server,printer").
 void PrinterKey(WCHAR (&key)[kKeyLength], const WCHAR* printerName) {
@@ -36,14 +40,19 @@ DWORD ReadSyncPrint(const WCHAR* printerName) {
   return result == ERROR_SUCCESS && type == REG_DWORD && size == sizeof(value) ? value : 0;
 }
 
+// The spooler takes each key below "Printers" for a local printer, so the key of a connection is
+// never created.
 void WriteSyncPrint(const WCHAR* printerName, bool on) {
+  constexpr REGSAM kAccess = KEY_READ | KEY_WRITE;
   WCHAR name[kKeyLength];
   PrinterKey(name, printerName);
   HKEY opened = nullptr;
-  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, name, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                      KEY_READ | KEY_WRITE, nullptr, &opened, nullptr) != ERROR_SUCCESS) {
-    return;
-  }
+  const LONG result =
+      IsConnection(printerName)
+          ? RegOpenKeyExW(HKEY_LOCAL_MACHINE, name, 0, kAccess, &opened)
+          : RegCreateKeyExW(HKEY_LOCAL_MACHINE, name, 0, nullptr, REG_OPTION_NON_VOLATILE, kAccess,
+                            nullptr, &opened, nullptr);
+  if (result != ERROR_SUCCESS) return;
   const RegistryKey key(opened);
   const DWORD value = on ? 1 : 0;
   RegSetValueExW(key.get(), kSyncPrint, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),

@@ -71,10 +71,19 @@ TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
   machine().SetAdministrator(false);
   Leave({ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, false),
          ExpectEnabled({IDC_OPERATION_COMPULSORY})});
-  // The name of a printer connection holds what separates keys.
-  WriteSyncPrint(u"\\\\server\\printer", true);
-  EXPECT_TRUE(machine().Registry(kPrinters + u",,server,printer\\PrinterDriverData", u"SyncPrint"));
-  EXPECT_EQ(ReadSyncPrint(u"\\\\server\\printer"), 1u);
+}
+
+// The spooler looks for local printers below "Printers".
+TEST_F(OperationPage, KeyOfAConnectionIsWrittenButNotCreated) {
+  constexpr char16_t kConnection[] = u"\\\\server\\printer";
+  const std::u16string key = kPrinters + u",,server,printer\\PrinterDriverData";
+  WriteSyncPrint(kConnection, true);
+  HKEY opened = nullptr;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, &opened),
+            LSTATUS{ERROR_FILE_NOT_FOUND});
+  machine().SetRegistry(key, u"SyncPrint", {REG_DWORD, BytesOf(DWORD{0})});
+  WriteSyncPrint(kConnection, true);
+  EXPECT_EQ(ReadSyncPrint(kConnection), 1u);
 }
 
 // Stored are the choices of the lists and switches, and what stands for absent controls.
