@@ -47,7 +47,9 @@ bool IsPrintersFolder(const DOCUMENTPROPERTYHEADER& header) {
   }
   WCHAR running[MAX_PATH] = {};
   WCHAR explorer[MAX_PATH] = {};
-  if (GetModuleFileNameW(nullptr, running, MAX_PATH) == 0) return false;
+  // Windows 2000 and XP do not terminate a truncated path and return the buffer's size.
+  const DWORD length = GetModuleFileNameW(nullptr, running, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return false;
   if (GetWindowsDirectoryW(explorer, MAX_PATH) == 0) return false;
   AppendText(explorer, TEXT("\\explorer.exe"));
   return SameTextIgnoringCase(running, explorer);

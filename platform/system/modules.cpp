@@ -121,7 +121,10 @@ const Machine::EntryPoints* ModuleTable::Find(std::u16string_view name,
     module.file = place;
     return nullptr;
   }
-  return FindBuiltIn(fileName);
+  // The system's own libraries are in its directory and nowhere else.
+  const std::u16string_view folder = name.substr(0, name.size() - fileName.size());
+  const std::u16string system = Machine::Current().systemDirectory() + u'\\';
+  return folder.empty() || EqualIgnoringCase(folder, system) ? FindBuiltIn(fileName) : nullptr;
 }
 
 HMODULE ModuleTable::Load(std::u16string_view given) {
@@ -237,7 +240,10 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
   return entry;
 }
 
+// A path that does not fit is truncated, and size returned: from Windows Vista on with a terminator
+// and an error, before without either.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
+  constexpr DWORD kVista = 6;
   Machine& machine = Machine::Current();
   const std::u16string path =
       module == nullptr ? machine.executablePath() : machine.impl().modules.Path(module);
@@ -245,8 +251,15 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
     SetLastError(path.empty() ? ERROR_MOD_NOT_FOUND : ERROR_INSUFFICIENT_BUFFER);
     return 0;
   }
+  if (path.size() < size) {
+    CopyTerminated(path, fileName, size);
+    return static_cast<DWORD>(path.size());
+  }
+  if (machine.os().major < kVista) {
+    std::copy_n(path.data(), size, fileName);
+    return size;
+  }
   CopyTerminated(path, fileName, size);
-  if (path.size() < size) return static_cast<DWORD>(path.size());
   SetLastError(ERROR_INSUFFICIENT_BUFFER);
   return size;
 }

@@ -148,6 +148,17 @@ TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
   EXPECT_EQ(Ask(PROPSHEETUI_REASON_DESTROY), -1);
 }
 
+// Windows 2000 does not terminate a path that fills the buffer.
+TEST_F(PropertySheets, ProgramWithALongPathIsNotThePrintersFolder) {
+  machine().SetOs({.major = 5});
+  machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + std::u16string(300, u'e'));
+  document.pdmOut = document.pdmIn;
+  document.cbOut = 0;
+  ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+  EXPECT_EQ(session().mode, kDocumentSession);
+  EXPECT_EQ(End(), 1);
+}
+
 // golden/ways.txt tells of ways to ask for a sheet what each comes to.
 TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
   SettingsRecord input = {};
