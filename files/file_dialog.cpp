@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "driver/handles.h"
 #include "driver/libraries.h"
 #include "driver/text.h"
 #include "resources/resource.h"
@@ -16,6 +17,16 @@ namespace {
 using FileTitleProc = short(WINAPI*)(LPCWSTR name, LPWSTR title, WORD length);
 using FileNameProc = BOOL(WINAPI*)(OPENFILENAMEW* dialog);
 
+// The length of a name's folder with its separator; 0 for a bare file name.
+int FolderLength(const WCHAR* name) {
+  int length = TextLength(name);
+  while (length > 0 && name[length - 1] != '\\' && name[length - 1] != '/' &&
+         name[length - 1] != ':') {
+    --length;
+  }
+  return length;
+}
+
 Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
 bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
@@ -25,25 +36,47 @@ bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTit
   return false;
 }
 
-// Where a dialog starts: the title of the current name, and its folder.
+// File name and folder that a dialog starts with.
 struct StartPlace {
   WCHAR file[kBackupNameLength];
   WCHAR folder[kBackupNameLength];
 };
 
+// Splits the current name behind its last separator. The title from the platform only tells whether
+// the name is valid: it lacks the extension when the user's preference hides extensions.
 void FindStart(StartPlace& start, const Module& library, const WCHAR* name) {
   start = {};
   if (IsBlankText(name)) return;
+  const int folderLength = FolderLength(name);
   WCHAR title[kFileTitleLength];
-  TitleFrom(library, name, title);
-  CopyText(start.file, title);
-  const int folder = TextLength(name) - TextLength(title);
-  if (folder >= 1) {
-    CopyText(start.folder, static_cast<size_t>(folder) + 1, name);
+  if (TitleFrom(library, name, title)) CopyText(start.file, name + folderLength);
+  if (folderLength >= 1) {
+    CopyField(start.folder, kBackupNameLength, name, static_cast<size_t>(folderLength));
   } else {
     GetSystemDirectoryW(start.folder, kBackupNameLength);
   }
 }
+
+// The process's current directory, which a file dialog may change: OFN_NOCHANGEDIR has no effect in
+// GetOpenFileNameW. Restored at the end of the scope.
+class CurrentDirectoryScope {
+ public:
+  CurrentDirectoryScope() {
+    const DWORD size = GetCurrentDirectoryW(0, nullptr);
+    if (size == 0) return;
+    directory_ = HeapBlock<WCHAR>(size * sizeof(WCHAR));
+    // Another thread may have changed to a longer one meanwhile.
+    if (directory_ && GetCurrentDirectoryW(size, directory_.get()) >= size) directory_ = {};
+  }
+  ~CurrentDirectoryScope() {
+    if (directory_) SetCurrentDirectoryW(directory_.get());
+  }
+  CurrentDirectoryScope(const CurrentDirectoryScope&) = delete;
+  CurrentDirectoryScope& operator=(const CurrentDirectoryScope&) = delete;
+
+ private:
+  HeapBlock<WCHAR> directory_;
+};
 
 // The text's last character stands for the terminators that a filter has between its parts.
 void MakeFilter(WCHAR (&filter)[kMessageLength]) {
@@ -85,6 +118,7 @@ bool BrowseBackupFile(HWND owner, WCHAR (&name)[kBackupNameLength], TransferDire
                       : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
   const auto choose =
       EntryPoint<FileNameProc>(library.get(), save ? "GetSaveFileNameW" : "GetOpenFileNameW");
+  const CurrentDirectoryScope directory;
   const bool chosen = choose != nullptr && choose(&dialog);
   if (chosen) CopyText(name, start.file);
   return chosen;

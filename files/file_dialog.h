@@ -11,12 +11,14 @@ namespace kestrel {
 
 constexpr WORD kFileTitleLength = 64;  // units, terminator included
 
-// The part of a name behind its folder (GetFileTitleW). False for what is no file name, and for a
-// title that does not fit.
+// The title of a name as the platform displays it, without the extension when the user's preference
+// hides extensions (GetFileTitleW). Returns false for an invalid file name and for a title that
+// does not fit.
 bool FileTitle(const WCHAR* name, WCHAR (&title)[kFileTitleLength]);
 
-// Lets the user choose a backup file to save to or to load from, starting from the name as it
-// stands; a chosen file's full path becomes the name. False, and nothing changed, otherwise.
+// Lets the user choose a backup file to save to or to load from, starting with the folder and the
+// file name of the current name; a chosen file's full path becomes the name. Returns false, and
+// changes nothing, otherwise. The process's current directory is the same afterwards.
 bool BrowseBackupFile(HWND owner, WCHAR (&name)[kBackupNameLength], TransferDirection direction);
 
 }  // namespace kestrel

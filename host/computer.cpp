@@ -23,6 +23,10 @@ constexpr Option kMachineOptions[] = {
     {"--administrator", 1, "yes|no", "whether the person at the desk is an administrator"},
     {"--high-contrast", 1, "yes|no", "whether the user's colours are light text on black"},
     {"--permission", 2, "NAME yes|no", "whether the user may change a printer's settings"},
+    {"--ansi-page", 1, "932|936|949|1252|65001", "the ANSI code page of applications"},
+    {"--code-page-932", 1, "yes|no",
+     "whether page 932 is installed; as the ANSI page it always is"},
+    {"--hide-extensions", 1, "yes|no", "whether file names are displayed without extensions"},
     kJsonOption};
 constexpr Option kDeviceOptions[] = {
     {"--mode", 1, "tear-off|continuous|peel", "the printer's mode, or any code from 0 to 255"},
@@ -82,6 +86,14 @@ std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
   return static_cast<std::size_t>(std::ranges::find(words, word) - std::begin(words));
 }
 
+UINT ParseAnsiPage(const std::string& text) {
+  constexpr UINT kPages[] = {932, 936, 949, 1252, CP_UTF8};
+  const DWORD page = Number("--ansi-page", text);
+  if (std::ranges::find(kPages, page) == std::end(kPages))
+    throw Failure{kUsage, "--ansi-page takes 932, 936, 949, 1252 or 65001 (UTF-8)"};
+  return page;
+}
+
 // Looks at every option before it changes anything.
 void Change(platform::Machine& machine, const Arguments& arguments) {
   const bool contrast = arguments.Has("--high-contrast");
@@ -100,11 +112,22 @@ void Change(platform::Machine& machine, const Arguments& arguments) {
   const bool light = contrast && YesOrNo("--high-contrast", arguments.Value("--high-contrast"));
   const std::u16string printer = FromUtf8(arguments.Value("--permission"));
   const bool permitted = permission && YesOrNo("--permission", arguments.Value("--permission", 1));
+  const bool page = arguments.Has("--ansi-page");
+  const UINT ansiPage = page ? ParseAnsiPage(arguments.Value("--ansi-page")) : machine.ansiPage();
+  const auto yesOrNo = [&](std::string_view option) {
+    return arguments.Has(option) ? std::optional(YesOrNo(option, arguments.Value(option)))
+                                 : std::nullopt;
+  };
+  const auto installed = yesOrNo("--code-page-932");
+  const auto hidden = yesOrNo("--hide-extensions");
   if (permission) RequirePrinter(machine, printer);
   if (server || controller || arguments.Has("--os")) machine.SetOs(os);
   if (administrator) machine.SetAdministrator(trusted);
   if (contrast) machine.SetHighContrast(light);
   if (permission) machine.SetPermission(printer, permitted, permitted);
+  if (page) machine.SetAnsiPage(ansiPage);
+  if (installed) machine.SetCodePage932(*installed);
+  if (hidden) machine.SetHidesExtensions(*hidden);
 }
 
 int ShowMachine(Call& call) {
@@ -121,6 +144,9 @@ int ShowMachine(Call& call) {
                       {"administrator", call.machine.administrator()},
                       {"highContrast", call.machine.highContrast()},
                       {"permissions", permissions},
+                      {"ansiPage", call.machine.ansiPage()},
+                      {"codePage932", call.machine.codePage932()},
+                      {"hideExtensions", call.machine.hidesExtensions()},
                       {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
                       {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}});
 }

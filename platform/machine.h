@@ -151,6 +151,16 @@ class Machine {
   bool administrator()
       const;  // whether the calling token is a member of the built-in Administrators group
   void SetAdministrator(bool yes);
+  // The ANSI code page of this process (932, 936, 949, 1252 or 65001) and whether code page 932 is
+  // installed; when it is the ANSI page it always is. A process learns both when it starts: other
+  // processes keep theirs. Throws std::invalid_argument for another page.
+  UINT ansiPage() const;
+  void SetAnsiPage(UINT page);
+  bool codePage932() const;
+  void SetCodePage932(bool installed);
+  // Whether file names are displayed without their extensions, as the user prefers.
+  bool hidesExtensions() const;
+  void SetHidesExtensions(bool yes);
   std::u16string executablePath()
       const;  // GetModuleFileNameW(NULL); default C:\WINDOWS\system32\app.exe
   void SetExecutablePath(std::u16string path);

@@ -29,6 +29,8 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
 // ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size);
+DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR directory);
+BOOL WINAPI SetCurrentDirectoryW(LPCWSTR directory);
 
 // ---- profile files ----
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,

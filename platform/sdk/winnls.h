@@ -4,6 +4,7 @@
 #include <windef.h>
 
 constexpr UINT CP_ACP = 0;
+constexpr UINT CP_UTF8 = 65001;
 
 constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x00000400;
 

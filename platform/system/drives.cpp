@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/system/files.h"
+#include "platform/system/last_error.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -29,18 +30,28 @@ fs::path EntryOf(const fs::path& folder, std::u16string_view part) {
   return exact;
 }
 
-// The parts of a path without a drive; "..", never above the first.
-std::vector<std::u16string_view> PartsOf(std::u16string_view path) {
-  std::vector<std::u16string_view> parts;
+// A path without its drive, "." and ".." resolved: how many folders it climbs first, then its
+// parts.
+struct Parts {
+  size_t climbs = 0;
+  std::vector<std::u16string_view> names;
+};
+
+Parts PartsOf(std::u16string_view path) {
+  Parts parts;
   while (!path.empty()) {
     size_t end = 0;
     while (end < path.size() && !IsSlash(path[end])) ++end;
     const std::u16string_view part = path.substr(0, end);
     path.remove_prefix(end < path.size() ? end + 1 : end);
     if (part == u"..") {
-      if (!parts.empty()) parts.pop_back();
+      if (parts.names.empty()) {
+        ++parts.climbs;
+      } else {
+        parts.names.pop_back();
+      }
     } else if (!part.empty() && part != u".") {
-      parts.push_back(part);
+      parts.names.push_back(part);
     }
   }
   return parts;
@@ -75,20 +86,30 @@ fs::path DriveFolder(const fs::path& state, char16_t drive) {
 
 fs::path Machine::HostPath(std::u16string_view path) const {
   path = path.substr(0, path.find(u'\0'));
+  const bool hasDrive = path.size() >= 2 && IsLetter(path[0]) && path[1] == u':';
+  const std::u16string_view below = path.substr(hasDrive ? 2 : 0);
+  const bool rooted = !below.empty() && IsSlash(below[0]);
+  const Parts parts = PartsOf(below);
   fs::path host;
-  if (path.size() >= 2 && IsLetter(path[0]) && path[1] == u':') {
-    host = DriveFolder(impl_->state, path[0]);
-    path.remove_prefix(2);
-  } else if (path.size() >= 2 && IsSlash(path[0]) && IsSlash(path[1])) {
+  if (path.size() >= 2 && IsSlash(path[0]) && IsSlash(path[1])) {
     host = impl_->state / "network";  // other computers: there are none
-  } else if (!path.empty() && IsSlash(path[0])) {
-    host = DriveFolder(impl_->state, u'C');
+  } else if (rooted) {
+    host = DriveFolder(impl_->state, hasDrive ? path[0] : u'C');
   } else {
-    std::error_code failed;
-    host = fs::current_path(failed);
+    host = impl_->CurrentFolder();
+    const char16_t drive = WindowsPath(host)[0];
+    const fs::path root = DriveFolder(impl_->state, hasDrive ? path[0] : drive);
+    if (hasDrive && FoldUnit(path[0]) != drive) host = root;
+    for (size_t i = 0; i < parts.climbs && host != root; ++i) host = host.parent_path();
   }
-  for (const std::u16string_view part : PartsOf(path)) host = EntryOf(host, part);
+  for (const std::u16string_view name : parts.names) host = EntryOf(host, name);
   return host;
+}
+
+fs::path Machine::Impl::CurrentFolder() {
+  std::error_code failed;
+  const std::lock_guard lock(mutex);
+  return currentFolder.empty() ? fs::current_path(failed) : currentFolder;
 }
 
 std::u16string Machine::WindowsPath(const fs::path& hostPath) const {
@@ -138,6 +159,24 @@ UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
 }
 
 }  // namespace
+
+// The size that it needs when the buffer is too small, as documented, and nothing written.
+DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR directory) {
+  Machine& machine = Machine::Current();
+  return AnswerDirectory(machine.WindowsPath(machine.impl().CurrentFolder()), directory, size);
+}
+
+BOOL WINAPI SetCurrentDirectoryW(LPCWSTR directory) {
+  if (View(directory).empty()) return Fail(ERROR_INVALID_PARAMETER);
+  Machine& machine = Machine::Current();
+  const fs::path folder = machine.HostPath(directory);
+  std::error_code failed;
+  if (!fs::exists(folder, failed)) return Fail(ERROR_FILE_NOT_FOUND);
+  if (!fs::is_directory(folder, failed)) return Fail(ERROR_DIRECTORY);
+  const std::lock_guard lock(machine.impl().mutex);
+  machine.impl().currentFolder = folder;
+  return TRUE;
+}
 
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size) {
   return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);

@@ -146,6 +146,7 @@ std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
   } catch (const std::exception& reason) {
     throw Unusable(state, std::string("cannot be used: ") + reason.what());
   }
+  machine->impl_->LearnCodePages();
   Enter(machine.get());
   return machine;
 }

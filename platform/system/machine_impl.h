@@ -1,6 +1,7 @@
 // What stands behind Machine.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -26,6 +27,9 @@ struct Facts {
   bool registryWritable = true;
   std::u16string executablePath = u"C:\\WINDOWS\\system32\\app.exe";
   bool highContrast = false;
+  UINT ansiPage = 932;
+  bool codePage932 = true;
+  bool hideExtensions = true;
 };
 
 // One printer and the number that stays its own as long as it exists.
@@ -65,6 +69,8 @@ struct Machine::Impl {
   std::shared_ptr<const StoredPrinter> FindPrinter(std::u16string_view name);
   std::shared_ptr<const StoredPrinter> FindPrinter(const PrinterHandle& handle);
   bool DropPrinter(std::u16string_view name);
+  // Learns the code pages, as a process does when it starts.
+  void LearnCodePages();
   std::filesystem::path CurrentFolder();
 
   std::filesystem::path state;  // the drives' folders lie in it
@@ -74,6 +80,8 @@ struct Machine::Impl {
   HandleTable<HKEY, RegistryHandle> registryHandles;
   ModuleTable modules;
   ProfileCache profiles;
+  std::atomic<UINT> ansiPage = 932;
+  std::atomic<bool> codePage932 = true;
 
   std::mutex mutex;  // guards what follows
   std::shared_ptr<const Known> known;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "platform/system/codepage.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -23,7 +24,7 @@ auto PartsOf(auto& facts) {
   return std::tie(facts.administrator, facts.executablePath, facts.os.major, facts.os.minor,
                   facts.os.platformId, facts.os.productType, facts.os.servicePack,
                   facts.os.verifies, facts.registryReadable, facts.registryWritable,
-                  facts.highContrast);
+                  facts.highContrast, facts.ansiPage, facts.codePage932, facts.hideExtensions);
 }
 auto PrinterParts(auto& id, auto& setup) {
   return std::tie(id, setup.driverName, setup.portName, setup.printProcessor, setup.helpFile,
@@ -134,6 +135,35 @@ void Machine::SetAdministrator(bool yes) {
 bool Machine::highContrast() const { return impl_->ReadKnown()->facts.highContrast; }
 void Machine::SetHighContrast(bool yes) {
   impl_->ChangeFacts([yes](Facts& facts) { facts.highContrast = yes; });
+}
+
+void Machine::Impl::LearnCodePages() {
+  const Facts facts = ReadKnown()->facts;
+  ansiPage = CodePage::Find(facts.ansiPage) != nullptr ? facts.ansiPage : Facts().ansiPage;
+  codePage932 = facts.codePage932;
+  // A file that was read under another page is read anew.
+  const std::lock_guard lock(profiles.mutex);
+  profiles.Forget();
+}
+
+UINT Machine::ansiPage() const { return impl_->ReadKnown()->facts.ansiPage; }
+void Machine::SetAnsiPage(UINT page) {
+  if (CodePage::Find(page) == nullptr) throw std::invalid_argument("no such code page");
+  impl_->ChangeFacts([page](Facts& facts) { facts.ansiPage = page; });
+  impl_->LearnCodePages();
+}
+bool Machine::codePage932() const {
+  const auto known = impl_->ReadKnown();
+  return known->facts.codePage932 || known->facts.ansiPage == 932;
+}
+void Machine::SetCodePage932(bool installed) {
+  impl_->ChangeFacts([installed](Facts& facts) { facts.codePage932 = installed; });
+  impl_->LearnCodePages();
+}
+
+bool Machine::hidesExtensions() const { return impl_->ReadKnown()->facts.hideExtensions; }
+void Machine::SetHidesExtensions(bool yes) {
+  impl_->ChangeFacts([yes](Facts& facts) { facts.hideExtensions = yes; });
 }
 
 std::u16string Machine::executablePath() const { return impl_->ReadKnown()->facts.executablePath; }

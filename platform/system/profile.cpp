@@ -1,11 +1,12 @@
-// The profile-file functions: reading in the byte form (code page 932) and in UTF-16, writing
-// in the byte form.
+// The profile-file functions: reading in the byte form (ANSI code page) and in UTF-16, writing in
+// the byte form.
 #include "platform/system/profile.h"
 
 #include <algorithm>
 #include <cstring>
 #include <optional>
 
+#include "platform/system/codepage.h"
 #include "platform/system/machine_impl.h"
 #include "platform/system/text.h"
 
@@ -18,32 +19,36 @@ using Encoding = ProfileDocument::Encoding;
 // What differs between the two forms: how a caller's texts become those of a document and back.
 struct ByteForm {
   using Char = char;
-  static std::u16string Path(const char* path) { return FromCp932(path); }
+  static std::u16string Path(const char* path) { return AnsiPage().Decode(path); }
+  // All texts pass through UTF-16 on their way, which bytes without a meaning in the ANSI code page
+  // do not survive.
+  static std::string Converted(std::string text) {
+    const bool ascii = std::all_of(text.begin(), text.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return ascii ? text : AnsiPage().Encode(AnsiPage().Decode(text));
+  }
   static std::optional<std::string> In(const char* text, Encoding encoding) {
-    return encoding == Encoding::kCp932 ? std::string(text) : ToUtf8(FromCp932(text));
+    return encoding == Encoding::kAnsi ? Converted(text) : ToUtf8(AnsiPage().Decode(text));
   }
   static std::string Out(std::string text, Encoding encoding) {
-    return encoding == Encoding::kCp932 ? text : ToCp932(ToUtf16(text));
+    return encoding == Encoding::kAnsi ? Converted(std::move(text))
+                                       : AnsiPage().Encode(ToUtf16(text));
   }
-  static size_t Whole(const std::string& text, size_t limit) { return WholeCp932(text, limit); }
 };
 
 struct WideForm {
   using Char = WCHAR;
   static std::u16string Path(const WCHAR* path) { return path; }
-  // Nothing when a document in code page 932 cannot hold the text.
+  // Nothing when a document in the ANSI code page cannot hold the text.
   static std::optional<std::string> In(const WCHAR* text, Encoding encoding) {
-    if (encoding != Encoding::kCp932) return ToUtf8(text);
-    bool lossless = true;
-    std::string bytes = ToCp932(text, &lossless);
-    if (!lossless) return std::nullopt;
+    if (encoding != Encoding::kAnsi) return ToUtf8(text);
+    bool lossy = false;
+    std::string bytes = AnsiPage().Encode(text, '?', true, &lossy);
+    if (lossy) return std::nullopt;
     return bytes;
   }
   static std::u16string Out(const std::string& text, Encoding encoding) {
-    return encoding == Encoding::kCp932 ? FromCp932(text) : ToUtf16(text);
-  }
-  static size_t Whole(const std::u16string& text, size_t limit) {
-    return std::min(text.size(), limit);
+    return encoding == Encoding::kAnsi ? AnsiPage().Decode(text) : ToUtf16(text);
   }
 };
 
@@ -94,7 +99,8 @@ DWORD Get(const typename Form::Char* section, const typename Form::Char* key,
   // A value ends at its first NUL; a list has one more behind its last, also when it is cut.
   if (key != nullptr) text->resize(std::min(text->size(), text->find(typename Form::Char{0})));
   const DWORD ends = key == nullptr && text->size() >= size ? 2 : 1;
-  const size_t count = size < ends ? 0 : Form::Whole(*text, size - ends);
+  // As documented the size less 1 or 2 is returned then, though that halves a character.
+  const size_t count = size < ends ? 0 : std::min<size_t>(text->size(), size - ends);
   std::copy_n(text->data(), count, out);
   std::fill(out + count, out + std::min<size_t>(size, count + ends), typename Form::Char{0});
   return static_cast<DWORD>(count);
@@ -138,7 +144,7 @@ BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value,
   Machine& machine = Machine::Current();
   DWORD error = ERROR_ACCESS_DENIED;
   if (!machine.faults.Strike(Fault::kFile)) {
-    const std::u16string path = FullPath(machine, FromCp932(fileName));
+    const std::u16string path = FullPath(machine, ByteForm::Path(fileName));
     ProfileCache& cache = machine.impl().profiles;
     const std::lock_guard lock(cache.mutex);
     if (const auto held = cache.held.find(path); held != cache.held.end()) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/system/codepage.h"
 #include "platform/system/text.h"
 
 namespace platform {
@@ -95,7 +96,7 @@ std::optional<std::string> ProfileDocument::SectionName(std::string_view text) c
   text.remove_prefix(1);
   for (size_t i = 0; i < text.size(); ++i) {
     if (text[i] == ']') return std::string(Trimmed(text.substr(0, i)));
-    if (encoding_ == Encoding::kCp932 && IsCp932Lead(static_cast<unsigned char>(text[i]))) ++i;
+    if (encoding_ == Encoding::kAnsi && AnsiPage().IsLead(static_cast<unsigned char>(text[i]))) ++i;
   }
   return std::string(Trimmed(text));
 }

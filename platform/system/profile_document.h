@@ -14,9 +14,9 @@ namespace platform {
 
 class ProfileDocument {
  public:
-  // How the file's text is stored: in the system's code page, or as UTF-16 behind its mark. Inside,
-  // texts are bytes: of code page 932 for the first, of UTF-8 for the second.
-  enum class Encoding { kCp932, kUtf16 };
+  // How the file's text is stored: in the ANSI code page, or as UTF-16 behind its mark. Inside,
+  // texts are bytes: of the ANSI code page for the first, of UTF-8 for the second.
+  enum class Encoding { kAnsi, kUtf16 };
 
   static ProfileDocument Parse(std::string_view fileBytes);
   std::string FileBytes() const;
@@ -51,7 +51,7 @@ class ProfileDocument {
   const Section* Find(std::string_view name) const;
   Section& Obtain(const std::string& name);
 
-  Encoding encoding_ = Encoding::kCp932;
+  Encoding encoding_ = Encoding::kAnsi;
   std::string oddByte_;  // half a unit at the end of a UTF-16 file
   // The first: what lies before any section.
   std::vector<Section> sections_ = std::vector<Section>(1);

@@ -1,4 +1,5 @@
-// Texts of the stand-in: UTF-8 and UTF-16, letter case, code page 932.
+// Texts of the stand-in: UTF-8 and UTF-16, letter case, code page 932. Other code pages are in
+// platform/system/codepage.h.
 #pragma once
 
 #include <windows.h>
@@ -22,9 +23,6 @@ bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 // meaning become U+30FB.
 std::string ToCp932(std::u16string_view text, bool* lossless = nullptr);
 std::u16string FromCp932(std::string_view bytes);
-bool IsCp932Lead(unsigned char byte);
-// How many of the first limit bytes of a text in code page 932 form whole characters.
-size_t WholeCp932(std::string_view bytes, size_t limit);
 
 // A terminated text; empty for NULL.
 std::u16string_view View(LPCWSTR text);

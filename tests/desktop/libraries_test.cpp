@@ -170,6 +170,35 @@ TEST_F(FileDialogTest, SavingAsksBeforeItOverwrites) {
   EXPECT_EQ(Choose({no, Enter(u"new")}, u"a.ini"), u"C:\\data\\new.ini");
 }
 
+TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
+  const struct {
+    const char16_t* path;
+    SHORT hidden, shown;  // what a buffer of 6 units comes to
+    const char16_t* title;
+  } rows[] = {{u"C:\\d\\a.ini", 0, 0, u"a"},
+              {u"C:a.b.i", 0, 0, u"a.b"},
+              {u"/.ini", 0, 0, u".ini"},
+              {u"plain", 0, 0, u"plain"},
+              {u"12345.ini", 0, 10, u"12345"},
+              {u"123456.i", 7, 9, u""},
+              {u"", -1, -1, u""},
+              {u"C:\\d\\", -1, -1, u""},
+              {u"C:", -1, -1, u""},
+              {u"a*.ini", -1, -1, u""},
+              {u"[a].ini", -1, -1, u""},
+              {u"a<.ini", -1, -1, u""},
+              {u"a\x1F.ini", -1, -1, u""}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(std::u16string(row.path)));
+    machine().SetHidesExtensions(true);
+    WCHAR title[6] = {};
+    EXPECT_EQ(GetFileTitleW(row.path, title, 6), row.hidden);
+    EXPECT_EQ(title, std::u16string(row.title));
+    machine().SetHidesExtensions(false);
+    EXPECT_EQ(GetFileTitleW(row.path, title, 6), row.shown);
+  }
+}
+
 TEST_F(MachineTest, HalftoneNumbersAndChoicesComeHomeWhenTheyAreConfirmed) {
   // The k-th row has the field 2101 + k.
   constexpr int kContrast = 2101, kBrightness = 2102, kRed = 2105, kNegative = 2111, kReset = 2400;

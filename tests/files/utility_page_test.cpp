@@ -66,7 +66,7 @@ TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
     refuse(name, u"不正なファイル名です48|");
   // What the platform refuses has no message that tells why.
   refuse(u"C:\\data\\", u"");
-  refuse(std::u16string(60, u'n') + u".ini", u"");
+  refuse(std::u16string(64, u'n') + u".ini", u"");
   EXPECT_EQ(Visit(steps), expected);
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"(none)");
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
@@ -165,7 +165,8 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
   const std::u16string cases[][2] = {{u"C:\\data\\a.ini", u"a.ini, C:\\data\\"},
                                      {u"\\b.ini", u"b.ini, \\"},
                                      {u"b.ini", u"b.ini, C:\\WINDOWS\\system32"},
-                                     {tooLong, u", " + tooLong},
+                                     {u"C:/data/a.b.ini", u"a.b.ini, C:/data/"},
+                                     {tooLong, u", C:\\data\\"},
                                      {u"", u", "},
                                      {u" \u3000", u", "}};
   for (const bool save : {true, false}) {
@@ -183,6 +184,28 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
                picked = u"C:\\表\\chosen.ini";
              },
              Click(browse), ExpectText(field, u"C:\\表\\chosen.ini")});
+    }
+  }
+}
+
+// The dialog starts with the name and its folder whether the user has extensions shown or not, and
+// the host process's current directory stays.
+TEST_F(UtilityPage, BrowseStartsAtTheNameAndRestoresTheCurrentDirectory) {
+  constexpr int kFolder = 1137, kName = 1148;  // the file dialog's controls
+  machine().WriteFile(u"C:\\data\\sub\\b.ini", "");
+  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\WINDOWS"));
+  for (const bool hidden : {true, false}) {
+    machine().SetHidesExtensions(hidden);
+    for (const auto& [name, browse] : {std::pair(IDC_UTILITY_SAVE_NAME, IDC_UTILITY_SAVE_BROWSE),
+                                       {IDC_UTILITY_LOAD_NAME, IDC_UTILITY_LOAD_BROWSE}}) {
+      const Steps start = {Replace(name, kFile), Click(browse), ExpectText(kFolder, u"C:\\data"),
+                           ExpectText(kName, u"a.ini")};
+      const std::u16string file = name == IDC_UTILITY_SAVE_NAME ? u"new.ini" : u"b.ini";
+      const Steps choose = {Replace(kName, u"sub"), Click(IDOK), Replace(kName, file), Click(IDOK)};
+      Visit({start, choose, ExpectText(name, u"C:\\data\\sub\\" + file), start, Click(IDCANCEL)});
+      WCHAR directory[MAX_PATH];
+      GetCurrentDirectoryW(MAX_PATH, directory);
+      EXPECT_EQ(directory, std::u16string(u"C:\\WINDOWS"));
     }
   }
 }

@@ -87,9 +87,11 @@ test("printers, the computer and the device are kept and changed, and go with th
   const second = `${NAME}\\second`;
   pc.done("add", second, "--driver-name", "Someone's");
   assert.deepEqual(pc.json("list").map(({ name, driver }) => [name, driver]), [[NAME, "VELA QM610r"], [second, "Someone's"]]);
-  pc.done("machine", "--os", "6.1", "--server", "--administrator", "no", "--high-contrast", "yes", "--permission", NAME, "no");
-  const { os, product, administrator, highContrast, permissions } = pc.json("machine");
+  pc.done("machine", "--os", "6.1", "--server", "--administrator", "no", "--high-contrast", "yes", "--permission", NAME, "no",
+    "--ansi-page", "65001", "--code-page-932", "no", "--hide-extensions", "no");
+  const { os, product, administrator, highContrast, permissions, ansiPage, codePage932, hideExtensions } = pc.json("machine");
   assert.deepEqual([os, product, administrator, highContrast, permissions], ["6.1", "server", false, true, { [NAME]: false, [second]: true }]);
+  assert.deepEqual([ansiPage, codePage932, hideExtensions], [65001, false, false]);
   assert.match(pc.refused(3, "set-default", NAME, "--in", "none"), /may not be changed; .*--permission/);
   pc.done("machine", "--os", "nt4");
   assert.deepEqual([pc.json("machine").os, pc.json("machine").product], ["nt4", "workstation"]);
@@ -114,7 +116,7 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
   const pc = computer(t, NAME);
   const before = pc.json("machine");
   for (const words of [[], ["nonsense"], ["add"], ["add", ""], ["caps"], ["caps", NAME, "--frob"], ["data", NAME, "a", "b"], ["convert", NAME],
-    ["machine", "--os"], ["machine", "--os", "6."], ["play", NAME, "--in", "-"], ["machine", "--administrator", "perhaps"],
+    ["machine", "--os"], ["machine", "--os", "6."], ["play", NAME, "--in", "-"], ["machine", "--administrator", "perhaps"], ["machine", "--ansi-page", "437"], ["machine", "--code-page-932", "perhaps"],
     ["machine", "--server", "--domain-controller"], ["machine", "--server", "--server"], ["machine", "--server=yes"],
     ["machine", "--os", "5.1", "--permission", NAME, "perhaps"], ["device", NAME, "--density", "300"], ["device", NAME, "--mode", "257"],
     ["device", NAME, "--answer", "maybe"], ["settings", NAME, "--out", "-", "--json"], ["sheet", NAME, "--out", "-"],

@@ -83,6 +83,9 @@ product	server
 administrator	true
 permissions.倉庫 1F,LPT1:	true
 permissions.棚札	true
+ansiPage	932
+codePage932	true
+hideExtensions	true
 windows	STATE/drive_c/WINDOWS
 drivers	STATE/drive_c/WINDOWS/system32/spool/drivers/w32x86
 `,

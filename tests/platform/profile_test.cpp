@@ -66,18 +66,36 @@ TEST_F(Profile, NamesMatchByteForByteAndAnswersAreStrippedAndCut) {
   const struct {
     const char *section, *key, *answer;
     DWORD size = kLarge;
-  } rows[] = {
-      {"one", "key", " a b "},         {"one", "KEY", "x"},         {"one", "empty", ""},
-      {"one", "half", "\"x"},          {"one", "q", "\""},          {"one", "Key", "(none)"},
-      {"One", "key", "(none)"},        {"one", ";off", "(none)"},   {"one", "", "(none)"},
-      {"one", "late", "(none)"},       {"one", "nul", "a"},         {"three", "key", "(none)"},
-      {"one", "key", " a b ", 6},      {"one", "key", " a b", 5},   {"one", "key", "", 1},
-      {"one", "wide", "a\x83\x5C", 5}, {"two", nullptr, "long|k|"}, {"two", nullptr, "long|k|", 8},
-      {"two", nullptr, "long|", 7},    {"two", nullptr, "", 1},     {"none", nullptr, ""}};
+  } rows[] = {{"one", "key", " a b "},      {"one", "KEY", "x"},
+              {"one", "empty", ""},         {"one", "half", "\"x"},
+              {"one", "q", "\""},           {"one", "Key", "(none)"},
+              {"One", "key", "(none)"},     {"one", ";off", "(none)"},
+              {"one", "", "(none)"},        {"one", "late", "(none)"},
+              {"one", "nul", "a"},          {"three", "key", "(none)"},
+              {"one", "key", " a b ", 6},   {"one", "key", " a b", 5},
+              {"one", "key", "", 1},        {"one", "wide", "a\x83\x5C\x83", 5},
+              {"two", nullptr, "long|k|"},  {"two", nullptr, "long|k|", 8},
+              {"two", nullptr, "long|", 7}, {"two", nullptr, "", 1},
+              {"none", nullptr, ""}};
   for (const auto& row : rows) {
     EXPECT_EQ(Get(row.section, row.key, row.size), row.answer)
         << row.section << "/" << (row.key == nullptr ? "keys" : row.key) << " " << row.size;
   }
+}
+
+TEST_F(Profile, ByteFormConvertsByTheAnsiCodePage) {
+  const std::string section = ToCp932(u"印刷"), file = "[" + section + "]\r\nk=" + section + "\r\n";
+  machine_->SetAnsiPage(1252);
+  ASSERT_TRUE(Put(section.c_str(), "k", section.c_str()));
+  EXPECT_EQ(Kept(), file);
+  EXPECT_EQ(Get(section.c_str(), "k"), section);
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "1", ToCp932(u"C:\\表.ini").c_str()))
+      << "its second byte is a separator in that page";
+  machine_->SetAnsiPage(CP_UTF8);
+  EXPECT_EQ(Get(section.c_str(), "k"), "(none)");
+  std::filesystem::remove(file_);
+  ASSERT_TRUE(Put(section.c_str(), "k", "1"));
+  EXPECT_TRUE(Kept().starts_with("[\xEF\xBF\xBD"));
 }
 
 TEST_F(Profile, AWriteChangesItsLineAlone) {

@@ -30,7 +30,8 @@ TEST_F(System, ModulesAreFoundByTheirNamesAndCounted) {
   machine().UnregisterModule(u"QM610rLIB.DLL");
   EXPECT_EQ(GetProcAddress(first, "Entry"), FARPROC{Answer}) << "still loaded";
   EXPECT_TRUE(FreeLibrary(first) && !FreeLibrary(first));
-  EXPECT_EQ(LoadLibraryW(u"QM610rLIB.DLL"), nullptr);
+  for (const char16_t* missing : {u"C:\\anywhere\\comdlg32.dll", u"QM610rLIB.DLL"})
+    EXPECT_EQ(LoadLibraryW(missing), nullptr);
   EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
   FreeLibrary(module_);
   module_ = LoadLibraryW(u"qm610rdrv1");
@@ -100,13 +101,48 @@ TEST(CodePage, ConversionsCountCutAndRefuse) {
   EXPECT_EQ(wide(u"aソ", -1, 2), 0);
   EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
   EXPECT_EQ(out, "a#######") << "no half of a character";
-  EXPECT_EQ(wide(nullptr, 1, 4) + wide(u"a", 1, 8, 1252) + wide(u"a", 0, 4), 0);
+  EXPECT_EQ(wide(nullptr, 1, 4) + wide(u"a", 1, 8, 12345) + wide(u"a", 0, 4), 0);
   EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
   BOOL used = FALSE;
   EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\xD83D\xDE00", 2, out.data(), 8, "_", &used), 2);
   EXPECT_EQ(out.substr(0, 2), "__");
   EXPECT_TRUE(used);
   EXPECT_EQ(MultiByteToWideChar(932, 0, "a\x83\x5C", -1, nullptr, 0), 3);
+}
+
+TEST_F(System, AnsiCodePageIsTheMachinesSetting) {
+  const auto toAnsi = [](const char16_t* text, DWORD flags = 0) {
+    char out[16] = {};
+    SetLastError(0);
+    WideCharToMultiByte(CP_ACP, flags, text, -1, out, 16, nullptr, nullptr);
+    return std::string(out);
+  };
+  EXPECT_EQ(toAnsi(u"\xA5\xE9"), "\\e") << "similar characters, unless they are refused";
+  EXPECT_EQ(toAnsi(u"\xA5\xE9", WC_NO_BEST_FIT_CHARS), "??");
+  machine_->SetAnsiPage(936);
+  EXPECT_EQ(toAnsi(u"用€"), "\xD3\xC3\x80");
+  machine_->SetAnsiPage(949);
+  EXPECT_EQ(toAnsi(u"한用"), "\xC7\xD1\xE9\xC4");
+  machine_->SetAnsiPage(CP_UTF8);
+  EXPECT_EQ(toAnsi(u"用\xD83D"), "\xE7\x94\xA8\xEF\xBF\xBD");
+  EXPECT_EQ(toAnsi(u"a", WC_NO_BEST_FIT_CHARS), "");
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
+  machine_->SetAnsiPage(1252);
+  for (unsigned byte = 1; byte < 256; ++byte) {
+    const char text[] = {static_cast<char>(byte), 0};
+    WCHAR unit[2];
+    EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, -1, unit, 2), 2);
+    EXPECT_EQ(toAnsi(unit), text) << "no byte is lost";
+  }
+  EXPECT_FALSE(IsDBCSLeadByteEx(CP_ACP, 0x83));
+  EXPECT_TRUE(IsDBCSLeadByteEx(932, 0x83));
+  machine_->SetCodePage932(false);
+  EXPECT_FALSE(IsDBCSLeadByteEx(932, 0x83));
+  char out[4];
+  EXPECT_EQ(WideCharToMultiByte(932, 0, u"a", -1, out, 4, nullptr, nullptr), 0);
+  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+  machine_->SetAnsiPage(932);
+  EXPECT_TRUE(IsDBCSLeadByteEx(932, 0x83)) << "the ANSI page is always installed";
 }
 
 TEST(Text, ConvertsFoldsAndFormats) {
@@ -134,7 +170,46 @@ TEST_F(System, PathsFindFilesWhateverTheirCase) {
   EXPECT_EQ(machine_->HostPath(u"C:\\data\\New.TXT"), file.parent_path().parent_path() / "New.TXT");
   EXPECT_EQ(machine_->HostPath(u"C:"), machine_->HostPath(u"C:\\"));
   EXPECT_EQ(machine_->WindowsPath(machine_->HostPath(u"Z:\\nowhere")), u"Z:\\nowhere");
-  EXPECT_EQ(machine_->HostPath(u"x.ini"), std::filesystem::current_path() / "x.ini");
+  const auto current = std::filesystem::current_path();
+  EXPECT_EQ(machine_->HostPath(u"x.ini"), current / "x.ini");
+  EXPECT_EQ(machine_->HostPath(u"..\\..\\x.ini"), current.parent_path().parent_path() / "x.ini");
+}
+
+TEST_F(System, CurrentDirectoryIsWhereRelativePathsStart) {
+  machine_->WriteFile(u"C:\\data\\sub\\file", "");
+  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\data\\sub\\"));
+  WCHAR path[20];
+  EXPECT_EQ(GetCurrentDirectoryW(20, path), 11u);
+  EXPECT_EQ(path, std::u16string(u"C:\\data\\sub"));
+  EXPECT_EQ(GetCurrentDirectoryW(11, path), 12u) << "the size that it needs";
+  const char16_t* const kRelative[][2] = {{u"x.ini", u"C:\\data\\sub\\x.ini"},
+                                          {u"..\\x.ini", u"C:\\data\\x.ini"},
+                                          {u"..\\..\\..\\x.ini", u"C:\\x.ini"},
+                                          {u"new\\..\\..\\x.ini", u"C:\\data\\x.ini"},
+                                          {u"c:x.ini", u"C:\\data\\sub\\x.ini"},
+                                          {u"\\x.ini", u"C:\\x.ini"},
+                                          {u"z:x.ini", u"Z:\\x.ini"}};
+  for (const auto& [relative, full] : kRelative) {
+    EXPECT_EQ(machine_->HostPath(relative), machine_->HostPath(full)) << ToCp932(relative);
+  }
+  EXPECT_FALSE(SetCurrentDirectoryW(u"none"));
+  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  EXPECT_FALSE(SetCurrentDirectoryW(u"file"));
+  EXPECT_EQ(GetLastError(), ERROR_DIRECTORY);
+}
+
+TEST_F(System, TruncatedModulePathHasATerminatorFromVistaOn) {
+  machine_->SetExecutablePath(u"C:\\app.exe");
+  const auto truncated = [this](DWORD major) {
+    machine_->SetOs({.major = major});
+    SetLastError(0);
+    std::u16string path(8, u'#');
+    EXPECT_EQ(GetModuleFileNameW(nullptr, path.data(), 6), 6u);
+    return std::pair(path, GetLastError());
+  };
+  EXPECT_EQ(truncated(5), std::pair(std::u16string(u"C:\\app##"), DWORD{ERROR_SUCCESS}));
+  EXPECT_EQ(truncated(6),
+            std::pair(std::u16string(u"C:\\ap\0##", 8), DWORD{ERROR_INSUFFICIENT_BUFFER}));
 }
 
 }  // namespace

@@ -115,8 +115,11 @@ void FileDialog::Command(int id, UINT code) {
   if (id == kNameEdit && code == EN_CHANGE) picked_.clear();
 }
 
+// The process's current directory follows the user through the folders, as documented for callers
+// without OFN_NOCHANGEDIR.
 void FileDialog::GoTo(std::u16string folder) {
   folder_ = std::move(folder);
+  SetCurrentDirectoryW(folder_.c_str());
   picked_.clear();
   SetDlgItemTextW(window_, kFolderText, folder_.c_str());
   Item(kFileList).list = {List(folder_, pattern_), -1};
@@ -149,6 +152,7 @@ void FileDialog::Accept() {
     SetDlgItemTextW(window_, kNameEdit, u"");
     GoTo(std::move(path));
   } else if (Passes(path)) {
+    SetCurrentDirectoryW(FolderAbove(path).c_str());
     *path_ = std::move(path);
     EndModal(window_, IDOK);
   }
@@ -171,11 +175,12 @@ bool FileDialog::Passes(std::u16string& path) const {
              IDYES;
 }
 
-// Nothing of the caller's is touched but when a file was chosen; a buffer too small for it holds
-// the size needed in its first character.
+// Fails at once for a start name that no file can have (FNERR_INVALIDFILENAME). Nothing of the
+// caller's is touched but when a file was chosen; a buffer too small for it holds the size needed
+// in its first character.
 BOOL ChooseFile(LPOPENFILENAMEW request, bool saving) {
   if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW) ||
-      request->lpstrFile == nullptr)
+      request->lpstrFile == nullptr || HasForbiddenCharacter(request->lpstrFile))
     return FALSE;
   std::u16string path;
   if (!FileDialog::Show(*request, saving, path)) return FALSE;
@@ -202,13 +207,18 @@ BOOL WINAPI GetOpenFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, fal
 
 BOOL WINAPI GetSaveFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, true); }
 
-// Refused as the documentation of GetFileTitle lists: no name, a wildcard or bracket in it, a
-// separator or colon at its end.
+// Refused as the documentation of GetFileTitle lists: no name, a wildcard, a bracket or an invalid
+// character in it, a separator or colon at its end. The title is the name as it is displayed: with
+// its extension only when the user has extensions shown.
 SHORT WINAPI GetFileTitleW(LPCWSTR path, LPWSTR title, WORD size) {
   const std::u16string_view whole(path != nullptr ? path : u"");
-  const std::u16string_view name = whole.substr(TitleStart(whole));
-  if (name.empty() || whole.size() >= MAX_PATH || whole.find_first_of(u"*?[]") != whole.npos)
+  std::u16string_view name = whole.substr(TitleStart(whole));
+  if (name.empty() || whole.size() >= MAX_PATH || HasForbiddenCharacter(whole) ||
+      whole.find_first_of(u"[]") != whole.npos)
     return -1;
+  const size_t extension = ExtensionStart(name);
+  if (extension > 1 && extension < name.size() && platform::Machine::Current().hidesExtensions())
+    name = name.substr(0, extension - 1);
   if (title == nullptr || name.size() + 1 > size) return static_cast<SHORT>(name.size() + 1);
   title[name.copy(title, name.size())] = 0;
   return 0;
