@@ -1,6 +1,7 @@
 #include "driver/text.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "driver/integer_text.h"
 
@@ -118,6 +119,21 @@ bool IsCp932Representable(const WCHAR* text, int maximum, int* index) {
     }
   }
   return true;
+}
+
+bool SurvivesAnsiCodePage(const char* bytes) {
+  constexpr int kLength = 64;
+  WCHAR text[kLength];
+  char back[kLength];
+  FromCodePage(bytes, -1, text, sizeof text, kSystemCodePage);
+  ToCodePage(text, -1, back, sizeof back, kSystemCodePage);
+  return std::strcmp(bytes, back) == 0;
+}
+
+bool ReadsAsInAnsiCodePage(const char* bytes, const WCHAR* text) {
+  WCHAR read[MAX_PATH];
+  FromCodePage(bytes, -1, read, sizeof read, kSystemCodePage);
+  return SameText(read, text);
 }
 
 TextSpan PrinterNamePart(const WCHAR* name, int mode) {

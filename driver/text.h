@@ -56,6 +56,13 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes,
 // 932; "?" itself has. The index of the first that has none is stored in *index when given.
 bool IsCp932Representable(const WCHAR* text, int maximum, int* index);
 
+// The byte-form functions of the platform convert by the process's ANSI code page, whatever the
+// bytes are. Returns whether bytes of code page 932 pass through it and back unchanged. At most 63
+// bytes.
+bool SurvivesAnsiCodePage(const char* bytes);
+// Returns whether such a function reads bytes as this text, of at most 259 units.
+bool ReadsAsInAnsiCodePage(const char* bytes, const WCHAR* text);
+
 // Parts of a printer name.
 enum PrinterNameMode : int {
   kWholeName = 0,

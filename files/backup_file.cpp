@@ -192,15 +192,30 @@ bool LoadBackup(ProfileIo& io, HWND owner, const BackupSubject& subject, unsigne
   return true;
 }
 
+// Returns whether the section names of a backup, which are Japanese, reach the file as they are.
+bool SectionNamesSurvive() {
+  constexpr const WCHAR* kNames[] = {kVersionSection, kDriverSection,   kFreePaperSection,
+                                     kDeviceSection,  kHalftoneSection, kPaperNumSection,
+                                     kDecoNumSection, kBarNumSection,   kSyncSection};
+  for (const WCHAR* name : kNames) {
+    char bytes[ProfileIo::kSectionBytes];
+    if (ToCodePage(name, -1, bytes, sizeof bytes) == 0 || !SurvivesAnsiCodePage(bytes))
+      return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool BackupFileTransfer(HWND owner, const WCHAR* fileName, const BackupSubject& subject,
                         TransferDirection direction, unsigned sections) {
+  if (!SectionNamesSurvive()) return false;
   ProfileIo io;
-  if (!io.Open(fileName, direction)) {
-    if (direction == TransferDirection::kLoad) ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
-    return false;
+  const TransferStart start = io.Open(fileName, direction);
+  if (start == TransferStart::kBadPath && direction == TransferDirection::kLoad) {
+    ShowMessage(owner, IDS_NOT_A_BACKUP, MB_ICONHAND);
   }
+  if (start != TransferStart::kReady) return false;
   return io.Saving() ? SaveBackup(io, subject, sections) : LoadBackup(io, owner, subject, sections);
 }
 

@@ -22,9 +22,12 @@ struct BackupSubject {
   const WCHAR* printerName;
 };
 
-// Saves to or loads from a file. Messages are shown over owner. On a failed load the caller puts
-// the block back from a copy that it took; fonts and nTSMode are touched only once a load can no
-// longer fail.
+// Saves to or loads from a file. Fails before it reads or writes anything where the process's ANSI
+// code page, by which the platform converts all bytes that it gets, does not leave path and section
+// names as they are: the file would be another one, or no machine could read it again. Pages of
+// single bytes lose none, so that there the contents are those of page 932. Messages are shown over
+// owner. On a failed load the caller puts the block back from a copy that it took; fonts and
+// nTSMode are touched only once a load can no longer fail.
 bool BackupFileTransfer(HWND owner, const WCHAR* fileName, const BackupSubject& subject,
                         TransferDirection direction, unsigned sections);
 

@@ -41,22 +41,24 @@ void CutText(char* text, size_t size) {
 
 }  // namespace
 
-bool ProfileIo::Open(const WCHAR* fileName, TransferDirection direction) {
+TransferStart ProfileIo::Open(const WCHAR* fileName, TransferDirection direction) {
   WCHAR path[2 * MAX_PATH] = {};
   const WCHAR* end = fileName + TextLength(fileName);
   if (std::find(fileName, end, WCHAR{'\\'}) == end) {
     const UINT length = GetSystemDirectoryW(path, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return false;
+    if (length == 0 || length >= MAX_PATH) return TransferStart::kBadPath;
     if (path[length - 1] != '\\') AppendText(path, TEXT("\\"));
   }
   AppendText(path, fileName);
   const int length = TextLength(path);
-  if (!IsCp932Representable(path, length, nullptr)) return false;
+  if (!IsCp932Representable(path, length, nullptr)) return TransferStart::kBadPath;
   char bytes[2 * 2 * MAX_PATH];
-  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathBytes) return false;
+  if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathBytes) return TransferStart::kBadPath;
+  // Without code page 932 nothing can be converted to it.
+  if (bytes[0] == 0 || !ReadsAsInAnsiCodePage(bytes, path)) return TransferStart::kBadCodePage;
   std::memcpy(path_, bytes, kPathBytes);
   direction_ = direction;
-  return true;
+  return TransferStart::kReady;
 }
 
 void ProfileIo::BeginSection(const WCHAR* name) { ToCodePage(name, -1, section_, kSectionBytes); }

@@ -11,14 +11,21 @@ namespace kestrel {
 
 enum class TransferDirection { kLoad = 0, kSave = 1 };
 
+enum class TransferStart {
+  kReady,
+  kBadPath,      // no form in code page 932, or longer than 259 bytes there
+  kBadCodePage,  // the platform would read the path as another one, or lacks code page 932
+};
+
 // One transfer. Sections and keys are those of the file, names in the memory are UTF-16. Transfers
 // share nothing, so that the sheets of one process can run one each.
 class ProfileIo {
  public:
-  // Prepares a transfer with a file. A name without a backslash names a file in the system
-  // directory. Returns false for a path that has no form in code page 932 or is longer than 259
-  // bytes there.
-  bool Open(const WCHAR* fileName, TransferDirection direction);
+  static constexpr int kSectionBytes = 64;  // of a section's name, terminator included
+
+  // Prepares a transfer with a file; touches nothing. A name without a backslash names a file in
+  // the system directory.
+  TransferStart Open(const WCHAR* fileName, TransferDirection direction);
   bool Saving() const { return direction_ == TransferDirection::kSave; }
 
   // Selects the section that the next operations use.
@@ -43,7 +50,6 @@ class ProfileIo {
 
  private:
   static constexpr int kPathBytes = 260;  // terminator included
-  static constexpr int kSectionBytes = 64;
 
   int Read(const char* key, char* value, int size) const;
   int Write(const char* key, char* value) const;

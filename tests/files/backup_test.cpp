@@ -74,6 +74,34 @@ TEST_F(BackupTest, PathsHaveAFormInCodePage932) {
     EXPECT_FALSE(Save(none.c_str()));
 }
 
+// The byte-form functions convert by the process's ANSI page. What would reach another file, or one
+// that no machine can read again, fails first.
+TEST_F(BackupTest, AnsiCodePageThatChangesNamesFailsBeforeAnyAccess) {
+  const auto fails = [this](const char16_t* file) {
+    WriteDefaultsWith({});
+    machine().faults.FailFrom(platform::Fault::kFile, 1);
+    EXPECT_FALSE(Save(file) || Load(file));
+    EXPECT_EQ(Shown(), u"") << "nothing about the file, which may be good";
+    EXPECT_EQ(machine().faults.Calls(platform::Fault::kFile), 0);
+    machine().faults.Clear();
+  };
+  for (const UINT page : {936u, 949u, UINT{CP_UTF8}}) {
+    SCOPED_TRACE(page);
+    machine().SetAnsiPage(page);
+    fails(kFile);
+  }
+  machine().SetAnsiPage(1252);
+  fails(u"C:\\data\\能.ini");
+  WriteDefaultsWith({{u"PaperName=S", u"PaperName=倉庫S"}});
+  const std::string before = Bytes();
+  ASSERT_TRUE(Load());
+  EXPECT_TRUE(std::u16string_view(block_.Printer.Papers[0].PaperName).starts_with(u"倉庫S"));
+  ASSERT_TRUE(Save());
+  EXPECT_EQ(Bytes(), before) << "single bytes survive";
+  machine().SetCodePage932(false);
+  fails(kFile);
+}
+
 // One access fails: a save ends there or leaves that line out, a load reads what it can. A disk
 // that stays full: tests/faults.
 TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {

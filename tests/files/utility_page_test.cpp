@@ -210,6 +210,14 @@ TEST_F(UtilityPage, BrowseStartsAtTheNameAndRestoresTheCurrentDirectory) {
   }
 }
 
+TEST_F(UtilityPage, AnsiCodePageThatChangesNamesIsAFailure) {
+  WriteDefaultsWith({});
+  machine().SetAnsiPage(CP_UTF8);
+  EXPECT_EQ(Visit({Press(true, kFile, 1), Press(false, kFile, 1)}),
+            std::u16string(kSaveFailed) + kLoadFailed);
+  EXPECT_EQ(Bytes(), Golden());
+}
+
 TEST_F(UtilityPage, WithoutTheDialogLibraryNothingIsTouched) {
   EXPECT_EQ(Visit({[this](platform::Desk&) { machine().RegisterModule(u"comdlg32.dll", {}); },
                    Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
