@@ -69,6 +69,9 @@ class Dll(unittest.TestCase):
         text = read(dll, "--sections")
         for name, flags in zip(values(text, "Name"), block(text, "Characteristics"), strict=True):
             self.assertFalse({"IMAGE_SCN_MEM_WRITE", "IMAGE_SCN_MEM_EXECUTE"} <= flags, name)
+        # Sheets of one process share nothing that changes: the instance handle and a few words at most.
+        sizes = {name.split()[0]: int(size, 16) for name, size in zip(values(text, "Name"), values(text, "VirtualSize"))}
+        self.assertLessEqual(sizes.get(".data", 0), 64)
         # Tables of functions and texts hold addresses: without these the image could lie nowhere else.
         kind = "DIR64" if X64 else "HIGHLOW"
         self.assertGreater(values(read(dll, "--coff-basereloc"), "Type").count(kind), 100)
