@@ -81,6 +81,7 @@ SOFTWARE\\Kestrel\\Devices\\倉庫 1F,LPT1:\\Offline	REG_DWORD	4	0
 os	6.1
 product	server
 administrator	true
+highContrast	false
 permissions.倉庫 1F,LPT1:	true
 permissions.棚札	true
 ansiPage	932
