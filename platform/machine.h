@@ -84,6 +84,12 @@ struct OsVersion {
   DWORD platformId = 2;  // VER_PLATFORM_WIN32_NT; 1 is VER_PLATFORM_WIN32_WINDOWS
   BYTE productType = 1;  // VER_NT_WORKSTATION; 2 domain controller, 3 server
   bool verifies = true;  // false: VerifyVersionInfoW fails, so that callers fall back
+
+  // Returns true for this version of the NT family and newer ones.
+  bool IsAtLeast(DWORD wantedMajor, DWORD wantedMinor) const {
+    return platformId == VER_PLATFORM_WIN32_NT &&
+           (major != wantedMajor ? major > wantedMajor : minor >= wantedMinor);
+  }
 };
 
 // One printer as the spooler keeps it.

@@ -33,8 +33,8 @@ need() {
   "${asRoot[@]}" apt-get install -y -qq --no-install-recommends "${wanted[@]}" >&2 < /dev/null
 }
 
-# Both DLLs, each a build of its own.
-buildWindows() { build windows/x86 dll && build windows/x64 dll; }
+# The three DLLs, each a build of its own.
+buildWindows() { build windows/x86 dll && build windows/x64 dll && build windows/arm64 dll; }
 
 # build PRESET TARGET…: configures when that was not done yet, then builds. One build of a folder at
 # a time.

@@ -54,6 +54,20 @@ uint64_t __stdcall DivideUnsigned(uint64_t dividend, uint64_t divisor) {
 // Says to the linker that floating point is used.
 int _fltused = 0x9875;
 
+#if defined(__aarch64__)
+void* memcpy(void* to, const void* from, size_t size) {
+  auto* out = static_cast<unsigned char*>(to);
+  const auto* in = static_cast<const unsigned char*>(from);
+  while (size-- > 0) *out++ = *in++;
+  return to;
+}
+
+void* memset(void* to, int value, size_t size) {
+  auto* out = static_cast<unsigned char*>(to);
+  while (size-- > 0) *out++ = static_cast<unsigned char>(value);
+  return to;
+}
+#else
 void* memcpy(void* to, const void* from, size_t size) {
   void* const start = to;
   __asm__ volatile("rep movsb" : "+D"(to), "+S"(from), "+c"(size) : : "memory");
@@ -65,6 +79,7 @@ void* memset(void* to, int value, size_t size) {
   __asm__ volatile("rep stosb" : "+D"(to), "+c"(size) : "a"(value) : "memory");
   return start;
 }
+#endif
 
 void* memmove(void* to, const void* from, size_t size) {
   auto* out = static_cast<unsigned char*>(to);

@@ -1,5 +1,5 @@
-// Heaps, modules, resources, directories, profile files, versions, security and activation
-// contexts.
+// Heaps, modules, resources, the process, directories, profile files, versions, security and
+// activation contexts.
 #pragma once
 
 #include <winnt.h>
@@ -25,6 +25,17 @@ HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
 BOOL WINAPI FreeLibrary(HMODULE module);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size);
+
+// ---- process and time ----
+HANDLE WINAPI GetCurrentProcess();
+DWORD WINAPI GetCurrentProcessId();
+DWORD WINAPI GetCurrentThreadId();
+BOOL WINAPI TerminateProcess(HANDLE process, UINT exitCode);
+constexpr DWORD PF_FASTFAIL_AVAILABLE = 23;
+BOOL WINAPI IsProcessorFeaturePresent(DWORD feature);
+void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
+DWORD WINAPI GetTickCount();
+BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* count);
 
 // ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);

@@ -105,6 +105,12 @@ constexpr bool HasDocumentedSize(size_t x86, size_t x64) {
   return sizeof(T) == (sizeof(void*) == 4 ? x86 : x64);
 }
 
+struct FILETIME {  // units of 100 ns since 1601
+  DWORD dwLowDateTime;
+  DWORD dwHighDateTime;
+};
+using LPFILETIME = FILETIME*;
+
 struct POINT {
   LONG x;
   LONG y;

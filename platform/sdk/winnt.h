@@ -4,6 +4,10 @@
 
 #include <windef.h>
 
+union LARGE_INTEGER {
+  int64_t QuadPart;
+};
+
 constexpr DWORD HEAP_ZERO_MEMORY = 0x00000008;
 
 constexpr DWORD DLL_PROCESS_DETACH = 0;

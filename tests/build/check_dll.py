@@ -1,12 +1,19 @@
-"""check_dll.py READOBJ MACHINE DLL RES EXPORTS IMPORTS: what a system sees of a built DLL before it runs any of it."""
+"""check_dll.py READOBJ PDBUTIL MACHINE DLL RES EXPORTS IMPORTS: what a system sees of a built DLL before it runs any of
+it, and what a debugger sees of its symbols."""
 import re
+import struct
 import subprocess
 import sys
 import unittest
 from pathlib import Path
 
-readobj, machine, dll, res, export_list, import_list = sys.argv[1:]
-X64 = machine == "x64"
+readobj, pdbutil, machine, dll, res, export_list, import_list = sys.argv[1:]
+WIDE = machine != "x86"
+FORMAT, OLDEST_SYSTEM = {
+    "x86": ("COFF-i386", ["5", "0"]),
+    "x64": ("COFF-x86-64", ["5", "2"]),
+    "arm64": ("COFF-ARM64", ["6", "2"]),
+}[machine]
 
 
 def read(path, *options):
@@ -32,7 +39,7 @@ def listed_imports():
             continue
         if not line.startswith(" "):
             names = libraries[words[0]] = set()
-        elif len(words) == 2 or words[2] == machine:
+        elif len(words) == 2 or (words[2] == "x64") == WIDE:
             names.add(words[0])
     return libraries
 
@@ -50,31 +57,128 @@ def resources(path):
     return found
 
 
+class Image:
+    """The sections of a DLL; addresses count from its base."""
+
+    def __init__(self, path):
+        text = read(path, "--sections", "--section-data")
+        rows = zip(values(text, "Name"), values(text, "VirtualAddress"), values(text, "VirtualSize"),
+                   block(text, "Characteristics"), re.findall(r"SectionData \(\n(.*?)^ *\)", text, re.MULTILINE | re.DOTALL),
+                   strict=True)
+        self.sections = []
+        for name, address, size, flags, dump in rows:
+            data = bytes.fromhex("".join(re.findall(r"^ *[0-9A-F]+: ([0-9A-F ]+?)  ?\|", dump, re.MULTILINE)))
+            self.sections.append((name.split()[0], int(address, 16), int(size, 16), flags, data))
+        self.base = int(number(read(path, "--file-headers"), "ImageBase"), 16)
+
+    def flags_at(self, address):
+        return next(flags for _, start, size, flags, _ in self.sections if start <= address < start + size)
+
+    def word_at(self, address):
+        start, data = next((start, data) for _, start, size, _, data in self.sections if start <= address < start + size)
+        return int.from_bytes(data[address - start:][:8 if WIDE else 4], "little")
+
+    def references(self, address):
+        """How many instructions load from an address (ARM64: from its place in a page)."""
+        _, start, _, _, code = self.sections[0]
+        if machine == "arm64":
+            words = struct.unpack(f"<{len(code) // 4}I", code)
+            return sum(word & 0xFFC00000 == 0xF9400000 and (word >> 10 & 0xFFF) * 8 == address & 0xFFF for word in words)
+        if machine == "x86":
+            return code.count(struct.pack("<I", self.base + address))
+        places = range(len(code) - 4)
+        return sum(struct.unpack_from("<i", code, i)[0] + start + i + 4 == address for i in places)
+
+
+def number(text, key):
+    """The one value of a key, without the name that stands before a number in parentheses."""
+    value, = values(text, key)
+    return value
+
+
 class Dll(unittest.TestCase):
     def test_headers(self):
         text = read(dll, "--file-headers")
         of_file, of_image = block(text, "Characteristics")
-        flag = "IMAGE_DLL_CHARACTERISTICS_"
-        keys = ("Format", "TimeDateStamp", "Subsystem", "MajorSubsystemVersion", "MinorSubsystemVersion")
-        found = [values(text, key) for key in keys]
-        self.assertEqual(found, [["COFF-x86-64" if X64 else "COFF-i386"], ["1970-01-01 00:00:00 (0x0)"],
-                                 ["IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)"], ["5"], ["2" if X64 else "0"]])
+        keys = ("Format", "Subsystem", "MajorSubsystemVersion", "MinorSubsystemVersion")
+        self.assertEqual([number(text, key) for key in keys],
+                         [FORMAT, "IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)", *OLDEST_SYSTEM])
         self.assertIn("IMAGE_FILE_DLL", of_file)
         self.assertNotIn("IMAGE_FILE_RELOCS_STRIPPED", of_file)
-        self.assertLessEqual({flag + "DYNAMIC_BASE", flag + "NX_COMPAT"}, of_image)
-        self.assertEqual(flag + "HIGH_ENTROPY_VA" in of_image, X64)
-        self.assertNotIn("0x0", values(text, "AddressOfEntryPoint"))
+        wanted = {"DYNAMIC_BASE", "NX_COMPAT", "GUARD_CF", "HIGH_ENTROPY_VA" if WIDE else "NO_SEH"}
+        self.assertEqual(of_image, {"IMAGE_DLL_CHARACTERISTICS_" + flag for flag in wanted})
+        self.assertNotEqual(number(text, "AddressOfEntryPoint"), "0x0")
 
     def test_sections(self):
-        text = read(dll, "--sections")
-        for name, flags in zip(values(text, "Name"), block(text, "Characteristics"), strict=True):
+        for name, _, _, flags, _ in Image(dll).sections:
             self.assertFalse({"IMAGE_SCN_MEM_WRITE", "IMAGE_SCN_MEM_EXECUTE"} <= flags, name)
-        # Sheets of one process share nothing that changes: the instance handle and a few words at most.
-        sizes = {name.split()[0]: int(size, 16) for name, size in zip(values(text, "Name"), values(text, "VirtualSize"))}
+            self.assertNotIn("IMAGE_SCN_MEM_SHARED", flags, name)
+        # Sheets of one process share nothing that changes: the instance handle, the security cookie and a few words at most.
+        sizes = {name: size for name, _, size, _, _ in Image(dll).sections}
         self.assertLessEqual(sizes.get(".data", 0), 64)
         # Tables of functions and texts hold addresses: without these the image could lie nowhere else.
-        kind = "DIR64" if X64 else "HIGHLOW"
+        kind = "DIR64" if WIDE else "HIGHLOW"
         self.assertGreater(values(read(dll, "--coff-basereloc"), "Type").count(kind), 100)
+        if WIDE:
+            self.assertGreater(read(dll, "--unwind").count("RuntimeFunction {"), 100)
+
+    def test_stack_protector(self):
+        image, config = Image(dll), read(dll, "--coff-load-config")
+        cookie = int(number(config, "SecurityCookie"), 16) - image.base
+        self.assertIn("IMAGE_SCN_MEM_WRITE", image.flags_at(cookie))
+        # A loader fills a cookie that has the documented value only.
+        self.assertEqual(image.word_at(cookie), 0x2B992DDFA232 if WIDE else 0xBB40E64E)
+        self.assertGreater(image.references(cookie), 50)
+
+    def test_control_flow_guard(self):
+        image, config = Image(dll), read(dll, "--coff-load-config")
+        pointer = number(config, "GuardCFCheckDispatch" if machine == "x64" else "GuardCFCheckFunction")
+        pointer = int(pointer, 16) - image.base
+        self.assertNotIn("IMAGE_SCN_MEM_WRITE", image.flags_at(pointer))
+        self.assertGreater(image.references(pointer), 10)
+        self.assertEqual(number(config, "GuardFlags"), "0x500")  # instrumented, has a table of functions
+        found, = re.findall(r"GuardFidTable \[\n(.*?)^\]", config, re.MULTILINE | re.DOTALL)
+        targets = [int(line, 16) - image.base for line in found.split()]
+        self.assertEqual(len(targets), int(number(config, "GuardCFFunctionCount")))
+        self.assertEqual(targets, sorted(set(targets)))
+        for target in targets:
+            self.assertIn("IMAGE_SCN_MEM_EXECUTE", image.flags_at(target))
+        called = values(read(dll, "--coff-exports"), "RVA") + values(read(dll, "--file-headers"), "AddressOfEntryPoint")
+        self.assertLessEqual({int(address, 16) for address in called} - {0}, set(targets))
+
+    def test_rest_of_load_configuration(self):
+        headers, config = read(dll, "--file-headers"), read(dll, "--coff-load-config")
+        size = int(number(config, "Size"), 16)
+        # Windows XP wants 64 as the directory's size.
+        self.assertEqual(int(number(headers, "LoadConfigTableSize"), 16), size if WIDE else 64)
+        self.assertEqual(size, 176 if WIDE else 112)
+        self.assertEqual(number(config, "DependentLoadFlags"), "0x800")  # LOAD_LIBRARY_SEARCH_SYSTEM32
+        self.assertEqual([number(config, key) for key in ("SEHandlerTable", "SEHandlerCount")], ["0x0", "0"])
+
+    def test_symbols(self):
+        directory = read(dll, "--coff-debug-directory")
+        kinds = ["CodeView (0x2)", "ExtendedDLLCharacteristics (0x14)", "Repro (0x10)"]
+        self.assertEqual(values(directory, "Type"), kinds if machine == "x64" else kinds[::2])
+        self.assertEqual("IMAGE_DLL_CHARACTERISTICS_EX_CET_COMPAT" in directory, machine == "x64")
+        self.assertEqual(number(directory, "PDBFileName"), "QM610rDRV1.pdb")
+
+        symbols = Path(dll).with_suffix(".pdb")
+        listed = subprocess.run([pdbutil, "dump", "--summary", "--publics", symbols], check=True, capture_output=True,
+                                text=True).stdout
+        identifier = bytes.fromhex(number(directory, "PDBGUID").strip("()"))
+        parts = [format(part, "X").zfill(width) for part, width in zip(struct.unpack("<IHH", identifier[:8]), (8, 4, 4))]
+        parts += [identifier[8:10].hex().upper(), identifier[10:].hex().upper()]
+        self.assertEqual(number(listed, "GUID"), "{" + "-".join(parts) + "}")
+        self.assertEqual(number(listed, "Age"), number(directory, "PDBAge"))
+        places = {name.lstrip("_").split("@")[0]: int(address) + 4096
+                  for name, address in re.findall(r"`(\w+@?\d*)`\n.*addr = 0001:(\d+)", listed)}
+        exports = read(dll, "--coff-exports")
+        for name, address in zip(values(exports, "Name"), values(exports, "RVA"), strict=True):
+            if name:
+                self.assertEqual(places.get(name), int(address, 16), name)
+        self.assertIn(b"C:\\kestrel\\driver\\module_entry.cpp", symbols.read_bytes())
+        for file in (dll, symbols):
+            self.assertNotIn(str(Path(export_list).parent.parent).encode(), Path(file).read_bytes())
 
     def test_exports(self):
         wanted = re.findall(r"^ +(\w+)", Path(export_list).read_text("utf-8"), re.MULTILINE)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # same_bytes.sh SOURCES PRESET DLL: built again from a copy in another folder, without a compiler
-# cache, the DLL is the same byte for byte.
+# cache, the DLL and its symbols are the same byte for byte.
 set -euo pipefail
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
@@ -9,4 +9,4 @@ cd "$copy"
 unset CMAKE_CXX_COMPILER_LAUNCHER
 cmake --preset "$2" -DKESTREL_TESTS=OFF
 ninja -C "build/$2" dll
-cmp "build/$2/QM610rDRV1.dll" "$3"
+for file in "$3" "${3%.dll}.pdb"; do cmp "build/$2/$(basename "$file")" "$file"; done
