@@ -10,11 +10,8 @@ windows_objects(ENTRY_OBJECT SOURCES windows/dll_entry.cpp OPTIONS -fno-stack-pr
 
 set(EXPORT_LIST ${CMAKE_SOURCE_DIR}/resources/QM610rDRV1.def)
 set(DLL ${CMAKE_BINARY_DIR}/QM610rDRV1.dll)
-cmake_path(GET RESOURCE_RES FILENAME RESOURCE_NAME)
-windows_image(dll FILE QM610rDRV1.dll ENTRY DllEntry SUBSYSTEM windows
-  INPUTS ${MODULE_OBJECTS} ${ENTRY_OBJECT} ${RESOURCE_NAME} ${IMPORT_LIBRARIES}
-  OPTIONS /def:${SOURCES_FROM_HERE}/resources/QM610rDRV1.def /implib:imports/own.lib
-  DEPENDS ${EXPORT_LIST})
+windows_image(dll FILE QM610rDRV1.dll ENTRY DllEntry SUBSYSTEM windows EXPORTS ${EXPORT_LIST}
+  INPUTS ${MODULE_OBJECTS} ${ENTRY_OBJECT} ${RESOURCE_RES} ${IMPORT_LIBRARIES})
 
 if(KESTREL_TESTS)
   enable_testing()

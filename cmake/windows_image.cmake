@@ -3,23 +3,36 @@
 # windows/x86, windows/x64 and windows/arm64).
 #
 # The same sources give the same bytes, image and symbols, in any folder: compiler and linker run in
-# the build folder and get relative names only, since both record their command lines.
+# the build folder and get relative names only, since both record their command lines. The functions take
+# and return whole names.
+if(WIN32)
+  set(WINDOWS_COMPILER ${CMAKE_CXX_COMPILER})
+  set(WINDOWS_TARGET ${CMAKE_CXX_COMPILER_TARGET})
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+  separate_arguments(WINDOWS_FLAGS NATIVE_COMMAND "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}}")
+else()
+  # An image for the processor of a build for this machine, as tests load them.
+  find_program(WINDOWS_COMPILER NAMES clang++ clang++-14 REQUIRED)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(WINDOWS_TARGET i686-pc-windows-msvc)
+  else()
+    set(WINDOWS_TARGET x86_64-pc-windows-msvc)
+  endif()
+  set(WINDOWS_FLAGS -O2 -DNDEBUG)
+endif()
 set(MACHINE_i686 x86)
 set(MACHINE_x86_64 x64)
 set(MACHINE_aarch64 arm64)
-string(REGEX REPLACE "-.*" "" PROCESSOR "${CMAKE_CXX_COMPILER_TARGET}")
+string(REGEX REPLACE "-.*" "" PROCESSOR "${WINDOWS_TARGET}")
 set(MACHINE ${MACHINE_${PROCESSOR}})
 if(NOT MACHINE)
-  message(FATAL_ERROR "CMAKE_CXX_COMPILER_TARGET ${CMAKE_CXX_COMPILER_TARGET} is no known processor")
+  message(FATAL_ERROR "${WINDOWS_TARGET} is for no known processor")
 endif()
 find_program(LLD_LINK NAMES lld-link lld-link-14 REQUIRED)
 find_program(LLVM_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
-file(RELATIVE_PATH SOURCES_FROM_HERE ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
-string(REGEX REPLACE "/$" "" SOURCES_FROM_HERE "${SOURCES_FROM_HERE}")
-file(RELATIVE_PATH HERE_FROM_SOURCES ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR})
 
 # windows_import_libraries(OUT LIST): makes an import library of each library in a list of the form of
-# windows/imports.txt; sets OUT to their names.
+# windows/imports.txt; sets OUT to them.
 function(windows_import_libraries out list)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
   file(STRINGS ${list} lines REGEX "^[^#]")
@@ -47,23 +60,24 @@ function(windows_import_libraries out list)
   set(dlltool_machine_arm64 arm64)
   cmake_path(GET list PARENT_PATH folder)
   cmake_path(GET folder FILENAME folder)
-  set(names "")
+  set(paths "")
   foreach(library IN LISTS libraries)
     set(name imports/${folder}/${library})
-    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/${name}.def CONTENT "${definition_${library}}")
+    set(path ${CMAKE_CURRENT_BINARY_DIR}/${name})
+    file(CONFIGURE OUTPUT ${path}.def CONTENT "${definition_${library}}")
     add_custom_command(
-      OUTPUT ${CMAKE_BINARY_DIR}/${name}.lib
+      OUTPUT ${path}.lib
       COMMAND ${LLVM_DLLTOOL} -k -m ${dlltool_machine_${MACHINE}} -d ${name}.def -l ${name}.lib
-      DEPENDS ${CMAKE_BINARY_DIR}/${name}.def
-      WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+      DEPENDS ${path}.def
+      WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
       VERBATIM)
-    list(APPEND names ${name}.lib)
+    list(APPEND paths ${path}.lib)
   endforeach()
-  set(${out} ${names} PARENT_SCOPE)
+  set(${out} ${paths} PARENT_SCOPE)
 endfunction()
 
 set(WINDOWS_COMPILE_OPTIONS
-    --target=${CMAKE_CXX_COMPILER_TARGET} -std=c++20 -nostdinc -fno-exceptions -fno-rtti -fno-threadsafe-statics
+    --target=${WINDOWS_TARGET} -std=c++20 -nostdinc -fno-exceptions -fno-rtti -fno-threadsafe-statics
     -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Werror
     # A page of locals would need a function that touches the stack page by page.
     -Wframe-larger-than=4000
@@ -78,27 +92,26 @@ if(MACHINE STREQUAL x86)
 endif()
 
 # windows_objects(OUT SOURCES source… [OPTIONS option…]): compiles sources of this tree; sets OUT to the
-# names of the objects.
+# objects.
 function(windows_objects out)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;OPTIONS")
-  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
-  separate_arguments(flags NATIVE_COMMAND "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}}")
+  file(RELATIVE_PATH root ${CMAKE_CURRENT_BINARY_DIR} ${CMAKE_SOURCE_DIR}/.)
   set(objects "")
   foreach(source IN LISTS ARG_SOURCES)
     cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
     file(RELATIVE_PATH name ${CMAKE_SOURCE_DIR} ${source})
     set(object objects/${name}.obj)
     add_custom_command(
-      OUTPUT ${CMAKE_BINARY_DIR}/${object}
-      COMMAND ${CMAKE_CXX_COMPILER_LAUNCHER} ${CMAKE_CXX_COMPILER} ${WINDOWS_COMPILE_OPTIONS} ${flags} ${ARG_OPTIONS}
-              -I${SOURCES_FROM_HERE}/windows/include -I${SOURCES_FROM_HERE}/platform/sdk -I${SOURCES_FROM_HERE}
-              -MD -MT ${object} -MF ${object}.d -o ${object} -c ${SOURCES_FROM_HERE}/${name}
+      OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${object}
+      COMMAND ${CMAKE_CXX_COMPILER_LAUNCHER} ${WINDOWS_COMPILER} ${WINDOWS_COMPILE_OPTIONS} ${WINDOWS_FLAGS} ${ARG_OPTIONS}
+              -I${root}/windows/include -I${root}/platform/sdk -I${root}
+              -MD -MT ${object} -MF ${object}.d -o ${object} -c ${root}/${name}
       DEPENDS ${source}
-      DEPFILE ${CMAKE_BINARY_DIR}/${object}.d
-      WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+      DEPFILE ${CMAKE_CURRENT_BINARY_DIR}/${object}.d
+      WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
       COMMENT "Compiling ${name}"
       VERBATIM)
-    list(APPEND objects ${object})
+    list(APPEND objects ${CMAKE_CURRENT_BINARY_DIR}/${object})
   endforeach()
   set(${out} ${objects} PARENT_SCOPE)
 endfunction()
@@ -118,28 +131,36 @@ set(HARDENING_x86 "")
 set(HARDENING_x64 /highentropyva /cetcompat)
 set(HARDENING_arm64 /highentropyva)
 
-# windows_image(TARGET FILE name.dll|name.exe ENTRY function SUBSYSTEM windows|console INPUTS file… [OPTIONS option…]
-#   [DEPENDS file…]): links an image and its symbols, name.pdb, from files named relative to the build folder. Its entry
-# point calls InitializeSecurityCookie first (windows/security_cookie.h).
+# windows_image(TARGET FILE name.dll|name.exe ENTRY function SUBSYSTEM windows|console INPUTS file… [EXPORTS list.def]
+#   [OPTIONS option…]): links an image and its symbols, name.pdb, in the current build folder, from objects, compiled
+# resources and import libraries. Its entry point calls InitializeSecurityCookie first (windows/security_cookie.h).
 function(windows_image target)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "FILE;ENTRY;SUBSYSTEM" "INPUTS;OPTIONS;DEPENDS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "FILE;ENTRY;SUBSYSTEM;EXPORTS" "INPUTS;OPTIONS")
   cmake_path(REPLACE_EXTENSION ARG_FILE LAST_ONLY pdb OUTPUT_VARIABLE symbols)
-  set(inputs ${WINDOWS_RUNTIME_OBJECTS} ${ARG_INPUTS})
-  list(TRANSFORM inputs PREPEND ${CMAKE_BINARY_DIR}/ OUTPUT_VARIABLE input_files)
+  file(RELATIVE_PATH here ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR})
+  set(inputs "")
+  foreach(input IN LISTS WINDOWS_RUNTIME_OBJECTS ARG_INPUTS)
+    file(RELATIVE_PATH input ${CMAKE_CURRENT_BINARY_DIR} ${input})
+    list(APPEND inputs ${input})
+  endforeach()
   set(kind "")
   if(ARG_FILE MATCHES "[.]dll$")
     set(kind /dll)
   endif()
+  if(ARG_EXPORTS)
+    file(RELATIVE_PATH exports ${CMAKE_CURRENT_BINARY_DIR} ${ARG_EXPORTS})
+    list(APPEND kind /def:${exports} /implib:imports/${ARG_FILE}.lib)
+  endif()
   add_custom_command(
-    OUTPUT ${CMAKE_BINARY_DIR}/${ARG_FILE} ${CMAKE_BINARY_DIR}/${symbols}
+    OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${ARG_FILE} ${CMAKE_CURRENT_BINARY_DIR}/${symbols}
     COMMAND ${LLD_LINK} ${kind} /nodefaultlib /entry:${ARG_ENTRY} /machine:${MACHINE}
             /subsystem:${ARG_SUBSYSTEM},${SUBSYSTEM_VERSION_${MACHINE}} /opt:ref,icf
             /dynamicbase /nxcompat /guard:cf,nolongjmp ${HARDENING_${MACHINE}}
             # Symbols found by name; a place of the sources that is no machine's; times that are hashes.
-            /debug /pdb:${symbols} /pdbaltpath:${symbols} "/pdbsourcepath:C:\\kestrel\\${HERE_FROM_SOURCES}" /Brepro
+            /debug /pdb:${symbols} /pdbaltpath:${symbols} "/pdbsourcepath:C:\\kestrel\\${here}" /Brepro
             ${ARG_OPTIONS} /out:${ARG_FILE} ${inputs}
-    DEPENDS ${input_files} ${ARG_DEPENDS}
-    WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+    DEPENDS ${WINDOWS_RUNTIME_OBJECTS} ${ARG_INPUTS} ${ARG_EXPORTS}
+    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
     VERBATIM)
-  add_custom_target(${target} ALL DEPENDS ${CMAKE_BINARY_DIR}/${ARG_FILE})
+  add_custom_target(${target} ALL DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/${ARG_FILE})
 endfunction()

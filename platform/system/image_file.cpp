@@ -33,7 +33,16 @@ static_assert(sizeof(CommonHeader) == 72);
 constexpr WORD kMagic32 = 0x010B, kMagic64 = 0x020B;
 // Then four sizes as wide as an address is, and these.
 constexpr size_t kDirectoryCountAt32 = 92, kDirectoryCountAt64 = 108;
-enum { kExports, kImports, kResources, kRelocations = 5, kThreadData = 9, kDirectories = 16 };
+enum {
+  kExports,
+  kImports,
+  kResources,
+  kRelocations = 5,
+  kDebug = 6,
+  kThreadData = 9,
+  kLoadConfiguration = 10,
+  kDirectories = 16
+};
 
 struct SectionHeader {
   char name[8];
@@ -71,10 +80,6 @@ constexpr DWORD kIsText = 0x80000000, kIsDirectory = 0x80000000;
 
 constexpr uint32_t kPage = 4096;
 constexpr uint32_t kLargestImage = 1u << 30;
-
-void Require(bool holds, const char* otherwise) {
-  if (!holds) throw ImageError(otherwise);
-}
 
 template <typename T>
 T Raw(Bytes bytes, uint64_t offset) {
@@ -115,6 +120,7 @@ ImageFile::ImageFile(Bytes file) : file_(file) {
   entryPoint = common.entryPoint;
   size = common.imageSize;
   headerSize = common.headerSize;
+  dllCharacteristics = common.dllCharacteristics;
   Require(headerSize <= file.size(), "its headers are cut off");
   Require(size <= kLargestImage, "it claims more memory than an image may have");
   Require(IsPowerOfTwo(common.sectionAlignment) && common.sectionAlignment >= kPage,
@@ -140,6 +146,8 @@ ImageFile::ImageFile(Bytes file) : file_(file) {
   ReadResources(directories[kResources]);
   ReadRelocations(directories[kRelocations]);
   hasThreadData = directories[kThreadData].size != 0;
+  ReadLoadConfiguration(directories[kLoadConfiguration]);
+  ReadDebugDirectory(directories[kDebug]);
 }
 
 // Sections follow the headers and one another without a gap, as they will lie in memory.
@@ -188,17 +196,6 @@ Bytes ImageFile::At(uint32_t address, uint64_t length) const {
           "something it points at lies outside its sections");
   return file_.subspan(section->fileOffset + (address - section->address),
                        static_cast<size_t>(length));
-}
-
-// Tables do not overlap in an image: what needs more reads than the file has bytes is made to take
-// for ever.
-template <typename T>
-T ImageFile::Read(uint64_t address) {
-  Require(++reads_ <= file_.size(), "its tables overlap");
-  Require(address < size, "something it points at lies outside its sections");
-  T value;
-  std::memcpy(&value, At(static_cast<uint32_t>(address), sizeof(T)).data(), sizeof(T));
-  return value;
 }
 
 std::string ImageFile::ReadText(uint64_t address) {

@@ -3,7 +3,9 @@
 #include <sys/mman.h>
 
 #include <cstring>
+#include <random>
 
+#include "platform/system/call_guard.h"
 #include "platform/system/modules.h"
 #include "platform/system/text.h"
 
@@ -55,7 +57,7 @@ int ProtectionOf(const ImageSection& section) {
 
 }  // namespace
 
-MappedImage::MappedImage(Bytes file) {
+MappedImage::MappedImage(Bytes file, LoaderFeatures features) {
   const ImageFile image(file);
   CheckLoadable(image);
   const std::vector<FARPROC> bound = Bind(image);
@@ -65,7 +67,10 @@ MappedImage::MappedImage(Bytes file) {
   memory_ = static_cast<std::byte*>(memory);
   size_ = image.size;
   Fill(image, bound);
+  if (features.fillsCookie) FillCookie(image);
+  if (features.guardsCalls) GuardCalls(image);
   if (!Protect(image)) {
+    RemoveCallTargets(memory_);
     munmap(memory_, size_);
     throw ImageError("its memory cannot be protected", ERROR_NOT_ENOUGH_MEMORY);
   }
@@ -74,7 +79,10 @@ MappedImage::MappedImage(Bytes file) {
   resources_ = image.resources;
 }
 
-MappedImage::~MappedImage() { munmap(memory_, size_); }
+MappedImage::~MappedImage() {
+  RemoveCallTargets(memory_);
+  munmap(memory_, size_);
+}
 
 void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound) {
   std::memcpy(memory_, image.headers().data(), image.headers().size());
@@ -96,6 +104,32 @@ void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound
       std::memcpy(memory_ + wanted.slot, &*next++, sizeof(FARPROC));
     }
   }
+}
+
+// The cookie's highest 16 bits stay 0 on a 64-bit machine.
+void MappedImage::FillCookie(const ImageFile& image) {
+  if (!image.loadConfiguration || image.loadConfiguration->securityCookie == 0) return;
+  constexpr auto kDefault = static_cast<uintptr_t>(DefaultSecurityCookie(sizeof(uintptr_t) == 8));
+  std::byte* const place = memory_ + image.loadConfiguration->securityCookie;
+  uintptr_t cookie;
+  std::memcpy(&cookie, place, sizeof(cookie));
+  if (cookie != kDefault) return;
+  std::random_device random;
+  while (cookie == kDefault) {
+    const uint64_t value = uint64_t{random()} << 32 | random();
+    cookie = static_cast<uintptr_t>(sizeof(cookie) == 8 ? value >> 16 : value);
+  }
+  std::memcpy(place, &cookie, sizeof(cookie));
+}
+
+void MappedImage::GuardCalls(const ImageFile& image) {
+  if (!image.loadConfiguration || !image.loadConfiguration->callTargets) return;
+  const auto point = [this](uint32_t place, uintptr_t function) {
+    if (place != 0 && function != 0) std::memcpy(memory_ + place, &function, sizeof(function));
+  };
+  point(image.loadConfiguration->guardCheck, CheckFunctionOfGuard());
+  point(image.loadConfiguration->guardDispatch, DispatchFunctionOfGuard());
+  AddCallTargets(memory_, size_, *image.loadConfiguration->callTargets);
 }
 
 bool MappedImage::Protect(const ImageFile& image) {

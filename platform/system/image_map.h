@@ -9,6 +9,13 @@
 
 namespace platform {
 
+// What the loader of a system does with an image's load configuration; older systems ignore it.
+struct LoaderFeatures {
+  bool fillsCookie =
+      true;  // Windows 8: a cookie with the documented default value gets a random one
+  bool guardsCalls = true;  // Windows 8.1: Control Flow Guard
+};
+
 class MappedImage {
  public:
   // Maps an image whose bytes are needed during the call alone; its entry point is not called.
@@ -16,7 +23,7 @@ class MappedImage {
   // another machine's, and one that wants what is not here (a fixed address, thread data, memory
   // that cannot be read, or both written and run); ERROR_MOD_NOT_FOUND for an import from an
   // unknown library, ERROR_PROC_NOT_FOUND for one that its library lacks.
-  explicit MappedImage(Bytes file);
+  explicit MappedImage(Bytes file, LoaderFeatures features = {});
   ~MappedImage();
   MappedImage(const MappedImage&) = delete;
   MappedImage& operator=(const MappedImage&) = delete;
@@ -33,6 +40,8 @@ class MappedImage {
 
  private:
   void Fill(const ImageFile& image, const std::vector<FARPROC>& bound);
+  void FillCookie(const ImageFile& image);
+  void GuardCalls(const ImageFile& image);
   bool Protect(const ImageFile& image);
 
   std::byte* memory_ = nullptr;

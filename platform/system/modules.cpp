@@ -47,7 +47,10 @@ bool Open(LoadedModule& module) {
   const std::vector<std::byte> bytes = ReadWhole(module.file);
   try {
     if (IsImage(bytes)) {
-      module.image = std::make_unique<MappedImage>(bytes);
+      const OsVersion os = Machine::Current().os();
+      module.image = std::make_unique<MappedImage>(
+          bytes,
+          LoaderFeatures{.fillsCookie = os.IsAtLeast(6, 2), .guardsCalls = os.IsAtLeast(6, 3)});
       module.handle = module.image->handle();
       return true;
     }

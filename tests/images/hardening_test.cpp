@@ -1,0 +1,141 @@
+// The hardening of an image as the loader and the image itself carry it out.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "platform/machine.h"
+#include "platform/system/image_map.h"
+#include "platform/system/resources.h"
+#include "tests/support/bin_dir.h"
+#include "tests/support/settings.h"
+
+namespace {
+
+using platform::ImageFile;
+using platform::LoaderFeatures;
+using platform::MappedImage;
+
+constexpr auto kDefaultCookie =
+    static_cast<uintptr_t>(platform::DefaultSecurityCookie(sizeof(void*) == 8));
+
+class Hardening : public testing::Test {
+ protected:
+  static uintptr_t Word(const MappedImage& mapped, uint32_t address) {
+    return support::At<uintptr_t>(mapped.handle(), address);
+  }
+  uintptr_t Cookie(const MappedImage& mapped) const {
+    return Word(mapped, image_.loadConfiguration->securityCookie);
+  }
+  template <typename Function>
+  static Function* Entry(HMODULE module, const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
+  }
+  HMODULE Load() {
+    machine_->InstallModule(u"C:\\drivers\\hardened.dll", support::Built("../tests/hardened.dll"));
+    return LoadLibraryW(u"C:\\drivers\\hardened.dll");
+  }
+
+  std::unique_ptr<platform::Machine> machine_ = platform::Machine::Create();
+  std::vector<std::byte> file_ = platform::ReadWhole(support::Built("../tests/hardened.dll"));
+  ImageFile image_{file_};
+};
+
+TEST_F(Hardening, CookieIsFilledByTheLoaderElseAtProcessAttach) {
+  std::set<uintptr_t> cookies;
+  for (const bool fills : {true, false}) {
+    for (int load = 0; load < 2; ++load) {
+      const MappedImage mapped(file_, {.fillsCookie = fills});
+      const uintptr_t mappedCookie = Cookie(mapped);
+      EXPECT_EQ(mappedCookie == kDefaultCookie, !fills);
+      EXPECT_TRUE(mapped.CallMain(DLL_PROCESS_ATTACH));
+      EXPECT_EQ(Cookie(mapped) == mappedCookie, fills);
+      EXPECT_EQ(uint64_t{Cookie(mapped)} >> 48, 0u);
+      cookies.insert(Cookie(mapped));
+    }
+  }
+  cookies.insert(kDefaultCookie);
+  EXPECT_EQ(cookies.size(), 5u);
+}
+
+TEST_F(Hardening, GuardPointersAreResolvedBySystemsWithControlFlowGuard) {
+  const auto within = [this](const MappedImage& mapped, uint32_t place) {
+    return Word(mapped, place) - reinterpret_cast<uintptr_t>(mapped.handle()) < image_.size;
+  };
+  std::vector<uint32_t> pointers = {image_.loadConfiguration->guardCheck};
+  if (sizeof(void*) == 8) pointers.push_back(image_.loadConfiguration->guardDispatch);
+  const MappedImage old(file_, {.guardsCalls = false}), current(file_);
+  for (const uint32_t pointer : pointers) {
+    EXPECT_TRUE(within(old, pointer));
+    EXPECT_FALSE(within(current, pointer));
+  }
+}
+
+TEST_F(Hardening, IndirectCallReachesFunctionsOfTheTableOnly) {
+  using Sum = int WINAPI(int, double, int, double, int);
+  const HMODULE module = Load();
+  ASSERT_NE(module, nullptr);
+  const auto call = Entry<int WINAPI(Sum*)>(module, "Call");
+  const auto add = Entry<Sum>(module, "Add");
+  EXPECT_EQ(call(add), 54321);
+  Sum* const outside = [](int, double, int, double, int last) WINAPI { return last; };
+  EXPECT_EQ(call(outside), 50000);
+  const auto inside = reinterpret_cast<Sum*>(reinterpret_cast<uintptr_t>(add) + 1);
+  EXPECT_DEATH(call(inside), "indirect call to 0x[0-9A-F]+ of an image");
+  FreeLibrary(module);
+}
+
+TEST_F(Hardening, OverrunEndsTheProcess) {
+  for (const DWORD version : {5, 10}) {
+    machine_->SetOs({.major = version});
+    const HMODULE module = Load();
+    ASSERT_NE(module, nullptr);
+    const auto fill = Entry<int WINAPI(int)>(module, "Fill");
+    EXPECT_EQ(fill(16), 'x');
+    // A fail-fast exception has no text here.
+    EXPECT_DEATH(fill(64), version == 5 ? "exit code 0xC0000409" : "");
+    FreeLibrary(module);
+  }
+}
+
+TEST_F(Hardening, LoaderRefusesTablesOutsideTheImage) {
+  constexpr bool wide = sizeof(void*) == 8;
+  const auto placeOf = [this](uint32_t address) {
+    return static_cast<size_t>(image_.At(address, 4).data() - file_.data());
+  };
+  const uint32_t header = support::At<uint32_t>(file_.data(), 0x3C);
+  const auto address = support::At<uint32_t>(file_.data(), header + (wide ? 216 : 200));
+  const size_t config = placeOf(address);
+  // Its members (IMAGE_LOAD_CONFIG_DIRECTORY).
+  const size_t cookie = config + (wide ? 88 : 60), check = config + (wide ? 112 : 72),
+               dispatch = config + (wide ? 120 : 76), table = config + (wide ? 128 : 80),
+               count = config + (wide ? 136 : 84), imports = config + (wide ? 160 : 104);
+  const auto linked = support::At<uintptr_t>(file_.data(), table);
+  const size_t firstTarget = placeOf(static_cast<uint32_t>(linked - image_.base));
+
+  constexpr size_t kWord = sizeof(uintptr_t), kEntry = 4;
+  const auto start = static_cast<uintptr_t>(image_.base), end = start + image_.size;
+  const std::tuple<const char*, size_t, size_t, uintptr_t> kDamages[] = {
+      {"cookie after the image", cookie, kWord, end},
+      {"cookie before the image", cookie, kWord, start - 4096},
+      {"cookie that ends after the image", cookie, kWord, end - 2},
+      {"cookie that cannot be written", cookie, kWord, start + address},
+      {"check function after the image", check, kWord, end},
+      {"dispatch function after the image", dispatch, kWord, end},
+      {"table after the image", table, kWord, end},
+      {"table that ends after its section", count, kWord, 4096},
+      {"table whose size does not fit a word", count, kWord, uintptr_t{1} << (8 * kWord - 2)},
+      {"table of imports after the image", imports, 2 * kWord, end},
+      {"call target after the image", firstTarget, kEntry, image_.size},
+      {"call target in the headers", firstTarget, kEntry, 1},
+      {"call target in data", firstTarget, kEntry, image_.loadConfiguration->securityCookie},
+      {"call targets out of order", firstTarget, kEntry,
+       image_.loadConfiguration->callTargets->back()}};
+  for (const auto& [what, place, size, value] : kDamages) {
+    std::vector<std::byte> damaged = file_;
+    const uintptr_t words[] = {value, 1};  // a table's count follows its address
+    std::memcpy(damaged.data() + place, words, size);
+    EXPECT_THROW(MappedImage{damaged}, platform::ImageError) << what;
+  }
+}
+
+}  // namespace
