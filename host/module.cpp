@@ -1,5 +1,6 @@
 // What a driver's file is: a Windows DLL, told from its bytes alone.
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <iostream>
 
@@ -72,6 +73,47 @@ Json VersionJson(const ImageFile& image) {
   return nullptr;
 }
 
+// The value of DependentLoadFlags for the system directory alone (LOAD_LIBRARY_SEARCH_SYSTEM32).
+constexpr WORD kSearchSystemDirectory = 0x0800;
+
+// The protections that the file asks the system for. "callTargets" counts the functions that an
+// indirect call may reach; null without Control Flow Guard.
+Json HardeningJson(const ImageFile& image) {
+  const auto has = [&](WORD flag) { return (image.dllCharacteristics & flag) != 0; };
+  const platform::ImageLoadConfiguration none;
+  const auto& config = image.loadConfiguration ? *image.loadConfiguration : none;
+  const bool isWritableCode = std::ranges::any_of(
+      image.sections, [](const auto& each) { return each.writable && each.executable; });
+  return {{"anyAddress", has(platform::kDynamicBase) && !image.relocations.empty()},
+          {"highEntropy", has(platform::kHighEntropyAddress)},
+          {"noExecutableData", has(platform::kNxCompatible) && !isWritableCode},
+          {"noExceptionHandlers", has(platform::kNoSeh)},
+          {"stackProtector", config.securityCookie != 0},
+          {"callTargets", config.callTargets ? Json(config.callTargets->size()) : Json()},
+          {"shadowStacks", image.hasShadowStacks},
+          {"systemLibrariesOnly", config.dependentLoadFlags == kSearchSystemDirectory}};
+}
+
+// Name and identifier of the file with the symbols; the identifier (GUID and age) is written as
+// the name of its folder on a symbol server. Null without symbols.
+Json SymbolsJson(const ImageFile& image) {
+  if (!image.symbols) return nullptr;
+  // A GUID begins with numbers of 32, 16 and 16 bits; its other bytes stand as they are.
+  const auto& guid = image.symbols->guid;
+  DWORD first;
+  WORD second, third;
+  std::memcpy(&first, guid.data(), sizeof(first));
+  std::memcpy(&second, guid.data() + 4, sizeof(second));
+  std::memcpy(&third, guid.data() + 6, sizeof(third));
+  std::string id = Hex(first, 8) + Hex(second, 4) + Hex(third, 4);
+  for (std::size_t i = 8; i < guid.size(); ++i) id += Hex(guid[i], 2);
+  std::string age = Hex(image.symbols->age, 8);
+  age.erase(0, std::min(age.find_first_not_of('0'), age.size() - 1));
+  id += age;
+  for (char& digit : id) digit = static_cast<char>(std::toupper(static_cast<unsigned char>(digit)));
+  return {{"file", image.symbols->file}, {"id", id}};
+}
+
 Json ModuleJson(const std::string& file, platform::Bytes bytes) {
   const ImageFile image(bytes);
   Json exports = Json::array(), imports = Json::object(), resources = Json::array(),
@@ -98,6 +140,8 @@ Json ModuleJson(const std::string& file, platform::Bytes bytes) {
           {"format", image.wide ? "PE32+" : "PE32"},
           {"machine", MachineText(image.machine)},
           {"version", VersionJson(image)},
+          {"hardening", HardeningJson(image)},
+          {"symbols", SymbolsJson(image)},
           {"exports", exports},
           {"imports", imports},
           {"resources", resources},
@@ -119,6 +163,18 @@ void PrintList(const std::string& title, const Json& items) {
 void Print(const Json& module) {
   for (const char* name : {"file", "format", "machine", "version", "sha256"})
     std::cout << name << '\t' << Plain(module[name].is_null() ? Json("none") : module[name])
+              << '\n';
+  std::cout << "symbols\t"
+            << (module["symbols"].is_null()
+                    ? "none"
+                    : Plain(module["symbols"]["file"]) + ' ' + Plain(module["symbols"]["id"]))
+            << '\n';
+  std::cout << "hardening\n";
+  for (const auto& [property, value] : module["hardening"].items())
+    std::cout << "  " << property << '\t'
+              << (value.is_number() ? value.dump()
+                  : value == true   ? "yes"
+                                    : "no")
               << '\n';
   PrintList("exports", module["exports"]);
   for (const auto& [library, functions] : module["imports"].items())

@@ -141,8 +141,22 @@ test("the driver that runs is the Windows DLL, or the native module where that w
   const told = pc.json("module");
   const bytes = readFileSync(told.file);
   assert.equal(told.sha256, createHash("sha256").update(bytes).digest("hex"));
-  const x86 = pc.json("module", join(dirname(realpathSync(told.file)), "../x86/QM610rDRV1.dll"));
-  assert.deepEqual([x86.format, x86.machine, x86.exports], ["PE32", "x86", told.exports]);
+  const built = (machine, name) => join(dirname(realpathSync(told.file)), `../${machine}/${name}`);
+  for (const [machine, format, wide] of [["x86", "PE32", false], ["x64", "PE32+", true], ["arm64", "PE32+", true]]) {
+    const file = pc.json("module", built(machine, "QM610rDRV1.dll"));
+    assert.deepEqual([file.format, file.exports], [format, told.exports]);
+    assert.ok(file.hardening.callTargets > 40);
+    delete file.hardening.callTargets;
+    assert.deepEqual(file.hardening, {
+      anyAddress: true, highEntropy: wide, noExecutableData: true, noExceptionHandlers: !wide,
+      stackProtector: true, shadowStacks: machine === "x64", systemLibrariesOnly: true,
+    });
+    // The file of the symbols has the same identifier, whose first three numbers begin with the lowest byte.
+    const id = Buffer.from(file.symbols.id.slice(0, 32), "hex");
+    id.subarray(0, 4).reverse(), id.subarray(4, 6).reverse(), id.subarray(6, 8).reverse();
+    assert.ok(readFileSync(built(machine, file.symbols.file)).subarray(0, 65536).includes(id), machine);
+  }
+  assert.match(pc.done("module"), /^symbols\tQM610rDRV1\.pdb [0-9A-F]{32}1$[^]*^  stackProtector\tyes$/m);
   for (const size of [0, 100, 1000, bytes.length - 1]) {
     writeFileSync(pc.file("cut"), bytes.subarray(0, size));
     pc.refused(3, "module", pc.file("cut"));
