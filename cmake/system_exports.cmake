@@ -1,8 +1,12 @@
-# What the stand-in's libraries export to an image, by library: made from the list that the module's import libraries
-# are made from, and the few functions that newer systems have and the module looks up at run time.
+# The functions that the stand-in's libraries export to an image, by library: made from the lists that the import
+# libraries of the module and of kestrel-try are made from, and the few functions that newer systems have and the
+# module looks up at run time.
 set(IMPORT_LIST ${CMAKE_SOURCE_DIR}/windows/imports.txt)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${IMPORT_LIST})
+set(TRY_IMPORT_LIST ${CMAKE_SOURCE_DIR}/try/imports.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${IMPORT_LIST} ${TRY_IMPORT_LIST})
 file(STRINGS ${IMPORT_LIST} IMPORT_LINES REGEX "^ *[A-Za-z]")
+file(STRINGS ${TRY_IMPORT_LIST} TRY_IMPORT_LINES REGEX "^ *[A-Za-z]")
+list(APPEND IMPORT_LINES ${TRY_IMPORT_LINES})
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   list(FILTER IMPORT_LINES EXCLUDE REGEX " x64$")
 else()

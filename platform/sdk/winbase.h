@@ -37,6 +37,15 @@ void WINAPI GetSystemTimeAsFileTime(LPFILETIME time);
 DWORD WINAPI GetTickCount();
 BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* count);
 
+// ---- console programs ----
+constexpr DWORD STD_OUTPUT_HANDLE = static_cast<DWORD>(-11);
+constexpr DWORD STD_ERROR_HANDLE = static_cast<DWORD>(-12);
+LPWSTR WINAPI GetCommandLineW();
+HANDLE WINAPI GetStdHandle(DWORD which);
+BOOL WINAPI WriteFile(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written,
+                      struct OVERLAPPED* overlapped);
+[[noreturn]] void WINAPI ExitProcess(UINT exitCode);
+
 // ---- directories ----
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size);
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size);

@@ -23,5 +23,6 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR value, LPDWORD reserved, LPDWO
                                 LPBYTE data, LPDWORD size);
 LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR value, DWORD reserved, DWORD type, const BYTE* data,
                               DWORD size);
+LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR value);
 LSTATUS WINAPI RegCloseKey(HKEY key);
 }

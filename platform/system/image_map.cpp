@@ -20,9 +20,11 @@ constexpr WORD kThisMachine = kMachineX86;
 constexpr WORD kThisMachine = 0;  // runs no image
 #endif
 
-void CheckLoadable(const ImageFile& image) {
+void CheckLoadable(const ImageFile& image, ImageKind kind) {
   if (image.machine != kThisMachine) throw ImageError("it is for another machine");
-  if (!image.isDll) throw ImageError("it is a program, not a library");
+  const bool isLibrary = kind == ImageKind::kLibrary;
+  if (isLibrary && !image.isDll) throw ImageError("it is a program, not a library");
+  if (!isLibrary && (image.isDll || image.entryPoint == 0)) throw ImageError("it is no program");
   if (image.fixed) throw ImageError("it can only lie at a fixed address");
   if (image.hasThreadData) throw ImageError("it has data of its own for each thread");
   for (const ImageSection& section : image.sections) {
@@ -57,9 +59,9 @@ int ProtectionOf(const ImageSection& section) {
 
 }  // namespace
 
-MappedImage::MappedImage(Bytes file, LoaderFeatures features) {
+MappedImage::MappedImage(Bytes file, LoaderFeatures features, ImageKind kind) {
   const ImageFile image(file);
-  CheckLoadable(image);
+  CheckLoadable(image, kind);
   const std::vector<FARPROC> bound = Bind(image);
   void* memory = mmap(nullptr, image.size, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -153,6 +155,10 @@ BOOL MappedImage::CallMain(DWORD reason) const {
   if (entryPoint_ == 0) return TRUE;
   using Main = BOOL(WINAPI*)(HINSTANCE, DWORD, LPVOID);
   return reinterpret_cast<Main>(memory_ + entryPoint_)(handle(), reason, nullptr);
+}
+
+ProgramEntry MappedImage::EntryPoint() const {
+  return reinterpret_cast<ProgramEntry>(memory_ + entryPoint_);
 }
 
 std::vector<Resource> MappedImage::Resources() const {

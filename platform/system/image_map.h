@@ -16,14 +16,19 @@ struct LoaderFeatures {
   bool guardsCalls = true;  // Windows 8.1: Control Flow Guard
 };
 
+enum class ImageKind { kLibrary, kProgram };
+
+using ProgramEntry = void(WINAPI*)();
+
 class MappedImage {
  public:
   // Maps an image whose bytes are needed during the call alone; its entry point is not called.
   // Throws ImageError, with nothing mapped: ERROR_BAD_EXE_FORMAT for a damaged image, one of
-  // another machine's, and one that wants what is not here (a fixed address, thread data, memory
-  // that cannot be read, or both written and run); ERROR_MOD_NOT_FOUND for an import from an
+  // another machine's or kind, and one that wants what is not here (a fixed address, thread data,
+  // memory that cannot be read, or both written and run); ERROR_MOD_NOT_FOUND for an import from an
   // unknown library, ERROR_PROC_NOT_FOUND for one that its library lacks.
-  explicit MappedImage(Bytes file, LoaderFeatures features = {});
+  explicit MappedImage(Bytes file, LoaderFeatures features = {},
+                       ImageKind kind = ImageKind::kLibrary);
   ~MappedImage();
   MappedImage(const MappedImage&) = delete;
   MappedImage& operator=(const MappedImage&) = delete;
@@ -33,8 +38,10 @@ class MappedImage {
   // An exported function by its name; null when there is none or another library is meant to have
   // it.
   FARPROC Entry(LPCSTR name) const;
-  // Calls the entry point; TRUE when there is none.
+  // Calls a library's entry point; TRUE when there is none.
   BOOL CallMain(DWORD reason) const;
+  // A program's entry point.
+  ProgramEntry EntryPoint() const;
   // The image's own resources, which live as long as it does.
   std::vector<Resource> Resources() const;
 

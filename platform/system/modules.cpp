@@ -47,10 +47,7 @@ bool Open(LoadedModule& module) {
   const std::vector<std::byte> bytes = ReadWhole(module.file);
   try {
     if (IsImage(bytes)) {
-      const OsVersion os = Machine::Current().os();
-      module.image = std::make_unique<MappedImage>(
-          bytes,
-          LoaderFeatures{.fillsCookie = os.IsAtLeast(6, 2), .guardsCalls = os.IsAtLeast(6, 3)});
+      module.image = std::make_unique<MappedImage>(bytes, SystemLoaderFeatures());
       module.handle = module.image->handle();
       return true;
     }
@@ -79,13 +76,18 @@ LoadedModule::~LoadedModule() {
 }
 
 bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries) {
-  BuiltIns()[FoldCase(fileName)] = std::move(entries);
+  BuiltIns()[FoldCase(fileName)].merge(entries);
   return true;
 }
 
 const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName) {
   const auto found = BuiltIns().find(FoldCase(fileName));
   return found == BuiltIns().end() ? nullptr : &found->second;
+}
+
+LoaderFeatures SystemLoaderFeatures() {
+  const OsVersion os = Machine::Current().os();
+  return {.fillsCookie = os.IsAtLeast(6, 2), .guardsCalls = os.IsAtLeast(6, 3)};
 }
 
 void ModuleTable::UnloadAll() {

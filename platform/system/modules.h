@@ -15,11 +15,14 @@
 
 namespace platform {
 
-// Adds a module of the system's own ("comdlg32.dll") that every computer has. Meant for static
-// initialisation: const bool registered = RegisterBuiltIn(u"...", {...});
+// Adds functions to a module of the system's own ("comdlg32.dll") that every computer has. Meant
+// for static initialisation: const bool registered = RegisterBuiltIn(u"...", {...});
 bool RegisterBuiltIn(std::u16string_view fileName, Machine::EntryPoints entries);
 // What such a module exports; null when there is none of that name.
 const Machine::EntryPoints* FindBuiltIn(std::u16string_view fileName);
+
+// What the loader of the current machine's system does with images.
+LoaderFeatures SystemLoaderFeatures();
 
 struct LoadedModule {
   LoadedModule() = default;

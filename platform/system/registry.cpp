@@ -184,6 +184,13 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR value, DWORD, DWORD type, const 
   });
 }
 
+LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR value) {
+  return OnKey(key, KEY_SET_VALUE | GENERIC_WRITE, [&](const std::u16string& name) -> DWORD {
+    const bool removed = Machine::Current().impl().store.Remove(ValuesPath(name), View(value));
+    return removed ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+  });
+}
+
 LSTATUS WINAPI RegCloseKey(HKEY key) {
   if (key == HKEY_LOCAL_MACHINE) return ERROR_SUCCESS;
   return Machine::Current().impl().registryHandles.Remove(key) ? ERROR_SUCCESS

@@ -1,0 +1,191 @@
+// kestrel-try with the module: both native, or, where DRIVER_MODULE names the module's Windows
+// image, that image and the kestrel-try.exe beside it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "driver/text.h"
+#include "platform/system/program.h"
+#include "resources/resource.h"
+#include "tests/support/open_sheet.h"
+#include "try/arguments.h"
+#include "try/program.h"
+
+namespace {
+
+using platform::ProgramResult;
+using support::kPrinter;
+
+enum : UINT { kDone, kCancelled, kUsage, kFailed };  // documented exit codes
+
+class KestrelTry : public support::SheetTest {
+ protected:
+  ProgramResult Run(const std::u16string& arguments) {
+    const std::u16string line = u"\"C:\\My tools\\kestrel-try.exe\" " + arguments;
+    const char* given = std::getenv("DRIVER_MODULE");
+    if (given == nullptr) return platform::RunProgram(KestrelTryMain, line);
+    const auto program = std::filesystem::path(given).replace_filename("kestrel-try.exe");
+    return platform::RunProgram(platform::ReadWhole(program), line);
+  }
+  ProgramResult RunModule(const std::u16string& arguments) {
+    return Run(u"C:/WINDOWS/system32/spool/drivers/w32x86/3/QM610rDRV1.DLL " + arguments);
+  }
+  // What a sheet may store, by name: the registry, the printer's data and its default record.
+  auto Stored() {
+    std::map<std::u16string, std::vector<std::byte>> stored = {
+        {u"record", machine().DefaultRecord(kPrinter)}};
+    for (const auto& [name, value] : machine().AllRegistry(u"")) stored[name] = value.bytes;
+    for (const auto& [name, value] : machine().AllData(kPrinter)) stored[name] = value.bytes;
+    return stored;
+  }
+};
+
+TEST_F(KestrelTry, PrinterOfAnyDriverGivesRecordedAnswers) {
+  const auto before = Stored();
+  const std::string recorded = support::Golden("answers.json");
+  EXPECT_EQ(RunModule(u"\"Label Printer\"").output, recorded);
+  EXPECT_EQ(Stored(), before);
+
+  // Printers of another driver on an older system, with a record and data of that driver.
+  machine().SetOs({.major = 5, .minor = 0});
+  kestrel::SettingsRecord record = support::DefaultBlock().Record;
+  record.Public.dmDriverVersion = 0x0100;
+  record.Private.nPrintSpeed = 2;
+  for (const std::u16string name :
+       {u"\\\\server\\倉庫の複合機 with a name of more than 31 characters", u"倉庫,LPT1:"}) {
+    machine().AddPrinter({.name = name, .driverName = u"Another Driver", .administer = false});
+    machine().SetDefaultRecord(name, support::BytesOf(record));
+    machine().SetData(name, u"Private DevMode", {REG_BINARY, std::vector<std::byte>(3338)});
+    const ProgramResult run = RunModule(u'"' + name + u'"');
+    EXPECT_EQ(run.output, recorded);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.exitCode, kDone);
+  }
+}
+
+TEST_F(KestrelTry, TextIsValidJsonInUtf8) {
+  kestrel::DriverSettingsBlock block = support::DefaultBlock();
+  kestrel::CopyText(block.Printer.Papers[0].PaperName,
+                    u"\"58\\68\"\t\x1F é 標準 \xD83D\xDD8B \xD800|\xDC00");
+  Keep(block);
+  const auto calls = nlohmann::json::parse(RunModule(u"\"Label Printer\"").output);
+  const auto names = std::ranges::find(calls, "DrvDeviceCapabilities, DC_PAPERNAMES",
+                                       [](const auto& call) { return call["call"]; });
+  EXPECT_EQ((*names)["output"][0], "\"58\\68\"\t\x1F é 標準 🖋 \uFFFD|\uFFFD");
+}
+
+TEST_F(KestrelTry, FailureHasAReasonOnStandardErrorAndAnExitCode) {
+  const std::u16string folder = u"C:\\WINDOWS\\system32\\spool\\drivers\\w32x86\\3\\";
+  machine().InstallModule(folder + u"Other.dll", support::Built("QM610rLIB.so"));
+  const struct {
+    std::u16string arguments;
+    UINT exitCode;
+    std::string errors;
+  } kCases[] = {
+      {u"", kUsage,
+       "the module's file and the printer's name are missing; kestrel-try --help tells more"},
+      {u"a.dll", kUsage, "the printer's name is missing; kestrel-try --help tells more"},
+      {u"a.dll Label Printer", kUsage,
+       "there are too many arguments; put quotation marks around a name with spaces; kestrel-try "
+       "--help tells more"},
+      {u"a.dll b --sheet user", kUsage,
+       "--sheet needs document, advanced, user-default or printer; kestrel-try --help tells more"},
+      {u"a.dll b --sheets", kUsage, "there is no such option; kestrel-try --help tells more"},
+      // Without a folder a name is that of a file in the current directory, wherever else one is.
+      {u"QM610rDRV1.dll b", kFailed, "QM610rDRV1.dll cannot be loaded (error 126)"},
+      {folder + u"Other.dll b", kFailed,
+       "DrvPrinterEvent is not exported by the module (error 127)"},
+      {folder + u"QM610rDRV1.dll 倉庫", kFailed, "the printer 倉庫 cannot be opened (error 1801)"},
+  };
+  for (const auto& [arguments, exitCode, errors] : kCases) {
+    const ProgramResult run = Run(arguments);
+    EXPECT_EQ(run.exitCode, exitCode) << errors;
+    EXPECT_EQ(run.errors, "kestrel-try: " + errors + "\n");
+    EXPECT_EQ(run.output, "");
+  }
+  machine().faults.FailNth(platform::Fault::kStore, 2);
+  const ProgramResult run = RunModule(u"\"Label Printer\"");
+  EXPECT_EQ(run.exitCode, kFailed);
+  EXPECT_EQ(run.errors, "kestrel-try: the output cannot be written (error 112)\n");
+  EXPECT_EQ(Run(u"--help").exitCode, kDone);
+}
+
+TEST_F(KestrelTry, DocumentSheetsStoreNothing) {
+  using namespace support;
+  const std::u16string key =
+      u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Label Printer\\PrinterDriverData";
+  machine().SetRegistry(key, u"Other", {REG_DWORD, BytesOf(DWORD{1})});
+  for (const bool hasSyncPrint : {false, true}) {
+    if (hasSyncPrint)
+      machine().SetRegistry(key, u"SyncPrint", {REG_DWORD, BytesOf(DWORD{0x10001})});
+    const auto before = Stored();
+    for (const std::u16string kind : {u"document", u"advanced"}) {
+      const auto show = [&] { return RunModule(u"\"Label Printer\" --sheet " + kind); };
+      const Steps steps = {GoTo(kFontTab), GoTo(kOperationTab), GoTo(kPaperTab)};
+      EXPECT_EQ(Follow({steps, PressCancel()}, show).exitCode, kCancelled);
+      EXPECT_EQ(Stored(), before);
+      const ProgramResult run = Follow({steps, PressOk()}, show);
+      EXPECT_EQ(run.exitCode, kDone);
+      EXPECT_EQ(Stored(), before);
+      const auto call = nlohmann::json::parse(run.output)[0];
+      EXPECT_EQ(call["result"], 1);
+      EXPECT_EQ(call["record"]["Dither"], 3);  // the operation page always stores this value
+      EXPECT_EQ(call["record"]["dmDeviceName"], "(printer)");
+    }
+  }
+}
+
+TEST_F(KestrelTry, StoringSheetsStoreOnOkWhereAllowed) {
+  using namespace support;
+  const kestrel::DriverSettingsBlock defaults = DefaultBlock();
+  const auto privateDevMode = BytesOf(&defaults.Printer, kestrel::kPrinterPartSize);
+  for (const std::u16string kind : {u"user-default", u"printer"}) {
+    const auto show = [&] { return RunModule(u"--sheet " + kind + u" \"Label Printer\""); };
+    machine().RemoveData(kPrinter, u"Private DevMode");
+    const auto before = Stored();
+    const auto expectPermission = [&](bool permission) {
+      return kind == u"printer"
+                 ? Steps()
+                 : Steps{GoTo(kPaperTab), ExpectEnabled({IDC_PAPER_VERT_BASE}, permission)};
+    };
+    EXPECT_EQ(Follow({expectPermission(true), PressCancel()}, show).exitCode, kCancelled);
+    EXPECT_EQ(Stored(), before);
+    machine().SetPermission(kPrinter, false, false);
+    EXPECT_EQ(Follow({expectPermission(false), PressOk()}, show).exitCode, kDone);
+    EXPECT_EQ(Stored(), before);
+    machine().SetPermission(kPrinter, true, true);
+    const ProgramResult run = Follow(PressOk(), show);
+    EXPECT_EQ(run.exitCode, kDone);
+    EXPECT_EQ(nlohmann::json::parse(run.output)[0].contains("record"), kind == u"user-default");
+    EXPECT_EQ(Stored()[u"Private DevMode"], privateDevMode);
+  }
+}
+
+TEST(SplitCommandLine, FollowsTheDocumentedRules) {
+  const struct {
+    std::u16string line;
+    std::vector<std::u16string> arguments;
+  } kCases[] = {
+      {u"", {}},
+      {u"try.exe", {}},
+      {u"\"C:\\My tools\\\" a  b\t c ", {u"a", u"b", u"c"}},  // no escape in the program's name
+      {u"try \"a b\" c", {u"a b", u"c"}},
+      {u"try a\" b\"c", {u"a bc"}},
+      {u"try \"\" b", {u"", u"b"}},
+      {u"try \"a b", {u"a b"}},
+      {u"try \\\\server\\p a\\b", {u"\\\\server\\p", u"a\\b"}},
+      {u"try a\\\"b a\\\\\"b c\" a\\\\\\\"b", {u"a\"b", u"a\\b c", u"a\\\"b"}},
+      {u"try \"a\\\\\" b", {u"a\\", u"b"}},
+      {u"try \"a\"\"b c\" d", {u"a\"b c", u"d"}},
+      {u"try a b c d", {u"a", u"b", u"c", u"d"}},
+  };
+  for (const auto& [line, arguments] : kCases) {
+    std::vector<WCHAR> storage(line.size() + 1);
+    const WCHAR* words[4] = {};
+    const size_t count = kestrel_try::SplitCommandLine(line.c_str(), storage.data(), words, 4);
+    EXPECT_EQ(std::vector<std::u16string>(words, words + count), arguments);
+  }
+}
+
+}  // namespace
