@@ -13,13 +13,23 @@ set(DLL ${CMAKE_BINARY_DIR}/QM610rDRV1.dll)
 windows_image(dll FILE QM610rDRV1.dll ENTRY DllEntry SUBSYSTEM windows EXPORTS ${EXPORT_LIST}
   INPUTS ${MODULE_OBJECTS} ${ENTRY_OBJECT} ${RESOURCE_RES} ${IMPORT_LIBRARIES})
 
+# ---- kestrel-try, a console program that calls the DLL ----
+windows_import_libraries(TRY_IMPORT_LIBRARIES ${CMAKE_SOURCE_DIR}/try/imports.txt)
+windows_objects(TRY_OBJECTS SOURCES ${TRY_SOURCES})
+windows_objects(TRY_ENTRY_OBJECT SOURCES windows/try_entry.cpp OPTIONS -fno-stack-protector)
+windows_image(try FILE kestrel-try.exe ENTRY KestrelTryEntry SUBSYSTEM console
+  INPUTS ${TRY_OBJECTS} ${TRY_ENTRY_OBJECT} ${IMPORT_LIBRARIES} ${TRY_IMPORT_LIBRARIES})
+
 if(KESTREL_TESTS)
   enable_testing()
   # Python is looked for when the test runs: ./run builds on a machine without it.
   find_program(LLVM_READOBJ NAMES llvm-readobj llvm-readobj-14 REQUIRED)
   find_program(LLVM_PDBUTIL NAMES llvm-pdbutil llvm-pdbutil-14 REQUIRED)
-  add_test(NAME dll.${MACHINE} COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/build/check_dll.py
-           ${LLVM_READOBJ} ${LLVM_PDBUTIL} ${MACHINE} ${DLL} ${RESOURCE_RES} ${EXPORT_LIST} ${CMAKE_SOURCE_DIR}/windows/imports.txt)
-  add_test(NAME dll.${MACHINE}.same_bytes COMMAND ${CMAKE_SOURCE_DIR}/tests/build/same_bytes.sh ${CMAKE_SOURCE_DIR}
-           windows/${MACHINE} ${DLL})
+  foreach(image ${DLL} ${CMAKE_BINARY_DIR}/kestrel-try.exe)
+    cmake_path(GET image FILENAME name)
+    add_test(NAME ${name}.${MACHINE} COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/build/check_image.py
+             ${LLVM_READOBJ} ${LLVM_PDBUTIL} ${MACHINE} ${CMAKE_SOURCE_DIR} ${image})
+  endforeach()
+  add_test(NAME same_bytes.${MACHINE} COMMAND ${CMAKE_SOURCE_DIR}/tests/build/same_bytes.sh ${CMAKE_SOURCE_DIR}
+           windows/${MACHINE} ${CMAKE_BINARY_DIR})
 endif()

@@ -33,8 +33,14 @@ need() {
   "${asRoot[@]}" apt-get install -y -qq --no-install-recommends "${wanted[@]}" >&2 < /dev/null
 }
 
-# The three DLLs, each a build of its own.
-buildWindows() { build windows/x86 dll && build windows/x64 dll && build windows/arm64 dll; }
+# The files for Windows, DLL and kestrel-try of three machines, each machine a build of its own.
+buildWindows() {
+  local machine
+  for machine in x86 x64 arm64; do build "windows/$machine" dll try || return; done
+}
+
+# The driver that printhost installs.
+buildDriver() { build windows/x64 dll; }
 
 # build PRESET TARGET…: configures when that was not done yet, then builds. One build of a folder at
 # a time.

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# same_bytes.sh SOURCES PRESET DLL: built again from a copy in another folder, without a compiler
-# cache, the DLL and its symbols are the same byte for byte.
+# same_bytes.sh SOURCES PRESET FOLDER: built again from a copy in another folder, without a compiler
+# cache, the DLL, kestrel-try and their symbols are the same as in FOLDER byte for byte.
 set -euo pipefail
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
@@ -8,5 +8,7 @@ tar -C "$1" --exclude=./build --exclude=./node_modules --exclude=./.git -cf - . 
 cd "$copy"
 unset CMAKE_CXX_COMPILER_LAUNCHER
 cmake --preset "$2" -DKESTREL_TESTS=OFF
-ninja -C "build/$2" dll
-for file in "$3" "${3%.dll}.pdb"; do cmp "build/$2/$(basename "$file")" "$file"; done
+ninja -C "build/$2" dll try
+for file in QM610rDRV1.dll QM610rDRV1.pdb kestrel-try.exe kestrel-try.pdb; do
+  cmp "build/$2/$file" "$3/$file"
+done

@@ -1,5 +1,5 @@
-"""check_dll.py READOBJ PDBUTIL MACHINE DLL RES EXPORTS IMPORTS: what a system sees of a built DLL before it runs any of
-it, and what a debugger sees of its symbols."""
+"""check_image.py READOBJ PDBUTIL MACHINE SOURCES IMAGE: what a system sees of a built DLL or program before it runs any
+of it, and what a debugger sees of its symbols."""
 import re
 import struct
 import subprocess
@@ -7,7 +7,8 @@ import sys
 import unittest
 from pathlib import Path
 
-readobj, pdbutil, machine, dll, res, export_list, import_list = sys.argv[1:]
+readobj, pdbutil, machine, sources, image_file = sys.argv[1:]
+SOURCES = Path(sources)
 WIDE = machine != "x86"
 FORMAT, OLDEST_SYSTEM = {
     "x86": ("COFF-i386", ["5", "0"]),
@@ -30,10 +31,10 @@ def block(text, name):
     return [set(re.findall(r"IMAGE_\w+", entries)) for entries in found]
 
 
-def listed_imports():
+def listed_imports(import_list):
     """The list's functions by library, those of this machine."""
     libraries = {}
-    for line in Path(import_list).read_text("utf-8").splitlines():
+    for line in (SOURCES / import_list).read_text("utf-8").splitlines():
         words = line.split()
         if not words or line.startswith("#"):
             continue
@@ -58,7 +59,7 @@ def resources(path):
 
 
 class Image:
-    """The sections of a DLL; addresses count from its base."""
+    """The sections of an image; addresses count from its base."""
 
     def __init__(self, path):
         text = read(path, "--sections", "--section-data")
@@ -96,42 +97,45 @@ def number(text, key):
     return value
 
 
-class Dll(unittest.TestCase):
+class Common:
+    """What holds for every image."""
+
     def test_headers(self):
-        text = read(dll, "--file-headers")
+        text = read(image_file, "--file-headers")
         of_file, of_image = block(text, "Characteristics")
         keys = ("Format", "Subsystem", "MajorSubsystemVersion", "MinorSubsystemVersion")
         self.assertEqual([number(text, key) for key in keys],
-                         [FORMAT, "IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)", *OLDEST_SYSTEM])
-        self.assertIn("IMAGE_FILE_DLL", of_file)
+                         [FORMAT, self.SUBSYSTEM, *OLDEST_SYSTEM])
+        self.assertEqual("IMAGE_FILE_DLL" in of_file, self.IS_DLL)
         self.assertNotIn("IMAGE_FILE_RELOCS_STRIPPED", of_file)
         wanted = {"DYNAMIC_BASE", "NX_COMPAT", "GUARD_CF", "HIGH_ENTROPY_VA" if WIDE else "NO_SEH"}
+        wanted |= set() if self.IS_DLL else {"TERMINAL_SERVER_AWARE"}
         self.assertEqual(of_image, {"IMAGE_DLL_CHARACTERISTICS_" + flag for flag in wanted})
         self.assertNotEqual(number(text, "AddressOfEntryPoint"), "0x0")
 
     def test_sections(self):
-        for name, _, _, flags, _ in Image(dll).sections:
+        for name, _, _, flags, _ in Image(image_file).sections:
             self.assertFalse({"IMAGE_SCN_MEM_WRITE", "IMAGE_SCN_MEM_EXECUTE"} <= flags, name)
             self.assertNotIn("IMAGE_SCN_MEM_SHARED", flags, name)
         # Sheets of one process share nothing that changes: the instance handle, the security cookie and a few words at most.
-        sizes = {name: size for name, _, size, _, _ in Image(dll).sections}
+        sizes = {name: size for name, _, size, _, _ in Image(image_file).sections}
         self.assertLessEqual(sizes.get(".data", 0), 64)
         # Tables of functions and texts hold addresses: without these the image could lie nowhere else.
         kind = "DIR64" if WIDE else "HIGHLOW"
-        self.assertGreater(values(read(dll, "--coff-basereloc"), "Type").count(kind), 100)
+        self.assertGreater(values(read(image_file, "--coff-basereloc"), "Type").count(kind), self.FEWEST)
         if WIDE:
-            self.assertGreater(read(dll, "--unwind").count("RuntimeFunction {"), 100)
+            self.assertGreater(read(image_file, "--unwind").count("RuntimeFunction {"), self.FEWEST)
 
     def test_stack_protector(self):
-        image, config = Image(dll), read(dll, "--coff-load-config")
+        image, config = Image(image_file), read(image_file, "--coff-load-config")
         cookie = int(number(config, "SecurityCookie"), 16) - image.base
         self.assertIn("IMAGE_SCN_MEM_WRITE", image.flags_at(cookie))
         # A loader fills a cookie that has the documented value only.
         self.assertEqual(image.word_at(cookie), 0x2B992DDFA232 if WIDE else 0xBB40E64E)
-        self.assertGreater(image.references(cookie), 50)
+        self.assertGreater(image.references(cookie), self.FEWEST // 2)
 
     def test_control_flow_guard(self):
-        image, config = Image(dll), read(dll, "--coff-load-config")
+        image, config = Image(image_file), read(image_file, "--coff-load-config")
         pointer = number(config, "GuardCFCheckDispatch" if machine == "x64" else "GuardCFCheckFunction")
         pointer = int(pointer, 16) - image.base
         self.assertNotIn("IMAGE_SCN_MEM_WRITE", image.flags_at(pointer))
@@ -143,11 +147,11 @@ class Dll(unittest.TestCase):
         self.assertEqual(targets, sorted(set(targets)))
         for target in targets:
             self.assertIn("IMAGE_SCN_MEM_EXECUTE", image.flags_at(target))
-        called = values(read(dll, "--coff-exports"), "RVA") + values(read(dll, "--file-headers"), "AddressOfEntryPoint")
+        called = values(read(image_file, "--coff-exports"), "RVA") + values(read(image_file, "--file-headers"), "AddressOfEntryPoint")
         self.assertLessEqual({int(address, 16) for address in called} - {0}, set(targets))
 
     def test_rest_of_load_configuration(self):
-        headers, config = read(dll, "--file-headers"), read(dll, "--coff-load-config")
+        headers, config = read(image_file, "--file-headers"), read(image_file, "--coff-load-config")
         size = int(number(config, "Size"), 16)
         # Windows XP wants 64 as the directory's size.
         self.assertEqual(int(number(headers, "LoadConfigTableSize"), 16), size if WIDE else 64)
@@ -156,13 +160,13 @@ class Dll(unittest.TestCase):
         self.assertEqual([number(config, key) for key in ("SEHandlerTable", "SEHandlerCount")], ["0x0", "0"])
 
     def test_symbols(self):
-        directory = read(dll, "--coff-debug-directory")
+        directory = read(image_file, "--coff-debug-directory")
         kinds = ["CodeView (0x2)", "ExtendedDLLCharacteristics (0x14)", "Repro (0x10)"]
         self.assertEqual(values(directory, "Type"), kinds if machine == "x64" else kinds[::2])
         self.assertEqual("IMAGE_DLL_CHARACTERISTICS_EX_CET_COMPAT" in directory, machine == "x64")
-        self.assertEqual(number(directory, "PDBFileName"), "QM610rDRV1.pdb")
+        symbols = Path(image_file).with_suffix(".pdb")
+        self.assertEqual(number(directory, "PDBFileName"), symbols.name)
 
-        symbols = Path(dll).with_suffix(".pdb")
         listed = subprocess.run([pdbutil, "dump", "--summary", "--publics", symbols], check=True, capture_output=True,
                                 text=True).stdout
         identifier = bytes.fromhex(number(directory, "PDBGUID").strip("()"))
@@ -172,37 +176,64 @@ class Dll(unittest.TestCase):
         self.assertEqual(number(listed, "Age"), number(directory, "PDBAge"))
         places = {name.lstrip("_").split("@")[0]: int(address) + 4096
                   for name, address in re.findall(r"`(\w+@?\d*)`\n.*addr = 0001:(\d+)", listed)}
-        exports = read(dll, "--coff-exports")
+        exports = read(image_file, "--coff-exports")
         for name, address in zip(values(exports, "Name"), values(exports, "RVA"), strict=True):
             if name:
                 self.assertEqual(places.get(name), int(address, 16), name)
-        self.assertIn(b"C:\\kestrel\\driver\\module_entry.cpp", symbols.read_bytes())
-        for file in (dll, symbols):
-            self.assertNotIn(str(Path(export_list).parent.parent).encode(), Path(file).read_bytes())
+        self.assertIn(self.SOURCE.encode(), symbols.read_bytes())
+        for file in (image_file, symbols):
+            self.assertNotIn(str(SOURCES).encode(), Path(file).read_bytes())
+
+    def imports(self):
+        found = {}
+        for line in read(image_file, "--coff-imports").splitlines():
+            key, _, value = line.strip().partition(": ")
+            self.assertNotIn("DelayImport", key)
+            if key == "Name":
+                self.assertNotIn(value, found)
+                names = found[value] = set()
+            elif key == "Symbol":
+                names.add(value.split(" ")[0])
+        return found
+
+
+class Dll(Common, unittest.TestCase):
+    IS_DLL, SUBSYSTEM = True, "IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)"
+    SOURCE = r"C:\kestrel\driver\module_entry.cpp"
+    FEWEST = 100  # relocations, and functions with unwind data
 
     def test_exports(self):
-        wanted = re.findall(r"^ +(\w+)", Path(export_list).read_text("utf-8"), re.MULTILINE)
-        exports = values(read(dll, "--coff-exports"), "Name")
+        wanted = re.findall(r"^ +(\w+)", (SOURCES / "resources/QM610rDRV1.def").read_text("utf-8"), re.MULTILINE)
+        exports = values(read(image_file, "--coff-exports"), "Name")
         self.assertEqual(sorted(name for name in exports if name), sorted(wanted))
         self.assertEqual(len(wanted), 16)
 
     def test_imports(self):
-        found = {}
-        for line in read(dll, "--coff-imports").splitlines():
-            key, _, value = line.strip().partition(": ")
-            self.assertNotIn("DelayImport", key)
-            if key == "Name":
-                names = found[value] = set()
-            elif key == "Symbol":
-                names.add(value.split(" ")[0])
-        self.assertEqual(found, listed_imports())
+        self.assertEqual(self.imports(), listed_imports("windows/imports.txt"))
 
     def test_resources(self):
-        compiled = resources(res)
-        self.assertEqual(resources(dll), compiled)
+        compiled = resources(Path(image_file).with_suffix(".res"))
+        self.assertEqual(resources(image_file), compiled)
         # Bitmaps, dialogs, texts, the version and the manifest that a library's own pages use.
         self.assertEqual({kind for kind, _, _ in compiled}, {"2", "5", "6", "16", "24"})
         self.assertIn(("24", "2"), {key[:2] for key in compiled})
+
+
+class Program(Common, unittest.TestCase):
+    IS_DLL, SUBSYSTEM = False, "IMAGE_SUBSYSTEM_WINDOWS_CUI (0x3)"
+    SOURCE = r"C:\kestrel\try\program.cpp"
+    FEWEST = 30
+
+    def test_imports(self):
+        found, shared, own = self.imports(), listed_imports("windows/imports.txt"), listed_imports("try/imports.txt")
+        for library, names in found.items():
+            self.assertLessEqual(names, shared.get(library, set()) | own.get(library, set()))
+        for library, names in own.items():
+            self.assertLessEqual(names, found[library])
+
+
+def load_tests(loader, _, __):
+    return loader.loadTestsFromTestCase(Dll if image_file.endswith(".dll") else Program)
 
 
 if __name__ == "__main__":
