@@ -112,7 +112,7 @@ void ImageFile::ReadLoadConfiguration(Directory directory) {
 }
 
 void ImageFile::ReadDebugDirectory(Directory directory) {
-  const DWORD count = directory.size / sizeof(DebugEntry);
+  const DWORD count = static_cast<DWORD>(directory.size / sizeof(DebugEntry));
   Require(count <= kMostDebugEntries, "its debug directory is damaged");
   for (DWORD i = 0; i < count; ++i) {
     const auto entry = Read<DebugEntry>(uint64_t{directory.address} + i * sizeof(DebugEntry));
