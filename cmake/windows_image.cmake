@@ -83,9 +83,9 @@ set(WINDOWS_COMPILE_OPTIONS
     -Wframe-larger-than=4000
     # Control Flow Guard and the stack protector (windows/load_configuration.cpp, windows/security_cookie.cpp).
     -Xclang -cfguard -fstack-protector-strong
-    # Symbols without a path of this machine; objects without a time. A compiler cache would add an option for colors,
-    # which the symbols record.
-    -g -gcodeview -ffile-compilation-dir=. -mno-incremental-linker-compatible -fno-color-diagnostics)
+    # Symbols without a path of this machine; objects without a time. The symbols record all options, and ccache adds
+    # this one for colors unless it is there.
+    -g -gcodeview -ffile-compilation-dir=. -mno-incremental-linker-compatible -fcolor-diagnostics)
 if(MACHINE STREQUAL x86)
   # The oldest processor that Windows 2000 runs on.
   list(APPEND WINDOWS_COMPILE_OPTIONS -march=i586)
