@@ -88,10 +88,10 @@ std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
 
 UINT ParseAnsiPage(const std::string& text) {
   constexpr UINT kPages[] = {932, 936, 949, 1252, CP_UTF8};
-  const DWORD page = Number("--ansi-page", text);
-  if (std::ranges::find(kPages, page) == std::end(kPages))
+  const auto page = ParseNumber(text);
+  if (!page || std::ranges::find(kPages, *page) == std::end(kPages))
     throw Failure{kUsage, "--ansi-page takes 932, 936, 949, 1252 or 65001 (UTF-8)"};
-  return page;
+  return *page;
 }
 
 // Looks at every option before it changes anything.

@@ -12,7 +12,9 @@
 namespace platform {
 namespace gdi {
 
-ObjectStore& ObjectStore::Get() {
+// Not inlined: the lookup of a thread's variable changes registers that a WINAPI caller expects to
+// survive, and the compiler does not see it.
+[[gnu::noinline]] ObjectStore& ObjectStore::Get() {
   static thread_local ObjectStore store;
   return store;
 }
