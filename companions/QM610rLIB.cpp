@@ -2,6 +2,7 @@
 // versions. The printer is the simulated one of the current machine.
 #include <windows.h>
 
+#include <functional>
 #include <string>
 
 #include "companions/simulated_device.h"
@@ -11,12 +12,13 @@
 namespace companions {
 namespace {
 
-std::string ModeAnswer(const SimulatedDevice& device, DWORD) {
+std::string ModeReply(const SimulatedDevice& device) {
   return {'\0', device.density == 305 ? '\1' : '\0', '\0', static_cast<char>(device.mode)};
 }
 
-// Texts fill their places with zeros behind; the overlong device writes on without any.
-std::string VersionAnswer(const SimulatedDevice& device, DWORD replySize) {
+// Pads each text with zeros to its fixed length. An overlong reply fills replySize bytes and has no
+// terminator.
+std::string VersionReply(const SimulatedDevice& device, DWORD replySize) {
   std::string firmware = platform::ToCp932(device.firmware);
   std::string font = platform::ToCp932(device.font);
   std::string overlong;
@@ -27,18 +29,18 @@ std::string VersionAnswer(const SimulatedDevice& device, DWORD replySize) {
   return firmware + font;
 }
 
-// Copies as much of the device's answer as the caller's buffer takes and tells its size; false when
-// the device is not there.
+// Copies as much of the device's reply as the caller's buffer holds and sets *size to the number of
+// bytes copied. Returns FALSE when the device is offline or a required argument is null.
 DWORD Query(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size, DWORD* status,
-            std::string (*answerOf)(const SimulatedDevice&, DWORD)) {
+            const std::function<std::string(const SimulatedDevice&)>& buildReply) {
   if (!printer || !reply) return FALSE;
   const SimulatedDevice device = LoadSimulatedDevice(printer);
   if (status) *status = device.offline ? 1 : 0;
   if (device.offline) return FALSE;
   if (device.answer == DeviceAnswer::kSilent) return TRUE;
-  std::string answer = answerOf(device, replySize);
-  if (device.answer == DeviceAnswer::kShort) answer.resize(1);
-  const auto count = answer.copy(reinterpret_cast<char*>(reply), replySize);
+  std::string bytes = buildReply(device);
+  if (device.answer == DeviceAnswer::kShort) bytes.resize(1);
+  const auto count = bytes.copy(reinterpret_cast<char*>(reply), replySize);
   if (size) *size = static_cast<DWORD>(count);
   return TRUE;
 }
@@ -53,7 +55,7 @@ extern "C" {
 DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                             DWORD* status) {
   return platform::Keeping([&] {
-    return companions::Query(printer, reply, replySize, size, status, companions::ModeAnswer);
+    return companions::Query(printer, reply, replySize, size, status, companions::ModeReply);
   });
 }
 
@@ -62,7 +64,10 @@ DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD
 DWORD WINAPI RtlGetVersionComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                                DWORD* status) {
   return platform::Keeping([&] {
-    return companions::Query(printer, reply, replySize, size, status, companions::VersionAnswer);
+    return companions::Query(printer, reply, replySize, size, status,
+                             [&](const companions::SimulatedDevice& device) {
+                               return companions::VersionReply(device, replySize);
+                             });
   });
 }
 }
