@@ -6,7 +6,7 @@
 #include "driver/text.h"
 #include "files/profile_io.h"
 #include "files/settings_keys.h"
-#include "fonts/barcode_param.h"
+#include "fonts/barcode_kinds.h"
 
 namespace kestrel {
 namespace {

@@ -25,7 +25,7 @@ struct ModuleVersion {
   int control;
 };
 
-constexpr ModuleVersion kModuleVersionTable[] = {
+constexpr ModuleVersion ModuleVersionTable[] = {
     {TEXT("QM6_1rLMNT.DLL"), IDC_VERSION_LANGUAGE_MONITOR},
     {TEXT("QM6_1rPM_UI.DLL"), IDC_VERSION_USER_INTERFACE},
     {TEXT("QM6_1rPMCOM.DLL"), IDC_VERSION_COM_PORT_MONITOR},
@@ -55,7 +55,7 @@ void ShowModuleVersions(HWND page) {
   WCHAR directory[MAX_PATH] = {};
   if (GetSystemDirectoryW(directory, MAX_PATH) == 0) return;
   AppendText(directory, TEXT("\\"));
-  for (const ModuleVersion& module : kModuleVersionTable) {
+  for (const ModuleVersion& module : ModuleVersionTable) {
     WCHAR path[MAX_PATH];
     CopyText(path, directory);
     AppendText(path, module.file);

@@ -1,17 +1,44 @@
-// The barcode kinds in the order of the dialog's list, with the names of their entry points in the
-// detail library.
+// The barcode kinds in the order of the dialog's list: the names of their entry points in the
+// detail library, and the named fields of their parameter blocks. The library owns the meaning of a
+// block; the font store and the backup file know only these fields.
 #pragma once
 
 #include <cstdint>
 #include <iterator>
-
-#include "fonts/barcode_param.h"
+#include <span>
 
 namespace kestrel {
 
-// The one list of kinds: KIND(id, suffix of the entry points, whether serial numbering may be
-// switched, layout of the parameter block). The library's entry points and their tests are made
-// from it.
+enum class BarcodeFieldType : uint8_t {
+  kWord,           // 16 bits
+  kFixedText,      // code page 932; may fill its width without a terminator
+  kTerminatedText  // code page 932, terminated within its width
+};
+
+struct BarcodeField {
+  const char* name;  // also its key in a backup file
+  uint8_t offset;    // from the start of the block
+  uint8_t width;     // bytes
+  BarcodeFieldType type;
+};
+
+// Layouts of the parameter block. Kinds of one layout have the same fields.
+enum class BarcodeLayout : uint8_t {
+  kGuided,
+  kPlain,
+  kCommented,
+  kTwoWidths,
+  kCustomer,
+  kQr,
+  kPdf417,
+  kMaxiCode,
+  kDataMatrix,
+  kMicroPdf417,
+  kRss,
+};
+
+// KIND(id, suffix of the entry points, whether serial numbering may be switched, layout of the
+// parameter block). The companion library and its tests generate their entry points from this list.
 #define BARCODE_KINDS(KIND)           \
   KIND(100, UPCA, true, kGuided)      \
   KIND(200, UPCE, true, kPlain)       \
@@ -51,7 +78,11 @@ inline constexpr BarcodeKindRow kBarcodeKinds[] = {
 constexpr int kBarcodeKindCount = static_cast<int>(std::size(kBarcodeKinds));
 constexpr uint16_t kFirstBarcodeKind = kBarcodeKinds[0].id;
 
-// Row of a kind id; -1 when the table does not contain it.
+// Returns the row of a kind id, or -1 when the table does not contain it.
 int BarcodeKindRowOf(int id);
+
+// Returns the named fields of a kind in the order in which a backup file stores them; an empty span
+// for a kind without a layout.
+std::span<const BarcodeField> BarcodeFields(int kind);
 
 }  // namespace kestrel

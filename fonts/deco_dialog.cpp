@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "fonts/deco_dialog_data.h"
-#include "fonts/deco_preview.h"
+#include "driver/drawing.h"
+#include "fonts/deco_controls.h"
 #include "fonts/font_sizes.h"
 #include "fonts/resident_fonts.h"
 #include "paper/fields/immediate_list.h"
@@ -84,10 +84,6 @@ void ShowDecoHelp(DecoDialog& dialog, int control) {
   ShowHelp(dialog.window, kHelp, control, IDC_HELP_TEXT, unit, dialog.dpi);
 }
 
-void RedrawPreview(const DecoDialog& dialog) {
-  InvalidateRect(GetDlgItem(dialog.window, IDC_DECO_FONT_PREVIEW), nullptr, TRUE);
-}
-
 void OnListChosen(DecoDialog& dialog, int list) {
   if (list == IDC_DECO_FONT_SIZE) {
     ComputeSelectedSize(dialog);
@@ -97,7 +93,7 @@ void OnListChosen(DecoDialog& dialog, int list) {
   const auto rows = ResidentFontTable(dialog.dpi);
   const auto row =
       static_cast<size_t>(SendDlgItemMessageW(dialog.window, list, CB_GETCURSEL, 0, 0));
-  if (row < rows.size()) TakeResidentFont(dialog, rows[row]);
+  if (row < rows.size()) ChooseResidentFont(dialog, rows[row]);
 }
 
 void OnList(DecoDialog& dialog, int list, int notification) {
@@ -235,9 +231,99 @@ bool Notify(HWND window, DecoDialog& dialog, const NMHDR& header) {
   return true;
 }
 
+// ---- preview ----
+
+constexpr COLORREF kBackground = RGB(20, 20, 20);
+constexpr COLORREF kText = RGB(255, 255, 0);
+constexpr WCHAR kFixedFace[] = TEXT("ＭＳ ゴシック");
+constexpr WCHAR kProportionalFace[] = TEXT("ＭＳ Ｐゴシック");
+constexpr WCHAR kSample[] = TEXT("ij");
+
+// A font that is selected into a device context for the lifetime of the object.
+class SelectedFont {
+ public:
+  SelectedFont(HDC dc, int height, int width, DWORD pitch, const WCHAR* face)
+      : dc_(dc),
+        font_(CreateFontW(height, width, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                          OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                          pitch | FF_DONTCARE, face)),
+        selected_(dc, font_.get()) {}
+
+  TEXTMETRICW Metrics() const {
+    TEXTMETRICW metrics = {};
+    GetTextMetricsW(dc_, &metrics);
+    return metrics;
+  }
+  SIZE Extent(const WCHAR* text, int length) const {
+    SIZE size = {};
+    GetTextExtentPoint32W(dc_, text, length, &size);
+    return size;
+  }
+
+ private:
+  HDC dc_;
+  GdiObject font_;
+  SelectedObject selected_;  // restores the context's font before font_ is deleted
+};
+
+struct SampleWidths {
+  int i;
+  int j;
+};
+
+SampleWidths WidthsIn(const SelectedFont& font) {
+  return {static_cast<int>(font.Extent(kSample, 1).cx),
+          static_cast<int>(font.Extent(kSample + 1, 1).cx)};
+}
+
+int SizeInDots(const DecoDialog& dialog, int side) {
+  const int unit = CheckedRadio(dialog.window, kUnitRadios);
+  return ConvertMeasure(ReadField(dialog.fields(), kSizeEdits[side], unit), unit, kDot, dialog.dpi);
+}
+
+// Draws "ij" in the size and the pitch that the controls show. The text is centred in the box and
+// clipped to it.
+void DrawPreview(const DecoDialog& dialog, HDC dc, const RECT& box) {
+  const int width = SizeInDots(dialog, 0);
+  const int height = SizeInDots(dialog, 1);
+  const bool proportional =
+      IsDlgButtonChecked(dialog.window, IDC_DECO_FONT_PITCH_PROPORTIONAL) == BST_CHECKED;
+  const WCHAR* face = proportional ? kProportionalFace : kFixedFace;
+
+  int natural = 0;
+  {
+    const SelectedFont measured(dc, height, 0, FIXED_PITCH, face);
+    natural = measured.Metrics().tmAveCharWidth;
+  }
+  const int drawnWidth = std::max(height > 0 ? natural * width / height : 0, 1);
+  const SelectedFont drawn(dc, height, drawnWidth, FIXED_PITCH, face);
+  const SampleWidths widths = WidthsIn(drawn);
+  SampleWidths shown = widths;
+  if (proportional) {
+    const TEXTMETRICW metrics = drawn.Metrics();
+    shown = WidthsIn(SelectedFont(dc, metrics.tmHeight, metrics.tmAveCharWidth, VARIABLE_PITCH,
+                                  kProportionalFace));
+  }
+  const SIZE text = drawn.Extent(kSample, 2);
+  const int centre = std::max(box.right, text.cx) / 2;
+  const int boxHeight = box.bottom - box.top;
+  const int top = boxHeight > text.cy ? (boxHeight - text.cy) / 2 : 0;
+  const int atI = centre + widths.i / 2 - shown.i / 2 - widths.i;
+  const int atJ = centre + widths.j / 2 - shown.j / 2;
+
+  const COLORREF backgroundBefore = SetBkColor(dc, kBackground);
+  const COLORREF textBefore = SetTextColor(dc, kText);
+  ExtTextOutW(dc, atI, top, ETO_OPAQUE | ETO_CLIPPED, &box, kSample, 1, nullptr);
+  const int modeBefore = SetBkMode(dc, TRANSPARENT);
+  ExtTextOutW(dc, atJ, top, ETO_CLIPPED, &box, kSample + 1, 1, nullptr);
+  SetBkMode(dc, modeBefore);
+  SetTextColor(dc, textBefore);
+  SetBkColor(dc, backgroundBefore);
+}
+
 bool DrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
   if (item.CtlID != IDC_DECO_FONT_PREVIEW) return false;
-  DrawFontPreview(dialog.fields(), dialog.dpi, item.hDC, item.rcItem);
+  DrawPreview(dialog, item.hDC, item.rcItem);
   return true;
 }
 

@@ -5,6 +5,15 @@
 #include "paper/fields/measured_value.h"
 
 namespace kestrel {
+namespace {
+
+int ConvertFontSize(int value, int from, int to, int dpi) {
+  const bool dotsAndInches = (from == kDot && to == kInch) || (from == kInch && to == kDot);
+  if (!dotsAndInches) return ConvertMeasure(value, from, to, dpi);
+  return ConvertMeasure(ConvertMeasure(value, from, kMillimetre, dpi), kMillimetre, to, dpi);
+}
+
+}  // namespace
 
 void ComputeFontSize(DecoFontInfo& font, uint16_t code, int dpi) {
   font.Size = code;
@@ -14,12 +23,6 @@ void ComputeFontSize(DecoFontInfo& font, uint16_t code, int dpi) {
   const int height = font.ExpandY * cell->height;
   font.SizeX = static_cast<int16_t>(ConvertMeasure(width, kDot, font.Unit, dpi));
   font.SizeY = static_cast<int16_t>(ConvertMeasure(height, kDot, font.Unit, dpi));
-}
-
-int ConvertFontSize(int value, int from, int to, int dpi) {
-  const bool dotsAndInches = (from == kDot && to == kInch) || (from == kInch && to == kDot);
-  if (!dotsAndInches) return ConvertMeasure(value, from, to, dpi);
-  return ConvertMeasure(ConvertMeasure(value, from, kMillimetre, dpi), kMillimetre, to, dpi);
 }
 
 void ChangeFontUnit(DecoFontInfo& font, uint16_t unit, int dpi) {

@@ -9,11 +9,8 @@ namespace kestrel {
 // which has no cell, sets Size alone.
 void ComputeFontSize(DecoFontInfo& font, uint16_t code, int dpi);
 
-// Converts a size between units at a head density. Unlike the conversion of papers, dots and inches
-// are converted by way of tenths of a millimetre.
-int ConvertFontSize(int value, int from, int to, int dpi);
-
-// Converts SizeX and SizeY and sets Unit.
+// Converts SizeX and SizeY and sets Unit. Unlike the sizes of papers, dots and inches are converted
+// by way of tenths of a millimetre.
 void ChangeFontUnit(DecoFontInfo& font, uint16_t unit, int dpi);
 
 // Takes a resident font's row into a font: its name, first size and what it starts with; the serial

@@ -1,13 +1,18 @@
+#include "fonts/deco_controls.h"
+
 #include <algorithm>
 
 #include "driver/text.h"
-#include "fonts/deco_dialog_data.h"
+#include "fonts/font_names.h"
 #include "fonts/font_sizes.h"
 #include "fonts/resident_fonts.h"
 #include "paper/fields/measured_value.h"
 #include "sheets/own_dialog.h"
 
 namespace kestrel {
+
+// ---- showing the font ----
+
 namespace {
 
 constexpr int kMagnificationTextLimit = 2;
@@ -16,6 +21,12 @@ constexpr int kLargest = 32767;  // an up-down's position is kept to 16 bits
 
 void Enable(HWND window, RadioGroup controls, bool on) {
   for (int control : controls) EnableWindow(GetDlgItem(window, control), on);
+}
+
+void CheckRadio(HWND dialog, RadioGroup group, int index) {
+  for (int radio : group) {
+    CheckDlgButton(dialog, radio, index-- == 0 ? BST_CHECKED : BST_UNCHECKED);
+  }
 }
 
 void LimitText(HWND window, int edit, int units) {
@@ -142,20 +153,6 @@ void StartNewFont(DecoDialog& dialog) {
 
 }  // namespace
 
-void CheckRadio(HWND dialog, RadioGroup group, int index) {
-  for (int radio : group) {
-    CheckDlgButton(dialog, radio, index-- == 0 ? BST_CHECKED : BST_UNCHECKED);
-  }
-}
-
-int CheckedRadio(HWND dialog, RadioGroup group) {
-  const int last = static_cast<int>(group.size()) - 1;
-  for (int i = 0; i < last; ++i) {
-    if (IsDlgButtonChecked(dialog, group[static_cast<size_t>(i)]) == BST_CHECKED) return i;
-  }
-  return last;
-}
-
 void OpenDecoDialog(HWND window, DecoDialog& dialog) {
   dialog.window = window;
   SetDlgItemTextW(window, IDC_HELP_TEXT, kFirstHelpFonts);
@@ -183,7 +180,7 @@ void OpenDecoDialog(HWND window, DecoDialog& dialog) {
   OpenSerialFields(window, kDecoSerial, SerialOf(dialog.font()));
 }
 
-void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row) {
+void ChooseResidentFont(DecoDialog& dialog, const DecoFontInfo& row) {
   dialog.row = row;
   TakeRowDefaults(dialog.font(), row, false);
   FillSizeList(dialog, 0);
@@ -218,7 +215,90 @@ void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications) {
   if (font.Decorate != 0 && !offers.pitch) CheckRadio(dialog.window, kPitchRadios, 0);
   for (int side = 0; side < kSides; ++side) FillSizeField(dialog, side);
   EnableControls(dialog.window, font, offers);
+  RedrawPreview(dialog);
+}
+
+void RedrawPreview(const DecoDialog& dialog) {
   InvalidateRect(GetDlgItem(dialog.window, IDC_DECO_FONT_PREVIEW), nullptr, TRUE);
+}
+
+// ---- storing the font ----
+
+int CheckedRadio(HWND dialog, RadioGroup group) {
+  const int last = static_cast<int>(group.size()) - 1;
+  for (int i = 0; i < last; ++i) {
+    if (IsDlgButtonChecked(dialog, group[static_cast<size_t>(i)]) == BST_CHECKED) return i;
+  }
+  return last;
+}
+
+namespace {
+
+struct SizeMessages {
+  UINT below, above;
+};
+constexpr SizeMessages kMagnificationMessages[kSides] = {{IDS_EXPAND_X_BELOW, IDS_EXPAND_X_ABOVE},
+                                                         {IDS_EXPAND_Y_BELOW, IDS_EXPAND_Y_ABOVE}};
+constexpr SizeMessages kFreeSizeMessages[kSides] = {{IDS_FONT_WIDTH_BELOW, IDS_FONT_WIDTH_ABOVE},
+                                                    {IDS_FONT_HEIGHT_BELOW, IDS_FONT_HEIGHT_ABOVE}};
+
+bool CheckMagnification(DecoDialog& dialog, int side) {
+  const SizeMessages& messages = kMagnificationMessages[side];
+  return AcceptField(dialog.fields(), kMagnificationEdits[side], kMagnifications.minimum,
+                     kMagnifications.maximum, kPlain, messages.below, messages.above);
+}
+
+bool CheckFreeSize(DecoDialog& dialog, int side) {
+  const int unit = dialog.font().Unit;
+  const SizeMessages& messages = kFreeSizeMessages[side];
+  return AcceptField(dialog.fields(), kSizeEdits[side],
+                     ConvertMeasure(kFreeSizes[side].minimum, kDot, unit, dialog.dpi),
+                     ConvertMeasure(kFreeSizes[side].maximum, kDot, unit, dialog.dpi), unit,
+                     messages.below, messages.above);
+}
+
+bool CheckSizes(DecoDialog& dialog) {
+  const bool free = dialog.font().Size == kSizeScalable;
+  for (int side = 0; side < kSides; ++side) {
+    if (!(free ? CheckFreeSize(dialog, side) : CheckMagnification(dialog, side))) return false;
+  }
+  return true;
+}
+
+void StoreRadios(HWND window, DecoFontInfo& font) {
+  const auto value = [window](RadioGroup group) {
+    return static_cast<uint16_t>(CheckedRadio(window, group));
+  };
+  font.Decorate = value(kDecorateRadios);
+  font.Unit = value(kUnitRadios);
+  font.Pitch = static_cast<uint16_t>(1 + value(kPitchRadios));
+  font.Rotate = static_cast<uint16_t>(90 * value(kRotateRadios));
+  font.ColorRevolution = value(kReverseRadios);
+  font.Smoothing = value(kSmoothRadios);
+  font.Bold = value(kBoldRadios);
+  font.OutlineStyle = value(kOutlineRadios);
+}
+
+}  // namespace
+
+bool StoreDecoFont(HWND window, DecoDialog& dialog) {
+  DecoFontInfo& font = dialog.font();
+  WCHAR name[kFontNameLength];
+  if (!ReadFontName(window, IDC_DECO_FONT_NAME, dialog.store, kDecorativeFont, name)) return false;
+  if (!CheckSizes(dialog) || !CheckSerialFields(window, kDecoSerial)) return false;
+
+  dialog.store.WorkFont.FontKind = kDecorativeFont;
+  CopyText(dialog.store.WorkFont.FontName, name);
+  CopyText(font.DecoFontName, name);
+  CopyText(font.ResiFontName, dialog.row.ResiFontName);
+  StoreRadios(window, font);
+  for (int side = 0; side < kSides; ++side) {
+    dialog.size(side) = static_cast<int16_t>(SpinPosition(window, kSizeSpins[side]));
+    dialog.magnification(side) =
+        static_cast<int16_t>(SpinPosition(window, kMagnificationSpins[side]));
+  }
+  StoreSerialFields(window, kDecoSerial, SerialOf(font));
+  return true;
 }
 
 }  // namespace kestrel

@@ -1,5 +1,5 @@
-// What the files of the decorative font dialog share: its data and its controls, filling and
-// storing. Only they include this.
+// The controls of the decorative font dialog: which ones they are, how they show a font and how a
+// font is stored from them. Only the dialog includes this.
 #pragma once
 
 #include <windows.h>
@@ -57,8 +57,7 @@ constexpr int kOutlineRadios[] = {
     IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW, IDC_DECO_FONT_OUTLINE_MIRROR,
     IDC_DECO_FONT_OUTLINE_ITALIC,        IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW_ITALIC};
 constexpr int kSerialRadios[] = {IDC_DECO_FONT_SERIAL_OFF, IDC_DECO_FONT_SERIAL_ON};
-void CheckRadio(HWND dialog, RadioGroup group, int index);
-// The checked one; the last when none is.
+// Returns the index of the checked radio button; the last index when none is checked.
 int CheckedRadio(HWND dialog, RadioGroup group);
 
 struct DecoDialog {
@@ -76,22 +75,22 @@ struct DecoDialog {
   FieldDialog fields() const { return {window, kDecoFields}; }
 };
 
-// ---- deco_dialog_fill.cpp ----
-
+// Fills the lists, sets the limits and shows the work font: the stored one, its copy or a new one,
+// as FontEditMode and DecoReference of the store say.
 void OpenDecoDialog(HWND window, DecoDialog& dialog);
-// Another resident font was chosen: the font starts anew from its row.
-void TakeResidentFont(DecoDialog& dialog, const DecoFontInfo& row);
+// Bases the font on another resident font and takes over the defaults of its row.
+void ChooseResidentFont(DecoDialog& dialog, const DecoFontInfo& row);
 // Restores the font and the row that a choice in an open list (of fonts or sizes) replaced.
 void RestoreFont(DecoDialog& dialog, int list);
-// Size, SizeX and SizeY from the size list and the magnifications; nothing for a row without cells.
+// Sets Size, SizeX and SizeY from the selected cell and the magnifications. Does nothing for a row
+// without cells.
 void ComputeSelectedSize(DecoDialog& dialog);
-// Sets every control from the font and the row. Typing into a magnification leaves both
-// magnification fields alone.
+// Sets every control from the font and the row. keepMagnifications leaves the name and the
+// magnification fields unchanged while the user types into one of them.
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications = false);
-
-// ---- deco_dialog_store.cpp ----
-
-// Checks the name and the fields; builds the work font from the controls when all are good.
+void RedrawPreview(const DecoDialog& dialog);
+// Builds the work font from the controls. Returns false after a message, with the focus on the
+// field that failed, when the name or a number is invalid.
 bool StoreDecoFont(HWND window, DecoDialog& dialog);
 
 }  // namespace kestrel
