@@ -114,7 +114,7 @@ void OnList(DecoDialog& dialog, int list, int notification) {
 
 void OnMagnification(DecoDialog& dialog, int side) {
   const int edit = kMagnificationEdits[side];
-  if (!OnPlainTyped(dialog.fields(), edit)) return;
+  if (OnPlainTyped(dialog.fields(), edit).isRejected) return;
   dialog.magnification(side) = static_cast<int16_t>(ReadField(dialog.fields(), edit, kPlain));
   ComputeSelectedSize(dialog);
   RefreshDecoDialog(dialog, true);

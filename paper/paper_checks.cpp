@@ -40,7 +40,7 @@ constexpr SizeRule kSizeRules[] = {
 
 }  // namespace
 
-PaperVerdict CheckPaperName(const DriverSettingsBlock& block, const WCHAR* name, int edited) {
+PaperCheckResult CheckPaperName(const DriverSettingsBlock& block, const WCHAR* name, int edited) {
   if (IsBlankText(name)) return {IDS_PAPER_NAME_MISSING};
   if (SameText(name, kFreePaperName)) return {IDS_PAPER_NAME_TAKEN};
   const int count = PaperCount(block);
@@ -57,7 +57,7 @@ PaperVerdict CheckPaperName(const DriverSettingsBlock& block, const WCHAR* name,
   return {};
 }
 
-PaperVerdict CheckPaperSizes(const PaperSizes& sizes, const PaperLimits& limits, int unit) {
+PaperCheckResult CheckPaperSizes(const PaperSizes& sizes, const PaperLimits& limits, int unit) {
   const bool inch = unit == kInch;
   for (const SizeRule& rule : kSizeRules) {
     const int size = sizes.*rule.size;
@@ -80,7 +80,7 @@ void DerivePrintableArea(PaperInfo& paper) {
   paper.PrintableTop = 0;
 }
 
-PaperVerdict CheckPrintableArea(const PaperInfo& paper) {
+PaperCheckResult CheckPrintableArea(const PaperInfo& paper) {
   if (paper.LabelWidth < paper.PrintableLeft + paper.PrintableWidth) {
     return {IDS_PRINTABLE_WIDTH_WRONG, PaperInput::kWidth};
   }
@@ -90,7 +90,7 @@ PaperVerdict CheckPrintableArea(const PaperInfo& paper) {
   return {};
 }
 
-PaperVerdict CheckPaperDeletion(const DriverSettingsBlock& block, int entry) {
+PaperCheckResult CheckPaperDeletion(const DriverSettingsBlock& block, int entry) {
   const int count = PaperCount(block);
   const bool registered = entry >= 0 && entry < count;
   if (!registered || count < 2 || block.Printer.Papers[entry].UserDef == 0) {

@@ -20,7 +20,7 @@ PaperLimits BuildPaperLimits(int dpi) {
       .length = kLabelLengths,
       .gap = kGaps,
       .eyeMark = {0, static_cast<int16_t>(eyeMark)},
-      .printableLeft = {0, kLabelWidths.maximum - kWidthKeptPrintable},
+      .printableLeft = {0, kLabelWidths.maximum - kMinimumRightOfPrintableLeft},
       .printableTop = {0, kLabelLengths.maximum},
       .printableWidth = kPrintableWidths,
       .printableHeight = kPrintableHeights,

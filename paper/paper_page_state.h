@@ -1,4 +1,4 @@
-// What the paper page and the registration dialog keep in the session while the sheet is open.
+// The data of the paper page in a property-sheet session.
 #pragma once
 
 #include <windows.h>
@@ -9,35 +9,23 @@
 
 namespace kestrel {
 
-enum PaperDialogMode : int { kNewPaper = 0, kEditPaper = 1, kEditFreePaper = 2 };
-
-// What the page's picture box shows.
+// The content of the page's picture box.
 enum PaperPicture : int {
   kWholeLabelPicture = 0,
   kMarkedLabelPicture = 1,  // the whole label with the markers of the offsets
-  kFieldPicture = 2,        // the sketch of the field that has the focus
-};
-
-// The registration dialog's part.
-struct PaperDialogState {
-  int edited;  // entry of the paper being edited
-  PaperInfo work;
-  PaperLimits limits;  // in the unit of work
-  int fieldPicture;    // bitmap id
-  bool wholeLabel;     // the whole-label view lies over the sketch
+  kFieldPicture = 2,        // the sketch of the field with the focus
 };
 
 struct PaperPageState {
   int selected;  // list entry
   OpenListState list;
-  PaperInfo preview;   // copy of the selected paper
-  bool dataReference;  // check box of the page that the dialog reads
-  PaperDialogMode mode;
-  int orientationPicture;  // bitmap ids
-  int fieldPicture;
-  bool filling;  // edit notifications are ignored meanwhile
-  PaperPicture picture;
-  PaperDialogState dialog;
+  PaperInfo preview;       // copy of the selected paper
+  PaperOffsets offsets;    // as typed, limited to their ranges; stored when the page is left
+  bool dataReference;      // a new paper starts as a copy of the selected one
+  bool filling;            // the page writes its own edits: ignore their notifications
+  PaperPicture picture;    // content of the picture box
+  int orientationPicture;  // bitmap id
+  int fieldPicture;        // bitmap id
 };
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The limits of a paper's sizes, for everything that holds to them.
+// The limits of a paper's sizes, and the offsets of the paper page.
 #pragma once
 
 #include <windows.h>
@@ -7,26 +7,31 @@
 
 namespace kestrel {
 
-// Smallest and largest value of one measured field.
+// The smallest and the largest value of one measured field.
 struct SizeLimit {
   int16_t minimum;
   int16_t maximum;
 };
 
-// The limits of a paper, in the unit of the paper being edited.
+// The limits of all measured fields of a paper, in one unit.
 struct PaperLimits {
   SizeLimit width, length, gap, eyeMark;
   SizeLimit printableLeft, printableTop, printableWidth, printableHeight;
 };
 static_assert(sizeof(PaperLimits) == 32);
 
-// The limits in tenths of a millimetre. That of the eye-mark is in dots of the head.
+// The limits in tenths of a millimetre; that of the eye-mark is in dots of the head.
 constexpr SizeLimit kLabelWidths = {100, 580};
 constexpr SizeLimit kLabelLengths = {100, 1630};
 constexpr SizeLimit kGaps = {0, 80};
 constexpr SizeLimit kPrintableWidths = {284, 480};
 constexpr SizeLimit kPrintableHeights = {160, 1600};
-constexpr int16_t kWidthKeptPrintable = 140;  // of the widest label, right of the printable left
+constexpr int16_t kMinimumRightOfPrintableLeft = 140;  // on the widest label
 constexpr int kMaxEyeMarkDots = 99;
+
+// The offset fields of the paper page, in dots.
+struct PaperOffsets {
+  int16_t vertBase, horzBase, peel, tear, pitch;
+};
 
 }  // namespace kestrel

@@ -114,8 +114,8 @@ int LayOutLabels(const PreviewGeometry& geometry, PreviewPlace place,
   return count;
 }
 
-int LayOutMarker(const PreviewGeometry& geometry, int field, const MarkerValues& values,
-                 MarkerLine (&lines)[kMaxMarkerLines]) {
+int LayOutMarker(const PreviewGeometry& geometry, int field, const PaperOffsets& offsets,
+                 bool eyeMarkSensor, MarkerLine (&lines)[kMaxMarkerLines]) {
   const auto dots = [&](int value) { return ScaleToPreview(value, geometry.scale); };
   const int middleX = geometry.box.right / 2;
   const int middleY = geometry.box.bottom / 2;
@@ -123,22 +123,23 @@ int LayOutMarker(const PreviewGeometry& geometry, int field, const MarkerValues&
   switch (field) {
     case IDC_PAPER_VERT_BASE:
     case IDC_PAPER_HORZ_BASE: {
-      const POINT point = ClampToBox(geometry, middleX - geometry.width / 2 + dots(values.horzBase),
-                                     middleY + halfGap + dots(values.vertBase));
+      const POINT point =
+          ClampToBox(geometry, middleX - geometry.width / 2 + dots(offsets.horzBase),
+                     middleY + halfGap + dots(offsets.vertBase));
       lines[0] = Across(geometry, point);
       lines[1] = {point, ClampToBox(geometry, point.x, geometry.centreY + geometry.height)};
       return 2;
     }
     case IDC_PAPER_PITCH_OFFSET: {
-      const int edge = values.eyeMarkSensor ? middleY + halfGap : middleY - halfGap;
-      lines[0] = Across(geometry, ClampToBox(geometry, 0, edge + dots(values.pitchOffset)));
+      const int edge = eyeMarkSensor ? middleY + halfGap : middleY - halfGap;
+      lines[0] = Across(geometry, ClampToBox(geometry, 0, edge + dots(offsets.pitch)));
       return 1;
     }
     case IDC_PAPER_PEEL_OFFSET:
-      lines[0] = Across(geometry, ClampToBox(geometry, 0, middleY + dots(values.peelOffset)));
+      lines[0] = Across(geometry, ClampToBox(geometry, 0, middleY + dots(offsets.peel)));
       return 1;
     case IDC_PAPER_TEAR_OFFSET:
-      lines[0] = Across(geometry, ClampToBox(geometry, 0, middleY + dots(values.tearOffset)));
+      lines[0] = Across(geometry, ClampToBox(geometry, 0, middleY + dots(offsets.tear)));
       return 1;
     default:
       return 0;

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "paper/paper_info.h"
+#include "paper/paper_records.h"
 
 namespace kestrel {
 
@@ -50,16 +51,10 @@ int ScaleToPreview(int value, float scale);
 int LayOutLabels(const PreviewGeometry& geometry, PreviewPlace place,
                  PreviewLabel (&labels)[kMaxPreviewLabels]);
 
-// The offsets of the paper page, in dots as they are shown.
-struct MarkerValues {
-  int vertBase, horzBase, pitchOffset, peelOffset, tearOffset;
-  bool eyeMarkSensor;
-};
-
 constexpr int kMaxMarkerLines = 2;
 // The lines that mark an offset field of the paper page (by control id), clamped to the box.
 // Answers how many there are, 0 for any other control. The first line starts at the marked point.
-int LayOutMarker(const PreviewGeometry& geometry, int field, const MarkerValues& values,
-                 MarkerLine (&lines)[kMaxMarkerLines]);
+int LayOutMarker(const PreviewGeometry& geometry, int field, const PaperOffsets& offsets,
+                 bool eyeMarkSensor, MarkerLine (&lines)[kMaxMarkerLines]);
 
 }  // namespace kestrel

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "driver/text.h"
 #include "paper/fields/controls.h"
 #include "paper/fields/measured_value.h"
 #include "sheets/messages.h"
@@ -28,19 +27,12 @@ void ReadText(HWND dialog, int edit, WCHAR (&text)[kFieldTextLength]) {
   GetDlgItemTextW(dialog, edit, text, kFieldTextLength);
 }
 
-// Moves the caret behind the text, so that typing continues there.
-void MoveCaretToEnd(HWND dialog, int edit) {
-  WCHAR text[kFieldTextLength];
-  ReadText(dialog, edit, text);
-  const WPARAM end = static_cast<WPARAM>(TextLength(text));
-  SendDlgItemMessageW(dialog, edit, EM_SETSEL, end, static_cast<LPARAM>(end));
-}
-
+// Writes a value into an edit and moves the caret to its end, where typing continues.
 void ShowValue(HWND dialog, int edit, int value, int unit) {
   WCHAR text[kMeasureTextLength];
-  FormatMeasure(text, value, unit);
+  const int length = FormatMeasure(text, value, unit);
   SetDlgItemTextW(dialog, edit, text);
-  MoveCaretToEnd(dialog, edit);
+  SendDlgItemMessageW(dialog, edit, EM_SETSEL, static_cast<WPARAM>(length), length);
 }
 
 // The last number of its range that a field had. It is stored with the edit: UDM_GETPOS32 does not
@@ -101,14 +93,6 @@ int ReadField(FieldDialog dialog, int edit, int unit) {
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
   return ParseMeasure(text, DecimalsOf(unit));
-}
-
-int ReadWholeNumber(HWND dialog, int edit, int otherwise) {
-  WCHAR text[kFieldTextLength];
-  ReadText(dialog, edit, text);
-  int number = otherwise;
-  ParseWholeNumber(text, &number);
-  return number;
 }
 
 void SpinRange(HWND dialog, int spin, int* minimum, int* maximum) {
@@ -193,23 +177,27 @@ bool OnMeasureTyped(FieldDialog dialog, int edit, int unit) {
   return true;
 }
 
-bool OnPlainTyped(FieldDialog dialog, int edit) {
+TypedNumber OnPlainTyped(FieldDialog dialog, int edit) {
+  TypedNumber typed = {};
   const NumericField* field = FieldOfEdit(dialog.fields, edit);
-  if (field == nullptr) return false;
+  typed.isRejected = field == nullptr;
+  if (field == nullptr) return typed;
   WCHAR text[kFieldTextLength];
   ReadText(dialog.window, edit, text);
-  if (!IsPlainTyping(text)) {
+  typed.isRejected = !IsPlainTyping(text);
+  if (typed.isRejected) {
     ShowValue(dialog.window, edit, LastNumber(dialog.window, edit), kPlain);
-    return false;
+    return typed;
   }
-  int number, minimum, maximum;
+  typed.isNumber = ParseWholeNumber(text, &typed.value);
+  int minimum, maximum;
   SpinRange(dialog.window, field->spin, &minimum, &maximum);
-  if (ParseWholeNumber(text, &number) && number >= minimum && number <= maximum) {
-    RememberNumber(dialog.window, edit, number);
-    // The up-down reads its edit when it is asked for its position (UDS_SETBUDDYINT).
+  if (typed.isNumber && typed.value >= minimum && typed.value <= maximum) {
+    RememberNumber(dialog.window, edit, typed.value);
+    // A query of the position makes the up-down adopt the text of its edit (UDS_SETBUDDYINT).
     SpinPosition(dialog.window, field->spin);
   }
-  return true;
+  return typed;
 }
 
 void ShowBound(HWND dialog, UINT message, int bound, int unit) {

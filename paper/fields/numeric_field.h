@@ -39,8 +39,6 @@ void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value
 void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int position, bool attach);
 // The field's text read in a unit; 0 for a dialog without numeric fields.
 int ReadField(FieldDialog dialog, int edit, int unit);
-// The whole number that a plain field shows, or otherwise when its text is none (ParseWholeNumber).
-int ReadWholeNumber(HWND dialog, int edit, int otherwise);
 // The field's text against the up-down's current range.
 RangeSide CheckFieldRange(FieldDialog dialog, int edit, int unit);
 // Current range and position of an up-down.
@@ -64,11 +62,18 @@ bool IsPlainTyping(const WCHAR* text);
 // A measured field's text changed: false and the last good text when a character is not allowed,
 // else the up-down follows.
 bool OnMeasureTyped(FieldDialog dialog, int edit, int unit);
-// Handles a changed text of a plain field. A text with anything but digits and "-" is replaced by
-// the last number of the field's range that the field had; returns false then. The text is checked
-// before the up-down is asked for its position, because the up-down reads the edit by rules of its
-// own. Otherwise returns true; the up-down adopts the text when it is a whole number of the range.
-bool OnPlainTyped(FieldDialog dialog, int edit);
+// The changed text of a plain field.
+struct TypedNumber {
+  bool isRejected;  // the text was replaced, or the dialog has no such field
+  bool isNumber;    // the text is a whole number (ParseWholeNumber)
+  int value;        // the number, which may be outside the field's range
+};
+// Handles a changed text of a plain field and returns the number in it. Rejects a text with
+// anything but digits and "-" and replaces it by the field's last number within its range; the edit
+// notifies that change before the function returns. The up-down adopts a number of the range. The
+// text is checked before the up-down's position is queried, because the up-down reads the edit by
+// rules of its own.
+TypedNumber OnPlainTyped(FieldDialog dialog, int edit);
 
 // A message over dialog that names a bound in a unit, and the unit where the text has a place for
 // it.

@@ -95,7 +95,7 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
     ChangeFieldUnit(dialog, kName, kDot, in, 203);
     EXPECT_FALSE(StepField(dialog, kName, 1, mm));
     EXPECT_FALSE(OnMeasureTyped(dialog, kName, mm));
-    EXPECT_FALSE(OnPlainTyped(dialog, kName));
+    EXPECT_TRUE(OnPlainTyped(dialog, kName).isRejected);
     EXPECT_EQ(desk.Text(kName), u"12");
   };
   Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), look, Click(IDCANCEL)});

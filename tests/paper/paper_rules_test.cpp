@@ -106,8 +106,8 @@ TEST_F(PaperRules, SizesAreCheckedInOrderAndWithinTheirLimits) {
       for (const int value :
            {65836, limit.minimum - 1, limit.maximum + 1, int{limit.minimum}, int{limit.maximum}}) {
         sizes.*size = value;
-        const PaperVerdict verdict = CheckPaperSizes(sizes, limits, unit);
-        told_ += u' ' + Number(static_cast<int>(verdict.message)) + u' ' + Number(verdict.bound);
+        const PaperCheckResult result = CheckPaperSizes(sizes, limits, unit);
+        told_ += u' ' + Number(static_cast<int>(result.message)) + u' ' + Number(result.bound);
       }
     }
     told_ += u'\n';
