@@ -48,7 +48,7 @@ struct BarDialog {
   BarFontInfo& font() { return store.WorkFont.Bar; }
 };
 
-// The selected row of the table of kinds; null while the list is empty.
+// Returns the table row of the selected kind; null while the list is empty.
 const BarcodeKindRow* SelectedKind(HWND window) {
   const LRESULT row = SendDlgItemMessageW(window, IDC_BAR_FONT_KIND, CB_GETCURSEL, 0, 0);
   if (row < 0 || row >= kBarcodeKindCount) return nullptr;
@@ -72,12 +72,12 @@ void ShowFont(HWND window, BarFontInfo& font) {
   const bool file = font.FontCategory == kBarcodeFileFont;
   CheckDlgButton(window, IDC_BAR_FONT_FILE_FONT, file ? BST_CHECKED : BST_UNCHECKED);
   CheckDlgButton(window, IDC_BAR_FONT_STRING_FONT, file ? BST_UNCHECKED : BST_CHECKED);
-  const int row = std::max(BarcodeKindRowOf(font.BarcodeKind), 0);
+  const int row = std::max(FindBarcodeKindRow(font.BarcodeKind), 0);
   SendDlgItemMessageW(window, IDC_BAR_FONT_KIND, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
-  OpenSerialFields(window, kSerial, SerialOf(font));
+  InitSerialFields(window, kSerial, SerialNumberingOf(font));
 }
 
-void Open(HWND window, BarDialog& dialog) {
+void InitDialog(HWND window, BarDialog& dialog) {
   FontStore& store = dialog.store;
   dialog.library.dialog = window;
   SetDlgItemTextW(window, IDC_HELP_TEXT, kFirstHelpFonts);
@@ -95,8 +95,9 @@ void Open(HWND window, BarDialog& dialog) {
   ShowFont(window, dialog.font());
 }
 
-// The kind decides whether serial numbering can be switched; what is chosen stays.
-void FollowKind(HWND window) {
+// Enables the serial numbering radios if the selected kind supports serial numbering, disables them
+// otherwise. Their check state does not change.
+void UpdateForKind(HWND window) {
   const BarcodeKindRow* kind = SelectedKind(window);
   if (kind == nullptr) return;
   EnableWindow(GetDlgItem(window, kSerial.on), kind->serial);
@@ -108,6 +109,7 @@ void EditDetail(HWND window, BarDialog& dialog) {
   if (kind == nullptr) return;
   BarFontInfo& font = dialog.font();
   uint8_t block[kBarcodeLibrarySize] = {};
+  // The stored block belongs to the stored kind; any other kind starts with its defaults.
   const bool initialise = kind->id != font.BarcodeKind;
   if (!initialise) std::memcpy(block, font.BarcodeParam, sizeof(block));
   if (ShowDetail(dialog.library, block, kind->id, initialise) != 1) return;
@@ -115,7 +117,8 @@ void EditDetail(HWND window, BarDialog& dialog) {
   font.BarcodeKind = kind->id;
 }
 
-// Builds the work font from the controls when its name and numbers are good.
+// Builds the work font from the controls. Returns false after a message, with the focus on the
+// field that failed, when the name or a number is invalid.
 bool Accept(HWND window, BarDialog& dialog) {
   WCHAR name[kFontNameLength];
   if (!ReadFontName(window, IDC_BAR_FONT_NAME, dialog.store, kBarcodeFont, name)) return false;
@@ -132,23 +135,23 @@ bool Accept(HWND window, BarDialog& dialog) {
     font.BarcodeKind = kind->id;
     InitParam(dialog.library, font.BarcodeParam, kind->id);
   }
-  StoreSerialFields(window, kSerial, SerialOf(font));
+  StoreSerialFields(window, kSerial, SerialNumberingOf(font));
   return true;
 }
 
-void Command(HWND window, BarDialog& dialog, int control, int notification) {
+void OnCommand(HWND window, BarDialog& dialog, int control, int notification) {
   const bool clicked = notification == BN_CLICKED;
-  bool used = clicked;  // the control's help is to be shown
+  bool showsHelp = clicked;
   if (control == IDC_BAR_FONT_KIND) {
-    used = notification == CBN_SETFOCUS || notification == CBN_DROPDOWN;
-    FollowKind(window);
+    showsHelp = notification == CBN_SETFOCUS || notification == CBN_DROPDOWN;
+    UpdateForKind(window);
   } else if (control == IDC_BAR_FONT_NAME || IsSerialField(kSerial, control)) {
-    used = notification == EN_SETFOCUS;
+    showsHelp = notification == EN_SETFOCUS;
     if (notification == EN_CHANGE && control != IDC_BAR_FONT_NAME) {
       OnPlainTyped({window, kFields}, control);
     }
   }
-  if (used) {
+  if (showsHelp) {
     ShowHelp(window, kHelp, control, IDC_HELP_TEXT, kPlain, dialog.library.headDensity);
   }
   if (clicked && (control == kSerial.on || control == kSerial.off)) {
@@ -158,7 +161,7 @@ void Command(HWND window, BarDialog& dialog, int control, int notification) {
 }
 
 constexpr OwnDialog<BarDialog> kDialog = {
-    .templateId = IDD_BAR_FONT, .open = Open, .accept = Accept, .command = Command};
+    .templateId = IDD_BAR_FONT, .open = InitDialog, .accept = Accept, .command = OnCommand};
 
 }  // namespace
 

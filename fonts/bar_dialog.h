@@ -7,9 +7,9 @@
 
 namespace kestrel {
 
-// Edits store.WorkFont, as FontEditMode, FontEditIndex and BarReference say, for an open printer
-// and its head density in dots per inch. Whether the user confirmed; WorkFont is to be discarded
-// otherwise.
+// Edits store.WorkFont as FontEditMode, FontEditIndex and BarReference request. printer is an open
+// printer, headDensity its resolution in dots per inch. Returns true when the user confirmed; the
+// caller discards WorkFont otherwise.
 bool RunBarDialog(HWND owner, FontStore& store, HANDLE printer, const WCHAR* printerName,
                   uint16_t headDensity);
 

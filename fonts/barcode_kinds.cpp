@@ -108,7 +108,7 @@ std::span<const BarcodeField> FieldsOf(BarcodeLayout layout) {
 
 }  // namespace
 
-int BarcodeKindRowOf(int id) {
+int FindBarcodeKindRow(int id) {
   for (int i = 0; i < kBarcodeKindCount; ++i) {
     if (kBarcodeKinds[i].id == id) return i;
   }
@@ -116,7 +116,7 @@ int BarcodeKindRowOf(int id) {
 }
 
 std::span<const BarcodeField> BarcodeFields(int kind) {
-  const int row = BarcodeKindRowOf(kind);
+  const int row = FindBarcodeKindRow(kind);
   if (row >= 0) return FieldsOf(kBarcodeKinds[row].layout);
   // The dialog does not list these two kinds, but a backup file may contain them.
   if (kind == 1000 || kind == 1100) return kTwoWidths;

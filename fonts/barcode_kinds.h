@@ -37,8 +37,8 @@ enum class BarcodeLayout : uint8_t {
   kRss,
 };
 
-// KIND(id, suffix of the entry points, whether serial numbering may be switched, layout of the
-// parameter block). The companion library and its tests generate their entry points from this list.
+// KIND(id, suffix of the entry points, support of serial numbering, layout of the parameter block).
+// The companion library and its tests generate their entry points from this list.
 #define BARCODE_KINDS(KIND)           \
   KIND(100, UPCA, true, kGuided)      \
   KIND(200, UPCE, true, kPlain)       \
@@ -65,7 +65,7 @@ struct BarcodeKindRow {
   const char* getName;     // GetBarName…
   const char* init;        // Init…
   const char* showDialog;  // ShowDlg…
-  bool serial;             // whether serial numbering may be switched
+  bool serial;             // supports serial numbering
   BarcodeLayout layout;
 };
 
@@ -79,7 +79,7 @@ constexpr int kBarcodeKindCount = static_cast<int>(std::size(kBarcodeKinds));
 constexpr uint16_t kFirstBarcodeKind = kBarcodeKinds[0].id;
 
 // Returns the row of a kind id, or -1 when the table does not contain it.
-int BarcodeKindRowOf(int id);
+int FindBarcodeKindRow(int id);
 
 // Returns the named fields of a kind in the order in which a backup file stores them; an empty span
 // for a kind without a layout.

@@ -7,13 +7,13 @@
 namespace kestrel {
 namespace {
 
-// The three kinds of entry points; results of GetBarName are not used.
+// The three entry points of each kind. GetBarName declares no result because the result is unused.
 using GetBarNameProc = void(WINAPI*)(char* name);
 using InitProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
 using ShowDlgProc = int16_t(WINAPI*)(uint8_t* block, const BarcodeLibInfo* info, HWND dialog);
 
-static_assert(kBarcodeKindCount <= 32, "the list takes no more");
-constexpr int kNameBytes = 32;
+static_assert(kBarcodeKindCount <= 32, "the list holds at most 32 kinds");
+constexpr int kNameBytes = 32;  // of a display name, terminator included
 constexpr int16_t kCancelled = 2;
 
 void ShowError(HWND dialog, const WCHAR* text) {
@@ -26,7 +26,7 @@ Module LoadBarcodeLibrary(const BarcodeLibrary& library) {
   return module;
 }
 
-// An entry point by name; its absence is told.
+// Returns an entry point; null after a message when the library lacks it.
 template <typename Proc>
 Proc FindEntry(const BarcodeLibrary& library, const Module& module, const char* name) {
   const auto entry = EntryPoint<Proc>(module.get(), name);
@@ -34,7 +34,7 @@ Proc FindEntry(const BarcodeLibrary& library, const Module& module, const char* 
   return entry;
 }
 
-BarcodeLibInfo InfoOf(const BarcodeLibrary& library) {
+BarcodeLibInfo MakeLibInfo(const BarcodeLibrary& library) {
   return {library.headDensity, library.headDensity, {0, 0}};
 }
 
@@ -51,7 +51,7 @@ void FillKindList(const BarcodeLibrary& library, int list) {
     bytes[kNameBytes - 1] = 0;
     WCHAR name[kNameBytes];
     FromCodePage(bytes, -1, name, sizeof(name));
-    // An unsorted list takes it as the last.
+    // -1 appends the entry.
     SendDlgItemMessageW(library.dialog, list, CB_INSERTSTRING, static_cast<WPARAM>(-1),
                         reinterpret_cast<LPARAM>(name));
   }
@@ -60,20 +60,20 @@ void FillKindList(const BarcodeLibrary& library, int list) {
 void InitParam(const BarcodeLibrary& library, uint8_t* block, int kind) {
   const Module module = LoadBarcodeLibrary(library);
   if (!module) return;
-  const int row = BarcodeKindRowOf(kind);
+  const int row = FindBarcodeKindRow(kind);
   if (row < 0) return;
   const auto init = FindEntry<InitProc>(library, module, kBarcodeKinds[row].init);
   if (init == nullptr) return;
-  const BarcodeLibInfo info = InfoOf(library);
+  const BarcodeLibInfo info = MakeLibInfo(library);
   init(block, &info, library.dialog);
 }
 
 int16_t ShowDetail(const BarcodeLibrary& library, uint8_t* block, int kind, bool initialise) {
   const Module module = LoadBarcodeLibrary(library);
-  const int row = BarcodeKindRowOf(kind);
+  const int row = FindBarcodeKindRow(kind);
   if (!module || row < 0) return kCancelled;
   const BarcodeKindRow& entries = kBarcodeKinds[row];
-  const BarcodeLibInfo info = InfoOf(library);
+  const BarcodeLibInfo info = MakeLibInfo(library);
   int16_t result = kCancelled;
   if (initialise) {
     const auto init = FindEntry<InitProc>(library, module, entries.init);

@@ -1,6 +1,6 @@
-// Calls into the barcode detail library of the driver package. The library is loaded for each
-// operation and freed before it returns; a library or an entry point that cannot be had is told in
-// a message box over the dialog.
+// Calls into the barcode detail library of the driver package. Each operation loads the library and
+// frees it before it returns. A message box over the dialog reports a library or an entry point
+// that is missing.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace kestrel {
 
-// What Init and ShowDlg are told about the printer.
+// The printer's properties as Init and ShowDlg receive them.
 struct BarcodeLibInfo {
   uint16_t densityX;  // dots per inch
   uint16_t densityY;
@@ -19,24 +19,26 @@ struct BarcodeLibInfo {
 };
 static_assert(sizeof(BarcodeLibInfo) == 8);
 
-// Where the library is looked for, and for which printer.
+// The arguments of every call: the printer, whose driver directory contains the library, and the
+// dialog that owns the message boxes.
 struct BarcodeLibrary {
   HWND dialog;
   HANDLE printer;
   const WCHAR* printerName;
-  uint16_t headDensity;
+  uint16_t headDensity;  // dots per inch
 };
 
-// Fills a list with the kinds' display names, one entry a row of the table of kinds, as far as the
-// library names them.
+// Adds the display name of each kind to a list, in the order of kBarcodeKinds. Stops after a
+// message at the first kind whose name the library cannot return.
 void FillKindList(const BarcodeLibrary& library, int list);
 
-// Lets the library write a kind's default parameters into the first 40 bytes of a block. An unknown
-// kind changes nothing.
+// Writes a kind's default parameters into the first 40 bytes of a block. Does not change the block
+// when the kind or the library's entry point is missing.
 void InitParam(const BarcodeLibrary& library, uint8_t* block, int kind);
 
-// Shows the kind's own dialog over a block of 40 bytes, after its defaults when initialise is set.
-// Answers the result of the last library call, 2 when none was made; 1 means confirmed.
+// Shows the kind's own dialog, which edits a block of 40 bytes; initialise writes the default
+// parameters first. Returns the result of the last library call, or 2 when no call was made; 1
+// means that the user confirmed.
 int16_t ShowDetail(const BarcodeLibrary& library, uint8_t* block, int kind, bool initialise);
 
 }  // namespace kestrel

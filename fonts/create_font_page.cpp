@@ -31,7 +31,7 @@ constexpr HelpRow kHelp[] = {
     Plain(IDC_CREATE_FONT_DECO_REFERENCE, IDS_HELP_CREATE_FONT_DECO_REFERENCE),
 };
 
-// One of the page's two groups: its controls and its part of the store.
+// The controls of one of the two groups, decorative and barcode fonts.
 struct FontGroup {
   FontKindCode kind;
   int list;
@@ -69,16 +69,16 @@ const WCHAR* ListedName(const FontRecord& font, const FontGroup& group) {
   return group.kind == kDecorativeFont ? font.FontName : font.Bar.BarFontName;
 }
 
-// A disabled control must not keep the focus, or the keyboard is dead: it moves to the group's
-// list, which is always there.
+// Enables or disables a control. Moves the focus from a disabled control to the group's list,
+// because a disabled control with the focus blocks the keyboard.
 void Enable(HWND page, const FontGroup& group, int control, bool on) {
   HWND window = GetDlgItem(page, control);
   if (!on && GetFocus() == window) MoveFocus(page, group.list);
   EnableWindow(window, on);
 }
 
-// Lists the group's fonts and selects the first. Fonts beyond the limit of both kinds together are
-// dropped.
+// Lists the group's fonts and selects the first one. Drops the fonts that exceed the limit of both
+// kinds together.
 void FillGroup(HWND page, FontStore& store, const FontGroup& group) {
   SendDlgItemMessageW(page, group.list, LB_RESETCONTENT, 0, 0);
   int16_t& count = CountOf(store, group);
@@ -103,7 +103,8 @@ void EnableNewButtons(HWND page, const FontStore& store) {
     Enable(page, *group, group->newButton, CanRegisterMore(store));
 }
 
-// Registered fonts belong to the printer, so only the user-default session edits them.
+// Disables editing outside the user-default session, because registered fonts belong to the printer
+// and not to a document.
 void LockEditing(HWND page, const DriverUiData& session) {
   if (session.mode != kUserDefaultSession) {
     for (const FontGroup* group : kGroups) {
@@ -128,8 +129,8 @@ void SetUpPage(HWND page, DriverUiData& session) {
   LockEditing(page, session);
 }
 
-// The selected record of a group that has one at least.
-int SelectedFont(HWND page, FontStore& store, const FontGroup& group) {
+// Returns the index of the selected record. The group has at least one font.
+int SelectedIndex(HWND page, FontStore& store, const FontGroup& group) {
   const auto selected = static_cast<int>(SendDlgItemMessageW(page, group.list, LB_GETCURSEL, 0, 0));
   return std::clamp(selected, 0, CountOf(store, group) - 1);
 }
@@ -141,13 +142,12 @@ bool RunDialog(HWND page, DriverUiData& session, const FontGroup& group) {
              : RunBarDialog(page, session.fonts, session.printer, session.printerName, density);
 }
 
-void TakeSelected(FontStore& store, const FontGroup& group, int selected) {
+void CopyToWorkFont(FontStore& store, const FontGroup& group, int selected) {
   store.FontEditIndex = static_cast<int16_t>(selected);
   store.WorkFont = CopyForEditing(FontsOf(store, group)[selected]);
 }
 
-// A changed list shows at once, and the sheet is marked changed.
-void ListChanged(HWND page, DriverUiData& session, const FontGroup& group) {
+void OnListChanged(HWND page, DriverUiData& session, const FontGroup& group) {
   FillGroup(page, session.fonts, group);
   EnableNewButtons(page, session.fonts);
   MarkPageChanged(page);
@@ -159,21 +159,21 @@ void RegisterFont(HWND page, DriverUiData& session, const FontGroup& group) {
   store.FontEditMode = kRegisterFont;
   store.FontEditIndex = -1;
   std::memset(&store.WorkFont, 0, sizeof(store.WorkFont));
-  // Without a font to refer to, the new one starts from the defaults whatever the check box says.
+  // A checked reference box has no effect while the list is empty: the new font gets the defaults.
   bool& reference = ReferenceOf(store, group);
-  const bool asked = reference;
-  reference = asked && CountOf(store, group) >= 1;
+  const bool isChecked = reference;
+  reference = isChecked && CountOf(store, group) >= 1;
   if (reference) {
-    TakeSelected(store, group, SelectedFont(page, store, group));
+    CopyToWorkFont(store, group, SelectedIndex(page, store, group));
     store.WorkFont.FontName[0] = 0;
   }
   const bool confirmed = RunDialog(page, session, group);
-  reference = asked;
+  reference = isChecked;
   if (confirmed) {
     int16_t& count = CountOf(store, group);
     FontsOf(store, group)[count] = store.WorkFont;
     ++count;
-    ListChanged(page, session, group);
+    OnListChanged(page, session, group);
   }
   SetUpPage(page, session);
 }
@@ -182,10 +182,10 @@ void ChangeFont(HWND page, DriverUiData& session, const FontGroup& group) {
   FontStore& store = session.fonts;
   if (CountOf(store, group) < 1) return;
   store.FontEditMode = kChangeFont;
-  TakeSelected(store, group, SelectedFont(page, store, group));
+  CopyToWorkFont(store, group, SelectedIndex(page, store, group));
   if (RunDialog(page, session, group)) {
     FontsOf(store, group)[store.FontEditIndex] = store.WorkFont;
-    ListChanged(page, session, group);
+    OnListChanged(page, session, group);
   }
   SetUpPage(page, session);
 }
@@ -204,10 +204,10 @@ void DeleteFont(HWND page, DriverUiData& session, const FontGroup& group) {
   int16_t& count = CountOf(store, group);
   if (count < 1) return;
   FontRecord* fonts = FontsOf(store, group);
-  const int selected = SelectedFont(page, store, group);
+  const int selected = SelectedIndex(page, store, group);
   if (ConfirmDelete(page, fonts[selected])) {
-    const auto behind = static_cast<size_t>(count - 1 - selected);
-    std::memmove(fonts + selected, fonts + selected + 1, behind * sizeof(FontRecord));
+    const auto following = static_cast<size_t>(count - 1 - selected);
+    std::memmove(fonts + selected, fonts + selected + 1, following * sizeof(FontRecord));
     std::memset(fonts + count - 1, 0, sizeof(FontRecord));
     --count;
     EnableNewButtons(page, store);

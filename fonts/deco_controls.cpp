@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kMagnificationTextLimit = 2;
 constexpr int kSerialTextLimits[kSerialNumbers] = {4, 5, 2, 2};
-constexpr int kLargest = 32767;  // an up-down's position is kept to 16 bits
+constexpr int kMaxSpinPosition = 32767;  // an up-down stores its position in 16 bits
 
 void Enable(HWND window, RadioGroup controls, bool on) {
   for (int control : controls) EnableWindow(GetDlgItem(window, control), on);
@@ -33,10 +33,11 @@ void LimitText(HWND window, int edit, int units) {
   SendDlgItemMessageW(window, edit, EM_LIMITTEXT, static_cast<WPARAM>(units), 0);
 }
 
-// A resident font that this printer does not have, as a backup of another may bring: what the font
-// is stays settable, and its name and size stay until another is chosen.
-DecoFontInfo RowOfUnknownFont(const DecoFontInfo& font, const DecoFontInfo& fallback) {
-  DecoFontInfo row = fallback;
+// Returns a row for a resident font that this printer lacks; a backup of another printer may name
+// one. The row supports the styles that the font already has, and its name and size, so that the
+// font does not change until the user chooses another resident font.
+DecoFontInfo FallbackFontInfo(const DecoFontInfo& font, const DecoFontInfo& base) {
+  DecoFontInfo row = base;
   CopyText(row.ResiFontName, font.ResiFontName);
   row.Pitch = font.Pitch == 2 ? 1 : 0;
   row.Smoothing = font.Smoothing != 0 ? kAlways : 0;
@@ -46,7 +47,7 @@ DecoFontInfo RowOfUnknownFont(const DecoFontInfo& font, const DecoFontInfo& fall
   return row;
 }
 
-// Shows the cells of the row in the size list and selects an entry.
+// Fills the size list with the cells of the row and selects an entry.
 void FillSizeList(DecoDialog& dialog, int entry) {
   const auto send = [&](UINT message, int number, const WCHAR* text) {
     SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_SIZE, message, static_cast<WPARAM>(number),
@@ -59,12 +60,12 @@ void FillSizeList(DecoDialog& dialog, int entry) {
   send(CB_SETCURSEL, entry, nullptr);
 }
 
-// The range of a width or height in the font's unit, and its value.
+// Shows a width or height and sets its range, both in the font's unit.
 void FillSizeField(DecoDialog& dialog, int side) {
   const int unit = dialog.font().Unit;
   const int value = dialog.size(side);
   int minimum = 1;
-  int maximum = std::clamp(value * kMagnifications.maximum, minimum, kLargest);
+  int maximum = std::clamp(value * kMagnifications.maximum, minimum, kMaxSpinPosition);
   if ((dialog.row.Size & kSizeScalable) != 0) {
     minimum = ConvertMeasure(kFreeSizes[side].minimum, kDot, unit, dialog.dpi);
     maximum = ConvertMeasure(kFreeSizes[side].maximum, kDot, unit, dialog.dpi);
@@ -72,7 +73,7 @@ void FillSizeField(DecoDialog& dialog, int side) {
   InitField(dialog.fields(), kSizeEdits[side], minimum, maximum, value, unit, false);
 }
 
-// A magnification beyond its range stays to be seen, and to be found by the range check.
+// Shows a magnification outside its range unchanged, so that the range check at OK reports it.
 void ShowMagnifications(DecoDialog& dialog, bool attach) {
   for (int side = 0; side < kSides; ++side) {
     const int value = dialog.magnification(side);
@@ -97,33 +98,33 @@ void ShowRadios(HWND window, const DecoFontInfo& font, bool fixedCells) {
   CheckRadio(window, kSerialRadios, font.Range == 1);
 }
 
-void EnableControls(HWND window, const DecoFontInfo& font, const FontOffers& offers) {
+void EnableControls(HWND window, const DecoFontInfo& font, const SupportedStyles& styles) {
   EnableWindow(GetDlgItem(window, IDC_DECO_FONT_DECORATE_OFF), font.Range == 1);
   EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SERIAL_OFF), font.Decorate == 1);
   const bool decorate = font.Decorate != 0;
   EnableWindow(GetDlgItem(window, IDC_DECO_FONT_SIZE), decorate);
   Enable(window, kUnitRadios, decorate);
   Enable(window, kRotateRadios, decorate);
-  Enable(window, kPitchRadios, decorate && offers.pitch);
-  Enable(window, kReverseRadios, decorate && offers.reverse);
-  Enable(window, kBoldRadios, decorate && offers.emphasis);
-  Enable(window, kSmoothRadios, decorate && offers.smoothing);
-  Enable(window, kMagnificationEdits, decorate && offers.fixedCells);
-  Enable(window, kMagnificationSpins, decorate && offers.fixedCells);
-  Enable(window, kOutlineRadios, decorate && !offers.fixedCells);
-  Enable(window, kSizeEdits, decorate && !offers.fixedCells);
-  Enable(window, kSizeSpins, decorate && !offers.fixedCells);
+  Enable(window, kPitchRadios, decorate && styles.pitch);
+  Enable(window, kReverseRadios, decorate && styles.reverse);
+  Enable(window, kBoldRadios, decorate && styles.emphasis);
+  Enable(window, kSmoothRadios, decorate && styles.smoothing);
+  Enable(window, kMagnificationEdits, decorate && styles.fixedCells);
+  Enable(window, kMagnificationSpins, decorate && styles.fixedCells);
+  Enable(window, kOutlineRadios, decorate && !styles.fixedCells);
+  Enable(window, kSizeEdits, decorate && !styles.fixedCells);
+  Enable(window, kSizeSpins, decorate && !styles.fixedCells);
 }
 
-// The row of the font's resident font, selected in the list with the font's size; none is selected
-// for one that the printer lacks. Whether the printer has it.
+// Selects the font's resident font and its size in their lists and sets the dialog's row. Returns
+// false, with no resident font selected, when the printer lacks the resident font.
 bool SelectResidentFont(DecoDialog& dialog) {
   const auto rows = ResidentFontTable(dialog.dpi);
-  const int row = ResidentFontRow(rows, dialog.font().ResiFontName);
-  dialog.row = row >= 0 ? rows[static_cast<size_t>(row)] : RowOfUnknownFont(dialog.font(), rows[0]);
+  const int row = FindResidentFont(rows, dialog.font().ResiFontName);
+  dialog.row = row >= 0 ? rows[static_cast<size_t>(row)] : FallbackFontInfo(dialog.font(), rows[0]);
   SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_RESIDENT, CB_SETCURSEL, static_cast<WPARAM>(row),
                       0);
-  FillSizeList(dialog, EntryOfCell(dialog.row.Size, dialog.font().Size));
+  FillSizeList(dialog, FindCellEntry(dialog.row.Size, dialog.font().Size));
   return row >= 0;
 }
 
@@ -131,20 +132,20 @@ void OpenStoredFont(DecoDialog& dialog) {
   DecoFontInfo& font = dialog.font();
   const bool known = SelectResidentFont(dialog);
   const bool change = dialog.store.FontEditMode == kChangeFont;
-  // A copy keeps its size, unless its resident font does not offer it: no field would check it.
-  if (known && (change || !IsSizeOffered(dialog.row, font.Size))) ComputeSelectedSize(dialog);
+  // A copy keeps its size unless the resident font does not support it: no field would check it.
+  if (known && (change || !IsSizeSupported(dialog.row, font.Size))) ComputeSelectedSize(dialog);
   if (!change) {
     CopyText(dialog.store.WorkFont.FontName, TEXT(""));
     CopyText(font.DecoFontName, TEXT(""));
   }
-  // A foreign record may have both off, which no font can keep.
+  // A record from another source may have both off; a font needs at least one of them.
   if (font.Decorate == 0 && font.Range != 1) font.Decorate = 1;
 }
 
 void StartNewFont(DecoDialog& dialog) {
   dialog.store.WorkFont = {};
   dialog.row = ResidentFontTable(dialog.dpi)[0];
-  TakeRowDefaults(dialog.font(), dialog.row, true);
+  ApplyRowDefaults(dialog.font(), dialog.row, true);
   dialog.font().Range = 0;
   SendDlgItemMessageW(dialog.window, IDC_DECO_FONT_RESIDENT, CB_SETCURSEL, 0, 0);
   FillSizeList(dialog, 0);
@@ -177,12 +178,12 @@ void OpenDecoDialog(HWND window, DecoDialog& dialog) {
     StartNewFont(dialog);
   }
   RefreshDecoDialog(dialog);
-  OpenSerialFields(window, kDecoSerial, SerialOf(dialog.font()));
+  InitSerialFields(window, kDecoSerial, SerialNumberingOf(dialog.font()));
 }
 
 void ChooseResidentFont(DecoDialog& dialog, const DecoFontInfo& row) {
   dialog.row = row;
-  TakeRowDefaults(dialog.font(), row, false);
+  ApplyRowDefaults(dialog.font(), row, false);
   FillSizeList(dialog, 0);
   RefreshDecoDialog(dialog);
 }
@@ -191,7 +192,7 @@ void RestoreFont(DecoDialog& dialog, int list) {
   dialog.font() = dialog.fontBefore;
   dialog.row = dialog.rowBefore;
   if (list == IDC_DECO_FONT_RESIDENT) {
-    FillSizeList(dialog, EntryOfCell(dialog.row.Size, dialog.font().Size));
+    FillSizeList(dialog, FindCellEntry(dialog.row.Size, dialog.font().Size));
   }
   RefreshDecoDialog(dialog);
 }
@@ -206,15 +207,15 @@ void ComputeSelectedSize(DecoDialog& dialog) {
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications) {
   const QuietDialog quiet(dialog.window);
   const DecoFontInfo& font = dialog.font();
-  const FontOffers offers = OffersOf(dialog.row, font);
+  const SupportedStyles styles = StylesSupportedBy(dialog.row, font);
   if (!keepMagnifications) {
     SetDlgItemTextW(dialog.window, IDC_DECO_FONT_NAME, font.DecoFontName);
     ShowMagnifications(dialog, false);
   }
-  ShowRadios(dialog.window, font, offers.fixedCells);
-  if (font.Decorate != 0 && !offers.pitch) CheckRadio(dialog.window, kPitchRadios, 0);
+  ShowRadios(dialog.window, font, styles.fixedCells);
+  if (font.Decorate != 0 && !styles.pitch) CheckRadio(dialog.window, kPitchRadios, 0);
   for (int side = 0; side < kSides; ++side) FillSizeField(dialog, side);
-  EnableControls(dialog.window, font, offers);
+  EnableControls(dialog.window, font, styles);
   RedrawPreview(dialog);
 }
 
@@ -297,7 +298,7 @@ bool StoreDecoFont(HWND window, DecoDialog& dialog) {
     dialog.magnification(side) =
         static_cast<int16_t>(SpinPosition(window, kMagnificationSpins[side]));
   }
-  StoreSerialFields(window, kDecoSerial, SerialOf(font));
+  StoreSerialFields(window, kDecoSerial, SerialNumberingOf(font));
   return true;
 }
 

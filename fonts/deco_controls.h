@@ -1,5 +1,5 @@
-// The controls of the decorative font dialog: which ones they are, how they show a font and how a
-// font is stored from them. Only the dialog includes this.
+// The controls of the decorative font dialog: their ids and ranges, and the functions that show a
+// font in them and store a font from them. Only the dialog includes this file.
 #pragma once
 
 #include <windows.h>
@@ -13,13 +13,13 @@
 
 namespace kestrel {
 
-// The two sides of a size: width and height.
-constexpr int kSides = 2;
+constexpr int kSides = 2;  // of a size: 0 width, 1 height
 
 constexpr NumberRange kMagnifications = {1, 6};
 constexpr NumberRange kFreeSizes[kSides] = {{27, 550}, {50, 999}};  // dots
 
-// A magnification's static range is wider than what a font takes; nothing ever converts it.
+// A magnification has no unit, so that a change of units never converts its range here; OK checks
+// it against kMagnifications.
 inline constexpr NumericField kDecoFields[] = {
     {IDC_DECO_FONT_EXPAND_X, IDC_DECO_FONT_EXPAND_X_SPIN, 0, 12, kPlain},
     {IDC_DECO_FONT_EXPAND_Y, IDC_DECO_FONT_EXPAND_Y_SPIN, 0, 12, kPlain},
@@ -40,7 +40,7 @@ constexpr SerialControls kDecoSerial = {IDC_DECO_FONT_SERIAL_ON, IDC_DECO_FONT_S
                                         IDC_DECO_FONT_HEXADECIMAL, IDC_DECO_FONT_DECIMAL,
                                         NumericFieldTable(kDecoFields).last(kSerialNumbers)};
 
-// Radio buttons in the order of the values they stand for.
+// Radio buttons in the order of their values.
 using RadioGroup = std::span<const int>;
 constexpr int kDecorateRadios[] = {IDC_DECO_FONT_DECORATE_OFF, IDC_DECO_FONT_DECORATE_ON};
 constexpr int kUnitRadios[] = {IDC_DECO_FONT_MM, IDC_DECO_FONT_INCH, IDC_DECO_FONT_DOT};
@@ -64,9 +64,9 @@ struct DecoDialog {
   FontStore& store;
   int dpi;
   HWND window;
-  DecoFontInfo row;  // of the resident font: decides what can be set
+  DecoFontInfo row;  // of the resident font: the sizes and styles that it supports
   OpenListState list = {};
-  DecoFontInfo fontBefore = {};  // font and row when the list was opened
+  DecoFontInfo fontBefore = {};  // font and row at the time when the list was opened
   DecoFontInfo rowBefore = {};
 
   DecoFontInfo& font() { return store.WorkFont.Deco; }

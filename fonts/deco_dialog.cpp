@@ -73,8 +73,8 @@ bool IsOneOf(RadioGroup controls, int control) {
   return std::find(controls.begin(), controls.end(), control) != controls.end();
 }
 
-// Which of a pair of controls, for width and height, one is; -1 when it is neither.
-int SideOf(const int (&pair)[kSides], int control) {
+// Returns the index of a control in a pair for width and height; -1 when it is not in the pair.
+int FindSide(const int (&pair)[kSides], int control) {
   const int* found = std::find(pair, std::end(pair), control);
   return found == std::end(pair) ? -1 : static_cast<int>(found - pair);
 }
@@ -120,8 +120,8 @@ void OnMagnification(DecoDialog& dialog, int side) {
   RefreshDecoDialog(dialog, true);
 }
 
-// The edit shows the font's number anew. Tab selects a text before the focus arrives: what was
-// selected stays so.
+// Formats a free width or height again from the font's value. Preserves the selection: Tab selects
+// the whole text before the edit gets the focus.
 void ReformatSize(DecoDialog& dialog, int side) {
   const QuietDialog quiet(dialog.window);
   HWND edit = GetDlgItem(dialog.window, kSizeEdits[side]);
@@ -135,7 +135,8 @@ void ReformatSize(DecoDialog& dialog, int side) {
   SendMessageW(edit, EM_SETSEL, start, whole ? -1 : static_cast<LPARAM>(end));
 }
 
-// A free width or height: the field follows the font, and the font the field.
+// Stores a typed width or height in the font. Formats the text when the focus moves to or from the
+// field.
 void OnSizeField(DecoDialog& dialog, int side, int notification) {
   const int unit = dialog.font().Unit;
   if (notification == EN_CHANGE) {
@@ -151,10 +152,10 @@ void OnSizeField(DecoDialog& dialog, int side, int notification) {
 
 void OnEdit(DecoDialog& dialog, int edit, int notification) {
   if (notification == EN_SETFOCUS) ShowDecoHelp(dialog, edit);
-  if (const int side = SideOf(kSizeEdits, edit); side >= 0) {
+  if (const int side = FindSide(kSizeEdits, edit); side >= 0) {
     OnSizeField(dialog, side, notification);
-  } else if (const int magnified = SideOf(kMagnificationEdits, edit); magnified >= 0) {
-    if (notification == EN_UPDATE) OnMagnification(dialog, magnified);
+  } else if (const int magnification = FindSide(kMagnificationEdits, edit); magnification >= 0) {
+    if (notification == EN_UPDATE) OnMagnification(dialog, magnification);
   } else if (edit == IDC_DECO_FONT_NAME) {
     if (notification != EN_UPDATE) return;
     GetDlgItemTextW(dialog.window, edit, dialog.font().DecoFontName, kFontNameLength);
@@ -163,7 +164,7 @@ void OnEdit(DecoDialog& dialog, int edit, int notification) {
   }
 }
 
-// Decoration and serial numbering are never both off.
+// Ignores a click that would turn off both decoration and serial numbering.
 void OnSwitch(DecoDialog& dialog, int control) {
   DecoFontInfo& font = dialog.font();
   if (control == IDC_DECO_FONT_SERIAL_ON) font.Range = 1;
@@ -207,7 +208,7 @@ void OnButton(DecoDialog& dialog, int control) {
   }
 }
 
-void Command(HWND, DecoDialog& dialog, int control, int notification) {
+void OnCommand(HWND, DecoDialog& dialog, int control, int notification) {
   const bool edit = control == IDC_DECO_FONT_NAME || IsOneOf(kSizeEdits, control) ||
                     IsOneOf(kMagnificationEdits, control) || IsSerialField(kDecoSerial, control);
   if (edit) {
@@ -219,9 +220,10 @@ void Command(HWND, DecoDialog& dialog, int control, int notification) {
   }
 }
 
-// An arrow of a free width or height: the dialog steps itself, as the edit shows decimals.
-bool Notify(HWND window, DecoDialog& dialog, const NMHDR& header) {
-  const int side = SideOf(kSizeSpins, static_cast<int>(header.idFrom));
+// Handles an arrow of a free width or height. The dialog refuses the up-down's own step and sets
+// the edit itself, because the up-down cannot format decimals.
+bool OnNotify(HWND window, DecoDialog& dialog, const NMHDR& header) {
+  const int side = FindSide(kSizeSpins, static_cast<int>(header.idFrom));
   if (header.code != UDN_DELTAPOS || side < 0) return false;
   const QuietDialog quiet(window);
   StepField(dialog.fields(), kSizeSpins[side], reinterpret_cast<const NMUPDOWN&>(header).iDelta,
@@ -321,7 +323,7 @@ void DrawPreview(const DecoDialog& dialog, HDC dc, const RECT& box) {
   SetBkColor(dc, backgroundBefore);
 }
 
-bool DrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
+bool OnDrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
   if (item.CtlID != IDC_DECO_FONT_PREVIEW) return false;
   DrawPreview(dialog, item.hDC, item.rcItem);
   return true;
@@ -330,9 +332,9 @@ bool DrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
 constexpr OwnDialog<DecoDialog> kDialog = {.templateId = IDD_DECO_FONT,
                                            .open = OpenDecoDialog,
                                            .accept = StoreDecoFont,
-                                           .command = Command,
-                                           .notify = Notify,
-                                           .draw = DrawItem};
+                                           .command = OnCommand,
+                                           .notify = OnNotify,
+                                           .draw = OnDrawItem};
 
 }  // namespace
 

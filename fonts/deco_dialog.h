@@ -7,8 +7,9 @@
 
 namespace kestrel {
 
-// Edits store.WorkFont, as FontEditMode, FontEditIndex and DecoReference say, for a printer with a
-// head density of dpi. Whether the user confirmed; WorkFont is to be discarded otherwise.
+// Edits store.WorkFont as FontEditMode, FontEditIndex and DecoReference request. dpi is the
+// printer's head density. Returns true when the user confirmed; the caller discards WorkFont
+// otherwise.
 bool RunDecoDialog(HWND owner, FontStore& store, int dpi);
 
 }  // namespace kestrel

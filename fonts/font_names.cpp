@@ -11,12 +11,12 @@ namespace {
 constexpr WCHAR kProductPrefix[] = TEXT("VELA ");
 constexpr int kPrefixLength = static_cast<int>(sizeof(kProductPrefix) / sizeof(WCHAR)) - 1;
 
-// Applications name a resident font with the product's prefix.
+// Applications see a resident font under its name with the product's prefix.
 bool IsResidentFontName(const WCHAR* name) {
   WCHAR prefix[kPrefixLength + 1];
   CopyText(prefix, name);
   if (!SameText(prefix, kProductPrefix)) return false;
-  return ResidentFontRow(ResidentFontTable(203), name + kPrefixLength) >= 0;
+  return FindResidentFont(ResidentFontTable(203), name + kPrefixLength) >= 0;
 }
 
 struct FamilySearch {
@@ -54,29 +54,31 @@ bool BarNameFree(const FontStore& store, const WCHAR* name, int except) {
   return true;
 }
 
-FontNameVerdict JudgeFontName(const FontStore& store, HDC dc, const WCHAR* name, int index,
-                              FontKindCode kind) {
-  if (IsBlankText(name)) return FontNameVerdict::kBlank;
-  if (IsResidentFontName(name) || IsInstalledFamily(dc, name)) return FontNameVerdict::kReserved;
+FontNameResult ValidateFontName(const FontStore& store, HDC dc, const WCHAR* name, int index,
+                                FontKindCode kind) {
+  if (IsBlankText(name)) return FontNameResult::kBlank;
+  if (IsResidentFontName(name) || IsInstalledFamily(dc, name)) return FontNameResult::kReserved;
   if (!DecoNameFree(store, name, kind == kDecorativeFont ? index : -1))
-    return FontNameVerdict::kTaken;
+    return FontNameResult::kDuplicate;
   const int length = TextLength(name);
-  if (!IsCp932Representable(name, length, nullptr)) return FontNameVerdict::kBadCharacter;
-  // Two bytes a unit at most; one byte more than a name may have is enough to tell.
+  if (!IsCp932Representable(name, length, nullptr)) return FontNameResult::kBadCharacter;
+  // A UTF-16 unit converts to two bytes at most, so that the buffer holds every name of valid
+  // length.
   char bytes[2 * kFontNameLength + 2];
   if (ToCodePage(name, -1, bytes, sizeof(bytes)) >= kFontNameLength)
-    return FontNameVerdict::kTooLong;
-  if (!BarNameFree(store, name, kind == kBarcodeFont ? index : -1)) return FontNameVerdict::kTaken;
-  return FontNameVerdict::kGood;
+    return FontNameResult::kTooLong;
+  if (!BarNameFree(store, name, kind == kBarcodeFont ? index : -1))
+    return FontNameResult::kDuplicate;
+  return FontNameResult::kValid;
 }
 
 bool CheckFontName(HWND dialog, const FontStore& store, const WCHAR* name, FontKindCode kind) {
   const int index = store.FontEditMode == kChangeFont ? store.FontEditIndex : -1;
   HDC dc = GetDC(dialog);
-  const FontNameVerdict verdict = JudgeFontName(store, dc, name, index, kind);
+  const FontNameResult result = ValidateFontName(store, dc, name, index, kind);
   ReleaseDC(dialog, dc);
-  if (verdict == FontNameVerdict::kGood) return true;
-  ShowMessage(dialog, static_cast<UINT>(verdict), MB_ICONEXCLAMATION);
+  if (result == FontNameResult::kValid) return true;
+  ShowMessage(dialog, static_cast<UINT>(result), MB_ICONEXCLAMATION);
   return false;
 }
 

@@ -9,15 +9,15 @@
 
 namespace kestrel {
 
-constexpr int kFontCapacity = 70;      // CreateFontMax: fonts of both kinds together
-constexpr int kFontNameLength = 32;    // UTF-16 units with the terminator
-constexpr int kBarcodeParamSize = 86;  // of which the detail library owns the first 40
-constexpr int kBarcodeLibrarySize = 40;
+constexpr int kFontCapacity = 70;    // CreateFontMax: fonts of both kinds together
+constexpr int kFontNameLength = 32;  // UTF-16 units with the terminator
+constexpr int kBarcodeParamSize = 86;
+constexpr int kBarcodeLibrarySize = 40;  // bytes of the parameters that the detail library owns
 constexpr uint16_t kFontDataVersion = 0x0E01;
 
 enum FontKindCode : uint16_t { kDecorativeFont = 0, kBarcodeFont = 1 };
 
-// FontSizeCode: one bit a cell size; a resident font's offer is the OR of its codes.
+// One bit for each cell size; a resident font's row holds the OR of the codes that it supports.
 enum FontSizeCode : uint16_t {
   kSize5x9 = 1,
   kSize17x17 = 2,
@@ -118,7 +118,7 @@ static_assert(66 + offsetof(BarFontInfo, ActiveData) == 142);
 static_assert(66 + offsetof(BarFontInfo, NegativeData) == 144);
 static_assert(66 + offsetof(BarFontInfo, BarcodeParam) == 146);
 
-// "CreateFont Number": how many records "CreateFont Data" holds.
+// Printer data "CreateFont Number": the number of records in "CreateFont Data".
 struct FontNumber {
   uint16_t Total;
   uint16_t Version;  // kFontDataVersion
@@ -126,20 +126,20 @@ struct FontNumber {
 };
 static_assert(sizeof(FontNumber) == 6);
 
-// What a registration dialog is opened for.
+// The purpose of a registration dialog.
 enum FontEditing : int { kRegisterFont = 0, kChangeFont = 1 };
 
-// The font part of a property-sheet session.
+// The registered fonts of a property-sheet session.
 struct FontStore {
-  bool Loaded;            // only a store that this session loaded is ever saved
-  FontRecord* DecoFonts;  // kFontCapacity records, or none
+  bool Loaded;            // set by LoadFontStore; SaveFontStore refuses any other store
+  FontRecord* DecoFonts;  // kFontCapacity records, or null
   int16_t DecoFontNum;
   FontRecord* BarFonts;
   int16_t BarFontNum;
-  FontRecord WorkFont;  // what a registration dialog edits
+  FontRecord WorkFont;  // the copy that a registration dialog edits
   FontEditing FontEditMode;
-  int16_t FontEditIndex;  // of the record being changed; -1 for a new font
-  bool DecoReference;     // the two data-reference check boxes
+  int16_t FontEditIndex;  // index of the record that the dialog changes; -1 for a new font
+  bool DecoReference;     // a new font starts as a copy of the selected font
   bool BarReference;
 };
 

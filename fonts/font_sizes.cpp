@@ -17,7 +17,7 @@ int ConvertFontSize(int value, int from, int to, int dpi) {
 
 void ComputeFontSize(DecoFontInfo& font, uint16_t code, int dpi) {
   font.Size = code;
-  const FontCell* cell = CellOfCode(code);
+  const FontCell* cell = FindFontCell(code);
   if (cell == nullptr) return;
   const int width = font.ExpandX * cell->width;
   const int height = font.ExpandY * cell->height;
@@ -31,7 +31,7 @@ void ChangeFontUnit(DecoFontInfo& font, uint16_t unit, int dpi) {
   font.Unit = unit;
 }
 
-void TakeRowDefaults(DecoFontInfo& font, const DecoFontInfo& row, bool serialDefaults) {
+void ApplyRowDefaults(DecoFontInfo& font, const DecoFontInfo& row, bool serialDefaults) {
   CopyText(font.ResiFontName, row.ResiFontName);
   font.Decorate = 1;
   const FontCell* first = CellAt(row.Size, 0);

@@ -12,8 +12,8 @@ namespace {
 constexpr WCHAR kNumberValue[] = TEXT("CreateFont Number");
 constexpr WCHAR kDataValue[] = TEXT("CreateFont Data");
 
-// The number of records that the printer announces; 0 when nothing valid is stored.
-DWORD StoredTotal(HANDLE printer) {
+// Returns the record count of "CreateFont Number"; 0 when the value is missing or invalid.
+DWORD ReadRecordCount(HANDLE printer) {
   FontNumber number = {};
   DWORD size = 0;
   if (!ReadPrinterData(printer, kNumberValue, &number, sizeof(number), &size)) return 0;
@@ -21,32 +21,33 @@ DWORD StoredTotal(HANDLE printer) {
   return number.Total;
 }
 
-// "CreateFont Data" as one attempt has read it.
+// The result of one attempt to read "CreateFont Data".
 struct StoredRecords {
   HeapBlock<FontRecord> records;
-  DWORD count = 0;      // whole records among the bytes that were read
-  bool matches = true;  // false: the data is not what "CreateFont Number" announces
+  DWORD count = 0;      // complete records among the bytes that were read
+  bool matches = true;  // the data has the size that "CreateFont Number" specifies
 };
 
-// A save writes the number before the data, so that a reader in between finds both of different
-// saves: it reads both again, as often as this.
+// A save writes the number before the data. A reader in between finds the two values of different
+// saves and has to read both again.
 constexpr int kReadAttempts = 3;
 
 StoredRecords ReadRecords(HANDLE printer) {
   StoredRecords stored;
-  const DWORD announced = StoredTotal(printer) * static_cast<DWORD>(sizeof(FontRecord));
-  if (announced == 0) return stored;
-  stored.records = HeapBlock<FontRecord>(announced);
+  const DWORD expected = ReadRecordCount(printer) * static_cast<DWORD>(sizeof(FontRecord));
+  if (expected == 0) return stored;
+  stored.records = HeapBlock<FontRecord>(expected);
   if (!stored.records) return stored;
   DWORD size = 0;
-  const bool read = ReadPrinterData(printer, kDataValue, stored.records.get(), announced, &size);
-  stored.matches = read && size == announced;
-  if (read) stored.count = std::min(size, announced) / DWORD{sizeof(FontRecord)};
+  const bool read = ReadPrinterData(printer, kDataValue, stored.records.get(), expected, &size);
+  stored.matches = read && size == expected;
+  if (read) stored.count = std::min(size, expected) / DWORD{sizeof(FontRecord)};
   return stored;
 }
 
-// Sorts the stored records into the two lists, in stored order.
-void TakeRecords(FontStore& store, const FontRecord* records, DWORD count) {
+// Appends the stored records to the list of their kind, in stored order. Drops records of an
+// unknown kind and those beyond the capacity.
+void AppendRecords(FontStore& store, const FontRecord* records, DWORD count) {
   for (DWORD i = 0; i < count; ++i) {
     const FontRecord& record = records[i];
     if (record.FontKind == kDecorativeFont && store.DecoFontNum < kFontCapacity) {
@@ -55,6 +56,12 @@ void TakeRecords(FontStore& store, const FontRecord* records, DWORD count) {
       store.BarFonts[store.BarFontNum++] = record;
     }
   }
+}
+
+// Returns the number of decorative fonts that fit beside all barcode fonts within the limit.
+int CountSavedDecoFonts(const FontStore& store) {
+  const int bar = std::clamp<int>(store.BarFontNum, 0, kFontCapacity);
+  return std::clamp<int>(store.DecoFontNum, 0, kFontCapacity - bar);
 }
 
 }  // namespace
@@ -72,7 +79,7 @@ bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap) {
 
   StoredRecords stored = ReadRecords(printer);
   for (int i = 1; i < kReadAttempts && !stored.matches; ++i) stored = ReadRecords(printer);
-  TakeRecords(store, stored.records.get(), stored.count);
+  AppendRecords(store, stored.records.get(), stored.count);
   return true;
 }
 
@@ -85,7 +92,7 @@ void FreeFontStore(FontStore& store, HANDLE heap) {
 bool SaveFontStore(HANDLE printer, const FontStore& store) {
   if (!store.Loaded) return false;
   const size_t bar = static_cast<size_t>(std::clamp<int>(store.BarFontNum, 0, kFontCapacity));
-  const size_t deco = static_cast<size_t>(ShownDecoFonts(store));
+  const size_t deco = static_cast<size_t>(CountSavedDecoFonts(store));
   const size_t total = deco + bar;
   const HeapBlock<FontRecord> records(kFontCapacity * sizeof(FontRecord));
   if (!records) {
@@ -102,11 +109,6 @@ bool SaveFontStore(HANDLE printer, const FontStore& store) {
   WritePrinterData(printer, kDataValue, REG_BINARY, records.get(),
                    static_cast<DWORD>(total * sizeof(FontRecord)));
   return true;
-}
-
-int ShownDecoFonts(const FontStore& store) {
-  const int bar = std::clamp<int>(store.BarFontNum, 0, kFontCapacity);
-  return std::clamp<int>(store.DecoFontNum, 0, kFontCapacity - bar);
 }
 
 FontRecord CopyForEditing(const FontRecord& record) {

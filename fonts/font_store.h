@@ -1,5 +1,4 @@
-// The registered fonts of a printer: loaded into a session, written back, and the rules for their
-// names.
+// Loads the registered fonts of a printer into a session and saves them.
 #pragma once
 
 #include <windows.h>
@@ -8,21 +7,20 @@
 
 namespace kestrel {
 
-// Fills a store from printer data "CreateFont Number" and "CreateFont Data". Reads both again, a
-// few times, while they do not match, since another session may be saving. Anything missing or
-// damaged gives an empty store. False only when the lists cannot be allocated from heap.
+// Fills a store from printer data "CreateFont Number" and "CreateFont Data". Missing or damaged
+// data results in an empty store. Reads both values again, up to three times in all, while they do
+// not match, because another session may be saving. Allocates the lists from heap; returns false
+// only when an allocation fails. The caller releases them with FreeFontStore.
 bool LoadFontStore(FontStore& store, HANDLE printer, HANDLE heap);
-// Releases both lists.
+// Releases both lists and clears the store.
 void FreeFontStore(FontStore& store, HANDLE heap);
-// How many decorative fonts are listed and saved: those that leave room for all barcode fonts
-// within the limit.
-int ShownDecoFonts(const FontStore& store);
-// Writes both values, decorative fonts first. A store that was not loaded in this session is never
-// written (false).
+// Writes both values, decorative fonts first. Drops the last decorative fonts when both kinds
+// exceed the limit together. Returns false, without a write, for a store that LoadFontStore did not
+// fill and when memory runs out. Does not report an error of the spooler.
 bool SaveFontStore(HANDLE printer, const FontStore& store);
-// A copy of a stored record whose names are terminated, as a dialog needs it.
+// Returns a copy of a stored record with terminated names.
 FontRecord CopyForEditing(const FontRecord& record);
-// Whether one more font can be registered.
+// Returns true while both kinds together have fewer than kFontCapacity fonts.
 bool CanRegisterMore(const FontStore& store);
 
 }  // namespace kestrel

@@ -52,7 +52,7 @@ struct Table {
   DecoFontInfo rows[kResidentFontCount];
 };
 
-// The tables of the two densities differ in the cells of the OCR fonts alone.
+// The tables of the two densities differ only in the cells of the OCR fonts.
 constexpr Table MakeTable(int ocrA, int ocrB) {
   constexpr int kKanji = kSize16x16 | kSize24x24 | kSize22x22;
   return {{Row(TEXT("X20"), kSize5x9, false, 0), Row(TEXT("X21"), kSize17x17, true, 0),
@@ -72,14 +72,14 @@ std::span<const DecoFontInfo, kResidentFontCount> ResidentFontTable(int dpi) {
   return dpi == 305 ? kTable305.rows : kTable203.rows;
 }
 
-int ResidentFontRow(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name) {
+int FindResidentFont(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name) {
   for (int i = 0; i < kResidentFontCount; ++i) {
     if (SameText(rows[static_cast<size_t>(i)].ResiFontName, name)) return i;
   }
   return -1;
 }
 
-FontOffers OffersOf(const DecoFontInfo& row, const DecoFontInfo& font) {
+SupportedStyles StylesSupportedBy(const DecoFontInfo& row, const DecoFontInfo& font) {
   const int smaller = std::min(font.ExpandX, font.ExpandY);
   const int larger = std::max(font.ExpandX, font.ExpandY);
   return {
@@ -91,7 +91,7 @@ FontOffers OffersOf(const DecoFontInfo& row, const DecoFontInfo& font) {
   };
 }
 
-const FontCell* CellOfCode(uint16_t code) { return FindCell(code); }
+const FontCell* FindFontCell(uint16_t code) { return FindCell(code); }
 
 const FontCell* CellAt(uint16_t codes, int entry) {
   for (; codes != 0; codes = static_cast<uint16_t>(codes & (codes - 1))) {
@@ -101,12 +101,12 @@ const FontCell* CellAt(uint16_t codes, int entry) {
   return nullptr;
 }
 
-bool IsSizeOffered(const DecoFontInfo& row, uint16_t code) {
+bool IsSizeSupported(const DecoFontInfo& row, uint16_t code) {
   const bool isOneCode = code == kSizeScalable || FindCell(code) != nullptr;
   return isOneCode && (row.Size & code) != 0;
 }
 
-int EntryOfCell(uint16_t codes, uint16_t code) {
+int FindCellEntry(uint16_t codes, uint16_t code) {
   for (int entry = 0;; ++entry) {
     const FontCell* cell = CellAt(codes, entry);
     if (cell == nullptr) return 0;

@@ -1,4 +1,4 @@
-// The printer's resident fonts, on which decorative fonts are based, and the cells that they offer.
+// The printer's resident fonts, which are the base of decorative fonts, and their cell sizes.
 #pragma once
 
 #include <windows.h>
@@ -10,30 +10,31 @@
 namespace kestrel {
 
 constexpr int kResidentFontCount = 10;
-// OutlineStyle of a resident font without free width and height.
+// OutlineStyle of a resident font with fixed cells, that is without free width and height.
 constexpr uint16_t kFixedCells = 0xFFFF;
 
-// Smoothing and Bold of a row: when the setting may be made.
+// Smoothing and Bold of a row: the condition under which the user can set the style. 0 means never.
 constexpr uint16_t kAlways = 1;
 constexpr uint16_t kFromThree = 3;  // smoothing: while both magnifications are at least 3
 constexpr uint16_t kUpToFive = 5;   // emphasis: while both magnifications are at most 5
 
-// The ten rows for a head density in dots per inch; any density but 305 has those of 203. A row has
-// the shape of a decorative font: Size holds every code that the font offers, SizeX and SizeY the
-// cell of the first, Pitch, ColorRevolution, Smoothing, Bold and OutlineStyle what the font allows.
+// Returns the rows for a head density in dots per inch; any density except 305 has the rows of 203.
+// A row has the layout of a decorative font with other meanings: Size is the OR of the supported
+// codes, SizeX and SizeY are the cell of the lowest code, and Pitch, ColorRevolution, Smoothing,
+// Bold and OutlineStyle say which styles the font supports.
 std::span<const DecoFontInfo, kResidentFontCount> ResidentFontTable(int dpi);
 
-// Row of a resident font's name, -1 when the printer has no such font.
-int ResidentFontRow(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name);
+// Returns the row of a resident font's name; -1 when the printer has no such font.
+int FindResidentFont(std::span<const DecoFontInfo, kResidentFontCount> rows, const WCHAR* name);
 
-// What can be set of a font upon a resident font's row, as far as its magnifications allow it.
-struct FontOffers {
+// The styles that the user can set.
+struct SupportedStyles {
   bool pitch, reverse, emphasis, smoothing;
-  bool fixedCells;  // magnifications of a cell; else free width and height, and outlines
+  bool fixedCells;  // true: magnifications of a cell; false: free width and height, and outlines
 };
-FontOffers OffersOf(const DecoFontInfo& row, const DecoFontInfo& font);
+// Returns the styles that a resident font's row supports at the magnifications of the font.
+SupportedStyles StylesSupportedBy(const DecoFontInfo& row, const DecoFontInfo& font);
 
-// One cell size.
 struct FontCell {
   uint16_t code;
   const WCHAR* label;
@@ -41,13 +42,14 @@ struct FontCell {
   int16_t height;
 };
 
-// The cell of a code; null for the scalable code and for anything that is not one code.
-const FontCell* CellOfCode(uint16_t code);
-// The codes of a set in ascending order: the cell of the n-th that has one (null behind the last),
-// and the entry of a code (0 when the set does not offer it).
+// Returns the cell of a code; null for the scalable code and for a value that is not a single code.
+const FontCell* FindFontCell(uint16_t code);
+// Returns the cell at an entry of the size list, which has the cells of codes in ascending order of
+// their codes; null after the last entry.
 const FontCell* CellAt(uint16_t codes, int entry);
-int EntryOfCell(uint16_t codes, uint16_t code);
-// Returns whether a row offers a Size: one of its cells, or free width and height.
-bool IsSizeOffered(const DecoFontInfo& row, uint16_t code);
+// Returns the entry of a code in that list; 0 when codes does not contain it.
+int FindCellEntry(uint16_t codes, uint16_t code);
+// Returns true when code is a single code, a cell or the scalable code, and the row supports it.
+bool IsSizeSupported(const DecoFontInfo& row, uint16_t code);
 
 }  // namespace kestrel

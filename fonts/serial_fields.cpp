@@ -29,7 +29,7 @@ uint16_t Checked(HWND dialog, int control) {
 
 }  // namespace
 
-void OpenSerialFields(HWND dialog, const SerialControls& controls,
+void InitSerialFields(HWND dialog, const SerialControls& controls,
                       const SerialNumbering& numbering) {
   CheckPair(dialog, controls.on, controls.off, numbering.range == 1);
   CheckPair(dialog, controls.hexadecimal, controls.decimal, numbering.mode == 1);

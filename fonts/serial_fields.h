@@ -1,5 +1,4 @@
-// The serial-numbering group that both font dialogs show: whether it is on, a mode and four
-// numbers.
+// The serial numbering group of both font dialogs: a switch, a number base and four numbers.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +17,7 @@ struct NumberRange {
   int maximum;
 };
 
-// The four numbers, in the order of their fields.
+// The four numbers in the order of their fields.
 enum SerialNumber : int { kSameIssue, kStep, kActiveDigits, kLowDigits, kSerialNumbers };
 constexpr NumberRange kSerialRanges[kSerialNumbers] = {{1, 9999}, {-9999, 9999}, {1, 99}, {0, 99}};
 
@@ -30,40 +29,41 @@ constexpr HelpRow SerialHelp(SerialNumber number, int edit, int text) {
                 kSerialRanges[number].maximum);
 }
 
-// The controls of the group in one dialog.
+// The controls of the group in a dialog.
 struct SerialControls {
   int on, off;
   int hexadecimal, decimal;
-  NumericFieldTable fields;  // one a number
+  NumericFieldTable fields;  // in the order of SerialNumber
 };
 
-// What the group edits of a font.
+// The members of a font that the group edits.
 struct SerialNumbering {
-  uint16_t& range;  // 1 on
-  uint16_t& mode;   // 1 hexadecimal
+  uint16_t& range;  // 1 on, 0 off
+  uint16_t& mode;   // 1 hexadecimal, 0 decimal
   int16_t* numbers[kSerialNumbers];
 };
-inline SerialNumbering SerialOf(DecoFontInfo& font) {
+inline SerialNumbering SerialNumberingOf(DecoFontInfo& font) {
   return {font.Range,
           font.Mode,
           {&font.PrintNum, &font.Incriment, &font.ActivateData, &font.NegativeData}};
 }
-inline SerialNumbering SerialOf(BarFontInfo& font) {
+inline SerialNumbering SerialNumberingOf(BarFontInfo& font) {
   return {font.Range,
           font.Mode,
           {&font.PrintNum, &font.Incriment, &font.ActiveData, &font.NegativeData}};
 }
 
-// Joins the up-downs to their edits and shows the numbering.
-void OpenSerialFields(HWND dialog, const SerialControls& controls,
+// Attaches the up-downs to their edits and shows the numbering.
+void InitSerialFields(HWND dialog, const SerialControls& controls,
                       const SerialNumbering& numbering);
-// The mode radios and the four fields can be used only while serial numbering is on.
+// Enables the mode radios and the four fields while serial numbering is on.
 void EnableSerialFields(HWND dialog, const SerialControls& controls, bool on);
 bool IsSerialField(const SerialControls& controls, int edit);
-// Whether the four fields are in their ranges; the first that is not is reported and gets the
-// focus.
+// Returns true when the four fields are in their ranges. Otherwise shows a message about the first
+// one that is not and moves the focus to it.
 bool CheckSerialFields(HWND dialog, const SerialControls& controls);
-// Takes the numbering from the controls; the numbers as CheckSerialFields has approved them.
+// Stores the numbering from the controls. Call it after CheckSerialFields, which sets the up-downs
+// to the numbers that it checked.
 void StoreSerialFields(HWND dialog, const SerialControls& controls,
                        const SerialNumbering& numbering);
 

@@ -1,4 +1,5 @@
-// A printer with registered fonts, the page and the two dialogs over them, a barcode library.
+// A printer with registered fonts, a fake barcode library, and steps for the font page and its two
+// dialogs.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace fonts {
 
 using namespace support;
 
-// One stored record as words, at the offsets of its bytes.
+// A stored record as 16-bit words. Offsets are in bytes.
 struct Record : std::array<uint16_t, 116> {
   template <typename Values = std::initializer_list<int>>
   Record& Put(size_t offset, const Values& values) {
@@ -31,7 +32,8 @@ struct Record : std::array<uint16_t, 116> {
 };
 using Records = std::vector<Record>;
 
-// A decorative font as a new one is stored, of a resident font and its cell in dots.
+// Returns a new decorative font as the dialog stores it; width and height are those of the cell in
+// dots.
 inline Record Deco(std::u16string name, std::u16string_view resident = u"X20", int size = 1,
                    int width = 5, int height = 9) {
   return Record()
@@ -39,14 +41,14 @@ inline Record Deco(std::u16string name, std::u16string_view resident = u"X20", i
       .Put(130, resident)
       .Put(194, {1, size, width, height, 1, 1, 2, 1, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0});
 }
-// A barcode font of a kind; the words of its parameters count up from 1, or are all the same.
+// Returns a barcode font. The words of its parameters count up from 1, or all equal parameters.
 inline Record Bar(std::u16string name, int kind = 100, int parameters = -1) {
   Record record = Record().Name(name).Put(64, {1}).Put(130, {0x2008, kind, 0, 0, 1, 1, 1, 0});
   for (int i = 0; i < 20; ++i) record.Put(146 + 2u * i, {parameters < 0 ? i + 1 : parameters});
   return record;
 }
-constexpr int kInitial = 0x4040;  // parameters as the library's Init leaves them
-// Fonts whose names end in their number, from 0.
+constexpr int kInitial = 0x4040;  // each word of the parameters after the fake library's Init
+// Returns fonts named D00, D01… and B00, B01….
 inline Records Many(int deco, int bar) {
   Records records;
   const auto name = [](char16_t kind, int i) {
@@ -58,8 +60,9 @@ inline Records Many(int deco, int bar) {
   return records;
 }
 
-// A barcode detail library whose kinds all do the same; an entry point may be missing. Its calls:
-// "I" and "S" for Init and ShowDlg, the block's last word, the density if it is not 203.
+// A barcode detail library in which all kinds behave alike; one entry point may be missing. calls
+// records each call as "I" for Init or "S" for ShowDlg, then the last word of the block, then "@"
+// and the density unless it is 203.
 struct FakeLibrary {
   static inline std::string calls;
   static inline int16_t initResult, showResult;
@@ -75,19 +78,19 @@ struct FakeLibrary {
     platform::Machine::EntryPoints entries;
     for (const kestrel::BarcodeKindRow& kind : kestrel::kBarcodeKinds) {
       entries[kind.getName] = entry(&Name);
-      entries[kind.init] = entry(&Answer<'I'>);
-      entries[kind.showDialog] = entry(&Answer<'S'>);
+      entries[kind.init] = entry(&EditBlock<'I'>);
+      entries[kind.showDialog] = entry(&EditBlock<'S'>);
     }
     entries.erase(missing);
     machine.RegisterModule(u"QM610rBAR.DLL", entries);
   }
 
-  // "種" in code page 932, and more than a name may have.
+  // Writes "種" in code page 932 and digits, 32 bytes without a terminator.
   static void WINAPI Name(char* name) {
     std::memcpy(name, "\216\355456789012345678901234567890123", 32);
   }
   template <char kEntry>
-  static int16_t WINAPI Answer(uint16_t* block, const uint16_t* words, HWND dialog) {
+  static int16_t WINAPI EditBlock(uint16_t* block, const uint16_t* words, HWND dialog) {
     calls += kEntry + std::to_string(block[19]);
     if (words[0] != 203) calls += "@" + std::to_string(words[0]);
     EXPECT_EQ(std::tuple(words[1], words[2], words[3]), std::tuple(words[0], 0, 0));
@@ -132,73 +135,80 @@ class FontTest : public SheetTest {
     EXPECT_EQ(data.size() % sizeof(Record), 0u);
     return records;
   }
-  // What is stored after the steps on the font page of the user's defaults, and OK.
-  void Gives(const Records& expected, Steps steps) {
+  // Expects the stored records after the steps on the font page of the user-default sheet and OK.
+  void ExpectStored(const Records& expected, Steps steps) {
     Ok(kFontTab, std::move(steps));
     EXPECT_EQ(Stored(), expected);
   }
 };
 
-// While some are switched on, each control describes itself in the help text of its place, counted
-// from the first one's; what is filled in, text after text.
-inline Step Describes(UINT first, std::vector<int> ids, std::vector<int> on,
-                      std::vector<std::u16string> fillings) {
+// Expects that each control, once used, shows its help text. The texts have consecutive string ids
+// from first; arguments replace their "%s" in order. Clicks the enablers before each control.
+inline Step ExpectHelp(UINT first, std::vector<int> ids, std::vector<int> enablers,
+                       std::vector<std::u16string> arguments) {
   return [=](Desk& desk) {
-    auto filling = fillings.begin();
+    auto argument = arguments.begin();
     for (UINT text = first; int control : ids) {
-      for (int id : on) desk.Click(id);
+      for (int id : enablers) desk.Click(id);
       EXPECT_TRUE(desk.Click(control) || desk.Focus(control)) << control;
       std::u16string help(512, 0);
       help.resize(
           static_cast<size_t>(LoadStringW(kestrel::ModuleInstance(), text++, help.data(), 512)));
-      for (size_t at; (at = help.find(u"%s")) < help.size();) help.replace(at, 2, *filling++);
+      for (size_t at; (at = help.find(u"%s")) < help.size();) help.replace(at, 2, *argument++);
       EXPECT_EQ(desk.Text(IDC_HELP_TEXT), help) << control;
     }
   };
 }
 
-// The two kinds of fonts: their controls on the page, their dialogs.
+// A kind of fonts: its controls on the page, the name field of its dialog and its label.
 struct Kind {
   int list, create, change, remove, reference, name;
   const char16_t* text;
 };
 constexpr Kind kDeco = {1131, 1133, 1047, 1048, 1179, IDC_DECO_FONT_NAME, u"装飾フォント"};
 constexpr Kind kBar = {1132, 1049, 1050, 1051, 1178, IDC_BAR_FONT_NAME, u"バーコードフォント"};
-inline std::u16string Registers(const Kind& kind) { return std::u16string(kind.text) + u"の登録"; }
-inline std::u16string Changes(const Kind& kind) { return std::u16string(kind.text) + u"の変更"; }
+inline std::u16string RegisterTitle(const Kind& kind) {
+  return std::u16string(kind.text) + u"の登録";
+}
+inline std::u16string ChangeTitle(const Kind& kind) {
+  return std::u16string(kind.text) + u"の変更";
+}
 constexpr char16_t kPage[] = u"クリエイトフォント";
 
-// A new font: what is done in the dialog, and its name. OK must be taken.
+// RegisterTitle a font with the steps in its dialog. OK has to succeed.
 inline Steps New(const Kind& kind, std::u16string name, const Steps& steps = {}) {
   return {Click(kind.create), steps, Replace(kind.name, name), Click(IDOK), ExpectTitle(kPage)};
 }
-// The selected font changed. Messages may follow OK.
+// ChangeTitle the selected font with the steps in its dialog. atOk closes messages after OK.
 inline Steps Change(const Kind& kind, const Steps& steps = {}, const Steps& atOk = {}) {
   return {Click(kind.change), steps, Click(IDOK), atOk, ExpectTitle(kPage)};
 }
-// A text that a person could not type into a control.
+// Sets a control's text directly, also to a text that a user could not type.
 inline Step Put(int id, std::u16string text) {
   return [=](Desk& desk) { SetDlgItemTextW(desk.Top(), id, text.c_str()); };
 }
-// What a field takes: a number below and one above are refused at OK, a letter behind a good one
-// and a plus sign at once. Of several wrong fields the first is told and gets the focus.
+// The limits of a numeric field: texts below and above them, a valid one, and the words of the
+// messages.
 struct Bounds {
   int field;
   const char16_t *what, *unit, *below, *least, *most, *above, *good;
 };
-inline Steps Refuses(const std::u16string& title, const std::u16string& group,
-                     const std::vector<Bounds>& fields) {
+// Expects that OK rejects numbers below and above the limits, and that the field rejects a letter
+// and a plus sign at once. Of several invalid fields the message names the first one, which gets
+// the focus.
+inline Steps ExpectRejected(const std::u16string& title, const std::u16string& group,
+                            const std::vector<Bounds>& fields) {
   Steps steps;
   for (const Bounds& f : fields) steps += Put(f.field, f.above);
   for (const Bounds& f : fields) {
     const std::u16string is = group + f.what + u"は ", unit = std::u16string(u" ") + f.unit;
-    const auto refused = [&](const char16_t* number, const char16_t* bound, const char16_t* end) {
+    const auto rejected = [&](const char16_t* number, const char16_t* bound, const char16_t* end) {
       return Steps{Put(f.field, number), Click(IDOK),
                    CloseMessage(is + bound + unit + end, MB_ICONEXCLAMATION, title),
                    ExpectFocus(f.field)};
     };
-    steps += {refused(f.below, f.least, u"以上にして下さい。"),
-              refused(f.above, f.most, u"以下にして下さい。"),
+    steps += {rejected(f.below, f.least, u"以上にして下さい。"),
+              rejected(f.above, f.most, u"以下にして下さい。"),
               Replace(f.field, f.good),
               Type(f.field, u"x"),
               ExpectText(f.field, f.good),
@@ -208,18 +218,19 @@ inline Steps Refuses(const std::u16string& title, const std::u16string& group,
   return steps;
 }
 
-// How groups of controls look: which radio button is checked, a number and its range, a list's
-// entries and the selected one; what cannot be used stands in parentheses, in part in braces.
+// Expects the state of groups of controls, separated by spaces: the index of the checked radio
+// button, "value/minimum..maximum" of an edit with its up-down, or a list's entries and the index
+// of the selected one. A group in parentheses is disabled, a group in braces is disabled in part.
 using Groups = std::vector<std::vector<int>>;
-inline Step Looks(Groups groups, std::string expected) {
+inline Step ExpectGroups(Groups groups, std::string expected) {
   return [=](Desk& desk) {
-    std::string look;
+    std::string state;
     for (const auto& ids : groups) {
       std::string text;
-      size_t usable = 0;
+      size_t enabled = 0;
       for (size_t i = 0; i < ids.size(); ++i) {
         const auto view = desk.Control(ids[i]);
-        usable += view.enabled;
+        enabled += view.enabled;
         for (const auto& item : view.items) text.append(item.begin(), item.end()) += ' ';
         if (view.kind == platform::ControlKind::kEdit) {
           text.append(view.text.begin(), view.text.end());
@@ -230,29 +241,30 @@ inline Step Looks(Groups groups, std::string expected) {
           text += std::to_string(view.checked ? static_cast<int>(i) : view.selection);
         }
       }
-      const bool all = usable == ids.size();
-      look += all ? text + " " : usable == 0 ? "(" + text + ") " : "{" + text + "} ";
+      const bool all = enabled == ids.size();
+      state += all ? text + " " : enabled == 0 ? "(" + text + ") " : "{" + text + "} ";
     }
-    EXPECT_EQ(look, expected + " ");
+    EXPECT_EQ(state, expected + " ");
   };
 }
 
-// Serial numbering: off and on, decimal and hexadecimal, the four numbers.
+// The controls of serial numbering: off and on, decimal and hexadecimal, the four numbers.
 const Groups kDecoSerial = {{1148, 1147}, {1146, 1145}, {1149, 1150},
                             {1151, 1152}, {1153, 1154}, {1155, 1156}};
 const Groups kBarSerial = {{1030, 1029}, {1032, 1031}, {1103, 1163},
                            {1105, 1164}, {1111, 1112}, {1113, 1114}};
 constexpr char kSerialOff[] = "0 (0) (1/1..9999) (1/-9999..9999) (1/1..99) (0/0..99)";
 
-// Switches numbering on; what is refused of it, and what is made of odd texts. Leaves 5, 0, 12, 8.
-inline Steps SerialWalk(const Groups& ids, const std::u16string& title) {
+// Turns serial numbering on and tests each number with valid and invalid texts. Leaves the numbers
+// 5, 0, 12 and 8.
+inline Steps TestSerialNumbers(const Groups& ids, const std::u16string& title) {
   const int same = ids[2][0], step = ids[3][0], digits = ids[4][0], low = ids[5][0];
   const std::vector<Bounds> bounds = {
       {same, u"同一発行枚数", u"枚", u"0", u"1", u"9999", u"4294967301", u"12"},
       {step, u"増減値", u"", u"-10000", u"-9999", u"9999", u"10000", u"-12"},
       {digits, u"連番有効桁数", u"枚", u"0", u"1", u"99", u"100", u"12"},
       {low, u"下位無効桁数", u"枚", u"-1", u"0", u"99", u"100", u"7"}};
-  // An up-down that accepts more texts or fewer changes nothing.
+  // The result does not depend on which texts an up-down accepts.
   Steps pasted;
   for (const platform::BuddyReading reading :
        {platform::BuddyReading::kDigitsAndMinus, platform::BuddyReading::kLeadingNumber,
@@ -262,7 +274,7 @@ inline Steps SerialWalk(const Groups& ids, const std::u16string& title) {
       pasted += {Paste(low, text), ExpectText(low, u"7")};
   }
   return {Click(ids[0][1]),
-          Refuses(title, u"連番設定\n", bounds),
+          ExpectRejected(title, u"連番設定\n", bounds),
           pasted,
           Put(same, u"5-3"),
           Replace(step, u""),

@@ -1,4 +1,4 @@
-// The page that lists the registered fonts, the rules for their names, and how they are kept.
+// The create-font page, the rules for font names, and the font store in printer data.
 #include "font_fixture.h"
 #include "fonts/font_store.h"
 #include "sheets/page_services.h"
@@ -12,10 +12,15 @@ kestrel::FontStore& SessionFonts(Desk& desk) {
 constexpr char16_t kTaken[] =
     u"既に同一のフォント名が登録されています。\n別のフォント名に変更して下さい。";
 
-// What a list shows, the first entry selected, and which buttons can be used.
-Steps Shows(const Kind& kind, const std::vector<std::u16string>& names, bool room = true) {
+class CreateFontPageTest : public FontTest {};
+class FontNameTest : public FontTest {};
+class FontStoreTest : public FontTest {};
+
+// Expects the names in a list with the first one selected, and the buttons enabled accordingly.
+Steps ExpectList(const Kind& kind, const std::vector<std::u16string>& names,
+                 bool canCreate = true) {
   return {ExpectItems(kind.list, names), ExpectSelected(kind.list, names.empty() ? -1 : 0),
-          ExpectEnabled({kind.create}, room),
+          ExpectEnabled({kind.create}, canCreate),
           ExpectEnabled({kind.change, kind.remove, kind.reference}, !names.empty())};
 }
 Steps Remove(const Kind& kind, int row, const std::u16string& name, int answer = IDOK) {
@@ -24,52 +29,56 @@ Steps Remove(const Kind& kind, int row, const std::u16string& name, int answer =
                        MB_OKCANCEL | MB_ICONEXCLAMATION, kPage, answer)};
 }
 
-TEST_F(FontTest, CountsBothKindsToSeventy) {
+TEST_F(CreateFontPageTest, BothKindsTogetherAreLimitedToSeventy) {
   const std::vector<int> both = {kDeco.create, kBar.create};
   Store(Many(0, 68));
   Records expected = Many(0, 68);
   expected.insert(expected.begin(), Deco(u"A"));
   expected.push_back(Bar(u"Last", 100, kInitial));
-  Gives(expected,
-        {ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
-                    u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
-         Shows(kDeco, {}), ExpectChanged(false), New(kDeco, u"A"), ExpectChanged(true),
-         ExpectEnabled(both), New(kDeco, u"B"),
-         // The keyboard goes on where its button was disabled.
-         Shows(kDeco, {u"A", u"B"}, false), ExpectEnabled(both, false), ExpectFocus(kDeco.list),
-         ExpectText(IDC_HELP_TEXT, u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。"),
-         Remove(kDeco, 1, u"B"), ExpectEnabled(both), ExpectFocus(kDeco.remove), New(kBar, u"Last"),
-         ExpectEnabled(both, false)});
+  ExpectStored(
+      expected,
+      {ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
+                  u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
+       ExpectList(kDeco, {}), ExpectChanged(false), New(kDeco, u"A"), ExpectChanged(true),
+       ExpectEnabled(both), New(kDeco, u"B"),
+       // The focus moves from the disabled button to the list.
+       ExpectList(kDeco, {u"A", u"B"}, false), ExpectEnabled(both, false), ExpectFocus(kDeco.list),
+       ExpectText(IDC_HELP_TEXT, u"ここにﾏｳｽｶｰｿﾙのある 入力項目についての説明が表示されます。"),
+       Remove(kDeco, 1, u"B"), ExpectEnabled(both), ExpectFocus(kDeco.remove), New(kBar, u"Last"),
+       ExpectEnabled(both, false)});
   Store(Many(50, 40));
-  Gives(Many(30, 40), {ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)});
-  // The place that is freed holds nothing, the last one too.
-  const auto freed = [](Desk& desk) { EXPECT_EQ(SessionFonts(desk).BarFonts[69].FontName[0], 0); };
+  ExpectStored(Many(30, 40), {ExpectEnabled(both, false), Remove(kDeco, 29, u"D29", IDCANCEL)});
+  // A deletion clears the last record.
+  const auto cleared = [](Desk& desk) {
+    EXPECT_EQ(SessionFonts(desk).BarFonts[69].FontName[0], 0);
+  };
   Store(Many(0, 70));
-  Gives(Many(0, 69), {Remove(kBar, 69, u"B69"), freed});
+  ExpectStored(Many(0, 69), {Remove(kBar, 69, u"B69"), cleared});
 }
 
-// Names and words of any content are listed and asked about without a read past their record.
-TEST_F(FontTest, DeletesTheSelectedFont) {
+// Two of the names have no terminator; the page reads no further than the field.
+TEST_F(CreateFontPageTest, DeleteRemovesSelectedFont) {
   Record deco, bar;
   deco.fill(u'あ');
   bar.fill(u'い');
   const std::u16string decoName(32, u'あ'), barName(32, u'い');
   Store({deco.Put(64, {0}), bar.Put(64, {1}), Bar(u"B2"), Bar(u"B3")});
-  Gives({bar, Bar(u"B3")},
-        {Remove(kBar, 1, u"B2", IDCANCEL), Shows(kBar, {barName, u"B2", u"B3"}),
-         ExpectChanged(false), Remove(kBar, 1, u"B2"), ExpectChanged(true),
-         Shows(kBar, {barName, u"B3"}), Shows(kDeco, {decoName}), Remove(kDeco, 0, decoName),
-         Shows(kDeco, {}), ExpectFocus(kDeco.list), Shows(kBar, {barName, u"B3"}),
-         Click(kBar.change), ExpectText(kBar.name, barName.substr(1)), Click(IDCANCEL)});
+  ExpectStored({bar, Bar(u"B3")},
+               {Remove(kBar, 1, u"B2", IDCANCEL), ExpectList(kBar, {barName, u"B2", u"B3"}),
+                ExpectChanged(false), Remove(kBar, 1, u"B2"), ExpectChanged(true),
+                ExpectList(kBar, {barName, u"B3"}), ExpectList(kDeco, {decoName}),
+                Remove(kDeco, 0, decoName), ExpectList(kDeco, {}), ExpectFocus(kDeco.list),
+                ExpectList(kBar, {barName, u"B3"}), Click(kBar.change),
+                ExpectText(kBar.name, barName.substr(1)), Click(IDCANCEL)});
 }
 
-// A changed font stays in its place; a new one is the selected one under another name, or without
-// one as any other. The box stays checked.
-TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
+// A changed font keeps its index. With the reference box checked a new font is a copy of the
+// selected one, or has the defaults while the list is empty. The box stays checked.
+TEST_F(CreateFontPageTest, SelectedFontIsChangedOrCopied) {
   const Record deco = Deco(u"O", u"漢字(縦書)", 512, 55, 83)
                           .Put(202, {2, 3, 0, 1, 270, 1, 0, 1, 0, 1, 1, 12, -34, 5, 6}),
                bar = Bar(u"O", 500).Put(130, {0x4008, 500, 1, 1, 9, -8, 7, 6});
-  for (const auto& [kind, font, fresh] :
+  for (const auto& [kind, font, defaults] :
        {std::tuple(kDeco, deco, Deco(u"M")), std::tuple(kBar, bar, Bar(u"M", 100, kInitial))}) {
     const auto named = [&](const char16_t* name) { return Record(font).Name(name); };
     Steps declined;
@@ -78,32 +87,32 @@ TEST_F(FontTest, ChangesAndRefersToTheSelectedFont) {
     }
     Store({named(u"F1"), named(u"F2"), named(u"F3")});
     const Records expected = {named(u"F1"), named(u"X"), named(u"F3"), named(u"E")};
-    Gives(
+    ExpectStored(
         expected,
         {declined, ExpectChanged(false), Select(kind.list, 1),
          Change(kind, Replace(kind.name, u"X")), ExpectChanged(true), ExpectSelected(kind.list, 0),
-         // Entered again, the page selects the first.
+         // The page selects the first font each time it becomes active.
          Select(kind.list, 1), GoTo(kVersionTab), GoTo(kFontTab), ExpectSelected(kind.list, 0),
          ExpectChecked({kind.reference}, false), Click(kind.reference), Select(kind.list, 1),
          Click(kind.create), ExpectText(kind.name, u""), Replace(kind.name, u"X"), Click(IDOK),
-         CloseMessage(kTaken, MB_ICONEXCLAMATION, Registers(kind)), Replace(kind.name, u"E"),
+         CloseMessage(kTaken, MB_ICONEXCLAMATION, RegisterTitle(kind)), Replace(kind.name, u"E"),
          Click(IDOK), ExpectChecked({kind.reference})});
     EXPECT_EQ(FakeLibrary::calls, "");
     Cancel(kFontTab, Change(kind, Replace(kind.name, u"Y")));
     EXPECT_EQ(Stored(), expected);
     Store({font});
-    Gives({font, named(u"M")}, {Click(kind.reference), New(kind, u"M")});
+    ExpectStored({font, named(u"M")}, {Click(kind.reference), New(kind, u"M")});
     Store({font});
-    Gives({fresh}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M"),
-                    ExpectChecked({kind.reference})});
+    ExpectStored({defaults}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M"),
+                              ExpectChecked({kind.reference})});
   }
 }
 
-// A size that could not be checked is not copied.
-TEST_F(FontTest, ReferenceCopyGetsFirstSizeOfItsResidentFont) {
+// No field would check a size that the resident font does not support.
+TEST_F(CreateFontPageTest, CopyWithUnsupportedSizeGetsFirstSizeOfItsResidentFont) {
   const auto copies = [&](const Record& font, const Record& copy) {
     Store({font});
-    Gives({font, Record(copy).Name(u"M")}, {Click(kDeco.reference), New(kDeco, u"M")});
+    ExpectStored({font, Record(copy).Name(u"M")}, {Click(kDeco.reference), New(kDeco, u"M")});
   };
   copies(Deco(u"A", u"X20", 1024, 300, 400).Put(202, {2, 3}),
          Deco(u"M", u"X20", 1, 10, 27).Put(202, {2, 3}));
@@ -111,9 +120,9 @@ TEST_F(FontTest, ReferenceCopyGetsFirstSizeOfItsResidentFont) {
   copies(Deco(u"A", u"X99", 1024, 300, 400), Deco(u"M", u"X99", 1024, 300, 400));
 }
 
-// Another session saves while the fonts are read, between two calls of the spooler or around one:
-// what is loaded is stored as a whole before or after.
-TEST_F(FontTest, FontsThatAnotherSessionSavesMeanwhileAreLoadedWhole) {
+// The other session saves between two spooler calls of the load, or starts before the first one and
+// ends before the third.
+TEST_F(FontStoreTest, LoadDuringSaveOfAnotherSessionGetsOneConsistentState) {
   using platform::Fault;
   const Records one = {Deco(u"A")}, two = {Deco(u"A"), Bar(u"B")};
   platform::Faults& faults = machine().faults;
@@ -132,7 +141,7 @@ TEST_F(FontTest, FontsThatAnotherSessionSavesMeanwhileAreLoadedWhole) {
       faults.OnSpoolerChange([&] { Store(after); });
       EXPECT_EQ(load(), after.size()) << call;
     }
-    // The number is stored before the first call, the data before the third.
+    // The number changes before the first call, the data before the third.
     Store(before);
     faults.FailNth(Fault::kSpoolerChange, 1);
     faults.OnSpoolerChange([&] {
@@ -145,28 +154,29 @@ TEST_F(FontTest, FontsThatAnotherSessionSavesMeanwhileAreLoadedWhole) {
   }
 }
 
-// Some of the stored names no rule would let in; they show which rule comes first. What lies behind
-// a list's end is no font.
-TEST_F(FontTest, NamesAreJudgedInOrder) {
-  const auto bury = [gone = Deco(u"Gone")](Desk& desk) {
+// Some of the stored names break a rule themselves; they show which rule comes first. Records after
+// the end of a list do not count.
+TEST_F(FontNameTest, FirstBrokenRuleIsReported) {
+  const auto fillUnused = [gone = Deco(u"Gone")](Desk& desk) {
     kestrel::FontStore& fonts = SessionFonts(desk);
     std::memcpy(fonts.DecoFonts + fonts.DecoFontNum, &gone, sizeof gone);
     std::memcpy(fonts.BarFonts + fonts.BarFontNum, &gone, sizeof gone);
   };
-  // Names for the font in a row of a kind's list, or for a new one (-1); null: they are taken.
-  const auto judged = [&](const Kind& kind, int row, const char16_t* message,
+  // Expects a message for each name, or that OK accepts it (null). row is the font to change; -1
+  // means a new font.
+  const auto expect = [&](const Kind& kind, int row, const char16_t* message,
                           const std::vector<std::u16string>& names) {
     for (const std::u16string& name : names) {
       SCOPED_TRACE(testing::PrintToString(name) + std::to_string(row));
-      const bool fresh = row < 0;
-      Steps steps = {bury, Select(kind.list, std::max(row, 0)),
-                     Click(fresh ? kind.create : kind.change), Put(kind.name, name)};
+      const bool isNew = row < 0;
+      Steps steps = {fillUnused, Select(kind.list, std::max(row, 0)),
+                     Click(isNew ? kind.create : kind.change), Put(kind.name, name)};
       if (message != nullptr) {
-        // The name goes before the numbers.
-        steps +=
-            {Put(IDC_DECO_FONT_EXPAND_X, u"7"), Click(IDOK),
-             CloseMessage(message, MB_ICONEXCLAMATION, fresh ? Registers(kind) : Changes(kind)),
-             ExpectFocus(kind.name)};
+        // The name is checked before the numbers.
+        steps += {Put(IDC_DECO_FONT_EXPAND_X, u"7"), Click(IDOK),
+                  CloseMessage(message, MB_ICONEXCLAMATION,
+                               isNew ? RegisterTitle(kind) : ChangeTitle(kind)),
+                  ExpectFocus(kind.name)};
       }
       Cancel(kFontTab, {steps, Click(message != nullptr ? IDCANCEL : IDOK), ExpectTitle(kPage)});
     }
@@ -174,47 +184,47 @@ TEST_F(FontTest, NamesAreJudgedInOrder) {
   Store({Deco(u"Deco"), Deco(u"L").Put(66, std::u16string(32, u'x')), Deco(u"VELA POP"),
          Deco(u"Installed Face"), Deco(u"é"), Bar(u"Bar"), Bar(u"ü"),
          Bar(u"あいうえおかきくけこさしすせそた")});
-  judged(kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "});
-  judged(
+  expect(kDeco, -1, u"登録フォント名を入力して下さい。", {u"", u" 　 "});
+  expect(
       kDeco, -1, u"このフォント名は、使用できません\n。別のフォント名を入力して下さい。",
       {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"Installed Face", std::u16string(31, u'F')});
-  judged(kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"});
-  judged(kDeco, -1, u"不正な文字が使用されています。",
+  expect(kDeco, -1, kTaken, {u"Deco", u"é", u"Bar"});
+  expect(kDeco, -1, u"不正な文字が使用されています。",
          {u"aéb", u"¥", u"\xD83D", u"ü", u"あいうえおかきくけこさしすせそたé"});
-  judged(kDeco, -1, u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"});  // 32 bytes
-  judged(kDeco, -1, nullptr,
+  expect(kDeco, -1, u"文字数が多すぎます。", {u"あいうえおかきくけこさしすせそた"});  // 32 bytes
+  expect(kDeco, -1, nullptr,
          {u"VELA X20 ", u"VELA X25", u"VELA ", u"vela X20", u"X20", u"Installed", u"installed face",
           u"Installed Face 2", u"deco", u"a?b", u"Gone", u"あいうえおかきくけこさしすせそa",
           std::u16string(31, u'x'), std::u16string(31, u'ｱ')});
-  // A font's own record does not count, that at the same place of the other list does.
-  judged(kDeco, 0, nullptr, {u"Deco"});
-  judged(kDeco, 1, kTaken, {u"Deco"});
-  judged(kDeco, 0, kTaken, {u"Bar"});
-  judged(kBar, 0, nullptr, {u"Bar", u"Gone"});
-  judged(kBar, 1, kTaken, {u"Bar"});
-  judged(kBar, 0, kTaken, {u"Deco"});
+  // The font's own record does not count; the record at the same index of the other list does.
+  expect(kDeco, 0, nullptr, {u"Deco"});
+  expect(kDeco, 1, kTaken, {u"Deco"});
+  expect(kDeco, 0, kTaken, {u"Bar"});
+  expect(kBar, 0, nullptr, {u"Bar", u"Gone"});
+  expect(kBar, 1, kTaken, {u"Bar"});
+  expect(kBar, 0, kTaken, {u"Deco"});
 }
 
-// The printer's fonts as a session loads them.
-struct Session {
+// A font store that is loaded from the printer.
+struct LoadedStore {
   kestrel::FontStore fonts;
   OpenedPrinter printer;
   bool loaded = kestrel::LoadFontStore(fonts, printer, GetProcessHeap());
-  ~Session() { kestrel::FreeFontStore(fonts, GetProcessHeap()); }
+  ~LoadedStore() { kestrel::FreeFontStore(fonts, GetProcessHeap()); }
   bool Save() { return kestrel::SaveFontStore(printer, fonts); }
 };
 
-TEST_F(FontTest, DamagedStoresAreEmpty) {
+TEST_F(FontStoreTest, DamagedDataLoadsAsEmptyStore) {
   using std::string_literals::operator""s;
   const Records both = {Deco(u"A"), Bar(u"B")};
-  const auto gives = [&](const Records& loaded) {
-    Session session;
+  const auto expectLoaded = [&](const Records& loaded) {
+    LoadedStore store;
     Store({Deco(u"Former")});
-    EXPECT_TRUE(session.loaded && session.Save());
+    EXPECT_TRUE(store.loaded && store.Save());
     EXPECT_EQ(Stored(), loaded);
   };
-  // As announced, with another third word, more than there are; fewer, which the data do not fit,
-  // none, an older version, other sizes.
+  // Valid: the stored count, any third word, counts above the stored one. Invalid: a count below
+  // it, 0, an older version, other sizes.
   const std::vector<std::string> kNumbers = {
       "\2\0\1\16\0\0"s, "\2\0\1\16\7\7"s, "\11\0\1\16\0\0"s, "\377\377\1\16\0\0"s, "\1\0\1\16\0\0"s,
       "\0\0\1\16\0\0"s, "\2\0\0\16\0\0"s, "\2\0\1\16\0"s,    "\2\0\1\16\0\0\0"s};
@@ -222,61 +232,61 @@ TEST_F(FontTest, DamagedStoresAreEmpty) {
     Store(both);
     Set(u"CreateFont Number", kNumbers[i]);
     SCOPED_TRACE(i);
-    gives(i < 4 ? both : Records());
+    expectLoaded(i < 4 ? both : Records());
   }
   for (const char16_t* missing : {u"CreateFont Number", u"CreateFont Data"}) {
     Store(both);
     machine().RemoveData(kPrinter, missing);
-    gives({});
+    expectLoaded({});
   }
-  // The end of the data lies within a record: that record does not count.
+  // The data end within a record; that record does not count.
   Store(both);
   Set(u"CreateFont Data", Get(u"CreateFont Data").substr(0, 463));
-  gives({Deco(u"A")});
-  // Stored order is kept within a kind; records of no kind are dropped.
+  expectLoaded({Deco(u"A")});
+  // The order within a kind is preserved; a record of an unknown kind is dropped.
   Store({Bar(u"B1"), Deco(u"D1"), Deco(u"X").Put(64, {2}), Bar(u"B2"), Deco(u"D2")});
-  gives({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")});
+  expectLoaded({Deco(u"D1"), Deco(u"D2"), Bar(u"B1"), Bar(u"B2")});
 }
 
-// What the lists show is what is written: decorative fonts give way to barcode fonts.
-TEST_F(FontTest, KeepsSeventyFonts) {
+// The limit drops decorative fonts first, as the page does.
+TEST_F(FontStoreTest, SavesSeventyFontsAtMost) {
   constexpr int kCases[][4] = {
       {40, 30, 40, 30}, {50, 40, 30, 40}, {70, 70, 0, 70}, {90, 10, 60, 10}, {0, 99, 0, 70}};
   for (const auto& [deco, bar, savedDeco, savedBar] : kCases) {
     Store(Many(deco, bar));
-    Session session;
-    EXPECT_EQ(Words(session.fonts.DecoFontNum, session.fonts.BarFontNum),
+    LoadedStore store;
+    EXPECT_EQ(Words(store.fonts.DecoFontNum, store.fonts.BarFontNum),
               Words(std::min(deco, 70), std::min(bar, 70)));
-    EXPECT_TRUE(session.Save());
+    EXPECT_TRUE(store.Save());
     EXPECT_EQ(Stored(), Many(savedDeco, savedBar));
   }
 }
 
-TEST_F(FontTest, WithoutMemory) {
+TEST_F(FontStoreTest, FailedAllocationKeepsStoredFonts) {
   for (const Records& records : {Records(), {Deco(u"A")}}) {
     Store(records);
-    Session session;
+    LoadedStore store;
     Store({Deco(u"Former")});
     machine().faults.FailNth(platform::Fault::kAllocation, 1);
-    EXPECT_EQ(session.Save(), records.empty());
+    EXPECT_EQ(store.Save(), records.empty());
     EXPECT_EQ(Get(u"CreateFont Number"), records.empty() ? std::string(2, '\0') : Number(1));
     EXPECT_EQ(Get(u"CreateFont Data").size(), records.empty() ? 0 : sizeof(Record));
   }
-  // Without one of the lists there is no store; without room to read the records into it is empty
-  // and takes new fonts.
+  // The load fails when a list cannot be allocated. When the read buffer cannot be allocated, the
+  // store is empty and accepts new fonts.
   for (int n = 1; n <= 3; ++n) {
     Store({Deco(u"A")});
     machine().faults.FailNth(platform::Fault::kAllocation, n);
-    Session session;
-    EXPECT_EQ(session.loaded, n == 3);
-    EXPECT_EQ(session.Save(), n == 3);
+    LoadedStore store;
+    EXPECT_EQ(store.loaded, n == 3);
+    EXPECT_EQ(store.Save(), n == 3);
     EXPECT_EQ(Stored(), n == 3 ? Records() : Records{Deco(u"A")});
   }
 }
 
-// Applying any page but the version page writes the fonts, to the last word of a record, but only
-// those that the sheet has loaded.
-TEST_F(FontTest, EachPageWritesWhatItsSessionLoaded) {
+// Every page except the version page saves the fonts on Apply, with every word of a record, but
+// only in a session that has loaded them.
+TEST_F(FontStoreTest, ApplySavesFontsThatSessionLoaded) {
   const Records golden = {Deco(u"見出し１").Put(220, {1, 1, 12, -34, 5, 6}),
                           Bar(u"商品コード", 1900),
                           Bar(u"ABCDEFGHIJKLMNOPQRSTUVWXYZ12345").Put(230, {0x5A5A})};
@@ -289,9 +299,9 @@ TEST_F(FontTest, EachPageWritesWhatItsSessionLoaded) {
       EXPECT_EQ(Stored(), saves ? golden : Records{Deco(u"A")});
     }
   }
-  // What the spooler refuses changes nothing.
+  // A write that the spooler rejects does not change the stored fonts.
   machine().SetPermission(kPrinter, false, false);
-  Gives(golden, {Click(kDeco.remove), Click(IDOK)});
+  ExpectStored(golden, {Click(kDeco.remove), Click(IDOK)});
 }
 
 }  // namespace
