@@ -154,7 +154,7 @@ test("the driver that runs is the Windows DLL, or the native module where that w
     // The file of the symbols has the same identifier, whose first three numbers begin with the lowest byte.
     const id = Buffer.from(file.symbols.id.slice(0, 32), "hex");
     id.subarray(0, 4).reverse(), id.subarray(4, 6).reverse(), id.subarray(6, 8).reverse();
-    assert.ok(readFileSync(built(machine, file.symbols.file)).subarray(0, 65536).includes(id), machine);
+    assert.ok(readFileSync(built(machine, file.symbols.file)).includes(id), machine);
   }
   assert.match(pc.done("module"), /^symbols\tQM610rDRV1\.pdb [0-9A-F]{32}1$[^]*^  stackProtector\tyes$/m);
   for (const size of [0, 100, 1000, bytes.length - 1]) {

@@ -96,6 +96,16 @@ format	PE32+
 machine	x86-64
 version	14.0.1.20
 sha256	…
+symbols	QM610rDRV1.pdb …
+hardening
+  anyAddress	yes
+  highEntropy	yes
+  noExecutableData	yes
+  noExceptionHandlers	no
+  stackProtector	yes
+  callTargets	…
+  shadowStacks	yes
+  systemLibrariesOnly	yes
 exports (16)
   DevQueryPrint
 …
