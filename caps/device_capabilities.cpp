@@ -154,13 +154,11 @@ DWORD AnswerCapability(const DriverSettingsBlock& block, WORD capability, Elemen
   }
 }
 
-// The printer's settings merged with the caller's record; empty when there is no memory for them.
+// Returns the printer's settings merged with the caller's record; empty when out of memory.
 HeapBlock<DriverSettingsBlock> ResolvedBlock(HANDLE printer, const WCHAR* name,
                                              const DEVMODEW* record) {
   auto block = HeapBlock<DriverSettingsBlock>::One();
-  if (!block || !ResolveSettings(block.get(), RecordView(record), printer, name,
-                                 DM_IN_BUFFER | kCopyWholeBlock))
-    return {};
+  if (block) ResolveBlock(*block, RecordView(record), printer, name);
   return block;
 }
 

@@ -66,8 +66,7 @@ extern "C" BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode
     return FALSE;
   }
   const RecordView record(pDevMode);
-  if (!ResolveSettings(block.get(), record, hPrinter, name, kMergeInput | kCopyWholeBlock))
-    return FALSE;
+  ResolveBlock(*block, record, hPrinter, name);
   if (lpAttributeInfo != nullptr) AnswerAttributes(dwLevel, lpAttributeInfo, record);
   return FALSE;
 }

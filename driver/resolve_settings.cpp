@@ -70,16 +70,19 @@ size_t SettingsRecordSize(const RecordView& input) {
   return IsShort(input) ? input.publicSize() + ShortPrivateSize(input) : kRecordSize;
 }
 
+void ResolveBlock(DriverSettingsBlock& block, const RecordView& input, HANDLE printer,
+                  const WCHAR* name) {
+  LoadPrinterSettings(block, printer, name);
+  if (!input.given()) return;
+  _UdcMergeSelfDMode(block, input, MismatchOnThisSystem(input, name), printer, name);
+}
+
 bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, const WCHAR* name,
                      DWORD mode) {
   const auto block = HeapBlock<DriverSettingsBlock>::One();
   if (!block) return false;
-  LoadPrinterSettings(*block, printer, name);
-
   const RecordView record = (mode & (DM_IN_BUFFER | kMergeInput)) != 0 ? input : RecordView();
-  if (record.given()) {
-    _UdcMergeSelfDMode(*block, record, MismatchOnThisSystem(record, name), printer, name);
-  }
+  ResolveBlock(*block, record, printer, name);
   if (output == nullptr) return true;
   if ((mode & DM_COPY) != 0) {
     if (IsShort(record))

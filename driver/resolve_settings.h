@@ -8,13 +8,20 @@
 
 namespace kestrel {
 
+// Fills a block with the printer's stored settings, or with the defaults when there are none, and
+// merges input when it is given. block must be zero-filled: a set-up file leaves the fields that it
+// does not name unchanged.
+void ResolveBlock(DriverSettingsBlock& block, const RecordView& input, HANDLE printer,
+                  const WCHAR* name);
+
 // Modes of ResolveSettings besides DM_COPY and DM_IN_BUFFER (DocumentProperties).
 constexpr DWORD kCopyWholeBlock = 0x1000;
 constexpr DWORD kMergeInput = 0x2000;
 
-// The printer's settings, merged with an input record when the mode asks for it, into output: a
-// settings record (DM_COPY, SettingsRecordSize bytes) or a whole block
-// (kCopyWholeBlock, 3792 bytes). False only when the working block cannot be allocated.
+// Resolves a block of its own (ResolveBlock) and copies it to output, which may be null. DM_IN_BUFFER
+// and kMergeInput merge input; DM_COPY copies the settings record (SettingsRecordSize bytes),
+// kCopyWholeBlock the whole block (kBlockSize bytes). Returns false only when the block cannot be
+// allocated.
 bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, const WCHAR* name,
                      DWORD mode);
 

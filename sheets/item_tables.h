@@ -1,6 +1,11 @@
-// The item tables that the common property-sheet library builds its pages from. Their capacities
-// are fixed when the session is created; the first failing add fixes the session's tableError and
-// every later one does nothing but count its call.
+// The item tables from which the common property-sheet library builds pages (COMPROPSHEETUI).
+//
+// The only production caller is CreateUiSession, which adds one header item per page: the module's
+// pages are dialogs, and a COMPROPSHEETUI must have at least one OPTITEM. The remaining operations
+// serve the page kinds that the library draws itself from OPTITEM trees. They are complete because
+// the tables share one contract: capacities are fixed when the session is created, the first failing
+// operation sets tableError, and later ones only count their calls. A page of those kinds would work
+// without a change here.
 #pragma once
 
 #include <windows.h>

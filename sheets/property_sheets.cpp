@@ -101,12 +101,10 @@ void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
 }
 
 // Printer properties edit nothing, and another sheet of the printer may have stored papers while
-// this one was open: what is stored is resolved again.
+// this one was open, so the stored settings are resolved again.
 void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
-  if (!ResolveSettings(session.settings, nullptr, header.hPrinter, session.printerName,
-                       kCopyWholeBlock)) {
-    return;
-  }
+  *session.settings = {};
+  ResolveBlock(*session.settings, nullptr, header.hPrinter, session.printerName);
   RefreshPublicFields(session);
   StorePrinterPart(session, header.hPrinter, session.printerName);
 }

@@ -145,11 +145,7 @@ bool FillSession(DriverUiData& session, const SessionStart& start) {
   session.mode = start.mode;
   session.permission = start.permission;
 
-  const DWORD mode = kCopyWholeBlock | (start.input != nullptr ? DM_IN_BUFFER : 0);
-  if (!ResolveSettings(session.settings, RecordView(start.input), session.printer,
-                       session.printerName, mode)) {
-    return false;
-  }
+  ResolveBlock(*session.settings, RecordView(start.input), session.printer, session.printerName);
   BuildPageList(session, session.mode);
   if (session.pageCount <= 0) {
     session.pages[0].kind = kPageOwnDialog;

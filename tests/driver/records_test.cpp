@@ -214,11 +214,30 @@ TEST_F(Records, EveryLengthIsReadWithinItself) {
   }
 }
 
+TEST_F(Records, ResolveSettingsMergesAndCopiesByMode) {
+  const support::OpenedPrinter printer;
+  SettingsRecord input = block_.Record;
+  input.Public.dmFields = DM_COPIES;
+  input.Public.dmCopies = 7;
+  const RecordView view(&input);
+  const std::pair<DWORD, int> kCases[] = {{0, 1}, {DM_IN_BUFFER, 7}, {kMergeInput, 7}};
+  for (const auto& [merge, copies] : kCases) {
+    DriverSettingsBlock expected = {}, whole = {};
+    ResolveBlock(expected, merge != 0 ? view : RecordView(), printer, kPrinter);
+    EXPECT_EQ(expected.Record.Private.Copies, copies);
+    EXPECT_TRUE(ResolveSettings(&whole, view, printer, kPrinter, merge | kCopyWholeBlock));
+    EXPECT_EQ(BytesOf(whole), BytesOf(expected));
+    SettingsRecord record = {};
+    EXPECT_TRUE(ResolveSettings(&record, view, printer, kPrinter, merge | DM_COPY));
+    EXPECT_EQ(BytesOf(record), BytesOf(expected.Record));
+    EXPECT_TRUE(ResolveSettings(nullptr, view, printer, kPrinter, merge | DM_COPY));
+  }
+}
+
 TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
   block_.Record.Private.nPrintSpeed = 5;
   Store();
   EXPECT_EQ(Speed(), 5);
-  EXPECT_TRUE(ResolveSettings(nullptr, nullptr, nullptr, kPrinter, DM_COPY | kCopyWholeBlock));
   Bytes shorter = BytesOf(block_.Record);
   shorter.resize(200);
   machine().SetDefaultRecord(kPrinter, shorter);
