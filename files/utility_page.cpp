@@ -11,9 +11,10 @@
 #include "paper/fields/help_text.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -167,13 +168,16 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
   }
 }
 
-constexpr OwnPage kPage = {CreatePage, ShowFirstHelp, LeaveUtilityPage,
-                           OnCommand,  nullptr,       ApplyOrder::kConfirmThenSave};
+constexpr PageHandlers kPage = {.create = CreatePage,
+                                .activate = ShowFirstHelp,
+                                .leave = LeaveUtilityPage,
+                                .command = OnCommand,
+                                .apply = ConfirmThenSaveFonts};
 
 }  // namespace
 
 INT_PTR CALLBACK UtilityPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

@@ -6,7 +6,7 @@
 #include "driver/drawing.h"
 #include "driver/text.h"
 #include "resources/resource.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 
 namespace kestrel {
@@ -100,13 +100,12 @@ INT_PTR OnOther(HWND page, DriverUiData&, UINT message, WPARAM, LPARAM lParam) {
   }
 }
 
-constexpr OwnPage kPage = {FillPage,  nullptr, nullptr,
-                           OnCommand, OnOther, ApplyOrder::kConfirmOnly};
+constexpr PageHandlers kPage = {.create = FillPage, .command = OnCommand, .other = OnOther};
 
 }  // namespace
 
 INT_PTR CALLBACK VersionPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

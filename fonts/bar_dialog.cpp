@@ -10,7 +10,7 @@
 #include "fonts/serial_fields.h"
 #include "paper/fields/help_text.h"
 #include "resources/resource.h"
-#include "sheets/own_dialog.h"
+#include "sheets/dialog_handlers.h"
 
 namespace kestrel {
 namespace {
@@ -160,7 +160,7 @@ void OnCommand(HWND window, BarDialog& dialog, int control, int notification) {
   if (clicked && control == IDC_BAR_FONT_DETAIL) EditDetail(window, dialog);
 }
 
-constexpr OwnDialog<BarDialog> kDialog = {
+constexpr DialogHandlers<BarDialog> kDialog = {
     .templateId = IDD_BAR_FONT, .open = InitDialog, .accept = Accept, .command = OnCommand};
 
 }  // namespace
@@ -168,7 +168,7 @@ constexpr OwnDialog<BarDialog> kDialog = {
 bool RunBarDialog(HWND owner, FontStore& store, HANDLE printer, const WCHAR* printerName,
                   uint16_t headDensity) {
   BarDialog dialog = {store, {nullptr, printer, printerName, headDensity}};
-  return RunOwnDialog(kDialog, owner, dialog) == IDOK;
+  return ShowModalDialog(kDialog, owner, dialog) == IDOK;
 }
 
 }  // namespace kestrel

@@ -11,9 +11,10 @@
 #include "paper/paper_info.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -239,13 +240,15 @@ void CreatePage(HWND page, DriverUiData& session) {
   SetUpPage(page, session);
 }
 
-constexpr OwnPage kPage = {CreatePage, SetUpPage, nullptr,
-                           OnCommand,  nullptr,   ApplyOrder::kSaveThenConfirm};
+constexpr PageHandlers kPage = {.create = CreatePage,
+                                .activate = SetUpPage,
+                                .command = OnCommand,
+                                .apply = SaveFontsThenConfirm};
 
 }  // namespace
 
 INT_PTR CALLBACK CreateFontPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

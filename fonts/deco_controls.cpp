@@ -7,7 +7,7 @@
 #include "fonts/font_sizes.h"
 #include "fonts/resident_fonts.h"
 #include "paper/fields/measured_value.h"
-#include "sheets/own_dialog.h"
+#include "sheets/dialog_handlers.h"
 
 namespace kestrel {
 
@@ -205,7 +205,7 @@ void ComputeSelectedSize(DecoDialog& dialog) {
 }
 
 void RefreshDecoDialog(DecoDialog& dialog, bool keepMagnifications) {
-  const QuietDialog quiet(dialog.window);
+  const SuppressCommands suppress(dialog.window);
   const DecoFontInfo& font = dialog.font();
   const SupportedStyles styles = StylesSupportedBy(dialog.row, font);
   if (!keepMagnifications) {

@@ -12,7 +12,7 @@
 #include "fonts/resident_fonts.h"
 #include "paper/fields/immediate_list.h"
 #include "paper/fields/measured_value.h"
-#include "sheets/own_dialog.h"
+#include "sheets/dialog_handlers.h"
 
 namespace kestrel {
 namespace {
@@ -123,7 +123,7 @@ void OnMagnification(DecoDialog& dialog, int side) {
 // Formats a free width or height again from the font's value. Preserves the selection: Tab selects
 // the whole text before the edit gets the focus.
 void ReformatSize(DecoDialog& dialog, int side) {
-  const QuietDialog quiet(dialog.window);
+  const SuppressCommands suppress(dialog.window);
   HWND edit = GetDlgItem(dialog.window, kSizeEdits[side]);
   DWORD start = 0;
   DWORD end = 0;
@@ -225,7 +225,7 @@ void OnCommand(HWND, DecoDialog& dialog, int control, int notification) {
 bool OnNotify(HWND window, DecoDialog& dialog, const NMHDR& header) {
   const int side = FindSide(kSizeSpins, static_cast<int>(header.idFrom));
   if (header.code != UDN_DELTAPOS || side < 0) return false;
-  const QuietDialog quiet(window);
+  const SuppressCommands suppress(window);
   StepField(dialog.fields(), kSizeSpins[side], reinterpret_cast<const NMUPDOWN&>(header).iDelta,
             dialog.font().Unit);
   dialog.size(side) = static_cast<int16_t>(SpinPosition(window, kSizeSpins[side]));
@@ -329,18 +329,18 @@ bool OnDrawItem(HWND, DecoDialog& dialog, const DRAWITEMSTRUCT& item) {
   return true;
 }
 
-constexpr OwnDialog<DecoDialog> kDialog = {.templateId = IDD_DECO_FONT,
-                                           .open = OpenDecoDialog,
-                                           .accept = StoreDecoFont,
-                                           .command = OnCommand,
-                                           .notify = OnNotify,
-                                           .draw = OnDrawItem};
+constexpr DialogHandlers<DecoDialog> kDialog = {.templateId = IDD_DECO_FONT,
+                                                .open = OpenDecoDialog,
+                                                .accept = StoreDecoFont,
+                                                .command = OnCommand,
+                                                .notify = OnNotify,
+                                                .draw = OnDrawItem};
 
 }  // namespace
 
 bool RunDecoDialog(HWND owner, FontStore& store, int dpi) {
   DecoDialog dialog = {.store = store, .dpi = dpi, .window = nullptr, .row = {}};
-  return RunOwnDialog(kDialog, owner, dialog) == IDOK;
+  return ShowModalDialog(kDialog, owner, dialog) == IDOK;
 }
 
 }  // namespace kestrel

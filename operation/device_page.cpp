@@ -7,9 +7,10 @@
 #include "paper/fields/immediate_list.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -132,13 +133,13 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
   }
 }
 
-constexpr OwnPage kPage = {FillPage,  FillPage, nullptr,
-                           OnCommand, nullptr,  ApplyOrder::kSaveThenConfirm};
+constexpr PageHandlers kPage = {
+    .create = FillPage, .activate = FillPage, .command = OnCommand, .apply = SaveFontsThenConfirm};
 
 }  // namespace
 
 INT_PTR CALLBACK DevicePageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

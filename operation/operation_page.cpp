@@ -7,9 +7,10 @@
 #include "paper/fields/controls.h"
 #include "paper/fields/help_text.h"
 #include "resources/resource.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -145,13 +146,16 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
   }
 }
 
-constexpr OwnPage kPage = {FillPage,  FillPage, ReadPage,
-                           OnCommand, nullptr,  ApplyOrder::kSaveThenConfirm};
+constexpr PageHandlers kPage = {.create = FillPage,
+                                .activate = FillPage,
+                                .leave = ReadPage,
+                                .command = OnCommand,
+                                .apply = SaveFontsThenConfirm};
 
 }  // namespace
 
 INT_PTR CALLBACK OperationPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

@@ -20,9 +20,10 @@
 #include "paper/register_dialog.h"
 #include "resources/resource.h"
 #include "sheets/messages.h"
-#include "sheets/own_page.h"
+#include "sheets/page_handlers.h"
 #include "sheets/page_procs.h"
 #include "sheets/page_services.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -424,12 +425,17 @@ void Leave(HWND page, DriverUiData& session) {
   settings.Position = IsDlgButtonChecked(page, IDC_PAPER_POSITION) == BST_CHECKED;
 }
 
-constexpr OwnPage kPage = {Create, Activate, Leave, Command, Other, ApplyOrder::kSaveThenConfirm};
+constexpr PageHandlers kPage = {.create = Create,
+                                .activate = Activate,
+                                .leave = Leave,
+                                .command = Command,
+                                .other = Other,
+                                .apply = SaveFontsThenConfirm};
 
 }  // namespace
 
 INT_PTR CALLBACK PaperPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-  return RunOwnPage(kPage, page, message, wParam, lParam);
+  return HandlePageMessage(kPage, page, message, wParam, lParam);
 }
 
 }  // namespace kestrel

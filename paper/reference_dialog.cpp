@@ -4,7 +4,7 @@
 
 #include "paper/paper_table.h"
 #include "resources/resource.h"
-#include "sheets/own_dialog.h"
+#include "sheets/dialog_handlers.h"
 
 namespace kestrel {
 namespace {
@@ -34,14 +34,14 @@ bool Accept(HWND dialog, Choice& choice) {
 }
 
 // Closing the window is OK without a choice.
-constexpr OwnDialog<Choice> kDialog = {
+constexpr DialogHandlers<Choice> kDialog = {
     .templateId = IDD_PAPER_REFERENCE, .open = Open, .accept = Accept, .close = IDOK};
 
 }  // namespace
 
 int ChooseReferencePaper(HWND owner, const DriverSettingsBlock& block) {
   Choice choice = {block, kNone};
-  return RunOwnDialog(kDialog, owner, choice) == IDOK ? choice.slot : kNone;
+  return ShowModalDialog(kDialog, owner, choice) == IDOK ? choice.slot : kNone;
 }
 
 }  // namespace kestrel

@@ -20,8 +20,8 @@
 #include "paper/preview_draw.h"
 #include "paper/reference_dialog.h"
 #include "resources/resource.h"
+#include "sheets/dialog_handlers.h"
 #include "sheets/messages.h"
-#include "sheets/own_dialog.h"
 
 namespace kestrel {
 namespace {
@@ -318,7 +318,7 @@ void OnUnitClicked(HWND window, RegisterDialog& dialog) {
   if (unit == oldUnit) return;
   ConvertPaper(dialog.work, unit, dialog.dpi());
   ConvertPaperLimits(dialog.limits, oldUnit, unit);
-  const QuietDialog quiet(window);
+  const SuppressCommands suppress(window);
   for (const SizeField& field : kSizeFields) {
     ChangeFieldUnit(Fields(window), field.edit, oldUnit, unit, dialog.dpi());
   }
@@ -329,7 +329,7 @@ void CopyReferencePaper(HWND window, RegisterDialog& dialog) {
   const int slot = ChooseReferencePaper(window, dialog.block);
   if (slot < 0) return;
   CopyToWork(dialog, PaperOfEntry(dialog.block, slot));
-  const QuietDialog quiet(window);
+  const SuppressCommands suppress(window);
   SelectOption(window, IDC_PAPER_REGISTER_GRADE, PaperGradeOptions(), dialog.work.PaperKind);
   SelectOption(window, IDC_PAPER_REGISTER_THICKNESS, PaperDarknessOptions(), dialog.work.Thickness);
   FillFromWork(window, dialog, false);
@@ -351,12 +351,12 @@ void OnSizeNotified(HWND window, RegisterDialog& dialog, int edit, int notificat
       ShowControlHelp(window, dialog, edit);
       break;
     case EN_CHANGE: {
-      const QuietDialog quiet(window);
+      const SuppressCommands suppress(window);
       OnMeasureTyped(Fields(window), edit, dialog.work.Unit);
       break;
     }
     case EN_KILLFOCUS: {
-      const QuietDialog quiet(window);
+      const SuppressCommands suppress(window);
       ReformatField(Fields(window), edit, dialog.work.Unit);
       dialog.fieldPicture = IDB_BACKGROUND;
       RepaintPicture(window);
@@ -405,25 +405,25 @@ void Command(HWND window, RegisterDialog& dialog, int control, int notification)
 
 bool Notify(HWND window, RegisterDialog& dialog, const NMHDR& header) {
   if (header.code != UDN_DELTAPOS) return false;
-  const QuietDialog quiet(window);
+  const SuppressCommands suppress(window);
   return StepField(Fields(window), static_cast<int>(header.idFrom),
                    reinterpret_cast<const NMUPDOWN&>(header).iDelta, dialog.work.Unit);
 }
 
-constexpr OwnDialog<RegisterDialog> kDialog = {.templateId = IDD_PAPER_REGISTER,
-                                               .open = Open,
-                                               .accept = Accept,
-                                               .command = Command,
-                                               .notify = Notify,
-                                               .draw = DrawItem,
-                                               .other = Other};
+constexpr DialogHandlers<RegisterDialog> kDialog = {.templateId = IDD_PAPER_REGISTER,
+                                                    .open = Open,
+                                                    .accept = Accept,
+                                                    .command = Command,
+                                                    .notify = Notify,
+                                                    .draw = DrawItem,
+                                                    .other = Other};
 
 }  // namespace
 
 bool RunPaperDialog(HWND owner, DriverSettingsBlock& block, bool permission, PaperDialogMode mode,
                     int entry) {
   RegisterDialog dialog = {block, permission, mode, entry};
-  return RunOwnDialog(kDialog, owner, dialog) == IDOK;
+  return ShowModalDialog(kDialog, owner, dialog) == IDOK;
 }
 
 }  // namespace kestrel

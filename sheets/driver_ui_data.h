@@ -29,7 +29,7 @@ enum PageKind : int {
   kPageAdvancedSet = 2,  // CPSUI_PDLGPAGE_ADVDOCPROP
   kPagePrinterSet = 3,   // CPSUI_PDLGPAGE_PRINTERPROP
   kPageTreeView = 4,     // DP_STD_TREEVIEWPAGE
-  kPageOwnDialog = 5,
+  kPageDialog = 5,
 };
 
 enum PageFlag : DWORD { kPageHasHelp = 1, kPageIconById = 2, kPageUsesInstance = 4 };

@@ -45,7 +45,7 @@ size_t LayTables(const TableBases& bases, int ownPages, BYTE* block, OptItemTabl
 int CountOwnPages(const DriverUiData& session) {
   int count = 0;
   for (int page = 0; page < session.pageCount; ++page) {
-    if (session.pages[page].kind == kPageOwnDialog) ++count;
+    if (session.pages[page].kind == kPageDialog) ++count;
   }
   return count;
 }

@@ -28,7 +28,7 @@ void BuildPageList(DriverUiData& session, SessionMode mode) {
   for (const ListedPage& page : kPages) {
     if (mode == kPrinterSession && !page.inPrinterSheet) continue;
     PageEntry& entry = session.pages[session.pageCount++];
-    entry.kind = kPageOwnDialog;
+    entry.kind = kPageDialog;
     entry.procedure = page.procedure;
     entry.templateId = page.templateId;
   }

@@ -30,7 +30,7 @@ BOOL MarkPageChanged(HWND page) {
 }
 
 bool ConfirmSheetResult(DriverUiData& session) {
-  const bool ownFirst = session.pageCount >= 1 && session.pages[0].kind == kPageOwnDialog;
+  const bool ownFirst = session.pageCount >= 1 && session.pages[0].kind == kPageDialog;
   return ownFirst && session.comPropSheet != nullptr &&
          session.comPropSheet(session.comPropSheetHandle, CPSFUNC_SET_RESULT,
                               session.pageHandles[0], CPSUI_OK) > 0;

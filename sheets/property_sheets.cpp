@@ -52,7 +52,7 @@ bool AddPages(DriverUiData& session) {
   const ActivationContext activation;
   for (int index = 0; index < session.pageCount; ++index) {
     const PageEntry& entry = session.pages[index];
-    const bool direct = entry.kind == kPageOwnDialog && (entry.flags != 0 || current);
+    const bool direct = entry.kind == kPageDialog && (entry.flags != 0 || current);
     const LONG_PTR answer =
         direct ? AddOwnPage(session, entry, activation) : AddPageSheet(session, index);
     if (answer == 0) return false;

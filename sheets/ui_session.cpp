@@ -5,9 +5,9 @@
 #include "driver/printer_access.h"
 #include "driver/resolve_settings.h"
 #include "driver/text.h"
-#include "fonts/font_store.h"
 #include "sheets/item_tables.h"
 #include "sheets/page_list.h"
+#include "sheets/session_fonts.h"
 
 namespace kestrel {
 namespace {
@@ -77,7 +77,7 @@ void LoadBackupNames(DriverUiData& session) {
 }
 
 void BuildDialogPage(DLGPAGE& page, const PageEntry& entry) {
-  const bool own = entry.kind == kPageOwnDialog;
+  const bool own = entry.kind == kPageDialog;
   page.cbSize = sizeof(DLGPAGE);
   page.DlgProc = own ? entry.procedure : nullptr;
   page.pTabName = own ? nullptr : const_cast<LPWSTR>(entry.tabTitle);
@@ -86,7 +86,7 @@ void BuildDialogPage(DLGPAGE& page, const PageEntry& entry) {
 
 WORD SheetFlags(const DriverUiData& session, const PageEntry& entry) {
   WORD flags = session.permission ? CPSUIF_UPDATE_PERMISSION : WORD{0};
-  if (entry.kind == kPageOwnDialog) return flags;
+  if (entry.kind == kPageDialog) return flags;
   flags |= CPSUIF_ABOUT_CALLBACK;
   if (entry.permissionFlags & kGrantPermission) flags |= CPSUIF_UPDATE_PERMISSION;
   if (entry.permissionFlags & kWithdrawPermission) {
@@ -97,7 +97,7 @@ WORD SheetFlags(const DriverUiData& session, const PageEntry& entry) {
 
 void BuildPageSheet(DriverUiData& session, int index) {
   PageEntry& entry = session.pages[index];
-  const bool own = entry.kind == kPageOwnDialog;
+  const bool own = entry.kind == kPageDialog;
   BuildDialogPage(session.dialogPages[index], entry);
   const FixedTable<OPTITEM>& items = session.tables.items;
 
@@ -125,7 +125,7 @@ void BuildPageSheet(DriverUiData& session, int index) {
 bool BuildPages(DriverUiData& session) {
   for (int index = 0; index < session.pageCount; ++index) {
     session.tables.firstItem = session.tables.items.used;
-    if (session.pages[index].kind == kPageOwnDialog) {
+    if (session.pages[index].kind == kPageDialog) {
       AddPageHeaderItem(session, static_cast<BYTE>(kFirstHeaderId + index));
     }
     if (!ReportTableError(session)) return false;
@@ -148,13 +148,13 @@ bool FillSession(DriverUiData& session, const SessionStart& start) {
   ResolveBlock(*session.settings, RecordView(start.input), session.printer, session.printerName);
   BuildPageList(session, session.mode);
   if (session.pageCount <= 0) {
-    session.pages[0].kind = kPageOwnDialog;
+    session.pages[0].kind = kPageDialog;
     session.pageCount = 1;
   }
   if (session.pageCount > kPageCapacity) session.pageCount = kPageCapacity;
   if (!AllocateItemTables(session)) return false;
   if (KeepsFonts(session.mode)) {
-    if (!LoadFontStore(session.fonts, session.printer, session.sessionHeap)) return false;
+    if (!LoadSessionFonts(session)) return false;
     LoadBackupNames(session);
   }
   GetPrinterInfoValue(session.printer, session.printerName, session.helpFile,
@@ -185,7 +185,7 @@ DriverUiData* CreateUiSession(const DEVICEPROPERTYHEADER* header) {
 }
 
 void DestroyUiSession(DriverUiData* session) {
-  if (KeepsFonts(session->mode)) FreeFontStore(session->fonts, session->sessionHeap);
+  if (KeepsFonts(session->mode)) FreeSessionFonts(*session);
   if (session->tableHeap != nullptr) HeapDestroy(session->tableHeap);
   HANDLE heap = session->sessionHeap;
   // A stale pointer must not pass for a session should the memory be mapped still.

@@ -56,7 +56,7 @@ class ItemTablesTest : public testing::Test {
 };
 
 TEST_F(ItemTablesTest, HoldWhatIsAddedAndTellOfTheFirstError) {
-  for (int kind : {kPageDocumentSet, kPageOwnDialog, kPageTreeView, kPageOwnDialog})
+  for (int kind : {kPageDocumentSet, kPageDialog, kPageTreeView, kPageDialog})
     session.pages[session.pageCount++].kind = kind;
   session.bases = {3, 2, 2, 5, 1, 1, 1, 8};
   ASSERT_TRUE(AllocateItemTables(session));

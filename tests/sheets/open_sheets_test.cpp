@@ -89,7 +89,7 @@ TEST_F(OpenSheets, LaterInitDialogMessageChangesNothing) {
   forged->size = sizeof *forged;
   forged->settings = &forged->block;
   forged->pageCount = 1;
-  forged->pages[0].kind = kPageOwnDialog;
+  forged->pages[0].kind = kPageDialog;
   forged->comPropSheet = CountForgedCall;
   PROPSHEETPAGEW page = {};
   page.lParam = reinterpret_cast<LPARAM>(forged.get());
