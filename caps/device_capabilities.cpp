@@ -24,12 +24,12 @@ constexpr size_t kBinNameSlot = 24;  // units of a bin name
 constexpr POINT kMinimumExtent = {kLabelWidths.minimum, kLabelLengths.minimum};
 constexpr POINT kMaximumExtent = {kLabelWidths.maximum, kLabelLengths.maximum};
 
-// An answer of fixed-size elements, written one behind the other; without a buffer nothing is.
+// Writes elements of fixed size one after another. Writes nothing when there is no buffer. The
+// caller's buffer may have any alignment.
 class Elements {
  public:
   explicit Elements(void* output) : next_(static_cast<BYTE*>(output)) {}
 
-  // The buffer is the caller's, at any address.
   template <typename T>
   void Put(const T& element) {
     if (next_ == nullptr) return;
@@ -102,7 +102,7 @@ DWORD MediaIds(Elements output) {
   return DWORD{std::size(MediaTypeTable)};
 }
 
-DWORD AnswerCapability(const DriverSettingsBlock& block, WORD capability, Elements output) {
+DWORD QueryCapability(const DriverSettingsBlock& block, WORD capability, Elements output) {
   switch (capability) {
     case DC_FIELDS:
       return block.Record.Public.dmFields;
@@ -167,7 +167,7 @@ HeapBlock<DriverSettingsBlock> ResolvedBlock(HANDLE printer, const WCHAR* name,
 extern "C" DWORD WINAPI DrvDeviceCapabilities(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability,
                                               PVOID pOutput, DEVMODEW* pdm) {
   const auto block = ResolvedBlock(hPrinter, pDeviceName, pdm);
-  return block ? AnswerCapability(*block, wCapability, Elements(pOutput)) : kUnsupported;
+  return block ? QueryCapability(*block, wCapability, Elements(pOutput)) : kUnsupported;
 }
 
 extern "C" DWORD WINAPI DrvSplDeviceCaps(HANDLE hPrinter, LPWSTR pDeviceName, WORD wCapability,

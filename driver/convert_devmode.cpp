@@ -16,13 +16,13 @@ BOOL Fail(DWORD error) {
   return FALSE;
 }
 
-BOOL FailForSize(LONG& size) {
+BOOL FailBufferTooSmall(LONG& size) {
   size = LONG{kRecordSize};
   return Fail(ERROR_INSUFFICIENT_BUFFER);
 }
 
-// Resolves a printer's settings, merged with input when there is one, into output. What a short
-// record leaves of the kRecordSize bytes that size reports is cleared.
+// Resolves a printer's settings, merged with input when it is given, into output. size always
+// reports kRecordSize bytes, so the bytes after a shorter record are cleared.
 BOOL ConvertForPrinter(const WCHAR* name, const RecordView& input, DEVMODEW* output, LONG& size,
                        DWORD mode) {
   HANDLE handle = nullptr;
@@ -45,12 +45,13 @@ extern "C" BOOL WINAPI DrvConvertDevMode(LPWSTR pPrinterName, DEVMODEW* pdmIn, D
     case CDM_CONVERT:
       if (pdmIn == nullptr || pdmOut == nullptr || pcbNeeded == nullptr)
         return Fail(ERROR_INVALID_PARAMETER);
-      if (*pcbNeeded < LONG{kRecordSize}) return FailForSize(*pcbNeeded);
+      if (*pcbNeeded < LONG{kRecordSize}) return FailBufferTooSmall(*pcbNeeded);
       return ConvertForPrinter(pPrinterName, RecordView(pdmIn), pdmOut, *pcbNeeded,
                                DM_COPY | DM_IN_BUFFER);
     case CDM_DRIVER_DEFAULT:
       if (pcbNeeded == nullptr) return Fail(ERROR_INVALID_PARAMETER);
-      if (*pcbNeeded < LONG{kRecordSize} || pdmOut == nullptr) return FailForSize(*pcbNeeded);
+      if (*pcbNeeded < LONG{kRecordSize} || pdmOut == nullptr)
+        return FailBufferTooSmall(*pcbNeeded);
       return ConvertForPrinter(pPrinterName, RecordView(), pdmOut, *pcbNeeded, DM_COPY);
     default:
       return Fail(ERROR_INVALID_PARAMETER);

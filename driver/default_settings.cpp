@@ -56,7 +56,7 @@ const Model& ModelOfPrinter(HANDLE printer, const WCHAR* name) {
   return ModelTable[0];
 }
 
-// Everything else of the private part is 0.
+// The remaining fields of the private part are 0 by default.
 void FillPrivateDefaults(PrivateDevMode& settings) {
   settings.Copies = 1;
   settings.Orient = DMORIENT_PORTRAIT;

@@ -1,4 +1,4 @@
-// Factory defaults and the public fields that follow from the private ones.
+// The factory defaults, and the public fields computed from the private ones.
 #pragma once
 
 #include <windows.h>
@@ -7,15 +7,16 @@
 
 namespace kestrel {
 
-// Fills a block with the set-up file's settings, or with the factory defaults when there is none.
-// Does not set Signature. printer and name may be missing.
+// Fills a block with the settings of the set-up file, or with the factory defaults when there is no
+// such file. Fields that the set-up file does not name stay unchanged. Does not set Signature.
+// printer and name may be null.
 void FillDefaultSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
-// Rewrites the 220 public bytes of the block's record from its private part, its papers and
-// HeadDensity.
+// Rewrites the 220 public bytes of the block's record from its private part, its paper table and
+// HeadDensity. name becomes dmDeviceName.
 void FillPublicFields(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
-// The HTInfo that a fresh block holds.
+// Returns the factory default of HTInfo.
 const DEVHTINFO& DefaultHalftoneInfo();
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// What the driver knows of its printers: models, resolutions, paper sources and media.
+// Constant tables of the supported printers: models, resolutions, paper sources and media types.
 #pragma once
 
 #include <windows.h>
@@ -39,7 +39,7 @@ constexpr MediaType MediaTypeTable[] = {
     {TEXT("Glossy paper"), DMMEDIA_GLOSSY},
 };
 
-// The resolution of a head density; the first for a density that no head has.
+// Returns the resolution of a head density in dots per inch; the first row for an unknown density.
 constexpr const Resolution& ResolutionOf(uint16_t headDensity) {
   for (const Resolution& resolution : ResolutionTable)
     if (resolution.x == headDensity) return resolution;

@@ -53,7 +53,7 @@ extern "C" LONG WINAPI DrvDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR 
   if (!ShowCommonPropertySheet(hwnd, DrvDocumentPropertySheets,
                                reinterpret_cast<LPARAM>(parameter.get()), &result))
     return kFailed;
-  return parameter->cbOut == kSheetRefused ? kFailed : static_cast<LONG>(result);
+  return parameter->cbOut == kSheetNotOpened ? kFailed : static_cast<LONG>(result);
 }
 
 extern "C" LONG WINAPI DrvAdvancedDocumentProperties(HWND hwnd, HANDLE hPrinter, LPWSTR pDeviceName,

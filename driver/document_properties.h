@@ -1,4 +1,4 @@
-// Document properties without a property sheet.
+// Document properties that open no property sheet.
 #pragma once
 
 #include <windows.h>
@@ -6,11 +6,13 @@
 
 namespace kestrel {
 
-// Resolves the header's input record into its output record as fMode asks. Answers the size of a
-// settings record when nothing is asked for, 1 on success and 0 on failure; stores nothing.
+// Resolves the header's input record into its output record according to fMode. Returns
+// kRecordSize when fMode is 0 or there is no output, 1 on success, 0 when out of memory. Stores
+// nothing in the printer.
 LONG ResolveWithoutSheet(DOCUMENTPROPERTYHEADER& header);
 
-// What a sheet that does not open leaves in cbOut of its header.
-constexpr DWORD kSheetRefused = static_cast<DWORD>(-1);
+// cbOut of a DOCUMENTPROPERTYHEADER whose sheet could not be opened. The sheet library reports such
+// a sheet as cancelled.
+constexpr DWORD kSheetNotOpened = static_cast<DWORD>(-1);
 
 }  // namespace kestrel

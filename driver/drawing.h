@@ -1,4 +1,4 @@
-// Owners of drawing objects, and the drawing of pictures from the module's resources.
+// Owners of GDI objects, and bitmaps of the module's resources ready for drawing.
 #pragma once
 
 #include <windows.h>
@@ -15,11 +15,11 @@ struct DeleteMemoryDc {
   void operator()(HDC dc) const { DeleteDC(dc); }
 };
 
-// A pen, brush, font or bitmap of one's own.
+// Owns a pen, brush, font or bitmap.
 using GdiObject = UniqueHandle<HGDIOBJ, DeleteGdiObject>;
 using MemoryDc = UniqueHandle<HDC, DeleteMemoryDc>;
 
-// Selects an object into a device context for as long as it lives, then the previous one again.
+// Selects an object into a device context; the destructor selects the previous one again.
 class SelectedObject {
  public:
   SelectedObject(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
@@ -34,18 +34,18 @@ class SelectedObject {
   HGDIOBJ previous_;
 };
 
-// A picture of the module's resources in a memory device context of its own, for BitBlt and
-// StretchBlt. Empty, with no size, when there is no such picture.
+// A bitmap of the module's resources, selected into a memory device context of its own for BitBlt
+// and StretchBlt. Empty and of size 0 when the bitmap or the context cannot be created.
 class Picture {
  public:
   Picture(HDC target, WORD id)
       : bitmap_(LoadBitmapW(ModuleInstance(), MAKEINTRESOURCEW(id))),
         dc_(bitmap_ ? CreateCompatibleDC(target) : nullptr) {
     if (!dc_) return;
-    BITMAP facts = {};
-    if (GetObjectW(bitmap_.get(), sizeof(facts), &facts) == 0) return;
-    width_ = facts.bmWidth;
-    height_ = facts.bmHeight;
+    BITMAP bitmap = {};
+    if (GetObjectW(bitmap_.get(), sizeof(bitmap), &bitmap) == 0) return;
+    width_ = bitmap.bmWidth;
+    height_ = bitmap.bmHeight;
     previous_ = SelectObject(dc_.get(), bitmap_.get());
   }
   ~Picture() {
@@ -61,7 +61,7 @@ class Picture {
 
  private:
   GdiObject bitmap_;
-  MemoryDc dc_;  // released before the bitmap
+  MemoryDc dc_;  // destroyed before the bitmap that is selected into it
   HGDIOBJ previous_ = nullptr;
   int width_ = 0;
   int height_ = 0;

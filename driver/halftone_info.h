@@ -1,5 +1,5 @@
-// The halftone description of a block lies at an odd place for its alignment: it is copied out and
-// back, never referred to.
+// Access to the halftone description of a block. HTInfo is misaligned for its type (offset 3658),
+// so it is copied and never accessed through a reference.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Owners of platform handles. The owner's destructor is the only release.
+// RAII owners of platform handles. Only the destructor and Reset release a handle.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-// Owns a handle of type H; Release::operator()(H) gives it back. An empty owner holds H{}.
+// Owns a handle of type H and releases it with Release::operator()(H). An empty owner holds H{}.
 template <typename H, typename Release>
 class UniqueHandle {
  public:
@@ -51,14 +51,14 @@ using Module = UniqueHandle<HMODULE, CloseModule>;
 using Printer = UniqueHandle<HANDLE, ClosePrinterHandle>;
 using RegistryKey = UniqueHandle<HKEY, CloseKey>;
 
-// An entry point of a loaded module as the function type that its contract gives; null when the
-// module lacks it.
+// Returns an entry point of a loaded module as a function pointer of type Proc; null when the
+// module does not export it.
 template <typename Proc>
 Proc EntryPoint(HMODULE module, const char* name) {
   return reinterpret_cast<Proc>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
 }
 
-// A zero-filled block of the process heap, typed. Empty when the heap has none left.
+// Owns a zero-filled block of the process heap. Empty when the allocation failed.
 template <typename T>
 class HeapBlock {
  public:

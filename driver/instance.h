@@ -1,4 +1,4 @@
-// The module's instance handle, written once at process attach.
+// The module's instance handle. DllMain sets it once, at DLL_PROCESS_ATTACH.
 #pragma once
 
 #include <windows.h>

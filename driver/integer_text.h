@@ -1,4 +1,4 @@
-// The one reading of decimal digits, for texts of every width.
+// Parsing of decimal integers, for 8-bit and UTF-16 text.
 #pragma once
 
 #include <algorithm>
@@ -6,10 +6,10 @@
 
 namespace kestrel {
 
-// The decimal number that text points to: one optional sign, then digits up to the first other
-// character, where text is left; 0 without digits. Saturates at the limits of 32 bits.
+// Parses an optional sign and decimal digits at text, and advances text to the first other
+// character. Returns 0 when there is no digit. Saturates at the limits of 32 bits.
 template <typename Char>
-int32_t TakeInteger(const Char*& text) {
+int32_t ParseInteger(const Char*& text) {
   const bool negative = *text == '-';
   if (*text == '+' || *text == '-') ++text;
   const int64_t limit = negative ? -int64_t{INT32_MIN} : int64_t{INT32_MAX};

@@ -1,4 +1,4 @@
-// What the spooler and the graphics subsystem ask about a job.
+// Exports through which the spooler and GDI query a print job.
 #include <windows.h>
 #include <winddiui.h>
 
@@ -11,25 +11,25 @@ using namespace kestrel;
 
 namespace {
 
-// The driver's share of a job's attributes; the caller fills the others.
+// Writes the driver's members of a job's attributes. The caller fills the other members.
 template <typename Info>
-void AnswerResolution(Info& info, const RecordView& record) {
+void WriteJobResolution(Info& info, const RecordView& record) {
   info.dwColorOptimization = 0;
   if (!record.given()) return;
   record.ReadPublic(offsetof(DEVMODEW, dmPrintQuality), &info.dmPrintQuality);
   record.ReadPublic(offsetof(DEVMODEW, dmYResolution), &info.dmYResolution);
 }
 
-void AnswerAttributes(DWORD level, LPBYTE attributes, const RecordView& record) {
+void WriteJobAttributes(DWORD level, LPBYTE attributes, const RecordView& record) {
   switch (level) {
     case 2:
       reinterpret_cast<ATTRIBUTE_INFO_2*>(attributes)->dwColorOptimization = 0;
       break;
     case 3:
-      AnswerResolution(*reinterpret_cast<ATTRIBUTE_INFO_3*>(attributes), record);
+      WriteJobResolution(*reinterpret_cast<ATTRIBUTE_INFO_3*>(attributes), record);
       break;
     case 4:
-      AnswerResolution(*reinterpret_cast<ATTRIBUTE_INFO_4*>(attributes), record);
+      WriteJobResolution(*reinterpret_cast<ATTRIBUTE_INFO_4*>(attributes), record);
       break;
     default:
       break;
@@ -38,7 +38,7 @@ void AnswerAttributes(DWORD level, LPBYTE attributes, const RecordView& record) 
 
 }  // namespace
 
-// Every job can be printed, whatever its record holds.
+// Every job can be printed, with any settings record.
 extern "C" BOOL WINAPI DevQueryPrint(HANDLE, DEVMODEW*, DWORD* pResID) {
   if (pResID != nullptr) *pResID = 0;
   return TRUE;
@@ -55,7 +55,7 @@ extern "C" BOOL WINAPI DrvQueryColorProfile(HANDLE, DEVMODEW*, ULONG, PVOID, ULO
   return FALSE;
 }
 
-// Always FALSE: the driver reports no attributes of its own and the spooler applies its own.
+// Always returns FALSE: the driver provides no job attributes, so the spooler applies its own.
 extern "C" BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode, DWORD dwLevel,
                                              LPBYTE lpAttributeInfo) {
   WCHAR name[32];
@@ -67,6 +67,6 @@ extern "C" BOOL WINAPI DrvQueryJobAttributes(HANDLE hPrinter, DEVMODEW* pDevMode
   }
   const RecordView record(pDevMode);
   ResolveBlock(*block, record, hPrinter, name);
-  if (lpAttributeInfo != nullptr) AnswerAttributes(dwLevel, lpAttributeInfo, record);
+  if (lpAttributeInfo != nullptr) WriteJobAttributes(dwLevel, lpAttributeInfo, record);
   return FALSE;
 }

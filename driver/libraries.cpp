@@ -6,8 +6,8 @@
 namespace kestrel {
 namespace {
 
-constexpr int kFileNameRoom = 32;
-constexpr int kPathLength = MAX_PATH + kFileNameRoom;
+constexpr int kFileNameLength = 32;
+constexpr int kPathLength = MAX_PATH + kFileNameLength;
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// Libraries that are loaded at run time, by their full path: a file of the same name beside the
-// running program never takes their place.
+// Libraries loaded at run time. They are loaded by full path, so that a file of the same name in
+// the application's directory is never loaded instead.
 #pragma once
 
 #include <windows.h>
@@ -8,12 +8,12 @@
 
 namespace kestrel {
 
-// A library of the system, from the system directory. Empty when it cannot be had.
+// Loads a library from the system directory. Returns an empty owner on failure.
 Module LoadSystemLibrary(const WCHAR* fileName);
 
-// A library of the driver package, from the directory of the printer's driver and its version
-// ("\3"), which must fit into directoryBytes with its terminator. Libraries that it needs itself
-// are looked for beside it. Empty when it cannot be had.
+// Loads a library of the driver package from the printer-driver directory with its version ("\3").
+// That path must fit into directoryBytes bytes, terminator included. The library's own dependencies
+// are searched in its directory. Returns an empty owner on failure.
 Module LoadCompanionLibrary(HANDLE printer, const WCHAR* printerName, const WCHAR* fileName,
                             DWORD directoryBytes = MAX_PATH * sizeof(WCHAR));
 

@@ -9,7 +9,7 @@ namespace kestrel {
 
 namespace {
 
-// The public fields that an application may set: those named in dmFields and held by the record.
+// Merges the public fields that dmFields names and the record contains. Invalid values are ignored.
 void MergePublicFields(DriverSettingsBlock& block, const RecordView& input) {
   PrivateDevMode& settings = block.Record.Private;
   DWORD fields = 0;
@@ -27,7 +27,8 @@ void MergePublicFields(DriverSettingsBlock& block, const RecordView& input) {
     settings.Copies = std::max(value, SHORT{1});
 }
 
-// The members from PaperKind to Yoshi; name, reserved words and UserDef stay.
+// Copies the members from PaperKind to Yoshi. The name, the reserved words and UserDef stay
+// unchanged.
 void MergeFreePaper(PaperInfo& paper, const PaperInfo& input) {
   constexpr size_t kStart = offsetof(PaperInfo, PaperKind);
   constexpr size_t kEnd = offsetof(PaperInfo, Reserved);
@@ -35,7 +36,7 @@ void MergeFreePaper(PaperInfo& paper, const PaperInfo& input) {
               reinterpret_cast<const BYTE*>(&input) + kStart, kEnd - kStart);
 }
 
-// Dither, ColorAdjust, Position and nCompulsory are the printer's own in every record.
+// Dither, ColorAdjust, Position and nCompulsory always remain those of the printer.
 void MergePrivateFields(PrivateDevMode& settings, const PrivateDevMode& input) {
   MergeFreePaper(settings.FreePaper, input.FreePaper);
   settings.nVertBase = input.nVertBase;
@@ -53,7 +54,6 @@ void MergePrivateFields(PrivateDevMode& settings, const PrivateDevMode& input) {
 
 }  // namespace
 
-// The name is this product's own vocabulary.
 void _UdcMergeSelfDMode(DriverSettingsBlock& block, const RecordView& input, unsigned mismatch,
                         HANDLE printer, const WCHAR* name) {
   if (input.given()) {

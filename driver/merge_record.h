@@ -1,4 +1,4 @@
-// What a block takes from an application's settings record.
+// Merging of an application's settings record into a block.
 #pragma once
 
 #include "driver/record_view.h"
@@ -7,8 +7,8 @@
 namespace kestrel {
 
 // Merges an application's record into a block that holds the printer's settings: the public fields
-// that it sets, and its private fields when it is the driver's own (mismatch, as
-// MismatchOnThisSystem told, is 0) and the printer does not insist on its settings.
+// named in dmFields, and the private fields when mismatch (MismatchOnThisSystem) is 0 and the
+// block's nCompulsory is 0. Then refreshes the public fields of the block.
 void _UdcMergeSelfDMode(DriverSettingsBlock& block, const RecordView& input, unsigned mismatch,
                         HANDLE printer, const WCHAR* name);
 

@@ -15,7 +15,7 @@ bool IsWorkstation() {
 }
 
 bool IsVersionAtLeast(DWORD major, DWORD minor) {
-  constexpr DWORD kWhat = VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR;
+  constexpr DWORD kTypes = VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR;
   OSVERSIONINFOEXW wanted{};
   wanted.dwOSVersionInfoSize = sizeof wanted;
   wanted.dwMajorVersion = major;
@@ -23,10 +23,11 @@ bool IsVersionAtLeast(DWORD major, DWORD minor) {
   ULONGLONG conditions = VerSetConditionMask(0, VER_MAJORVERSION, VER_GREATER_EQUAL);
   conditions = VerSetConditionMask(conditions, VER_MINORVERSION, VER_GREATER_EQUAL);
   conditions = VerSetConditionMask(conditions, VER_SERVICEPACKMAJOR, VER_GREATER_EQUAL);
-  return VerifyVersionInfoW(&wanted, kWhat, conditions) != FALSE;
+  return VerifyVersionInfoW(&wanted, kTypes, conditions) != FALSE;
 }
 
-// Systems older than the extended structure answer the plain one; they tell no product type.
+// Systems before Windows NT 4.0 SP6 know only the OSVERSIONINFOW structure, which has no product
+// type.
 bool ReadVersion(OSVERSIONINFOEXW& version) {
   version = {};
   version.dwOSVersionInfoSize = sizeof(OSVERSIONINFOEXW);

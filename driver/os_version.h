@@ -1,4 +1,4 @@
-// Which system runs: an OsVersionCode, compared numerically.
+// The version of the running system as a code that can be compared numerically.
 #pragma once
 
 namespace kestrel {
@@ -22,7 +22,8 @@ enum OsVersionCode : int {
   kOsServer2012R2 = 210,
 };
 
-// The code of the running system (VerifyVersionInfoW, then GetVersionExW).
+// Returns the OsVersionCode of the running system: from VerifyVersionInfoW, or from GetVersionExW
+// when that finds no match; kOsUnknown for any other system.
 int GetOsVersionCode();
 
 }  // namespace kestrel

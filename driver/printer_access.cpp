@@ -13,16 +13,16 @@ namespace kestrel {
 
 namespace {
 
-// A structure that the spooler returned, at the start of size bytes, with what it points to behind
-// it. Empty when the query failed.
+// A reply of the spooler: size bytes that start with a structure, followed by the data to which it
+// points. Empty when the query failed.
 struct SpoolerReply {
   HeapBlock<BYTE> bytes;
   DWORD size = 0;
 };
 
-// Queries the size, then the content, as GetPrinterW and GetPrinterDriverW document it.
-// query(out, size, needed) makes one call. The printer may change between two calls: a reply that
-// no longer fits is queried again with its new size, at most kContentQueries times.
+// Queries the size and then the content, as documented for GetPrinterW and GetPrinterDriverW.
+// query(out, size, needed) makes one call. Because the printer may change between two calls, a
+// reply that no longer fits is queried again with its new size, at most kContentQueries times.
 template <typename Query>
 SpoolerReply QueryReply(Query query) {
   constexpr int kContentQueries = 4;
@@ -54,20 +54,20 @@ const Info* InfoOf(const SpoolerReply& reply) {
   return reply.size < sizeof(Info) ? nullptr : reinterpret_cast<const Info*>(reply.bytes.get());
 }
 
-bool GiveText(void* buffer, DWORD size, const WCHAR* text) {
+bool WriteText(void* buffer, DWORD size, const WCHAR* text) {
   if (text == nullptr) return false;
   CopyText(static_cast<WCHAR*>(buffer), size / sizeof(WCHAR), text);
   return true;
 }
 
-bool GiveNumber(void* buffer, DWORD size, DWORD number) {
+bool WriteNumber(void* buffer, DWORD size, DWORD number) {
   if (size < sizeof number) return false;
   std::memcpy(buffer, &number, sizeof number);
   return true;
 }
 
-// A record counts only as far as the spooler's reply reaches, whatever its own sizes claim.
-bool GiveRecord(void* buffer, DWORD size, const SpoolerReply& reply, const DEVMODEW* record) {
+// Copies no byte beyond the end of the spooler's reply, whatever the sizes in the record are.
+bool WriteRecord(void* buffer, DWORD size, const SpoolerReply& reply, const DEVMODEW* record) {
   if (record == nullptr) return false;
   const BYTE* start = reinterpret_cast<const BYTE*>(record);
   const BYTE* replyStart = reply.bytes.get();
@@ -79,41 +79,41 @@ bool GiveRecord(void* buffer, DWORD size, const SpoolerReply& reply, const DEVMO
   return true;
 }
 
-bool GivePrinterInfo2(HANDLE printer, void* buffer, DWORD size, int selector) {
+bool QueryPrinterInfo2(HANDLE printer, void* buffer, DWORD size, int selector) {
   const SpoolerReply reply = QueryPrinter(printer, 2);
   const auto* info = InfoOf<PRINTER_INFO_2W>(reply);
   if (info == nullptr) return false;
   switch (selector) {
     case kInfoPrintProcessor:
-      return GiveText(buffer, size, info->pPrintProcessor);
+      return WriteText(buffer, size, info->pPrintProcessor);
     case kInfoDevMode:
-      return GiveRecord(buffer, size, reply, info->pDevMode);
+      return WriteRecord(buffer, size, reply, info->pDevMode);
     case kInfoPortName:
-      return GiveText(buffer, size, info->pPortName);
+      return WriteText(buffer, size, info->pPortName);
     case kInfoAttributes2:
-      return GiveNumber(buffer, size, info->Attributes);
+      return WriteNumber(buffer, size, info->Attributes);
     case kInfoPrinterName:
-      return GiveText(buffer, size, info->pPrinterName);
+      return WriteText(buffer, size, info->pPrinterName);
     default:
-      return GiveText(buffer, size, info->pDriverName);
+      return WriteText(buffer, size, info->pDriverName);
   }
 }
 
 template <typename Info>
-bool GiveAttributes(HANDLE printer, DWORD level, void* buffer, DWORD size) {
+bool QueryAttributes(HANDLE printer, DWORD level, void* buffer, DWORD size) {
   const SpoolerReply reply = QueryPrinter(printer, level);
   const auto* info = InfoOf<Info>(reply);
-  return info != nullptr && GiveNumber(buffer, size, info->Attributes);
+  return info != nullptr && WriteNumber(buffer, size, info->Attributes);
 }
 
-bool GiveDriverInfo(HANDLE printer, void* buffer, DWORD size, int selector) {
+bool QueryDriverInfo(HANDLE printer, void* buffer, DWORD size, int selector) {
   const SpoolerReply reply = QueryDriver(printer);
   const auto* info = InfoOf<DRIVER_INFO_3W>(reply);
   if (info == nullptr) return false;
-  return GiveText(buffer, size, selector == kInfoHelpFile ? info->pHelpFile : info->pDataFile);
+  return WriteText(buffer, size, selector == kInfoHelpFile ? info->pHelpFile : info->pDataFile);
 }
 
-bool GiveDirectory(void* buffer, DWORD size, bool withVersion) {
+bool QueryDirectory(void* buffer, DWORD size, bool withVersion) {
   DWORD needed = 0;
   if (!GetPrinterDriverDirectoryW(nullptr, nullptr, 1, static_cast<LPBYTE>(buffer), size, &needed))
     return false;
@@ -131,14 +131,14 @@ bool GiveDirectory(void* buffer, DWORD size, bool withVersion) {
 
 bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer) {
   *printer = nullptr;
-  // Without a name OpenPrinterW opens the print server.
+  // OpenPrinterW without a name would open the print server.
   if (name == nullptr || *name == 0) return false;
-  PRINTER_DEFAULTSW administering{nullptr, nullptr, PRINTER_ALL_ACCESS};
+  PRINTER_DEFAULTSW allAccess{nullptr, nullptr, PRINTER_ALL_ACCESS};
   LPPRINTER_DEFAULTSW defaults = nullptr;
   switch (mode) {
     case 1:
     case 4:
-      defaults = &administering;
+      defaults = &allAccess;
       break;
     case 2:
     case 3:
@@ -146,7 +146,7 @@ bool OpenPrinterForDriver(const WCHAR* name, int mode, HANDLE* printer) {
     default:
       return false;
   }
-  // The platform's parameter is not const, but it only reads the name.
+  // The parameter is not const, but OpenPrinterW only reads the name.
   return OpenPrinterW(const_cast<LPWSTR>(name), printer, defaults) != FALSE;
 }
 
@@ -160,20 +160,20 @@ bool GetPrinterInfoValue(HANDLE printer, const WCHAR*, void* buffer, DWORD size,
     case kInfoPortName:
     case kInfoAttributes2:
     case kInfoPrinterName:
-      return GivePrinterInfo2(printer, buffer, size, selector);
+      return QueryPrinterInfo2(printer, buffer, size, selector);
     case kInfoAttributes4:
-      return GiveAttributes<PRINTER_INFO_4W>(printer, 4, buffer, size);
+      return QueryAttributes<PRINTER_INFO_4W>(printer, 4, buffer, size);
     case kInfoAttributes5:
-      return GiveAttributes<PRINTER_INFO_5W>(printer, 5, buffer, size);
+      return QueryAttributes<PRINTER_INFO_5W>(printer, 5, buffer, size);
     case kInfoDriverDirectory:
-      return GiveDirectory(buffer, size, false);
+      return QueryDirectory(buffer, size, false);
     case kInfoVersionDirectory:
     case kInfoVersionDirectory3:
     case kInfoVersionDirectory100:
-      return GiveDirectory(buffer, size, true);
+      return QueryDirectory(buffer, size, true);
     case kInfoHelpFile:
     case kInfoDataFile:
-      return GiveDriverInfo(printer, buffer, size, selector);
+      return QueryDriverInfo(printer, buffer, size, selector);
     default:
       return false;
   }

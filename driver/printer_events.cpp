@@ -1,4 +1,4 @@
-// What the spooler tells the driver about its printers.
+// Printer events that the spooler sends to the driver.
 #include <windows.h>
 #include <winddiui.h>
 
@@ -17,8 +17,8 @@ BOOL InvalidParameter() {
   return FALSE;
 }
 
-// The rendering module of this driver, as the spooler looks for it. The count of bytes leaves the
-// terminator out.
+// Stores the name of the rendering module where the spooler looks for it. The stored size excludes
+// the terminator.
 void RegisterRenderingModule(HANDLE printer) {
   WCHAR module[16];
   CopyText(module, TEXT("QM610r"));
@@ -27,8 +27,8 @@ void RegisterRenderingModule(HANDLE printer) {
                    static_cast<DWORD>(TextLength(module)) * DWORD{sizeof(WCHAR)});
 }
 
-// Neither a printer that cannot be opened nor a failed write fails towards the spooler: settings
-// that are not stored are replaced by the defaults whenever they are asked for.
+// Failures are not reported to the spooler: every later query replaces missing settings by the
+// defaults.
 void InitializePrinter(const WCHAR* name) {
   HANDLE handle = nullptr;
   if (!OpenPrinterForDriver(name, kAdminister, &handle)) return;

@@ -9,10 +9,10 @@ using namespace kestrel;
 
 namespace {
 
-// Only a write shows whether the caller may write; the value stays.
-bool MayChangePrinterData(HANDLE printer) {
-  constexpr DWORD kYes = 1;
-  return WritePrinterData(printer, TEXT("Permission"), REG_DWORD, &kYes, sizeof kYes);
+// Only a write reveals whether the caller has write access. The value is not removed afterwards.
+bool CanWritePrinterData(HANDLE printer) {
+  constexpr DWORD kOne = 1;
+  return WritePrinterData(printer, TEXT("Permission"), REG_DWORD, &kOne, sizeof kOne);
 }
 
 }  // namespace
@@ -26,7 +26,7 @@ extern "C" BOOL WINAPI PrinterProperties(HWND hwnd, HANDLE hPrinter) {
   }
   header->cbSize = sizeof *header;
   header->hPrinter = hPrinter;
-  if (!MayChangePrinterData(hPrinter)) header->Flags = DPS_NOPERMISSION;
+  if (!CanWritePrinterData(hPrinter)) header->Flags = DPS_NOPERMISSION;
 
   DWORD result = CPSUI_CANCEL;
   const bool shown = ShowCommonPropertySheet(hwnd, DrvDevicePropertySheets,

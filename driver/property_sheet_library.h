@@ -1,4 +1,4 @@
-// The common property-sheet library, loaded for each sheet.
+// The common property-sheet library (compstui.dll), loaded for the duration of each sheet.
 #pragma once
 
 #include <windows.h>
@@ -6,9 +6,9 @@
 
 namespace kestrel {
 
-// CommonPropertySheetUIW with a property-sheet function and its parameter. False when the library
-// or its entry point cannot be had or the sheet did not open; otherwise *result is what the sheet
-// reported (CPSUI_OK, CPSUI_CANCEL, …).
+// Calls CommonPropertySheetUIW with a property-sheet function and its parameter. Returns false when
+// the library or its entry point is missing or the sheet did not open. Otherwise *result receives
+// the sheet's result (CPSUI_OK, CPSUI_CANCEL, …).
 bool ShowCommonPropertySheet(HWND owner, PFNPROPSHEETUI sheets, LPARAM parameter, DWORD* result);
 
 }  // namespace kestrel

@@ -17,7 +17,7 @@ void FillPublicFields(DriverSettingsBlock& block, HANDLE, const WCHAR* name) {
   DEVMODEW& record = block.Record.Public;
   const PrivateDevMode& settings = block.Record.Private;
   record = DEVMODEW{};
-  CutPrinterName(record.dmDeviceName, CCHDEVICENAME, name, kNameBeforePort);
+  CutPrinterName(record.dmDeviceName, CCHDEVICENAME, name, kStripPort);
 
   const int entry = PaperEntryOrFree(block, settings.PaperID);
   const POINT size = PaperSizeTenths(PaperOfEntry(block, entry));

@@ -9,15 +9,15 @@ namespace kestrel {
 
 namespace {
 
-// A record without a name belongs to every printer. dmDeviceName holds 31 units only: a longer name
-// is cut, be it within its server part.
+// A record without a name matches every printer. dmDeviceName holds only 31 units, so a long
+// printer name is truncated there, possibly within its server part.
 bool SameDevice(const WCHAR* printerName, const WCHAR* deviceName) {
-  const TextSpan printer = PrinterNamePart(printerName, kNameBehindServer);
-  const TextSpan device = PrinterNamePart(deviceName, kNameBehindServer);
+  const TextSpan printer = PrinterNamePart(printerName, kStripServer);
+  const TextSpan device = PrinterNamePart(deviceName, kStripServer);
   if (std::equal(printer.start, printer.start + std::min(printer.length, device.length),
                  device.start))
     return true;
-  const TextSpan whole = PrinterNamePart(printerName, kNameBeforePort);
+  const TextSpan whole = PrinterNamePart(printerName, kStripPort);
   constexpr size_t kFull = CCHDEVICENAME - 1;
   return whole.length >= kFull && std::equal(whole.start, whole.start + kFull, deviceName);
 }
@@ -35,7 +35,7 @@ unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name) {
   if (record.publicSize() != kPublicSize) mismatch |= kOtherSize;
   if (record.privateSize() != kPrivateSize) mismatch |= kOtherExtra;
 
-  // Other sizes would place the signature where the caller chooses.
+  // With other sizes the caller could choose the offset from which the signature is read.
   constexpr size_t kSignature = kPrivateOffset + offsetof(PrivateDevMode, Signature);
   uint32_t signature = 0;
   if ((mismatch & (kOtherSize | kOtherExtra)) == 0) record.Read(kSignature, &signature);
@@ -55,7 +55,7 @@ unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name) {
 
 bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name) {
   const RecordView view(&record);
-  // A record that claims another size does not lie whole in the bytes given.
+  // A record that states another size is not completely contained in a SettingsRecord.
   return view.publicSize() == kPublicSize && view.privateSize() == kPrivateSize &&
          MismatchOnThisSystem(view, name) == 0;
 }

@@ -1,4 +1,4 @@
-// Whether a settings record is the driver's own, and for which printer it was made.
+// Checks whether a settings record was made by this driver and for which printer.
 #pragma once
 
 #include "driver/record_view.h"
@@ -6,7 +6,7 @@
 
 namespace kestrel {
 
-// RecordMismatch bits.
+// The differences between a record and one of this driver; a bit mask.
 enum RecordMismatch : unsigned {
   kOtherSpecVersion = 1,
   kOtherDriverVersion = 2,
@@ -16,16 +16,16 @@ enum RecordMismatch : unsigned {
   kOtherDevice = 32,
 };
 
-// What distinguishes a record from the driver's own; 0: nothing. Device names count as equal when
-// the shorter begins the longer, both taken behind the last "\" and up to the first ",", and when
-// the record's name is as long as it can be and begins the printer's. A record of other sizes
-// counts as unsigned: its end is not read.
+// Returns the RecordMismatch bits of a record; 0 for a record of this driver. Device names are
+// reduced to the text between the last "\" and the next ",", and match when the shorter one is a
+// prefix of the longer. They also match when dmDeviceName has its maximum length and is a prefix of
+// the printer's name. The signature of a record of other sizes is not read: it counts as missing.
 unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name);
-// The same with the rule of the running system: from Windows Vista on a record may name another
-// device.
+// As CheckSettingsRecord, but without kOtherDevice from Windows Vista on, where a record may name
+// another device.
 unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name);
 
-// The strict test used on stored records.
+// Returns true for a record of this driver with nothing but its own sizes. Used for stored records.
 bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name);
 
 }  // namespace kestrel

@@ -1,7 +1,7 @@
-// A settings record as a caller hands it in: of any driver and version, at any address, with no
-// length but its own word. Nothing behind dmSize + dmDriverExtra is ever read. The caller's other
-// threads may write to it meanwhile: its sizes are read once, here and nowhere else, and every
-// check and copy uses what was read.
+// Bounded access to a settings record of a caller: a record of any driver and version, at any
+// alignment, whose length is known only from its own dmSize and dmDriverExtra. Bytes beyond
+// dmSize + dmDriverExtra are never read. Another thread of the caller may write to the record
+// meanwhile, so the constructor reads both sizes once and every check and copy uses these values.
 #pragma once
 
 #include <windows.h>
@@ -15,25 +15,26 @@ namespace kestrel {
 
 class RecordView {
  public:
-  // A record that is not given.
+  // Represents a missing record.
   RecordView() = default;
   RecordView(decltype(nullptr)) {}
-  // record may be missing; its first 72 bytes, up to and with dmDriverExtra, must be readable.
+  // record may be null. Otherwise its first 72 bytes, which end with dmDriverExtra, must be
+  // readable.
   explicit RecordView(const void* record) : bytes_(static_cast<const BYTE*>(record)) {
     if (record == nullptr) return;
     publicSize_ = ReadSize(offsetof(DEVMODEW, dmSize));
     privateSize_ = ReadSize(offsetof(DEVMODEW, dmDriverExtra));
   }
 
-  // A record that does not reach past dmFields tells nothing and counts as not given.
+  // Returns false for a missing record and for one too short to contain dmFields.
   bool given() const { return publicSize_ >= offsetof(DEVMODEW, dmFields) + sizeof(DWORD); }
   const BYTE* bytes() const { return bytes_; }
   size_t publicSize() const { return publicSize_; }
   size_t privateSize() const { return privateSize_; }
   size_t size() const { return size_t{publicSize_} + privateSize_; }
 
-  // Copies a value out at an offset. False and *value unchanged unless the record's bytes, or its
-  // public bytes, hold all of it.
+  // Copies the value at an offset. Returns false and leaves *value unchanged when the record (its
+  // public part, for ReadPublic) does not contain the whole value.
   template <typename T>
   bool Read(size_t offset, T* value) const {
     return ReadWithin(size(), offset, value);
@@ -43,7 +44,7 @@ class RecordView {
     return ReadWithin(publicSize_, offset, value);
   }
 
-  // dmDeviceName, as far as the record holds it, terminated.
+  // Copies the part of dmDeviceName that the record contains, and terminates it.
   void DeviceName(WCHAR (&name)[CCHDEVICENAME + 1]) const {
     std::fill(std::begin(name), std::end(name), WCHAR{});
     std::memcpy(name, bytes_, std::min(size_t{CCHDEVICENAME} * sizeof(WCHAR), size()));

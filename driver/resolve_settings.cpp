@@ -24,15 +24,16 @@ bool LoadStoredSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR*
          size == kPrinterPartSize;
 }
 
-// Bytes of the private part that are copied of a short record.
+// Returns the number of private bytes copied from a short record.
 WORD ShortPrivateSize(const RecordView& input) {
   return static_cast<WORD>(std::min(input.privateSize(), size_t{kPrivateSize}));
 }
 
 bool IsShort(const RecordView& input) { return input.given() && input.publicSize() < kPublicSize; }
 
-// An application that knows only an older, shorter DEVMODE gets its own record back, with the sizes
-// that were copied. It is put together apart, since input and output may be the same record.
+// An application that uses an older, shorter DEVMODE receives its own record back, with the sizes
+// that were copied. The record is assembled in a local copy because input and output may be the
+// same.
 void CopyShortRecord(void* output, const RecordView& input) {
   SettingsRecord record;
   const size_t size = SettingsRecordSize(input);
@@ -55,11 +56,11 @@ bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const
                           kPrinterPartSize);
 }
 
-void AnnounceChangedDefault(const WCHAR* name) {
-  constexpr UINT kPatience = 300;  // milliseconds a window
-  DWORD_PTR answer = 0;
+void BroadcastDefaultChanged(const WCHAR* name) {
+  constexpr UINT kBroadcastTimeoutMs = 300;  // for each window
+  DWORD_PTR result = 0;
   SendMessageTimeoutW(HWND_BROADCAST, WM_DEVMODECHANGE, 0, reinterpret_cast<LPARAM>(name),
-                      SMTO_ABORTIFHUNG, kPatience, &answer);
+                      SMTO_ABORTIFHUNG, kBroadcastTimeoutMs, &result);
 }
 
 void CopySettingsRecord(void* output, const DriverSettingsBlock& block) {

@@ -1,4 +1,4 @@
-// Settings of a printer: loaded, defaulted, merged with an application's record and copied out.
+// Loading, merging, copying and storing of a printer's settings.
 #pragma once
 
 #include <windows.h>
@@ -18,28 +18,30 @@ void ResolveBlock(DriverSettingsBlock& block, const RecordView& input, HANDLE pr
 constexpr DWORD kCopyWholeBlock = 0x1000;
 constexpr DWORD kMergeInput = 0x2000;
 
-// Resolves a block of its own (ResolveBlock) and copies it to output, which may be null. DM_IN_BUFFER
-// and kMergeInput merge input; DM_COPY copies the settings record (SettingsRecordSize bytes),
-// kCopyWholeBlock the whole block (kBlockSize bytes). Returns false only when the block cannot be
-// allocated.
+// Resolves a block of its own (ResolveBlock) and copies it to output, which may be null.
+// DM_IN_BUFFER and kMergeInput merge input; DM_COPY copies the settings record (SettingsRecordSize
+// bytes), kCopyWholeBlock the whole block (kBlockSize bytes). Returns false only when the block
+// cannot be allocated.
 bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, const WCHAR* name,
                      DWORD mode);
 
-// The bytes that DM_COPY with DM_IN_BUFFER writes: kRecordSize, fewer for an input record whose
-// dmSize is below kPublicSize (its dmSize and at most kPrivateSize bytes behind it).
+// Returns the number of bytes that DM_COPY with DM_IN_BUFFER writes: kRecordSize, or, for an input
+// record whose dmSize is below kPublicSize, its dmSize plus at most kPrivateSize private bytes.
 size_t SettingsRecordSize(const RecordView& input);
 
-// Leaves a complete, signed block: the stored settings or the defaults.
+// Fills a block with the stored settings, or with the defaults when any part is missing or foreign.
+// Always leaves a complete, signed block.
 void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
-// Writes the printer-level part as "Private DevMode".
+// Stores the printer-level part as the printer data value "Private DevMode". Returns false on
+// failure.
 bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
-// Tells every window that the printer's defaults changed (WM_DEVMODECHANGE, 300 ms at most a
-// window).
-void AnnounceChangedDefault(const WCHAR* name);
+// Broadcasts WM_DEVMODECHANGE with the printer's name to all top-level windows. Waits at most 300
+// ms for each.
+void BroadcastDefaultChanged(const WCHAR* name);
 
-// The 452 bytes of a block's settings record.
+// Copies a block's settings record (kRecordSize bytes).
 void CopySettingsRecord(void* output, const DriverSettingsBlock& block);
 
 }  // namespace kestrel

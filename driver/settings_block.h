@@ -1,6 +1,6 @@
 // The settings record that applications, the spooler and the rendering module exchange, and the
-// block that adds the printer-level part to it. Both are stored formats: little-endian, offsets and
-// sizes binding.
+// block that appends the printer-level part. Both are stored formats: little-endian, with fixed
+// offsets and sizes.
 #pragma once
 
 #include <windows.h>
@@ -23,9 +23,9 @@ constexpr DWORD kPrinterPartSize = 3338;
 constexpr DWORD kBlockSize = 3792;
 
 #pragma pack(push, 2)
-// Private part of a settings record, from offset 220 of the record on.
+// The private part of a settings record, at offset 220.
 struct PrivateDevMode {
-  int16_t PaperID;  // 256 the free-size paper, 257 + i the registered paper i
+  int16_t PaperID;  // 256: the free-size paper; 257 + i: registered paper i
   PaperInfo FreePaper;
   int16_t Copies;
   int16_t nVertBase;  // base points and offsets are in dots
@@ -49,7 +49,7 @@ struct PrivateDevMode {
   uint32_t Signature;
 };
 
-// Aligned as the DEVMODEW at its start is, wherever it lies.
+// Has the alignment of its DEVMODEW in spite of the packing.
 struct alignas(4) SettingsRecord {
   DEVMODEW Public;
   PrivateDevMode Private;
@@ -59,11 +59,11 @@ enum PrinterMode : uint16_t { kTearOffMode = 0, kContinuousMode = 1, kPeelMode =
 
 // The printer-level part, stored byte for byte as the printer data value "Private DevMode".
 struct PrinterSettingsPart {
-  int16_t PaperNum;  // as stored; read it through PaperCount, which clamps it
+  int16_t PaperNum;  // not validated; PaperCount returns it clamped
   PaperInfo Papers[kPaperCapacity];
   uint16_t HeadDensity;  // dots per inch, 203 or 305
   uint16_t Mecha;        // PrinterMode
-  DEVHTINFO HTInfo;      // lies at an odd place for its alignment: copy it out and back
+  DEVHTINFO HTInfo;      // misaligned; access it through driver/halftone_info.h
 };
 
 struct alignas(4) DriverSettingsBlock {
@@ -81,7 +81,7 @@ static_assert(sizeof(SettingsRecord) == kRecordSize);
 static_assert(sizeof(PrinterSettingsPart) == kPrinterPartSize);
 static_assert(sizeof(DriverSettingsBlock) == kBlockSize);
 
-// Offsets within a settings record, as other drivers' and older records are read by them.
+// Offsets within a settings record; records of other drivers and versions are read by offset.
 constexpr size_t kPrivateOffset = offsetof(SettingsRecord, Private);
 static_assert(kPrivateOffset == 220);
 static_assert(kPrivateOffset + offsetof(PrivateDevMode, FreePaper) == 222);

@@ -11,7 +11,7 @@ namespace {
 
 UINT SystemCodePage(UINT codePage) { return codePage == kSystemCodePage ? CP_ACP : codePage; }
 
-// Without the flag a yen sign would leave as a backslash.
+// Without this flag a yen sign (U+00A5) would be converted to a backslash.
 DWORD ConversionFlags(UINT codePage) {
   return codePage == kJapaneseCodePage ? WC_NO_BEST_FIT_CHARS : 0;
 }
@@ -22,7 +22,7 @@ int BytesNeeded(UINT codePage, const WCHAR* text, int units) {
                              nullptr, 0, nullptr, nullptr);
 }
 
-// The longest beginning of a text whose form takes at most limit bytes.
+// Returns the length of the longest prefix whose conversion has at most limit bytes.
 int UnitsThatFit(UINT codePage, const WCHAR* text, int units, int limit) {
   if (BytesNeeded(codePage, text, units) <= limit) return units;
   int fitting = 0;
@@ -91,11 +91,12 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes, UINT c
   if (text == nullptr) return 0;
   const UINT page = SystemCodePage(codePage);
   const auto ends = [&](int at) { return length < 0 ? text[at] == '\0' : at >= length; };
-  // Character by character: how many units bad bytes make is the platform's affair.
+  // Converts character by character, because the number of units for invalid bytes depends on the
+  // platform.
   int units = 0;
   for (int at = 0; units < capacity - 1 && !ends(at);) {
     const int bytes = IsDBCSLeadByteEx(page, static_cast<BYTE>(text[at])) ? 2 : 1;
-    // A text that was cut inside a double-byte character ends before that character.
+    // An incomplete double-byte character at the end is dropped.
     if (bytes == 2 && ends(at + 1)) break;
     const int made =
         MultiByteToWideChar(page, 0, text + at, bytes, out + units, capacity - 1 - units);
@@ -103,7 +104,7 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes, UINT c
     units += made;
     at += bytes;
   }
-  // What a character without room for all of its units has left behind.
+  // Clears units of a last character that did not fit completely.
   std::fill_n(out + units, capacity - units, WCHAR{});
   return units;
 }
@@ -111,9 +112,9 @@ int FromCodePage(const char* text, int length, WCHAR* out, int sizeBytes, UINT c
 bool IsCp932Representable(const WCHAR* text, int maximum, int* index) {
   if (text == nullptr) return true;
   for (int i = 0; i < maximum && text[i] != 0; ++i) {
-    char form[4] = {};
-    ToCodePage(text + i, 1, form, sizeof form);
-    if (form[0] == '?' && text[i] != '?') {
+    char converted[4] = {};
+    ToCodePage(text + i, 1, converted, sizeof converted);
+    if (converted[0] == '?' && text[i] != '?') {
       if (index != nullptr) *index = i;
       return false;
     }
@@ -139,7 +140,7 @@ bool ReadsAsInAnsiCodePage(const char* bytes, const WCHAR* text) {
 TextSpan PrinterNamePart(const WCHAR* name, int mode) {
   const WCHAR* start = name;
   const WCHAR* end = name + TextLength(name);
-  if (mode == kNameBehindServer) {
+  if (mode == kStripServer) {
     for (const WCHAR* unit = start; unit < end; ++unit) {
       if (*unit == '\\') start = unit + 1;
     }
@@ -151,7 +152,7 @@ TextSpan PrinterNamePart(const WCHAR* name, int mode) {
 bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode) {
   if (n == 0) return false;
   std::fill_n(out, n, WCHAR{});
-  if (name == nullptr || mode < kWholeName || mode > kNameBehindServer) return false;
+  if (name == nullptr || mode < kWholeName || mode > kStripServer) return false;
   const TextSpan part = PrinterNamePart(name, mode);
   CopyField(out, n, part.start, part.length);
   return true;
@@ -159,15 +160,15 @@ bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode) {
 
 LONG IntegerFromText(const WCHAR* text) {
   while (*text == ' ' || (*text >= '\t' && *text <= '\r')) ++text;
-  return TakeInteger(text);
+  return ParseInteger(text);
 }
 
 LONG IntegerFromText(const char* text) {
   while (*text == ' ') ++text;
-  return TakeInteger(text);
+  return ParseInteger(text);
 }
 
-char* PutNumber(char* out, LONG value, unsigned base, int least) {
+char* WriteNumber(char* out, LONG value, unsigned base, int least) {
   uint32_t magnitude = static_cast<uint32_t>(value);
   if (value < 0) {
     *out++ = '-';

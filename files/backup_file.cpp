@@ -21,7 +21,7 @@ constexpr int kPrinterNameBytes = 128;  // of DriverName as it is written
 constexpr int kSyncLength = 80;
 
 void FormatVersion(char (&text)[kVersionLength]) {
-  *PutNumber(text, BACKUP_FILE_FORMAT_VERSION, 16, 4) = 0;
+  *WriteNumber(text, BACKUP_FILE_FORMAT_VERSION, 16, 4) = 0;
 }
 
 void TransferFields(ProfileIo& io, void* record, SettingsKeys keys) {
@@ -118,8 +118,8 @@ void SaveVersion(ProfileIo& io, const WCHAR* printerName) {
   char version[kVersionLength];
   FormatVersion(version);
   io.RawText("FileVersion", version, kVersionLength);
-  char* minor = PutNumber(version, HIBYTE(kDriverVersion), 16, 2);
-  *PutNumber(minor, LOBYTE(kDriverVersion), 10, 2) = 0;
+  char* minor = WriteNumber(version, HIBYTE(kDriverVersion), 16, 2);
+  *WriteNumber(minor, LOBYTE(kDriverVersion), 10, 2) = 0;
   io.RawText("DriverVersion", version, kVersionLength);
   char name[kPrinterNameBytes];
   ToCodePage(printerName, -1, name, kPrinterNameBytes);
@@ -130,7 +130,7 @@ void SaveSync(ProfileIo& io, const DriverSettingsBlock& block) {
   io.BeginSection(kSyncSection);
   io.ClearSection();
   char value[kSyncLength];
-  *PutNumber(value, static_cast<uint16_t>(block.Record.Private.nTSMode), 16) = 0;
+  *WriteNumber(value, static_cast<uint16_t>(block.Record.Private.nTSMode), 16) = 0;
   io.RawText("SYNC", value, kSyncLength);
 }
 

@@ -66,7 +66,7 @@ void ProfileIo::BeginSection(const WCHAR* name) { ToCodePage(name, -1, section_,
 void ProfileIo::BeginSection(const WCHAR* prefix, int number) {
   BeginSection(prefix);
   const size_t length = std::strlen(section_);
-  *PutNumber(section_ + length, number, 10, 2) = 0;
+  *WriteNumber(section_ + length, number, 10, 2) = 0;
 }
 
 int ProfileIo::Read(const char* key, char* value, int size) const {
@@ -118,7 +118,7 @@ int ProfileIo::WriteList(const char* key, const void* fields, int count, int wid
   char* end = value;
   for (int i = 0; i < count && end + kElementLength < value + kValueLength; ++i) {
     if (i > 0) *end++ = ',';
-    end = PutNumber(end, LoadNumber(static_cast<const uint8_t*>(fields) + i * width, width));
+    end = WriteNumber(end, LoadNumber(static_cast<const uint8_t*>(fields) + i * width, width));
   }
   *end = 0;
   return Write(key, value);

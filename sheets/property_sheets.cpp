@@ -86,7 +86,7 @@ LONG FillInfoHeader(LPARAM parameter, LPWSTR title) {
 
 void StorePrinterPart(const DriverUiData& session, HANDLE printer, const WCHAR* name) {
   SavePrinterSettings(*session.settings, printer, name);
-  AnnounceChangedDefault(name);
+  BroadcastDefaultChanged(name);
 }
 
 void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
@@ -110,7 +110,7 @@ void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
 }
 
 // The library reports a sheet that was refused as cancelled.
-void MarkRefused(DOCUMENTPROPERTYHEADER& header) { header.cbOut = kSheetRefused; }
+void MarkRefused(DOCUMENTPROPERTYHEADER& header) { header.cbOut = kSheetNotOpened; }
 void MarkRefused(DEVICEPROPERTYHEADER&) {}  // cancelled and refused are the same to its caller
 LPWSTR SheetTitle(const DOCUMENTPROPERTYHEADER&) { return const_cast<LPWSTR>(TEXT("")); }
 LPWSTR SheetTitle(const DEVICEPROPERTYHEADER&) { return MAKEINTRESOURCEW(kPrinterTitle); }

@@ -93,7 +93,7 @@ int ParseMeasure(const WCHAR* text, int decimals) {
     ++text;
   }
   // What is left may carry a sign of its own, which holds for the integer part alone.
-  int64_t number = int64_t{TakeInteger(text)} * kPowersOfTen[decimals];
+  int64_t number = int64_t{ParseInteger(text)} * kPowersOfTen[decimals];
   if (*text == TEXT('.')) number += FractionFromText(text + 1, decimals);
   if (negative) number = -number;
   return static_cast<int>(std::clamp<int64_t>(number, INT32_MIN, INT32_MAX));
@@ -102,7 +102,7 @@ int ParseMeasure(const WCHAR* text, int decimals) {
 bool ParseWholeNumber(const WCHAR* text, int* number) {
   const WCHAR* digits = *text == TEXT('-') ? text + 1 : text;
   if (!IsDigit(*digits)) return false;
-  const int value = TakeInteger(text);
+  const int value = ParseInteger(text);
   if (*text != 0) return false;
   *number = value;
   return true;
