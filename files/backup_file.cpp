@@ -179,7 +179,7 @@ void LoadSync(ProfileIo& io, const BackupSubject& subject) {
   io.RawText("SYNC", value, kSyncLength);
   int16_t& mode = subject.block.Record.Private.nTSMode;
   mode = static_cast<int16_t>(SyncFromText(value));
-  WriteSyncPrint(subject.printerName, mode != 0);
+  DeviceSettings(subject.printerName).SetSyncPrint(mode != 0);
 }
 
 bool LoadBackup(ProfileIo& io, HWND owner, const BackupSubject& subject, unsigned sections) {

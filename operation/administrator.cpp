@@ -12,9 +12,9 @@ bool IsAdministrator() {
     return false;
   }
   BOOL member = FALSE;
-  const BOOL told = CheckTokenMembership(nullptr, administrators, &member);
+  const BOOL checked = CheckTokenMembership(nullptr, administrators, &member);
   FreeSid(administrators);
-  return told && member;
+  return checked && member;
 }
 
 }  // namespace kestrel

@@ -17,21 +17,21 @@ constexpr int kDirectoryBytes = 260;
 constexpr int kDensityByte = 1;
 constexpr int kModeByte = 3;
 
-DeviceQuery AskDevice(HANDLE printer, const WCHAR* printerName, const char* entry, BYTE* reply,
-                      DWORD replySize) {
+DeviceQuery CallDeviceLibrary(HANDLE printer, const WCHAR* printerName, const char* entry,
+                              BYTE* reply, DWORD replySize) {
   const Module library =
       LoadCompanionLibrary(printer, printerName, TEXT("QM610rLIB.DLL"), kDirectoryBytes);
   if (!library) return DeviceQuery::kNoLibrary;
-  const auto ask = EntryPoint<DeviceProc>(library.get(), entry);
-  if (ask == nullptr) return DeviceQuery::kNoEntryPoint;
+  const auto query = EntryPoint<DeviceProc>(library.get(), entry);
+  if (query == nullptr) return DeviceQuery::kNoEntryPoint;
   DWORD size = replySize;
   DWORD status = 0;
-  return ask(printerName, reply, replySize, &size, &status) != 0 ? DeviceQuery::kAnswered
-                                                                 : DeviceQuery::kFailed;
+  return query(printerName, reply, replySize, &size, &status) != 0 ? DeviceQuery::kSucceeded
+                                                                   : DeviceQuery::kFailed;
 }
 
-// Text of at most maximum bytes that need not be terminated.
-void TakeText(WCHAR* out, int outUnits, const BYTE* bytes, int maximum) {
+// Converts a text of at most maximum bytes that need not be terminated.
+void ConvertText(WCHAR* out, int outUnits, const BYTE* bytes, int maximum) {
   char text[kVersionReplySize + 1] = {};
   std::memcpy(text, bytes, static_cast<size_t>(maximum));
   FromCodePage(text, -1, out, outUnits * static_cast<int>(sizeof(WCHAR)));
@@ -43,7 +43,7 @@ DeviceQuery QueryDeviceMode(HANDLE printer, const WCHAR* printerName, DeviceMode
   BYTE reply[kModeReplySize];
   std::memset(reply, 0xFF, sizeof(reply));
   const DeviceQuery result =
-      AskDevice(printer, printerName, "RtlGetModeComW", reply, kModeReplySize);
+      CallDeviceLibrary(printer, printerName, "RtlGetModeComW", reply, kModeReplySize);
   mode = {reply[kDensityByte], reply[kModeByte]};
   return result;
 }
@@ -52,9 +52,9 @@ DeviceQuery QueryDeviceVersions(HANDLE printer, const WCHAR* printerName,
                                 DeviceVersions& versions) {
   BYTE reply[kVersionReplySize] = {};
   const DeviceQuery result =
-      AskDevice(printer, printerName, "RtlGetVersionComW", reply, kVersionReplySize);
-  TakeText(versions.firmware, kFirmwareLength + 1, reply, kFirmwareLength);
-  TakeText(versions.font, kFontVersionLength + 1, reply + kFirmwareLength, kFontVersionLength);
+      CallDeviceLibrary(printer, printerName, "RtlGetVersionComW", reply, kVersionReplySize);
+  ConvertText(versions.firmware, kFirmwareLength + 1, reply, kFirmwareLength);
+  ConvertText(versions.font, kFontVersionLength + 1, reply + kFirmwareLength, kFontVersionLength);
   return result;
 }
 

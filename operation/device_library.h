@@ -1,5 +1,5 @@
-// Questions to the printer, answered by the device communication library of the driver package. The
-// library is loaded for each question and freed before the answer is given.
+// Queries to the printer through the device communication library of the driver package
+// (QM610rLIB.DLL). Each query loads the library and frees it before it returns.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-enum class DeviceQuery { kAnswered, kNoLibrary, kNoEntryPoint, kFailed };
+enum class DeviceQuery { kSucceeded, kNoLibrary, kNoEntryPoint, kFailed };
 
 constexpr int kModeReplySize = 30;
 constexpr int kVersionReplySize = 50;
@@ -16,7 +16,7 @@ constexpr int kFirmwareLength =
     16;  // characters of code page 932, from the start of the version reply
 constexpr int kFontVersionLength = 8;  // behind them
 
-// What the printer told of itself; codes that it left out are 0xFF.
+// The printer's state; a code missing in the reply is 0xFF.
 struct DeviceMode {
   uint8_t densityCode;  // 0: 203 dpi
   uint8_t modeCode;     // 0 tear-off, 1 continuous, 2 peel

@@ -1,4 +1,4 @@
-// The page of the printer's mode and head density, which asks the printer itself.
+// The device page: the printer's mode and head density, and the queries to the printer.
 #include "driver/text.h"
 #include "operation/device_library.h"
 #include "operation/operation_options.h"
@@ -38,7 +38,8 @@ void FillPage(HWND page, DriverUiData& session) {
   LockControls(page, IDD_DEVICE, session.permission != FALSE);
 }
 
-// A warning that a value of the printer changed, of two texts.
+// Shows a warning that a value of the printer changed. Its text is that of `what` followed by that
+// of `check`.
 void WarnOfChange(HWND page, UINT what, UINT check) {
   WCHAR caption[128];
   GetWindowTextW(page, caption, 128);
@@ -57,10 +58,10 @@ void ShowLibraryError(HWND page, DeviceQuery result) {
   }
 }
 
-// Takes what the printer told; codes that it does not know leave the field.
-void TakeMode(PrinterSettingsPart& printer, const DeviceMode& told) {
-  if (told.densityCode == kDensity203Code) printer.HeadDensity = 203;
-  if (told.modeCode <= kPeelMode) printer.Mecha = told.modeCode;
+// Copies the reply to the settings. Unknown codes leave their field unchanged.
+void ApplyDeviceMode(PrinterSettingsPart& printer, const DeviceMode& reply) {
+  if (reply.densityCode == kDensity203Code) printer.HeadDensity = 203;
+  if (reply.modeCode <= kPeelMode) printer.Mecha = reply.modeCode;
 }
 
 void QueryMode(HWND page, DriverUiData& session) {
@@ -68,15 +69,15 @@ void QueryMode(HWND page, DriverUiData& session) {
   const uint16_t density = printer.HeadDensity;
   const uint16_t mode = printer.Mecha;
   SetWaitCursor(true);
-  DeviceMode told = {};
-  const DeviceQuery result = QueryDeviceMode(session.printer, session.printerName, told);
+  DeviceMode reply = {};
+  const DeviceQuery result = QueryDeviceMode(session.printer, session.printerName, reply);
   ShowLibraryError(page, result);
-  if (result == DeviceQuery::kAnswered) {
-    TakeMode(printer, told);
+  if (result == DeviceQuery::kSucceeded) {
+    ApplyDeviceMode(printer, reply);
     MarkPageChanged(page);
   }
   SetWaitCursor(false);
-  if (result != DeviceQuery::kAnswered) {
+  if (result != DeviceQuery::kSucceeded) {
     ShowMessage(page, IDS_QUERY_FAILED, MB_ICONHAND);
     return;
   }
@@ -91,7 +92,7 @@ void QueryVersions(HWND page, DriverUiData& session) {
   SetWaitCursor(true);
   DeviceVersions versions = {};
   const DeviceQuery result = QueryDeviceVersions(session.printer, session.printerName, versions);
-  if (result == DeviceQuery::kAnswered) {
+  if (result == DeviceQuery::kSucceeded) {
     SetDlgItemTextW(page, IDC_DEVICE_FIRMWARE_VERSION, versions.firmware);
     SetDlgItemTextW(page, IDC_DEVICE_FONT_VERSION, versions.font);
   } else {

@@ -15,8 +15,9 @@ bool IsConnection(const WCHAR* printerName) {
   return printerName != nullptr && printerName[0] == '\\' && printerName[1] == '\\';
 }
 
-// The name of a printer connection, \\server\printer, holds what separates keys: it stands as one
-// key, with commas, as the system itself names connections (",,server,printer").
+// Writes the name of the PrinterDriverData key of a printer. A backslash separates keys, so the
+// name of a printer connection, \\server\printer, is written with commas, as the system itself does
+// (",,server,printer").
 void PrinterKey(WCHAR (&key)[kKeyLength], const WCHAR* printerName) {
   WCHAR* name = key + CopyText(key, TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\"));
   AppendText(key, printerName);
@@ -26,9 +27,9 @@ void PrinterKey(WCHAR (&key)[kKeyLength], const WCHAR* printerName) {
 
 }  // namespace
 
-DWORD ReadSyncPrint(const WCHAR* printerName) {
+DWORD DeviceSettings::SyncPrint() const {
   WCHAR name[kKeyLength];
-  PrinterKey(name, printerName);
+  PrinterKey(name, printerName_);
   HKEY opened = nullptr;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, name, 0, KEY_READ, &opened) != ERROR_SUCCESS) return 0;
   const RegistryKey key(opened);
@@ -40,15 +41,15 @@ DWORD ReadSyncPrint(const WCHAR* printerName) {
   return result == ERROR_SUCCESS && type == REG_DWORD && size == sizeof(value) ? value : 0;
 }
 
-// The spooler takes each key below "Printers" for a local printer, so the key of a connection is
+// The spooler treats each key below "Printers" as a local printer, so the key of a connection is
 // never created.
-void WriteSyncPrint(const WCHAR* printerName, bool on) {
+void DeviceSettings::SetSyncPrint(bool on) const {
   constexpr REGSAM kAccess = KEY_READ | KEY_WRITE;
   WCHAR name[kKeyLength];
-  PrinterKey(name, printerName);
+  PrinterKey(name, printerName_);
   HKEY opened = nullptr;
   const LONG result =
-      IsConnection(printerName)
+      IsConnection(printerName_)
           ? RegOpenKeyExW(HKEY_LOCAL_MACHINE, name, 0, kAccess, &opened)
           : RegCreateKeyExW(HKEY_LOCAL_MACHINE, name, 0, nullptr, REG_OPTION_NON_VOLATILE, kAccess,
                             nullptr, &opened, nullptr);

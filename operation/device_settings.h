@@ -1,14 +1,23 @@
-// Printer-level values that are kept in the registry, below the printer's own key.
+// DeviceSettings: values of a printer in the registry, in the PrinterDriverData key of the printer.
 #pragma once
 
 #include <windows.h>
 
 namespace kestrel {
 
-// "SyncPrint": 1 = each page is confirmed before the next is issued. 0 when it is absent,
-// unreadable or no REG_DWORD.
-DWORD ReadSyncPrint(const WCHAR* printerName);
-// Writes 1 or 0, creating the key when needed. Failures change nothing and are not told.
-void WriteSyncPrint(const WCHAR* printerName, bool on);
+class DeviceSettings {
+ public:
+  explicit DeviceSettings(const WCHAR* printerName) : printerName_(printerName) {}
+
+  // Returns the REG_DWORD "SyncPrint": 1 when the user confirms each page before the next one is
+  // issued. Returns 0 when the value is missing, unreadable or of another type.
+  DWORD SyncPrint() const;
+  // Stores 1 or 0 and creates the key when needed, except for a connection to another computer's
+  // printer. Failures are not reported.
+  void SetSyncPrint(bool on) const;
+
+ private:
+  const WCHAR* printerName_;
+};
 
 }  // namespace kestrel

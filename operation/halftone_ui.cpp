@@ -17,8 +17,8 @@ using ColorAdjustmentProc = LONG(WINAPI*)(LPWSTR callerTitle, HANDLE defaultDib,
                                           BOOL updatePermission);
 using DeviceAdjustmentProc = LONG(WINAPI*)(LPWSTR deviceName, DEVHTADJDATA* data);
 
-// Calls a function of the system's library with a copy of the printer's name as its title. -1 when
-// there is none.
+// Calls a function of htui.dll with a copy of the printer's name as its title. Returns -1 when the
+// library or the function is missing.
 template <typename Proc, typename Call>
 LONG CallLibrary(const char* entry, const WCHAR* printerName, Call call) {
   const Module library = LoadSystemLibrary(TEXT("htui.dll"));
@@ -33,7 +33,7 @@ LONG CallLibrary(const char* entry, const WCHAR* printerName, Call call) {
 
 LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission) {
   COLORADJUSTMENT adjustment = block.Record.Private.ColorAdjust;
-  // A backup may bring another size, which the dialog does not take.
+  // A backup file may have set another size, which the dialog rejects.
   adjustment.caSize = sizeof(adjustment);
   const LONG result = CallLibrary<ColorAdjustmentProc>(
       "HTUI_ColorAdjustmentW", printerName, [&](ColorAdjustmentProc adjust, WCHAR* title) {

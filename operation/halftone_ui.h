@@ -1,4 +1,5 @@
-// The system's halftone dialogs. Their library is loaded for the duration of a call.
+// The system's colour adjustment and halftone dialogs. Their library (htui.dll) is loaded for the
+// duration of each call.
 #pragma once
 
 #include <windows.h>
@@ -7,12 +8,13 @@
 
 namespace kestrel {
 
-// Shows the colour adjustment dialog for monochrome printing on ColorAdjust. Answers its result (1
-// or more: changed), -1 when the library or the function is missing; the block changes only with a
-// result of 1 or more.
+// Shows the colour adjustment dialog for monochrome printing with ColorAdjust. Returns the dialog's
+// result, or -1 when the library or its function is missing. The block changes only when the result
+// is 1 or more.
 LONG AdjustColor(DriverSettingsBlock& block, const WCHAR* printerName, bool permission);
 
-// The same for the device halftone dialog on HTInfo; without permission it only shows HTInfo.
+// Shows the device halftone dialog with HTInfo, in the same way. Without permission the dialog is
+// read-only.
 LONG AdjustHalftone(DriverSettingsBlock& block, const WCHAR* printerName, bool permission);
 
 }  // namespace kestrel

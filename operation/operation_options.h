@@ -1,4 +1,4 @@
-// The choices of the operation page and the device settings page.
+// The lists of the operation page and the device page.
 #pragma once
 
 #include "paper/fields/option_table.h"
@@ -7,7 +7,7 @@ namespace kestrel {
 
 const OptionTable& SpeedOptions();
 const OptionTable& SensorOptions();
-// The feed modes of a printer mode; an unknown mode has those of tear-off.
+// Returns the feed modes of a PrinterMode; those of tear-off for an unknown mode.
 const OptionTable& FeedModeOptions(int printerMode);
 const OptionTable& PrinterModeOptions();
 const OptionTable& DensityOptions();

@@ -1,4 +1,5 @@
-// The page of print speed, sensor, colour, precedence and page-by-page confirmation.
+// The operation page: print speed, sensor, feed mode, colour, dithering, precedence of the driver's
+// settings, and page-by-page confirmation.
 #include "driver/text.h"
 #include "operation/administrator.h"
 #include "operation/device_settings.h"
@@ -30,14 +31,14 @@ constexpr HelpRow kHelp[] = {
     Plain(IDC_OPERATION_COMPULSORY, IDS_HELP_OPERATION_COMPULSORY),
 };
 
-// The feed-mode list is described by the printer's mode.
+// Help for the feed-mode list, by PrinterMode.
 constexpr HelpRow kFeedModeHelp[] = {
     Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_TEAR_OFF),
     Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_CONTINUOUS),
     Plain(IDC_OPERATION_FEED_MODE, IDS_HELP_OPERATION_FEED_PEEL),
 };
 
-// In the order of the values of Dither; without any of them Dither is the last.
+// By the value of Dither. When none is checked, Dither becomes the last value.
 constexpr int kDitherRadios[] = {IDC_OPERATION_DITHER_NONE, IDC_OPERATION_DITHER_PHOTO_203,
                                  IDC_OPERATION_DITHER_PHOTO_305, IDC_OPERATION_DITHER_ILLUSTRATION};
 constexpr int kDitherCount = 4;
@@ -70,7 +71,7 @@ void FillPage(HWND page, DriverUiData& session) {
   PrivateDevMode& settings = session.settings->Record.Private;
   SetDlgItemTextW(page, IDC_HELP_TEXT, kFirstHelpPosition);
   FillLists(page, session);
-  const DWORD syncPrint = ReadSyncPrint(session.printerName);
+  const DWORD syncPrint = DeviceSettings(session.printerName).SyncPrint();
   settings.nTSMode = static_cast<int16_t>(syncPrint);
   Check(page, IDC_OPERATION_SYNC_PRINT, syncPrint != 0);
   for (int i = 0; i < kDitherCount; ++i) Check(page, kDitherRadios[i], settings.Dither == i);
@@ -92,7 +93,7 @@ void ReadPage(HWND page, DriverUiData& session) {
   settings.nMoveMode = SelectedOption(page, IDC_OPERATION_FEED_MODE,
                                       FeedModeOptions(session.settings->Printer.Mecha));
   settings.nTSMode = Checked(page, IDC_OPERATION_SYNC_PRINT) ? 1 : 0;
-  WriteSyncPrint(session.printerName, settings.nTSMode != 0);
+  DeviceSettings(session.printerName).SetSyncPrint(settings.nTSMode != 0);
   int16_t dither = 0;
   while (dither < kDitherCount - 1 && !Checked(page, kDitherRadios[dither])) ++dither;
   settings.Dither = dither;

@@ -1,6 +1,6 @@
-// The module's activation context: pages created within one get version 6 of the common controls,
-// as the module's manifest asks for. Windows 2000 has no such contexts, so their functions are
-// found at run time; without them, or without the manifest, everything here does nothing.
+// The activation context of the module's manifest. Pages created while it is active use version 6
+// of the common controls. Windows 2000 has no activation contexts, so their functions are loaded at
+// run time; without them or without the manifest, pages use the default version.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace kestrel {
 
-// Owns the context of the module's manifest.
+// Creates the context of the module's manifest, and releases it in the destructor.
 class ActivationContext {
  public:
   ActivationContext() : kernel_(LoadSystemLibrary(TEXT("kernel32.dll"))) {
@@ -33,14 +33,14 @@ class ActivationContext {
   ActivationContext(const ActivationContext&) = delete;
   ActivationContext& operator=(const ActivationContext&) = delete;
 
-  // Answers what a call answers that is made within the context.
+  // Calls call() while the context is active and returns its result.
   template <typename Call>
-  auto Within(Call call) const {
+  auto CallWithin(Call call) const {
     ULONG_PTR cookie = 0;
     const bool active = context_ != INVALID_HANDLE_VALUE && activate_(context_, &cookie);
-    const auto answer = call();
+    const auto result = call();
     if (active) deactivate_(0, cookie);
-    return answer;
+    return result;
   }
 
  private:

@@ -1,4 +1,4 @@
-// The data of one property-sheet session. It lives zero-filled in a private heap of its own.
+// The data of one property-sheet session. It is allocated zero-filled in a private heap of its own.
 #pragma once
 
 #include <windows.h>
@@ -34,7 +34,7 @@ enum PageKind : int {
 
 enum PageFlag : DWORD { kPageHasHelp = 1, kPageIconById = 2, kPageUsesInstance = 4 };
 
-// Bits that give or take CPSUIF_UPDATE_PERMISSION on pages that are not the driver's own.
+// Grants or withdraws CPSUIF_UPDATE_PERMISSION on pages other than kPageDialog.
 enum PermissionFlag : DWORD { kGrantPermission = 1, kWithdrawPermission = 2 };
 
 struct PageEntry {
@@ -52,7 +52,7 @@ struct PageEntry {
   DWORD permissionFlags;  // PermissionFlag bits
 };
 
-enum TableErrorCode : int {
+enum TableError : int {
   kTableOk = 0,
   kItemTableFull = 1,
   kTypeTableFull = 2,
@@ -61,12 +61,12 @@ enum TableErrorCode : int {
   kHalftoneTableFull = 5,
   kCheckBoxTableFull = 6,
   kPushTableFull = 7,
-  kParamsOwed = 8,
+  kParamsMissing = 8,
   kNoSuchItem = 9,
   kTablesClosed = 256,
 };
 
-// One halftone set-up entry; the table has a capacity but no add operation.
+// An entry of the halftone table, which has a capacity but no add operation.
 struct HalftoneSetup {
   DEVHTINFO info;
   COLORADJUSTMENT adjustment;
@@ -77,7 +77,7 @@ struct FixedTable {
   T* start;
   int capacity;
   int used;
-  int calls;  // add calls, successful or not
+  int calls;  // number of add calls, failed ones included
 };
 
 struct OptItemTables {
@@ -88,8 +88,8 @@ struct OptItemTables {
   FixedTable<HalftoneSetup> halftones;
   FixedTable<EXTCHKBOX> checkBoxes;
   FixedTable<EXTPUSH> pushes;
-  int owedParams;
-  int firstItem;  // of the page being built
+  int missingParams;  // OPTPARAMs that the last OPTTYPE still lacks; always 0 here
+  int firstItem;      // index of the first item of the page being built
 };
 
 struct TableBases {
@@ -100,7 +100,7 @@ struct TableBases {
 constexpr DWORD kMayStorePrinterPart = 1;  // session flag
 
 struct DriverUiData {
-  DriverUiData* self;  // with size and selfEnd the marks of a valid session
+  DriverUiData* self;  // self, size and selfEnd identify a valid session (IsValidUiSession)
   ULONG_PTR size;
   int pageCount;
   PageEntry pages[kPageCapacity];
@@ -111,8 +111,8 @@ struct DriverUiData {
   WCHAR helpFile[kPageTextLength];
   BOOL permission;
   SessionMode mode;
-  DriverSettingsBlock* settings;  // the working block below
-  int tableError;                 // TableErrorCode
+  DriverSettingsBlock* settings;  // &block
+  int tableError;                 // TableError
   HANDLE sessionHeap;
   HANDLE tableHeap;
   DriverSettingsBlock block;

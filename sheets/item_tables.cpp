@@ -11,7 +11,8 @@ constexpr WORD kHeaderName = 64734;  // "none", a string of the common property-
 constexpr LONG kHeaderIcon = 64000;  // IDI_CPSUI_EMPTY
 constexpr int kErrorTextLength = 64;
 
-// Lays tables one behind the other: first to add up their size, then to place them.
+// Places tables one after another in a block, each at its alignment. Without a block it only adds
+// up their size.
 class BlockLayout {
  public:
   explicit BlockLayout(BYTE* block) : block_(block) {}
@@ -30,11 +31,11 @@ class BlockLayout {
   size_t size_ = 0;
 };
 
-size_t LayTables(const TableBases& bases, int ownPages, BYTE* block, OptItemTables& tables) {
+size_t PlaceTables(const TableBases& bases, int dialogPages, BYTE* block, OptItemTables& tables) {
   BlockLayout layout(block);
-  layout.Place(tables.items, bases.items + ownPages);
-  layout.Place(tables.types, bases.types + ownPages);
-  layout.Place(tables.params, bases.params + ownPages);
+  layout.Place(tables.items, bases.items + dialogPages);
+  layout.Place(tables.types, bases.types + dialogPages);
+  layout.Place(tables.params, bases.params + dialogPages);
   layout.Place(tables.texts, bases.texts, static_cast<size_t>(bases.textLength));
   layout.Place(tables.halftones, bases.halftones);
   layout.Place(tables.checkBoxes, bases.checkBoxes);
@@ -42,7 +43,7 @@ size_t LayTables(const TableBases& bases, int ownPages, BYTE* block, OptItemTabl
   return layout.size();
 }
 
-int CountOwnPages(const DriverUiData& session) {
+int CountDialogPages(const DriverUiData& session) {
   int count = 0;
   for (int page = 0; page < session.pageCount; ++page) {
     if (session.pages[page].kind == kPageDialog) ++count;
@@ -50,10 +51,11 @@ int CountOwnPages(const DriverUiData& session) {
   return count;
 }
 
-// The next slot of a table, or null with the error set when it is full. Every call counts.
+// Returns the next free slot of a table, or null when an error is set. Sets the error `full` when
+// the table has no free slot. Counts every call.
 template <typename T>
-T* TakeSlot(DriverUiData& session, FixedTable<T>& table, TableErrorCode full,
-            size_t unitsPerElement = 1) {
+T* AllocateSlot(DriverUiData& session, FixedTable<T>& table, TableError full,
+                size_t unitsPerElement = 1) {
   ++table.calls;
   if (session.tableError != kTableOk) return nullptr;
   if (table.used >= table.capacity) {
@@ -73,9 +75,9 @@ OPTITEM* FindItem(OptItemTables& tables, BYTE publicId) {
 }  // namespace
 
 bool AllocateItemTables(DriverUiData& session) {
-  const int ownPages = CountOwnPages(session);
+  const int dialogPages = CountDialogPages(session);
   OptItemTables tables = {};
-  const size_t size = LayTables(session.bases, ownPages, nullptr, tables);
+  const size_t size = PlaceTables(session.bases, dialogPages, nullptr, tables);
   HANDLE heap = HeapCreate(0, size, 0);
   if (heap == nullptr) return false;
   void* block = HeapAlloc(heap, HEAP_ZERO_MEMORY, size);
@@ -83,7 +85,7 @@ bool AllocateItemTables(DriverUiData& session) {
     HeapDestroy(heap);
     return false;
   }
-  LayTables(session.bases, ownPages, static_cast<BYTE*>(block), tables);
+  PlaceTables(session.bases, dialogPages, static_cast<BYTE*>(block), tables);
   session.tables = tables;
   session.tableHeap = heap;
   session.tableError = kTableOk;
@@ -92,22 +94,22 @@ bool AllocateItemTables(DriverUiData& session) {
 
 void AddOptItem(DriverUiData& session, const OPTITEM& item) {
   FixedTable<OPTITEM>& items = session.tables.items;
-  const bool owed = session.tableError == kTableOk && items.used < items.capacity &&
-                    session.tables.owedParams != 0;
-  if (owed) session.tableError = kParamsOwed;
-  if (OPTITEM* slot = TakeSlot(session, items, kItemTableFull)) *slot = item;
+  const bool incomplete = session.tableError == kTableOk && items.used < items.capacity &&
+                          session.tables.missingParams != 0;
+  if (incomplete) session.tableError = kParamsMissing;
+  if (OPTITEM* slot = AllocateSlot(session, items, kItemTableFull)) *slot = item;
 }
 
 LPWSTR AddItemText(DriverUiData& session, const WCHAR* text) {
   if (text != nullptr && IS_INTRESOURCE(text)) return const_cast<LPWSTR>(text);
   const auto slotLength = static_cast<size_t>(session.bases.textLength);
-  WCHAR* slot = TakeSlot(session, session.tables.texts, kTextTableFull, slotLength);
+  WCHAR* slot = AllocateSlot(session, session.tables.texts, kTextTableFull, slotLength);
   if (slot != nullptr) CopyText(slot, slotLength, text);
   return slot;
 }
 
 PEXTCHKBOX AddExtCheckBox(DriverUiData& session, const CheckBoxDescription& description) {
-  EXTCHKBOX* box = TakeSlot(session, session.tables.checkBoxes, kCheckBoxTableFull);
+  EXTCHKBOX* box = AllocateSlot(session, session.tables.checkBoxes, kCheckBoxTableFull);
   if (box == nullptr) return nullptr;
   box->cbSize = sizeof(EXTCHKBOX);
   box->Flags = description.flags;
@@ -119,7 +121,7 @@ PEXTCHKBOX AddExtCheckBox(DriverUiData& session, const CheckBoxDescription& desc
 }
 
 PEXTPUSH AddExtPush(DriverUiData& session, const PushDescription& description) {
-  EXTPUSH* push = TakeSlot(session, session.tables.pushes, kPushTableFull);
+  EXTPUSH* push = AllocateSlot(session, session.tables.pushes, kPushTableFull);
   if (push == nullptr) return nullptr;
   push->cbSize = sizeof(EXTPUSH);
   push->Flags = description.flags;
@@ -205,7 +207,7 @@ ErrorText DescribeError(const DriverUiData& session) {
       return {TEXT("ExtCheckBoxTable OverFlow!!\n( %d )"), tables.checkBoxes.calls};
     case kPushTableFull:
       return {TEXT("ExtPushButtonTable OverFlow!!\n( %d )"), tables.pushes.calls};
-    case kParamsOwed:
+    case kParamsMissing:
       return {TEXT("NotEqual AddParam!!\n"), 0};
     case kNoSuchItem:
       return {TEXT("Invalid Parameter!!\n"), 0};

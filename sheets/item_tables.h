@@ -3,9 +3,9 @@
 // The only production caller is CreateUiSession, which adds one header item per page: the module's
 // pages are dialogs, and a COMPROPSHEETUI must have at least one OPTITEM. The remaining operations
 // serve the page kinds that the library draws itself from OPTITEM trees. They are complete because
-// the tables share one contract: capacities are fixed when the session is created, the first failing
-// operation sets tableError, and later ones only count their calls. A page of those kinds would work
-// without a change here.
+// the tables share one contract: capacities are fixed when the session is created, the first
+// failing operation sets tableError, and later ones only count their calls. A page of those kinds
+// would work without a change here.
 #pragma once
 
 #include <windows.h>
@@ -14,12 +14,12 @@
 
 namespace kestrel {
 
-// Creates the tables of a session as one zero-filled block of a private heap of their own, by its
-// base capacities and the number of its own dialog pages. False when there is no memory; nothing is
-// left behind then.
+// Allocates the tables of a session as one zero-filled block in a private heap. The capacities are
+// session.bases; items, types and params get one more for each page of kind kPageDialog. Returns
+// false and allocates nothing when out of memory.
 bool AllocateItemTables(DriverUiData& session);
 
-// A check box or push button beside an item. Texts may be resource ids (MAKEINTRESOURCE).
+// A check box or push button next to an item. Texts may be resource ids (MAKEINTRESOURCE).
 struct CheckBoxDescription {
   WORD flags;  // ECBF_ of EXTCHKBOX
   const WCHAR* title;
@@ -37,7 +37,7 @@ struct ItemDescription {
   BYTE level;
   const WCHAR* name;  // a text or a resource id
   DWORD helpIndex;
-  const CheckBoxDescription* checkBox;  // at most one of the two; null: none
+  const CheckBoxDescription* checkBox;  // null for none; at most one of checkBox and push
   const PushDescription* push;
 };
 
@@ -56,27 +56,31 @@ enum ItemState : unsigned {
   kItemTypeDisabled = 0x200,
 };
 
-// Adds a copy of an item.
+// Adds a copy of an item. Sets an error when the table is full or the last type lacks parameters.
 void AddOptItem(DriverUiData& session, const OPTITEM& item);
-// A copy of a text in the text table, cut to a slot; a resource id is answered as it is and takes
-// no slot. Null when the table is full or an error stands.
+// Copies a text to the text table, truncated to the size of a slot, and returns the copy. Returns a
+// resource id unchanged, without using a slot. Returns null when the table is full or an error is
+// set.
 LPWSTR AddItemText(DriverUiData& session, const WCHAR* text);
-// Null when their table is full or an error stands.
+// Each returns null when its table is full or an error is set.
 PEXTCHKBOX AddExtCheckBox(DriverUiData& session, const CheckBoxDescription& description);
 PEXTPUSH AddExtPush(DriverUiData& session, const PushDescription& description);
 
-// An item by its description, with its texts and extension added to the tables. The item itself is
-// not added.
+// Returns an item made from a description. Adds its texts and its check box or push button to the
+// tables, but not the item itself.
 OPTITEM ComposeItem(DriverUiData& session, const ItemDescription& description, BYTE publicId,
                     SelectionMode mode, LONG selection);
 
-// Changes selection and state (ItemState bits) of the first item with a DMPubID.
+// Sets the selection and adds state (ItemState bits) of the first item with a DMPubID. Sets the
+// error kNoSuchItem when there is none. Does nothing while an error is set.
 void SetItemState(DriverUiData& session, BYTE publicId, LONG selection, unsigned state);
 
-// The item without a type that heads a page; the library asks for one in each COMPROPSHEETUI.
+// Adds the header item of a page, an item without a type: a COMPROPSHEETUI must have one item at
+// least.
 void AddPageHeaderItem(DriverUiData& session, BYTE publicId);
 
-// Whether the tables are free of errors; else a message box names the error.
+// Returns true when no error is set. Otherwise shows a message box with the error, except for
+// kTablesClosed.
 bool ReportTableError(const DriverUiData& session);
 
 }  // namespace kestrel

@@ -7,14 +7,14 @@
 namespace kestrel {
 namespace {
 
-struct MessageOverride {
+struct MessageText {
   UINT id;
   const WCHAR* text;
 };
 
-// Texts that take precedence over the string table, which holds others under the same ids that
-// nobody is shown: a change of one of these texts belongs here. Ended by id 0.
-constexpr MessageOverride kMessageOverrideTable[] = {
+// Texts that replace those of the string table with the same ids, which are never shown. To change
+// one of these texts, change it here. Ends with id 0.
+constexpr MessageText MessageOverrideTable[] = {
     {IDS_PRINTABLE_WIDTH_WRONG, TEXT("用紙幅の設定が間違っています。\n《印字可能領域のラベル左端と"
                                      "幅を加算した値がラベル幅より\n"
                                      "大きいです。》")},
@@ -43,7 +43,7 @@ constexpr int kCaptionLength = 260;
 
 int LoadMessageText(UINT id, WCHAR* text, size_t n) {
   if (n == 0) return 0;
-  for (const MessageOverride* entry = kMessageOverrideTable; entry->id != 0; ++entry) {
+  for (const MessageText* entry = MessageOverrideTable; entry->id != 0; ++entry) {
     if (entry->id == id) return CopyText(text, n, entry->text);
   }
   const int length = LoadStringW(ModuleInstance(), id, text, static_cast<int>(n));

@@ -1,4 +1,4 @@
-// Message boxes and texts of the pages and dialogs.
+// Message texts and message boxes of the pages and dialogs.
 #pragma once
 
 #include <windows.h>
@@ -7,17 +7,18 @@
 
 namespace kestrel {
 
-// A message id's text: the override table's, else the string table's; cut to n - 1 units and
-// terminated, empty for an unknown id. Answers its length.
+// Copies the text of a message id, from MessageOverrideTable or else from the string table,
+// truncated to n - 1 units and terminated; an unknown id has the empty text. Returns the length.
 int LoadMessageText(UINT id, WCHAR* text, size_t n);
-// A message box over owner, captioned with its title. style is one of the MB_ICON styles.
+// Shows a message box over owner, with owner's title as its caption. style is one of the MB_ICON
+// styles.
 void ShowMessage(HWND owner, UINT id, UINT style);
 void ShowText(HWND owner, const WCHAR* text, UINT style);
-// Whether a text is empty or holds nothing but U+0020 and U+3000.
+// Returns true for a null text and for one that consists of U+0020 and U+3000 only.
 bool IsBlankText(const WCHAR* text);
-// The wait cursor, or the arrow again.
+// Sets the wait cursor, or the arrow when on is false.
 void SetWaitCursor(bool on);
 
-constexpr size_t kMessageLength = 512;  // units that hold every text of the string table
+constexpr size_t kMessageLength = 512;  // units; enough for every text of the string table
 
 }  // namespace kestrel

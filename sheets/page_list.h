@@ -1,13 +1,12 @@
-// Which pages a session shows, and in which order.
+// The pages of a session, in their order.
 #pragma once
 
 #include "sheets/driver_ui_data.h"
 
 namespace kestrel {
 
-// Fills the session's page list for a mode: the version page, followed in document sessions by the
-// pages of paper, operation, device, fonts and utilities. Also lets user-default sessions store the
-// printer part on OK.
+// Fills the session's page list: the version page, and, except in printer sessions, the paper,
+// operation, device, font and utility pages. Sets kMayStorePrinterPart.
 void BuildPageList(DriverUiData& session, SessionMode mode);
 
 }  // namespace kestrel

@@ -1,4 +1,5 @@
-// The six pages of the sheets. Each page defines its own procedure; the page list names them.
+// The dialog procedures of the six pages. Each is defined with its page and listed in
+// page_list.cpp.
 #pragma once
 
 #include <windows.h>

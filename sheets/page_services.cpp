@@ -30,8 +30,8 @@ BOOL MarkPageChanged(HWND page) {
 }
 
 bool ConfirmSheetResult(DriverUiData& session) {
-  const bool ownFirst = session.pageCount >= 1 && session.pages[0].kind == kPageDialog;
-  return ownFirst && session.comPropSheet != nullptr &&
+  const bool firstIsDialog = session.pageCount >= 1 && session.pages[0].kind == kPageDialog;
+  return firstIsDialog && session.comPropSheet != nullptr &&
          session.comPropSheet(session.comPropSheetHandle, CPSFUNC_SET_RESULT,
                               session.pageHandles[0], CPSUI_OK) > 0;
 }

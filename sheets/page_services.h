@@ -1,4 +1,4 @@
-// What a page may ask of its session.
+// The functions of a session that its pages use.
 #pragma once
 
 #include <windows.h>
@@ -8,18 +8,19 @@
 namespace kestrel {
 
 // Returns the session of a page window: the lParam of the PROPSHEETPAGE that the window stores in
-// DWLP_USER from WM_INITDIALOG on. A page that was added as COMPROPSHEETUI gets a PROPSHEETPAGE
-// too, whose lParam is the UserData (DLGPAGE). Null before WM_INITDIALOG, or when the session is no
-// longer valid.
+// DWLP_USER from WM_INITDIALOG on. A page that was added as COMPROPSHEETUI has a PROPSHEETPAGE
+// too; its lParam is the UserData (DLGPAGE). Returns null before WM_INITDIALOG and when the session
+// is no longer valid.
 DriverUiData* PageSession(HWND page);
 
-// Marks the sheet changed (PSM_CHANGED, from Windows 2000 on). Always TRUE.
+// Marks the sheet as changed (PSM_CHANGED) from Windows 2000 on. Always returns TRUE.
 BOOL MarkPageChanged(HWND page);
-// CPSFUNC_SET_RESULT with CPSUI_OK on the first page; whether compstui took it.
+// Reports CPSUI_OK for the first page (CPSFUNC_SET_RESULT). Returns true when compstui accepted it.
 bool ConfirmSheetResult(DriverUiData& session);
-// FillPublicFields with the session's printer.
+// Refreshes the public fields of the working block (FillPublicFields).
 void RefreshPublicFields(DriverUiData& session);
 
+// Returns true when session points to a session that has not been destroyed.
 bool IsValidUiSession(const DriverUiData* session);
 
 }  // namespace kestrel

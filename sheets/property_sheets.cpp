@@ -1,4 +1,4 @@
-// The two functions that the common property-sheet library calls back.
+// The two property-sheet functions that the common property-sheet library calls.
 #include <windows.h>
 #include <winddiui.h>
 
@@ -21,8 +21,8 @@ constexpr LONG kFailed = -1;
 constexpr WORD kPrinterTitle = 64717;    // string
 constexpr ULONG_PTR kSheetIcon = 64062;  // IDI_CPSUI_PRINTER
 
-LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry,
-                    const ActivationContext& activation) {
+LONG_PTR AddDialogPage(DriverUiData& session, const PageEntry& entry,
+                       const ActivationContext& activation) {
   PROPSHEETPAGEW page = {};
   page.dwSize = sizeof(page);
   if (entry.flags & kPageHasHelp) page.dwFlags |= PSP_HASHELP;
@@ -32,12 +32,13 @@ LONG_PTR AddOwnPage(DriverUiData& session, const PageEntry& entry,
   page.pszIcon = MAKEINTRESOURCEW(entry.iconId);
   page.pfnDlgProc = entry.procedure;
   page.lParam = reinterpret_cast<LPARAM>(&session);
-  HPROPSHEETPAGE handle = activation.Within([&page] { return CreatePropertySheetPageW(&page); });
+  HPROPSHEETPAGE handle =
+      activation.CallWithin([&page] { return CreatePropertySheetPageW(&page); });
   if (handle == nullptr) return 0;
-  const LONG_PTR answer = session.comPropSheet(
+  const LONG_PTR added = session.comPropSheet(
       session.comPropSheetHandle, CPSFUNC_ADD_HPROPSHEETPAGE, reinterpret_cast<LPARAM>(handle), 0);
-  if (answer == 0) DestroyPropertySheetPage(handle);
-  return answer;
+  if (added == 0) DestroyPropertySheetPage(handle);
+  return added;
 }
 
 LONG_PTR AddPageSheet(DriverUiData& session, int index) {
@@ -48,15 +49,15 @@ LONG_PTR AddPageSheet(DriverUiData& session, int index) {
 }
 
 bool AddPages(DriverUiData& session) {
-  const bool current = GetOsVersionCode() >= kOsXp;
+  const bool isXpOrLater = GetOsVersionCode() >= kOsXp;
   const ActivationContext activation;
   for (int index = 0; index < session.pageCount; ++index) {
     const PageEntry& entry = session.pages[index];
-    const bool direct = entry.kind == kPageDialog && (entry.flags != 0 || current);
-    const LONG_PTR answer =
-        direct ? AddOwnPage(session, entry, activation) : AddPageSheet(session, index);
-    if (answer == 0) return false;
-    session.pageHandles[index] = answer;
+    const bool direct = entry.kind == kPageDialog && (entry.flags != 0 || isXpOrLater);
+    const LONG_PTR added =
+        direct ? AddDialogPage(session, entry, activation) : AddPageSheet(session, index);
+    if (added == 0) return false;
+    session.pageHandles[index] = added;
   }
   return true;
 }
@@ -91,7 +92,7 @@ void StorePrinterPart(const DriverUiData& session, HANDLE printer, const WCHAR* 
 
 void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
   if (header.pdmOut == nullptr || (header.fMode & (DM_UPDATE | DM_COPY)) == 0) return;
-  // Without a name of its own the caller means the printer behind the handle.
+  // A header without a name refers to the printer of its handle.
   const WCHAR* name = header.pszPrinterName ? header.pszPrinterName : session.printerName;
   FillPublicFields(*session.settings, session.printer, name);
   CopySettingsRecord(header.pdmOut, *session.settings);
@@ -109,9 +110,10 @@ void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
   StorePrinterPart(session, header.hPrinter, session.printerName);
 }
 
-// The library reports a sheet that was refused as cancelled.
-void MarkRefused(DOCUMENTPROPERTYHEADER& header) { header.cbOut = kSheetNotOpened; }
-void MarkRefused(DEVICEPROPERTYHEADER&) {}  // cancelled and refused are the same to its caller
+// The library reports a sheet that did not open as cancelled, so the header has to say which it
+// was.
+void MarkNotOpened(DOCUMENTPROPERTYHEADER& header) { header.cbOut = kSheetNotOpened; }
+void MarkNotOpened(DEVICEPROPERTYHEADER&) {}  // PrinterProperties treats both alike
 LPWSTR SheetTitle(const DOCUMENTPROPERTYHEADER&) { return const_cast<LPWSTR>(TEXT("")); }
 LPWSTR SheetTitle(const DEVICEPROPERTYHEADER&) { return MAKEINTRESOURCEW(kPrinterTitle); }
 
@@ -121,7 +123,7 @@ LONG HandleSheet(PROPSHEETUI_INFO& info, LPARAM parameter) {
   if (header == nullptr) return kFailed;
   if (info.Reason == PROPSHEETUI_REASON_INIT) {
     const LONG started = StartSheet(info, CreateUiSession(header));
-    if (started != kDone) MarkRefused(*header);
+    if (started != kDone) MarkNotOpened(*header);
     return started;
   }
   auto* session = reinterpret_cast<DriverUiData*>(info.UserData);

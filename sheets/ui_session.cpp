@@ -14,10 +14,10 @@ namespace {
 
 constexpr BYTE kFirstHeaderId = DMPUB_USER;
 
-// What the two kinds of headers say alike.
+// The values that a session needs from either kind of header.
 struct SessionStart {
   HANDLE printer;
-  const WCHAR* name;  // null: asked of the printer
+  const WCHAR* name;  // null: the name is queried from the printer
   SessionMode mode;
   bool permission;
   const DEVMODEW* input;
@@ -40,7 +40,7 @@ DriverUiData* AllocateSession() {
   return session;
 }
 
-// Windows 2000's Printers folder asks for the user's defaults with the mode of a document.
+// The Printers folder of Windows 2000 opens the user's defaults with the mode of a document.
 bool IsPrintersFolder(const DOCUMENTPROPERTYHEADER& header) {
   if (GetOsVersionCode() != kOsWindows2000 || header.pdmIn != header.pdmOut || header.cbOut != 0) {
     return false;
@@ -61,9 +61,7 @@ SessionMode DocumentMode(const DOCUMENTPROPERTYHEADER& header) {
   return IsPrintersFolder(header) ? kUserDefaultSession : kDocumentSession;
 }
 
-bool KeepsFonts(SessionMode mode) {
-  return mode == kDocumentSession || mode == kUserDefaultSession;
-}
+bool HasFonts(SessionMode mode) { return mode == kDocumentSession || mode == kUserDefaultSession; }
 
 void ReadBackupName(const DriverUiData& session, const WCHAR* value,
                     WCHAR (&name)[kBackupNameLength]) {
@@ -77,11 +75,11 @@ void LoadBackupNames(DriverUiData& session) {
 }
 
 void BuildDialogPage(DLGPAGE& page, const PageEntry& entry) {
-  const bool own = entry.kind == kPageDialog;
+  const bool isDialog = entry.kind == kPageDialog;
   page.cbSize = sizeof(DLGPAGE);
-  page.DlgProc = own ? entry.procedure : nullptr;
-  page.pTabName = own ? nullptr : const_cast<LPWSTR>(entry.tabTitle);
-  page.DlgTemplateID = own ? entry.templateId : DP_STD_TREEVIEWPAGE;
+  page.DlgProc = isDialog ? entry.procedure : nullptr;
+  page.pTabName = isDialog ? nullptr : const_cast<LPWSTR>(entry.tabTitle);
+  page.DlgTemplateID = isDialog ? entry.templateId : DP_STD_TREEVIEWPAGE;
 }
 
 WORD SheetFlags(const DriverUiData& session, const PageEntry& entry) {
@@ -97,7 +95,7 @@ WORD SheetFlags(const DriverUiData& session, const PageEntry& entry) {
 
 void BuildPageSheet(DriverUiData& session, int index) {
   PageEntry& entry = session.pages[index];
-  const bool own = entry.kind == kPageDialog;
+  const bool isDialog = entry.kind == kPageDialog;
   BuildDialogPage(session.dialogPages[index], entry);
   const FixedTable<OPTITEM>& items = session.tables.items;
 
@@ -105,20 +103,20 @@ void BuildPageSheet(DriverUiData& session, int index) {
   sheet.cbSize = sizeof(COMPROPSHEETUI);
   sheet.Flags = SheetFlags(session, entry);
   sheet.hInstCaller = ModuleInstance();
-  sheet.pCallerName = own ? const_cast<LPWSTR>(TEXT("")) : entry.callerName;
+  sheet.pCallerName = isDialog ? const_cast<LPWSTR>(TEXT("")) : entry.callerName;
   sheet.UserData = reinterpret_cast<ULONG_PTR>(&session);
   sheet.pHelpFile = session.helpFile;
-  sheet.pfnCallBack = own ? nullptr : entry.callback;
+  sheet.pfnCallBack = isDialog ? nullptr : entry.callback;
   sheet.pOptItem = items.start + session.tables.firstItem;
   sheet.cOptItem = static_cast<WORD>(items.used - session.tables.firstItem);
-  if (own || entry.kind == kPageTreeView) {
+  if (isDialog || entry.kind == kPageTreeView) {
     sheet.pDlgPage = &session.dialogPages[index];
     sheet.cDlgPage = 1;
   } else {
     sheet.pDlgPage = reinterpret_cast<PDLGPAGE>(static_cast<ULONG_PTR>(entry.kind));
   }
-  sheet.IconID = own ? 0 : entry.sheetIconId;
-  sheet.pOptItemName = own ? const_cast<LPWSTR>(TEXT("")) : entry.itemName;
+  sheet.IconID = isDialog ? 0 : entry.sheetIconId;
+  sheet.pOptItemName = isDialog ? const_cast<LPWSTR>(TEXT("")) : entry.itemName;
   sheet.CallerVersion = kDriverVersion;
 }
 
@@ -153,7 +151,7 @@ bool FillSession(DriverUiData& session, const SessionStart& start) {
   }
   if (session.pageCount > kPageCapacity) session.pageCount = kPageCapacity;
   if (!AllocateItemTables(session)) return false;
-  if (KeepsFonts(session.mode)) {
+  if (HasFonts(session.mode)) {
     if (!LoadSessionFonts(session)) return false;
     LoadBackupNames(session);
   }
@@ -185,10 +183,10 @@ DriverUiData* CreateUiSession(const DEVICEPROPERTYHEADER* header) {
 }
 
 void DestroyUiSession(DriverUiData* session) {
-  if (KeepsFonts(session->mode)) FreeSessionFonts(*session);
+  if (HasFonts(session->mode)) FreeSessionFonts(*session);
   if (session->tableHeap != nullptr) HeapDestroy(session->tableHeap);
   HANDLE heap = session->sessionHeap;
-  // A stale pointer must not pass for a session should the memory be mapped still.
+  // Invalidate the session in case its memory stays mapped and a stale pointer is checked.
   session->self = nullptr;
   HeapDestroy(heap);
 }

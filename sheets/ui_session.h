@@ -1,4 +1,4 @@
-// Makes and destroys the session of a property sheet.
+// Creation and destruction of the session of a property sheet.
 #pragma once
 
 #include <windows.h>
@@ -8,12 +8,13 @@
 
 namespace kestrel {
 
-// A session for a document's or a printer's sheet, filled and with its item tables closed; null
-// when the header is missing, memory is short or the item tables overflow. Nothing is left behind
-// then.
+// Creates the session of a document's or a printer's sheet, with its settings resolved and its
+// pages built. Returns null when header is null, when out of memory, or when the item tables
+// overflow.
 DriverUiData* CreateUiSession(const DOCUMENTPROPERTYHEADER* header);
 DriverUiData* CreateUiSession(const DEVICEPROPERTYHEADER* header);
 
+// Frees a session and everything that it owns. The pointer is invalid afterwards.
 void DestroyUiSession(DriverUiData* session);
 
 }  // namespace kestrel

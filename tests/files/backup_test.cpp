@@ -141,7 +141,7 @@ TEST_F(BackupTest, ForeignFilesAreRefused) {
     EXPECT_FALSE(Load());
     EXPECT_EQ(Shown(), shown);
     EXPECT_EQ(BytesOf(block_), before);
-    EXPECT_EQ(ReadSyncPrint(kPrinter), 0u);
+    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), 0u);
   }
 }
 
@@ -167,13 +167,13 @@ TEST_F(BackupTest, LinesAreReadByTheirRules) {
       sync |= record == &block_ && offset == 434 && value != 0;
       Put<int16_t>(record, offset, 98);
     }
-    WriteSyncPrint(kPrinter, !sync);
+    DeviceSettings(kPrinter).SetSyncPrint(!sync);
     EXPECT_EQ(Load(), !refused);
     EXPECT_EQ(Shown(), fonts_.DecoFontNum + fonts_.BarFontNum > 0 ? kFontWarning : u"");
     for (const auto& [record, offset, value] : fields) {
       EXPECT_EQ(At<uint16_t>(record, offset), static_cast<uint16_t>(value)) << offset;
     }
-    EXPECT_EQ(ReadSyncPrint(kPrinter), refused ? !sync : sync);
+    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), refused ? !sync : sync);
   }
   machine().SetRegistryAccess(true, false);
   WriteDefaultsWith({{u"SYNC=0", u"SYNC=1"}});

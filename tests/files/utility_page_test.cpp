@@ -104,7 +104,7 @@ TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
   EXPECT_EQ(Visit(Press(false, kFile, 1)), kLoaded);
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
   Visit({ExpectText(IDC_UTILITY_LOAD_NAME, kFile), Press(false, kFile, 1), ExpectChanged(true)});
-  EXPECT_EQ(ReadSyncPrint(kPrinter), 1u);
+  EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), 1u);
   const PrivateDevMode settings = Ok(support::kUtilityTab, Press(false, kFile, 1)).record.Private;
   EXPECT_EQ(support::Words(settings.nPrintSpeed, settings.nTSMode, settings.Signature),
             support::Words(3, 1, SETTINGS_SIGNATURE));

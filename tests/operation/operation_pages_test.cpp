@@ -77,13 +77,13 @@ TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
 TEST_F(OperationPage, KeyOfAConnectionIsWrittenButNotCreated) {
   constexpr char16_t kConnection[] = u"\\\\server\\printer";
   const std::u16string key = kPrinters + u",,server,printer\\PrinterDriverData";
-  WriteSyncPrint(kConnection, true);
+  DeviceSettings(kConnection).SetSyncPrint(true);
   HKEY opened = nullptr;
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, &opened),
             LSTATUS{ERROR_FILE_NOT_FOUND});
   machine().SetRegistry(key, u"SyncPrint", {REG_DWORD, BytesOf(DWORD{0})});
-  WriteSyncPrint(kConnection, true);
-  EXPECT_EQ(ReadSyncPrint(kConnection), 1u);
+  DeviceSettings(kConnection).SetSyncPrint(true);
+  EXPECT_EQ(DeviceSettings(kConnection).SyncPrint(), 1u);
 }
 
 // Stored are the choices of the lists and switches, and what stands for absent controls.

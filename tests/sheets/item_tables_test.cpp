@@ -62,10 +62,10 @@ TEST_F(ItemTablesTest, HoldWhatIsAddedAndTellOfTheFirstError) {
   ASSERT_TRUE(AllocateItemTables(session));
   for (BYTE id = 100; id < 102; ++id) AddPageHeaderItem(session, id);
   for (int i = 0; i < 2; ++i) Tell(tables.items.start[i]);
-  tables.owedParams = 1;
+  tables.missingParams = 1;
   AddOptItem(session, {});
   Error();
-  tables.owedParams = 0;
+  tables.missingParams = 0;
 
   const LPWSTR id = MAKEINTRESOURCEW(64734);
   const CheckBoxDescription box = {1, TEXT("box"), nullptr, id, 11};
