@@ -1,214 +1,460 @@
 #include "host/http_server.h"
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <sys/random.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <array>
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/write.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+#include <boost/beast/http/write.hpp>
+#include <charconv>
+#include <chrono>
+#include <limits>
+#include <list>
+#include <span>
+#include <sstream>
+#include <thread>
 #include <utility>
-#include <vector>
+
+#include "host/failure.h"
+#include "host/hex.h"
 
 namespace printhost {
 namespace {
 
+namespace asio = boost::asio;
+namespace http = boost::beast::http;
+using asio::ip::tcp;
+using boost::system::error_code;
 using std::chrono::milliseconds;
 
-constexpr std::size_t kLongestHead = 8 << 10;
-constexpr std::size_t kLongestBody = 64 << 10;
-constexpr std::size_t kMostConnections = 256;  // besides the streams
-// A browser has six connections for a site, whatever number of its tabs share them.
-constexpr std::ptrdiff_t kMostStreams = 4;
-// From the connection to the end of its head, from there to the end of its body, and so on.
-constexpr milliseconds kHeadTime{2000};
-constexpr milliseconds kBodyTime{2000};
-constexpr milliseconds kAnswerTime{5000};
-// A connection that is closed while its peer still sends loses the answer.
-constexpr milliseconds kFarewellTime{300};
+constexpr std::size_t kMaxHead = 8 << 10;  // without the empty line at its end
+constexpr std::size_t kMaxBody = 64 << 10;
+constexpr std::size_t kMaxConnections = 256;  // event streams included
+// A browser opens six connections to a site, shared by all of its tabs.
+constexpr std::ptrdiff_t kMaxStreams = 4;
+constexpr milliseconds kHeadTimeout{2000};
+constexpr milliseconds kBodyTimeout{2000};
+constexpr milliseconds kResponseTimeout{5000};
+// A connection that is closed while its peer still sends loses the response.
+constexpr milliseconds kLingerTimeout{300};
+constexpr milliseconds kAcceptRetryDelay{100};
+constexpr std::string_view kHeadEnd = "\r\n\r\n";
+
+constexpr std::pair<const char*, const char*> kHeaders[] = {
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
+     "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"Referrer-Policy", "no-referrer"},
+    {"Cross-Origin-Resource-Policy", "same-origin"},
+    {"Cross-Origin-Opener-Policy", "same-origin"},
+    {"Cache-Control", "no-store"}};
+
+std::string_view View(boost::beast::string_view text) { return {text.data(), text.size()}; }
+
+// Returns the acceptor of the server; see HttpServer's constructor.
+tcp::acceptor ListenOnLoopback(asio::io_context& io, const std::string& listen) {
+  const std::size_t colon = listen.rfind(':');
+  std::string host = listen.substr(0, colon);
+  if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
+  const std::string port = colon == std::string::npos ? "" : listen.substr(colon + 1);
+  int number = -1;
+  const auto [stop, parseError] = std::from_chars(port.data(), port.data() + port.size(), number);
+  if (colon != std::string::npos &&
+      (parseError != std::errc() || stop != port.data() + port.size() || number < 0 ||
+       number > 65535))
+    throw Failure{kUsage, "--listen takes a port between 0 and 65535"};
+
+  error_code error;
+  tcp::resolver::results_type found;
+  if (number >= 0 && !host.empty())
+    found = tcp::resolver(io).resolve(host, port, tcp::resolver::numeric_service, error);
+  const auto isLoopback = [](const tcp::resolver::results_type::value_type& one) {
+    return one.endpoint().address().is_loopback();
+  };
+  if (found.empty() || !std::all_of(found.begin(), found.end(), isLoopback))
+    throw Failure{kUsage, "--listen takes a loopback address and a port, like 127.0.0.1:0"};
+  try {
+    return {io, found.begin()->endpoint()};  // with SO_REUSEADDR
+  } catch (const boost::system::system_error&) {
+    throw Failure{kFailed, listen + " cannot be listened on; choose another port"};
+  }
+}
+
+std::string RandomToken() {
+  unsigned char bytes[16];
+  if (getrandom(bytes, sizeof bytes, 0) != static_cast<ssize_t>(sizeof bytes))
+    throw Failure{kFailed, "the system has no random numbers"};
+  return Hex(std::as_bytes(std::span(bytes)));
+}
+
+// Compares in a time that does not depend on where the texts differ.
+bool EqualSecrets(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  int difference = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) difference |= a[i] ^ b[i];
+  return difference == 0;
+}
+
+struct RequestHead {
+  http::request_header<> header = {};
+  std::size_t bodyLength = 0;
+  bool isMalformed = false;
+  int refusal = 0;  // status of the response when the body is not acceptable: 400, 411, 413 or 415
+};
+
+bool IsNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Returns the value of the header line at the start of a text, without blanks around it.
+std::string_view FirstValue(std::string_view lines) {
+  lines = lines.substr(0, lines.find('\r'));
+  lines.remove_prefix(std::min(lines.find(':') + 1, lines.size()));
+  const std::size_t first = lines.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return lines.substr(first, lines.find_last_not_of(" \t") - first + 1);
+}
+
+// Returns why a body must not be read: 415 for an encoded one, 411 for a chunked one or a POST
+// without a length, 400 for several lengths, 413 for a long one; 0 when it may be read.
+int BodyRefusal(const http::request_header<>& header, std::size_t length) {
+  if (header.count(http::field::content_encoding) > 0) return 415;
+  if (header.count(http::field::transfer_encoding) > 0) return 411;
+  const std::size_t lengths = header.count(http::field::content_length);
+  if (lengths == 0) return header.method() == http::verb::post ? 411 : 0;
+  if (lengths > 1 || !IsNumber(View(header[http::field::content_length]))) return 400;
+  return length > kMaxBody ? 413 : 0;
+}
+
+// Parses a head that ends with an empty line.
+RequestHead ParseHead(std::string_view head) {
+  // The parser accepts folded lines, which RFC 9112 lets a server refuse.
+  if (head.find("\r\n ") != std::string_view::npos || head.find("\r\n\t") != std::string_view::npos)
+    return {.isMalformed = true};
+  http::request_parser<http::empty_body> parser;
+  parser.header_limit(static_cast<std::uint32_t>(kMaxHead + kHeadEnd.size()));
+  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // BodyRefusal checks the length
+  error_code error;
+  const std::size_t parsed = parser.put(asio::buffer(head), error);
+  const bool isLengthBad = error == http::error::bad_content_length;
+  const bool isBodyBad = isLengthBad || error == http::error::bad_transfer_encoding;
+  if ((error && !isBodyBad) || (!error && !parser.is_header_done())) return {.isMalformed = true};
+  RequestHead result{.header = parser.get().base()};
+  if (!isBodyBad) {
+    result.bodyLength = static_cast<std::size_t>(parser.content_length().value_or(0));
+    result.refusal = BodyRefusal(result.header, result.bodyLength);
+  } else if (!isLengthBad || result.header.count(http::field::transfer_encoding) > 0) {
+    result.refusal = 411;
+  } else {
+    // The parser stops at the refused line; a length that is a number is too large for it.
+    const bool isFirst = result.header.count(http::field::content_length) == 0;
+    result.refusal = isFirst && IsNumber(FirstValue(head.substr(parsed))) ? 413 : 400;
+  }
+  return result;
+}
 
 }  // namespace
 
-HttpServer::HttpServer(HttpSite& site, int listener, std::string headers)
-    : site_(site),
-      listener_(listener),
-      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      headers_(std::move(headers)),
-      thread_([this](const std::stop_token& stop) { Run(stop); }) {}
+class Connection;
 
-HttpServer::~HttpServer() {
-  thread_.request_stop();
-  Wake();
-  thread_.join();
-  for (Connection& connection : connections_) Leave(connection, State::kGone);
-  close(listener_);
-  close(wake_);
-}
-
-void HttpServer::Wake() const { eventfd_write(wake_, 1); }
-
-void HttpServer::Run(const std::stop_token& stop) {
-  std::vector<pollfd> polls;
-  while (!stop.stop_requested()) {
-    polls.assign({{wake_, POLLIN, 0}, {listener_, POLLIN, 0}});
-    auto next = Clock::time_point::max();
-    for (const Connection& connection : connections_) {
-      const bool writes = connection.sent < connection.out.size();
-      polls.push_back(
-          {connection.socket, static_cast<short>(writes ? POLLIN | POLLOUT : POLLIN), 0});
-      next = std::min(next, connection.deadline);
-    }
-    const auto wait = std::chrono::ceil<milliseconds>(next - Clock::now()).count();
-    const int time =
-        connections_.empty() || wait > 1000 ? 1000 : std::max(0, static_cast<int>(wait));
-    if (poll(polls.data(), polls.size(), time) < 0 && errno != EINTR) return;
-    eventfd_t count = 0;
-    eventfd_read(wake_, &count);
-    auto polled = polls.begin() + 2;
-    for (Connection& connection : connections_) {
-      if ((polled++)->revents & ~POLLOUT) Read(connection);
-      Serve(connection);
-    }
-    if (polls[1].revents != 0) Accept();
-    std::erase_if(connections_, [](const Connection& one) { return one.state == State::kGone; });
+struct HttpServer::Impl {
+  Impl(HttpSite& served, const std::string& listen)
+      : site(served), acceptor(ListenOnLoopback(io, listen)) {
+    authority = [this] {
+      std::ostringstream text;
+      text << acceptor.local_endpoint();
+      return text.str();
+    }();
+    Accept();
+    thread = std::thread([this] { io.run(); });
   }
-}
+  ~Impl();
 
-void HttpServer::Accept() {
-  const int socket = accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-  if (socket < 0) {
-    if (errno == EMFILE || errno == ENFILE) MakeRoom();
-    return;
+  void Accept();
+  void EvictConnection();
+  void EvictStream();
+  void Remove(const Connection& connection);
+
+  // Returns true for a loopback address or the local name with the server's port.
+  bool IsOwn(std::string_view name) const {
+    const std::string port = authority.substr(authority.rfind(':'));
+    return name == authority || name == "127.0.0.1" + port || name == "localhost" + port ||
+           name == "[::1]" + port;
   }
-  const int yes = 1;
-  setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
-  if (connections_.size() >= kMostConnections) MakeRoom();
-  connections_.push_back({.socket = socket, .deadline = Clock::now() + kHeadTime});
-}
 
-// Drops the oldest connection that has not been admitted; without one, the oldest that is no
-// stream.
-void HttpServer::MakeRoom() {
-  const auto waits = [](const Connection& one) {
-    return one.state == State::kHead || one.state == State::kFarewell;
-  };
-  auto oldest = std::ranges::find_if(connections_, waits);
-  if (oldest == connections_.end())
-    oldest = std::ranges::find_if(
-        connections_, [](const Connection& one) { return one.state != State::kStream; });
-  if (oldest != connections_.end()) Leave(*oldest, State::kGone);
-}
-
-// Closes a connection, or the server's side of it.
-void HttpServer::Leave(Connection& connection, State next) {
-  if (connection.state == State::kGone) return;
-  if (connection.state == State::kStream) site_.Left(connection.last && next == State::kFarewell);
-  connection.state = next;
-  if (next == State::kGone) {
-    close(connection.socket);
-  } else {
-    shutdown(connection.socket, SHUT_WR);
-    connection.deadline = Clock::now() + kFarewellTime;
-  }
-}
-
-void HttpServer::Read(Connection& connection) {
-  char bytes[16 << 10];
-  const ssize_t count = recv(connection.socket, bytes, sizeof bytes, 0);
-  if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR))
-    Leave(connection, State::kGone);
-  // What comes after a request is of no use.
-  else if (count > 0 && (connection.state == State::kHead || connection.state == State::kBody))
-    connection.in.append(bytes, static_cast<std::size_t>(count));
-}
-
-void HttpServer::Serve(Connection& connection) {
-  if (connection.state == State::kHead) ReadHead(connection);
-  if (connection.state == State::kBody) ReadBody(connection);
-  if (connection.state == State::kAnswer && Write(connection)) Leave(connection, State::kFarewell);
-  if (connection.state == State::kStream) Stream(connection);
-  if (Clock::now() < connection.deadline || connection.state == State::kGone) return;
-  const bool reads = connection.state == State::kHead || connection.state == State::kBody;
-  // Browsers keep connections ready that they may never use.
-  if (reads && !connection.in.empty())
-    Reply(connection, {.status = 408});
-  else
-    Leave(connection, State::kGone);
-}
-
-void HttpServer::ReadHead(Connection& connection) {
-  constexpr std::string_view kHeadEnd = "\r\n\r\n";
-  const std::size_t end = connection.in.find(kHeadEnd);
-  if (end == std::string::npos || end > kLongestHead) {
-    if (connection.in.size() > kLongestHead) Reply(connection, {.status = 431});
-    return;
-  }
-  HttpRequest& request = connection.request;
-  if (!ParseHead(std::string_view(connection.in).substr(0, end), request))
-    return Reply(connection, {.status = 400});
-  if (!site_.Admits(request)) return Reply(connection, {.status = 403});
-  if (const int refused = ParseBodyLength(request, kLongestBody, connection.bodyLength))
-    return Reply(connection, {.status = refused});
-  connection.in.erase(0, end + kHeadEnd.size());
-  connection.state = State::kBody;
-  connection.deadline = Clock::now() + kBodyTime;
-}
-
-void HttpServer::ReadBody(Connection& connection) {
-  if (connection.in.size() < connection.bodyLength) return;
-  connection.in.resize(connection.bodyLength);
-  Reply(connection, site_.Answer(connection.request, connection.in));
-}
-
-void HttpServer::Reply(Connection& connection, const HttpAnswer& answer) {
-  connection.in = {};
-  std::string& out = connection.out;
-  // The number says all; a phrase for its reason may be left out.
-  out = "HTTP/1.1 " + std::to_string(answer.status) + " \r\n" + headers_ + "Connection: close\r\n";
-  if (answer.status != 204) out.append("Content-Type: ").append(answer.type).append("\r\n");
-  if (!answer.stream && answer.status != 204)
-    out.append("Content-Length: ").append(std::to_string(answer.body.size())).append("\r\n");
-  out.append("\r\n").append(answer.body);
-  connection.state = State::kAnswer;
-  connection.deadline = Clock::now() + kAnswerTime;
-  if (!answer.stream) return;
-  const auto streams = [](const Connection& one) {
-    return one.state == State::kStream && !one.last;
-  };
-  if (std::ranges::count_if(connections_, streams) >= kMostStreams) {
-    Connection& oldest = *std::ranges::find_if(connections_, streams);
-    oldest.out.append(site_.Displaced());
-    oldest.last = true;
-  }
-  connection.state = State::kStream;
-  connection.deadline = Clock::time_point::max();
-  site_.Joined();
-}
-
-// Sends what is new, one piece of news at a time: a slow page gets the newest when it is ready.
-void HttpServer::Stream(Connection& connection) {
-  while (connection.state == State::kStream && Write(connection)) {
-    if (connection.last) return Leave(connection, State::kFarewell);
-    connection.sent = 0;
-    connection.out = site_.News(connection.seen, connection.last);
-    if (connection.out.empty()) return;
-  }
-}
-
-// Whether all is written.
-bool HttpServer::Write(Connection& connection) {
-  while (connection.sent < connection.out.size()) {
-    const ssize_t count = send(connection.socket, connection.out.data() + connection.sent,
-                               connection.out.size() - connection.sent, MSG_NOSIGNAL);
-    if (count < 0) {
-      if (errno != EAGAIN && errno != EINTR) Leave(connection, State::kGone);
+  // Returns true when the path begins with the token, the only Host is the server's own and the
+  // Origin, if any, is the same.
+  bool Admits(const http::request_header<>& header) const {
+    if (!EqualSecrets(View(header.target()).substr(0, prefix.size()), prefix)) return false;
+    if (header.count(http::field::host) != 1 || !IsOwn(View(header[http::field::host])))
       return false;
-    }
-    connection.sent += static_cast<std::size_t>(count);
+    const std::size_t origins = header.count(http::field::origin);
+    const std::string_view origin = View(header[http::field::origin]);
+    return origins == 0 ||
+           (origins == 1 && origin.starts_with("http://") && IsOwn(origin.substr(7)));
   }
-  return true;
+
+  HttpSite& site;
+  std::string prefix = '/' + RandomToken() + '/';
+  std::string authority;  // address and port as a browser names them
+  asio::io_context io{1};
+  tcp::acceptor acceptor;
+  asio::steady_timer acceptRetry{io};
+  std::list<std::shared_ptr<Connection>> connections;  // the oldest first
+  std::array<char, 4096> discarded;                    // input after a request, dropped
+  std::thread thread;
+};
+
+class Connection : public std::enable_shared_from_this<Connection> {
+ public:
+  enum class State { kHead, kBody, kResponse, kStream, kLinger, kClosed };
+
+  Connection(HttpServer::Impl& server, tcp::socket socket)
+      : server_(server), socket_(std::move(socket)), timer_(socket_.get_executor()) {}
+
+  State state() const { return state_; }
+  bool isEnding() const { return isLast_; }
+
+  // Begins to read the request.
+  void Start() {
+    error_code ignored;
+    socket_.set_option(tcp::no_delay(true), ignored);
+    SetDeadline(kHeadTimeout);
+    asio::async_read(
+        socket_, asio::dynamic_buffer(head_, kMaxHead + kHeadEnd.size()),
+        [this](const error_code&, std::size_t) {
+          return isTimedOut_ || head_.find(kHeadEnd) != std::string::npos ? 0 : kMaxHead;
+        },
+        [self = shared_from_this()](const error_code&, std::size_t) { self->OnHead(); });
+  }
+
+  // Sends the site's next event, unless one is still being sent: a slow client gets the newest one
+  // when it is ready.
+  void SendNextEvent() {
+    if (state_ != State::kStream || isSending_) return;
+    if (isLast_) return Linger();
+    event_ = isEvicted_ ? server_.site.EvictionEvent() : server_.site.NextEvent(seen_, isLast_);
+    isLast_ = isLast_ || isEvicted_;
+    if (event_.empty()) return;
+    if (isLast_) SetDeadline(kResponseTimeout);
+    isSending_ = true;
+    asio::async_write(socket_, asio::buffer(event_),
+                      [self = shared_from_this()](const error_code& error, std::size_t) {
+                        self->isSending_ = false;
+                        if (error) return self->Close();
+                        self->SendNextEvent();
+                      });
+  }
+
+  // Ends an event stream with the site's eviction event.
+  void Evict() {
+    isEvicted_ = true;
+    SendNextEvent();
+  }
+  bool isEvicted() const { return isEvicted_; }
+
+  void Close() {
+    if (state_ == State::kClosed) return;
+    if (state_ == State::kStream) server_.site.OnStreamClosed(false);
+    state_ = State::kClosed;
+    error_code ignored;
+    socket_.close(ignored);
+    timer_.cancel();
+    server_.Remove(*this);
+  }
+
+ private:
+  void SetDeadline(milliseconds timeout) {
+    timer_.expires_after(timeout);
+    timer_.async_wait([self = shared_from_this()](const error_code& error) {
+      // A handler that is queued already runs although its deadline has moved.
+      if (error || self->timer_.expiry() > std::chrono::steady_clock::now()) return;
+      if (self->state_ != State::kHead && self->state_ != State::kBody) return self->Close();
+      self->isTimedOut_ = true;
+      error_code ignored;
+      self->socket_.cancel(ignored);
+    });
+  }
+
+  void OnHead() {
+    if (state_ == State::kClosed) return;
+    const std::size_t end = head_.find(kHeadEnd);
+    if (end == std::string::npos) {
+      if (head_.size() >= kMaxHead + kHeadEnd.size()) return Send({.status = 431});
+      // Browsers keep connections ready that they may never use.
+      return isTimedOut_ && !head_.empty() ? Send({.status = 408}) : Close();
+    }
+    const std::string_view head = std::string_view(head_).substr(0, end + kHeadEnd.size());
+    RequestHead request = ParseHead(head);
+    if (request.isMalformed) return Send({.status = 400});
+    if (!server_.Admits(request.header)) return Send({.status = 403});
+    if (request.refusal != 0) return Send({.status = request.refusal});
+    request_ = std::move(request.header);
+    body_ = head_.substr(head.size(), request.bodyLength);
+    ReadBody(request.bodyLength);
+  }
+
+  void ReadBody(std::size_t length) {
+    state_ = State::kBody;
+    SetDeadline(kBodyTimeout);
+    const std::size_t received = body_.size();
+    body_.resize(length);
+    asio::async_read(
+        socket_, asio::buffer(body_) + received,
+        [this](const error_code&, std::size_t) { return isTimedOut_ ? 0 : kMaxBody; },
+        [self = shared_from_this(), missing = length - received](const error_code&,
+                                                                 std::size_t count) {
+          if (self->state_ == State::kClosed) return;
+          if (count == missing) return self->Respond();
+          if (self->isTimedOut_) return self->Send({.status = 408});
+          self->Close();
+        });
+  }
+
+  void Respond() {
+    const std::string_view path = View(request_.target());
+    Send(server_.site.Respond({.method = View(request_.method_string()),
+                               .name = path.substr(0, path.find('?')).substr(server_.prefix.size()),
+                               .contentType = View(request_[http::field::content_type]),
+                               .body = body_}));
+  }
+
+  void Send(HttpResponse answer) {
+    response_.version(11);
+    response_.result(static_cast<unsigned>(answer.status));
+    for (const auto& [name, value] : kHeaders) response_.set(name, value);
+    response_.keep_alive(false);
+    if (answer.status != 204)
+      response_.set(http::field::content_type,
+                    boost::beast::string_view(answer.type.data(), answer.type.size()));
+    response_.body() = std::move(answer.body);
+    if (!answer.isEventStream) response_.prepare_payload();
+    state_ = State::kResponse;
+    SetDeadline(kResponseTimeout);
+    if (answer.isEventStream) OpenStream();
+    http::async_write(socket_, response_,
+                      [self = shared_from_this()](const error_code& error, std::size_t) {
+                        self->isSending_ = false;
+                        if (self->state_ == State::kClosed) return;
+                        if (error) return self->Close();
+                        if (self->state_ == State::kStream) return self->SendNextEvent();
+                        self->Linger();
+                      });
+  }
+
+  void OpenStream() {
+    server_.EvictStream();
+    state_ = State::kStream;
+    isSending_ = true;
+    timer_.expires_at(std::chrono::steady_clock::time_point::max());
+    server_.site.OnStreamOpened();
+    Discard();
+  }
+
+  // Ends the server's side of the connection and waits a moment for the client to do the same.
+  void Linger() {
+    const bool wasStream = state_ == State::kStream;
+    if (wasStream) server_.site.OnStreamClosed(true);
+    state_ = State::kLinger;
+    error_code ignored;
+    socket_.shutdown(tcp::socket::shutdown_send, ignored);
+    SetDeadline(kLingerTimeout);
+    if (!wasStream) Discard();
+  }
+
+  // Reads and drops whatever the client sends until it closes.
+  void Discard() {
+    socket_.async_read_some(asio::buffer(server_.discarded),
+                            [self = shared_from_this()](const error_code& error, std::size_t) {
+                              if (self->state_ == State::kClosed) return;
+                              if (error) return self->Close();
+                              self->Discard();
+                            });
+  }
+
+  HttpServer::Impl& server_;
+  tcp::socket socket_;
+  asio::steady_timer timer_;
+  State state_ = State::kHead;
+  bool isTimedOut_ = false;
+  std::string head_, body_;
+  http::request_header<> request_;
+  http::response<http::string_body> response_;
+  std::string event_;
+  std::uint64_t seen_ = 0;
+  bool isSending_ = false;
+  bool isEvicted_ = false;
+  bool isLast_ = false;  // the last event is being sent, or has been
+};
+
+HttpServer::Impl::~Impl() {
+  io.stop();
+  thread.join();
+  while (!connections.empty()) std::shared_ptr(connections.front())->Close();
+}
+
+void HttpServer::Impl::Accept() {
+  acceptor.async_accept([this](const error_code& error, tcp::socket socket) {
+    if (error) {
+      if (error == asio::error::no_descriptors) EvictConnection();
+      acceptRetry.expires_after(kAcceptRetryDelay);
+      return acceptRetry.async_wait([this](const error_code&) { Accept(); });
+    }
+    if (connections.size() >= kMaxConnections) EvictConnection();
+    connections.push_back(std::make_shared<Connection>(*this, std::move(socket)));
+    connections.back()->Start();
+    Accept();
+  });
+}
+
+// Closes the oldest connection that has not been admitted; without one, the oldest that is not a
+// stream.
+void HttpServer::Impl::EvictConnection() {
+  using State = Connection::State;
+  auto oldest = std::ranges::find_if(connections, [](const auto& one) {
+    return one->state() == State::kHead || one->state() == State::kLinger;
+  });
+  if (oldest == connections.end())
+    oldest = std::ranges::find_if(connections,
+                                  [](const auto& one) { return one->state() != State::kStream; });
+  if (oldest != connections.end()) std::shared_ptr(*oldest)->Close();
+}
+
+// Ends the oldest stream when there are kMaxStreams already.
+void HttpServer::Impl::EvictStream() {
+  const auto isOpen = [](const auto& one) {
+    return one->state() == Connection::State::kStream && !one->isEnding() && !one->isEvicted();
+  };
+  if (std::ranges::count_if(connections, isOpen) >= kMaxStreams)
+    std::shared_ptr(*std::ranges::find_if(connections, isOpen))->Evict();
+}
+
+void HttpServer::Impl::Remove(const Connection& connection) {
+  connections.remove_if([&](const auto& one) { return one.get() == &connection; });
+}
+
+HttpServer::HttpServer(HttpSite& site, const std::string& listen)
+    : impl_(std::make_unique<Impl>(site, listen)) {}
+
+HttpServer::~HttpServer() = default;
+
+std::string HttpServer::address() const { return "http://" + impl_->authority + impl_->prefix; }
+
+void HttpServer::NotifyStreams() {
+  asio::post(impl_->io, [impl = impl_.get()] {
+    const auto streams = impl->connections;
+    for (const auto& connection : streams) connection->SendNextEvent();
+  });
 }
 
 }  // namespace printhost

@@ -1,14 +1,16 @@
 // What a driver's file is: a Windows DLL, told from its bytes alone.
+#include <sha2.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <iostream>
+#include <span>
 
 #include "host/commands.h"
 #include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/record_json.h"
-#include "host/sha256.h"
 #include "host/utf8.h"
 #include "platform/system/image_file.h"
 
@@ -24,6 +26,11 @@ std::string Hex(std::uint64_t value, int digits) {
   for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value /= 16)
     *digit = "0123456789abcdef"[value % 16];
   return text;
+}
+
+std::string Sha256(std::span<const std::byte> bytes) {
+  char digits[SHA256_DIGEST_STRING_LENGTH];
+  return SHA256Data(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), digits);
 }
 
 std::string MachineText(WORD machine) {

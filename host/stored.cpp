@@ -7,8 +7,8 @@
 
 #include "host/commands.h"
 #include "host/failure.h"
+#include "host/hex.h"
 #include "host/record_json.h"
-#include "host/sha256.h"
 #include "host/utf8.h"
 
 namespace printhost {

@@ -3,7 +3,7 @@
 
 # llvm-rc preprocesses the resource script with clang; the sheet's page needs a Japanese font.
 runPackages=(g++ cmake ninja-build pkg-config llvm clang lld libsqlite3-dev libfontconfig-dev
-             nlohmann-json3-dev fonts-noto-cjk)
+             nlohmann-json3-dev libboost-dev libcli11-dev libmd-dev fonts-noto-cjk)
 checkPackages=("${runPackages[@]}" git ccache clang-format clang-tidy libclang-rt-14-dev
                g++-12-multilib libgtest-dev libgmock-dev libbenchmark-dev python3 nodejs npm chromium)
 

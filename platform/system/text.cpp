@@ -2,32 +2,12 @@
 
 #include <algorithm>
 #include <bit>
-#include <optional>
 
 namespace platform {
 namespace {
 
 bool IsHigh(char32_t c) { return c >= 0xD800 && c < 0xDC00; }
 bool IsLow(char32_t c) { return c >= 0xDC00 && c < 0xE000; }
-
-// The code point that the text begins with, taken off it; nothing of what is no UTF-8. A form
-// longer than needed is none; an unpaired surrogate is kept on purpose.
-std::optional<char32_t> TakePoint(std::string_view& text) {
-  constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
-  const auto first = static_cast<unsigned char>(text[0]);
-  const int ones = std::countl_one(first);
-  const auto further = static_cast<size_t>(ones == 0 ? 0 : ones - 1);
-  if (ones == 1 || ones > 4 || further >= text.size()) return std::nullopt;
-  char32_t point = first & (0xFFu >> (ones == 0 ? 0 : ones + 1));
-  for (size_t i = 1; i <= further; ++i) {
-    const auto next = static_cast<unsigned char>(text[i]);
-    if (next >> 6 != 2) return std::nullopt;
-    point = point << 6 | (next & 0x3F);
-  }
-  if (point < kLeast[further] || point > 0x10FFFF) return std::nullopt;
-  text.remove_prefix(further + 1);
-  return point;
-}
 
 }  // namespace
 
@@ -52,11 +32,28 @@ std::string ToUtf8(std::u16string_view text) {
   return out;
 }
 
+std::optional<char32_t> TakeCodePoint(std::string_view& utf8) {
+  constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+  const auto first = static_cast<unsigned char>(utf8[0]);
+  const int ones = std::countl_one(first);
+  const auto further = static_cast<size_t>(ones == 0 ? 0 : ones - 1);
+  if (ones == 1 || ones > 4 || further >= utf8.size()) return std::nullopt;
+  char32_t point = first & (0xFFu >> (ones == 0 ? 0 : ones + 1));
+  for (size_t i = 1; i <= further; ++i) {
+    const auto next = static_cast<unsigned char>(utf8[i]);
+    if (next >> 6 != 2) return std::nullopt;
+    point = point << 6 | (next & 0x3F);
+  }
+  if (point < kLeast[further] || point > 0x10FFFF) return std::nullopt;
+  utf8.remove_prefix(further + 1);
+  return point;
+}
+
 std::u16string ToUtf16(std::string_view utf8) {
   std::u16string out;
   out.reserve(utf8.size());
   while (!utf8.empty()) {
-    const auto point = TakePoint(utf8);
+    const auto point = TakeCodePoint(utf8);
     if (!point) utf8.remove_prefix(1);
     const char32_t c = point.value_or(0xFFFD);
     if (c >= 0x10000) out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,10 @@ namespace platform {
 // bytes that are no UTF-8 become U+FFFD.
 std::string ToUtf8(std::u16string_view text);
 std::u16string ToUtf16(std::string_view utf8);
+// Removes the first code point from a text that is not empty and returns it. Returns nothing, and
+// removes nothing, when the text does not start with UTF-8; a form that is longer than needed is
+// none. An unpaired surrogate is accepted.
+std::optional<char32_t> TakeCodePoint(std::string_view& utf8);
 
 // One unit in the upper case of its script (Latin, Greek, Cyrillic, full-width Latin).
 WCHAR FoldUnit(WCHAR unit);
