@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/failure.h"
 #include "host/utf8.h"
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "host/exchange.h"
+#include "host/sheet/exchange.h"
 
 namespace printhost {
 

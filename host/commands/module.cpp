@@ -7,7 +7,7 @@
 #include <iostream>
 #include <span>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/record_json.h"

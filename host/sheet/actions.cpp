@@ -1,9 +1,9 @@
-#include "host/actions.h"
+#include "host/sheet/actions.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "host/snapshot.h"
+#include "host/sheet/snapshot.h"
 #include "host/utf8.h"
 
 namespace printhost {

@@ -1,10 +1,10 @@
-#include "host/arguments.h"
+#include "host/commands/arguments.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/driver_module.h"
 #include "host/failure.h"
 

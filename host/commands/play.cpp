@@ -5,9 +5,9 @@
 #include <fstream>
 #include <iostream>
 
-#include "host/commands.h"
-#include "host/sheet_call.h"
-#include "host/steps.h"
+#include "host/commands/commands.h"
+#include "host/sheet/sheet_call.h"
+#include "host/sheet/steps.h"
 #include "platform/desk.h"
 
 namespace printhost {

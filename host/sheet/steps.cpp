@@ -1,12 +1,12 @@
-#include "host/steps.h"
+#include "host/sheet/steps.h"
 
 #include <algorithm>
 #include <fstream>
 #include <initializer_list>
 
-#include "host/actions.h"
 #include "host/failure.h"
-#include "host/svg.h"
+#include "host/sheet/actions.h"
+#include "host/sheet/svg.h"
 #include "host/utf8.h"
 
 namespace printhost {

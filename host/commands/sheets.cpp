@@ -6,11 +6,11 @@
 #include <filesystem>
 #include <iostream>
 
-#include "host/browser_user.h"
-#include "host/commands.h"
-#include "host/sheet_call.h"
-#include "host/sheet_server.h"
-#include "host/termination.h"
+#include "host/commands/commands.h"
+#include "host/server/sheet_server.h"
+#include "host/sheet/browser_user.h"
+#include "host/sheet/sheet_call.h"
+#include "host/sheet/termination.h"
 #include "host/utf8.h"
 #include "platform/desk.h"
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <iostream>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/failure.h"
 #include "host/hex.h"
 #include "host/record_json.h"

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "companions/simulated_device.h"
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/failure.h"
 #include "host/record_json.h"
 #include "host/utf8.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/arguments.h"
+#include "host/commands/arguments.h"
 #include "host/record_json.h"
 #include "platform/machine.h"
 

@@ -1,12 +1,12 @@
-#include "host/sheet_server.h"
+#include "host/server/sheet_server.h"
 
 #include <algorithm>
 #include <charconv>
 
-#include "host/actions.h"
-#include "host/http_server.h"
-#include "host/picture.h"
-#include "host/web_files.h"
+#include "host/server/http_server.h"
+#include "host/server/web_files.h"
+#include "host/sheet/actions.h"
+#include "host/sheet/picture.h"
 
 namespace printhost {
 namespace {

@@ -1,11 +1,11 @@
-#include "host/svg.h"
+#include "host/sheet/svg.h"
 
 #include <cstdio>
 #include <map>
 #include <string_view>
 
-#include "host/picture.h"
-#include "host/snapshot.h"
+#include "host/sheet/picture.h"
+#include "host/sheet/snapshot.h"
 #include "host/utf8.h"
 
 namespace printhost {

@@ -1,4 +1,4 @@
-#include "host/termination.h"
+#include "host/sheet/termination.h"
 
 #include <ctime>
 #include <utility>

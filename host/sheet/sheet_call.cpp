@@ -1,4 +1,4 @@
-#include "host/sheet_call.h"
+#include "host/sheet/sheet_call.h"
 
 #include <windows.h>
 #include <winspool.h>

@@ -1,9 +1,9 @@
-#include "host/browser_user.h"
+#include "host/sheet/browser_user.h"
 
 #include <algorithm>
 
-#include "host/actions.h"
-#include "host/snapshot.h"
+#include "host/sheet/actions.h"
+#include "host/sheet/snapshot.h"
 #include "host/utf8.h"
 
 namespace printhost {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "driver/settings_block.h"
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/record_json.h"

@@ -1,4 +1,4 @@
-#include "host/picture.h"
+#include "host/sheet/picture.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "host/snapshot.h"
+#include "host/sheet/snapshot.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/exchange.h"
+#include "host/sheet/exchange.h"
 #include "platform/desk.h"
 #include "platform/machine.h"
 

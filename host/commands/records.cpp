@@ -2,7 +2,7 @@
 #include <iostream>
 
 #include "driver/settings_block.h"
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/driver_module.h"
 #include "host/failure.h"
 #include "host/record_json.h"

@@ -1,4 +1,4 @@
-#include "host/exchange.h"
+#include "host/sheet/exchange.h"
 
 #include <algorithm>
 #include <utility>
