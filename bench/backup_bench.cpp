@@ -13,7 +13,7 @@
 #include "files/backup_file.h"
 #include "fonts/barcode_kinds.h"
 #include "fonts/font_store.h"
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 

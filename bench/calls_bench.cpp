@@ -16,7 +16,7 @@
 
 #include "driver/default_settings.h"
 #include "driver/settings_block.h"
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 #include "tests/support/bin_dir.h"
 
 namespace kestrel {

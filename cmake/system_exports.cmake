@@ -1,6 +1,5 @@
 # The functions that the stand-in's libraries export to an image, by library: made from the lists that the import
-# libraries of the module and of kestrel-try are made from, and the few functions that newer systems have and the
-# module looks up at run time.
+# libraries of the module and of kestrel-try are made from.
 set(IMPORT_LIST ${CMAKE_SOURCE_DIR}/windows/imports.txt)
 set(TRY_IMPORT_LIST ${CMAKE_SOURCE_DIR}/try/imports.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${IMPORT_LIST} ${TRY_IMPORT_LIST})
@@ -12,15 +11,12 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
 else()
   list(FILTER IMPORT_LINES EXCLUDE REGEX " x86$")
 endif()
-list(FIND IMPORT_LINES kernel32.dll kernel)
-math(EXPR kernel "${kernel} + 1")
-list(INSERT IMPORT_LINES ${kernel} "    ActivateActCtx" "    CreateActCtxW" "    DeactivateActCtx" "    ReleaseActCtx")
 set(SYSTEM_EXPORTS "")
 foreach(line IN LISTS IMPORT_LINES)
-  if(line MATCHES "^ +([A-Za-z0-9]+) -")
+  if(line MATCHES "^ +([A-Za-z0-9_]+) -")
     # Arguments without a type cannot be passed on.
     string(APPEND SYSTEM_EXPORTS "        {\"${CMAKE_MATCH_1}\", AsEntryPoint(${CMAKE_MATCH_1})},\n")
-  elseif(line MATCHES "^ +([A-Za-z0-9]+)")
+  elseif(line MATCHES "^ +([A-Za-z0-9_]+)")
     string(APPEND SYSTEM_EXPORTS "        {\"${CMAKE_MATCH_1}\", EntryPoint<${CMAKE_MATCH_1}>()},\n")
   else()
     string(APPEND SYSTEM_EXPORTS "${opened}    RegisterBuiltIn(u\"${line}\", {\n")
@@ -32,13 +28,16 @@ file(CONFIGURE OUTPUT ${SYSTEM_EXPORTS_SOURCE} CONTENT [[
 #include <windows.h>
 
 #include <commctrl.h>
+#include <commdlg.h>
+#include <compstui.h>
 #include <prsht.h>
 #include <shellapi.h>
+#include <winddi.h>
 #include <winspool.h>
 #include <winver.h>
 
-#include "platform/system/guard.h"
-#include "platform/system/modules.h"
+#include "platform/machine/guard.h"
+#include "platform/loader/modules.h"
 
 namespace platform {
 const bool registered[] = {

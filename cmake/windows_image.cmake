@@ -32,13 +32,15 @@ find_program(LLD_LINK NAMES lld-link lld-link-14 REQUIRED)
 find_program(LLVM_DLLTOOL NAMES llvm-dlltool llvm-dlltool-14 REQUIRED)
 
 # windows_import_libraries(OUT LIST): makes an import library of each library in a list of the form of
-# windows/imports.txt; sets OUT to them.
+# windows/imports.txt, up to the functions that are found at run time; sets OUT to them.
 function(windows_import_libraries out list)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${list})
   file(STRINGS ${list} lines REGEX "^[^#]")
   set(libraries "")
   foreach(line IN LISTS lines)
-    if(line MATCHES "^([^ ]+)$")
+    if(line STREQUAL "[found at run time]")
+      break()
+    elseif(line MATCHES "^([^ ]+)$")
       set(library ${CMAKE_MATCH_1})
       list(APPEND libraries ${library})
       set(definition_${library} "LIBRARY ${library}\nEXPORTS\n")

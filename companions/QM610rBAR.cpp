@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include "companions/barcode_parameters.h"
-#include "platform/system/guard.h"
-#include "platform/system/text.h"
+#include "platform/machine/guard.h"
+#include "platform/machine/text.h"
 
 namespace companions {
 namespace {

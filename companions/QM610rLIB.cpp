@@ -6,8 +6,8 @@
 #include <string>
 
 #include "companions/simulated_device.h"
-#include "platform/system/guard.h"
-#include "platform/system/text.h"
+#include "platform/machine/guard.h"
+#include "platform/machine/text.h"
 
 namespace companions {
 namespace {

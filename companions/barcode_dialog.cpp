@@ -9,7 +9,7 @@
 #include "companions/barcode_parameters.h"
 #include "companions/template_builder.h"
 #include "paper/fields/measured_value.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 
 namespace companions {
 namespace {

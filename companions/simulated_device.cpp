@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 
 namespace companions {
 namespace {

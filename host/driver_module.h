@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 
 namespace printhost {
 

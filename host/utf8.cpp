@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "host/failure.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 
 namespace printhost {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "host/commands/arguments.h"
 #include "host/record_json.h"
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 
 namespace printhost {
 

@@ -12,7 +12,7 @@
 #include "host/failure.h"
 #include "host/record_json.h"
 #include "host/utf8.h"
-#include "platform/system/image_file.h"
+#include "platform/loader/image_file.h"
 
 namespace printhost {
 namespace {

@@ -8,7 +8,7 @@
 #include "host/commands/commands.h"
 #include "host/sheet/sheet_call.h"
 #include "host/sheet/steps.h"
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 namespace {

@@ -12,7 +12,7 @@
 #include "host/sheet/sheet_call.h"
 #include "host/sheet/termination.h"
 #include "host/utf8.h"
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "host/record_json.h"
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "host/sheet/exchange.h"
-#include "platform/desk.h"
-#include "platform/machine.h"
+#include "platform/machine/desk.h"
+#include "platform/machine/machine.h"
 
 namespace printhost {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "platform/system/resources.h"
+#include "platform/loader/resource_table.h"
 
 namespace printhost {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/record_json.h"
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 

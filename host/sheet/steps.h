@@ -18,7 +18,7 @@
 #include <windows.h>
 
 #include "host/record_json.h"
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 

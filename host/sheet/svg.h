@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace printhost {
 

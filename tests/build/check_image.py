@@ -35,6 +35,8 @@ def listed_imports(import_list):
     """The list's functions by library, those of this machine."""
     libraries = {}
     for line in (SOURCES / import_list).read_text("utf-8").splitlines():
+        if line == "[found at run time]":
+            break
         words = line.split()
         if not words or line.startswith("#"):
             continue

@@ -1,7 +1,7 @@
 // Capabilities as callers ask for them, with buffers that end where nobody may write.
 #include <sstream>
 
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 

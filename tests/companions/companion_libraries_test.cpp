@@ -3,7 +3,7 @@
 #include "driver/handles.h"
 #include "fonts/barcode_kinds.h"
 #include "fonts/barcode_library.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 #include "tests/support/steps.h"

@@ -3,7 +3,7 @@
 #include <functional>
 #include <set>
 
-#include "platform/system/guard.h"
+#include "platform/machine/guard.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

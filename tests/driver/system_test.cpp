@@ -5,7 +5,7 @@
 #include "driver/os_version.h"
 #include "driver/printer_access.h"
 #include "driver/text.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {

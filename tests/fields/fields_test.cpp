@@ -7,7 +7,7 @@
 #include "paper/fields/help_text.h"
 #include "paper/fields/measured_value.h"
 #include "paper/fields/numeric_field.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "files/backup_file.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel::test {

@@ -15,7 +15,7 @@
 #include "operation/operation_options.h"
 #include "paper/paper_options.h"
 #include "paper/paper_table.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/test_machine.h"
 

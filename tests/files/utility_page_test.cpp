@@ -3,7 +3,7 @@
 #include <commdlg.h>
 
 #include "operation/device_settings.h"
-#include "platform/system/guard.h"
+#include "platform/machine/guard.h"
 #include "resources/resource.h"
 #include "tests/files/backup_fixture.h"
 

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "driver/handles.h"
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 #include "tests/support/settings.h"
 
 inline void Require(bool holds) {

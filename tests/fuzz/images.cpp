@@ -2,7 +2,7 @@
 // library that the loader's tests load.
 #include <algorithm>
 
-#include "platform/system/image_map.h"
+#include "platform/loader/image_map.h"
 #include "tests/fuzz/harness.h"
 
 namespace {

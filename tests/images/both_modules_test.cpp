@@ -1,6 +1,6 @@
 // Neither the Windows image nor the native module lets an exception through.
 #include "driver/handles.h"
-#include "platform/system/guard.h"
+#include "platform/machine/guard.h"
 #include "tests/support/steps.h"
 #include "tests/support/test_machine.h"
 

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/machine.h"
-#include "platform/system/image_map.h"
-#include "platform/system/resources.h"
+#include "platform/loader/image_map.h"
+#include "platform/loader/resource_table.h"
+#include "platform/machine/machine.h"
 #include "tests/support/bin_dir.h"
 #include "tests/support/settings.h"
 

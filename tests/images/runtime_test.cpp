@@ -4,7 +4,7 @@
 #include <cstring>
 #include <random>
 
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 #include "tests/support/bin_dir.h"
 
 namespace {

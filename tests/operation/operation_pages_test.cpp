@@ -7,8 +7,8 @@
 #include "operation/halftone_ui.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/option_table.h"
-#include "platform/system/guard.h"
-#include "platform/system/text.h"
+#include "platform/machine/guard.h"
+#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 

@@ -6,7 +6,7 @@
 #include "driver/text.h"
 #include "paper/fields/help_text.h"
 #include "paper/paper_table.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 

@@ -1,7 +1,7 @@
 // The paper page and the dialog that registers and edits papers, in the user's defaults.
 #include <array>
 
-#include "platform/desktop/drawing/display_list.h"
+#include "platform/machine/display_list.h"
 #include "sheets/page_services.h"
 #include "tests/paper/paper_fixture.h"
 

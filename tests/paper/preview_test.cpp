@@ -1,7 +1,7 @@
 // What the picture boxes of the page and the dialog show, and how the strip of labels is laid out.
 #include "paper/preview_layout.h"
-#include "platform/desktop/drawing/gdi.h"
-#include "platform/desktop/windows/manager.h"
+#include "platform/gdi32/gdi.h"
+#include "platform/user32/manager.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <tuple>
 
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <climits>
 #include <filesystem>
 
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
 namespace {

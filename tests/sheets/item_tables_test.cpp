@@ -6,9 +6,9 @@
 #include <memory>
 #include <sstream>
 
-#include "platform/desk.h"
-#include "platform/machine.h"
-#include "platform/system/text.h"
+#include "platform/machine/desk.h"
+#include "platform/machine/machine.h"
+#include "platform/machine/text.h"
 #include "tests/support/bin_dir.h"
 
 namespace kestrel {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "fonts/font_record.h"
-#include "platform/system/text.h"
+#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 

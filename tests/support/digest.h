@@ -8,7 +8,7 @@
 #include <span>
 #include <string>
 
-#include "platform/desk.h"
+#include "platform/machine/desk.h"
 
 namespace support {
 

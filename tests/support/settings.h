@@ -8,7 +8,7 @@
 
 #include "driver/default_settings.h"
 #include "driver/settings_block.h"
-#include "platform/machine.h"
+#include "platform/machine/machine.h"
 
 namespace support {
 

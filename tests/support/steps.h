@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/desk.h"
-#include "platform/machine.h"
+#include "platform/machine/desk.h"
+#include "platform/machine/machine.h"
 
 namespace support {
 

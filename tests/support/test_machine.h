@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "driver/instance.h"
-#include "platform/desk.h"
-#include "platform/desktop/drawing/gdi.h"
-#include "platform/machine.h"
+#include "platform/gdi32/gdi.h"
+#include "platform/machine/desk.h"
+#include "platform/machine/machine.h"
 #include "tests/support/exports.h"
 #include "tests/support/settings.h"
 

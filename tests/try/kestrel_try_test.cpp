@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "driver/text.h"
-#include "platform/system/program.h"
+#include "platform/kernel32/program.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 #include "try/arguments.h"

@@ -1,0 +1,8 @@
+// The last error of each thread.
+#include <windows.h>
+
+namespace {
+thread_local DWORD lastError = 0;
+}
+DWORD WINAPI GetLastError() { return lastError; }
+void WINAPI SetLastError(DWORD error) { lastError = error; }

@@ -1,0 +1,234 @@
+#include "platform/machine/database.h"
+
+#include <sqlite3.h>
+
+#include <cerrno>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+namespace platform {
+namespace {
+
+// Long enough for any queue of writers; a killed writer's lock is gone at once.
+constexpr std::chrono::milliseconds kPatience{3500};
+
+constexpr int64_t kSchemaVersion = 2;
+constexpr char kTable[] = R"(
+  CREATE TABLE rows (path TEXT NOT NULL, folded TEXT NOT NULL, name TEXT NOT NULL,
+    type INTEGER NOT NULL, bytes BLOB NOT NULL, PRIMARY KEY (path, folded)) WITHOUT ROWID;
+  PRAGMA user_version = 2;
+)";
+// Version 1 had a table for each kind of thing.
+constexpr char kFromVersion1[] = R"(
+  INSERT INTO rows SELECT 'COMPUTER', 'FACTS', 'facts', 0,
+    CAST(group_concat(value, char(0)) AS BLOB) FROM (SELECT value FROM facts ORDER BY name)
+    HAVING count(*) = 10;
+  INSERT INTO rows SELECT 'COMPUTER', 'PRINTERS', 'printers', 0, CAST(seq AS BLOB)
+    FROM sqlite_sequence WHERE name = 'printers';
+  INSERT INTO rows SELECT 'PRINTERS', folded, name, 0, CAST(id || char(0) || driver || char(0) ||
+    port || char(0) || processor || char(0) || help || char(0) || data_file || char(0) ||
+    attributes || char(0) || administer || char(0) || writable AS BLOB) FROM printers;
+  INSERT INTO rows SELECT 'RECORDS', folded, name, 0, record FROM printers WHERE record NOT NULL;
+  INSERT INTO rows SELECT 'DATA\' || printer, folded, name, type, bytes FROM printer_data;
+  INSERT INTO rows SELECT 'KEYS', folded, name, 0, x'' FROM registry_keys;
+  INSERT INTO rows SELECT 'REGISTRY\' || key, folded, name, type, bytes FROM registry_values;
+  DROP TABLE facts; DROP TABLE printers; DROP TABLE printer_data; DROP TABLE registry_keys;
+  DROP TABLE registry_values;
+)";
+
+std::string Sentence(sqlite3* connection) {
+  int code = sqlite3_errcode(connection) & 0xFF;
+  if (code == SQLITE_IOERR && sqlite3_system_errno(connection) == ENOSPC) code = SQLITE_FULL;
+  switch (code) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return "another program holds computer.sqlite locked; end it or wait for it, then try again";
+    case SQLITE_FULL:
+      return "the disk is full; free some space, then try again";
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_CANTOPEN:
+      return "the folder or its computer.sqlite cannot be written; make both writable, or name "
+             "another folder";
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return "computer.sqlite is damaged; move it away, or name another folder";
+    default:
+      return sqlite3_errmsg(connection);
+  }
+}
+
+class SqliteDatabase : public Database {
+ public:
+  explicit SqliteDatabase(const std::filesystem::path& file);
+
+  int64_t Version() override { return Number("PRAGMA data_version"); }
+  Rows Load() override;
+  void Set(const RowKey& key, const std::optional<Row>& row) override;
+  void Begin() override { Execute("BEGIN IMMEDIATE"); }
+  void Commit() override { Execute("COMMIT"); }
+  void Rollback() noexcept override;
+
+ private:
+  class Run;
+  using Clock = std::chrono::steady_clock;
+
+  void Execute(const char* sql);
+  void MakeTable();
+  int64_t Number(const char* sql);
+  bool Waits();
+  int Told(int result, bool writes);
+  [[noreturn]] void Throw();
+
+  struct Closing {
+    void operator()(sqlite3* connection) const { sqlite3_close(connection); }
+  };
+  std::unique_ptr<sqlite3, Closing> connection_;
+  Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
+};
+
+// One run of a statement. What is bound must live until the run ends.
+class SqliteDatabase::Run {
+ public:
+  Run(SqliteDatabase& database, const char* sql) : database_(database) {
+    Bound(sqlite3_prepare_v2(database.connection_.get(), sql, -1, &statement_, nullptr));
+  }
+  ~Run() { sqlite3_finalize(statement_); }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  Run& Bind(const std::u16string& text) {
+    const int bytes = static_cast<int>(text.size() * sizeof(char16_t));
+    return Bound(sqlite3_bind_text16(statement_, next_++, text.data(), bytes, SQLITE_STATIC));
+  }
+  Run& Bind(DWORD number) { return Bound(sqlite3_bind_int64(statement_, next_++, number)); }
+  Run& Bind(const std::vector<std::byte>& bytes) {
+    // No bytes are not NULL.
+    const void* data = bytes.empty() ? "" : static_cast<const void*>(bytes.data());
+    return Bound(sqlite3_bind_blob64(statement_, next_++, data, bytes.size(), SQLITE_STATIC));
+  }
+  // Whether there is a row.
+  bool Step() {
+    const bool writes = sqlite3_stmt_readonly(statement_) == 0;
+    const int result = database_.Told(sqlite3_step(statement_), writes);
+    if (result != SQLITE_ROW && result != SQLITE_DONE) database_.Throw();
+    return result == SQLITE_ROW;
+  }
+
+  std::u16string Text(int column) const {
+    const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(statement_, column));
+    const int bytes = sqlite3_column_bytes16(statement_, column);
+    return {text, text + static_cast<size_t>(bytes) / sizeof(char16_t)};
+  }
+  int64_t Number(int column) const { return sqlite3_column_int64(statement_, column); }
+  std::vector<std::byte> Bytes(int column) const {
+    const auto* data = static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
+    return {data, data + sqlite3_column_bytes(statement_, column)};
+  }
+
+ private:
+  Run& Bound(int result) {
+    if (result != SQLITE_OK) database_.Throw();
+    return *this;
+  }
+
+  SqliteDatabase& database_;
+  sqlite3_stmt* statement_ = nullptr;
+  int next_ = 1;
+};
+
+SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
+  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+  sqlite3* connection = nullptr;
+  const int opened = sqlite3_open_v2(file.c_str(), &connection, kFlags, nullptr);
+  connection_.reset(connection);
+  if (opened != SQLITE_OK) Throw();
+  const auto waits = [](void* self, int) {
+    return static_cast<SqliteDatabase*>(self)->Waits() ? 1 : 0;
+  };
+  sqlite3_busy_handler(connection_.get(), waits, this);
+  Execute("PRAGMA encoding = 'UTF-16le'");
+  // The change to the log needs the database for itself and does not wait for it; of two processes
+  // that open a new one at once, the second tries again.
+  while (sqlite3_exec(connection_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) !=
+         0) {
+    if ((sqlite3_errcode(connection_.get()) & 0xFF) != SQLITE_BUSY || !Waits()) Throw();
+  }
+  // Processes die, machines rarely: without a sync a commit outlives its process all the same.
+  Execute("PRAGMA synchronous = NORMAL");
+  if (Number("PRAGMA user_version") == kSchemaVersion) return;
+  Begin();
+  MakeTable();
+  Commit();
+}
+
+void SqliteDatabase::MakeTable() {
+  const int64_t version = Number("PRAGMA user_version");
+  if (version > kSchemaVersion) {
+    throw std::runtime_error("it was made by a newer version; name another folder");
+  }
+  if (version < kSchemaVersion) Execute(kTable);
+  if (version == 1) Execute(kFromVersion1);
+}
+
+void SqliteDatabase::Throw() { throw std::runtime_error(Sentence(connection_.get())); }
+
+bool SqliteDatabase::Waits() {
+  const auto now = Clock::now();
+  if (end_ == Clock::time_point() || now >= end_ + kPatience) end_ = now + kPatience;
+  if (now >= end_) return false;
+  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  return true;
+}
+
+// Passes a result on; a write that succeeded ends the waiting. Reads succeed beside a writer.
+int SqliteDatabase::Told(int result, bool writes) {
+  if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE)) end_ = {};
+  return result;
+}
+
+void SqliteDatabase::Execute(const char* sql) {
+  if (Told(sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr), true) != SQLITE_OK)
+    Throw();
+}
+
+int64_t SqliteDatabase::Number(const char* sql) {
+  Run run(*this, sql);
+  run.Step();
+  return run.Number(0);
+}
+
+Rows SqliteDatabase::Load() {
+  Rows rows;
+  Run run(*this, "SELECT path, folded, name, type, bytes FROM rows");
+  while (run.Step()) {
+    DataValue data = {static_cast<DWORD>(run.Number(3)), run.Bytes(4)};
+    rows[{run.Text(0), run.Text(1)}] = {run.Text(2), std::move(data)};
+  }
+  return rows;
+}
+
+void SqliteDatabase::Set(const RowKey& key, const std::optional<Row>& row) {
+  if (!row) {
+    Run run(*this, "DELETE FROM rows WHERE path = ? AND folded = ?");
+    run.Bind(key.first).Bind(key.second).Step();
+    return;
+  }
+  Run run(*this, "INSERT OR REPLACE INTO rows VALUES (?, ?, ?, ?, ?)");
+  run.Bind(key.first).Bind(key.second).Bind(row->name).Bind(row->data.type).Bind(row->data.bytes);
+  run.Step();
+}
+
+void SqliteDatabase::Rollback() noexcept {
+  // What SQLite has undone by itself cannot be undone again.
+  sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+}  // namespace
+
+std::unique_ptr<Database> OpenDatabase(const std::filesystem::path& file) {
+  return std::make_unique<SqliteDatabase>(file);
+}
+
+}  // namespace platform

@@ -1,0 +1,117 @@
+#include "platform/machine/store.h"
+
+#include <stdexcept>
+
+#include "platform/machine/text.h"
+
+namespace platform {
+
+Store::Store(const std::filesystem::path& file, Faults& faults)
+    : faults_(faults), database_(file.empty() ? nullptr : OpenDatabase(file)) {
+  Refresh();
+}
+
+// Reads what others have written meanwhile.
+void Store::Refresh() {
+  if (database_ == nullptr || together_) return;
+  const int64_t version = database_->Version();
+  if (version == version_) return;
+  rows_ = database_->Load();
+  version_ = version;
+  ++state_;
+}
+
+void Store::Together(const std::function<void()>& body) {
+  const std::lock_guard lock(mutex_);
+  if (together_) return body();  // a part of the outer one
+  if (database_ != nullptr) database_->Begin();
+  try {
+    Refresh();
+    together_ = true;
+    body();
+    if (!failure_.empty()) throw std::runtime_error(failure_);
+    if (database_ != nullptr) database_->Commit();
+  } catch (...) {
+    if (database_ != nullptr) database_->Rollback();
+    Undo();
+    together_ = false;
+    failure_.clear();
+    throw;
+  }
+  changes_.clear();
+  together_ = false;
+}
+
+void Store::Undo() {
+  for (; !changes_.empty(); changes_.pop_back()) {
+    Change& last = changes_.back();
+    rows_.erase(last.key);
+    if (last.before) rows_[last.key] = std::move(*last.before);
+  }
+  ++state_;
+}
+
+// Writes a value, or removes it.
+void Store::Set(const RowKey& key, std::optional<Row> row) {
+  try {
+    // What has failed in its beginning is not continued: SQLite may have undone that by itself.
+    if (!failure_.empty()) throw std::runtime_error(failure_);
+    if (faults_.Strike(Fault::kStore)) throw std::runtime_error("the disk is full");
+    if (database_ != nullptr) database_->Set(key, row);
+  } catch (const std::runtime_error& failure) {
+    if (together_) failure_ = failure.what();
+    throw;
+  }
+  const auto old = rows_.extract(key);
+  if (together_) {
+    changes_.push_back({key, old ? std::optional(std::move(old.mapped())) : std::nullopt});
+  }
+  if (row) rows_[key] = std::move(*row);
+  ++state_;
+}
+
+std::optional<DataValue> Store::Get(std::u16string_view path, std::u16string_view name) {
+  const std::lock_guard lock(mutex_);
+  Refresh();
+  const auto found = rows_.find({FoldCase(path), FoldCase(name)});
+  if (found == rows_.end()) return std::nullopt;
+  return found->second.data;
+}
+
+std::map<std::u16string, Row> Store::All(std::u16string_view path) {
+  const std::lock_guard lock(mutex_);
+  Refresh();
+  const std::u16string folded = FoldCase(path);
+  std::map<std::u16string, Row> all;
+  for (auto row = rows_.lower_bound({folded, {}}); row != rows_.end() && row->first.first == folded;
+       ++row) {
+    all[row->first.second] = row->second;
+  }
+  return all;
+}
+
+void Store::Put(std::u16string_view path, std::u16string_view name, DataValue data) {
+  const std::lock_guard lock(mutex_);
+  Set({FoldCase(path), FoldCase(name)}, Row{std::u16string(name), std::move(data)});
+}
+
+bool Store::Remove(std::u16string_view path, std::u16string_view name) {
+  const std::lock_guard lock(mutex_);
+  const bool there = Get(path, name).has_value();
+  if (there) Set({FoldCase(path), FoldCase(name)}, std::nullopt);
+  return there;
+}
+
+void Store::RemoveAll(std::u16string_view path) {
+  Together([&] {
+    for (const auto& [name, row] : All(path)) Set({FoldCase(path), name}, std::nullopt);
+  });
+}
+
+uint64_t Store::State() {
+  const std::lock_guard lock(mutex_);
+  Refresh();
+  return state_;
+}
+
+}  // namespace platform

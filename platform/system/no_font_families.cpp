@@ -1,7 +1,0 @@
-#include "platform/system/font_families.h"
-
-namespace platform {
-
-std::vector<std::u16string> SystemFontFamilies() { return {}; }
-
-}  // namespace platform

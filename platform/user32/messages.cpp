@@ -1,0 +1,63 @@
+// Messages: sent and broadcast, and what a window does with one that it does not know.
+#include <algorithm>
+
+#include "platform/machine/machine.h"
+#include "platform/user32/manager.h"
+
+namespace platform {
+
+LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out) {
+  auto* units = reinterpret_cast<LPWSTR>(out);
+  if (units == nullptr || size == 0) return 0;
+  const size_t count = text.copy(units, size - 1);
+  units[count] = 0;
+  return static_cast<LRESULT>(count);
+}
+
+void NotifyCommand(const Window& control, UINT code) {
+  SendMessageW(control.parent, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(control.id), code),
+               reinterpret_cast<LPARAM>(control.handle));
+}
+
+LRESULT DefaultProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_GETTEXT) return CopyOut(window->text, wParam, lParam);
+  if (message != WM_SETTEXT) return 0;
+  window->text = lParam != 0 ? reinterpret_cast<LPCWSTR>(lParam) : u"";
+  InvalidateWindow(*window);
+  return TRUE;
+}
+
+}  // namespace platform
+
+using platform::FindWindowOf;
+using platform::Manager;
+
+extern "C" {
+
+LRESULT WINAPI SendMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto window = FindWindowOf(handle);
+  if (!window) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return 0;
+  }
+  return window->proc(window, message, wParam, lParam);
+}
+
+// What is sent to every top-level window is kept as a broadcast as well; nothing else is sent so.
+LRESULT WINAPI SendMessageTimeoutW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam,
+                                   UINT flags, UINT timeout, DWORD_PTR* result) {
+  if (handle != HWND_BROADCAST) {
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE);
+    return 0;
+  }
+  const auto* text = reinterpret_cast<LPCWSTR>(lParam);
+  platform::Machine::Current().RecordBroadcast(
+      {message, wParam, IS_INTRESOURCE(text) ? std::u16string() : std::u16string(text), flags,
+       timeout});
+  const std::vector<HWND> tops = Manager().tops;
+  for (HWND top : tops) SendMessageW(top, message, wParam, lParam);
+  if (result != nullptr) *result = TRUE;
+  return TRUE;
+}
+
+}  // extern "C"
