@@ -20,9 +20,7 @@ constexpr int kTabHeight = 24;
 constexpr int kButtonsHeight = 46;
 
 // The pages of the calling thread; a sheet runs on the thread that made its pages.
-// Not inlined: the lookup of a thread's variable changes registers that a WINAPI caller expects to
-// survive, and the compiler does not see it.
-[[gnu::noinline]] std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>>& Pages() {
+std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>>& Pages() {
   static thread_local std::unordered_map<HPROPSHEETPAGE, std::unique_ptr<_PSP>> pages;
   return pages;
 }

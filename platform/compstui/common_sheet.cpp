@@ -50,9 +50,7 @@ class CommonSheet {
 };
 
 // The sheets that the calling thread has open, in a nest of modal windows.
-// Not inlined: the lookup of a thread's variable changes registers that a WINAPI caller expects to
-// survive, and the compiler does not see it.
-[[gnu::noinline]] std::vector<std::pair<HANDLE, CommonSheet*>>& Sheets() {
+std::vector<std::pair<HANDLE, CommonSheet*>>& Sheets() {
   static thread_local std::vector<std::pair<HANDLE, CommonSheet*>> sheets;
   return sheets;
 }

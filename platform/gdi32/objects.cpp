@@ -9,9 +9,7 @@
 namespace platform {
 namespace gdi {
 
-// Not inlined: the lookup of a thread's variable changes registers that a WINAPI caller expects to
-// survive, and the compiler does not see it.
-[[gnu::noinline]] ObjectStore& ObjectStore::Get() {
+ObjectStore& ObjectStore::Get() {
   static thread_local ObjectStore store;
   return store;
 }
