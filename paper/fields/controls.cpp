@@ -92,7 +92,7 @@ std::span<const int> LockedControlList(int dialogId) {
 void LockControls(HWND dialog, int dialogId, bool permission) {
   if (permission) return;
   for (int control : LockedControlList(dialogId)) {
-    // A control that the template leaves out has no window.
+    // The templates lack some of the controls.
     if (HWND window = GetDlgItem(dialog, control)) EnableWindow(window, FALSE);
   }
 }

@@ -1,19 +1,19 @@
-// What is done to single controls of a dialog.
+// Operations on single controls of a dialog.
 #pragma once
 
 #include <windows.h>
 
 namespace kestrel {
 
-// Disables the LockedControlList of a dialog (by template id) when there is no permission to change
-// settings.
+// Disables the controls in the LockedControlList of a dialog, named by its template id, unless the
+// user may change settings.
 void LockControls(HWND dialog, int dialogId, bool permission);
 
-// Shrinks a control to nothing at its place and disables it.
+// Shrinks a control to zero width and height and disables it.
 void HideControl(HWND dialog, int control);
 
-// Moves the focus as Tab does: the default button and an edit's selection follow. Nothing happens
-// for a control that the template leaves out.
+// Moves the focus to a control as the Tab key does: the default button and the selection of an edit
+// follow. Does nothing when the template lacks the control.
 void MoveFocus(HWND dialog, int control);
 
 }  // namespace kestrel

@@ -6,15 +6,15 @@
 namespace kestrel {
 namespace {
 
-constexpr size_t kHelpLength = 511;  // units of a loaded text, terminator included
-constexpr int kFilledLength = 1025;  // the most that wsprintfW writes, and its terminator
-constexpr int kUsualGap = 30;        // tenths of a millimetre
-constexpr int kDensityOfFirstColumns = 203;
+constexpr size_t kHelpLength = 511;     // UTF-16 units of a loaded text with the terminator
+constexpr int kFormattedLength = 1025;  // wsprintfW writes at most 1024 units and the terminator
+constexpr int kUsualGap = 30;           // tenths of a millimetre
+constexpr int kFirstColumnsDpi = 203;
 
-// A bound as the help shows it.
-struct BoundText {
+// A limit, formatted in the unit of the help text.
+struct LimitText {
   WCHAR text[kMeasureTextLength];
-  BoundText(int value, int from, int unit, int dpi) {
+  LimitText(int value, int from, int unit, int dpi) {
     FormatMeasure(text, ConvertMeasure(value, from, unit, dpi), unit);
   }
 };
@@ -27,21 +27,21 @@ const HelpRow* FindRow(HelpTextTable rows, int control) {
   return nullptr;
 }
 
-void FillText(WCHAR (&out)[kFilledLength], const WCHAR* text, const HelpRow& row, int unit,
-              int dpi) {
-  const bool first = dpi == kDensityOfFirstColumns;
+void FormatHelp(WCHAR (&out)[kFormattedLength], const WCHAR* text, const HelpRow& row, int unit,
+                int dpi) {
+  const bool first = dpi == kFirstColumnsDpi;
   const int from = row.kind == kHelpDotRange || row.kind == kHelpDotRangeUnits ? kDot : kMillimetre;
-  const BoundText minimum(first ? row.min203 : row.min305, from, unit, dpi);
-  const BoundText maximum(first ? row.max203 : row.max305, from, unit, dpi);
+  const LimitText minimum(first ? row.min203 : row.min305, from, unit, dpi);
+  const LimitText maximum(first ? row.max203 : row.max305, from, unit, dpi);
   const WCHAR* name = UnitName(unit);
-  const BoundText usual(kUsualGap, kMillimetre, unit, dpi);
-  const BoundText zero(0, unit, unit, dpi);
+  const LimitText usual(kUsualGap, kMillimetre, unit, dpi);
+  const LimitText zero(0, unit, unit, dpi);
   if (row.kind == kHelpDotRange) {
     wsprintfW(out, text, minimum.text, maximum.text);
   } else if (row.kind == kHelpZero) {
     wsprintfW(out, text, zero.text, name);
   } else {
-    // A text that names no usual value leaves it out.
+    // wsprintfW omits the usual value when the text has no placeholder for it.
     wsprintfW(out, text, minimum.text, name, maximum.text, name, usual.text, name);
   }
 }
@@ -52,15 +52,15 @@ void ShowHelp(HWND dialog, HelpTextTable rows, int control, int helpBox, int uni
   const HelpRow* row = FindRow(rows, control);
   if (row == nullptr || row->text == 0) return;
   WCHAR text[kHelpLength];
-  // A text that the string table lacks empties the box.
+  // For an unknown id the text is empty, which clears the box.
   LoadMessageText(row->text, text, kHelpLength);
   if (row->kind == kHelpPlain) {
     SetDlgItemTextW(dialog, helpBox, text);
     return;
   }
-  WCHAR filled[kFilledLength];
-  FillText(filled, text, *row, unit, dpi);
-  SetDlgItemTextW(dialog, helpBox, filled);
+  WCHAR formatted[kFormattedLength];
+  FormatHelp(formatted, text, *row, unit, dpi);
+  SetDlgItemTextW(dialog, helpBox, formatted);
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The help box of a dialog: a text that describes the control in use, with its range filled in.
+// The help box of a dialog: a text about the control in use, with the range of its field.
 #pragma once
 
 #include <windows.h>
@@ -9,16 +9,15 @@
 namespace kestrel {
 
 enum HelpKind : uint16_t {
-  kHelpPlain = 0,
+  kHelpPlain = 0,          // no placeholder
   kHelpDotRange = 2,       // range in dots, two numbers
-  kHelpTenthsRange = 3,    // range in 0.1 mm, each with its unit
-  kHelpDotRangeUnits = 4,  // range in dots, each with its unit
-  kHelpTenthsUsual = 5,    // range in 0.1 mm and the usual gap
-  kHelpTenthsUsualToo = 6,
-  kHelpZero = 7,  // the value 0 and its unit
+  kHelpTenthsRange = 3,    // range in 0.1 mm, each limit with its unit
+  kHelpDotRangeUnits = 4,  // range in dots, each limit with its unit
+  kHelpTenthsUsual = 5,    // as kHelpTenthsRange, and the usual gap with its unit
+  kHelpZero = 7,           // the value 0 with its unit
 };
 
-// One row of a HelpTextTable; each dialog keeps its own rows beside itself.
+// A row of a HelpTextTable. Each dialog defines its own table.
 struct HelpRow {
   uint32_t control;
   uint16_t text;           // string id; 0: no help
@@ -28,22 +27,24 @@ struct HelpRow {
 };
 using HelpTextTable = std::span<const HelpRow>;
 
-// A row that is shown as it is, and one with the same range for every density.
+// Returns a row whose text has no placeholder.
 constexpr HelpRow Plain(int control, int text) {
   return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kHelpPlain, 0, 0, 0, 0};
 }
+// Returns a row with the same range for every density.
 constexpr HelpRow Ranged(int control, int text, HelpKind kind, int minimum, int maximum) {
   const auto low = static_cast<int16_t>(minimum);
   const auto high = static_cast<int16_t>(maximum);
   return {static_cast<uint32_t>(control), static_cast<uint16_t>(text), kind, low, high, low, high};
 }
 
-// Shows the help of a control in the help box (a static). A control without a row, or with text 0,
-// leaves the box.
+// Shows the help text of a control in helpBox, a static control, with the range converted to unit
+// at a head density in dots per inch. Leaves the box unchanged for a control without a row or with
+// text 0.
 void ShowHelp(HWND dialog, HelpTextTable rows, int control, int helpBox, int unit, int dpi);
 
-// What help boxes show before any control was used: on pages 110, 122 and 153; on page 111; on page
-// 129 and in the font dialogs.
+// The initial texts of the help boxes: of the operation, device and utility pages; of the paper
+// page; of the create-font page and the font dialogs.
 inline constexpr WCHAR kFirstHelpPosition[] =
     TEXT("ここにマウスカーソル位置についての説明が表示されます。");
 inline constexpr WCHAR kFirstHelpCursor[] =

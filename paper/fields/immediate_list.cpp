@@ -3,8 +3,8 @@
 namespace kestrel {
 namespace {
 
-ListAction Take(OpenListState& state, LRESULT selection, bool isOpen) {
-  state.taken = selection;
+ListAction Apply(OpenListState& state, LRESULT selection, bool isOpen) {
+  state.applied = selection;
   return isOpen && selection == state.openedWith ? ListAction::kRestore : ListAction::kChoose;
 }
 
@@ -18,14 +18,14 @@ ListAction OnListNotified(HWND dialog, int list, int notification, OpenListState
       state = {true, selection, selection};
       return ListAction::kOpened;
     case CBN_SELCHANGE:
-      return Take(state, selection, wasOpen);
+      return Apply(state, selection, wasOpen);
     case CBN_CLOSEUP:
       state.open = false;
-      // With nothing taken since the list was opened, a choice by mouse notifies CBN_SELCHANGE.
-      if (!wasOpen || state.taken == state.openedWith || selection == state.taken) {
+      // When no other selection was applied while the list was open, a click sends CBN_SELCHANGE.
+      if (!wasOpen || state.applied == state.openedWith || selection == state.applied) {
         return ListAction::kNone;
       }
-      return Take(state, selection, true);
+      return Apply(state, selection, true);
     default:
       return ListAction::kNone;
   }

@@ -1,4 +1,4 @@
-// Drop-down lists whose choice takes effect at once, not when the page is left or OK is clicked.
+// Drop-down lists whose selection takes effect at once, before the page is left or OK is clicked.
 #pragma once
 
 #include <windows.h>
@@ -9,15 +9,15 @@ namespace kestrel {
 
 enum class ListAction {
   kNone,
-  kOpened,   // store what a choice replaces
-  kChoose,   // the selection takes effect
-  kRestore,  // the selection is again the one that the list was opened with: restore what was
-             // stored
+  kOpened,   // save the state that a selection would change
+  kChoose,   // apply the selection
+  kRestore,  // restore the saved state: the selection is again that of the time of opening
 };
 
-// Returns what a notification of a drop-down list asks of its dialog. An arrow key in an open list
-// notifies CBN_SELCHANGE at once; Esc restores the selection without notifying it again
-// (CBN_SELENDCANCEL, then CBN_CLOSEUP). CBN_SELCHANGE may come before or after CBN_CLOSEUP.
+// Handles a notification of a drop-down list and returns the action that the dialog has to take. An
+// arrow key in an open list sends CBN_SELCHANGE at once. Esc restores the selection and sends
+// CBN_SELENDCANCEL and CBN_CLOSEUP, but no CBN_SELCHANGE. CBN_SELCHANGE may come before or after
+// CBN_CLOSEUP.
 ListAction OnListNotified(HWND dialog, int list, int notification, OpenListState& state);
 
 }  // namespace kestrel

@@ -12,12 +12,13 @@ constexpr bool IsDigit(WCHAR c) { return c >= TEXT('0') && c <= TEXT('9'); }
 
 constexpr int kPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000};
 
-// (value * factor + half) / divisor, computed wide enough for every 32-bit value.
+// Returns (value * factor + half) / divisor, computed in 64 bits.
 int Scale(int value, int factor, int half, int divisor) {
   return static_cast<int>((int64_t{value} * factor + half) / divisor);
 }
 
-// Digits behind the point, exactly this many: missing ones count as zeros, more are dropped.
+// Parses the digits after the point as exactly this many decimals: pads with zeros and drops
+// further digits.
 int FractionFromText(const WCHAR* text, int decimals) {
   int fraction = 0;
   for (int i = 0; i < decimals; ++i) {
@@ -71,7 +72,7 @@ int FormatMeasure(WCHAR (&out)[kMeasureTextLength], int value, int unit) {
   int64_t rest = Magnitude(value);
   WCHAR reversed[kMeasureTextLength];
   int length = 0;
-  // At least one digit stands before the point.
+  // Write at least one digit before the point.
   for (int digit = 0; rest > 0 || digit <= decimals; ++digit, rest /= 10) {
     if (digit == decimals && decimals > 0) reversed[length++] = TEXT('.');
     reversed[length++] = static_cast<WCHAR>(TEXT('0') + rest % 10);
@@ -92,7 +93,7 @@ int ParseMeasure(const WCHAR* text, int decimals) {
     negative = true;
     ++text;
   }
-  // What is left may carry a sign of its own, which holds for the integer part alone.
+  // A second sign may follow; it applies to the integer part only.
   int64_t number = int64_t{ParseInteger(text)} * kPowersOfTen[decimals];
   if (*text == TEXT('.')) number += FractionFromText(text + 1, decimals);
   if (negative) number = -number;

@@ -12,8 +12,8 @@
 namespace kestrel {
 namespace {
 
-constexpr int kFieldTextLength = 32;  // units read of a field, terminator included
-constexpr int kFilledLength = 1025;   // the most that wsprintfW writes, and its terminator
+constexpr int kFieldTextLength = 32;    // UTF-16 units of an edit's text with the terminator
+constexpr int kFormattedLength = 1025;  // wsprintfW writes at most 1024 units and the terminator
 
 const NumericField* FieldOfEdit(NumericFieldTable fields, int edit) {
   for (const NumericField& field : fields) {
@@ -35,22 +35,21 @@ void ShowValue(HWND dialog, int edit, int value, int unit) {
   SendDlgItemMessageW(dialog, edit, EM_SETSEL, static_cast<WPARAM>(length), length);
 }
 
-// The last number of its range that a field had. It is stored with the edit: UDM_GETPOS32 does not
-// return it, since an up-down with UDS_SETBUDDYINT reads the edit first.
-void RememberNumber(HWND dialog, int edit, int number) {
+// The last number of a field within its range. It is stored with the edit: UDM_GETPOS32 does not
+// return it, because an up-down with UDS_SETBUDDYINT reads the edit first.
+void SetLastNumber(HWND dialog, int edit, int number) {
   SetWindowLongPtrW(GetDlgItem(dialog, edit), GWLP_USERDATA, number);
 }
 int LastNumber(HWND dialog, int edit) {
   return static_cast<int>(GetWindowLongPtrW(GetDlgItem(dialog, edit), GWLP_USERDATA));
 }
 
-// Up-down messages with 32-bit values (UDM_SETPOS32 and its like).
 void SetPosition(HWND dialog, int spin, int position) {
   SendDlgItemMessageW(dialog, spin, UDM_SETPOS32, 0, position);
 }
 
-// A static bound in another unit; a field whose least value is more than nothing never allows
-// nothing.
+// Converts a limit of a static range. A limit other than 0 does not become 0: a label without width
+// would then be within its range.
 int ConvertBound(int bound, int from, int to, int dpi) {
   const int converted = ConvertMeasure(bound, from, to, dpi);
   return converted == 0 && bound != 0 ? 1 : converted;
@@ -73,7 +72,7 @@ void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int posi
   }
   SendDlgItemMessageW(dialog, spin, UDM_SETRANGE32, static_cast<WPARAM>(minimum), maximum);
   SetPosition(dialog, spin, position);
-  RememberNumber(dialog, edit, std::clamp(position, minimum, maximum));
+  SetLastNumber(dialog, edit, std::clamp(position, minimum, maximum));
 }
 
 void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value, int unit,
@@ -84,7 +83,6 @@ void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value
   SetSpin(dialog.window, field->spin, edit, minimum, maximum, value, attach);
   SendDlgItemMessageW(dialog.window, edit, EM_LIMITTEXT,
                       static_cast<WPARAM>(MeasureTextLimit(minimum, maximum, unit)), 0);
-  // A value above the maximum stays to be seen, and to be found by the range check.
   ShowValue(dialog.window, edit, value, unit);
 }
 
@@ -123,7 +121,7 @@ void SpinToEdit(FieldDialog dialog, int spin, int unit) {
 
 bool StepField(FieldDialog dialog, int spin, int step, int unit) {
   if (EditOfSpin(dialog, spin) == 0) return false;
-  // Setting a position keeps it within the range.
+  // The up-down limits the position to its range.
   SetPosition(dialog.window, spin, SpinPosition(dialog.window, spin) + step);
   SpinToEdit(dialog, spin, unit);
   return true;
@@ -143,7 +141,7 @@ void ChangeFieldUnit(FieldDialog dialog, int edit, int oldUnit, int newUnit, int
 }
 
 bool IsMeasureTyping(const WCHAR* text, int unit) {
-  bool started = false;  // a digit or the point was seen
+  bool started = false;  // after the first digit or point
   bool pointAllowed = unit == kMillimetre || unit == kInch;
   for (; *text != 0; ++text) {
     if (*text == TEXT(' ') && !started) continue;
@@ -193,7 +191,7 @@ TypedNumber OnPlainTyped(FieldDialog dialog, int edit) {
   int minimum, maximum;
   SpinRange(dialog.window, field->spin, &minimum, &maximum);
   if (typed.isNumber && typed.value >= minimum && typed.value <= maximum) {
-    RememberNumber(dialog.window, edit, typed.value);
+    SetLastNumber(dialog.window, edit, typed.value);
     // A query of the position makes the up-down adopt the text of its edit (UDS_SETBUDDYINT).
     SpinPosition(dialog.window, field->spin);
   }
@@ -205,7 +203,7 @@ void ShowBound(HWND dialog, UINT message, int bound, int unit) {
   LoadMessageText(message, format, kMessageLength);
   WCHAR number[kMeasureTextLength];
   FormatMeasure(number, bound, unit);
-  WCHAR text[kFilledLength];
+  WCHAR text[kFormattedLength];
   wsprintfW(text, format, number, UnitName(unit));
   ShowText(dialog, text, MB_ICONEXCLAMATION);
 }

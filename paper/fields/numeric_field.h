@@ -1,4 +1,4 @@
-// Edits paired with up-downs: ranges, texts, typing rules and range messages, for every dialog of
+// Edits paired with up-downs: ranges, texts, typing rules and range messages for every dialog of
 // the driver.
 #pragma once
 
@@ -8,8 +8,7 @@
 
 namespace kestrel {
 
-// One row of a NumericFieldTable: an edit, its up-down and the range that a change of units
-// converts.
+// A row of a NumericFieldTable: an edit, its up-down and the range that ChangeFieldUnit converts.
 struct NumericField {
   int edit;
   int spin;
@@ -17,50 +16,53 @@ struct NumericField {
   int maximum;
   int unit;  // of minimum and maximum; kPlain for a number without a unit
 };
-// Each dialog keeps its own rows beside itself.
+// Each dialog defines its own table.
 using NumericFieldTable = std::span<const NumericField>;
 
-// A dialog window and its fields, as every operation here needs both.
+// A dialog window and its fields.
 struct FieldDialog {
   HWND window;
   NumericFieldTable fields;
 };
 
-// The edit of an up-down; 0 when it is none of the dialog's.
+// Returns the edit of an up-down, or 0 when the fields do not include the up-down.
 int EditOfSpin(FieldDialog dialog, int spin);
 
 enum RangeSide : int { kInside = 0, kBelow = 1, kAbove = 2 };
 
-// Sets range, position (raised to the minimum), text limit and text of a field; attach joins the
-// up-down to the edit.
+// Sets range, position, text limit and text of a field. A value below the minimum becomes the
+// minimum; a value above the maximum is shown, for the range check to find. attach makes the edit
+// the buddy of the up-down. Ignores an edit outside the fields.
 void InitField(FieldDialog dialog, int edit, int minimum, int maximum, int value, int unit,
                bool attach);
-// Sets range and position of an up-down alone; the edit's text is not touched.
+// Sets range and position of an up-down without changing the text of its edit.
 void SetSpin(HWND dialog, int spin, int edit, int minimum, int maximum, int position, bool attach);
-// The field's text read in a unit; 0 for a dialog without numeric fields.
+// Parses the text of an edit in a unit; returns 0 for a dialog without numeric fields.
 int ReadField(FieldDialog dialog, int edit, int unit);
-// The field's text against the up-down's current range.
+// Checks the text of a field against the current range of its up-down.
 RangeSide CheckFieldRange(FieldDialog dialog, int edit, int unit);
-// Current range and position of an up-down.
+// Queries the current range of an up-down.
 void SpinRange(HWND dialog, int spin, int* minimum, int* maximum);
 int SpinPosition(HWND dialog, int spin);
-// The edit shows the up-down's position in a unit.
+// Writes the position of an up-down into its edit.
 void SpinToEdit(FieldDialog dialog, int spin, int unit);
-// An arrow of a measured field was pressed: the up-down steps within its range and the edit shows
-// it. True when the up-down is one of the dialog's: the dialog then refuses the up-down's own step,
-// so that nothing is ever pending between the two.
+// Handles UDN_DELTAPOS of a measured field: moves the position within its range and writes it into
+// the edit. Returns true when the fields include the up-down; the dialog then has to reject the
+// up-down's own step, which would write a number without a point.
 bool StepField(FieldDialog dialog, int spin, int step, int unit);
-// The edit shows its own value anew.
+// Parses the text of a field and rewrites it in the format of its unit.
 void ReformatField(FieldDialog dialog, int edit, int unit);
-// Changes a field from a unit to another: converts its static range and its value and fills it
-// again.
+// Converts the static range and the value of a field to another unit and initializes the field with
+// them.
 void ChangeFieldUnit(FieldDialog dialog, int edit, int oldUnit, int newUnit, int dpi);
 
-// Typing rules, over plain text.
+// Checks the characters of a measured value: digits, one "." for millimetres and inches, spaces
+// before the first of these.
 bool IsMeasureTyping(const WCHAR* text, int unit);
+// Checks the characters of a plain number: digits and "-".
 bool IsPlainTyping(const WCHAR* text);
-// A measured field's text changed: false and the last good text when a character is not allowed,
-// else the up-down follows.
+// Handles a changed text of a measured field: sets the position of the up-down. Returns false and
+// writes the previous position into the edit when the text has a character that is not allowed.
 bool OnMeasureTyped(FieldDialog dialog, int edit, int unit);
 // The changed text of a plain field.
 struct TypedNumber {
@@ -75,12 +77,11 @@ struct TypedNumber {
 // rules of its own.
 TypedNumber OnPlainTyped(FieldDialog dialog, int edit);
 
-// A message over dialog that names a bound in a unit, and the unit where the text has a place for
-// it.
+// Shows a range message with its limit, and with the unit when the text has a placeholder for it.
 void ShowBound(HWND dialog, UINT message, int bound, int unit);
-// A field as OK takes it. Outside its range a message shows the bound that it misses, the focus
-// moves to the field, the dialog's message result is TRUE and the answer false. Inside, the up-down
-// gets the number, so that what was checked is what is stored.
+// Checks a field on OK. Outside its range the function shows the message with the exceeded limit,
+// moves the focus to the field, sets the dialog's message result to TRUE and returns false. Inside
+// the range it sets the position of the up-down to the checked number and returns true.
 bool AcceptField(FieldDialog dialog, int edit, int minimum, int maximum, int unit, UINT belowId,
                  UINT aboveId);
 
