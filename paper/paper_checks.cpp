@@ -13,9 +13,9 @@
 namespace kestrel {
 namespace {
 
-constexpr int kNameBytes = 64;  // of a name in code page 932 with its terminator
+constexpr int kNameBytes = 64;  // size of a name in code page 932 with its terminator
 
-bool IsStoredName(const WCHAR (&field)[kPaperNameLength], const WCHAR* name) {
+bool EqualsName(const WCHAR (&field)[kPaperNameLength], const WCHAR* name) {
   const int length = BoundedLength(field, kPaperNameLength);
   return length == TextLength(name) && std::equal(field, field + length, name);
 }
@@ -45,13 +45,13 @@ PaperCheckResult CheckPaperName(const DriverSettingsBlock& block, const WCHAR* n
   if (SameText(name, kFreePaperName)) return {IDS_PAPER_NAME_TAKEN};
   const int count = PaperCount(block);
   for (int slot = 0; slot < count; ++slot) {
-    if (slot != edited && IsStoredName(block.Printer.Papers[slot].PaperName, name)) {
+    if (slot != edited && EqualsName(block.Printer.Papers[slot].PaperName, name)) {
       return {IDS_PAPER_NAME_TAKEN};
     }
   }
   if (!IsCp932Representable(name, TextLength(name), nullptr)) return {IDS_BAD_CHARACTER};
 
-  // Room for one double-byte character more than a name may have tells "too long" from "full".
+  // A buffer for the longest name only would truncate a longer one to a valid length.
   char bytes[kNameBytes + 2];
   if (ToCodePage(name, -1, bytes, sizeof bytes) >= kNameBytes) return {IDS_NAME_TOO_LONG};
   return {};
@@ -99,8 +99,8 @@ PaperCheckResult CheckPaperDeletion(const DriverSettingsBlock& block, int entry)
   return {};
 }
 
-void DeleteQuestion(const DriverSettingsBlock& block, int entry,
-                    WCHAR (&question)[kDeleteQuestionLength]) {
+void FormatDeleteQuestion(const DriverSettingsBlock& block, int entry,
+                          WCHAR (&question)[kDeleteQuestionLength]) {
   static_assert(kDeleteQuestionLength > kPaperNameLength);
   PaperEntryName(block, entry, question, kPaperNameLength);
   WCHAR confirmation[kDeleteQuestionLength - kPaperNameLength];

@@ -1,5 +1,5 @@
-// What a paper must pass before it is stored or deleted. The checks are over plain data and answer
-// a verdict; the dialogs show it.
+// The checks of a paper before it is stored or deleted. They work on plain data and return a
+// result; the dialogs show its message.
 #pragma once
 
 #include <windows.h>
@@ -10,43 +10,43 @@
 
 namespace kestrel {
 
-// Which input a verdict is about.
+// The input that a check has rejected.
 enum class PaperInput { kName, kWidth, kLength, kEyeMark, kGap };
 
 struct PaperCheckResult {
-  UINT message = 0;  // string id of the refusal; 0: passed
+  UINT message = 0;  // string id; 0: passed
   PaperInput input = PaperInput::kName;
-  int bound = 0;  // the limit that the message names, in the unit that was checked
+  int bound = 0;  // the limit for the message, in the unit of the checked value
 
   bool Passed() const { return message == 0; }
 };
 
-// The name of a paper that is to be stored, terminated; edited is the slot of the paper that it is
-// for, or -1 for a new one. In this order: not blank, not the free-size paper's, not another
-// paper's (letter case counts), every unit in code page 932, fewer than 64 bytes there.
+// Checks a terminated name for the paper in slot edited, or for a new paper (-1). Rejects, in this
+// order, a blank name, the name of the free-size paper, the name of another paper (the comparison
+// is case-sensitive), characters outside code page 932, and 64 bytes or more in that code page.
 PaperCheckResult CheckPaperName(const DriverSettingsBlock& block, const WCHAR* name, int edited);
 
-// The typed sizes, not yet cut to 16 bits.
+// The typed sizes, before they are truncated to 16 bits.
 struct PaperSizes {
   int width, length, eyeMark, gap;
 };
-// Width, length, eye-mark and gap, in this order, against their limits. unit is kMillimetre or
-// kInch and that of sizes and limits alike.
+// Checks width, length, eye-mark and gap, in this order, against their limits. sizes and limits are
+// in unit, which is kMillimetre or kInch.
 PaperCheckResult CheckPaperSizes(const PaperSizes& sizes, const PaperLimits& limits, int unit);
 
-// Derives the printable area from the label's sizes: as wide as the head prints, centred, over the
-// whole length.
+// Sets the printable area to the whole length of the label and to its width, at most that of the
+// print head, in the centre of the label.
 void DerivePrintableArea(PaperInfo& paper);
-// Whether the printable area lies within the label's width and length.
+// Checks that the printable area is within the width and length of the label.
 PaperCheckResult CheckPrintableArea(const PaperInfo& paper);
 
-// Whether a list entry may be deleted: not the free-size paper, not one fixed by the driver, not
-// the last one.
+// Rejects the deletion of the free-size paper, of a paper that the driver fixes and of the last
+// registered paper.
 PaperCheckResult CheckPaperDeletion(const DriverSettingsBlock& block, int entry);
 
-// The question before a deletion: the paper's name and the confirmation text.
 constexpr size_t kDeleteQuestionLength = 256;
-void DeleteQuestion(const DriverSettingsBlock& block, int entry,
-                    WCHAR (&question)[kDeleteQuestionLength]);
+// Formats the question before a deletion: the name of the paper and the confirmation text.
+void FormatDeleteQuestion(const DriverSettingsBlock& block, int entry,
+                          WCHAR (&question)[kDeleteQuestionLength]);
 
 }  // namespace kestrel

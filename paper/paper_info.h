@@ -1,4 +1,4 @@
-// One label paper, as it is stored in the settings block and in the printer data value "Private
+// The record of a label paper in the settings block and in the printer data value "Private
 // DevMode".
 #pragma once
 
@@ -21,10 +21,10 @@ enum MeasureUnit : uint16_t { kMillimetre = 0, kInch = 1, kDot = 2, kPlain = 3 }
 #pragma pack(push, 2)
 struct PaperInfo {
   WCHAR PaperName[kPaperNameLength];
-  uint16_t PaperKind;   // print-darkness grade: 0 A, 1 B, 2 C, 255 as the printer is set
+  uint16_t PaperKind;   // print-darkness grade: 0 A, 1 B, 2 C, 255 the printer's own setting
   uint16_t Thickness;   // print-darkness level 1..5
-  int16_t LabelWidth;   // the eight measured fields are in the unit of Unit:
-  int16_t LabelHeight;  // 0.1 mm, 0.001 in or dots
+  int16_t LabelWidth;   // the eight measured fields are in 0.1 mm, 0.001 in
+  int16_t LabelHeight;  // or dots, as Unit says
   int16_t GapSize;
   int16_t EyeMarkSize;
   uint16_t Unit;  // MeasureUnit

@@ -34,8 +34,7 @@ PaperLimits BuildPaperLimits(int dpi, int unit) {
 }
 
 void ConvertPaperLimits(PaperLimits& limits, int from, int to) {
-  // Between these two units no density is needed.
-  constexpr int kNoDensity = 0;
+  constexpr int kNoDensity = 0;  // only conversions to and from dots need one
   for (const auto member : kAllLimits) {
     SizeLimit& limit = limits.*member;
     limit.minimum = static_cast<int16_t>(ConvertMeasure(limit.minimum, from, to, kNoDensity));

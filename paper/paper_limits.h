@@ -1,15 +1,15 @@
-// The limits that the sizes of a paper are held to.
+// The limits of the sizes of a paper.
 #pragma once
 
 #include "paper/paper_records.h"
 
 namespace kestrel {
 
-// The limits in tenths of a millimetre at a head density in dots per inch.
+// Returns the limits in tenths of a millimetre for a head density in dots per inch.
 PaperLimits BuildPaperLimits(int dpi);
-// The limits in the unit of a paper: kInch converts them, every other unit leaves millimetres.
+// Returns the limits in inches for kInch, in tenths of a millimetre for every other unit.
 PaperLimits BuildPaperLimits(int dpi, int unit);
-// Converts all limits between millimetres and inches.
+// Converts all limits between kMillimetre and kInch.
 void ConvertPaperLimits(PaperLimits& limits, int from, int to);
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The choices of print darkness of a paper.
+// The options of the print darkness of a paper.
 #pragma once
 
 #include "paper/fields/option_table.h"

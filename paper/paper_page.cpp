@@ -337,7 +337,7 @@ void EditSelectedPaper(HWND page, DriverUiData& session) {
 
 bool ConfirmDeletion(HWND page, const DriverUiData& session, int entry) {
   WCHAR question[kDeleteQuestionLength];
-  DeleteQuestion(*session.settings, entry, question);
+  FormatDeleteQuestion(*session.settings, entry, question);
   WCHAR caption[kMessageLength];
   LoadMessageText(IDS_PAPER_DELETE_CAPTION, caption, std::size(caption));
   return MessageBoxW(page, question, caption, MB_OKCANCEL | MB_ICONEXCLAMATION) == IDOK;

@@ -12,8 +12,8 @@ constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr int kCharacterPitch = 16;  // pixels from one vertical character to the next
 constexpr int kCharacterInset = 2;
 
-// Gives a device context its objects and modes back. Declared after the owners of what is selected
-// meanwhile, so that these are free when they are deleted.
+// Restores the objects and modes of a device context. Declare it after the owners of the selected
+// objects: an object must not be selected when it is deleted.
 class SavedDc {
  public:
   explicit SavedDc(HDC dc) : dc_(dc), state_(SaveDC(dc)) {}
@@ -100,7 +100,7 @@ void DrawMarkerLines(HDC dc, std::span<const MarkerLine> lines) {
   if (!pen) return;
   const SavedDc saved(dc);
   SelectObject(dc, pen.get());
-  // The gaps between the dots show what lies below.
+  // The gaps of the dotted lines do not cover the label.
   SetBkMode(dc, TRANSPARENT);
   for (const MarkerLine& line : lines) {
     MoveToEx(dc, line.from.x, line.from.y, nullptr);

@@ -1,5 +1,5 @@
-// Draws sketches, labels and markers into the picture boxes. Every drawing releases what it made
-// before it returns and leaves the device context as it was.
+// Draws sketches, labels and markers into the picture boxes. Each function deletes the GDI objects
+// that it has created and restores the state of the device context before it returns.
 #pragma once
 
 #include <windows.h>
@@ -10,23 +10,22 @@
 
 namespace kestrel {
 
-// Stretches a bitmap resource over a rectangle. Nothing is drawn when it does not load or the
-// rectangle is empty.
+// Stretches a bitmap resource over a rectangle. Draws nothing when the bitmap cannot be loaded or
+// the rectangle is empty.
 void DrawPicture(HDC dc, const RECT& rect, int bitmapId);
 
-// The whole-label view of a paper over a box: the background, then the laid-out labels with the
-// picture of the print orientation in each. Answers the geometry; a paper without size has no
-// scale.
+// Draws the whole-label view of a paper: the background, then the labels with the picture of the
+// print orientation. Returns the geometry; draws no label for a paper without a size.
 PreviewGeometry DrawWholeLabel(HDC dc, const RECT& box, const PaperInfo& paper, PreviewPlace place,
                                int orientationPicture);
 
-// Dotted red lines.
+// Draws dotted red lines.
 void DrawMarkerLines(HDC dc, std::span<const MarkerLine> lines);
 
-// A text's characters one under the other, black on white.
+// Draws the characters of a text one under the other, black on white.
 void DrawVerticalText(HDC dc, const RECT& rect, const WCHAR* text);
 
-// The sketch of a field of the paper page or the registration dialog (by template id), or the
+// Returns the bitmap id of the sketch of a field of IDD_PAPER or IDD_PAPER_REGISTER, or that of the
 // background for any other control.
 int FieldSketch(int dialogId, int field);
 

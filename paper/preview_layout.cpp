@@ -7,29 +7,29 @@
 namespace kestrel {
 namespace {
 
-// Far outside every box, and small enough that no sum of measures, and none of sixteen pitches,
-// leaves 32 bits.
-constexpr int kFarAway = 1 << 24;
+// The largest coordinate: outside every box, and small enough that sums of coordinates and sixteen
+// pitches fit into 32 bits.
+constexpr int kMaxCoordinate = 1 << 24;
 
-// A number of 32 bits, whatever it was computed in: the registers of an x86 processor hold more
-// digits, and what lies half way between two pixels would be drawn at another on each machine.
-float Stored(float number) {
-  const volatile float stored = number;
-  return stored;
+// Rounds a number to 32 bits. The x87 registers of an x86 processor have a higher precision, with
+// which a value half way between two pixels could be rounded differently than on x64.
+float RoundToFloat(float number) {
+  const volatile float rounded = number;
+  return rounded;
 }
 
 RECT Offset(const RECT& rect, int dx, int dy) {
   return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
 }
 
-// Cuts a rectangle to the height of the box; empty when it lies wholly outside.
-RECT CutToHeight(const RECT& rect, int height) {
+// Clips a rectangle to the height of the box; returns an empty one when it is outside.
+RECT ClipToHeight(const RECT& rect, int height) {
   if (rect.bottom <= 0 || rect.top >= height) return {};
   return {rect.left, std::max<LONG>(rect.top, 0), rect.right, std::min<LONG>(rect.bottom, height)};
 }
 
-// One label whose top left corner is given, clipped to the height of the box. False when nothing of
-// it is inside.
+// Places a label at its top left corner and clips it to the height of the box. Returns false when
+// the label is outside.
 bool PlaceLabel(const PreviewGeometry& geometry, int x, int y, PreviewLabel& out) {
   const int height = geometry.box.bottom;
   if (y + geometry.height < 1 || y >= height) return false;
@@ -39,8 +39,8 @@ bool PlaceLabel(const PreviewGeometry& geometry, int x, int y, PreviewLabel& out
   const RECT printable = {left, top, left + geometry.printableWidth,
                           top + geometry.printableHeight};
   out.label = {x, std::max(y, 0), x + geometry.width, y + geometry.height};
-  out.printable = CutToHeight(printable, height);
-  out.picture = CutToHeight(Offset(geometry.picture, left, top), height);
+  out.printable = ClipToHeight(printable, height);
+  out.picture = ClipToHeight(Offset(geometry.picture, left, top), height);
   out.eyeMark = std::max(geometry.eyeMark + std::min(y, 0), 0);
   return true;
 }
@@ -57,10 +57,10 @@ POINT ClampToBox(const PreviewGeometry& geometry, int x, int y) {
 }  // namespace
 
 int ScaleToPreview(int value, float scale) {
-  const float exact = Stored(Stored(static_cast<float>(value)) * scale);
-  const float pixels = std::clamp<float>(exact, -kFarAway, kFarAway);
+  const float exact = RoundToFloat(RoundToFloat(static_cast<float>(value)) * scale);
+  const float pixels = std::clamp<float>(exact, -kMaxCoordinate, kMaxCoordinate);
   const int whole = static_cast<int>(pixels);
-  // The fraction is exact; a sum with 0.5 would not be where the caller has set the x87 to 24 bits.
+  // The fraction is exact. A sum with 0.5 is not when the caller has set the x87 to 24 bits.
   const float fraction = pixels - static_cast<float>(whole);
   return whole + (fraction >= 0.5F ? 1 : 0) - (fraction < -0.5F ? 1 : 0);
 }
@@ -73,7 +73,8 @@ PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box) {
   const int larger = std::max(paper.LabelWidth, paper.LabelHeight);
   if (larger <= 0) return geometry;
 
-  const float scale = Stored(static_cast<float>(box.right - box.left) / static_cast<float>(larger));
+  const float scale =
+      RoundToFloat(static_cast<float>(box.right - box.left) / static_cast<float>(larger));
   geometry.scale = scale;
   geometry.width = ScaleToPreview(paper.LabelWidth, scale);
   geometry.height = ScaleToPreview(paper.LabelHeight, scale);
@@ -101,7 +102,7 @@ int LayOutLabels(const PreviewGeometry& geometry, PreviewPlace place,
 
   int count = 0;
   if (PlaceLabel(geometry, x, y, labels[count])) ++count;
-  // Labels that do not move on would be drawn over each other.
+  // With no positive pitch the labels would be drawn over each other.
   if (pitch <= 0) return count;
   for (int k = 1; count < kMaxPreviewLabels; ++k) {
     if (!PlaceLabel(geometry, x, y - k * pitch, labels[count])) break;

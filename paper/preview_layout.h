@@ -1,5 +1,5 @@
-// The geometry of the whole-label view: a strip of labels scaled to its box, and the markers of the
-// offsets. Pure arithmetic over rectangles; preview_draw draws it.
+// The geometry of the whole-label view: a strip of labels, scaled to its box, and the markers of
+// the offsets. preview_draw draws it.
 #pragma once
 
 #include <windows.h>
@@ -11,49 +11,48 @@ namespace kestrel {
 
 constexpr int kMaxPreviewLabels = 16;
 
-// Where one label of the whole-label view lies, in pixels of its box. An empty rectangle is not
-// drawn.
+// The rectangles of one label in pixels of the box. An empty rectangle is not drawn.
 struct PreviewLabel {
   RECT label;
   RECT printable;
   RECT picture;
-  int eyeMark;  // height of the eye-mark bars at the label's top
+  int eyeMark;  // height of the eye-mark bars at the top of the label
 };
 
-// A paper scaled to its preview box; recomputed for every drawing. Everything but the scale is in
-// pixels.
+// A paper scaled to its preview box, in pixels. It is computed anew for every drawing.
 struct PreviewGeometry {
   RECT box;
   int centreX, centreY;
-  float scale;  // pixels a unit of the paper; 0: the paper has no size and no label is drawn
+  float scale;  // pixels per unit of the paper; 0: the paper has no size
   int width, height, printableLeft, printableTop, printableWidth, printableHeight, gap, eyeMark;
   RECT picture;  // square inside the printable area
 };
 
-// One dotted line of a marker.
+// A dotted line of a marker.
 struct MarkerLine {
   POINT from;
   POINT to;
 };
 
-// Where the strip is shown; the place of the first label differs.
+// The window of the strip, which determines the position of the first label.
 enum class PreviewPlace { kPage, kDialog };
 
-// Scales a paper to a box, given as the client rectangle of its control. A paper whose larger side
-// is 0 or less gets scale 0 and no measures.
+// Scales a paper to a box, the client rectangle of a control. Returns scale 0 and no sizes when the
+// larger side of the paper is 0 or less.
 PreviewGeometry MeasurePreview(const PaperInfo& paper, const RECT& box);
 
-// A number of the paper's units in pixels of the preview, rounded half up, below zero too.
+// Converts a value in units of the paper to pixels, rounded half up, for negative values too.
 int ScaleToPreview(int value, float scale);
 
-// Lays out the labels that can be seen in the box: the first one, those above it, then those below.
-// Answers how many there are.
+// Lays out the labels that are visible in the box: the first label, those above it, then those
+// below it. Returns their number.
 int LayOutLabels(const PreviewGeometry& geometry, PreviewPlace place,
                  PreviewLabel (&labels)[kMaxPreviewLabels]);
 
 constexpr int kMaxMarkerLines = 2;
-// The lines that mark an offset field of the paper page (by control id), clamped to the box.
-// Answers how many there are, 0 for any other control. The first line starts at the marked point.
+// Lays out the lines that mark an offset field of the paper page, named by its control id, clamped
+// to the box. The first line starts at the marked point. Returns the number of lines, 0 for any
+// other control.
 int LayOutMarker(const PreviewGeometry& geometry, int field, const PaperOffsets& offsets,
                  bool eyeMarkSensor, MarkerLine (&lines)[kMaxMarkerLines]);
 

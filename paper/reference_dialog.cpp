@@ -9,11 +9,9 @@
 namespace kestrel {
 namespace {
 
-constexpr int kNone = -1;
-
 struct Choice {
   const DriverSettingsBlock& block;
-  int slot;
+  int slot = -1;
 };
 
 void Open(HWND dialog, Choice& choice) {
@@ -27,21 +25,21 @@ void Open(HWND dialog, Choice& choice) {
 }
 
 bool Accept(HWND dialog, Choice& choice) {
-  // CB_ERR is the same as none.
+  static_assert(CB_ERR == -1);
   choice.slot =
       static_cast<int>(SendDlgItemMessageW(dialog, IDC_PAPER_REFERENCE_LIST, CB_GETCURSEL, 0, 0));
   return true;
 }
 
-// Closing the window is OK without a choice.
+// Closing the window ends the dialog as OK does, but chooses no paper.
 constexpr DialogHandlers<Choice> kDialog = {
     .templateId = IDD_PAPER_REFERENCE, .open = Open, .accept = Accept, .close = IDOK};
 
 }  // namespace
 
 int ChooseReferencePaper(HWND owner, const DriverSettingsBlock& block) {
-  Choice choice = {block, kNone};
-  return ShowModalDialog(kDialog, owner, choice) == IDOK ? choice.slot : kNone;
+  Choice choice = {block};
+  return ShowModalDialog(kDialog, owner, choice) == IDOK ? choice.slot : -1;
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The dialog that chooses the registered paper whose data are copied.
+// The dialog in which the user chooses a registered paper to copy.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 namespace kestrel {
 
-// Slot of the chosen paper; -1 when none was chosen.
+// Returns the slot of the chosen paper, or -1 when the user chose none.
 int ChooseReferencePaper(HWND owner, const DriverSettingsBlock& block);
 
 }  // namespace kestrel
