@@ -1,4 +1,4 @@
-// The dialogs' toolkit: measured values, fields in a dialog, help box, options, locks.
+// Measured values, numeric fields, the help box, option tables and locked controls.
 #include <iomanip>
 #include <sstream>
 
@@ -19,7 +19,7 @@ using namespace support;
 constexpr int kLeast = -32768, kMost = 32767;
 constexpr int mm = kMillimetre, in = kInch;
 
-TEST(MeasuredValue, IsConvertedWrittenReadAndTypedByTheTable) {
+TEST(MeasuredValue, ConvertsFormatsAndParsesAsTheTableSays) {
   for (const std::string& row : GoldenRows("measures.txt")) {
     std::istringstream words(row);
     std::string what, equals, expected, quoted;
@@ -54,18 +54,18 @@ TEST(MeasuredValue, IsConvertedWrittenReadAndTypedByTheTable) {
   }
 }
 
-// Inside the registration dialog.
-using Fields = SheetTest;
+// Each test uses the window of the registration dialog.
+using NumericFields = SheetTest;
 
 constexpr int kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN;
 constexpr int kName = IDC_PAPER_REGISTER_NAME;
 constexpr NumericField kFields[] = {{kWidth, kWidthSpin, 27, 550, kDot}};
 
-// A bound that would vanish stays at one step; without a density dots stay dots.
-TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
+// A limit other than 0 does not become 0; without a density dots are not converted.
+TEST_F(NumericFields, UnitChangeConvertsRangeAndValue) {
   const auto look = [](Desk& desk) {
     const FieldDialog dialog = {desk.Top(), kFields};
-    // Where the dialog itself reads the text the position is that of millimetres.
+    // The dialog parses each new text as millimetres and sets the position.
     const auto expect = [&](const std::u16string& text, int minimum, int maximum, int position) {
       EXPECT_EQ(desk.Text(kWidth), text);
       ExpectRange(kWidthSpin, minimum, maximum, position)(desk);
@@ -85,7 +85,7 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
     expect(converted(500, kDot, mm, 32767), 1, 4, 4);
     expect(converted(99, kDot, mm, 0), 27, 550, 99);
 
-    // Nothing is done with a control that they do not know.
+    // A control outside the fields is ignored.
     SetDlgItemTextW(desk.Top(), kName, TEXT("12"));
     EXPECT_EQ(ReadField({desk.Top(), {}}, kName, kPlain), 0);
     EXPECT_EQ(ReadField(dialog, kName, kPlain), 12);
@@ -101,7 +101,7 @@ TEST_F(Fields, AreRaisedToTheirMinimumAndConvertedToAnotherUnit) {
   Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), look, Click(IDCANCEL)});
 }
 
-TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
+TEST_F(NumericFields, HelpShowsRangeAndLockDisablesInputs) {
   constexpr int kGap = IDS_HELP_PAPER_REGISTER_GAP;
   static constexpr HelpRow kRows[] = {
       {1, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
@@ -111,7 +111,7 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
       Plain(5, 0),
       Plain(6, 1),  // no such text
       Plain(0, 0),
-      Plain(8, kGap)};  // behind the row that ends the table
+      Plain(8, kGap)};  // after the row that ends the table
   const auto look = [](Desk& desk) {
     const auto expect = [&](int control, int unit, int dpi, std::u16string_view part) {
       SetDlgItemTextW(desk.Top(), IDC_HELP_TEXT, TEXT("before"));
@@ -127,7 +127,7 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
     ShowHelp(desk.Top(), kRows, 6, IDC_HELP_TEXT, kPlain, 203);
     EXPECT_EQ(desk.Text(IDC_HELP_TEXT), u"");
 
-    // Without permission the dialog is left to be closed alone.
+    // Without permission the user can only close the dialog.
     LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
     int open = 0;
     for (const auto& at : std::vector(desk.Windows().back().controls))
@@ -137,8 +137,8 @@ TEST_F(Fields, AreDescribedWithTheirRangeAndLockedWithoutPermission) {
   Cancel(kPaperTab, {Click(IDC_PAPER_REGISTER), look, Click(IDCANCEL)});
 }
 
-// The operation page's own walk shows the rest.
-TEST(OptionTables, AnswerTheFirstEntryForWhatTheyLack) {
+// The tests of the operation page cover valid values.
+TEST(OptionTables, UnknownValueSelectsFirstEntry) {
   EXPECT_EQ(OptionIndex(SpeedOptions(), kOptionEnd), 0);
   for (const int outside : {-1, 3, 99}) EXPECT_EQ(OptionValue(SpeedOptions(), outside), 1);
 }

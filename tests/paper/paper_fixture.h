@@ -1,4 +1,4 @@
-// Papers that the printer has, and the paper page of its user's defaults.
+// A printer with papers, and the paper page in the sheet of the user's defaults.
 #pragma once
 
 #include <string>
@@ -40,42 +40,46 @@ inline std::u16string Number(int number) {
   return {text.begin(), text.end()};
 }
 
-// A record as a text: its name with all that lies behind it, and the words behind the name.
-inline std::u16string Told(const PaperInfo& paper) {
+// Formats a record: the name field up to its last used unit, then the 16-bit values of the other
+// fields in stored order.
+inline std::u16string Describe(const PaperInfo& paper) {
   std::u16string text(paper.PaperName, kPaperNameLength);
   text.resize(text.find_last_not_of(u'\0') + 1);
   for (size_t at = 128; at < 160; at += 2) text += u' ' + Number(At(&paper, at));
   return text;
 }
 
-// A new paper with this name and these words behind it, as far as they go.
-inline PaperInfo Paper(std::u16string name, std::initializer_list<int> words) {
+// Returns a new paper with this name. values replace the first fields after the name, in stored
+// order.
+inline PaperInfo Paper(std::u16string name, std::initializer_list<int> values) {
   PaperInfo paper = NewPaper();
   CopyText(paper.PaperName, name.c_str());
-  for (size_t at = 128; const int word : words)
-    Put(&paper, std::exchange(at, at + 2), static_cast<int16_t>(word));
+  for (size_t at = 128; const int value : values)
+    Put(&paper, std::exchange(at, at + 2), static_cast<int16_t>(value));
   return paper;
 }
 
 class PaperTest : public SheetTest {
  protected:
-  // The factory defaults with papers "P1", "P2" … behind the standard one, 20.1, 20.2 … mm wide.
+  // Returns the factory defaults with papers "P1", "P2" … after the standard one, 20.1, 20.2 … mm
+  // wide.
   static DriverSettingsBlock With(int papers) {
     DriverSettingsBlock block = DefaultBlock();
     for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), {0, 3, 200 + i}));
     return block;
   }
-  std::u16string Stored(int slot) { return Told(KeptPrinterPart(machine()).Papers[slot]); }
-  void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(told_), Golden(file)); }
+  std::u16string Stored(int slot) { return Describe(KeptPrinterPart(machine()).Papers[slot]); }
+  void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(log_), Golden(file)); }
 
-  std::u16string told_;
+  std::u16string log_;  // compared with a golden file
 };
 
-inline Steps Refused(std::u16string text, std::u16string caption) {
+// Closes the message of a rejected input.
+inline Steps CloseError(std::u16string text, std::u16string caption) {
   return CloseMessage(std::move(text), MB_ICONEXCLAMATION, std::move(caption));
 }
 
-// Types into the registration dialog; empty texts stay as they are.
+// Types into the registration dialog. An empty text leaves its field unchanged.
 inline Steps Fill(std::u16string name, std::u16string width = u"", std::u16string length = u"",
                   std::u16string gap = u"") {
   Steps steps;

@@ -1,5 +1,4 @@
-// The preview's source compiled for the x87, which computes with the precision that the caller of
-// the module has set.
+// Compiles the preview's layout for the x87, whose precision the caller of the module determines.
 #define kestrel kestrel_x87
 #include "tests/support/x87.h"
 
@@ -19,7 +18,7 @@ TEST(PreviewX87, ScalesAlikeAtEveryPrecision) {
     papers[1].LabelWidth = 464, papers[1].LabelHeight = 29;
     EXPECT_EQ(kestrel::MeasurePreview(papers[0], {0, 0, 120, 200}).height, 23);
     EXPECT_EQ(kestrel::MeasurePreview(papers[1], {0, 0, 120, 200}).height, 7);
-    // Just below half a pixel, on it, and above; with 24 bits 0.49999997 + 0.5 is 1.
+    // Just below half a pixel, half a pixel, and more. With 24 bits 0.49999997 + 0.5 is 1.
     EXPECT_EQ(kestrel::ScaleToPreview(1, 0.49999997F), 0);
     EXPECT_EQ(kestrel::ScaleToPreview(5, 0.5F), 3);
     EXPECT_EQ(kestrel::ScaleToPreview(-5, 0.5F), -2);
