@@ -16,7 +16,7 @@ struct PageHandlers {
   void (*leave)(HWND page, DriverUiData& session) = nullptr;
   void (*command)(HWND page, DriverUiData& session, int control, int notification) = nullptr;
   // Any other message. Returns the result of the dialog procedure.
-  INT_PTR (*other)
+  INT_PTR(*other)
   (HWND page, DriverUiData& session, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;
   // PSN_APPLY: confirms the sheet's result, and saves the session's fonts on pages that do so
   // (sheets/session_fonts.h). The sheet closes whatever it returns.
