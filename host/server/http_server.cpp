@@ -11,13 +11,10 @@
 #include <boost/asio/read.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/write.hpp>
-#include <boost/beast/http/empty_body.hpp>
-#include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <charconv>
 #include <chrono>
-#include <limits>
 #include <list>
 #include <span>
 #include <sstream>
@@ -26,6 +23,7 @@
 
 #include "host/failure.h"
 #include "host/hex.h"
+#include "host/server/request_head.h"
 
 namespace printhost {
 namespace {
@@ -36,8 +34,6 @@ using asio::ip::tcp;
 using boost::system::error_code;
 using std::chrono::milliseconds;
 
-constexpr std::size_t kMaxHead = 8 << 10;  // without the empty line at its end
-constexpr std::size_t kMaxBody = 64 << 10;
 constexpr std::size_t kMaxConnections = 256;  // event streams included
 // A browser opens six connections to a site, shared by all of its tabs.
 constexpr std::ptrdiff_t kMaxStreams = 4;
@@ -47,7 +43,6 @@ constexpr milliseconds kResponseTimeout{5000};
 // A connection that is closed while its peer still sends loses the response.
 constexpr milliseconds kLingerTimeout{300};
 constexpr milliseconds kAcceptRetryDelay{100};
-constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 constexpr std::pair<const char*, const char*> kHeaders[] = {
     {"Content-Security-Policy",
@@ -58,8 +53,6 @@ constexpr std::pair<const char*, const char*> kHeaders[] = {
     {"Cross-Origin-Resource-Policy", "same-origin"},
     {"Cross-Origin-Opener-Policy", "same-origin"},
     {"Cache-Control", "no-store"}};
-
-std::string_view View(boost::beast::string_view text) { return {text.data(), text.size()}; }
 
 // Returns the acceptor of the server; see HttpServer's constructor.
 tcp::acceptor ListenOnLoopback(asio::io_context& io, const std::string& listen) {
@@ -103,64 +96,6 @@ bool EqualSecrets(std::string_view a, std::string_view b) {
   int difference = 0;
   for (std::size_t i = 0; i < a.size(); ++i) difference |= a[i] ^ b[i];
   return difference == 0;
-}
-
-struct RequestHead {
-  http::request_header<> header = {};
-  std::size_t bodyLength = 0;
-  bool isMalformed = false;
-  int refusal = 0;  // status of the response when the body is not acceptable: 400, 411, 413 or 415
-};
-
-bool IsNumber(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-// Returns the value of the header line at the start of a text, without blanks around it.
-std::string_view FirstValue(std::string_view lines) {
-  lines = lines.substr(0, lines.find('\r'));
-  lines.remove_prefix(std::min(lines.find(':') + 1, lines.size()));
-  const std::size_t first = lines.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return lines.substr(first, lines.find_last_not_of(" \t") - first + 1);
-}
-
-// Returns why a body must not be read: 415 for an encoded one, 411 for a chunked one or a POST
-// without a length, 400 for several lengths, 413 for a long one; 0 when it may be read.
-int BodyRefusal(const http::request_header<>& header, std::size_t length) {
-  if (header.count(http::field::content_encoding) > 0) return 415;
-  if (header.count(http::field::transfer_encoding) > 0) return 411;
-  const std::size_t lengths = header.count(http::field::content_length);
-  if (lengths == 0) return header.method() == http::verb::post ? 411 : 0;
-  if (lengths > 1 || !IsNumber(View(header[http::field::content_length]))) return 400;
-  return length > kMaxBody ? 413 : 0;
-}
-
-// Parses a head that ends with an empty line.
-RequestHead ParseHead(std::string_view head) {
-  // The parser accepts folded lines, which RFC 9112 lets a server refuse.
-  if (head.find("\r\n ") != std::string_view::npos || head.find("\r\n\t") != std::string_view::npos)
-    return {.isMalformed = true};
-  http::request_parser<http::empty_body> parser;
-  parser.header_limit(static_cast<std::uint32_t>(kMaxHead + kHeadEnd.size()));
-  parser.body_limit(std::numeric_limits<std::uint64_t>::max());  // BodyRefusal checks the length
-  error_code error;
-  const std::size_t parsed = parser.put(asio::buffer(head), error);
-  const bool isLengthBad = error == http::error::bad_content_length;
-  const bool isBodyBad = isLengthBad || error == http::error::bad_transfer_encoding;
-  if ((error && !isBodyBad) || (!error && !parser.is_header_done())) return {.isMalformed = true};
-  RequestHead result{.header = parser.get().base()};
-  if (!isBodyBad) {
-    result.bodyLength = static_cast<std::size_t>(parser.content_length().value_or(0));
-    result.refusal = BodyRefusal(result.header, result.bodyLength);
-  } else if (!isLengthBad || result.header.count(http::field::transfer_encoding) > 0) {
-    result.refusal = 411;
-  } else {
-    // The parser stops at the refused line; a length that is a number is too large for it.
-    const bool isFirst = result.header.count(http::field::content_length) == 0;
-    result.refusal = isFirst && IsNumber(FirstValue(head.substr(parsed))) ? 413 : 400;
-  }
-  return result;
 }
 
 }  // namespace
@@ -231,7 +166,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     socket_.set_option(tcp::no_delay(true), ignored);
     SetDeadline(kHeadTimeout);
     asio::async_read(
-        socket_, asio::dynamic_buffer(head_, kMaxHead + kHeadEnd.size()),
+        socket_, asio::dynamic_buffer(head_, kMaxHead),
         [this](const error_code&, std::size_t) {
           return isTimedOut_ || head_.find(kHeadEnd) != std::string::npos ? 0 : kMaxHead;
         },
@@ -290,7 +225,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     if (state_ == State::kClosed) return;
     const std::size_t end = head_.find(kHeadEnd);
     if (end == std::string::npos) {
-      if (head_.size() >= kMaxHead + kHeadEnd.size()) return Send({.status = 431});
+      if (head_.size() >= kMaxHead) return Send({.status = 431});
       // Browsers keep connections ready that they may never use.
       return isTimedOut_ && !head_.empty() ? Send({.status = 408}) : Close();
     }
@@ -330,6 +265,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
   }
 
   void Send(HttpResponse answer) {
+    head_ = {};
+    body_ = {};
     response_.version(11);
     response_.result(static_cast<unsigned>(answer.status));
     for (const auto& [name, value] : kHeaders) response_.set(name, value);
