@@ -59,7 +59,7 @@ class Player : public platform::User {
   Player(Script& script, SheetCall& sheet) : script_(script), sheet_(sheet) {}
 
   bool Act(platform::Desk& desk) override {
-    asked_ = true;
+    wasShown_ = true;
     // The step before opened a window: it is done as soon as the next can be asked for.
     AnswerOpen();
     return Answered([&] {
@@ -67,7 +67,7 @@ class Player : public platform::User {
       if (!step) return false;
       open_ = true;
       if (MayConfirm(desk, *step)) {
-        if (const auto hindrance = sheet_.Hindrance()) throw Failure(*hindrance);
+        if (const auto error = sheet_.SaveError()) throw Failure(*error);
       }
       const Json read = DoStep(desk, sheet_.module(), *step);
       AnswerOpen(read);
@@ -84,7 +84,7 @@ class Player : public platform::User {
   }
 
   // Whether any window has ever been shown.
-  bool asked() const { return asked_; }
+  bool wasShown() const { return wasShown_; }
 
  private:
   void AnswerOpen(const Json& read = Json::object()) {
@@ -114,7 +114,7 @@ class Player : public platform::User {
   SheetCall& sheet_;
   bool open_ = false;  // a step is begun and not yet answered
   bool failed_ = false;
-  bool asked_ = false;
+  bool wasShown_ = false;
 };
 
 int Play(Call& call) {
@@ -131,11 +131,11 @@ int Play(Call& call) {
     ~Leave() { desk.Attach(nullptr); }
   } leave{call.machine.desk()};
   const LONG result = sheet.Show();
-  if (result < 0 || !player.asked()) throw Failure{kFailed, "the sheet did not open"};
+  if (result < 0 || !player.wasShown()) throw Failure{kFailed, "the sheet did not open"};
   player.Finish();
   if (result >= CPSUI_OK) {
     sheet.RequirePrinter();
-    if (const auto problem = Trouble([&] { sheet.Keep(); })) throw Failure(*problem);
+    if (const auto problem = CatchFailure([&] { sheet.Save(); })) throw Failure(*problem);
   }
   const bool done = result >= CPSUI_OK;
   if (call.json())

@@ -23,7 +23,7 @@ constexpr Option kSheetOptions[] = {kKindOption,      kListenOption, kInRecordOp
                                     kOutRecordOption, kGlossOption,  kJsonOption};
 constexpr Option kDemoOptions[] = {kListenOption, kOutRecordOption, kGlossOption, kJsonOption};
 
-// What the page tells about the sheet: whose it is, which one, and where its drives lie.
+// Describes the sheet for the page: printer, kind and the host folders of its drives.
 Json About(Call& call, SheetCall& sheet) {
   Json drives = Json::object();
   for (const char16_t* drive : {u"C:\\", u"Z:\\"})
@@ -31,14 +31,14 @@ Json About(Call& call, SheetCall& sheet) {
   return {{"printer", ToUtf8(sheet.printer())}, {"kind", sheet.kind()}, {"drives", drives}};
 }
 
-// The address's tail that switches the page's English on.
+// Returns the fragment of the address that shows the English texts.
 std::string GlossOf(const Arguments& arguments) {
   if (!arguments.Has("--gloss")) return {};
   if (arguments.Value("--gloss") != "en") throw Failure{kUsage, "--gloss takes en"};
   return "#gloss=en";
 }
 
-// One call of a sheet, from the address to the last word.
+// Shows one sheet in the browser, from printing its address to reporting its result.
 class Session {
  public:
   Session(Call& call, SheetCall& sheet)
@@ -48,30 +48,32 @@ class Session {
         server_(exchange_,
                 call.arguments.Has("--listen") ? call.arguments.Value("--listen") : "127.0.0.1:0",
                 sheet.module()),
-        user_(exchange_, call.machine, About(call, sheet), [this] { return MayKeep(); }) {
-    // A reader of the output that is gone is a failure to tell, not the end.
+        user_(exchange_, call.machine, About(call, sheet), [this] { return CanSave(); }) {
+    // A closed pipe is reported as a failure; it must not end the process.
     std::signal(SIGPIPE, SIG_IGN);
     // A program that wants JSON reads standard output whole.
-    std::ostream& told = call.json() ? std::cerr : std::cout;
-    // One write: a reader never sees half an address.
-    told << server_.address() + GlossOf(call.arguments) + '\n' << std::flush;
-    if (!told) throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
-    Advise("Open the address in a browser on this computer. On OK the settings are " +
-           sheet_.Outcome() +
-           ".\nCancel or Ctrl-C here leaves the settings as they were and ends the command.");
+    std::ostream& output = call.json() ? std::cerr : std::cout;
+    // One write, so that a reader never gets half an address.
+    output << server_.address() + GlossOf(call.arguments) + '\n' << std::flush;
+    if (!output)
+      throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
+    WriteTerminalHint(
+        "Open the address in a browser on this computer. On OK the settings are " +
+        sheet_.Outcome() +
+        ".\nCancel or Ctrl-C here leaves the settings as they were and ends the command.");
     call_.machine.desk().Attach(&user_);
   }
   ~Session() { call_.machine.desk().Attach(nullptr); }
 
-  // Shows the sheet until its settings are kept or it is cancelled; answers an exit code. Throws
-  // Failure; the page is told everything first.
+  // Shows the sheet until its settings are saved or it is cancelled, and returns an exit code.
+  // Throws Failure after the page has received it.
   int Run() {
     int exit = kFailed;
-    const auto failure = Trouble([&] {
+    const auto failure = CatchFailure([&] {
       exit = Show();
       Print(exit == kDone);
-      Advise(exit == kDone ? "The settings are " + sheet_.Outcome() + '.'
-                           : "Cancelled; the settings are as they were.");
+      WriteTerminalHint(exit == kDone ? "The settings are " + sheet_.Outcome() + '.'
+                                      : "Cancelled; the settings are as they were.");
     });
     if (failure) {
       const std::string& reason = failure->message;
@@ -84,8 +86,8 @@ class Session {
   }
 
  private:
-  // Writes advice for a user at a terminal; a program that reads standard error gets none.
-  static void Advise(const std::string& text) {
+  // Writes a hint when standard error is a terminal.
+  static void WriteTerminalHint(const std::string& text) {
     if (isatty(STDERR_FILENO) != 0) std::cerr << text << '\n';
   }
 
@@ -93,26 +95,26 @@ class Session {
     std::optional<Failure> problem;
     do {
       const LONG result = sheet_.Show();
-      if (result < 0 || !user_.asked())
+      if (result < 0 || !user_.wasShown())
         throw Failure{kFailed, "the sheet did not open", "シートを開けませんでした。"};
       if (result < CPSUI_OK && problem) throw Failure(*problem);
       if (result < CPSUI_OK) return kCancelled;
       sheet_.RequirePrinter();
-      // What could not be kept is shown again, so that the person can try once more.
-      problem = Trouble([this] { sheet_.Keep(); });
-      if (problem) Tell(*problem);
+      // Show the sheet again after a save error, so that the user can retry.
+      problem = CatchFailure([this] { sheet_.Save(); });
+      if (problem) ReportSaveError(*problem);
     } while (problem);
     return kDone;
   }
 
-  // What stands against keeping the settings is better told while the sheet still holds them.
-  bool MayKeep() {
-    const auto problem = sheet_.Hindrance();
-    if (problem) Tell(*problem);
+  // Report save errors while the sheet is still open, so that the user can retry.
+  bool CanSave() {
+    const auto problem = sheet_.SaveError();
+    if (problem) ReportSaveError(*problem);
     return !problem;
   }
 
-  void Tell(const Failure& problem) {
+  void ReportSaveError(const Failure& problem) {
     const std::u16string text =
         u"設定を保存できませんでした。原因を取り除いてから、もう一度 OK を押してください。\n\n" +
         FromUtf8(problem.japanese);

@@ -11,16 +11,16 @@
 namespace printhost {
 namespace {
 
-std::string Event(const std::string& picture) { return "data: " + picture + "\n\n"; }
+std::string Event(const std::string& data) { return "data: " + data + "\n\n"; }
 
 }  // namespace
 
 struct SheetServer::Impl final : HttpSite {
-  Impl(Exchange& meeting, HMODULE module, const std::string& listen)
-      : exchange(meeting), pictures(module), server(*this, listen) {
-    exchange.OnPicture([this] { server.NotifyStreams(); });
+  Impl(Exchange& sheetExchange, HMODULE module, const std::string& listen)
+      : exchange(sheetExchange), pictures(module), server(*this, listen) {
+    exchange.SetSnapshotListener([this] { server.NotifyStreams(); });
   }
-  ~Impl() override { exchange.OnPicture(nullptr); }
+  ~Impl() override { exchange.SetSnapshotListener(nullptr); }
 
   HttpResponse Respond(const HttpRequest& request) override {
     const bool isAction = request.name == "action";
@@ -59,11 +59,11 @@ struct SheetServer::Impl final : HttpSite {
     return {.status = 204};
   }
 
-  void OnStreamOpened() override { exchange.Joined(); }
-  void OnStreamClosed(bool complete) override { exchange.Left(complete); }
+  void OnStreamOpened() override { exchange.OnStreamOpened(); }
+  void OnStreamClosed(bool complete) override { exchange.OnStreamClosed(complete); }
   std::string NextEvent(std::uint64_t& seen, bool& last) override {
-    std::string picture;
-    return exchange.Newer(seen, picture, last) ? Event(picture) : std::string();
+    std::string snapshot;
+    return exchange.NextSnapshot(seen, snapshot, last) ? Event(snapshot) : std::string();
   }
   std::string EvictionEvent() override { return Event(R"({"end":"elsewhere"})"); }
 

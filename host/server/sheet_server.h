@@ -1,6 +1,5 @@
-// Serves one sheet to the browser of the person at this computer. It listens on a loopback address,
-// and answers only requests that carry the random token of its address, name it as their host and
-// come from no other origin.
+// Serves one sheet to a browser on this computer: the page's files, the pictures of the module, the
+// stream of snapshots and the user's actions.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +21,7 @@ class SheetServer {
   SheetServer(const SheetServer&) = delete;
   SheetServer& operator=(const SheetServer&) = delete;
 
-  // What to open in a browser.
+  // Returns the address to open in a browser.
   std::string address() const;
 
  private:

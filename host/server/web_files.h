@@ -1,4 +1,4 @@
-// The page's files, part of the program so that it serves them from wherever it stands.
+// The page's files, linked into the program.
 #pragma once
 
 #include <span>
@@ -12,7 +12,7 @@ struct WebFile {
   std::string_view bytes;
 };
 
-// The first is the page itself, with an empty name.
+// Returns all files; the page itself comes first and has an empty name.
 std::span<const WebFile> WebFiles();
 
 }  // namespace printhost

@@ -151,13 +151,13 @@ std::string ActionProblem(const Json& action) {
   return {};
 }
 
-void DoAction(Desk& desk, const Json& action, const std::function<bool()>& mayConfirm) {
+void DoAction(Desk& desk, const Json& action, const std::function<bool()>& canConfirm) {
   const auto windows = desk.Windows();
   if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
   const Json& verb = action.at("action");
   const bool confirms = (verb == "enter" && !HasOpenList(windows.back())) ||
                         (verb == "press" && action["button"] == "ok");
-  if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !mayConfirm())
+  if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !canConfirm())
     return;
   std::ranges::find(kVerbs, verb.get<std::string>(), &Verb::name)->act(desk, action);
 }

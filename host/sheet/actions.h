@@ -28,7 +28,7 @@ std::string ActionProblem(const Json& action);
 
 // Does an action without a problem. One meant for a window that is no longer on top is dropped: a
 // second click on OK must not press the button of what lies below. Before one that may confirm a
-// sheet mayConfirm is asked; when it says no nothing is done.
-void DoAction(platform::Desk& desk, const Json& action, const std::function<bool()>& mayConfirm);
+// sheet canConfirm is asked; when it says no nothing is done.
+void DoAction(platform::Desk& desk, const Json& action, const std::function<bool()>& canConfirm);
 
 }  // namespace printhost

@@ -8,10 +8,10 @@
 
 namespace printhost {
 namespace {
-constexpr std::size_t kMostPages = 16;
+constexpr std::size_t kMaxPages = 16;
 }  // namespace
 
-// What was opened in a browser so far goes along, so that the page opens each once.
+// The number of files opened so far is part of the snapshot, so that a page opens each file once.
 void BrowserUser::Publish(platform::Desk& desk, bool busy) {
   Json handled = Json::object();
   for (const auto& [page, number] : handled_) handled[page] = number;
@@ -28,13 +28,14 @@ void BrowserUser::Publish(platform::Desk& desk, bool busy) {
 void BrowserUser::Wait(platform::Desk& desk) { Publish(desk, true); }
 
 bool BrowserUser::Act(platform::Desk& desk) {
-  asked_ = true;
+  wasShown_ = true;
   Publish(desk, false);
   const std::optional<Json> action = exchange_.Take();
   if (!action) return false;
-  // Counted before it is done: an action that opens a window ends only when that window closes.
+  // Count the action before it is performed: one that opens a window returns when that window
+  // closes.
   Count(*action);
-  DoAction(desk, *action, mayConfirm_);
+  DoAction(desk, *action, canConfirm_);
   return true;
 }
 
@@ -45,7 +46,7 @@ void BrowserUser::Count(const Json& action) {
   if (page != handled_.end()) {
     last.second = std::max(last.second, page->second);
     handled_.erase(page);
-  } else if (handled_.size() == kMostPages) {
+  } else if (handled_.size() == kMaxPages) {
     handled_.erase(handled_.begin());
   }
   handled_.push_back(std::move(last));

@@ -1,4 +1,4 @@
-// The person at the browser: what the page reports is done at the desk, on the desk's own thread.
+// The user at the browser: performs the actions that pages report, on the desk's thread.
 #pragma once
 
 #include <cstdint>
@@ -15,22 +15,23 @@ namespace printhost {
 
 class BrowserUser : public platform::User {
  public:
-  // What is told about the sheet goes with every picture. mayConfirm is asked before the person
-  // confirms a sheet; it tells what stands against it.
+  // About: members of every snapshot that describe the sheet. canConfirm is called before the user
+  // confirms a sheet; when it returns false it has reported the reason.
   BrowserUser(Exchange& exchange, platform::Machine& machine, Json about,
-              std::function<bool()> mayConfirm)
+              std::function<bool()> canConfirm)
       : exchange_(exchange),
         machine_(machine),
         about_(std::move(about)),
-        mayConfirm_(std::move(mayConfirm)) {}
+        canConfirm_(std::move(canConfirm)) {}
 
-  // Shows the desk, waits for the next action and does it. False when nobody is there any more.
+  // Publishes the desk, waits for the next action and performs it. Returns false when no user is
+  // left.
   bool Act(platform::Desk& desk) override;
-  // Shows the desk as it is, busy.
+  // Publishes the desk, marked busy.
   void Wait(platform::Desk& desk) override;
 
-  // Whether any window has ever been shown.
-  bool asked() const { return asked_; }
+  // Returns true once a window has been published.
+  bool wasShown() const { return wasShown_; }
 
  private:
   void Publish(platform::Desk& desk, bool busy);
@@ -39,10 +40,10 @@ class BrowserUser : public platform::User {
   Exchange& exchange_;
   platform::Machine& machine_;
   Json about_;
-  std::function<bool()> mayConfirm_;
-  // Each page's number of its last action done; the pages that acted last.
+  std::function<bool()> canConfirm_;
+  // Pages and the number of the last action of each, the most recent page last; at most kMaxPages.
   std::vector<std::pair<std::string, std::int64_t>> handled_;
-  bool asked_ = false;
+  bool wasShown_ = false;
 };
 
 }  // namespace printhost

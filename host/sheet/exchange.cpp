@@ -6,50 +6,51 @@
 namespace printhost {
 namespace {
 
-constexpr std::size_t kMostWaiting = 1000;
-constexpr std::chrono::milliseconds kGrace{3000};  // several tries of a page that lost its stream
-constexpr std::chrono::milliseconds kFarewell{1500};
+constexpr std::size_t kMaxQueuedActions = 1000;
+constexpr std::chrono::milliseconds kReconnectTimeout{
+    3000};  // a page that lost its stream retries each 500 ms
+constexpr std::chrono::milliseconds kFinalSnapshotTimeout{1500};
 
 }  // namespace
 
 bool Exchange::Put(Json action) {
   const std::lock_guard lock(mutex_);
-  if (actions_.size() >= kMostWaiting) return false;
+  if (actions_.size() >= kMaxQueuedActions) return false;
   actions_.push_back(std::move(action));
   changed_.notify_all();
   return true;
 }
 
-void Exchange::Joined() {
+void Exchange::OnStreamOpened() {
   const std::lock_guard lock(mutex_);
-  ++pages_;
-  visited_ = true;
+  ++streams_;
+  hadStream_ = true;
   changed_.notify_all();
 }
 
-void Exchange::Left(bool told) {
+void Exchange::OnStreamClosed(bool complete) {
   const std::lock_guard lock(mutex_);
-  --pages_;
-  told_ = told_ || (told && ended_);
-  leftAt_ = Clock::now();
+  --streams_;
+  finalSnapshotSent_ = finalSnapshotSent_ || (complete && ended_);
+  lastClosedAt_ = Clock::now();
   changed_.notify_all();
 }
 
-bool Exchange::Newer(std::uint64_t& seen, std::string& picture, bool& last) const {
+bool Exchange::NextSnapshot(std::uint64_t& seen, std::string& snapshot, bool& last) const {
   const std::lock_guard lock(mutex_);
   last = ended_;
   if (version_ == seen) return false;
   seen = version_;
-  picture = picture_;
+  snapshot = snapshot_;
   return true;
 }
 
 std::optional<Json> Exchange::Take() {
   std::unique_lock lock(mutex_);
   while (!cancelled_ && actions_.empty()) {
-    if (!visited_ || pages_ > 0) {
+    if (!hadStream_ || streams_ > 0) {
       changed_.wait(lock);
-    } else if (const auto end = leftAt_ + kGrace; Clock::now() < end) {
+    } else if (const auto end = lastClosedAt_ + kReconnectTimeout; Clock::now() < end) {
       changed_.wait_until(lock, end);
     } else {
       cancelled_ = true;
@@ -61,20 +62,20 @@ std::optional<Json> Exchange::Take() {
   return action;
 }
 
-void Exchange::OnPicture(std::function<void()> call) {
+void Exchange::SetSnapshotListener(std::function<void()> call) {
   const std::lock_guard lock(mutex_);
-  onPicture_ = std::move(call);
+  onSnapshot_ = std::move(call);
 }
 
-void Exchange::Show(std::string picture) {
-  picture_ = std::move(picture);
+void Exchange::SetSnapshot(std::string snapshot) {
+  snapshot_ = std::move(snapshot);
   ++version_;
-  if (onPicture_) onPicture_();
+  if (onSnapshot_) onSnapshot_();
 }
 
-void Exchange::Publish(std::string picture) {
+void Exchange::Publish(std::string snapshot) {
   const std::lock_guard lock(mutex_);
-  Show(std::move(picture));
+  SetSnapshot(std::move(snapshot));
 }
 
 void Exchange::Cancel() {
@@ -83,14 +84,15 @@ void Exchange::Cancel() {
   changed_.notify_all();
 }
 
-void Exchange::End(std::string picture) {
+void Exchange::End(std::string snapshot) {
   std::unique_lock lock(mutex_);
   ended_ = true;
-  Show(std::move(picture));
-  if (!visited_) return;
+  SetSnapshot(std::move(snapshot));
+  if (!hadStream_) return;
   const auto end =
-      std::min(Clock::now() + kFarewell, pages_ > 0 ? Clock::time_point::max() : leftAt_ + kGrace);
-  changed_.wait_until(lock, end, [&] { return pages_ == 0 && told_; });
+      std::min(Clock::now() + kFinalSnapshotTimeout,
+               streams_ > 0 ? Clock::time_point::max() : lastClosedAt_ + kReconnectTimeout);
+  changed_.wait_until(lock, end, [&] { return streams_ == 0 && finalSnapshotSent_; });
 }
 
 }  // namespace printhost

@@ -1,5 +1,5 @@
-// Where the desk's thread and the server's threads meet: actions go one way, pictures of the desk
-// the other.
+// The queue between the desk's thread and the server's thread: actions in one direction, snapshots
+// of the desk in the other.
 #pragma once
 
 #include <chrono>
@@ -17,46 +17,48 @@ namespace printhost {
 
 class Exchange {
  public:
-  // ---- the server's side ----
-  // Queues what a person did; false when far too much waits already.
+  // ---- for the server ----
+  // Queues an action of the user; returns false when the queue is full.
   bool Put(Json action);
-  // A page opened or closed its stream; told: with the sheet's last picture.
-  void Joined();
-  void Left(bool told);
-  // Whether there is a picture newer than the one seen; then both become the newest. Last: the
-  // sheet is over, its last words are in the picture.
-  bool Newer(std::uint64_t& seen, std::string& picture, bool& last) const;
-  // Called with every new picture, on the desk's thread; it must be quick. Null: nobody.
-  void OnPicture(std::function<void()> call);
+  // A page opened or closed its event stream. Complete: it has received the last event.
+  void OnStreamOpened();
+  void OnStreamClosed(bool complete);
+  // Returns true when there is a snapshot newer than number seen, and sets both to the newest.
+  // Last: the sheet has ended and no snapshot follows.
+  bool NextSnapshot(std::uint64_t& seen, std::string& snapshot, bool& last) const;
+  // Sets the function to call after each new snapshot, on the desk's thread; it must not block.
+  // Null: none.
+  void SetSnapshotListener(std::function<void()> call);
 
-  // ---- the desk's side ----
-  // The next action; nothing when nobody is there any more: cancelled, or every page closed for
-  // longer than the grace. Before the first page has come it waits without end.
+  // ---- for the desk ----
+  // Waits for the next action and returns it. Returns nothing after Cancel, or when no page has had
+  // a stream for kReconnectTimeout; before the first page opens one it waits without a limit.
   std::optional<Json> Take();
-  void Publish(std::string picture);
+  void Publish(std::string snapshot);
 
-  // ---- everybody's ----
+  // ---- for any thread ----
   void Cancel();
-  // The last picture; waits a moment until the pages have it and are gone, or come back for it.
-  void End(std::string picture);
+  // Publishes the last snapshot and waits at most kFinalSnapshotTimeout until a page has received
+  // it and all streams are closed.
+  void End(std::string snapshot);
 
  private:
   using Clock = std::chrono::steady_clock;
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
-  std::function<void()> onPicture_;
+  std::function<void()> onSnapshot_;
   std::deque<Json> actions_;
-  std::string picture_;
+  std::string snapshot_;
   std::uint64_t version_ = 0;
-  int pages_ = 0;
-  bool visited_ = false;
+  int streams_ = 0;
+  bool hadStream_ = false;
   bool cancelled_ = false;
   bool ended_ = false;
-  bool told_ = false;  // some page has the last picture
-  Clock::time_point leftAt_;
+  bool finalSnapshotSent_ = false;  // to one page at least
+  Clock::time_point lastClosedAt_;
 
-  void Show(std::string picture);
+  void SetSnapshot(std::string snapshot);
 };
 
 }  // namespace printhost

@@ -105,7 +105,7 @@ void SheetCall::RequirePrinter() {
         "プリンタが削除されたため、設定は保存されていません。"};
 }
 
-void SheetCall::Keep() {
+void SheetCall::Save() {
   if (!kind_.record) return;
   input_ = output_;
   input_.resize(RecordExtent(input_));
@@ -114,8 +114,8 @@ void SheetCall::Keep() {
   if (kind_.keptHere) machine_.SetDefaultRecord(printer(), input_);
 }
 
-std::optional<Failure> SheetCall::Hindrance() const {
-  return Trouble([this] {
+std::optional<Failure> SheetCall::SaveError() const {
+  return CatchFailure([this] {
     machine_.RequireWritable();
     if (!out_.empty()) CheckRecordFile(out_);
   });

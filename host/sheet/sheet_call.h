@@ -1,6 +1,5 @@
-// One call of a property sheet as an application makes it: what it brings, which sheet is shown,
-// and what becomes of the settings. Whoever sits at the desk, a browser or a script, is not known
-// here.
+// One call of a property sheet as an application makes it: the input record, the kind of sheet and
+// where the resulting settings are stored. It works with any user of the desk.
 #pragma once
 
 #include <optional>
@@ -23,8 +22,8 @@ inline constexpr Option kOutRecordOption = {"--out", 1, "FILE",
 
 class SheetCall {
  public:
-  // The call that the options --kind, --in and --out ask for; another kind where one is named.
-  // Throws Failure when the record or the file that is to be written cannot serve.
+  // Reads --kind, --in and --out; a kind that is not empty overrides --kind. Throws Failure when
+  // the record is not valid or the output file cannot be written.
   SheetCall(Call& call, std::u16string printer, std::string_view kind = {});
 
   std::string_view kind() const;
@@ -34,17 +33,16 @@ class SheetCall {
   // Shows the sheet to the user at the desk: CPSUI_OK and above, CPSUI_CANCEL, or a failure below
   // 0.
   LONG Show();
-  // Throws Failure when the printer was removed while the sheet stood open.
+  // Throws Failure when the printer was removed while the sheet was open.
   void RequirePrinter();
-  // Everything that outlives a confirmed sheet: the printer's default record and the file. The
-  // sheet, shown again, starts from it.
-  void Keep();
-  // What stands against keeping, as far as can be told before; nothing is changed.
-  std::optional<Failure> Hindrance() const;
-  // What becomes of the settings on OK, as the end of a sentence that begins with "the settings
-  // are".
+  // Stores the printer's default record and writes the output file after OK. A sheet that is shown
+  // again starts from these settings. Throws Failure.
+  void Save();
+  // Returns the error that Save would have, as far as it can be found without a change.
+  std::optional<Failure> SaveError() const;
+  // Returns what OK does with the settings, to follow "the settings are".
   std::string Outcome();
-  // The record that came back, as JSON; null for a sheet without one.
+  // Returns the resulting record as JSON; null for a sheet without a record.
   Json Result() const;
 
  private:
@@ -63,18 +61,18 @@ class SheetCall {
   const Kind& kind_;
   DriverModule module_;
   PrinterHandle printer_;
-  bool printed_;     // whether the record goes to standard output
-  std::string out_;  // the file that the record goes to; empty: none
-  Record input_;     // empty: none; after Keep what came back
+  bool printed_;     // the record is written to standard output
+  std::string out_;  // the output file; empty: none
+  Record input_;     // empty: none; after Save the resulting record
   Record output_;
 };
 
-// The failure of the computer's store, which says its reason in English alone.
+// Returns the Failure for an error of the computer's store.
 Failure StoreFailure(std::string_view reason);
 
-// What went wrong in a step.
+// Runs a step and returns the Failure that it threw, or nothing.
 template <typename Step>
-std::optional<Failure> Trouble(const Step& step) {
+std::optional<Failure> CatchFailure(const Step& step) {
   try {
     step();
     return std::nullopt;

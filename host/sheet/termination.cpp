@@ -5,15 +5,15 @@
 
 namespace printhost {
 
-Termination::Termination(std::function<void()> asked) {
+Termination::Termination(std::function<void()> onSignal) {
   sigemptyset(&signals_);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals_, signal);
-  // Threads inherit the mask, so that only the watcher takes these signals.
+  // Threads inherit the mask, so that only the watcher receives these signals.
   pthread_sigmask(SIG_BLOCK, &signals_, &before_);
-  watcher_ = std::jthread([this, asked = std::move(asked)](const std::stop_token& stop) {
-    constexpr timespec kTurn = {0, 100'000'000};
+  watcher_ = std::jthread([this, onSignal = std::move(onSignal)](const std::stop_token& stop) {
+    constexpr timespec kPollInterval = {0, 100'000'000};
     while (!stop.stop_requested()) {
-      if (sigtimedwait(&signals_, nullptr, &kTurn) > 0) asked();
+      if (sigtimedwait(&signals_, nullptr, &kPollInterval) > 0) onSignal();
     }
   });
 }

@@ -1,5 +1,5 @@
-// Being asked to end: SIGTERM, SIGINT and SIGHUP are told to a function on a thread of its own
-// instead of ending the process, as long as this object lives. Made before any other thread is.
+// While this object exists, SIGTERM, SIGINT and SIGHUP call a function on a thread of its own
+// instead of ending the process. Construct it before any other thread.
 #pragma once
 
 #include <csignal>
@@ -11,7 +11,7 @@ namespace printhost {
 
 class Termination {
  public:
-  explicit Termination(std::function<void()> asked);
+  explicit Termination(std::function<void()> onSignal);
   ~Termination();
   Termination(const Termination&) = delete;
   Termination& operator=(const Termination&) = delete;
