@@ -45,10 +45,11 @@ void CopyShortRecord(void* output, const RecordView& input) {
 
 }  // namespace
 
-void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name) {
-  if (LoadStoredSettings(block, printer, name)) return;
+bool LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name) {
+  if (LoadStoredSettings(block, printer, name)) return true;
   FillDefaultSettings(block, printer, name);
   block.Record.Private.Signature = SETTINGS_SIGNATURE;
+  return false;
 }
 
 bool SavePrinterSettings(const DriverSettingsBlock& block, HANDLE printer, const WCHAR*) {

@@ -30,8 +30,8 @@ bool ResolveSettings(void* output, const RecordView& input, HANDLE printer, cons
 size_t SettingsRecordSize(const RecordView& input);
 
 // Fills a block with the stored settings, or with the defaults when any part is missing or foreign.
-// Always leaves a complete, signed block.
-void LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
+// Always leaves a complete, signed block; returns true when it holds the stored settings.
+bool LoadPrinterSettings(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
 // Stores the printer-level part as the printer data value "Private DevMode". Returns false on
 // failure.

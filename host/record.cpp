@@ -136,7 +136,7 @@ Record ReadRecordFile(const std::filesystem::path& given) {
                      " bytes and ends before its first field");
   // Anything behind the record's own end is a sign of another kind of file.
   if (record.size() != claimed)
-    Refuse(path, "it says that it has " + std::to_string(claimed) + " bytes, the file has " + held);
+    Refuse(path, "its sizes claim " + std::to_string(claimed) + " bytes, but there are " + held);
   return record;
 }
 

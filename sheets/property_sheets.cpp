@@ -4,6 +4,7 @@
 
 #include "driver/default_settings.h"
 #include "driver/document_properties.h"
+#include "driver/handles.h"
 #include "driver/instance.h"
 #include "driver/os_version.h"
 #include "driver/resolve_settings.h"
@@ -102,10 +103,13 @@ void Finish(DriverUiData& session, const DOCUMENTPROPERTYHEADER& header) {
 }
 
 // Printer properties edit nothing, and another sheet of the printer may have stored papers while
-// this one was open, so the stored settings are resolved again.
+// this one was open, so the stored settings are loaded again. When they cannot be loaded now, the
+// settings of the opening are stored: the defaults would delete the printer's papers.
 void Finish(DriverUiData& session, const DEVICEPROPERTYHEADER& header) {
-  *session.settings = {};
-  ResolveBlock(*session.settings, nullptr, header.hPrinter, session.printerName);
+  const auto stored = HeapBlock<DriverSettingsBlock>::One();
+  if (stored && LoadPrinterSettings(*stored, header.hPrinter, session.printerName)) {
+    *session.settings = *stored;
+  }
   RefreshPublicFields(session);
   StorePrinterPart(session, header.hPrinter, session.printerName);
 }

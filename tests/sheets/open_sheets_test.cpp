@@ -72,6 +72,17 @@ TEST_F(OpenSheets, PrinterPropertiesKeepPapersThatASecondSheetStored) {
   EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
 }
 
+TEST_F(OpenSheets, PrinterPropertiesKeepPapersWhenACallFails) {
+  using enum platform::Fault;
+  auto stored = support::DefaultBlock();
+  stored.Printer.PaperNum = 2;
+  Keep(stored);
+  const auto confirm = [&] { Show({.kind = SheetKind::kPrinter}, {support::PressOk()}); };
+  WalkFaults({kSpooler, kSpoolerChange}, confirm, [&](platform::Fault, bool) {
+    EXPECT_EQ(support::KeptPrinterPart(machine()).PaperNum, 2);
+  });
+}
+
 // Windows 2000 adds the pages as COMPROPSHEETUI.
 TEST_F(OpenSheets, PagesOfWindows2000FindTheirSession) {
   using namespace support;
