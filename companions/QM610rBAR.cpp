@@ -40,13 +40,13 @@ enum KindRow : int {
 #define BARCODE_ENTRIES(id, suffix, serial, layout)                                              \
   extern "C" {                                                                                   \
   void WINAPI GetBarName##suffix(LPSTR name) {                                                   \
-    platform::Keeping([&] { companions::WriteName(k##suffix, name); });                          \
+    platform::RunGuarded([&] { companions::WriteName(k##suffix, name); });                       \
   }                                                                                              \
   int16_t WINAPI Init##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND) {          \
-    return platform::Keeping([&] { return companions::WriteBlock(k##suffix, block, info); });    \
+    return platform::RunGuarded([&] { return companions::WriteBlock(k##suffix, block, info); }); \
   }                                                                                              \
   int16_t WINAPI ShowDlg##suffix(BYTE* block, const kestrel::BarcodeLibInfo* info, HWND owner) { \
-    return platform::Keeping(                                                                    \
+    return platform::RunGuarded(                                                                 \
         [&] { return companions::EditBlock(k##suffix, block, info, owner); });                   \
   }                                                                                              \
   }

@@ -54,7 +54,7 @@ extern "C" {
 // mode (0 tear-off, 1 continuous, 2 peel). Non-zero on success.
 DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                             DWORD* status) {
-  return platform::Keeping([&] {
+  return platform::RunGuarded([&] {
     return companions::Query(printer, reply, replySize, size, status, companions::ModeReply);
   });
 }
@@ -63,7 +63,7 @@ DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD
 // success.
 DWORD WINAPI RtlGetVersionComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                                DWORD* status) {
-  return platform::Keeping([&] {
+  return platform::RunGuarded([&] {
     return companions::Query(printer, reply, replySize, size, status,
                              [&](const companions::SimulatedDevice& device) {
                                return companions::VersionReply(device, replySize);

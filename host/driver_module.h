@@ -34,7 +34,7 @@ class Export<Answer(WINAPI*)(Parameters...)> {
   using Function = Answer(WINAPI*)(Parameters...);
   Answer operator()(Parameters... parameters) const {
     const Answer answer = function(parameters...);
-    platform::RethrowKept();
+    platform::RethrowPendingException();
     return answer;
   }
   Function function = nullptr;

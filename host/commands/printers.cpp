@@ -69,7 +69,7 @@ int Add(Call& call) {
 int Remove(Call& call) {
   std::u16string name = call.Printer();
   DriverModule module(call.machine);
-  call.machine.Together([&] {
+  call.machine.Transaction([&] {
     module.printerEvent(name.data(), PRINTER_EVENT_DELETE, 0, 0);
     call.machine.RemovePrinter(name);
     companions::RemoveSimulatedDevice(name);
@@ -99,7 +99,7 @@ void InstallPrinter(platform::Machine& machine, const std::u16string& name,
   platform::PrinterSetup setup;
   setup.name = name;
   setup.driverName = driverName;
-  machine.Together([&] {
+  machine.Transaction([&] {
     if (machine.FindPrinter(name))
       throw Failure{kFailed,
                     "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};

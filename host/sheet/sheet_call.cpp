@@ -87,7 +87,7 @@ LONG SheetCall::ShowUserDefault() {
   DWORD result = CPSUI_CANCEL;
   const LONG answer = CommonPropertySheetUIW(nullptr, module_.documentPropertySheets.function,
                                              reinterpret_cast<LPARAM>(&header), &result);
-  platform::RethrowKept();
+  platform::RethrowPendingException();
   return answer < 0 ? answer : static_cast<LONG>(result);
 }
 

@@ -1,4 +1,6 @@
-// The registry below HKEY_LOCAL_MACHINE: its keys, and the values of each, lie in the store.
+// The registry below HKEY_LOCAL_MACHINE. Its keys and values are in the store.
+#include <winbase.h>
+
 #include <algorithm>
 #include <cstring>
 #include <optional>
@@ -14,7 +16,7 @@ constexpr REGSAM kReading = KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | KEY_NOTIF
 constexpr REGSAM kWriting = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | KEY_CREATE_LINK | GENERIC_WRITE;
 constexpr WCHAR kKeys[] = u"KEYS";
 
-// A key without empty parts: "A\\B" and "\A\B\" name the key "A\B".
+// Returns a key without empty parts: "A\\B" and "\A\B\" name the key "A\B".
 std::u16string NormalKey(std::u16string_view key) {
   std::u16string normal;
   for (const char16_t c : key) {
@@ -25,16 +27,16 @@ std::u16string NormalKey(std::u16string_view key) {
   return normal;
 }
 
-// Where the values of a key lie.
+// Returns the store path of the values of a key.
 std::u16string ValuesPath(std::u16string_view key) { return u"REGISTRY\\" + NormalKey(key); }
 
 bool HasKey(Store& store, const std::u16string& key) {
   return key.empty() || store.Get(kKeys, key).has_value();
 }
 
-// Keeps a key and all keys above it.
+// Stores a key and all keys above it.
 void CreateKey(Store& store, const std::u16string& key) {
-  store.Together([&] {
+  store.Transaction([&] {
     for (size_t end = 0; end != std::u16string::npos;) {
       end = key.find(u'\\', end + 1);
       const std::u16string name = key.substr(0, end);
@@ -43,7 +45,7 @@ void CreateKey(Store& store, const std::u16string& key) {
   });
 }
 
-// The keys at and below one, all below none; folded, with their names as given.
+// Returns a key and its subkeys, all keys when it is empty: folded names, with the names as given.
 std::map<std::u16string, std::u16string> KeysFrom(Store& store, std::u16string_view key) {
   const std::u16string start = FoldCase(NormalKey(key));
   std::map<std::u16string, std::u16string> keys;
@@ -56,13 +58,13 @@ std::map<std::u16string, std::u16string> KeysFrom(Store& store, std::u16string_v
 }
 
 template <typename Call>
-LSTATUS Served(const Call& call) {
-  return static_cast<LSTATUS>(Served(Fault::kRegistry, ERROR_NOT_ENOUGH_MEMORY, call));
+LSTATUS Serve(const Call& call) {
+  return static_cast<LSTATUS>(Serve(Fault::kRegistry, ERROR_NOT_ENOUGH_MEMORY, call));
 }
-// The same for a call that needs one of some rights on an open key.
+// Serves a call that needs one of some access rights on an open key.
 template <typename Call>
 LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
-  return Served([&](Machine::Impl& impl) -> DWORD {
+  return Serve([&](Machine::Impl& impl) -> DWORD {
     const auto open = impl.registryHandles.Find(key);
     if (open == nullptr) return ERROR_INVALID_HANDLE;
     if ((open->access & rights) == 0) return ERROR_ACCESS_DENIED;
@@ -70,11 +72,11 @@ LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
   });
 }
 
-// Opens a key below an open one; with create also one that is not there.
+// Opens a key below an open one; with `create`, creates it when it does not exist.
 LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
              LPDWORD disposition) {
   if (result == nullptr) return ERROR_INVALID_PARAMETER;
-  return Served([&](Machine::Impl& impl) -> DWORD {
+  return Serve([&](Machine::Impl& impl) -> DWORD {
     std::u16string path;
     if (key != HKEY_LOCAL_MACHINE) {
       const auto open = impl.registryHandles.Find(key);
@@ -84,9 +86,9 @@ LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
     path = NormalKey(path.append(View(subKey)));
     const bool exists = HasKey(impl.store, path);
     if (!exists && !create) return ERROR_FILE_NOT_FOUND;
-    const Facts facts = impl.ReadKnown()->facts;
+    const MachineSettings settings = impl.ReadState()->settings;
     const bool reads = (access & kReading) != 0, writes = !exists || (access & kWriting) != 0;
-    if ((reads && !facts.registryReadable) || (writes && !facts.registryWritable)) {
+    if ((reads && !settings.registryReadable) || (writes && !settings.registryWritable)) {
       return ERROR_ACCESS_DENIED;
     }
     if (!exists) CreateKey(impl.store, path);
@@ -109,7 +111,7 @@ std::u16string PrinterKey(std::u16string_view name) {
 }
 
 void Machine::SetRegistry(std::u16string_view key, std::u16string_view value, DataValue data) {
-  Together([&] {
+  Transaction([&] {
     CreateKey(impl_->store, NormalKey(key));
     impl_->store.Put(ValuesPath(key), value, std::move(data));
   });
@@ -131,7 +133,7 @@ std::map<std::u16string, DataValue> Machine::AllRegistry(std::u16string_view key
 }
 
 void Machine::RemoveRegistryKey(std::u16string_view key) {
-  Together([&] {
+  Transaction([&] {
     for (const auto& [folded, name] : KeysFrom(impl_->store, key)) {
       impl_->store.RemoveAll(ValuesPath(folded));
       impl_->store.Remove(kKeys, folded);
@@ -140,9 +142,9 @@ void Machine::RemoveRegistryKey(std::u16string_view key) {
 }
 
 void Machine::SetRegistryAccess(bool readable, bool writable) {
-  impl_->ChangeFacts([=](Facts& facts) {
-    facts.registryReadable = readable;
-    facts.registryWritable = writable;
+  impl_->ChangeSettings([=](MachineSettings& settings) {
+    settings.registryReadable = readable;
+    settings.registryWritable = writable;
   });
 }
 
@@ -165,10 +167,10 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR value, LPDWORD, LPDWORD type, 
     if (!found) return ERROR_FILE_NOT_FOUND;
     if (type != nullptr) *type = found->type;
     if (size == nullptr) return ERROR_SUCCESS;
-    const DWORD room = *size;
+    const DWORD capacity = *size;
     *size = static_cast<DWORD>(found->bytes.size());
     if (data == nullptr) return ERROR_SUCCESS;
-    if (*size > room) return ERROR_MORE_DATA;
+    if (*size > capacity) return ERROR_MORE_DATA;
     std::copy_n(reinterpret_cast<const BYTE*>(found->bytes.data()), *size, data);
     return ERROR_SUCCESS;
   });

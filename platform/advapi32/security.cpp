@@ -9,7 +9,8 @@ using namespace platform;
 
 namespace {
 
-// Of an identifier only counts which built-in group it is; 0: none.
+// The only property of an identifier that matters here: its built-in group; 0 for any other
+// identifier.
 struct Sid {
   DWORD builtInGroup;
 };

@@ -1,7 +1,8 @@
-// Property sheets: turning pages, OK, cancel, and the notifications that pages get on the way, as
-// the property sheet reference documents them. There is no Apply button: those who show sheets here
-// ask for none.
+// Property sheets: changing pages, OK, Cancel, and the notifications that pages get in the
+// documented order. There is no Apply button: the callers here do not request one.
 #include "platform/comctl32/property_sheet.h"
+
+#include <winuser.h>
 
 #include <algorithm>
 #include <cstring>
@@ -34,7 +35,7 @@ class Sheet : public SheetState {
  public:
   Sheet(const std::vector<HPROPSHEETPAGE>& pages) : pages_(pages) {}
 
-  bool Open(HWND window);  // on the first page that can be created
+  bool Open(HWND window);  // shows the first page that can be created
   SIZE LargestPage() const;
 
   HWND ActivePage() const override { return active_ < 0 ? nullptr : At(active_).window; }
@@ -50,10 +51,10 @@ class Sheet : public SheetState {
   int Count() const { return static_cast<int>(pages_.size()); }
   _PSP& At(int index) const { return *pages_[static_cast<size_t>(index)]; }
   LRESULT Notify(int index, UINT code, LPARAM param) const;
-  LRESULT NotifyAll(UINT code, LPARAM param) const;  // the pages that were shown, in page order
+  LRESULT NotifyAll(UINT code, LPARAM param) const;  // pages that were shown, in page order
   bool Create(int index);
   bool Activate(int index);
-  // The active page may refuse to be left.
+  // Returns false when the active page refuses to lose the activation.
   bool Leave() const { return active_ < 0 || Notify(active_, PSN_KILLACTIVE, 0) == FALSE; }
   bool Apply();
   bool Cancel(bool closeBox);
@@ -107,7 +108,7 @@ LRESULT Sheet::Notify(int index, UINT code, LPARAM param) const {
   return SendMessageW(At(index).window, WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&notification));
 }
 
-// The first refusal of PSN_APPLY ends it.
+// A page that refuses PSN_APPLY stops the notification.
 LRESULT Sheet::NotifyAll(UINT code, LPARAM param) const {
   LRESULT answer = PSNRET_NOERROR;
   for (int index = 0; index < Count(); ++index) {
@@ -148,7 +149,7 @@ bool Sheet::Activate(int index) {
   return true;
 }
 
-// A page that cannot be created leaves the page shown before it where it was.
+// When the page cannot be created, the previous page stays active.
 bool Sheet::Turn(int index) {
   if (index < 0 || index >= Count()) return false;
   if (index == active_) return true;
@@ -158,7 +159,7 @@ bool Sheet::Turn(int index) {
   return false;
 }
 
-// Every page that was ever shown applies, in page order. One that refuses keeps the sheet open.
+// Every page that was shown applies, in page order. A page that refuses keeps the sheet open.
 bool Sheet::Apply() {
   return Leave() && NotifyAll(PSN_APPLY, TRUE) == PSNRET_NOERROR && EndModal(window_, IDOK);
 }
@@ -203,10 +204,10 @@ std::optional<bool> ShowSheet(HWND owner, std::u16string title,
 
 using namespace platform;
 
-// A page whose template is missing is made all the same; it fails when a sheet wants to show it.
+// A page without a template is created; showing it fails.
 HPROPSHEETPAGE WINAPI CreatePropertySheetPageW(LPCPROPSHEETPAGEW page) {
   if (page == nullptr || page->dwSize < sizeof(PROPSHEETPAGEW)) return nullptr;
-  if (Machine::Current().faults.Strike(Fault::kWindow)) return nullptr;
+  if (Machine::Current().faults.ShouldFail(Fault::kWindow)) return nullptr;
   auto made = std::make_unique<_PSP>();
   made->block.resize(page->dwSize);
   std::memcpy(made->block.data(), page, page->dwSize);

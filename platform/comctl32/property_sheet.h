@@ -11,11 +11,11 @@
 
 #include "platform/user32/window.h"
 
-// A page made with CreatePropertySheetPageW. It keeps its own copy of what it was made from.
+// A page created by CreatePropertySheetPageW, with a copy of its PROPSHEETPAGEW.
 struct _PSP {
-  std::vector<std::byte> block;  // the PROPSHEETPAGEW with whatever the caller put behind it
+  std::vector<std::byte> block;  // the PROPSHEETPAGEW and the bytes after it, dwSize in all
   std::u16string title;          // on the tab
-  SIZE size = {};                // of the template in pixels; nothing: it is missing
+  SIZE size = {};                // of the template in pixels; empty: no template
   HWND window = nullptr;         // null until the page is first shown
   bool changed = false;
 
@@ -24,12 +24,12 @@ struct _PSP {
 
 namespace platform {
 
-// Pages made and not destroyed.
+// Returns the number of pages that are created and not destroyed.
 int LivePropertySheetPages();
 bool IsPropertySheetPage(HPROPSHEETPAGE page);
 
-// Shows a sheet of pages, which stay the caller's, until it is closed: true after OK, false after
-// cancel, nothing when it could not open (no window, or no page that can be created).
+// Shows a sheet until it is closed; the pages stay the caller's. Returns true after OK, false after
+// Cancel, nullopt when the sheet cannot open (no window, or no page can be created).
 std::optional<bool> ShowSheet(HWND owner, std::u16string title,
                               const std::vector<HPROPSHEETPAGE>& pages);
 

@@ -1,4 +1,4 @@
-// Up-downs: a position in a range, and the edit that shows it.
+// Up-down controls: a position in a range, and the edit that shows it (the buddy).
 #include <windows.h>
 #include <commctrl.h>
 
@@ -20,7 +20,7 @@ int Clamped(const UpDownData& of, int64_t value) {
 
 bool WritesBuddy(const Window& window) { return (window.style & UDS_SETBUDDYINT) != 0; }
 
-// The number that an up-down reads from a text, as the desk is set; nothing when it reads none.
+// Reads a number as the desk is configured; nullopt when the text is not a number.
 std::optional<int64_t> ReadNumber(std::u16string_view text) {
   switch (Manager().buddyReading) {
     case BuddyReading::kDigitsAndMinus:
@@ -36,8 +36,8 @@ std::optional<int64_t> ReadNumber(std::u16string_view text) {
   return ReadDecimal(text);
 }
 
-// Takes the buddy's number as the position; false, and the position stays, when there is no buddy
-// or it shows none that lies in the range.
+// Sets the position to the number of the buddy. Returns false, and keeps the position, when there
+// is no buddy or its text is not a number in the range.
 bool ReadBuddy(Window& window) {
   UpDownData& state = window.upDown;
   const WindowPtr buddy = FindWindowOf(state.buddy);
@@ -59,8 +59,8 @@ int SetPosition(Window& window, int64_t value) {
   return before;
 }
 
-// Aligned to its buddy's right edge an up-down stands inside of it, and the buddy gives up that
-// width.
+// An up-down that is aligned to the right edge of its buddy is placed inside it, and the buddy
+// shrinks by that width.
 HWND SetBuddy(Window& window, HWND handle) {
   UpDownData& state = window.upDown;
   const HWND before = state.buddy;
@@ -81,7 +81,7 @@ void Notify(const Window& window, int code, int position) {
                reinterpret_cast<LPARAM>(window.handle));
 }
 
-// One press of an arrow. The dialog may refuse it or change how far it goes.
+// Handles one press of an arrow. The dialog may cancel it or change the step.
 void Step(const WindowPtr& window, bool up) {
   const UpDownData& state = window->upDown;
   ReadBuddy(*window);
@@ -146,7 +146,7 @@ LRESULT UpDownProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM 
     }
     case UDM_SETBUDDY:
       return reinterpret_cast<LRESULT>(SetBuddy(*window, reinterpret_cast<HWND>(wParam)));
-    case UDM_SETBASE:  // numbers are decimal here, and were
+    case UDM_SETBASE:  // only decimal is supported; returns the previous base
       return wParam == 10 ? 10 : 0;
     default:
       return DefaultProc(window, message, wParam, lParam);
@@ -157,7 +157,7 @@ LRESULT UpDownProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM 
 
 extern "C" {
 
-// The controls are there before anybody asks for them.
+// The classes are always registered.
 void WINAPI InitCommonControls() {}
 
 BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* request) {

@@ -1,4 +1,4 @@
-// The common file dialogs: the files of a folder, and a name.
+// The common file dialogs: the files of a folder, and a file name.
 #include <windows.h>
 #include <commdlg.h>
 
@@ -11,7 +11,7 @@
 namespace platform::filedialog {
 namespace {
 
-// Ids that the common dialogs have always given their controls.
+// The documented ids of the controls of the common dialogs.
 constexpr int kNameEdit = 1148;
 constexpr int kFileList = 1120;
 constexpr int kFolderText = 1137;
@@ -27,29 +27,28 @@ std::u16string Trimmed(std::u16string_view text) {
 
 class FileDialog : public WindowState {
  public:
-  // Shows the dialog until a file is chosen or nobody wants one. The filter is the first of the
-  // request's, the only one there is.
+  // Shows the dialog; returns true when a file was chosen. Uses the first filter of the request.
   static bool Show(const OPENFILENAMEW& request, bool saving, std::u16string& path);
 
  private:
   static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   Window& Item(int id) const { return *FindWindowOf(GetDlgItem(window_, id)); }
   void Command(int id, UINT code);
-  void GoTo(std::u16string folder);
-  void PickLine();
+  void ShowFolder(std::u16string folder);
+  void SelectLine();
   void Accept();
-  bool Passes(std::u16string& path) const;
-  bool Refuse(std::u16string_view about, std::u16string_view text) const {
-    Ask(about, text, MB_OK);
+  bool IsAcceptable(std::u16string& path) const;
+  bool ShowError(std::u16string_view about, std::u16string_view text) const {
+    ShowMessage(about, text, MB_OK);
     return false;
   }
-  int Ask(std::u16string_view about, std::u16string_view text, UINT style) const;
+  int ShowMessage(std::u16string_view about, std::u16string_view text, UINT style) const;
 
   const OPENFILENAMEW* request_ = nullptr;
   bool saving_ = false;
   HWND window_ = nullptr;
   std::u16string pattern_, folder_;
-  std::u16string picked_;  // the folder picked from the list after the name was last edited
+  std::u16string selectedFolder_;  // the folder selected in the list since the name was edited
   std::u16string* path_ = nullptr;
 };
 
@@ -71,28 +70,29 @@ bool FileDialog::Show(const OPENFILENAMEW& request, bool saving, std::u16string&
   top.kind = WindowView::Kind::kFileDialog;
   top.state = std::move(state);
   const DWORD shown = SS_LEFT | SS_NOPREFIX;
-  top.parts = {Part(u"static", IDC_STATIC, u"場所(&I):", SS_LEFT, 11, 14, 90, 14),
-               Part(u"static", kFolderText, u"", shown, 105, 14, 310, 14),
-               Part(u"listbox", kFileList, u"", LBS_NOTIFY | WS_TABSTOP, 11, 38, 404, 150),
-               Part(u"static", IDC_STATIC, u"ファイル名(&N):", SS_LEFT, 11, 202, 90, 14),
-               Part(u"edit", kNameEdit, u"", WS_TABSTOP, 105, 199, 210, 20),
-               Part(u"button", IDOK, saving ? u"保存(&S)" : u"開く(&O)",
-                    BS_DEFPUSHBUTTON | WS_TABSTOP, 325, 198, 90, 22),
-               Part(u"static", IDC_STATIC, u"ファイルの種類:", SS_LEFT, 11, 232, 90, 14),
-               Part(u"static", kFilterText, filter, shown, 105, 232, 210, 14),
-               Part(u"button", IDCANCEL, u"キャンセル", WS_TABSTOP, 325, 228, 90, 22)};
+  top.controls = {
+      MakeControl(u"static", IDC_STATIC, u"場所(&I):", SS_LEFT, 11, 14, 90, 14),
+      MakeControl(u"static", kFolderText, u"", shown, 105, 14, 310, 14),
+      MakeControl(u"listbox", kFileList, u"", LBS_NOTIFY | WS_TABSTOP, 11, 38, 404, 150),
+      MakeControl(u"static", IDC_STATIC, u"ファイル名(&N):", SS_LEFT, 11, 202, 90, 14),
+      MakeControl(u"edit", kNameEdit, u"", WS_TABSTOP, 105, 199, 210, 20),
+      MakeControl(u"button", IDOK, saving ? u"保存(&S)" : u"開く(&O)",
+                  BS_DEFPUSHBUTTON | WS_TABSTOP, 325, 198, 90, 22),
+      MakeControl(u"static", IDC_STATIC, u"ファイルの種類:", SS_LEFT, 11, 232, 90, 14),
+      MakeControl(u"static", kFilterText, filter, shown, 105, 232, 210, 14),
+      MakeControl(u"button", IDCANCEL, u"キャンセル", WS_TABSTOP, 325, 228, 90, 22)};
   const HWND window = CreateTopWindow(std::move(top));
   if (window == nullptr) return false;
   dialog.window_ = window;
   SendDlgItemMessageW(window, kNameEdit, EM_LIMITTEXT, MAX_PATH - 1, 0);
-  // The start name's own folder comes before the one asked for.
+  // The folder of the initial name has priority over the initial directory.
   std::u16string folder(kFirstDrive);
   for (const std::u16string& one :
        {request.lpstrInitialDir != nullptr ? std::u16string(request.lpstrInitialDir) : folder,
         start.substr(0, TitleStart(start))})
     if (!one.empty() && FolderExists(FullPath(kFirstDrive, one)))
       folder = FullPath(kFirstDrive, one);
-  dialog.GoTo(std::move(folder));
+  dialog.ShowFolder(std::move(folder));
   SetDlgItemTextW(window, kNameEdit, start.c_str() + TitleStart(start));
   SetFocus(GetDlgItem(window, kNameEdit));
   return RunModal(window) == IDOK;
@@ -109,48 +109,49 @@ INT_PTR CALLBACK FileDialog::Proc(HWND window, UINT message, WPARAM wParam, LPAR
 
 void FileDialog::Command(int id, UINT code) {
   if (id == IDCANCEL) EndModal(window_, IDCANCEL);
-  if (id == IDOK) picked_.empty() ? Accept() : GoTo(FullPath(folder_, picked_));
-  if (id == kFileList && code == LBN_SELCHANGE) PickLine();
-  if (id == kNameEdit && code == EN_CHANGE) picked_.clear();
+  if (id == IDOK)
+    selectedFolder_.empty() ? Accept() : ShowFolder(FullPath(folder_, selectedFolder_));
+  if (id == kFileList && code == LBN_SELCHANGE) SelectLine();
+  if (id == kNameEdit && code == EN_CHANGE) selectedFolder_.clear();
 }
 
-// The process's current directory follows the user through the folders, as documented for callers
-// without OFN_NOCHANGEDIR.
-void FileDialog::GoTo(std::u16string folder) {
+// As documented for callers without OFN_NOCHANGEDIR, the current directory of the process becomes
+// the shown folder.
+void FileDialog::ShowFolder(std::u16string folder) {
   folder_ = std::move(folder);
   SetCurrentDirectoryW(folder_.c_str());
-  picked_.clear();
+  selectedFolder_.clear();
   SetDlgItemTextW(window_, kFolderText, folder_.c_str());
   Item(kFileList).list = {List(folder_, pattern_), -1};
 }
 
-// A picked file becomes the name; a picked folder is entered when it is opened.
-void FileDialog::PickLine() {
+// A selected file becomes the name; a selected folder is opened by the OK button.
+void FileDialog::SelectLine() {
   const ListData& list = Item(kFileList).list;
   const std::u16string line = list.texts[static_cast<size_t>(list.selected)];
   if (line.back() != u'\\') SetDlgItemTextW(window_, kNameEdit, line.c_str());
-  picked_ = line.back() == u'\\' ? line : u"";
+  selectedFolder_ = line.back() == u'\\' ? line : u"";
 }
 
-int FileDialog::Ask(std::u16string_view about, std::u16string_view text, UINT style) const {
+int FileDialog::ShowMessage(std::u16string_view about, std::u16string_view text, UINT style) const {
   const std::u16string message = std::u16string(about) + u"\n" + std::u16string(text);
   return MessageBoxW(window_, message.c_str(), FindWindowOf(window_)->text.c_str(),
                      style | MB_ICONEXCLAMATION);
 }
 
-// A folder is entered, anything else is the chosen file.
+// Opens the folder that was typed; accepts any other name as the chosen file.
 void FileDialog::Accept() {
   const std::u16string name = Trimmed(Item(kNameEdit).text);
   if (name.empty()) return;
   if (HasForbiddenCharacter(name)) {
-    Refuse(name, u"ファイル名が無効です。");
+    ShowError(name, u"ファイル名が無効です。");
     return;
   }
   std::u16string path = FullPath(folder_, name);
   if (FolderExists(path)) {
     SetDlgItemTextW(window_, kNameEdit, u"");
-    GoTo(std::move(path));
-  } else if (Passes(path)) {
+    ShowFolder(std::move(path));
+  } else if (IsAcceptable(path)) {
     SetCurrentDirectoryW(FolderAbove(path).c_str());
     *path_ = std::move(path);
     EndModal(window_, IDOK);
@@ -158,7 +159,7 @@ void FileDialog::Accept() {
 }
 
 // The default extension, then what the caller's flags demand.
-bool FileDialog::Passes(std::u16string& path) const {
+bool FileDialog::IsAcceptable(std::u16string& path) const {
   const bool extensionless = ExtensionStart(path) == path.size();
   if (extensionless && request_->lpstrDefExt && (saving_ || !FileExists(path))) {
     if (path.back() != u'.') path += u'.';
@@ -166,17 +167,17 @@ bool FileDialog::Passes(std::u16string& path) const {
   }
   const DWORD flags = request_->Flags;
   if ((flags & OFN_PATHMUSTEXIST) != 0 && !FolderExists(FolderAbove(path)))
-    return Refuse(path, u"パスが存在しません。\nパスを確認してください。");
+    return ShowError(path, u"パスが存在しません。\nパスを確認してください。");
   if ((flags & OFN_FILEMUSTEXIST) != 0 && !FileExists(path))
-    return Refuse(path, u"ファイルが見つかりません。\nファイル名を確認してください。");
+    return ShowError(path, u"ファイルが見つかりません。\nファイル名を確認してください。");
   return !saving_ || (flags & OFN_OVERWRITEPROMPT) == 0 || !FileExists(path) ||
-         Ask(path, u"このファイルは既に存在します。上書きしますか?", MB_YESNO | MB_DEFBUTTON2) ==
-             IDYES;
+         ShowMessage(path, u"このファイルは既に存在します。上書きしますか?",
+                     MB_YESNO | MB_DEFBUTTON2) == IDYES;
 }
 
-// Fails at once for a start name that no file can have (FNERR_INVALIDFILENAME). Nothing of the
-// caller's is touched but when a file was chosen; a buffer too small for it holds the size needed
-// in its first character.
+// Fails at once for an initial name that no file can have (FNERR_INVALIDFILENAME). Changes the
+// request only when a file was chosen. When the buffer is too small, its first character receives
+// the required size.
 BOOL ChooseFile(LPOPENFILENAMEW request, bool saving) {
   if (request == nullptr || request->lStructSize != sizeof(OPENFILENAMEW) ||
       request->lpstrFile == nullptr || HasForbiddenCharacter(request->lpstrFile))
@@ -201,9 +202,8 @@ BOOL WINAPI GetOpenFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, fal
 
 BOOL WINAPI GetSaveFileNameW(LPOPENFILENAMEW file) { return ChooseFile(file, true); }
 
-// Refused as the documentation of GetFileTitle lists: no name, a wildcard, a bracket or an invalid
-// character in it, a separator or colon at its end. The title is the name as it is displayed: with
-// its extension only when the user has extensions shown.
+// As documented, fails for an empty name, wildcards, brackets, invalid characters, and a trailing
+// separator or colon. The title has its extension only when the user does not hide extensions.
 SHORT WINAPI GetFileTitleW(LPCWSTR path, LPWSTR title, WORD size) {
   const std::u16string_view whole(path != nullptr ? path : u"");
   std::u16string_view name = whole.substr(TitleStart(whole));

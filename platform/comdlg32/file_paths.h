@@ -1,4 +1,4 @@
-// Names and folders as the file dialogs treat them, apart from any window.
+// Names and folders as the file dialogs treat them, independent of windows.
 #pragma once
 
 #include <string>
@@ -7,26 +7,26 @@
 
 namespace platform::filedialog {
 
-// Where a path's file title begins: behind the last separator or drive colon.
+// Returns the start of the file title: after the last separator or drive colon.
 size_t TitleStart(std::u16string_view path);
-// Where the title's extension begins (behind the dot); the path's length when it has none.
+// Returns the start of the extension, after the dot; the length of the path when it has none.
 size_t ExtensionStart(std::u16string_view path);
 
-// Whether a name typed into a dialog holds a character that no file name has.
+// Returns true when a typed name contains a character that no file name can have.
 bool HasForbiddenCharacter(std::u16string_view name);
 
-// A full path for a name typed while a folder is shown. "." and ".." are worked out; the result has
-// a drive and no closing backslash except for a drive's root.
+// Returns the full path for a name typed while a folder is shown. "." and ".." are resolved. The
+// result has a drive, and no trailing backslash except for the root.
 std::u16string FullPath(std::u16string_view folder, std::u16string_view name);
-// The folder above; the root stays itself.
+// Returns the parent folder; the root for the root.
 std::u16string FolderAbove(std::u16string_view folder);
 
 bool FolderExists(std::u16string_view path);
 bool FileExists(std::u16string_view path);
 
-// The folders in a folder ("name\"), then its files that end as the pattern does behind its "*",
-// letter case ignored ("*.*" takes all), each in order of their names. Above a folder that is no
-// root stands "..\", in a root the drives.
+// Lists the subfolders ("name\"), then the files that match a pattern, each sorted by name. Only
+// the text after the "*" of the pattern counts, ignoring letter case; "*.*" matches all. The list
+// starts with "..\", or in a root with the drives.
 std::vector<std::u16string> List(std::u16string_view folder, std::u16string_view pattern);
 
 }  // namespace platform::filedialog

@@ -1,5 +1,5 @@
-// The common property-sheet library: one property-sheet function adds pages to a sheet and is told
-// of their results.
+// The common property-sheet library: one property-sheet function adds pages to a sheet and receives
+// their results.
 #include <windows.h>
 #include <compstui.h>
 #include <pthread.h>
@@ -14,9 +14,9 @@
 namespace platform {
 namespace {
 
-constexpr ULONG_PTR kPrinterText = 64717;  // a string of the library, named by its id
+constexpr ULONG_PTR kPrinterText = 64717;  // the id of a string of the library
 
-// One sheet under construction or shown.
+// A sheet that is being built or shown.
 class CommonSheet {
  public:
   CommonSheet(HWND owner, PFNPROPSHEETUI function, LPARAM param);
@@ -24,12 +24,13 @@ class CommonSheet {
   CommonSheet(const CommonSheet&) = delete;
   CommonSheet& operator=(const CommonSheet&) = delete;
 
-  // Builds, shows and takes down the sheet; 0 or above, or one of ERR_CPSUI_….
+  // Builds, shows and destroys the sheet. Returns 0 or above, or one of ERR_CPSUI_….
   LONG Run();
   DWORD result() const { return static_cast<DWORD>(info_.Result); }
 
  private:
-  // A page under the handle that its caller got; the pages of one COMPROPSHEETUI share theirs.
+  // A page and the handle that the caller got for it; the pages of one COMPROPSHEETUI share a
+  // handle.
   struct Entry {
     LONG_PTR handle;
     HPROPSHEETPAGE page;
@@ -37,11 +38,11 @@ class CommonSheet {
 
   static LONG_PTR CALLBACK Call(HANDLE sheet, UINT function, LPARAM lParam1, LPARAM lParam2);
   static LONG_PTR NextHandle();
-  LONG Tell(WORD reason, LPARAM param);
+  LONG CallFunction(WORD reason, LPARAM param);
   LONG_PTR AddPage(LONG_PTR handle, HPROPSHEETPAGE page);
   LONG_PTR AddDialogPages(const COMPROPSHEETUI* description, LPDWORD pageCount);
   LONG_PTR SetResult(LPARAM handle, LPARAM result);
-  void Drop(size_t keep);  // takes down all pages but the first ones
+  void DestroyPages(size_t keep);  // destroys all but the first pages
 
   HWND owner_;
   PFNPROPSHEETUI function_;
@@ -49,21 +50,21 @@ class CommonSheet {
   std::vector<Entry> entries_;
 };
 
-// The sheets that the calling thread has open, in a nest of modal windows.
+// The sheets that this thread has open, nested as modal windows.
 std::vector<std::pair<HANDLE, CommonSheet*>>& Sheets() {
   static thread_local std::vector<std::pair<HANDLE, CommonSheet*>> sheets;
   return sheets;
 }
 
-// Handles are never used twice.
+// Handles are never reused.
 LONG_PTR CommonSheet::NextHandle() {
   static std::atomic<LONG_PTR> next = 0x00640001;
   return next += 2;
 }
 
-// Makes a dialog page of the caller; the library's own tree views are not supported. The page's
-// WM_INITDIALOG gets a PROPSHEETPAGE whose lParam is the UserData (DLGPAGE).
-HPROPSHEETPAGE MakeDialogPage(const COMPROPSHEETUI& ui, const DLGPAGE& dialog) {
+// Creates a dialog page of the caller; the tree views of the library are not supported.
+// WM_INITDIALOG of the page gets a PROPSHEETPAGE whose lParam is UserData (DLGPAGE).
+HPROPSHEETPAGE CreateDialogPage(const COMPROPSHEETUI& ui, const DLGPAGE& dialog) {
   if (dialog.cbSize < sizeof(DLGPAGE) || dialog.DlgProc == nullptr) return nullptr;
   PROPSHEETPAGEW page = {};
   page.dwSize = sizeof page;
@@ -95,26 +96,27 @@ CommonSheet::CommonSheet(HWND owner, PFNPROPSHEETUI function, LPARAM param)
   Sheets().emplace_back(info_.hComPropSheet, this);
 }
 
-// The function is told of its end after its pages are gone, unless it refused to begin.
+// The function gets PROPSHEETUI_REASON_DESTROY after its pages are destroyed, unless it failed at
+// INIT.
 CommonSheet::~CommonSheet() {
-  Drop(0);
-  if (function_ != nullptr) Tell(PROPSHEETUI_REASON_DESTROY, 0);
+  DestroyPages(0);
+  if (function_ != nullptr) CallFunction(PROPSHEETUI_REASON_DESTROY, 0);
   std::erase_if(Sheets(), [this](const auto& sheet) { return sheet.second == this; });
 }
 
-void CommonSheet::Drop(size_t keep) {
+void CommonSheet::DestroyPages(size_t keep) {
   for (; entries_.size() > keep; entries_.pop_back())
     DestroyPropertySheetPage(entries_.back().page);
 }
 
-// The function sees a copy that holds what it may change; UserData and Result are taken back.
-LONG CommonSheet::Tell(WORD reason, LPARAM param) {
+// The function gets a copy; only its changes to UserData and Result are kept.
+LONG CommonSheet::CallFunction(WORD reason, LPARAM param) {
   PROPSHEETUI_INFO info = info_;
   info.Reason = reason;
-  const LONG answer = function_(&info, param);
+  const LONG result = function_(&info, param);
   info_.UserData = info.UserData;
   info_.Result = info.Result;
-  return answer;
+  return result;
 }
 
 LONG_PTR CALLBACK CommonSheet::Call(HANDLE handle, UINT function, LPARAM lParam1, LPARAM lParam2) {
@@ -135,10 +137,10 @@ LONG_PTR CALLBACK CommonSheet::Call(HANDLE handle, UINT function, LPARAM lParam1
   }
 }
 
-// A page whose template is missing, or one that is in a sheet already, is refused.
+// Rejects a page without a template and a page that is already in the sheet.
 LONG_PTR CommonSheet::AddPage(LONG_PTR handle, HPROPSHEETPAGE page) {
   if (!IsPropertySheetPage(page) || page->size.cx <= 0) return 0;
-  if (Machine::Current().faults.Strike(Fault::kWindow)) return 0;
+  if (Machine::Current().faults.ShouldFail(Fault::kWindow)) return 0;
   if (std::any_of(entries_.begin(), entries_.end(),
                   [=](const Entry& entry) { return entry.page == page; }))
     return 0;
@@ -155,23 +157,24 @@ LONG_PTR CommonSheet::AddDialogPages(const COMPROPSHEETUI* ui, LPDWORD pageCount
   const size_t before = entries_.size();
   const LONG_PTR handle = NextHandle();
   for (WORD i = 0; i < ui->cDlgPage; ++i) {
-    const HPROPSHEETPAGE page = MakeDialogPage(*ui, ui->pDlgPage[i]);
+    const HPROPSHEETPAGE page = CreateDialogPage(*ui, ui->pDlgPage[i]);
     if (page != nullptr && AddPage(handle, page) != 0) continue;
     if (page != nullptr) DestroyPropertySheetPage(page);
-    Drop(before);
+    DestroyPages(before);
     return 0;
   }
   if (pageCount != nullptr) *pageCount = ui->cDlgPage;
   return handle;
 }
 
-// The result of a page goes to the function that added it. The answer is how many were told.
+// Passes the result of a page to the function that added it. Returns how many functions received
+// it.
 LONG_PTR CommonSheet::SetResult(LPARAM handle, LPARAM result) {
   if (std::none_of(entries_.begin(), entries_.end(),
                    [=](const Entry& entry) { return entry.handle == handle; }))
     return 0;
   SETRESULT_INFO set = {sizeof set, 0, reinterpret_cast<HANDLE>(handle), result};
-  return Tell(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&set)) > 0 ? 1 : 0;
+  return CallFunction(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&set)) > 0 ? 1 : 0;
 }
 
 // Returns true for an address in the calling thread's stack.
@@ -188,14 +191,14 @@ bool IsOnStack(LPARAM address) {
 }
 
 LONG CommonSheet::Run() {
-  if (Tell(PROPSHEETUI_REASON_INIT, info_.lParamInit) <= 0) {
-    function_ = nullptr;  // it took itself down
+  if (CallFunction(PROPSHEETUI_REASON_INIT, info_.lParamInit) <= 0) {
+    function_ = nullptr;  // it has cleaned up itself
     return CPSUI_CANCEL;
   }
   PROPSHEETUI_INFO_HEADER header = {};
   header.cbSize = sizeof header;
   header.hWndParent = owner_;
-  if (Tell(PROPSHEETUI_REASON_GET_INFO_HEADER, reinterpret_cast<LPARAM>(&header)) <= 0)
+  if (CallFunction(PROPSHEETUI_REASON_GET_INFO_HEADER, reinterpret_cast<LPARAM>(&header)) <= 0)
     return ERR_CPSUI_GETLASTERROR;
   std::vector<HPROPSHEETPAGE> pages;
   for (const Entry& entry : entries_) pages.push_back(entry.page);
@@ -206,18 +209,18 @@ LONG CommonSheet::Run() {
 }  // namespace
 }  // namespace platform
 
-// The result word is CPSUI_CANCEL unless a page confirmed another result. A sheet whose function
-// refused at INIT counts as cancelled (CommonPropertySheetUI).
+// The result is CPSUI_CANCEL unless a page set another. A function that refuses INIT cancels the
+// sheet (CommonPropertySheetUI).
 LONG WINAPI CommonPropertySheetUIW(HWND owner, PFNPROPSHEETUI function, LPARAM param,
                                    LPDWORD result) {
   if (function == nullptr) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return ERR_CPSUI_GETLASTERROR;
   }
-  // The parameter must not be a stack address (PFNPROPSHEETUI).
+  // The parameter must not be an address on the stack (PFNPROPSHEETUI).
   if (platform::IsOnStack(param)) return ERR_CPSUI_INVALID_LPARAM;
   platform::CommonSheet sheet(owner, function, param);
-  const LONG answer = sheet.Run();
-  if (answer >= 0 && result != nullptr) *result = sheet.result();
-  return answer;
+  const LONG status = sheet.Run();
+  if (status >= 0 && result != nullptr) *result = sheet.result();
+  return status;
 }

@@ -1,5 +1,4 @@
-// Drawing into display lists: rectangles, lines, fills, pictures and texts; what can no longer be
-// seen is dropped.
+// Drawing into display lists: rectangles, lines, fills, bitmaps and texts.
 #include <algorithm>
 #include <string>
 
@@ -29,28 +28,28 @@ bool Contains(const RECT& outer, const RECT& inner) {
          outer.bottom >= inner.bottom;
 }
 
-// The pixels that an operation can touch.
-RECT Touched(const DrawOp& op) {
+// The pixels that an operation can change.
+RECT AffectedArea(const DrawOp& op) {
   if (op.kind != DrawOp::Kind::kLine) return op.rect;
   const RECT box = Upright(op.rect);
   const LONG half = op.penWidth;
   return {box.left - half, box.top - half, box.right + half + 1, box.bottom + half + 1};
 }
 
-RECT Seen(const DrawOp& op, const RECT& area) {
-  const RECT box = Common(Touched(op), area);
+RECT VisibleArea(const DrawOp& op, const RECT& area) {
+  const RECT box = Common(AffectedArea(op), area);
   return IsEmpty(op.clip) ? box : Common(box, op.clip);
 }
 
-// The pixels that an operation replaces whatever was there; empty when it lets something through.
-RECT Covered(const DrawOp& op, const RECT& area) {
-  const bool lets =
+// The pixels that an operation replaces completely; empty when the pixels below show through.
+RECT CoveredArea(const DrawOp& op, const RECT& area) {
+  const bool isTransparent =
       op.kind == DrawOp::Kind::kLine || (op.kind == DrawOp::Kind::kText && !op.opaque);
-  return lets ? RECT{} : Seen(op, area);
+  return isTransparent ? RECT{} : VisibleArea(op, area);
 }
 
-// An operation with the context's pen, brush and colours filled in.
-DrawOp Prepared(ObjectStore& store, const Dc& dc, DrawOp::Kind kind, const RECT& rect) {
+// Returns an operation with the pen, brush and colours of the context.
+DrawOp MakeOp(ObjectStore& store, const Dc& dc, DrawOp::Kind kind, const RECT& rect) {
   DrawOp op;
   op.kind = kind;
   op.rect = rect;
@@ -72,20 +71,20 @@ void Record(const Dc& dc, DrawOp op) {
   const WindowPtr window = FindWindowOf(dc.window);
   if (!window) return;
   const RECT area = {0, 0, window->width(), window->height()};
-  if (IsEmpty(Seen(op, area))) return;
-  const RECT hidden = Covered(op, area);
+  if (IsEmpty(VisibleArea(op, area))) return;
+  const RECT hidden = CoveredArea(op, area);
   std::erase_if(window->drawing, [&](const DrawOp& earlier) {
-    return earlier == op || (!IsEmpty(hidden) && Contains(hidden, Seen(earlier, area)));
+    return earlier == op || (!IsEmpty(hidden) && Contains(hidden, VisibleArea(earlier, area)));
   });
   window->drawing.push_back(std::move(op));
 }
 
 }  // namespace platform::gdi
 
-// The last column and row of the rectangle are not drawn, as the documentation of Rectangle says.
+// As documented, the rectangle excludes its last column and row.
 BOOL WINAPI Rectangle(HDC dc, int left, int top, int right, int bottom) {
   return WithDc(dc, FALSE, [&](ObjectStore& store, Dc& it) {
-    Record(it, Prepared(store, it, DrawOp::Kind::kRectangle, Upright({left, top, right, bottom})));
+    Record(it, MakeOp(store, it, DrawOp::Kind::kRectangle, Upright({left, top, right, bottom})));
     return TRUE;
   });
 }
@@ -101,13 +100,13 @@ BOOL WINAPI MoveToEx(HDC dc, int x, int y, LPPOINT previous) {
 BOOL WINAPI LineTo(HDC dc, int x, int y) {
   return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) {
     const POINT from = it.state.position;
-    Record(it, Prepared(store, it, DrawOp::Kind::kLine, {from.x, from.y, x, y}));
+    Record(it, MakeOp(store, it, DrawOp::Kind::kLine, {from.x, from.y, x, y}));
     it.state.position = {x, y};
     return TRUE;
   });
 }
 
-// Copying black on white: the target shows the resource itself.
+// The only supported operation is SRCCOPY: the target shows the resource itself.
 BOOL WINAPI StretchBlt(HDC dc, int x, int y, int width, int height, HDC source, int sourceX,
                        int sourceY, int sourceWidth, int sourceHeight, DWORD rop) {
   return WithDc(dc, FALSE, [&](ObjectStore& store, Dc& it) {
@@ -133,16 +132,15 @@ BOOL WINAPI TextOutW(HDC dc, int x, int y, LPCWSTR text, int length) {
                     : ExtTextOutW(dc, x, y, 0, nullptr, text, static_cast<UINT>(length), nullptr);
 }
 
-// A box that is filled is clipped to as well: a text that sticks out of it would be no part of what
-// the box covers.
+// A filled box also clips, so that the operation covers no more than the box.
 BOOL WINAPI ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR text,
                         UINT length, const INT*) {
   return WithDc(dc, FALSE, [&](ObjectStore& store, Dc& it) {
     const LOGFONTW& font = store.Selected<LOGFONTW>(it);
     const FontShape shape = ShapeOf(font);
     const std::u16string_view units(text, length);
-    DrawOp op = Prepared(store, it, DrawOp::Kind::kText,
-                         {x, y, x + TextWidth(shape, units), y + shape.height});
+    DrawOp op = MakeOp(store, it, DrawOp::Kind::kText,
+                       {x, y, x + TextWidth(shape, units), y + shape.height});
     op.text = units;
     op.at = {x, y};
     op.opaque = it.state.backgroundMode == OPAQUE;

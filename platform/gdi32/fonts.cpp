@@ -1,5 +1,7 @@
-// Font metrics, the same on every machine: a half-width character is half as wide as the font is
-// high, a full-width one as wide, both scaled when the font asks for another average width.
+// Font metrics, the same on every host: a half-width character is half as wide as the font is high,
+// a full-width one as wide; both scale when the font has another average width.
+#include <winbase.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -13,7 +15,7 @@ struct Range {
   char16_t first, last;
 };
 
-// Characters as wide as the font is high in Japanese fonts; half-width katakana are not.
+// Characters that Japanese fonts draw full-width; half-width katakana are not among them.
 constexpr Range kFullWidth[] = {
     {0x00D7, 0x00D7}, {0x00F7, 0x00F7}, {0x0391, 0x0451}, {0x1100, 0x115F}, {0x2010, 0x2312},
     {0x2460, 0x2473}, {0x2500, 0x266F}, {0x2E80, 0xA4CF}, {0xAC00, 0xD7A3}, {0xD800, 0xDBFF},
@@ -38,8 +40,7 @@ FontShape ShapeOf(const LOGFONTW& font) {
   shape.ascent = (shape.height * 220 + 128) / 256;
   const int width = std::abs(std::clamp(font.lfWidth, -32767, 32767));
   shape.average = width != 0 ? width : std::max(1, shape.height / 2);
-  // A fixed pitch asked for weighs more than the face in the font mapper, so a proportional face is
-  // proportional only without it.
+  // The font mapper weighs a requested fixed pitch more than the face name.
   const bool proportionalFace =
       std::u16string_view(font.lfFaceName).find(u'Ｐ') != std::u16string_view::npos;
   shape.proportional = proportionalFace && (font.lfPitchAndFamily & 3) != FIXED_PITCH;
@@ -47,7 +48,7 @@ FontShape ShapeOf(const LOGFONTW& font) {
 }
 
 static int CharWidth(const FontShape& shape, char16_t unit) {
-  if (unit >= 0xDC00 && unit <= 0xDFFF) return 0;  // its pair's first half has the width
+  if (unit >= 0xDC00 && unit <= 0xDFFF) return 0;  // the high surrogate has the width
   if (IsFullWidth(unit)) return shape.average * 2;
   if (!shape.proportional) return shape.average;
   if (IsOneOf(unit, u"ijl!|.,:;'I")) return std::max(1, shape.average / 2);
@@ -97,8 +98,8 @@ BOOL WINAPI GetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size)
   });
 }
 
-// Answers what the callback answered last; 1 when no family is there. A family given by name is
-// told alone.
+// Returns the last result of the callback; 1 when there is no family. Enumerates only the named
+// family, if one is given.
 int WINAPI EnumFontFamiliesW(HDC dc, LPCWSTR family, FONTENUMPROCW callback, LPARAM param) {
   if (callback == nullptr || !WithDc(dc, false, [](ObjectStore&, Dc&) { return true; })) return 0;
   int answer = 1;

@@ -1,8 +1,8 @@
-// Drawing: objects, device contexts and what they record. Internal to the stand-in; tests look at
-// the counts.
+// GDI objects, device contexts and the operations they record. Internal to the stand-in; tests
+// check the counts.
 #pragma once
 
-#include <windows.h>
+#include <wingdi.h>
 
 #include <optional>
 #include <string_view>
@@ -14,13 +14,13 @@
 
 namespace platform {
 
-// Objects that the calling thread has made (pens, fonts, bitmaps) and not deleted; stock objects do
-// not count.
+// Returns the number of pens, fonts and bitmaps that this thread has created and not deleted,
+// without stock objects.
 int LiveGdiObjects();
-// Contexts got from GetDC or CreateCompatibleDC and not given back.
+// Returns the number of contexts from GetDC or CreateCompatibleDC that are not released.
 int LiveDcs();
 
-// The colour of a brush; nothing for a stale handle.
+// Returns the colour of a brush; nullopt for a stale handle.
 std::optional<COLORREF> BrushColour(HBRUSH brush);
 
 namespace gdi {
@@ -40,11 +40,11 @@ using ObjectData = std::variant<Pen, Brush, LOGFONTW, Bitmap>;
 
 struct Object {
   bool stock = false;
-  int selected = 0;  // contexts (and saved states) that hold it
+  int selected = 0;  // contexts and saved states that use it
   ObjectData data;
 };
 
-// What SaveDC keeps. The objects selected stand in the order of ObjectData.
+// The state that SaveDC saves. Selected objects are in the order of ObjectData.
 struct DcState {
   HGDIOBJ selected[std::variant_size_v<ObjectData>] = {};
   COLORREF textColour = 0;
@@ -61,8 +61,8 @@ struct Dc {
   std::vector<DcState> saved;
 };
 
-// The live objects and contexts of one thread: each draws in its own windows. Handles are numbers
-// that are never used again, so that a stale handle is always recognised.
+// The live objects and contexts of a thread. Handles are never reused, so that a stale handle is
+// always detected.
 struct ObjectStore {
   std::unordered_map<HGDIOBJ, Object> objects;
   std::unordered_map<HDC, Dc> contexts;
@@ -79,39 +79,39 @@ struct ObjectStore {
     Object* object = Find(handle);
     return object != nullptr ? std::get_if<T>(&object->data) : nullptr;
   }
-  // The object of a kind that a context has selected: there always is one.
+  // Returns the selected object of a kind; there always is one.
   template <typename T>
   const T& Selected(const Dc& dc) {
     return *FindAs<T>(dc.state.selected[ObjectData(T()).index()]);
   }
-  void Hold(const DcState& state, int by);  // counts the state's objects as selected or no more
+  void AddUse(const DcState& state, int by);  // adds to the use counts of the state's objects
 
  private:
   ObjectStore();
 };
 
-// Runs `work` on a live context; answers `none` for a stale one.
-template <typename Answer, typename Work>
-Answer WithDc(HDC handle, Answer none, Work work) {
+// Runs `work` on a live context; returns `none` for a stale one.
+template <typename Result, typename Work>
+Result WithDc(HDC handle, Result none, Work work) {
   ObjectStore& store = ObjectStore::Get();
   Dc* dc = store.FindDc(handle);
   return dc != nullptr ? work(store, *dc) : none;
 }
 
-// Adds a context of a window (null: the screen), or in memory, with the stock objects selected.
+// Creates a context of a window (null: the screen), or in memory, with the stock objects selected.
 HDC AddContext(HWND window, bool memory);
-// Removes a context; false when it is stale or not of that window or kind.
+// Removes a context. Returns false when it is stale, or not of that window or kind.
 bool RemoveContext(HDC dc, HWND window, bool memory);
 
-// What a later operation hides completely is dropped, and so is an earlier drawing of the very same
-// thing: the later one paints the same pixels over it. So a list cannot grow by redrawing. Drawing
-// on the screen, in memory or on a window that is gone is lost.
+// Records an operation. Earlier operations that it hides completely are removed, and so are
+// identical ones, so that redrawing does not make a list longer. Drawing on the screen, in memory
+// or on a destroyed window is lost.
 void Record(const Dc& dc, DrawOp op);
 
-// An object as the module makes it; null where a computer out of handles has none.
-HGDIOBJ AddMade(ObjectData data);
+// Adds an object; returns null when Fault::kWindow applies.
+HGDIOBJ AddObject(ObjectData data);
 
-// Font metrics, fixed for all machines.
+// Font metrics, the same on every host.
 struct FontShape {
   int height, ascent, average;
   bool proportional;

@@ -1,4 +1,4 @@
-// Pens, brushes, fonts, bitmaps and stock objects, and the contexts that they are selected into.
+// Pens, brushes, fonts, bitmaps and stock objects, and the contexts that use them.
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -44,13 +44,13 @@ Dc* ObjectStore::FindDc(HDC dc) {
   return found == contexts.end() ? nullptr : &found->second;
 }
 
-void ObjectStore::Hold(const DcState& state, int by) {
+void ObjectStore::AddUse(const DcState& state, int by) {
   for (HGDIOBJ handle : state.selected)
     if (Object* object = Find(handle)) object->selected += by;
 }
 
-HGDIOBJ AddMade(ObjectData data) {
-  if (Machine::Current().faults.Strike(Fault::kWindow)) return nullptr;
+HGDIOBJ AddObject(ObjectData data) {
+  if (Machine::Current().faults.ShouldFail(Fault::kWindow)) return nullptr;
   return ObjectStore::Get().Add(std::move(data));
 }
 
@@ -61,10 +61,10 @@ HDC AddContext(HWND window, bool memory) {
   Dc dc;
   dc.window = window;
   dc.memory = memory;
-  const HGDIOBJ fresh[] = {store.stock[BLACK_PEN], store.stock[WHITE_BRUSH],
-                           store.stock[SYSTEM_FONT], store.defaultBitmap};
-  std::copy(std::begin(fresh), std::end(fresh), dc.state.selected);
-  store.Hold(dc.state, 1);
+  const HGDIOBJ defaults[] = {store.stock[BLACK_PEN], store.stock[WHITE_BRUSH],
+                              store.stock[SYSTEM_FONT], store.defaultBitmap};
+  std::copy(std::begin(defaults), std::end(defaults), dc.state.selected);
+  store.AddUse(dc.state, 1);
   store.contexts.emplace(handle, std::move(dc));
   return handle;
 }
@@ -72,8 +72,8 @@ HDC AddContext(HWND window, bool memory) {
 bool RemoveContext(HDC handle, HWND window, bool memory) {
   return WithDc(handle, false, [=](ObjectStore& store, Dc& dc) {
     if (dc.memory != memory || dc.window != window) return false;
-    store.Hold(dc.state, -1);
-    for (const DcState& state : dc.saved) store.Hold(state, -1);
+    store.AddUse(dc.state, -1);
+    for (const DcState& state : dc.saved) store.AddUse(state, -1);
     store.contexts.erase(handle);
     return true;
   });
@@ -81,7 +81,7 @@ bool RemoveContext(HDC handle, HWND window, bool memory) {
 
 namespace {
 
-// Sets a member of the state and answers the old value.
+// Sets a member of the state and returns the old value.
 template <typename T>
 T Exchange(HDC handle, T none, T DcState::*member, T value) {
   return WithDc(handle, none, [&](ObjectStore&, Dc& dc) {
@@ -115,7 +115,7 @@ HGDIOBJ WINAPI GetStockObject(int index) {
 }
 
 HPEN WINAPI CreatePen(int style, int width, COLORREF colour) {
-  return static_cast<HPEN>(AddMade(Pen{style, width, colour & 0xFFFFFF}));
+  return static_cast<HPEN>(AddObject(Pen{style, width, colour & 0xFFFFFF}));
 }
 
 HFONT WINAPI CreateFontW(int height, int width, int escapement, int orientation, int weight,
@@ -137,11 +137,11 @@ HFONT WINAPI CreateFontW(int height, int width, int escapement, int orientation,
                    static_cast<BYTE>(pitchAndFamily),
                    {}};
   if (faceName != nullptr) std::u16string_view(faceName).copy(font.lfFaceName, LF_FACESIZE - 1);
-  return static_cast<HFONT>(AddMade(font));
+  return static_cast<HFONT>(AddObject(font));
 }
 
-// A selected object is not deleted: the mistake shows in the count of live objects. A stock object
-// may be given back any time and stays.
+// Fails for an object that is selected, so that the mistake shows in the count of live objects.
+// Deleting a stock object succeeds and does nothing.
 BOOL WINAPI DeleteObject(HGDIOBJ object) {
   ObjectStore& store = ObjectStore::Get();
   const Object* found = store.Find(object);
@@ -150,7 +150,7 @@ BOOL WINAPI DeleteObject(HGDIOBJ object) {
   return TRUE;
 }
 
-// The size of a bitmap: nobody asks for more, or about others.
+// Supports bitmaps only, and fills only their size.
 int WINAPI GetObjectW(HGDIOBJ object, int size, LPVOID buffer) {
   const auto* bitmap = ObjectStore::Get().FindAs<Bitmap>(object);
   BITMAP form = {};
@@ -162,33 +162,33 @@ int WINAPI GetObjectW(HGDIOBJ object, int size, LPVOID buffer) {
 }
 
 HDC WINAPI CreateCompatibleDC(HDC) {
-  return Machine::Current().faults.Strike(Fault::kWindow) ? nullptr : AddContext(nullptr, true);
+  return Machine::Current().faults.ShouldFail(Fault::kWindow) ? nullptr : AddContext(nullptr, true);
 }
 
 BOOL WINAPI DeleteDC(HDC dc) { return RemoveContext(dc, nullptr, true); }
 
 int WINAPI SaveDC(HDC dc) {
   return WithDc(dc, 0, [](ObjectStore& store, Dc& it) {
-    store.Hold(it.state, 1);
+    store.AddUse(it.state, 1);
     it.saved.push_back(it.state);
     return static_cast<int>(it.saved.size());
   });
 }
 
-// A state is one that SaveDC answered.
+// `state` is a result of SaveDC.
 BOOL WINAPI RestoreDC(HDC dc, int state) {
   return WithDc(dc, FALSE, [=](ObjectStore& store, Dc& it) -> BOOL {
     const size_t index = static_cast<size_t>(state) - 1;
     if (state <= 0 || index >= it.saved.size()) return FALSE;
-    store.Hold(it.state, -1);
+    store.AddUse(it.state, -1);
     it.state = it.saved[index];
-    for (size_t i = index + 1; i < it.saved.size(); ++i) store.Hold(it.saved[i], -1);
+    for (size_t i = index + 1; i < it.saved.size(); ++i) store.AddUse(it.saved[i], -1);
     it.saved.resize(index);
     return TRUE;
   });
 }
 
-// A bitmap goes into memory contexts only, and into one at a time.
+// A bitmap can be selected into memory contexts only, and into one at a time.
 HGDIOBJ WINAPI SelectObject(HDC dc, HGDIOBJ object) {
   return WithDc(dc, HGDIOBJ{}, [=](ObjectStore& store, Dc& it) -> HGDIOBJ {
     Object* found = store.Find(object);

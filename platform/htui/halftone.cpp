@@ -1,5 +1,4 @@
-// The halftone library's two dialogs: a row for each number or choice of COLORADJUSTMENT and of
-// DEVHTINFO.
+// The two dialogs of the halftone library: a row for each member of COLORADJUSTMENT and DEVHTINFO.
 #include <windows.h>
 #include <winddi.h>
 
@@ -25,9 +24,9 @@ using Choices = std::vector<std::u16string>;
 struct Row {
   const char16_t* label;
   int value, minimum, maximum;
-  int standard;  // what the reset button sets
+  int standard;  // set by the reset button
   bool enabled;
-  Choices choices;  // one for each value; none: a number is typed
+  Choices choices;  // one for each value; empty: a number is typed
   std::function<void(int)> store;
 };
 
@@ -67,8 +66,8 @@ void Show(HWND window, const Row& row, int id, int value) {
     SendDlgItemMessageW(window, id, CB_SETCURSEL, static_cast<WPARAM>(Shown(row, value)), 0);
 }
 
-// What a row's field says, inside its bounds. A stored value outside of them stays when nobody
-// changed it, and so does any behind what is no number.
+// Returns the value of a field, clamped to its bounds. An unchanged field keeps a stored value
+// outside the bounds; so does a text that is not a number.
 int Read(HWND window, const Row& row, int id) {
   const WindowPtr field = FindWindowOf(GetDlgItem(window, id));
   const auto value = row.choices.empty() ? ReadDecimal(field->text) : field->list.selected;
@@ -109,28 +108,28 @@ std::vector<ControlRequest> PartsOf(const std::vector<Row>& rows, bool readOnly)
   int id = kFirstField;
   for (const Row& row : rows) {
     const DWORD style = WS_TABSTOP | (row.enabled ? locked : WS_DISABLED);
-    parts.push_back(Part(u"static", id + 100, row.label, SS_LEFT, 12, y + 3, 150, 14));
-    parts.push_back(Part(row.choices.empty() ? u"edit" : u"combobox", id++, u"", style, 170, y,
-                         row.choices.empty() ? 60 : 130, 20));
+    parts.push_back(MakeControl(u"static", id + 100, row.label, SS_LEFT, 12, y + 3, 150, 14));
+    parts.push_back(MakeControl(row.choices.empty() ? u"edit" : u"combobox", id++, u"", style, 170,
+                                y, row.choices.empty() ? 60 : 130, 20));
     y += 26;
   }
   y += 8;
   parts.push_back(
-      Part(u"button", kResetButton, u"標準に戻す(&E)", WS_TABSTOP | locked, 12, y, 110, 22));
+      MakeControl(u"button", kResetButton, u"標準に戻す(&E)", WS_TABSTOP | locked, 12, y, 110, 22));
   parts.push_back(
-      Part(u"button", IDOK, u"OK", BS_DEFPUSHBUTTON | WS_TABSTOP | locked, 136, y, 80, 22));
-  parts.push_back(Part(u"button", IDCANCEL, u"ｷｬﾝｾﾙ", WS_TABSTOP, 222, y, 80, 22));
+      MakeControl(u"button", IDOK, u"OK", BS_DEFPUSHBUTTON | WS_TABSTOP | locked, 136, y, 80, 22));
+  parts.push_back(MakeControl(u"button", IDCANCEL, u"ｷｬﾝｾﾙ", WS_TABSTOP, 222, y, 80, 22));
   return parts;
 }
 
-// Shows the rows as a modal dialog above the active window; whether they were confirmed, or nothing
-// when there is no dialog.
+// Shows the rows in a modal dialog above the active window. Returns true when the user confirmed,
+// nullopt when the dialog cannot open.
 std::optional<bool> ShowForm(std::u16string title, std::vector<Row> rows, bool readOnly) {
   TopWindowRequest top;
   top.title = std::move(title);
   top.width = 314;
-  top.parts = PartsOf(rows, readOnly);
-  top.height = top.parts.back().rect.bottom + 12;
+  top.controls = PartsOf(rows, readOnly);
+  top.height = top.controls.back().rect.bottom + 12;
   top.owner = ActiveTop();
   top.proc = FormProc;
   auto state = std::make_unique<Form>();
@@ -177,7 +176,7 @@ std::vector<Row> RowsOf(COLORADJUSTMENT& of, bool colour) {
       Flag(u"ﾛｸﾞ ﾌｨﾙﾀ(&L):", of.caFlags, CA_LOG_FILTER)};
 }
 
-// Sizes 2 x 2 to 16 x 16, each plain and enhanced, and what comes behind them.
+// Sizes 2 x 2 to 16 x 16, each plain and enhanced, and the further patterns.
 Choices Patterns() {
   Choices texts;
   for (int side = 2; side <= 16; side += 2)
@@ -190,7 +189,7 @@ Choices Patterns() {
   return texts;
 }
 
-// The dyes of a monochrome device, the only kind there is here, can be seen and not set.
+// The dyes of a monochrome device, the only kind here, are shown but cannot be changed.
 std::vector<Row> RowsOf(DEVHTINFO& of, const DEVHTADJDATA& device) {
   const DEVHTINFO& standard = *device.pDefHTInfo;
   const auto number = [](DWORD value) { return static_cast<int>(std::min<DWORD>(value, 32767)); };
@@ -215,9 +214,10 @@ std::vector<Row> RowsOf(DEVHTINFO& of, const DEVHTADJDATA& device) {
   return rows;
 }
 
-// Brings a confirmed change home: above 0 changed, 0 not, below 0 no dialog.
+// Stores a confirmed change. Returns 1 when the record changed, 0 when not, kNoDialog when there
+// was no dialog.
 template <typename Record>
-LONG Answer(std::optional<bool> confirmed, const Record& edited, Record* record) {
+LONG StoreResult(std::optional<bool> confirmed, const Record& edited, Record* record) {
   if (!confirmed) return kNoDialog;
   if (!*confirmed || std::memcmp(&edited, record, sizeof edited) == 0) return 0;
   *record = edited;
@@ -230,23 +230,23 @@ LONG Answer(std::optional<bool> confirmed, const Record& edited, Record* record)
 
 using namespace platform::halftone;
 
-// A size that is not this structure's counts as such, and is put right when the person confirms.
+// A wrong caSize is accepted and corrected when the user confirms.
 LONG APIENTRY HTUI_ColorAdjustmentW(LPWSTR callerTitle, HANDLE, LPWSTR, COLORADJUSTMENT* adjustment,
                                     BOOL showMonochromeOnly, BOOL updatePermission) {
   if (adjustment == nullptr) return kInvalidArgument;
   COLORADJUSTMENT edited = *adjustment;
   edited.caSize = sizeof edited;
-  return Answer(ShowForm(TitleFor(callerTitle, u"ｶﾗｰ調整"),
-                         RowsOf(edited, showMonochromeOnly == FALSE), !updatePermission),
-                edited, adjustment);
+  return StoreResult(ShowForm(TitleFor(callerTitle, u"ｶﾗｰ調整"),
+                              RowsOf(edited, showMonochromeOnly == FALSE), !updatePermission),
+                     edited, adjustment);
 }
 
-// Without an adjusted description the default one is shown and nothing can be changed.
+// Without an adjusted description, shows the default one read-only.
 LONG APIENTRY HTUI_DeviceColorAdjustmentW(LPWSTR deviceName, PDEVHTADJDATA device) {
   if (device == nullptr || device->pDefHTInfo == nullptr) return kInvalidArgument;
-  DEVHTINFO* home = device->pAdjHTInfo;
-  DEVHTINFO edited = home != nullptr ? *home : *device->pDefHTInfo;
+  DEVHTINFO* target = device->pAdjHTInfo;
+  DEVHTINFO edited = target != nullptr ? *target : *device->pDefHTInfo;
   const auto confirmed =
-      ShowForm(TitleFor(deviceName, u"ﾊｰﾌﾄｰﾝ調整"), RowsOf(edited, *device), home == nullptr);
-  return Answer(confirmed, edited, home != nullptr ? home : &edited);
+      ShowForm(TitleFor(deviceName, u"ﾊｰﾌﾄｰﾝ調整"), RowsOf(edited, *device), target == nullptr);
+  return StoreResult(confirmed, edited, target != nullptr ? target : &edited);
 }

@@ -1,6 +1,7 @@
 #include <windows.h>
 
-// The module's manifest names the newest common controls; the stand-in has no others.
+// The manifest of the module selects the newest common controls; the stand-in has no others, so
+// that activation changes nothing.
 HANDLE WINAPI CreateActCtxW(PCACTCTXW) { return reinterpret_cast<HANDLE>(1); }
 BOOL WINAPI ActivateActCtx(HANDLE, ULONG_PTR* cookie) {
   *cookie = 1;

@@ -1,4 +1,6 @@
 // Conversions between code pages and UTF-16.
+#include <winnls.h>
+
 #include <algorithm>
 #include <string>
 
@@ -11,7 +13,7 @@ using namespace platform;
 
 namespace {
 
-// The page that a call names, when it is installed. The ANSI page always is.
+// Returns the code page of a call; null when it is not installed. The ANSI page always is.
 const CodePage* Named(UINT number) {
   const Machine::Impl& impl = Machine::Current().impl();
   const UINT ansi = impl.ansiPage;
@@ -25,7 +27,8 @@ bool AreValid(const void* text, int length, const void* out, int size) {
          (size == 0 || (out != nullptr && out != text));
 }
 
-// What fits stays written, whole characters only: as many units of the answer.
+// Copies the `fitting` first units and returns the length of the whole text; returns 0 and sets
+// ERROR_INSUFFICIENT_BUFFER when it does not fit. The copied units stay in the buffer.
 template <typename Text, typename Char>
 int Answer(const Text& answer, size_t fitting, Char* out, int size) {
   if (size > 0) answer.copy(out, fitting);
@@ -40,7 +43,7 @@ BOOL WINAPI IsDBCSLeadByteEx(UINT codePage, BYTE byte) {
   return page != nullptr && page->IsLead(byte);
 }
 
-// For UTF-8 flags have to be 0, and there is no default character, as documented.
+// As documented, UTF-8 allows neither flags nor a default character.
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int units, LPSTR out,
                                int size, LPCSTR defaultCharacter, LPBOOL usedDefault) {
   const CodePage* page = Named(codePage);
@@ -55,7 +58,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int uni
       page->Encode({text, count}, defaultCharacter == nullptr ? '?' : *defaultCharacter,
                    (flags & WC_NO_BEST_FIT_CHARS) == 0, &used);
   if (usedDefault != nullptr) *usedDefault = used;
-  return Answer(bytes, page->Whole(bytes, static_cast<size_t>(size)), out, size);
+  return Answer(bytes, page->CompleteLength(bytes, static_cast<size_t>(size)), out, size);
 }
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR out,

@@ -15,7 +15,7 @@ UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
 
 }  // namespace
 
-// The size that it needs when the buffer is too small, as documented, and nothing written.
+// Returns the required size, terminator included, and writes nothing when the buffer is too small.
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR directory) {
   Machine& machine = Machine::Current();
   return AnswerDirectory(machine.WindowsPath(machine.impl().CurrentFolder()), directory, size);

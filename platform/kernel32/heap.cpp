@@ -1,6 +1,8 @@
-// Heaps. Each block is an allocation of the C library's, so that the address sanitizer sees an
+// Heaps. Each block is an allocation of the C library, so that the address sanitizer detects an
 // overrun on either side.
 #include "platform/kernel32/heap.h"
+
+#include <winbase.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -20,10 +22,10 @@ constexpr uintptr_t kProcessHeap = 0x1000;
 struct Heaps {
   std::mutex mutex;
   std::map<uintptr_t, std::set<void*>> blocks = {{kProcessHeap, {}}};  // of each heap
-  uintptr_t last = kProcessHeap;                                       // no handle is given twice
+  uintptr_t last = kProcessHeap;                                       // handles are never reused
 };
 
-// They live as long as the process.
+// Never destroyed: modules may free blocks during the exit of the process.
 Heaps& All() {
   static Heaps* heaps = new Heaps;
   return *heaps;
@@ -52,7 +54,7 @@ using namespace platform;
 HANDLE WINAPI GetProcessHeap() { return reinterpret_cast<HANDLE>(kProcessHeap); }
 
 HANDLE WINAPI HeapCreate(DWORD, SIZE_T, SIZE_T) {
-  if (Machine::Current().faults.Strike(Fault::kAllocation)) {
+  if (Machine::Current().faults.ShouldFail(Fault::kAllocation)) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   }
@@ -75,19 +77,20 @@ BOOL WINAPI HeapDestroy(HANDLE heap) {
 }
 
 LPVOID WINAPI HeapAlloc(HANDLE heap, DWORD flags, SIZE_T bytes) {
-  // No block is as large as half the addresses; sanitizers end a program that asks for it.
-  if (bytes > SIZE_MAX / 2 || Machine::Current().faults.Strike(Fault::kAllocation)) return nullptr;
+  // No block can have half the address space; a sanitizer would end a program that allocates one.
+  if (bytes > SIZE_MAX / 2 || Machine::Current().faults.ShouldFail(Fault::kAllocation))
+    return nullptr;
   const std::lock_guard lock(All().mutex);
   const auto found = All().blocks.find(NumberOf(heap));
   if (found == All().blocks.end()) return nullptr;
-  // A block of no bytes has an address of its own.
+  // An empty block still has a unique address.
   const SIZE_T size = std::max<SIZE_T>(bytes, 1);
   void* block = (flags & HEAP_ZERO_MEMORY) != 0 ? std::calloc(1, size) : std::malloc(size);
   if (block != nullptr) found->second.insert(block);
   return block;
 }
 
-// What no heap holds was freed twice or never given: no caller goes on from there.
+// Ends the process for a block that no heap contains: it was freed twice or never allocated.
 BOOL WINAPI HeapFree(HANDLE heap, DWORD, LPVOID block) {
   if (block == nullptr) return TRUE;
   const std::lock_guard lock(All().mutex);

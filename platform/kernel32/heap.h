@@ -1,4 +1,4 @@
-// Counters of the heaps, for Machine.
+// Counts of the live heaps and blocks of this process.
 #pragma once
 
 namespace platform {

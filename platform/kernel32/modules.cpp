@@ -1,4 +1,4 @@
-// Loading modules, and what a caller learns of them.
+// Modules: LoadLibrary, GetProcAddress and their file names.
 #include <algorithm>
 
 #include "platform/machine/last_error.h"
@@ -9,11 +9,11 @@ using namespace platform;
 
 HMODULE WINAPI LoadLibraryW(LPCWSTR fileName) { return LoadLibraryExW(fileName, nullptr, 0); }
 
-// With the altered search path a library's own imports are looked for beside it, which the host's
-// loader does by itself.
+// The altered search path makes no difference: the host's loader searches for the imports of a
+// shared object beside it.
 HMODULE WINAPI LoadLibraryExW(LPCWSTR fileName, HANDLE, DWORD) {
   Machine& machine = Machine::Current();
-  if (machine.faults.Strike(Fault::kModule) || fileName == nullptr || *fileName == 0) {
+  if (machine.faults.ShouldFail(Fault::kModule) || fileName == nullptr || *fileName == 0) {
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;
   }
@@ -27,14 +27,15 @@ BOOL WINAPI FreeLibrary(HMODULE module) {
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
   Machine& machine = Machine::Current();
-  const FARPROC entry =
-      machine.faults.Strike(Fault::kModule) ? nullptr : machine.impl().modules.Entry(module, name);
+  const FARPROC entry = machine.faults.ShouldFail(Fault::kModule)
+                            ? nullptr
+                            : machine.impl().modules.Entry(module, name);
   if (entry == nullptr) SetLastError(ERROR_PROC_NOT_FOUND);
   return entry;
 }
 
-// A path that does not fit is truncated, and size returned: from Windows Vista on with a terminator
-// and an error, before without either.
+// Truncates a path that does not fit and returns `size`. Windows Vista and later add a terminator
+// and set an error; earlier systems do neither.
 DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR fileName, DWORD size) {
   constexpr DWORD kVista = 6;
   Machine& machine = Machine::Current();

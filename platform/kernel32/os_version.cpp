@@ -14,18 +14,18 @@ namespace {
 
 constexpr int kConditionBits = 3;
 
-// Where the condition of the highest of some types lies in a mask of conditions.
+// Returns the position in a condition mask of the highest type in a type mask.
 int ShiftOf(DWORD types) { return (std::bit_width(types & 0xFF) - 1) * kConditionBits; }
 
-// Only "equal" and "at least" are known.
+// Supports only "equal" and "at least".
 template <typename Number>
-bool Holds(ULONGLONG condition, const Number& system, const Number& asked) {
-  return (condition & 7) == VER_GREATER_EQUAL ? system >= asked
-                                              : (condition & 7) == VER_EQUAL && system == asked;
+bool Holds(ULONGLONG condition, const Number& system, const Number& required) {
+  return (condition & 7) == VER_GREATER_EQUAL ? system >= required
+                                              : (condition & 7) == VER_EQUAL && system == required;
 }
 
-// The extended structure came with the sixth service pack of NT 4.0.
-bool KnowsMore(const OsVersion& os) {
+// The extended structure came with service pack 6 of NT 4.0.
+bool HasExtendedInfo(const OsVersion& os) {
   constexpr DWORD kFirstServicePack = 6;
   return os.platformId == VER_PLATFORM_WIN32_NT &&
          (os.major > 4 || (os.major == 4 && os.servicePack >= kFirstServicePack));
@@ -38,8 +38,8 @@ ULONGLONG WINAPI VerSetConditionMask(ULONGLONG mask, DWORD typeMask, BYTE condit
   return mask | (static_cast<ULONGLONG>(condition & 7) << ShiftOf(typeMask));
 }
 
-// What the module asks for: major, minor and service pack as one number in parts, by the condition
-// of the first, or the product type.
+// Supports the queries of the module: major version, minor version and service pack compared as one
+// number, by the first condition; or the product type.
 BOOL WINAPI VerifyVersionInfoW(LPOSVERSIONINFOEXW version, DWORD typeMask, DWORDLONG conditions) {
   constexpr DWORD kParts = VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR;
   if (version == nullptr || conditions == 0) return Fail(ERROR_INVALID_PARAMETER);
@@ -58,21 +58,22 @@ BOOL WINAPI VerifyVersionInfoW(LPOSVERSIONINFOEXW version, DWORD typeMask, DWORD
 
 BOOL WINAPI GetVersionExW(LPOSVERSIONINFOW version) {
   const OsVersion os = Machine::Current().os();
-  const bool known = version != nullptr &&
-                     (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOW) ||
-                      (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXW) && KnowsMore(os)));
-  if (!known) return Fail(ERROR_INSUFFICIENT_BUFFER);
-  OSVERSIONINFOEXW answer = {};
-  answer.dwOSVersionInfoSize = version->dwOSVersionInfoSize;
-  answer.dwMajorVersion = os.major;
-  answer.dwMinorVersion = os.minor;
-  answer.dwPlatformId = os.platformId;
+  const bool valid =
+      version != nullptr &&
+      (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOW) ||
+       (version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXW) && HasExtendedInfo(os)));
+  if (!valid) return Fail(ERROR_INSUFFICIENT_BUFFER);
+  OSVERSIONINFOEXW result = {};
+  result.dwOSVersionInfoSize = version->dwOSVersionInfoSize;
+  result.dwMajorVersion = os.major;
+  result.dwMinorVersion = os.minor;
+  result.dwPlatformId = os.platformId;
   if (os.servicePack > 0) {
-    CopyTerminated(u"Service Pack " + ToUtf16(std::to_string(os.servicePack)), answer.szCSDVersion,
-                   std::size(answer.szCSDVersion));
+    CopyTerminated(u"Service Pack " + ToUtf16(std::to_string(os.servicePack)), result.szCSDVersion,
+                   std::size(result.szCSDVersion));
   }
-  answer.wServicePackMajor = static_cast<WORD>(os.servicePack);
-  answer.wProductType = os.productType;
-  std::memcpy(static_cast<void*>(version), &answer, version->dwOSVersionInfoSize);
+  result.wServicePackMajor = static_cast<WORD>(os.servicePack);
+  result.wProductType = os.productType;
+  std::memcpy(static_cast<void*>(version), &result, version->dwOSVersionInfoSize);
   return TRUE;
 }

@@ -16,15 +16,15 @@ DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
 
 DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(gettid()); }
 
-// Ends this process without detaching a module or running a destructor. The exit code that a parent
-// sees here has 8 bits, so that the whole one goes to standard error.
+// Ends this process without detaching modules or running destructors. An exit code has only 8 bits
+// here, so that the whole code is printed to standard error.
 BOOL WINAPI TerminateProcess(HANDLE process, UINT exitCode) {
   if (process != GetCurrentProcess()) return Fail(ERROR_INVALID_HANDLE);
   std::fprintf(stderr, "process terminated with exit code 0x%08X\n", exitCode);
   _exit(static_cast<int>(exitCode & 0xFF));
 }
 
-// Fail-fast exceptions came with Windows 8 (6.2); no other feature is queried.
+// Fail-fast exceptions came with Windows 8 (6.2). No other feature is supported.
 BOOL WINAPI IsProcessorFeaturePresent(DWORD feature) {
   return feature == PF_FASTFAIL_AVAILABLE && Machine::Current().os().IsAtLeast(6, 2);
 }

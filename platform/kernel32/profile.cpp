@@ -1,5 +1,6 @@
-// The profile-file functions: reading in the byte form (ANSI code page) and in UTF-16, writing in
-// the byte form.
+// Profile-file functions: reading in the ANSI and the wide form, writing in the ANSI form.
+#include <winbase.h>
+
 #include <algorithm>
 #include <cstring>
 #include <optional>
@@ -15,12 +16,12 @@ namespace {
 
 using Encoding = ProfileDocument::Encoding;
 
-// What differs between the two forms: how a caller's texts become those of a document and back.
+// The two forms of the functions differ in how they convert the texts of a caller to those of a
+// document and back.
 struct ByteForm {
   using Char = char;
   static std::u16string Path(const char* path) { return AnsiPage().Decode(path); }
-  // All texts pass through UTF-16 on their way, which bytes without a meaning in the ANSI code page
-  // do not survive.
+  // Texts are converted through UTF-16, which loses bytes that the ANSI code page leaves undefined.
   static std::string Converted(std::string text) {
     const bool ascii = std::all_of(text.begin(), text.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -38,7 +39,7 @@ struct ByteForm {
 struct WideForm {
   using Char = WCHAR;
   static std::u16string Path(const WCHAR* path) { return path; }
-  // Nothing when a document in the ANSI code page cannot hold the text.
+  // Returns nullopt when the ANSI code page of a document lacks a character of the text.
   static std::optional<std::string> In(const WCHAR* text, Encoding encoding) {
     if (encoding != Encoding::kAnsi) return ToUtf8(text);
     bool lossy = false;
@@ -51,34 +52,35 @@ struct WideForm {
   }
 };
 
-// A bare file name lies in the Windows directory.
+// A file name without a folder is in the Windows directory.
 std::u16string FullPath(const Machine& machine, std::u16string path) {
   if (path.find_first_of(u"\\/:") != std::u16string::npos) return path;
   return machine.windowsDirectory() + u'\\' + path;
 }
 
-// What a file holds under a key; without a key the section's keys, each with a NUL behind it.
+// Returns the value of a key, or, without a key, the keys of the section, each followed by NUL.
+// Returns nullopt when the file, section or key does not exist.
 template <typename Form>
-auto Look(const typename Form::Char* section, const typename Form::Char* key,
-          const typename Form::Char* fileName) {
-  std::optional<std::basic_string<typename Form::Char>> answer;
+auto ReadText(const typename Form::Char* section, const typename Form::Char* key,
+              const typename Form::Char* fileName) {
+  std::optional<std::basic_string<typename Form::Char>> result;
   Machine& machine = Machine::Current();
-  if (machine.faults.Strike(Fault::kFile)) return answer;
+  if (machine.faults.ShouldFail(Fault::kFile)) return result;
   const std::u16string path = FullPath(machine, Form::Path(fileName));
   ProfileCache& cache = machine.impl().profiles;
   const std::lock_guard lock(cache.mutex);
-  const auto held = cache.held.find(path);
+  const auto inMemory = cache.inMemory.find(path);
   const ProfileDocument* document =
-      held != cache.held.end() ? &held->second : cache.Read(machine.HostPath(path));
-  if (document == nullptr) return answer;
+      inMemory != cache.inMemory.end() ? &inMemory->second : cache.Read(machine.HostPath(path));
+  if (document == nullptr) return result;
   const Encoding encoding = document->encoding();
   const auto sectionName = Form::In(section, encoding);
   const auto keyName = key == nullptr ? std::string() : Form::In(key, encoding);
-  if (!sectionName || !keyName) return answer;
+  if (!sectionName || !keyName) return result;
   auto found =
       key == nullptr ? document->Keys(*sectionName) : document->Value(*sectionName, *keyName);
-  if (found) answer = Form::Out(std::move(*found), encoding);
-  return answer;
+  if (found) result = Form::Out(std::move(*found), encoding);
+  return result;
 }
 
 template <typename Form>
@@ -88,17 +90,17 @@ DWORD Get(const typename Form::Char* section, const typename Form::Char* key,
   if (out == nullptr || size == 0) return 0;
   *out = 0;
   if (section == nullptr || fileName == nullptr) return 0;
-  auto text = Look<Form>(section, key, fileName);
+  auto text = ReadText<Form>(section, key, fileName);
   if (!text) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     text.emplace();
     if (key != nullptr && fallback != nullptr) text = fallback;
     text->erase(text->find_last_not_of(' ') + 1);
   }
-  // A value ends at its first NUL; a list has one more behind its last, also when it is cut.
+  // A value ends at its first NUL. A list ends with two, even when it is truncated.
   if (key != nullptr) text->resize(std::min(text->size(), text->find(typename Form::Char{0})));
   const DWORD ends = key == nullptr && text->size() >= size ? 2 : 1;
-  // As documented the size less 1 or 2 is returned then, though that halves a character.
+  // As documented, returns the size less 1 or 2 when truncated, even when that splits a character.
   const size_t count = size < ends ? 0 : std::min<size_t>(text->size(), size - ends);
   std::copy_n(text->data(), count, out);
   std::fill(out + count, out + std::min<size_t>(size, count + ends), typename Form::Char{0});
@@ -116,14 +118,14 @@ void Change(ProfileDocument& document, const char* section, const char* key, con
 
 }  // namespace
 
-void Machine::HoldProfile(std::u16string_view path, std::string_view bytes) {
+void Machine::SetMemoryProfile(std::u16string_view path, std::string_view bytes) {
   const std::lock_guard lock(impl_->profiles.mutex);
-  impl_->profiles.held[std::u16string(path)] = ProfileDocument::Parse(bytes);
+  impl_->profiles.inMemory[std::u16string(path)] = ProfileDocument::Parse(bytes);
 }
 
-std::string Machine::HeldProfile(std::u16string_view path) {
+std::string Machine::MemoryProfile(std::u16string_view path) {
   const std::lock_guard lock(impl_->profiles.mutex);
-  return impl_->profiles.held.at(std::u16string(path)).FileBytes();
+  return impl_->profiles.inMemory.at(std::u16string(path)).FileBytes();
 }
 
 DWORD WINAPI GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR fallback,
@@ -137,17 +139,18 @@ DWORD WINAPI GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR fallbac
 }
 
 BOOL WINAPI WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR fileName) {
-  // Nothing waits to be written; a key is never removed alone.
+  // Writes are not cached, so that there is nothing to flush. Removing a single key is not
+  // supported.
   if (section == nullptr || fileName == nullptr || (key != nullptr && value == nullptr))
     return FALSE;
   Machine& machine = Machine::Current();
   DWORD error = ERROR_ACCESS_DENIED;
-  if (!machine.faults.Strike(Fault::kFile)) {
+  if (!machine.faults.ShouldFail(Fault::kFile)) {
     const std::u16string path = FullPath(machine, ByteForm::Path(fileName));
     ProfileCache& cache = machine.impl().profiles;
     const std::lock_guard lock(cache.mutex);
-    if (const auto held = cache.held.find(path); held != cache.held.end()) {
-      Change(held->second, section, key, value);
+    if (const auto inMemory = cache.inMemory.find(path); inMemory != cache.inMemory.end()) {
+      Change(inMemory->second, section, key, value);
       return TRUE;
     }
     const std::filesystem::path file = machine.HostPath(path);

@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Files bear times no finer than this, in milliseconds.
-constexpr int64_t kYoung = 50;
+// File times are no finer than this, in milliseconds.
+constexpr int64_t kTimeGranularityMs = 50;
 constexpr fs::perms kAnyWrite =
     fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
 
@@ -27,14 +27,15 @@ int64_t MillisecondsSince(int64_t seconds, int64_t nanoseconds) {
   return (now.tv_sec - seconds) * 1000 + (now.tv_nsec - nanoseconds) / 1000000;
 }
 
-// The name beside a file under which its replacement grows.
-fs::path Beside(const fs::path& file) {
+// Returns the name of the temporary file that replaces a file.
+fs::path TemporaryName(const fs::path& file) {
   static std::atomic<unsigned> counter = 0;
   return file.parent_path() / ("." + file.filename().string() + "." + std::to_string(getpid()) +
                                "." + std::to_string(counter++));
 }
 
-// Removes what killed processes have left beside a file; a living one needs far less than a minute.
+// Removes temporary files of killed processes. A running process needs far less than a minute for a
+// write.
 void RemoveLeftovers(const fs::path& file) {
   const std::string start = "." + file.filename().string() + ".";
   const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(1);
@@ -43,10 +44,10 @@ void RemoveLeftovers(const fs::path& file) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(start)) continue;
     const size_t dot = name.find('.', start.size());
-    const bool numbered = dot != std::string::npos &&
-                          name.find_first_not_of("0123456789", start.size()) == dot &&
-                          name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
-    if (numbered && entry.last_write_time(failed) < old && !failed) {
+    const bool isTemporary = dot != std::string::npos &&
+                             name.find_first_not_of("0123456789", start.size()) == dot &&
+                             name.find_first_not_of("0123456789", dot + 1) == std::string::npos;
+    if (isTemporary && entry.last_write_time(failed) < old && !failed) {
       fs::remove(entry.path(), failed);
     }
   }
@@ -54,7 +55,7 @@ void RemoveLeftovers(const fs::path& file) {
 
 }  // namespace
 
-// Whether it is a plain file.
+// Reads the stamp of a file; returns false when it is not a regular file.
 bool ProfileCache::StampOf(const fs::path& file, Stamp& stamp) {
   struct stat information;
   if (stat(file.c_str(), &information) != 0 || !S_ISREG(information.st_mode)) return false;
@@ -65,16 +66,16 @@ bool ProfileCache::StampOf(const fs::path& file, Stamp& stamp) {
 
 void ProfileCache::Forget() {
   document_ = {};
-  settled_ = false;
+  isStampReliable_ = false;
 }
 
 ProfileDocument* ProfileCache::Read(const fs::path& file) {
   if (file_ != file) Forget();
-  // The stamp is older than the bytes: a change between them makes the next call read again.
+  // The stamp is read before the bytes: a change in between makes the next call read again.
   Stamp stamp;
-  const bool there = StampOf(file, stamp);
-  if (there && settled_ && stamp_ == stamp) return &document_;
-  const auto bytes = there ? BytesOf(file) : std::nullopt;
+  const bool exists = StampOf(file, stamp);
+  if (exists && isStampReliable_ && stamp_ == stamp) return &document_;
+  const auto bytes = exists ? BytesOf(file) : std::nullopt;
   if (!bytes) {
     Forget();
     return nullptr;
@@ -82,7 +83,7 @@ ProfileDocument* ProfileCache::Read(const fs::path& file) {
   file_ = file;
   document_ = ProfileDocument::Parse(*bytes);
   stamp_ = stamp;
-  settled_ = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kYoung;
+  isStampReliable_ = MillisecondsSince(stamp.seconds, stamp.nanoseconds) > kTimeGranularityMs;
   return &document_;
 }
 
@@ -98,21 +99,21 @@ bool ProfileCache::Write(const fs::path& file) {
   std::error_code failed;
   const fs::file_status old = fs::status(file, failed);
   const bool exists = fs::exists(old);
-  // A link stays a link; what it names is replaced.
+  // Replaces the target of a link, not the link.
   const fs::path target = exists ? fs::canonical(file, failed) : file;
-  if (target != swept_) RemoveLeftovers(target);
-  swept_ = target;
+  if (target != cleanedFile_) RemoveLeftovers(target);
+  cleanedFile_ = target;
   const bool anyWrite = (old.permissions() & kAnyWrite) != fs::perms::none;
   bool done = false;
   if (!exists || (fs::is_regular_file(old) && anyWrite && access(file.c_str(), W_OK) == 0)) {
-    const fs::path beside = Beside(target);
-    done = WriteBytes(beside, document_.FileBytes());
-    if (exists) fs::permissions(beside, old.permissions(), failed);
-    done = done && (!exists || !failed) && StampOf(beside, stamp_) &&
-           rename(beside.c_str(), target.c_str()) == 0;
-    if (!done) unlink(beside.c_str());
+    const fs::path temporary = TemporaryName(target);
+    done = WriteBytes(temporary, document_.FileBytes());
+    if (exists) fs::permissions(temporary, old.permissions(), failed);
+    done = done && (!exists || !failed) && StampOf(temporary, stamp_) &&
+           rename(temporary.c_str(), target.c_str()) == 0;
+    if (!done) unlink(temporary.c_str());
   }
-  settled_ = true;
+  isStampReliable_ = true;
   if (!done) Forget();
   return done;
 }

@@ -1,4 +1,4 @@
-// Profile files: the parsed form of the one in use.
+// Profile files: the parsed form of the one that was used last.
 #pragma once
 
 #include <filesystem>
@@ -10,23 +10,22 @@
 
 namespace platform {
 
-// The last parsed file, valid as long as the file keeps inode, size and time. The functions are
-// called under the lock.
+// Caches the last parsed file, as long as its inode, size and time stay the same. The caller holds
+// `mutex` during each call and while it uses the document.
 class ProfileCache {
  public:
-  // Null when there is no such file or it cannot be read. The document may be read and changed as
-  // long as the lock is held.
+  // Returns null when the file does not exist or cannot be read.
   ProfileDocument* Read(const std::filesystem::path& file);
-  // The same, a new empty document when there is no file; null when it cannot be read.
+  // Like Read, but returns an empty document when the file does not exist.
   ProfileDocument* ReadOrNew(const std::filesystem::path& file);
-  // Replaces the file by the document that Read or ReadOrNew gave. When that fails the file is as
-  // it was and the document is forgotten.
+  // Replaces the file with the document of the last Read or ReadOrNew. On failure the file is
+  // unchanged and the document is dropped.
   bool Write(const std::filesystem::path& file);
   void Forget();
 
   std::mutex mutex;
-  // Files that lie in memory alone, by their path as calls name it.
-  std::map<std::u16string, ProfileDocument> held;
+  // Files in memory only, by the path that callers use.
+  std::map<std::u16string, ProfileDocument> inMemory;
 
  private:
   struct Stamp {
@@ -36,12 +35,12 @@ class ProfileCache {
   };
   static bool StampOf(const std::filesystem::path& file, Stamp& stamp);
 
-  std::filesystem::path file_;  // what was read or written last
+  std::filesystem::path file_;  // the last file that was read or written
   Stamp stamp_;
   ProfileDocument document_;
-  // False when the file was so young at reading that a later change could bear the same stamp.
-  bool settled_ = false;
-  std::filesystem::path swept_;  // the last file beside which leftovers were looked for
+  // False when the file was so recent that a later change could have the same stamp.
+  bool isStampReliable_ = false;
+  std::filesystem::path cleanedFile_;  // the last file whose leftovers were removed
 };
 
 }  // namespace platform

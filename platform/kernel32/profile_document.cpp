@@ -25,7 +25,7 @@ std::string_view Unquoted(std::string_view text) {
   return quoted ? text.substr(1, text.size() - 2) : text;
 }
 
-// The key of a line; empty: it has none.
+// Returns the key of a line; empty when it has none.
 std::string_view KeyOf(std::string_view line) {
   const size_t equals = line.find('=');
   const std::string_view key = Trimmed(line.substr(0, equals));
@@ -88,8 +88,8 @@ std::string ProfileDocument::FileBytes() const {
   return bytes + oddByte_;
 }
 
-// The name in a line that opens a section: up to the "]" that is no second byte of a character, or
-// the rest of the line.
+// Returns the name of a section heading: the text up to "]", which must not be a trail byte, or up
+// to the end of the line. Returns nullopt for any other line.
 std::optional<std::string> ProfileDocument::SectionName(std::string_view text) const {
   text = Trimmed(text);
   if (text.empty() || text.front() != '[') return std::nullopt;
@@ -137,8 +137,8 @@ std::optional<std::string> ProfileDocument::Keys(std::string_view section) const
   return keys;
 }
 
-// The section of a name, added at the file's end when there is none.
-ProfileDocument::Section& ProfileDocument::Obtain(const std::string& name) {
+// Returns the section of a name, which is added at the end of the file when it does not exist.
+ProfileDocument::Section& ProfileDocument::FindOrAdd(const std::string& name) {
   const auto [found, added] = byName_.try_emplace(name, sections_.size());
   if (!added) return sections_[found->second];
   Section& last = sections_.back();
@@ -152,13 +152,13 @@ ProfileDocument::Section& ProfileDocument::Obtain(const std::string& name) {
 void ProfileDocument::Set(std::string_view name, std::string_view key, std::string_view value) {
   const std::string trimmedKey(Trimmed(key));
   Line line = {trimmedKey + "=" + std::string(value), std::string(kLineEnd)};
-  Section& section = Obtain(std::string(Trimmed(name)));
+  Section& section = FindOrAdd(std::string(Trimmed(name)));
   section.bytes.clear();
   if (const auto found = section.keys.find(trimmedKey); found != section.keys.end()) {
     section.lines[found->second].text = std::move(line.text);
     return;
   }
-  // Blank lines at a section's end stay behind its last key.
+  // Blank lines at the end of a section stay after its last key.
   size_t place = section.lines.size();
   while (place > 1 && Trimmed(section.lines[place - 1].text).empty()) --place;
   Line& before = section.lines[place - 1];

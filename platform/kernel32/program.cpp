@@ -16,10 +16,10 @@ struct Running {
 };
 thread_local Running* running = nullptr;
 
-// Standard handles: small numbers that no other handle has.
+// Standard handles are small numbers, which no other handle uses.
 HANDLE StandardHandle(DWORD which) { return reinterpret_cast<HANDLE>(ULONG_PTR{which & 0xFF}); }
 
-std::string* TextBehind(HANDLE file) {
+std::string* OutputOf(HANDLE file) {
   if (running == nullptr) return nullptr;
   if (file == StandardHandle(STD_OUTPUT_HANDLE)) return &running->result.output;
   if (file == StandardHandle(STD_ERROR_HANDLE)) return &running->result.errors;
@@ -59,9 +59,9 @@ HANDLE WINAPI GetStdHandle(DWORD which) {
 
 BOOL WINAPI WriteFile(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written, OVERLAPPED*) {
   if (written != nullptr) *written = 0;
-  std::string* const text = TextBehind(file);
+  std::string* const text = OutputOf(file);
   if (text == nullptr) return Fail(ERROR_INVALID_HANDLE);
-  if (Machine::Current().faults.Strike(Fault::kStore)) return Fail(ERROR_DISK_FULL);
+  if (Machine::Current().faults.ShouldFail(Fault::kStore)) return Fail(ERROR_DISK_FULL);
   text->append(static_cast<const char*>(bytes), size);
   if (written != nullptr) *written = size;
   return TRUE;

@@ -1,7 +1,7 @@
 // Console programs: a command line, two standard handles and an exit code.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <string>
 
@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// What a program left behind; its output is bytes, as a file would receive them.
+// The exit code and output of a program. The output is bytes, as a file would receive them.
 struct ProgramResult {
   UINT exitCode = 0;
   std::string output;

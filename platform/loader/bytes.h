@@ -11,7 +11,7 @@ namespace platform {
 
 using Bytes = std::span<const std::byte>;
 
-// Reads a structure at an offset; nothing when it does not lie inside.
+// Reads a structure at an offset; nullopt when it is not entirely inside the bytes.
 template <typename T>
 std::optional<T> At(Bytes bytes, uint64_t offset) {
   if (offset > bytes.size() || bytes.size() - offset < sizeof(T)) return std::nullopt;
@@ -20,6 +20,7 @@ std::optional<T> At(Bytes bytes, uint64_t offset) {
   return value;
 }
 
+// Returns a part of the bytes; empty when it is not entirely inside.
 inline Bytes Slice(Bytes bytes, uint64_t offset, uint64_t size) {
   if (offset > bytes.size() || bytes.size() - offset < size) return {};
   return bytes.subspan(static_cast<size_t>(offset), static_cast<size_t>(size));

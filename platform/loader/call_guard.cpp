@@ -32,7 +32,7 @@ void RemoveCallTargets(const std::byte* image) {
   });
 }
 
-// The functions below call it with the registers of the call saved.
+// Called by the functions below, which save the registers of the call.
 extern "C" __attribute__((visibility("hidden"))) void WINAPI
 CheckIndirectCall(uintptr_t target) noexcept {
   const std::shared_lock lock(mutex);
@@ -45,10 +45,11 @@ CheckIndirectCall(uintptr_t target) noexcept {
   }
 }
 
-// Every register that may hold an argument is as the caller left it when these return or jump.
+// These functions preserve every register that may hold an argument.
 #if defined(__x86_64__)
-// In rcx the check function gets the target, in rax the dispatch function. The pushes leave the
-// stack aligned; below them lie four arguments' home and the four floating-point arguments.
+// The check function gets the target in rcx, the dispatch function in rax. The pushes keep the
+// stack aligned; the space below them is the home space of four arguments and four floating-point
+// registers.
 __asm__(R"(
 .text
 SaveAndCheckIndirectCall:
@@ -93,7 +94,7 @@ GuardCheck:
     ret
 )");
 #elif defined(__i386__)
-// The target is in ecx; CheckIndirectCall removes its argument.
+// The target is in ecx. CheckIndirectCall removes its argument from the stack.
 __asm__(R"(
 .text
 GuardCheck:

@@ -1,5 +1,6 @@
-// Control Flow Guard as the system provides it: an indirect call of an instrumented image passes
-// its target to a function here first, which ends the process when no image allows it.
+// Control Flow Guard as the system provides it: an indirect call in an instrumented image first
+// passes its target to a function here, which ends the process when an image does not allow the
+// target.
 #pragma once
 
 #include <cstddef>
@@ -8,14 +9,14 @@
 
 namespace platform {
 
-// Makes the listed addresses the only ones within an image that an indirect call may reach; those
-// outside all such images stay allowed. Targets count from the image's base, in ascending order.
+// Allows indirect calls to reach only the listed addresses of an image. Addresses outside all such
+// images stay allowed. Targets are offsets from the base of the image, in ascending order.
 void AddCallTargets(const std::byte* image, size_t size, std::vector<uint32_t> targets);
 void RemoveCallTargets(const std::byte* image);
 
-// The functions that an image's pointers are set to (GuardCFCheckFunctionPointer and
-// GuardCFDispatchFunctionPointer); null on a processor that runs no image. The dispatch function
-// is x64's own.
+// Return the functions for an image's GuardCFCheckFunctionPointer and
+// GuardCFDispatchFunctionPointer; 0 on a processor that cannot run images, and for the dispatch
+// function on every processor but x64.
 uintptr_t CheckFunctionOfGuard();
 uintptr_t DispatchFunctionOfGuard();
 

@@ -8,7 +8,7 @@
 namespace platform {
 namespace {
 
-// The structures below are those of the published PE format, the parts that are read.
+// Structures of the published PE format, with the members that are read.
 struct FileHeader {
   WORD machine, sections;
   DWORD timeStamp, symbols, symbolCount;
@@ -19,7 +19,7 @@ constexpr WORD kExecutableImage = 0x0002;
 constexpr WORD kDll = 0x2000;
 constexpr size_t kHeaderOffsetAt = 0x3C;
 
-// What PE32 and PE32+ have at the same places of the optional header.
+// The part of the optional header that PE32 and PE32+ share.
 struct CommonHeader {
   WORD magic, linker;
   DWORD codeSize, dataSize, zeroSize, entryPoint, codeBase;
@@ -31,7 +31,7 @@ struct CommonHeader {
 };
 static_assert(sizeof(CommonHeader) == 72);
 constexpr WORD kMagic32 = 0x010B, kMagic64 = 0x020B;
-// Then four sizes as wide as an address is, and these.
+// Four sizes of the width of an address follow, then the number of directories.
 constexpr size_t kDirectoryCountAt32 = 92, kDirectoryCountAt64 = 108;
 enum {
   kExports,
@@ -150,7 +150,7 @@ ImageFile::ImageFile(Bytes file) : file_(file) {
   ReadDebugDirectory(directories[kDebug]);
 }
 
-// Sections follow the headers and one another without a gap, as they will lie in memory.
+// Sections follow the headers and one another without gaps, as they do in memory.
 void ImageFile::ReadSections(size_t offset, unsigned count, uint32_t alignment) {
   Require(count > 0 && count <= kMostSections, "its number of sections is none or too large");
   Require(offset + count * sizeof(SectionHeader) <= headerSize, "its headers are cut off");
@@ -229,8 +229,8 @@ void ImageFile::ReadImports(Directory directory) {
   }
 }
 
-// Each word of the lookup table: an ordinal under the highest bit, or where a hint of two bytes and
-// the name lie.
+// Each word of the lookup table is an ordinal, when its highest bit is set, or the address of a
+// hint of two bytes and the name.
 void ImageFile::ReadFunctions(ImageLibrary& library, uint32_t names, uint32_t slots) {
   const size_t width = wide ? sizeof(uint64_t) : sizeof(DWORD);
   for (uint64_t offset = 0;; offset += width) {
@@ -264,7 +264,7 @@ void ImageFile::ReadRelocations(Directory directory) {
   }
 }
 
-// A tree of three levels: types, names, languages.
+// Resources are a tree of three levels: types, names, languages.
 void ImageFile::ReadResources(Directory directory) {
   if (directory.size == 0) return;
   const auto entriesAt = [&](uint64_t offset) {

@@ -1,8 +1,8 @@
-// Windows images (the PE format, 32 and 64 bits) as bytes: what one holds, read and checked apart
-// from mapping and binding it.
+// Parses Windows images (PE format, 32 and 64 bits) and validates them, without mapping or binding
+// them.
 #pragma once
 
-#include <windows.h>
+#include <winerror.h>
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@
 
 namespace platform {
 
-// What is wrong with an image, and the error that LoadLibraryW sets for it.
+// Describes why an image is invalid, with the error code that LoadLibraryW sets.
 class ImageError : public std::runtime_error {
  public:
   explicit ImageError(const std::string& what, DWORD error = ERROR_BAD_EXE_FORMAT)
@@ -26,26 +26,26 @@ class ImageError : public std::runtime_error {
   DWORD code;
 };
 
-// Machine, of the file header (IMAGE_FILE_MACHINE_...).
+// Values of the file header Machine (IMAGE_FILE_MACHINE_...).
 constexpr WORD kMachineX86 = 0x014C;
 constexpr WORD kMachineX64 = 0x8664;
 constexpr WORD kMachineArm64 = 0xAA64;
 
-// Addresses count bytes from the image's base; sizes are bytes.
+// Addresses are offsets in bytes from the base of the image; sizes are bytes.
 struct ImageSection {
   std::string name;
   uint32_t address, size;
-  uint32_t fileOffset, fileSize;  // what lies in the file; the rest of the section is zeros
+  uint32_t fileOffset, fileSize;  // the part in the file; the rest of the section is zero
   bool readable, writable, executable;
 };
 struct ImageExport {
   std::string name;
   uint32_t address;
-  bool forwarder;  // the address is that of a text that names another library's function
+  bool forwarder;  // the address is that of a text naming another library's function
 };
 struct ImageImport {
   std::string name;  // empty: by ordinal
-  uint32_t slot;     // where the function's address belongs
+  uint32_t slot;     // where the loader stores the function's address
 };
 struct ImageLibrary {
   std::string name;
@@ -60,41 +60,39 @@ struct ImageResource {
 constexpr WORD kHighEntropyAddress = 0x0020, kDynamicBase = 0x0040, kNxCompatible = 0x0100,
                kNoSeh = 0x0400, kGuardCf = 0x4000;
 
-// What the load configuration (IMAGE_LOAD_CONFIG_DIRECTORY) tells the loader; 0 where it says
-// nothing.
+// The load configuration (IMAGE_LOAD_CONFIG_DIRECTORY); 0 for members that the image does not have.
 struct ImageLoadConfiguration {
   WORD dependentLoadFlags = 0;
-  uint32_t securityCookie = 0;  // a word as wide as an address, which can be written
-  // Pointers to the functions that indirect calls go through.
+  uint32_t securityCookie = 0;  // a writable word of the width of an address
+  // Pointers to the check and dispatch functions of indirect calls.
   uint32_t guardCheck = 0, guardDispatch = 0;
-  // The functions that indirect calls may reach, in ascending order; absent without Control Flow
-  // Guard.
+  // Allowed targets of indirect calls, in ascending order; absent without Control Flow Guard.
   std::optional<std::vector<uint32_t>> callTargets;
 };
 
-// The file with an image's symbols (a CodeView record of the debug directory).
+// Identifies the symbol file of an image (a CodeView record of the debug directory).
 struct ImageSymbols {
   std::array<BYTE, 16> guid;
   DWORD age;
   std::string file;
 };
 
-// Returns the cookie by which a loader recognizes that it should fill it.
+// Returns the default security cookie, which a loader replaces with a random one.
 constexpr uint64_t DefaultSecurityCookie(bool wide) {
   return wide ? 0x00002B992DDFA232 : 0xBB40E64E;
 }
 
-// Whether a file means to be a Windows image.
+// Returns true when a file starts like a Windows image.
 bool IsImage(Bytes file);
 
 class ImageFile {
  public:
-  // Reads all of it and follows every offset and count that it will rest on later. The bytes have
-  // to outlive the object. Throws ImageError.
+  // Parses the whole image and validates every offset and count. The bytes must outlive the object.
+  // Throws ImageError.
   explicit ImageFile(Bytes file);
 
-  // The bytes that the file holds for a place in the image; throws ImageError when they are not
-  // all in the headers or in one section.
+  // Returns the bytes in the file for a range of the image. Throws ImageError when the range is not
+  // entirely in the headers or in one section.
   Bytes At(uint32_t address, uint64_t size) const;
   Bytes headers() const { return file_.first(headerSize); }
   Bytes BytesOf(const ImageSection& section) const {
@@ -104,18 +102,18 @@ class ImageFile {
   WORD machine = 0;
   bool wide = false;   // PE32+: addresses have 64 bits
   bool isDll = false;  // else a program
-  bool fixed = false;  // it can only lie at the address it was linked for
+  bool fixed = false;  // it has no relocations: it must be loaded at its base
   bool hasThreadData = false;
-  bool hasShadowStacks = false;  // it says that it keeps returns in order
+  bool hasShadowStacks = false;  // it is marked compatible with shadow stacks
   WORD dllCharacteristics = 0;
-  uint64_t base = 0;  // the address it was linked for
+  uint64_t base = 0;  // the preferred address
   uint32_t size = 0, headerSize = 0;
   uint32_t entryPoint = 0;  // 0: none
   std::vector<ImageSection> sections;
   std::vector<ImageExport> exports;
   std::vector<ImageLibrary> imports;
-  std::vector<ImageResource> resources;  // in the first of their languages
-  std::vector<uint32_t> relocations;     // places of whole addresses, as wide as the image's are
+  std::vector<ImageResource> resources;  // in their first language
+  std::vector<uint32_t> relocations;  // positions of absolute addresses, of the width of the image
   std::optional<ImageLoadConfiguration> loadConfiguration;
   std::optional<ImageSymbols> symbols;
 
@@ -143,13 +141,13 @@ class ImageFile {
   size_t reads_ = 0;
 };
 
-// Throws ImageError unless the condition holds.
+// Throws ImageError with this text unless the condition holds.
 inline void Require(bool holds, const char* otherwise) {
   if (!holds) throw ImageError(otherwise);
 }
 
-// Tables do not overlap in an image: what needs more reads than the file has bytes is made to take
-// for ever.
+// Valid tables do not overlap. An image that needs more reads than it has bytes is crafted to make
+// the loader run for very long, and is rejected.
 template <typename T>
 T ImageFile::Read(uint64_t address) {
   Require(++reads_ <= file_.size(), "its tables overlap");

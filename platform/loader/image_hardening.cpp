@@ -1,4 +1,4 @@
-// What an image says of its hardening and of its symbols: load configuration and debug directory.
+// Parses the load configuration and the debug directory of an image.
 #include <algorithm>
 
 #include "platform/loader/image_file.h"
@@ -6,7 +6,7 @@
 namespace platform {
 namespace {
 
-// IMAGE_LOAD_CONFIG_DIRECTORY32 and IMAGE_LOAD_CONFIG_DIRECTORY64, the members that are read.
+// IMAGE_LOAD_CONFIG_DIRECTORY32 and IMAGE_LOAD_CONFIG_DIRECTORY64, with the members that are read.
 struct LoadConfiguration32 {
   DWORD size, unused1[12];
   WORD version, dependentLoadFlags;
@@ -47,7 +47,7 @@ constexpr DWORD kCodeViewSignature = 0x53445352;  // "RSDS"
 
 }  // namespace
 
-// Turns an address at which the image was linked into its distance from the base; 0 stays 0.
+// Converts an absolute address, valid at the preferred base, to an offset; 0 stays 0.
 uint32_t ImageFile::FromBase(uint64_t address, uint64_t length, bool written) const {
   if (address == 0) return 0;
   const ImageSection* section = SectionOf(address - base, length);
@@ -56,7 +56,7 @@ uint32_t ImageFile::FromBase(uint64_t address, uint64_t length, bool written) co
   return static_cast<uint32_t>(address - base);
 }
 
-// A table of addresses in ascending order, each of them in a section.
+// Reads a table of offsets, each of them in a section and in ascending order.
 std::vector<uint32_t> ImageFile::ReadTable(uint64_t address, uint64_t count, uint64_t stride) {
   if (count == 0) return {};
   Require(count <= size, "its load configuration points outside its sections");
@@ -71,7 +71,7 @@ std::vector<uint32_t> ImageFile::ReadTable(uint64_t address, uint64_t count, uin
   return entries;
 }
 
-// The structure's first word is its size: what an older one lacks counts as 0.
+// The first word of the structure is its size. Members that an older structure lacks are 0.
 void ImageFile::ReadLoadConfiguration(Directory directory) {
   if (directory.size == 0) return;
   const auto length = Read<DWORD>(directory.address);

@@ -34,7 +34,7 @@ void CheckLoadable(const ImageFile& image, ImageKind kind) {
   }
 }
 
-// The functions that an image asks for, in the order of its imports.
+// Returns the imported functions, in the order of the imports.
 std::vector<FARPROC> Bind(const ImageFile& image) {
   std::vector<FARPROC> bound;
   for (const ImageLibrary& library : image.imports) {
@@ -92,7 +92,7 @@ void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound
     const Bytes bytes = image.BytesOf(section);
     if (!bytes.empty()) std::memcpy(memory_ + section.address, bytes.data(), bytes.size());
   }
-  // A relocated place holds an address of this process's width.
+  // A relocation is an address of the width of this process.
   const uintptr_t moved = reinterpret_cast<uintptr_t>(memory_) - static_cast<uintptr_t>(image.base);
   for (const uint32_t place : image.relocations) {
     uintptr_t address;
@@ -108,7 +108,7 @@ void MappedImage::Fill(const ImageFile& image, const std::vector<FARPROC>& bound
   }
 }
 
-// The cookie's highest 16 bits stay 0 on a 64-bit machine.
+// The highest 16 bits of the cookie are 0 on a 64-bit machine.
 void MappedImage::FillCookie(const ImageFile& image) {
   if (!image.loadConfiguration || image.loadConfiguration->securityCookie == 0) return;
   constexpr auto kDefault = static_cast<uintptr_t>(DefaultSecurityCookie(sizeof(uintptr_t) == 8));

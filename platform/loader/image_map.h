@@ -1,7 +1,7 @@
-// Windows images in memory: mapped, relocated, bound to the stand-in's libraries and protected.
+// Maps Windows images: loads, relocates, binds and protects them.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <vector>
 
@@ -9,7 +9,8 @@
 
 namespace platform {
 
-// What the loader of a system does with an image's load configuration; older systems ignore it.
+// Features of the load configuration that the loader of a system supports; older systems ignore
+// them.
 struct LoaderFeatures {
   bool fillsCookie =
       true;  // Windows 8: a cookie with the documented default value gets a random one
@@ -22,27 +23,28 @@ using ProgramEntry = void(WINAPI*)();
 
 class MappedImage {
  public:
-  // Maps an image whose bytes are needed during the call alone; its entry point is not called.
-  // Throws ImageError, with nothing mapped: ERROR_BAD_EXE_FORMAT for a damaged image, one of
-  // another machine's or kind, and one that wants what is not here (a fixed address, thread data,
-  // memory that cannot be read, or both written and run); ERROR_MOD_NOT_FOUND for an import from an
-  // unknown library, ERROR_PROC_NOT_FOUND for one that its library lacks.
+  // Maps an image without calling its entry point. The bytes are needed only during the call.
+  // Throws ImageError, with nothing mapped: ERROR_BAD_EXE_FORMAT for an image that is damaged, for
+  // another machine or of another kind, or that needs a feature which is missing here (a fixed
+  // address, thread data, sections that cannot be read or are writable and executable);
+  // ERROR_MOD_NOT_FOUND for an import from an unknown library; ERROR_PROC_NOT_FOUND for a function
+  // that its library lacks.
   explicit MappedImage(Bytes file, LoaderFeatures features = {},
                        ImageKind kind = ImageKind::kLibrary);
   ~MappedImage();
   MappedImage(const MappedImage&) = delete;
   MappedImage& operator=(const MappedImage&) = delete;
 
-  // As on the platform, a module's handle is its address.
+  // The handle of a module is its address, as on Windows.
   HMODULE handle() const { return reinterpret_cast<HMODULE>(memory_); }
-  // An exported function by its name; null when there is none or another library is meant to have
-  // it.
+  // Returns an exported function by name; null when the image does not export it or forwards it to
+  // another library.
   FARPROC Entry(LPCSTR name) const;
-  // Calls a library's entry point; TRUE when there is none.
+  // Calls the entry point of a library; returns TRUE when it has none.
   BOOL CallMain(DWORD reason) const;
-  // A program's entry point.
+  // Returns the entry point of a program.
   ProgramEntry EntryPoint() const;
-  // The image's own resources, which live as long as it does.
+  // Returns the resources of the image, which live as long as this object.
   std::vector<Resource> Resources() const;
 
  private:

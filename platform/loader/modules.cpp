@@ -1,6 +1,7 @@
 #include "platform/loader/modules.h"
 
 #include <dlfcn.h>
+#include <winbase.h>
 
 #include <algorithm>
 
@@ -20,16 +21,17 @@ std::u16string_view FileNameOf(std::u16string_view path) {
   return cut == std::u16string_view::npos ? path : path.substr(cut + 1);
 }
 
-// A name without an extension stands for a ".dll"; a final dot says that there is none.
-std::u16string Completed(std::u16string_view name) {
+// Appends ".dll" to a name without an extension. A trailing dot says that the name has none.
+std::u16string AddExtension(std::u16string_view name) {
   std::u16string completed(name);
   if (FileNameOf(name).find(u'.') == std::u16string_view::npos) completed += u".dll";
   if (completed.back() == u'.') completed.pop_back();
   return completed;
 }
 
-// Where a name may lie: itself when it names a folder, else the folders of the search.
-std::vector<std::filesystem::path> Places(const std::u16string& name) {
+// Returns the candidate files of a name: the file itself when the name has a folder, else one in
+// each folder of the search order.
+std::vector<std::filesystem::path> CandidateFiles(const std::u16string& name) {
   const Machine& machine = Machine::Current();
   if (FileNameOf(name).size() != name.size()) return {machine.HostPath(name)};
   std::vector<std::filesystem::path> places;
@@ -41,7 +43,8 @@ std::vector<std::filesystem::path> Places(const std::u16string& name) {
   return places;
 }
 
-// Opens a module's file as what it is; sets the last error when it is neither.
+// Opens the file of a module as an image or a shared object; sets the last error when it is
+// neither.
 bool Open(LoadedModule& module) {
   const std::vector<std::byte> bytes = ReadWhole(module.file);
   try {
@@ -91,15 +94,15 @@ LoaderFeatures SystemLoaderFeatures() {
 
 void ModuleTable::UnloadAll() {
   const std::lock_guard lock(mutex_);
-  while (!modules_.empty()) Drop(modules_.back().get());
+  while (!modules_.empty()) Remove(modules_.back().get());
 }
 
-// Detaches a module that is kept and closes it.
-void ModuleTable::Drop(const LoadedModule* module) {
-  const auto kept = std::find_if(modules_.begin(), modules_.end(),
-                                 [&](const auto& each) { return each.get() == module; });
-  const std::unique_ptr<LoadedModule> last = std::move(*kept);
-  modules_.erase(kept);
+// Detaches, removes and closes a module.
+void ModuleTable::Remove(const LoadedModule* module) {
+  const auto found = std::find_if(modules_.begin(), modules_.end(),
+                                  [&](const auto& each) { return each.get() == module; });
+  const std::unique_ptr<LoadedModule> last = std::move(*found);
+  modules_.erase(found);
   CallMain(*last, DLL_PROCESS_DETACH);
 }
 
@@ -113,19 +116,20 @@ void ModuleTable::Unregister(std::u16string_view fileName) {
   registered_.erase(FoldCase(FileNameOf(fileName)));
 }
 
-// Where a module of a name comes from: a file, or what is answered; neither when there is none.
+// Finds a module by name. Returns the functions of a registered module or a system library;
+// otherwise sets module.file when a file exists.
 const Machine::EntryPoints* ModuleTable::Find(std::u16string_view name,
                                               LoadedModule& module) const {
   const std::u16string fileName = FoldCase(FileNameOf(name));
   const auto found = registered_.find(fileName);
   if (found != registered_.end()) return &found->second;
-  for (const std::filesystem::path& place : Places(std::u16string(name))) {
+  for (const std::filesystem::path& place : CandidateFiles(std::u16string(name))) {
     std::error_code failed;
     if (!std::filesystem::is_regular_file(place, failed)) continue;
     module.file = place;
     return nullptr;
   }
-  // The system's own libraries are in its directory and nowhere else.
+  // The system libraries are in the system directory only.
   const std::u16string_view folder = name.substr(0, name.size() - fileName.size());
   const std::u16string system = Machine::Current().systemDirectory() + u'\\';
   return folder.empty() || EqualIgnoringCase(folder, system) ? FindBuiltIn(fileName) : nullptr;
@@ -133,7 +137,7 @@ const Machine::EntryPoints* ModuleTable::Find(std::u16string_view name,
 
 HMODULE ModuleTable::Load(std::u16string_view given) {
   const std::lock_guard lock(mutex_);
-  const std::u16string name = Completed(given);
+  const std::u16string name = AddExtension(given);
   const Machine& machine = Machine::Current();
   auto module = std::make_unique<LoadedModule>();
   const Machine::EntryPoints* entries = Find(name, *module);
@@ -158,9 +162,9 @@ HMODULE ModuleTable::Load(std::u16string_view given) {
   }
   if (module->handle == nullptr) module->handle = reinterpret_cast<HMODULE>(module.get());
   module->references = 1;
-  const LoadedModule* const kept = modules_.emplace_back(std::move(module)).get();
-  if (CallMain(*kept, DLL_PROCESS_ATTACH)) return kept->handle;
-  Drop(kept);
+  const LoadedModule* const added = modules_.emplace_back(std::move(module)).get();
+  if (CallMain(*added, DLL_PROCESS_ATTACH)) return added->handle;
+  Remove(added);
   SetLastError(ERROR_DLL_INIT_FAILED);
   return nullptr;
 }
@@ -168,7 +172,7 @@ HMODULE ModuleTable::Load(std::u16string_view given) {
 bool ModuleTable::Free(HMODULE handle) {
   const std::lock_guard lock(mutex_);
   LoadedModule* module = Get(handle);
-  if (module != nullptr && --module->references == 0) Drop(module);
+  if (module != nullptr && --module->references == 0) Remove(module);
   return module != nullptr;
 }
 

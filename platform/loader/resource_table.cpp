@@ -14,8 +14,8 @@
 namespace platform {
 namespace {
 
-// The section ".rsrc" of a shared object; the file itself when it is none; empty when it is an
-// object without that section.
+// Returns the section ".rsrc" of a shared object; empty when it has none. Returns any other file
+// unchanged.
 Bytes SectionOf(Bytes file) {
   if (file.size() < EI_NIDENT || std::memcmp(file.data(), ELFMAG, SELFMAG) != 0) return file;
   const auto header = At<ElfW(Ehdr)>(file, 0);
@@ -37,7 +37,7 @@ Bytes SectionOf(Bytes file) {
   return {};
 }
 
-// A type or name of a resource header: 0xFFFF and a number, or a terminated text.
+// Reads a type or name of a resource header: 0xFFFF and a number, or a terminated text.
 std::optional<ResourceName> ReadName(Bytes bytes, uint64_t& offset) {
   ResourceName name;
   const auto first = At<WORD>(bytes, offset);
@@ -91,8 +91,8 @@ ResourceTable::ResourceTable(const std::filesystem::path& file) : file_(ReadWhol
   }
 }
 
-// Each entry: size of the data, size of the header, type, name, further words; then the data. Both
-// begin at multiples of four bytes.
+// An entry consists of the size of the data, the size of the header, type, name and further words;
+// the data follows. Header and data are aligned to four bytes.
 void ResourceTable::Index(Bytes section) {
   for (uint64_t offset = 0;;) {
     const auto dataSize = At<DWORD>(section, offset);

@@ -1,8 +1,8 @@
-// Compiled resources of modules: the resource directory of a Windows image, or the .res form in the
-// section ".rsrc" of a shared object.
+// Compiled resources of modules: the resource directory of a Windows image, or the .res format in
+// the section ".rsrc" of a shared object.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -14,10 +14,10 @@
 
 namespace platform {
 
-// A type or a name of a resource: a number, or a text whose letter case does not matter.
+// The type or name of a resource: a number, or a text that ignores letter case.
 struct ResourceName {
   WORD id = 0;
-  std::u16string text;  // folded; empty: the number counts
+  std::u16string text;  // folded; empty: the id applies
   bool operator==(const ResourceName&) const = default;
 };
 ResourceName NameOf(LPCWSTR idOrText);
@@ -28,15 +28,16 @@ struct Resource {
   Bytes data;
 };
 
-// A file's bytes; none when it cannot be read.
+// Returns the bytes of a file; empty when it cannot be read.
 std::vector<std::byte> ReadWhole(const std::filesystem::path& file);
 
-// The resources of one file. A damaged .res gives those before the damage, a damaged image none.
+// The resources of one file. A damaged .res yields the resources before the damage, a damaged image
+// none.
 class ResourceTable {
  public:
-  // Of an image, of a shared object's section, or of a .res file itself.
+  // Reads an image, the section of a shared object, or a .res file.
   explicit ResourceTable(const std::filesystem::path& file);
-  // Of an image in memory, which has to outlive the table.
+  // Holds the resources of an image in memory, which must outlive the table.
   explicit ResourceTable(std::vector<Resource> resources) : resources_(std::move(resources)) {}
   const Resource* Find(const ResourceName& type, const ResourceName& name) const;
 
@@ -46,8 +47,8 @@ class ResourceTable {
   std::vector<Resource> resources_;
 };
 
-// The bytes of a loaded module's resource; empty when there is none. They live until the module is
-// freed. type and name are numbers (MAKEINTRESOURCEW) or texts.
+// Returns the bytes of a resource of a loaded module, valid until the module is freed; empty when
+// it does not exist. Type and name are numbers (MAKEINTRESOURCEW) or texts.
 Bytes FindResourceBytes(HINSTANCE module, LPCWSTR type, LPCWSTR name);
 inline Bytes FindResourceBytes(HINSTANCE module, WORD type, WORD id) {
   return FindResourceBytes(module, MAKEINTRESOURCEW(type), MAKEINTRESOURCEW(id));

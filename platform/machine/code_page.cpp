@@ -1,7 +1,8 @@
-// Code pages by tables that the C library's converter fills once.
+// Code pages as tables, which the C library's iconv fills once.
 #include "platform/machine/code_page.h"
 
 #include <iconv.h>
+#include <winnls.h>
 
 #include <algorithm>
 #include <array>
@@ -13,8 +14,8 @@ namespace platform {
 
 struct CodePage::Traits {
   UINT number;
-  const char* converter;  // the C library's name; null for UTF-8, which needs no tables
-  WCHAR noMeaning;        // the unit for bytes without a meaning
+  const char* converter;  // iconv's name; null for UTF-8, which needs no tables
+  WCHAR undefined;        // the unit for bytes that the page leaves undefined
 };
 
 constexpr CodePage::Traits CodePage::kPages[] = {{932, "CP932", 0x30FB},
@@ -27,8 +28,8 @@ namespace {
 
 constexpr WCHAR kNone = 0xFFFF;
 
-// Single bytes as the system maps them where the converter does not know them: those without a
-// character stand for a control code or a private unit, so that a page of single bytes loses none.
+// Maps single bytes that iconv rejects as the system does: to a control code or a private-use unit,
+// so that a round trip of any byte of a single-byte page loses nothing.
 WCHAR WideOfByte(UINT page, unsigned byte) {
   if (byte < 0x80) return static_cast<WCHAR>(byte);
   switch (page) {
@@ -45,8 +46,8 @@ WCHAR WideOfByte(UINT page, unsigned byte) {
   }
 }
 
-// What page 932 takes for units that it lacks, unless the caller refuses: the yen sign, the
-// overline, and for a letter with an accent the letter.
+// Returns page 932's best fit for a unit that it lacks: for the yen sign, the overline, and the
+// base letter of an accented one; "?" for any other.
 char BestFit(WCHAR unit) {
   constexpr std::string_view kLetters =
       "AAAAAAACEEEEIIIIDNOOOOO?OUUUUYTsaaaaaaaceeeeiiiidnooooo?ouuuuyty";
@@ -58,8 +59,8 @@ char BestFit(WCHAR unit) {
 bool IsHigh(WCHAR unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLow(WCHAR unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-// Half a surrogate pair has no form in UTF-8.
-std::u16string WithoutHalves(std::u16string text) {
+// Replaces unpaired surrogates, which UTF-8 cannot represent.
+std::u16string ReplaceUnpairedSurrogates(std::u16string text) {
   for (size_t i = 0; i < text.size(); ++i) {
     if (IsHigh(text[i]) && i + 1 < text.size() && IsLow(text[i + 1])) {
       ++i;
@@ -70,22 +71,22 @@ std::u16string WithoutHalves(std::u16string text) {
   return text;
 }
 
-// The unit of one character's bytes; kNone: the converter knows none.
+// Converts the bytes of one character; returns kNone when iconv rejects them.
 WCHAR Convert(iconv_t converter, std::string_view character) {
   WCHAR out[2] = {};
   char *from = const_cast<char*>(character.data()), *to = reinterpret_cast<char*>(out);
-  size_t left = character.size(), room = sizeof(out);
+  size_t left = character.size(), space = sizeof(out);
   iconv(converter, nullptr, nullptr, nullptr, nullptr);
-  const bool whole = iconv(converter, &from, &left, &to, &room) == 0 && left == 0;
-  return whole && room == sizeof(out) - sizeof(WCHAR) ? out[0] : kNone;
+  const bool whole = iconv(converter, &from, &left, &to, &space) == 0 && left == 0;
+  return whole && space == sizeof(out) - sizeof(WCHAR) ? out[0] : kNone;
 }
 
 }  // namespace
 
-// A code is one byte, or lead * 256 + trail.
+// A code is a single byte, or lead byte * 256 + trail byte.
 struct CodePage::Tables {
-  std::array<WCHAR, 65536> wide;  // by code; kNone: no meaning
-  std::array<WORD, 65536> codes;  // by unit; 0: no form (unit 0 aside)
+  std::array<WCHAR, 65536> wide;  // by code; kNone: undefined
+  std::array<WORD, 65536> codes;  // by unit; 0: the page lacks it (unit 0 excepted)
 };
 
 CodePage::CodePage(const Traits& traits) : traits_(traits) {
@@ -108,14 +109,15 @@ CodePage::CodePage(const Traits& traits) : traits_(traits) {
     }
   }
   if (known) iconv_close(converter);
-  // Of the several forms of a unit the first counts, the rows 0xED and 0xEE of page 932 last.
-  const auto isLate = [&](unsigned code) {
+  // The first of several codes for a unit is used for encoding; rows 0xED and 0xEE of page 932,
+  // which duplicate others, come last.
+  const auto isDuplicateRow = [&](unsigned code) {
     return traits.number == 932 && (code >> 8 == 0xED || code >> 8 == 0xEE);
   };
   for (const bool late : {false, true}) {
     for (unsigned code = 1; code < 65536; ++code) {
       const WCHAR unit = tables->wide[code];
-      if (unit == kNone || isLate(code) != late || tables->codes[unit] != 0) continue;
+      if (unit == kNone || isDuplicateRow(code) != late || tables->codes[unit] != 0) continue;
       tables->codes[unit] = static_cast<WORD>(code);
     }
   }
@@ -158,7 +160,7 @@ bool CodePage::IsTrail(unsigned char byte) const {
 
 std::string CodePage::Encode(std::u16string_view text, char fallback, bool bestFit,
                              bool* lossy) const {
-  if (IsUtf8()) return ToUtf8(WithoutHalves(std::u16string(text)));
+  if (IsUtf8()) return ToUtf8(ReplaceUnpairedSurrogates(std::u16string(text)));
   bool lost = false;
   std::string out;
   out.reserve(text.size() * 2);
@@ -178,7 +180,7 @@ std::string CodePage::Encode(std::u16string_view text, char fallback, bool bestF
 }
 
 std::u16string CodePage::Decode(std::string_view bytes) const {
-  if (IsUtf8()) return WithoutHalves(ToUtf16(bytes));
+  if (IsUtf8()) return ReplaceUnpairedSurrogates(ToUtf16(bytes));
   std::u16string out;
   out.reserve(bytes.size());
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -188,25 +190,25 @@ std::u16string CodePage::Decode(std::string_view bytes) const {
       code = code << 8 | static_cast<unsigned char>(bytes[++i]);
     }
     const WCHAR unit = tables_->wide[code];
-    out.push_back(unit == kNone ? traits_.noMeaning : unit);
+    out.push_back(unit == kNone ? traits_.undefined : unit);
   }
   return out;
 }
 
-size_t CodePage::Whole(std::string_view bytes, size_t limit) const {
+size_t CodePage::CompleteLength(std::string_view bytes, size_t limit) const {
   if (limit >= bytes.size()) return bytes.size();
-  size_t whole = 0;
+  size_t complete = 0;
   if (IsUtf8()) {
-    whole = limit;
-    while (whole > 0 && (static_cast<unsigned char>(bytes[whole]) & 0xC0) == 0x80) --whole;
-    return whole;
+    complete = limit;
+    while (complete > 0 && (static_cast<unsigned char>(bytes[complete]) & 0xC0) == 0x80) --complete;
+    return complete;
   }
   for (;;) {
-    const bool pair = IsLead(static_cast<unsigned char>(bytes[whole])) &&
-                      whole + 1 < bytes.size() && bytes[whole + 1] != 0;
-    const size_t next = whole + (pair ? 2 : 1);
-    if (next > limit) return whole;
-    whole = next;
+    const bool pair = IsLead(static_cast<unsigned char>(bytes[complete])) &&
+                      complete + 1 < bytes.size() && bytes[complete + 1] != 0;
+    const size_t next = complete + (pair ? 2 : 1);
+    if (next > limit) return complete;
+    complete = next;
   }
 }
 

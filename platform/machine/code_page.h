@@ -1,7 +1,7 @@
 // Code pages: 932, 936, 949, 1252 and UTF-8 (65001), converted as the system's tables do.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <memory>
 #include <string>
@@ -11,18 +11,19 @@ namespace platform {
 
 class CodePage {
  public:
-  // The page of a number; null for one that is not among those above.
+  // Returns the page of a number; null for a number that is not listed above.
   static const CodePage* Find(UINT number);
 
-  // A unit without a form becomes the fallback byte, and *lossy (when given) true. With best fit
-  // some units take the form of a similar one first, as the system does unless told otherwise.
+  // Replaces a unit that the page lacks with the fallback byte and sets *lossy, when given, to
+  // true. With best fit, some units become a similar character instead, as the system does by
+  // default.
   std::string Encode(std::u16string_view text, char fallback = '?', bool bestFit = true,
                      bool* lossy = nullptr) const;
-  // Bytes without a meaning become the page's default unit.
+  // Replaces bytes that the page leaves undefined with the page's default unit.
   std::u16string Decode(std::string_view bytes) const;
   bool IsLead(unsigned char byte) const;
-  // How many of the first limit bytes of a text form whole characters.
-  size_t Whole(std::string_view bytes, size_t limit) const;
+  // Returns how many of the first `limit` bytes form complete characters.
+  size_t CompleteLength(std::string_view bytes, size_t limit) const;
   bool IsUtf8() const;
 
  private:
@@ -39,7 +40,7 @@ class CodePage {
   std::unique_ptr<const Tables> tables_;  // null for UTF-8
 };
 
-// The ANSI code page of the process that the current machine serves.
+// Returns the ANSI code page of this process on the current computer.
 const CodePage& AnsiPage();
 
 }  // namespace platform

@@ -10,8 +10,8 @@
 namespace platform {
 namespace {
 
-// Long enough for any queue of writers; a killed writer's lock is gone at once.
-constexpr std::chrono::milliseconds kPatience{3500};
+// Long enough for a queue of writers. The lock of a killed process is released at once.
+constexpr std::chrono::milliseconds kLockTimeout{3500};
 
 constexpr int64_t kSchemaVersion = 2;
 constexpr char kTable[] = R"(
@@ -21,8 +21,8 @@ constexpr char kTable[] = R"(
 )";
 // Version 1 had a table for each kind of thing.
 constexpr char kFromVersion1[] = R"(
-  INSERT INTO rows SELECT 'COMPUTER', 'FACTS', 'facts', 0,
-    CAST(group_concat(value, char(0)) AS BLOB) FROM (SELECT value FROM facts ORDER BY name)
+  INSERT INTO rows SELECT 'COMPUTER', 'FACTS', 'settings', 0,
+    CAST(group_concat(value, char(0)) AS BLOB) FROM (SELECT value FROM settings ORDER BY name)
     HAVING count(*) = 10;
   INSERT INTO rows SELECT 'COMPUTER', 'PRINTERS', 'printers', 0, CAST(seq AS BLOB)
     FROM sqlite_sequence WHERE name = 'printers';
@@ -33,7 +33,7 @@ constexpr char kFromVersion1[] = R"(
   INSERT INTO rows SELECT 'DATA\' || printer, folded, name, type, bytes FROM printer_data;
   INSERT INTO rows SELECT 'KEYS', folded, name, 0, x'' FROM registry_keys;
   INSERT INTO rows SELECT 'REGISTRY\' || key, folded, name, type, bytes FROM registry_values;
-  DROP TABLE facts; DROP TABLE printers; DROP TABLE printer_data; DROP TABLE registry_keys;
+  DROP TABLE settings; DROP TABLE printers; DROP TABLE printer_data; DROP TABLE registry_keys;
   DROP TABLE registry_values;
 )";
 
@@ -77,18 +77,18 @@ class SqliteDatabase : public Database {
   void Execute(const char* sql);
   void MakeTable();
   int64_t Number(const char* sql);
-  bool Waits();
-  int Told(int result, bool writes);
+  bool WaitForLock();
+  int Complete(int result, bool writes);
   [[noreturn]] void Throw();
 
   struct Closing {
     void operator()(sqlite3* connection) const { sqlite3_close(connection); }
   };
   std::unique_ptr<sqlite3, Closing> connection_;
-  Clock::time_point end_ = {};  // of waiting for another's lock; none: nothing is waited for
+  Clock::time_point deadline_ = {};  // of the current wait for a lock; epoch: not waiting
 };
 
-// One run of a statement. What is bound must live until the run ends.
+// One execution of a statement. Bound values must outlive it.
 class SqliteDatabase::Run {
  public:
   Run(SqliteDatabase& database, const char* sql) : database_(database) {
@@ -104,14 +104,14 @@ class SqliteDatabase::Run {
   }
   Run& Bind(DWORD number) { return Bound(sqlite3_bind_int64(statement_, next_++, number)); }
   Run& Bind(const std::vector<std::byte>& bytes) {
-    // No bytes are not NULL.
+    // An empty blob is not NULL.
     const void* data = bytes.empty() ? "" : static_cast<const void*>(bytes.data());
     return Bound(sqlite3_bind_blob64(statement_, next_++, data, bytes.size(), SQLITE_STATIC));
   }
-  // Whether there is a row.
+  // Returns true when the statement produced a row.
   bool Step() {
     const bool writes = sqlite3_stmt_readonly(statement_) == 0;
-    const int result = database_.Told(sqlite3_step(statement_), writes);
+    const int result = database_.Complete(sqlite3_step(statement_), writes);
     if (result != SQLITE_ROW && result != SQLITE_DONE) database_.Throw();
     return result == SQLITE_ROW;
   }
@@ -144,18 +144,18 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
   const int opened = sqlite3_open_v2(file.c_str(), &connection, kFlags, nullptr);
   connection_.reset(connection);
   if (opened != SQLITE_OK) Throw();
-  const auto waits = [](void* self, int) {
-    return static_cast<SqliteDatabase*>(self)->Waits() ? 1 : 0;
+  const auto onBusy = [](void* self, int) {
+    return static_cast<SqliteDatabase*>(self)->WaitForLock() ? 1 : 0;
   };
-  sqlite3_busy_handler(connection_.get(), waits, this);
+  sqlite3_busy_handler(connection_.get(), onBusy, this);
   Execute("PRAGMA encoding = 'UTF-16le'");
-  // The change to the log needs the database for itself and does not wait for it; of two processes
-  // that open a new one at once, the second tries again.
+  // Switching to the write-ahead log needs exclusive access, for which SQLite does not call the
+  // busy handler. Of two processes that open a new database at once, the second retries.
   while (sqlite3_exec(connection_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr) !=
          0) {
-    if ((sqlite3_errcode(connection_.get()) & 0xFF) != SQLITE_BUSY || !Waits()) Throw();
+    if ((sqlite3_errcode(connection_.get()) & 0xFF) != SQLITE_BUSY || !WaitForLock()) Throw();
   }
-  // Processes die, machines rarely: without a sync a commit outlives its process all the same.
+  // A commit outlives its process without a sync; only a power failure can lose it.
   Execute("PRAGMA synchronous = NORMAL");
   if (Number("PRAGMA user_version") == kSchemaVersion) return;
   Begin();
@@ -174,22 +174,25 @@ void SqliteDatabase::MakeTable() {
 
 void SqliteDatabase::Throw() { throw std::runtime_error(Sentence(connection_.get())); }
 
-bool SqliteDatabase::Waits() {
+bool SqliteDatabase::WaitForLock() {
   const auto now = Clock::now();
-  if (end_ == Clock::time_point() || now >= end_ + kPatience) end_ = now + kPatience;
-  if (now >= end_) return false;
+  if (deadline_ == Clock::time_point() || now >= deadline_ + kLockTimeout)
+    deadline_ = now + kLockTimeout;
+  if (now >= deadline_) return false;
   std::this_thread::sleep_for(std::chrono::milliseconds(5));
   return true;
 }
 
-// Passes a result on; a write that succeeded ends the waiting. Reads succeed beside a writer.
-int SqliteDatabase::Told(int result, bool writes) {
-  if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE)) end_ = {};
+// Ends the wait after a successful write and returns the result. Reads succeed while another
+// process writes, and prove nothing.
+int SqliteDatabase::Complete(int result, bool writes) {
+  if (writes && (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE))
+    deadline_ = {};
   return result;
 }
 
 void SqliteDatabase::Execute(const char* sql) {
-  if (Told(sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr), true) != SQLITE_OK)
+  if (Complete(sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr), true) != SQLITE_OK)
     Throw();
 }
 
@@ -221,7 +224,7 @@ void SqliteDatabase::Set(const RowKey& key, const std::optional<Row>& row) {
 }
 
 void SqliteDatabase::Rollback() noexcept {
-  // What SQLite has undone by itself cannot be undone again.
+  // SQLite may have rolled back already; then this fails, which is fine.
   sqlite3_exec(connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

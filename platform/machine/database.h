@@ -1,8 +1,7 @@
-// The file in which a computer's values lie: one SQLite table of rows, shared by processes.
+// The file that holds a computer's values: one SQLite table of rows, shared by processes.
 #pragma once
 
-#include <windows.h>
-
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -10,11 +9,11 @@
 #include <string>
 #include <utility>
 
-#include "platform/machine/machine.h"
+#include "platform/machine/data_value.h"
 
 namespace platform {
 
-// A value by its path and its name, both in one letter case; and as it was given.
+// A value is found by its path and name, both in upper case; its row has the name as given.
 using RowKey = std::pair<std::u16string, std::u16string>;
 struct Row {
   std::u16string name;
@@ -22,10 +21,10 @@ struct Row {
 };
 using Rows = std::map<RowKey, Row>;
 
-// Failures throw std::runtime_error with a sentence that says what to do, or SQLite's own words.
-// Another's lock is waited for a few seconds; after that calls fail at once until one gets through,
-// so that a command of many calls does not take many times as long. Every write is a transaction,
-// or part of the open one.
+// Functions throw std::runtime_error with a sentence that says what to do, or with the message of
+// SQLite. A call waits for the lock of another process for a few seconds. After that timeout calls
+// fail at once until one succeeds, so that a command of many calls waits only once. Every write is
+// a transaction, or part of the open one.
 class Database {
  public:
   virtual ~Database() = default;
@@ -34,7 +33,7 @@ class Database {
   virtual Rows Load() = 0;
   // Removes the value when there is no row.
   virtual void Set(const RowKey& key, const std::optional<Row>& row) = 0;
-  // A transaction blocks other writers from its begin on.
+  // A transaction blocks other writers from its start.
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() noexcept = 0;

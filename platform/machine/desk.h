@@ -1,10 +1,10 @@
-// What the person at the desk sees and can do. A modal loop (dialog, message box, file dialog,
-// property sheet) that has nothing left to do asks the attached User for the next action. Only what
-// a person could do is possible: no action reaches a disabled or hidden control, or a window below
-// a modal one.
+// The screen, mouse and keyboard of the simulated computer. A modal loop (dialog, message box, file
+// dialog, property sheet) that has nothing left to do calls the attached User for the next action.
+// Only actions that a user could perform are possible: none reaches a disabled or hidden control,
+// or a window below a modal one.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <functional>
 #include <memory>
@@ -29,15 +29,15 @@ enum class ControlKind {
   kOwnerDraw
 };
 
-// One control (or picture) of a window as it looks now. Rectangles are pixels in the window's
-// client area, at 6 × 12 pixels for the base units of the dialog font (so 1 horizontal dialog unit
-// = 1.5 pixels, 1 vertical = 1.5 pixels).
+// A control (or picture) of a window as it looks now. Rectangles are pixels in the client area of
+// the window. The base units of the dialog font are 6 × 12 pixels, so that a dialog unit is 1.5
+// pixels in both directions.
 struct ControlView {
   HWND handle = nullptr;
   int id = 0;
   ControlKind kind = ControlKind::kStatic;
   RECT rect = {};
-  std::u16string text;  // of buttons with "&" kept
+  std::u16string text;  // of buttons including "&"
   bool visible = false;
   bool enabled = false;
   bool focused = false;
@@ -54,8 +54,8 @@ struct ControlView {
   int minimum = 0, maximum = 0, position = 0;  // up-downs
   int buddy = 0;                               // id of an up-down's edit
   std::vector<std::u16string> items;
-  COLORREF background = 0xFFFFFFFF;  // statics whose dialog gave a brush; else 0xFFFFFFFF
-  COLORREF textColour = 0;           // statics whose dialog gave a brush
+  COLORREF background = 0xFFFFFFFF;  // statics whose dialog returned a brush; else 0xFFFFFFFF
+  COLORREF textColour = 0;           // statics whose dialog returned a brush
   DisplayList drawing;               // owner-drawn controls and pictures
 };
 
@@ -67,11 +67,11 @@ struct WindowView {
   enum class Kind { kDialog, kMessageBox, kFileDialog, kSheet } kind = Kind::kDialog;
   bool enabled = true;                // false below a modal window
   UINT messageStyle = 0;              // message boxes: MB_ flags
-  std::vector<ControlView> controls;  // of the window itself; texts that nobody asks for are -1
+  std::vector<ControlView> controls;  // of the window itself; plain texts have the id -1
   // Property sheets:
   std::vector<std::u16string> tabs;
   int activeTab = -1;
-  bool changed = false;               // some page has marked itself changed
+  bool changed = false;               // some page sent PSM_CHANGED
   std::shared_ptr<WindowView> page;   // the shown page, its controls with rectangles in the page
   int pageWidth = 0, pageHeight = 0;  // the largest page, in pixels
 };
@@ -79,24 +79,24 @@ struct WindowView {
 // Buttons of a property sheet.
 enum class SheetButton { kOk, kCancel };
 
-// Which texts of its edit an up-down accepts as a number. The documentation leaves it open, so a
-// module has to work with each.
+// The texts that an up-down accepts as the number of its edit. The documentation leaves this open,
+// so that a module has to work with each.
 enum class BuddyReading {
   kWholeText,       // blanks, a sign, digits
-  kDigitsAndMinus,  // digits, perhaps behind "-"
-  kLeadingNumber,   // any text: the number that it begins with, 0 without one
+  kDigitsAndMinus,  // digits, optionally after "-"
+  kLeadingNumber,   // any text: its leading number, or 0
 };
 
 class Desk;
 
-// Whoever sits at the desk. Act is called with every message handled; it does one thing and
-// returns. Returning false means that nobody is there any more: every modal window then ends as
-// cancelled. So it does after Act threw; RethrowKept (platform/machine/machine.h) throws it again.
+// A user of the desk. A modal loop calls Act whenever it has handled all messages; Act performs one
+// action and returns. After Act returns false or throws, every modal window ends as cancelled.
+// RethrowPendingException (platform/machine/guard.h) throws the exception again.
 class User {
  public:
   virtual ~User() = default;
   virtual bool Act(Desk& desk) = 0;
-  // The wait cursor has been set: nobody will be asked for a while.
+  // Called when the wait cursor is set: Act is not called for a while.
   virtual void Wait(Desk&) {}
 };
 
@@ -108,28 +108,29 @@ class Desk {
     return *manager_;
   }
 
-  // The user asked by modal loops; null: every modal call ends as cancelled at once.
+  // Attaches the user whom modal loops call. Without one (null) every modal call ends as cancelled
+  // at once.
   void Attach(User* user);
   void SetBuddyReading(BuddyReading reading);
 
-  // ---- seeing ----
+  // ---- what the user sees ----
   int ModalDepth() const;
-  // Every open window, the one on top last.
+  // Returns every open window, the topmost last.
   std::vector<WindowView> Windows() const;
-  // The window on top; for a property sheet the shown page's controls are found by the calls below
-  // as well.
+  // Returns the topmost window. For a property sheet, the calls below also find the controls of the
+  // shown page.
   HWND Top() const;
-  std::u16string Title() const;  // of the window on top (the page's caption for a sheet)
+  std::u16string Title() const;  // of the topmost window; for a sheet, the caption of the page
   bool IsMessageBox() const;
-  std::u16string MessageText() const;  // of the message box on top, else empty
+  std::u16string MessageText() const;  // of the topmost message box; else empty
   UINT MessageStyle() const;
-  // Of the window on top; throws std::out_of_range when absent.
+  // Returns a control of the topmost window; throws std::out_of_range when it is missing.
   ControlView Control(int id) const;
   bool Has(int id) const;
   std::u16string Text(int id) const { return Control(id).text; }
   int FocusedId() const;  // 0: none
   HCURSOR Cursor() const;
-  // The last hundred message boxes: caption, text, style (kept after they close).
+  // The last hundred message boxes, closed ones included.
   struct Shown {
     std::u16string caption, text;
     UINT style;
@@ -137,22 +138,23 @@ class Desk {
   const std::vector<Shown>& History() const;
   void ClearShown();
 
-  // ---- doing: each answers whether the person could do it ----
+  // ---- actions; each returns whether the user could perform it ----
   bool Focus(int id);  // by mouse or Tab
   bool Click(int id);  // buttons, check boxes, radio buttons
-  // Focuses, appends character by character at the caret.
+  // Focuses the edit and types at the end of its text, character by character.
   bool Type(int id, std::u16string_view text);
-  bool Replace(int id, std::u16string_view text);  // focuses, selects all, types over it
-  // Focuses, selects all, pastes in one change: the first line, as into any edit of one line.
+  bool Replace(int id, std::u16string_view text);  // focuses, selects all, types
+  // Focuses the edit, selects all and pastes the first line in one change, as an edit of one line
+  // does.
   bool Paste(int id, std::u16string_view text);
   bool Select(int id, int index);  // combo box (opens, picks, closes) or list box
   bool Select(int id, std::u16string_view item);
   bool Spin(int id, int steps);  // an up-down's arrows, up for positive steps; 10,000 at most
-  // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the control in focus; VK_F4 opens or
+  // An arrow key (VK_UP, VK_DOWN), VK_DELETE or VK_BACK for the focused control; VK_F4 opens or
   // closes the list of a combo box.
   bool Key(int virtualKey);
   bool Tab(bool back = false);
-  bool Enter();   // in an open list: takes the selection shown
+  bool Enter();   // in an open list: accepts the shown selection
   bool Escape();  // in an open list: restores the selection it was opened with
   bool AccessKey(char16_t letter);
   bool Close();          // the window's close box
@@ -163,8 +165,8 @@ class Desk {
   std::unique_ptr<WindowManager> manager_;
 };
 
-// A user who does the given steps one after another. A step that throws, or a script that ends
-// while a window is open, is kept as a problem and everything is cancelled, so that no test hangs.
+// A user who performs the given steps in order. When a step throws, or the script ends while a
+// window is open, the user records the problem and everything is cancelled, so that no test hangs.
 class ScriptedUser : public User {
  public:
   using Step = std::function<void(Desk&)>;

@@ -1,9 +1,8 @@
-// What a window shows: the drawing calls made on it, in order, in its client pixels. An operation
-// that covers the whole client area opaquely drops all before it, so a list stays as long as what
-// can be seen.
+// The drawing operations that are visible in a window, in order, in pixels of its client area. An
+// operation that covers others opaquely removes them, so that a list is bounded by what is visible.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-// Drives, directories and the files on them.
+// Drives: the mapping between Windows paths and host files.
 #include <sys/stat.h>
 
 #include "platform/machine/files.h"
@@ -13,8 +13,8 @@ namespace fs = std::filesystem;
 bool IsSlash(char16_t c) { return c == u'\\' || c == u'/'; }
 bool IsLetter(char16_t c) { return FoldUnit(c) >= u'A' && FoldUnit(c) <= u'Z'; }
 
-// The entry of a folder that bears a name, letter case ignored; the name as given when there is
-// none.
+// Returns the entry of a folder with a given name, ignoring letter case; the path with the name as
+// given when there is none.
 fs::path EntryOf(const fs::path& folder, std::u16string_view part) {
   fs::path exact = folder / ToUtf8(part);
   struct stat information;
@@ -27,10 +27,10 @@ fs::path EntryOf(const fs::path& folder, std::u16string_view part) {
   return exact;
 }
 
-// A path without its drive, "." and ".." resolved: how many folders it climbs first, then its
-// parts.
+// A path without its drive, with "." and ".." resolved: the number of parent folders to go up
+// first, and the names to go down.
 struct Parts {
-  size_t climbs = 0;
+  size_t parents = 0;
   std::vector<std::u16string_view> names;
 };
 
@@ -43,7 +43,7 @@ Parts PartsOf(std::u16string_view path) {
     path.remove_prefix(end < path.size() ? end + 1 : end);
     if (part == u"..") {
       if (parts.names.empty()) {
-        ++parts.climbs;
+        ++parts.parents;
       } else {
         parts.names.pop_back();
       }
@@ -70,7 +70,7 @@ fs::path Machine::HostPath(std::u16string_view path) const {
   const Parts parts = PartsOf(below);
   fs::path host;
   if (path.size() >= 2 && IsSlash(path[0]) && IsSlash(path[1])) {
-    host = impl_->state / "network";  // other computers: there are none
+    host = impl_->state / "network";  // no other computer exists
   } else if (rooted) {
     host = DriveFolder(impl_->state, hasDrive ? path[0] : u'C');
   } else {
@@ -78,7 +78,7 @@ fs::path Machine::HostPath(std::u16string_view path) const {
     const char16_t drive = WindowsPath(host)[0];
     const fs::path root = DriveFolder(impl_->state, hasDrive ? path[0] : drive);
     if (hasDrive && FoldUnit(path[0]) != drive) host = root;
-    for (size_t i = 0; i < parts.climbs && host != root; ++i) host = host.parent_path();
+    for (size_t i = 0; i < parts.parents && host != root; ++i) host = host.parent_path();
   }
   for (const std::u16string_view name : parts.names) host = EntryOf(host, name);
   return host;

@@ -1,7 +1,7 @@
+#include "platform/machine/faults.h"
+
 #include <limits>
 #include <utility>
-
-#include "platform/machine/machine.h"
 
 namespace platform {
 
@@ -22,15 +22,15 @@ void Faults::Clear() {
   OnSpoolerChange({});
 }
 int Faults::Calls(Fault kind) const { return At(kind).calls; }
-int Faults::Strikes(Fault kind) const { return At(kind).strikes; }
+int Faults::Failures(Fault kind) const { return At(kind).failures; }
 
-bool Faults::Strike(Fault kind) {
+bool Faults::ShouldFail(Fault kind) {
   const std::lock_guard lock(mutex_);
   Armed& armed = armed_[static_cast<size_t>(kind)];
   ++armed.calls;
-  const bool strikes = armed.calls >= armed.from && armed.calls <= armed.to;
-  armed.strikes += strikes;
-  return strikes;
+  const bool fails = armed.calls >= armed.from && armed.calls <= armed.to;
+  armed.failures += fails;
+  return fails;
 }
 
 void Faults::OnSpoolerChange(std::function<void()> change) {

@@ -1,4 +1,4 @@
-// Whole files of the host.
+// Reading and writing whole files of the host.
 #pragma once
 
 #include <filesystem>
@@ -8,9 +8,10 @@
 
 namespace platform {
 
-// Nothing when it is no plain file or cannot be read.
+// Returns the bytes of a regular file; nullopt for anything else and when it cannot be read.
 std::optional<std::string> BytesOf(const std::filesystem::path& file);
-// Whether all bytes are in the file, made or emptied before.
+// Creates or truncates a file and writes the bytes. Returns false when not all of them were
+// written.
 bool WriteBytes(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// The font families of the system that this process runs on.
+// The host's font families.
 #pragma once
 
 #include <string>

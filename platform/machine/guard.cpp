@@ -3,19 +3,17 @@
 #include <exception>
 #include <utility>
 
-#include "platform/machine/machine.h"
-
 namespace platform {
 namespace {
-thread_local std::exception_ptr kept;
+thread_local std::exception_ptr pending;
 }
 
-void KeepThrown() noexcept {
-  if (kept == nullptr) kept = std::current_exception();
+void CaptureException() noexcept {
+  if (pending == nullptr) pending = std::current_exception();
 }
 
-void RethrowKept() {
-  if (kept != nullptr) std::rethrow_exception(std::exchange(kept, nullptr));
+void RethrowPendingException() {
+  if (pending != nullptr) std::rethrow_exception(std::exchange(pending, nullptr));
 }
 
 }  // namespace platform

@@ -1,33 +1,38 @@
-// The border between the stand-in and a module: no C++ exception passes through a module's frames,
-// which know nothing of ours.
+// Exception guard between the stand-in and a module: no C++ exception unwinds through the frames of
+// a module, which have no unwind data that this process understands.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 namespace platform {
 
-// Keeps the exception that is being handled for RethrowKept (platform/machine/machine.h); when one
-// is kept already on this thread, the first stays.
-void KeepThrown() noexcept;
+// Stores the current exception for RethrowPendingException. Does nothing when this thread has a
+// stored exception already.
+void CaptureException() noexcept;
 
-// What a body answers that a module has called; 0 after it threw.
+// Throws the exception that a User, a callback or the platform threw on this thread while a module
+// ran, if there is one. The call that met the exception returned 0 to the module, or ended as
+// cancelled. Callers of an export call this after the export returned.
+void RethrowPendingException();
+
+// Runs a callback on behalf of a module; returns 0 when it throws.
 template <typename Body>
-auto Keeping(Body body) noexcept -> decltype(body()) {
+auto RunGuarded(Body body) noexcept -> decltype(body()) {
   try {
     return body();
   } catch (...) {
-    KeepThrown();
+    CaptureException();
     return decltype(body())();
   }
 }
 
-// A function of the platform as a module may call it.
+// An API function with the exception guard around it.
 template <auto Function>
 struct Guarded;
 template <typename Answer, typename... Parameters, Answer(WINAPI* Function)(Parameters...)>
 struct Guarded<Function> {
   static Answer WINAPI Call(Parameters... parameters) noexcept {
-    return Keeping([&] { return Function(parameters...); });
+    return RunGuarded([&] { return Function(parameters...); });
   }
 };
 
@@ -35,7 +40,7 @@ template <typename Function>
 FARPROC AsEntryPoint(Function* function) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
 }
-// A guarded function as GetProcAddress answers it.
+// Returns a guarded function as GetProcAddress returns it.
 template <auto Function>
 FARPROC EntryPoint() {
   return AsEntryPoint(Guarded<Function>::Call);

@@ -1,4 +1,4 @@
-// Handles as numbers that are never given twice, so that a stale one finds nothing.
+// Handles are numbers that are never reused, so that a stale handle finds nothing.
 #pragma once
 
 #include <cstdint>

@@ -1,15 +1,16 @@
-// How functions of the platform tell that they have failed.
+// Helpers that set the last error.
 #pragma once
 
-#include <windows.h>
+#include <winbase.h>
 
 namespace platform {
 
-// Sets the last error; answers what such functions answer then.
+// Sets the last error and returns FALSE.
 inline BOOL Fail(DWORD error) {
   SetLastError(error);
   return FALSE;
 }
+// Returns TRUE for ERROR_SUCCESS; otherwise sets the last error and returns FALSE.
 inline BOOL Succeeds(DWORD error) { return error == ERROR_SUCCESS ? TRUE : Fail(error); }
 
 }  // namespace platform

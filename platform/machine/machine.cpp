@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr char kDatabase[] = "computer.sqlite";
 
-// The computers alive, the last made last.
+// The open computers, the newest last.
 struct Computers {
   std::mutex mutex;
   std::vector<Machine*> alive;
@@ -57,23 +57,23 @@ std::runtime_error Unusable(const fs::path& directory, const std::string& reason
   return std::runtime_error("The state directory " + directory.string() + " " + reason);
 }
 
-// Creates the database where it is missing, and takes from others the access to it and to the files
-// that SQLite keeps beside it.
+// Creates the database when it is missing, and removes the access of other users to it and to the
+// files that SQLite creates beside it.
 void MakeDatabasePrivate(const fs::path& database) {
-  // Closing an existing file would end this process's locks on it.
+  // Opening and closing an existing file would release this process's locks on it.
   const int made =
       open(database.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
   if (made >= 0) close(made);
   constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
   for (const char* suffix : {"", "-wal", "-shm"}) {
-    std::error_code ignored;  // a missing file, or one of another user
+    std::error_code ignored;  // missing, or owned by another user
     fs::permissions(database.string() + suffix, kOthers, fs::perm_options::remove, ignored);
   }
 }
 
-// Creates the state directory where it is missing, for its user alone. Another user who may write
-// in it could replace the driver's file or the database, and is refused. One who may read it can
-// lock the database, so that it is the user's alone even in a directory that others may read.
+// Creates the state directory when it is missing, accessible to its user only. Refuses a directory
+// that other users can write: they could replace the driver file or the database. A directory that
+// others can read is accepted; its database is made private, because a reader can lock it.
 fs::path PrepareDirectory(const fs::path& directory) {
   std::error_code failed;
   fs::create_directories(directory.parent_path(), failed);
@@ -95,12 +95,12 @@ fs::path PrepareDirectory(const fs::path& directory) {
   return state;
 }
 
-// Adds to what is kept for those who look afterwards: the newest of it.
+// Appends an item and drops the oldest beyond 64.
 template <typename Item>
-void Keep(std::vector<Item>& kept, Item item) {
+void AddRecent(std::vector<Item>& items, Item item) {
   constexpr size_t kMost = 64;
-  if (kept.size() == kMost) kept.erase(kept.begin());
-  kept.push_back(std::move(item));
+  if (items.size() == kMost) items.erase(items.begin());
+  items.push_back(std::move(item));
 }
 
 }  // namespace
@@ -124,7 +124,7 @@ Machine::Machine() = default;
 
 Machine::~Machine() {
   if (impl_ != nullptr) {
-    // A module's detach and a window's end still find their own computer.
+    // The detach of a module and the end of a window still use this computer.
     std::exchange(impl_->desks, {}).clear();
     impl_->modules.UnloadAll();
   }
@@ -146,7 +146,7 @@ std::unique_ptr<Machine> Machine::Open(const fs::path& stateDirectory) {
   } catch (const std::exception& reason) {
     throw Unusable(state, std::string("cannot be used: ") + reason.what());
   }
-  machine->impl_->LearnCodePages();
+  machine->impl_->LoadCodePages();
   Enter(machine.get());
   return machine;
 }
@@ -176,7 +176,7 @@ void Machine::InstallModule(std::u16string_view windowsPath, const fs::path& sha
   const fs::path target = fs::absolute(sharedObject);
   std::error_code none;
   if (fs::read_symlink(link, none) == target) return;
-  // Other processes load the module meanwhile: there is a link at every moment.
+  // Other processes may load the module meanwhile: the link is replaced in one step.
   fs::path beside = link;
   beside += "." + std::to_string(getpid());
   fs::create_directories(link.parent_path());
@@ -187,7 +187,7 @@ void Machine::InstallModule(std::u16string_view windowsPath, const fs::path& sha
 
 int Machine::OpenModules() const { return impl_->modules.References(); }
 
-// ---- what tests and hosts look at ----
+// ---- state that tests and hosts inspect ----
 
 int Machine::OpenPrinterHandles() const { return impl_->printerHandles.Size(); }
 int Machine::OpenRegistryKeys() const { return impl_->registryHandles.Size(); }
@@ -206,13 +206,13 @@ std::vector<ShellCall> Machine::ShellCalls() const {
 
 void Machine::RecordBroadcast(Broadcast broadcast) {
   const std::lock_guard lock(impl_->mutex);
-  Keep(impl_->broadcasts, std::move(broadcast));
+  AddRecent(impl_->broadcasts, std::move(broadcast));
 }
 
 void Machine::RecordShellCall(ShellCall call) {
   const std::lock_guard lock(impl_->mutex);
   call.number = impl_->shellCalls.empty() ? 1 : impl_->shellCalls.back().number + 1;
-  Keep(impl_->shellCalls, std::move(call));
+  AddRecent(impl_->shellCalls, std::move(call));
 }
 
 void Machine::SetInstalledFontFamilies(std::vector<std::u16string> families) {

@@ -1,5 +1,7 @@
-// What stands behind Machine.
+// The implementation of Machine: its store and the state of the API functions.
 #pragma once
+
+#include <winreg.h>
 
 #include <atomic>
 #include <filesystem>
@@ -19,8 +21,8 @@
 
 namespace platform {
 
-// What the computer is and who is asking.
-struct Facts {
+// The settings of a computer and of its user.
+struct MachineSettings {
   OsVersion os;
   bool administrator = true;
   bool registryReadable = true;
@@ -32,20 +34,20 @@ struct Facts {
   bool hideExtensions = true;
 };
 
-// One printer and the number that stays its own as long as it exists.
+// A printer and its id, which is never reused.
 struct StoredPrinter {
   int64_t id = 0;
   PrinterSetup setup;
 };
 
-// Facts and printers as the store holds them in one of its states.
-struct Known {
-  uint64_t state = 0;
-  Facts facts;
+// The settings and printers read from one version of the store.
+struct CachedState {
+  uint64_t version = 0;
+  MachineSettings settings;
   std::map<std::u16string, StoredPrinter> printers;  // by folded name
 };
 
-// An open printer, or the print server, which OpenPrinterW opens where no name is given.
+// An open printer, or the print server, which OpenPrinterW opens when the name is empty.
 struct PrinterHandle {
   std::u16string name;
   int64_t id = 0;  // 0: the server
@@ -59,18 +61,18 @@ struct RegistryHandle {
 };
 
 struct Machine::Impl {
-  // A temporary computer keeps its store in memory; its directory is removed with it.
+  // A temporary computer stores its values in memory and removes its directory at the end.
   Impl(Faults& faults, std::filesystem::path stateDirectory, bool isTemporary);
   ~Impl();
 
-  std::shared_ptr<const Known> ReadKnown();
-  void ChangeFacts(const std::function<void(Facts&)>& change);
-  // Null: there is none.
+  std::shared_ptr<const CachedState> ReadState();
+  void ChangeSettings(const std::function<void(MachineSettings&)>& change);
+  // Returns null when the printer does not exist.
   std::shared_ptr<const StoredPrinter> FindPrinter(std::u16string_view name);
   std::shared_ptr<const StoredPrinter> FindPrinter(const PrinterHandle& handle);
   bool DropPrinter(std::u16string_view name);
-  // Learns the code pages, as a process does when it starts.
-  void LearnCodePages();
+  // Reads the code pages of this process from the settings.
+  void LoadCodePages();
   std::filesystem::path CurrentFolder();
 
   std::filesystem::path state;  // the drives' folders lie in it
@@ -83,26 +85,26 @@ struct Machine::Impl {
   std::atomic<UINT> ansiPage = 932;
   std::atomic<bool> codePage932 = true;
 
-  std::mutex mutex;  // guards what follows
-  std::shared_ptr<const Known> known;
-  // What SetCurrentDirectoryW has chosen; empty: the directory of the host's process.
+  std::mutex mutex;  // guards the members below
+  std::shared_ptr<const CachedState> cached;
+  // The directory set by SetCurrentDirectoryW; empty: that of the host's process.
   std::filesystem::path currentFolder;
   std::vector<Broadcast> broadcasts;
   std::vector<ShellCall> shellCalls;
-  std::optional<std::vector<std::u16string>> fonts;  // nothing: not asked for yet
+  std::optional<std::vector<std::u16string>> fonts;  // nullopt: not read yet
   std::map<std::thread::id, std::unique_ptr<Desk>> desks;
 
-  // Process-wide counts when the computer was made.
+  // Counts of the whole process when the computer was created.
   int heapsBefore = 0;
   int blocksBefore = 0;
 };
 
-// Runs a call that a kind of fault strikes with an error of its own; a failure of the store is a
-// general one.
+// Runs a call and returns its error code: `injected` when a fault of this kind applies,
+// ERROR_GEN_FAILURE when the store fails.
 template <typename Call>
-DWORD Served(Fault kind, DWORD struck, const Call& call) {
+DWORD Serve(Fault kind, DWORD injected, const Call& call) {
   Machine& machine = Machine::Current();
-  if (machine.faults.Strike(kind)) return struck;
+  if (machine.faults.ShouldFail(kind)) return injected;
   try {
     return call(machine.impl());
   } catch (const std::exception&) {
@@ -110,12 +112,13 @@ DWORD Served(Fault kind, DWORD struck, const Call& call) {
   }
 }
 
-// Where the store keeps a printer's data.
+// Returns the store path of a printer's data.
 std::u16string DataPath(int64_t printer);
-// The registry key of a printer, whose name is one key even when it is that of a connection.
+// Returns the registry key of a printer. Backslashes of a connection's name become commas, as the
+// system writes them.
 std::u16string PrinterKey(std::u16string_view name);
 
-// The folder that a drive of a computer lies in; Z: is the host's root.
+// Returns the host folder of a drive; Z: is the host's root.
 std::filesystem::path DriveFolder(const std::filesystem::path& state, char16_t drive);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// What a computer is and its printers, as values in the store.
+// Settings and printers as values of the store.
 #include <algorithm>
 #include <concepts>
 #include <cstdlib>
@@ -13,25 +13,26 @@
 namespace platform {
 namespace {
 
-constexpr WCHAR kComputer[] = u"COMPUTER";  // what it is, the number of the printer made last
-constexpr WCHAR kFacts[] = u"facts";
+constexpr WCHAR kComputer[] = u"COMPUTER";  // settings, and the id of the newest printer
+constexpr WCHAR kSettings[] = u"facts";
 constexpr WCHAR kLastPrinter[] = u"printers";
 constexpr WCHAR kPrinters[] = u"PRINTERS";
 constexpr WCHAR kRecords[] = u"RECORDS";  // default records, by printer
 
-// What lies in one value, in its order there.
-auto PartsOf(auto& facts) {
-  return std::tie(facts.administrator, facts.executablePath, facts.os.major, facts.os.minor,
-                  facts.os.platformId, facts.os.productType, facts.os.servicePack,
-                  facts.os.verifies, facts.registryReadable, facts.registryWritable,
-                  facts.highContrast, facts.ansiPage, facts.codePage932, facts.hideExtensions);
+// The parts of a stored value, in their stored order.
+auto PartsOf(auto& settings) {
+  return std::tie(settings.administrator, settings.executablePath, settings.os.major,
+                  settings.os.minor, settings.os.platformId, settings.os.productType,
+                  settings.os.servicePack, settings.os.verifies, settings.registryReadable,
+                  settings.registryWritable, settings.highContrast, settings.ansiPage,
+                  settings.codePage932, settings.hideExtensions);
 }
 auto PrinterParts(auto& id, auto& setup) {
   return std::tie(id, setup.driverName, setup.portName, setup.printProcessor, setup.helpFile,
                   setup.dataFile, setup.attributes, setup.administer, setup.writable);
 }
 
-// A value of several parts is a text, numbers in digits, with a NUL behind each part.
+// A value of several parts is a text: each part, numbers as digits, followed by NUL.
 std::u16string TextOf(const std::u16string& part) { return part; }
 std::u16string TextOf(std::integral auto part) { return ToUtf16(std::to_string(part)); }
 void FromText(std::u16string& part, std::u16string text) { part = std::move(text); }
@@ -49,7 +50,7 @@ DataValue Packed(const Parts& parts) {
   return value;
 }
 
-// Missing parts stay as they are.
+// Parts that the value lacks stay unchanged.
 template <typename Parts>
 void Unpack(const DataValue& value, Parts parts) {
   std::u16string text(value.bytes.size() / sizeof(WCHAR), u'\0');
@@ -68,34 +69,35 @@ void Unpack(const DataValue& value, Parts parts) {
 
 std::u16string DataPath(int64_t printer) { return u"DATA\\" + TextOf(printer); }
 
-std::shared_ptr<const Known> Machine::Impl::ReadKnown() {
-  const uint64_t state = store.State();
+std::shared_ptr<const CachedState> Machine::Impl::ReadState() {
+  const uint64_t version = store.Version();
   {
     const std::lock_guard lock(mutex);
-    if (known != nullptr && known->state == state) return known;
+    if (cached != nullptr && cached->version == version) return cached;
   }
-  auto read = std::make_shared<Known>();
-  read->state = state;
-  if (const auto facts = store.Get(kComputer, kFacts)) Unpack(*facts, PartsOf(read->facts));
+  auto read = std::make_shared<CachedState>();
+  read->version = version;
+  if (const auto settings = store.Get(kComputer, kSettings))
+    Unpack(*settings, PartsOf(read->settings));
   for (const auto& [folded, row] : store.All(kPrinters)) {
     StoredPrinter& printer = read->printers[folded];
     printer.setup.name = row.name;
     Unpack(row.data, PrinterParts(printer.id, printer.setup));
   }
   const std::lock_guard lock(mutex);
-  return known = read;
+  return cached = read;
 }
 
-void Machine::Impl::ChangeFacts(const std::function<void(Facts&)>& change) {
-  store.Together([&] {
-    Facts facts = ReadKnown()->facts;
-    change(facts);
-    store.Put(kComputer, kFacts, Packed(PartsOf(facts)));
+void Machine::Impl::ChangeSettings(const std::function<void(MachineSettings&)>& change) {
+  store.Transaction([&] {
+    MachineSettings settings = ReadState()->settings;
+    change(settings);
+    store.Put(kComputer, kSettings, Packed(PartsOf(settings)));
   });
 }
 
 std::shared_ptr<const StoredPrinter> Machine::Impl::FindPrinter(std::u16string_view name) {
-  const auto all = ReadKnown();
+  const auto all = ReadState();
   const auto found = all->printers.find(FoldCase(name));
   if (found == all->printers.end()) return nullptr;
   return {all, &found->second};
@@ -106,7 +108,6 @@ std::shared_ptr<const StoredPrinter> Machine::Impl::FindPrinter(const PrinterHan
   return printer != nullptr && printer->id == handle.id ? printer : nullptr;
 }
 
-// Removes a printer with its data and default record.
 bool Machine::Impl::DropPrinter(std::u16string_view name) {
   const auto printer = FindPrinter(name);
   if (!printer) return false;
@@ -116,66 +117,70 @@ bool Machine::Impl::DropPrinter(std::u16string_view name) {
   return true;
 }
 
-void Machine::Together(const std::function<void()>& body) { impl_->store.Together(body); }
+void Machine::Transaction(const std::function<void()>& body) { impl_->store.Transaction(body); }
 
 void Machine::RequireWritable() {
-  impl_->ChangeFacts([](Facts&) {});
+  impl_->ChangeSettings([](MachineSettings&) {});
 }
 
-OsVersion Machine::os() const { return impl_->ReadKnown()->facts.os; }
+OsVersion Machine::os() const { return impl_->ReadState()->settings.os; }
 void Machine::SetOs(const OsVersion& os) {
-  impl_->ChangeFacts([&os](Facts& facts) { facts.os = os; });
+  impl_->ChangeSettings([&os](MachineSettings& settings) { settings.os = os; });
 }
 
-bool Machine::administrator() const { return impl_->ReadKnown()->facts.administrator; }
+bool Machine::administrator() const { return impl_->ReadState()->settings.administrator; }
 void Machine::SetAdministrator(bool yes) {
-  impl_->ChangeFacts([yes](Facts& facts) { facts.administrator = yes; });
+  impl_->ChangeSettings([yes](MachineSettings& settings) { settings.administrator = yes; });
 }
 
-bool Machine::highContrast() const { return impl_->ReadKnown()->facts.highContrast; }
+bool Machine::highContrast() const { return impl_->ReadState()->settings.highContrast; }
 void Machine::SetHighContrast(bool yes) {
-  impl_->ChangeFacts([yes](Facts& facts) { facts.highContrast = yes; });
+  impl_->ChangeSettings([yes](MachineSettings& settings) { settings.highContrast = yes; });
 }
 
-void Machine::Impl::LearnCodePages() {
-  const Facts facts = ReadKnown()->facts;
-  ansiPage = CodePage::Find(facts.ansiPage) != nullptr ? facts.ansiPage : Facts().ansiPage;
-  codePage932 = facts.codePage932;
+void Machine::Impl::LoadCodePages() {
+  const MachineSettings settings = ReadState()->settings;
+  ansiPage =
+      CodePage::Find(settings.ansiPage) != nullptr ? settings.ansiPage : MachineSettings().ansiPage;
+  codePage932 = settings.codePage932;
   // A file that was read under another page is read anew.
   const std::lock_guard lock(profiles.mutex);
   profiles.Forget();
 }
 
-UINT Machine::ansiPage() const { return impl_->ReadKnown()->facts.ansiPage; }
+UINT Machine::ansiPage() const { return impl_->ReadState()->settings.ansiPage; }
 void Machine::SetAnsiPage(UINT page) {
   if (CodePage::Find(page) == nullptr) throw std::invalid_argument("no such code page");
-  impl_->ChangeFacts([page](Facts& facts) { facts.ansiPage = page; });
-  impl_->LearnCodePages();
+  impl_->ChangeSettings([page](MachineSettings& settings) { settings.ansiPage = page; });
+  impl_->LoadCodePages();
 }
 bool Machine::codePage932() const {
-  const auto known = impl_->ReadKnown();
-  return known->facts.codePage932 || known->facts.ansiPage == 932;
+  const auto state = impl_->ReadState();
+  return state->settings.codePage932 || state->settings.ansiPage == 932;
 }
 void Machine::SetCodePage932(bool installed) {
-  impl_->ChangeFacts([installed](Facts& facts) { facts.codePage932 = installed; });
-  impl_->LearnCodePages();
+  impl_->ChangeSettings(
+      [installed](MachineSettings& settings) { settings.codePage932 = installed; });
+  impl_->LoadCodePages();
 }
 
-bool Machine::hidesExtensions() const { return impl_->ReadKnown()->facts.hideExtensions; }
+bool Machine::hidesExtensions() const { return impl_->ReadState()->settings.hideExtensions; }
 void Machine::SetHidesExtensions(bool yes) {
-  impl_->ChangeFacts([yes](Facts& facts) { facts.hideExtensions = yes; });
+  impl_->ChangeSettings([yes](MachineSettings& settings) { settings.hideExtensions = yes; });
 }
 
-std::u16string Machine::executablePath() const { return impl_->ReadKnown()->facts.executablePath; }
+std::u16string Machine::executablePath() const {
+  return impl_->ReadState()->settings.executablePath;
+}
 void Machine::SetExecutablePath(std::u16string path) {
-  impl_->ChangeFacts([&path](Facts& facts) { facts.executablePath = path; });
+  impl_->ChangeSettings([&path](MachineSettings& settings) { settings.executablePath = path; });
 }
 
 void Machine::AddPrinter(const PrinterSetup& setup) {
   Store& store = impl_->store;
-  store.Together([&] {
+  store.Transaction([&] {
     impl_->DropPrinter(setup.name);
-    int64_t id = 0;  // never given twice
+    int64_t id = 0;  // never reused
     if (const auto last = store.Get(kComputer, kLastPrinter)) Unpack(*last, std::tie(id));
     ++id;
     store.Put(kComputer, kLastPrinter, Packed(std::tie(id)));
@@ -185,7 +190,7 @@ void Machine::AddPrinter(const PrinterSetup& setup) {
 
 bool Machine::RemovePrinter(std::u16string_view name) {
   bool removed = false;
-  Together([&] {
+  Transaction([&] {
     removed = impl_->DropPrinter(name);
     if (removed) RemoveRegistryKey(PrinterKey(name));
   });
@@ -194,8 +199,8 @@ bool Machine::RemovePrinter(std::u16string_view name) {
 
 std::vector<PrinterSetup> Machine::Printers() const {
   std::map<int64_t, PrinterSetup> byId;
-  const auto known = impl_->ReadKnown();
-  for (const auto& [folded, printer] : known->printers) {
+  const auto state = impl_->ReadState();
+  for (const auto& [folded, printer] : state->printers) {
     byId[printer.id] = printer.setup;
   }
   std::vector<PrinterSetup> printers;
@@ -210,7 +215,7 @@ std::optional<PrinterSetup> Machine::FindPrinter(std::u16string_view name) const
 }
 
 void Machine::SetPermission(std::u16string_view name, bool administer, bool writable) {
-  Together([&] {
+  Transaction([&] {
     const auto found = impl_->FindPrinter(name);
     if (found == nullptr) return;
     StoredPrinter printer = *found;
@@ -222,7 +227,7 @@ void Machine::SetPermission(std::u16string_view name, bool administer, bool writ
 }
 
 void Machine::SetDefaultRecord(std::u16string_view name, const std::vector<std::byte>& record) {
-  Together([&] {
+  Transaction([&] {
     if (!FindPrinter(name)) throw std::runtime_error("the printer is not installed any more");
     impl_->store.Put(kRecords, name, {0, record});
   });
@@ -234,7 +239,7 @@ std::vector<std::byte> Machine::DefaultRecord(std::u16string_view name) const {
 }
 
 void Machine::SetData(std::u16string_view printer, std::u16string_view value, DataValue data) {
-  Together([&] {
+  Transaction([&] {
     const auto found = impl_->FindPrinter(printer);
     if (found) impl_->store.Put(DataPath(found->id), value, std::move(data));
   });

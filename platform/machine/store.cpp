@@ -11,35 +11,35 @@ Store::Store(const std::filesystem::path& file, Faults& faults)
   Refresh();
 }
 
-// Reads what others have written meanwhile.
+// Reads the values again when another process has written some.
 void Store::Refresh() {
-  if (database_ == nullptr || together_) return;
+  if (database_ == nullptr || inTransaction_) return;
   const int64_t version = database_->Version();
   if (version == version_) return;
   rows_ = database_->Load();
   version_ = version;
-  ++state_;
+  ++storeVersion_;
 }
 
-void Store::Together(const std::function<void()>& body) {
+void Store::Transaction(const std::function<void()>& body) {
   const std::lock_guard lock(mutex_);
-  if (together_) return body();  // a part of the outer one
+  if (inTransaction_) return body();
   if (database_ != nullptr) database_->Begin();
   try {
     Refresh();
-    together_ = true;
+    inTransaction_ = true;
     body();
     if (!failure_.empty()) throw std::runtime_error(failure_);
     if (database_ != nullptr) database_->Commit();
   } catch (...) {
     if (database_ != nullptr) database_->Rollback();
     Undo();
-    together_ = false;
+    inTransaction_ = false;
     failure_.clear();
     throw;
   }
   changes_.clear();
-  together_ = false;
+  inTransaction_ = false;
 }
 
 void Store::Undo() {
@@ -48,26 +48,26 @@ void Store::Undo() {
     rows_.erase(last.key);
     if (last.before) rows_[last.key] = std::move(*last.before);
   }
-  ++state_;
+  ++storeVersion_;
 }
 
-// Writes a value, or removes it.
+// Writes a value; removes it when there is no row.
 void Store::Set(const RowKey& key, std::optional<Row> row) {
   try {
-    // What has failed in its beginning is not continued: SQLite may have undone that by itself.
+    // After a failure the transaction writes nothing more: SQLite may have rolled it back.
     if (!failure_.empty()) throw std::runtime_error(failure_);
-    if (faults_.Strike(Fault::kStore)) throw std::runtime_error("the disk is full");
+    if (faults_.ShouldFail(Fault::kStore)) throw std::runtime_error("the disk is full");
     if (database_ != nullptr) database_->Set(key, row);
   } catch (const std::runtime_error& failure) {
-    if (together_) failure_ = failure.what();
+    if (inTransaction_) failure_ = failure.what();
     throw;
   }
   const auto old = rows_.extract(key);
-  if (together_) {
+  if (inTransaction_) {
     changes_.push_back({key, old ? std::optional(std::move(old.mapped())) : std::nullopt});
   }
   if (row) rows_[key] = std::move(*row);
-  ++state_;
+  ++storeVersion_;
 }
 
 std::optional<DataValue> Store::Get(std::u16string_view path, std::u16string_view name) {
@@ -103,15 +103,15 @@ bool Store::Remove(std::u16string_view path, std::u16string_view name) {
 }
 
 void Store::RemoveAll(std::u16string_view path) {
-  Together([&] {
+  Transaction([&] {
     for (const auto& [name, row] : All(path)) Set({FoldCase(path), name}, std::nullopt);
   });
 }
 
-uint64_t Store::State() {
+uint64_t Store::Version() {
   const std::lock_guard lock(mutex_);
   Refresh();
-  return state_;
+  return storeVersion_;
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
-// What a computer keeps: values by path and name, letter case ignored. Those of a state directory
-// lie in its database as well: another process reads the old or the new value and a killed one
-// loses nothing kept. Failures of the database throw std::runtime_error.
+// The persistent values of a computer, by path and name; letter case is ignored. With a state
+// directory they are stored in its database: another process reads the old or the new value, and a
+// killed process loses no committed value. Functions throw std::runtime_error when the database
+// fails.
 #pragma once
 
 #include <functional>
@@ -12,28 +13,29 @@
 #include <vector>
 
 #include "platform/machine/database.h"
-#include "platform/machine/machine.h"
+#include "platform/machine/faults.h"
 
 namespace platform {
 
 class Store {
  public:
-  // An empty path keeps everything in memory. A fault strikes writes.
+  // Stores the values in memory when the path is empty. Fault::kStore applies to writes.
   Store(const std::filesystem::path& file, Faults& faults);
 
-  // Keeps all that the body writes, or nothing when it throws or a write in it failed, which is
-  // thrown then. Others read what was and wait with their writes.
-  void Together(const std::function<void()>& body);
+  // Commits all writes of `body`, or none when `body` throws or one of its writes failed, which is
+  // thrown at the end. Concurrent readers see the old values; concurrent writers block. A nested
+  // transaction is part of the outer one.
+  void Transaction(const std::function<void()>& body);
 
   std::optional<DataValue> Get(std::u16string_view path, std::u16string_view name);
-  // All values of a path, by their folded names.
+  // Returns all values of a path by their folded names.
   std::map<std::u16string, Row> All(std::u16string_view path);
   void Put(std::u16string_view path, std::u16string_view name, DataValue data);
-  // Whether there was such a value.
+  // Returns true when the value existed.
   bool Remove(std::u16string_view path, std::u16string_view name);
   void RemoveAll(std::u16string_view path);
-  // A number that is another one after every change.
-  uint64_t State();
+  // Returns a number that changes with every write, by any process.
+  uint64_t Version();
 
  private:
   struct Change {
@@ -46,13 +48,13 @@ class Store {
 
   std::recursive_mutex mutex_;  // one connection, one caller at a time
   Faults& faults_;
-  std::unique_ptr<Database> database_;  // null: in memory alone
-  int64_t version_ = -1;                // of the database when it was read
+  std::unique_ptr<Database> database_;  // null: in memory only
+  int64_t version_ = -1;                // of the database that rows_ was read from
   Rows rows_;
-  uint64_t state_ = 0;
-  bool together_ = false;
-  std::vector<Change> changes_;  // of what is done together
-  std::string failure_;          // the first one of what is done together
+  uint64_t storeVersion_ = 0;
+  bool inTransaction_ = false;
+  std::vector<Change> changes_;  // of the transaction, for its undo
+  std::string failure_;          // the first one of the transaction
 };
 
 }  // namespace platform

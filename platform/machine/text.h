@@ -1,8 +1,7 @@
-// Texts of the stand-in: UTF-8 and UTF-16, letter case, code page 932. Other code pages are in
-// platform/machine/code_page.h.
+// UTF-8 and UTF-16, letter case, and code page 932. Other code pages: platform/machine/code_page.h.
 #pragma once
 
-#include <windows.h>
+#include <windef.h>
 
 #include <optional>
 #include <string>
@@ -10,8 +9,8 @@
 
 namespace platform {
 
-// UTF-8 and back. Unpaired surrogates survive the way through UTF-8 and back (each as three bytes);
-// bytes that are no UTF-8 become U+FFFD.
+// Convert between UTF-8 and UTF-16. An unpaired surrogate is encoded as three bytes and decoded
+// from them; bytes that are not UTF-8 become U+FFFD.
 std::string ToUtf8(std::u16string_view text);
 std::u16string ToUtf16(std::string_view utf8);
 // Removes the first code point from a text that is not empty and returns it. Returns nothing, and
@@ -19,19 +18,19 @@ std::u16string ToUtf16(std::string_view utf8);
 // none. An unpaired surrogate is accepted.
 std::optional<char32_t> TakeCodePoint(std::string_view& utf8);
 
-// One unit in the upper case of its script (Latin, Greek, Cyrillic, full-width Latin).
+// Converts a unit to upper case (Latin, Greek, Cyrillic, full-width Latin).
 WCHAR FoldUnit(WCHAR unit);
 std::u16string FoldCase(std::u16string_view text);
 bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b);
 
-// Code page 932. A unit without a form of its own becomes "?" (*lossless false); bytes without a
-// meaning become U+30FB.
+// Convert between code page 932 and UTF-16. A unit that the page lacks becomes "?" and sets
+// *lossless to false; bytes that the page leaves undefined become U+30FB.
 std::string ToCp932(std::u16string_view text, bool* lossless = nullptr);
 std::u16string FromCp932(std::string_view bytes);
 
-// A terminated text; empty for NULL.
+// Views a terminated text; empty for NULL.
 std::u16string_view View(LPCWSTR text);
-// Copies at most size - 1 units and terminates; nothing for a size of 0.
+// Copies at most size - 1 units and a terminator; copies nothing when size is 0.
 void CopyTerminated(std::u16string_view text, LPWSTR out, size_t size);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// Up-downs, as the platform documentation's reference of the common controls gives them.
+// Up-down controls, as the platform documentation of the common controls declares them.
 #pragma once
 
 #ifndef _WINDOWS_

@@ -1,5 +1,5 @@
-// The Windows API as far as this product calls it; each included header bears the name that the SDK
-// gives it.
+// The part of the Windows API that this product calls. Each included header has the name that the SDK
+// uses.
 #pragma once
 
 #define _WINDOWS_

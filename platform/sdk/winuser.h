@@ -1,5 +1,5 @@
-// Windows, dialogs, controls and messages, as the platform documentation's reference of the window
-// manager gives them.
+// Windows, dialogs, controls and messages, as the platform documentation of the window manager
+// declares them.
 #pragma once
 
 #include <windef.h>
@@ -167,7 +167,7 @@ struct NMHDR {
 };
 static_assert(HasDocumentedSize<NMHDR>(12, 24));
 
-using LPCDLGTEMPLATEW = const struct DLGTEMPLATE*;  // nobody here looks into one
+using LPCDLGTEMPLATEW = const struct DLGTEMPLATE*;  // opaque here
 
 constexpr UINT SMTO_ABORTIFHUNG = 0x0002;
 

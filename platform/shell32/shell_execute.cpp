@@ -1,4 +1,4 @@
-// Documents and programs that the shell starts: Machine records the calls.
+// ShellExecuteW starts nothing: the computer records the call.
 #include <windows.h>
 #include <shellapi.h>
 

@@ -32,7 +32,7 @@ bool IsOwnerDrawn(const Window& window) {
                                             (window.style & SS_TYPEMASK) == SS_OWNERDRAW);
 }
 
-// A radio button that is checked is the stop of the Tab key in its group.
+// The checked radio button of a group is its tab stop.
 void SetCheck(Window& window, bool check) {
   if (!IsRadio(window) && !IsButton(window, BS_AUTOCHECKBOX)) return;
   if (IsRadio(window)) {
@@ -73,7 +73,7 @@ bool ClickControl(HWND handle) {
     return false;
   SetFocus(handle);
   MoveDefault(handle);
-  // Whoever lost the focus may have disabled or closed what was about to be pressed.
+  // The handler of the lost focus may have disabled or closed the button.
   if (window->destroying || !IsReachable(handle)) return true;
   Toggle(*window);
   NotifyCommand(*window, BN_CLICKED);

@@ -1,4 +1,4 @@
-// The desk: a person's actions on the window on top, and what can be seen of it.
+// The desk: user actions on the topmost window, and what is visible of it.
 #include "platform/machine/desk.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@ namespace platform {
 
 namespace {
 
-// As long as a person holds an arrow at most.
-constexpr int kMostSteps = 10000;
+// The longest that a user holds an arrow.
+constexpr int kMaxSpinSteps = 10000;
 
-// The control under an id, when it can be seen and acted on, in the window on top; else null.
+// Returns the control of the topmost window with an id; null when the user cannot see or use it.
 HWND Usable(int id) {
   const HWND control = ControlOf(ActiveTop(), id);
   const WindowPtr window = FindWindowOf(control);
@@ -28,7 +28,7 @@ SheetState* SheetOnTop() {
   return window && window->enabled() ? StateOf<SheetState>(*window) : nullptr;
 }
 
-// The edit under an id, in focus; null for one that cannot be written into.
+// Focuses the edit with an id and returns it; null when it cannot be edited.
 HWND EditAt(Desk& desk, int id) {
   const HWND edit = Usable(id);
   const WindowPtr window = FindWindowOf(edit);
@@ -37,8 +37,8 @@ HWND EditAt(Desk& desk, int id) {
   return desk.Focus(id) ? edit : nullptr;
 }
 
-// Painting waits for the fingers to rest. What takes the focus or opens a window above keeps the
-// rest of the text.
+// Types a text without painting between characters. Stops when the focus moves or another window
+// opens.
 bool TypeAll(HWND edit, std::u16string_view text) {
   const HWND top = ActiveTop();
   return std::all_of(text.begin(), text.end(), [&](char16_t character) {
@@ -53,7 +53,7 @@ Desk::~Desk() = default;
 
 void Desk::Attach(User* user) {
   manager_->user = user;
-  manager_->gone = false;
+  manager_->userLeft = false;
 }
 
 void Desk::SetBuddyReading(BuddyReading reading) { manager_->buddyReading = reading; }
@@ -74,7 +74,7 @@ bool Desk::Enter() { return PressEnter(Top()); }
 bool Desk::Escape() { return PressEscape(Top()); }
 bool Desk::AccessKey(char16_t letter) { return PressAccessKey(Top(), letter); }
 
-// A click outside an open list closes it before anything else happens.
+// A click outside an open list closes it first.
 bool Desk::Page(int index) {
   CloseFocusedList(false);
   return SheetOnTop() != nullptr && SheetOnTop()->Turn(index);
@@ -154,7 +154,7 @@ bool Desk::Select(int id, std::u16string_view item) {
 }
 
 bool Desk::Spin(int id, int steps) {
-  const int count = std::abs(std::clamp(steps, -kMostSteps, kMostSteps));
+  const int count = std::abs(std::clamp(steps, -kMaxSpinSteps, kMaxSpinSteps));
   for (int i = 0; i < count; ++i)
     if (!SpinBy(Usable(id), steps > 0)) return false;
   return true;
@@ -169,7 +169,7 @@ bool Desk::Close() {
   return true;
 }
 
-// The button takes the focus before it is pressed.
+// The button gets the focus before it is pressed.
 bool Desk::Press(SheetButton button) {
   if (SheetOnTop() != nullptr) SetFocus(nullptr);
   return SheetOnTop() != nullptr && SheetOnTop()->Press(button);

@@ -1,4 +1,4 @@
-// Snapshots of windows and controls, as the desk hands them out.
+// Snapshots of windows and controls for the desk.
 #include "platform/user32/manager.h"
 
 namespace platform {
@@ -65,7 +65,7 @@ ControlView ViewOf(const Window& window) {
   view.items = window.list.texts;
   view.selection = window.list.selected;
   view.open = window.list.open;
-  if (view.kind == ControlKind::kComboBox) view.text = Chosen(window.list);
+  if (view.kind == ControlKind::kComboBox) view.text = SelectedText(window.list);
   view.minimum = window.upDown.lower;
   view.maximum = window.upDown.upper;
   view.position = window.upDown.position;

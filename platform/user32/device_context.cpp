@@ -1,4 +1,4 @@
-// Device contexts of windows, and filling on any.
+// Device contexts of windows, and FillRect, which user32 exports.
 #include <utility>
 
 #include "platform/gdi32/gdi.h"

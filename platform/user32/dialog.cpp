@@ -1,4 +1,6 @@
-// Dialogs: made from templates, run modally, and what they do with messages their procedure leaves.
+// Dialogs: creation from templates, modal execution and default message handling.
+#include <winbase.h>
+
 #include <limits>
 
 #include "platform/loader/resource_table.h"
@@ -9,13 +11,13 @@ namespace platform {
 
 namespace {
 
-// These messages are answered by the dialog procedure's own value; for every other one a procedure
-// that handled it leaves its answer in DWLP_MSGRESULT (DialogProc).
-bool AnswersDirectly(UINT message) {
+// For these messages the procedure returns the result itself; for all others it returns TRUE and
+// stores the result in DWLP_MSGRESULT (DialogProc).
+bool ReturnsResultDirectly(UINT message) {
   return message == WM_INITDIALOG || message == WM_CTLCOLORSTATIC;
 }
 
-// The cancel button as the close box presses it, unless it is disabled.
+// Presses the cancel button, as the close box does, unless it is disabled.
 void PressCancel(const Window& window) {
   const HWND button = ChildWithId(window, IDCANCEL);
   if (button != nullptr && !IsWindowEnabled(button)) return;
@@ -28,7 +30,7 @@ LRESULT DialogWindowProc(const WindowPtr& window, UINT message, WPARAM wParam, L
   window->dialog->messageResult = 0;
   if (window->dialog->proc != nullptr) {
     const INT_PTR answer = window->dialog->proc(handle, message, wParam, lParam);
-    if (AnswersDirectly(message) && (answer != 0 || message == WM_INITDIALOG)) return answer;
+    if (ReturnsResultDirectly(message) && (answer != 0 || message == WM_INITDIALOG)) return answer;
     if (answer != 0) return window->dialog->messageResult;
   }
   switch (message) {
@@ -58,21 +60,21 @@ WindowPtr AddDialog(DLGPROC proc, DWORD style, std::u16string text, const RECT& 
   return window;
 }
 
-// A top-level window is shown once it is complete.
-void Own(Window& window, HWND owner) {
+// Makes the window top-level. It stays hidden until it is complete.
+void MakeTopLevel(Window& window, HWND owner) {
   window.style = (window.style | WS_POPUP) & ~WS_VISIBLE;
   window.owner = TopLevelOf(owner);
   Manager().tops.push_back(window.handle);
 }
 
-// A sheet takes its pages into use whatever their templates say.
-void Adopt(Window& window, Window& parent) {
+// Makes the window a page of a sheet, whatever its template says.
+void MakePage(Window& window, Window& parent) {
   window.style = (window.style | WS_CHILD) & ~(WS_VISIBLE | WS_POPUP | WS_DISABLED);
   window.parent = parent.handle;
   parent.children.push_back(window.handle);
 }
 
-// 0 for an owner that is no window, -1 for any other failure.
+// Returns 0 when the owner is no window, -1 for any other failure.
 INT_PTR RunDialog(DialogRequest request) {
   if (request.parent != nullptr && !FindWindowOf(request.parent)) {
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
@@ -95,11 +97,11 @@ HWND CreateDialogWindow(const DialogRequest& request) {
   if (!window) return nullptr;
   const HWND dialog = window->handle;
   if (request.page)
-    Adopt(*window, *FindWindowOf(request.parent));
+    MakePage(*window, *FindWindowOf(request.parent));
   else
-    Own(*window, request.parent);
+    MakeTopLevel(*window, request.parent);
   if (!CreateControls(*window, form.items)) {
-    window->dialog->proc = nullptr;  // it hears of nothing
+    window->dialog->proc = nullptr;  // it gets no message
     Destroy(dialog);
     return nullptr;
   }
@@ -117,9 +119,9 @@ HWND CreateTopWindow(TopWindowRequest request) {
       AddDialog(request.proc, WS_CAPTION | WS_SYSMENU, std::move(request.title),
                 {0, 0, request.width, request.height});
   if (!window) return nullptr;
-  Own(*window, request.owner);
+  MakeTopLevel(*window, request.owner);
   window->viewKind = request.kind;
-  if (!CreateControls(*window, request.parts)) {
+  if (!CreateControls(*window, request.controls)) {
     Destroy(window->handle);
     return nullptr;
   }
@@ -138,7 +140,7 @@ INT_PTR WINAPI DialogBoxParamW(HINSTANCE instance, LPCWSTR name, HWND owner, DLG
   return platform::RunDialog({instance, dialog.data(), dialog.size(), owner, proc, param});
 }
 
-// The caller vouches for a template in memory: the structure carries no size of its own.
+// A template in memory has no size, so that the caller must pass a valid one.
 INT_PTR WINAPI DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialog, HWND owner,
                                        DLGPROC proc, LPARAM param) {
   return platform::RunDialog(

@@ -1,4 +1,6 @@
-// The controls of a dialog by id: texts, numbers, checks, and the order of the Tab key.
+// The controls of a dialog by id: texts, checks and the tab order.
+#include <winbase.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>

@@ -9,7 +9,7 @@ namespace {
 
 constexpr WORD kOrdinalMark = 0xFFFF;
 
-// A name or an ordinal.
+// A name, or an ordinal.
 struct Name {
   std::u16string text;
   WORD ordinal = 0;
@@ -20,7 +20,7 @@ class Reader {
   Reader(const void* data, size_t size) : data_(static_cast<const BYTE*>(data)), size_(size) {}
 
   template <typename T>
-  T Take() {
+  T Read() {
     T value = {};
     if (sizeof(T) > size_ - at_) {
       ok_ = false;
@@ -32,21 +32,21 @@ class Reader {
     return value;
   }
 
-  // Empty for 0x0000, an ordinal behind 0xFFFF, else a terminated text.
-  Name TakeName() {
+  // Reads a name: 0x0000 is empty, 0xFFFF precedes an ordinal, anything else is a terminated text.
+  Name ReadName() {
     Name name;
-    WORD unit = Take<WORD>();
+    WORD unit = Read<WORD>();
     if (unit == kOrdinalMark) {
-      name.ordinal = Take<WORD>();
+      name.ordinal = Read<WORD>();
       return name;
     }
-    for (; unit != 0 && ok_; unit = Take<WORD>()) name.text.push_back(static_cast<char16_t>(unit));
+    for (; unit != 0 && ok_; unit = Read<WORD>()) name.text.push_back(static_cast<char16_t>(unit));
     return name;
   }
 
-  // A place in dialog units: half as many pixels more, rounded half up.
-  RECT TakePlace() {
-    const auto pixels = [this] { return (Take<SHORT>() * 3 + 1) >> 1; };
+  // Reads a rectangle and converts dialog units to pixels (1.5 each, rounded half up).
+  RECT ReadPlace() {
+    const auto pixels = [this] { return (Read<SHORT>() * 3 + 1) >> 1; };
     const LONG left = pixels(), top = pixels(), width = pixels(), height = pixels();
     return {left, top, left + width, top + height};
   }
@@ -65,18 +65,18 @@ class Reader {
   bool ok_ = true;
 };
 
-ControlRequest TakeItem(Reader& reader) {
+ControlRequest ReadItem(Reader& reader) {
   ControlRequest item;
   reader.AlignToDword();
   reader.Skip(2 * sizeof(DWORD));  // help id, extended style
-  item.style = reader.Take<DWORD>();
-  item.rect = reader.TakePlace();
-  item.id = static_cast<int>(reader.Take<DWORD>());
-  const Name windowClass = reader.TakeName();
+  item.style = reader.Read<DWORD>();
+  item.rect = reader.ReadPlace();
+  item.id = static_cast<int>(reader.Read<DWORD>());
+  const Name windowClass = reader.ReadName();
   item.className = windowClass.text;
   item.classAtom = windowClass.ordinal;
-  item.text = reader.TakeName().text;
-  reader.Skip(reader.Take<WORD>());  // creation data
+  item.text = reader.ReadName().text;
+  reader.Skip(reader.Read<WORD>());  // creation data
   return item;
 }
 
@@ -85,19 +85,19 @@ ControlRequest TakeItem(Reader& reader) {
 bool ParseDialogTemplate(const void* data, size_t size, DialogTemplate& out) {
   if (data == nullptr) return false;
   Reader reader(data, size);
-  if (reader.Take<WORD>() != 1 || reader.Take<WORD>() != kOrdinalMark) return false;
+  if (reader.Read<WORD>() != 1 || reader.Read<WORD>() != kOrdinalMark) return false;
   reader.Skip(2 * sizeof(DWORD));  // help id, extended style
-  out.style = reader.Take<DWORD>();
-  const WORD count = reader.Take<WORD>();
-  out.rect = reader.TakePlace();
-  reader.TakeName();  // menu
-  reader.TakeName();  // class
-  out.caption = reader.TakeName().text;
+  out.style = reader.Read<DWORD>();
+  const WORD count = reader.Read<WORD>();
+  out.rect = reader.ReadPlace();
+  reader.ReadName();  // menu
+  reader.ReadName();  // class
+  out.caption = reader.ReadName().text;
   if ((out.style & DS_SETFONT) != 0) {
     reader.Skip(3 * sizeof(WORD));  // points, weight, italic and character set
-    reader.TakeName();              // face
+    reader.ReadName();              // face
   }
-  for (WORD i = 0; i < count && reader.ok(); ++i) out.items.push_back(TakeItem(reader));
+  for (WORD i = 0; i < count && reader.ok(); ++i) out.items.push_back(ReadItem(reader));
   return reader.ok();
 }
 

@@ -1,7 +1,7 @@
-// Dialog templates as the resource compiler writes them, read into plain data.
+// Parses compiled dialog templates.
 #pragma once
 
-#include <windows.h>
+#include <winuser.h>
 
 #include "platform/user32/window.h"
 
@@ -14,8 +14,8 @@ struct DialogTemplate {
   std::vector<ControlRequest> items;
 };
 
-// Reads an extended template of size bytes (DLGTEMPLATEEX); false when it is of the older form,
-// damaged or ends early.
+// Parses an extended template (DLGTEMPLATEEX) of `size` bytes. Returns false when it is of the
+// older form, damaged or truncated.
 bool ParseDialogTemplate(const void* data, size_t size, DialogTemplate& out);
 
 }  // namespace platform

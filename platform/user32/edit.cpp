@@ -7,9 +7,9 @@ namespace platform {
 
 namespace {
 
-constexpr size_t kNoLimit = 0x7FFFFFFE;  // what EM_LIMITTEXT makes of 0
+constexpr size_t kNoLimit = 0x7FFFFFFE;  // the limit that EM_LIMITTEXT sets for 0
 
-// -1 as the end is that of the text, as the start it removes the selection (EM_SETSEL).
+// An end of -1 means the end of the text; a start of -1 removes the selection (EM_SETSEL).
 void Select(Window& window, INT start, INT end) {
   EditData& state = window.edit;
   const size_t length = window.text.size();
@@ -25,8 +25,8 @@ void Change(const WindowPtr& window) {
   if (!window->destroying) NotifyCommand(*window, EN_CHANGE);
 }
 
-// Puts a text in place of the selection, as much of it as the limit leaves room for. Nothing is
-// notified when nothing changes.
+// Replaces the selection with a text, truncated to the limit. Sends no notification when nothing
+// changes.
 void Insert(const WindowPtr& window, std::u16string_view text) {
   EditData& state = window->edit;
   const size_t kept = window->text.size() - (state.to - state.from);
@@ -37,7 +37,7 @@ void Insert(const WindowPtr& window, std::u16string_view text) {
   Change(window);
 }
 
-// The edit that a person's keys reach; null for one that cannot be written into.
+// Returns the edit that accepts keys; null when it is read-only, hidden or disabled.
 WindowPtr Writable(HWND edit) {
   const WindowPtr window = FindWindowOf(edit);
   const bool can = window && window->windowClass == WindowClass::kEdit && IsShown(edit) &&

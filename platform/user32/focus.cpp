@@ -1,12 +1,14 @@
-// Which window has the keyboard. The window that loses it hears of it first, and by then GetFocus
-// already answers the one that gains it.
+// The keyboard focus. The window that loses the focus is notified first; GetFocus already returns
+// the new one then.
+#include <winbase.h>
+
 #include "platform/user32/manager.h"
 
 namespace platform {
 
 namespace {
 
-// Moves the focus between windows of the active top-level window; null takes it away.
+// Moves the focus within the active top-level window; null removes it.
 HWND MoveFocus(HWND to) {
   WindowManager& manager = Manager();
   const HWND from = manager.focus;
@@ -19,7 +21,7 @@ HWND MoveFocus(HWND to) {
   return from;
 }
 
-// Makes a top-level window active without moving the focus into it.
+// Activates a top-level window without moving the focus into it.
 void ChangeActive(HWND top) {
   WindowManager& manager = Manager();
   const HWND left = manager.active;

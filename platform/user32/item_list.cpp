@@ -1,5 +1,5 @@
-// List boxes and combo boxes. Messages choose without notifying anybody; a person's choice
-// notifies.
+// List boxes and combo boxes. A selection by message sends no notification; a selection by the user
+// does.
 #include <algorithm>
 #include <utility>
 
@@ -16,7 +16,8 @@ bool IsList(const Window& window) {
   return IsCombo(window) || window.windowClass == WindowClass::kListBox;
 }
 
-// Before an index, or at the end for -1 (nothing happens for one behind it); answers where.
+// Inserts a text before an index, or at the end for -1. Returns the index, or CB_ERR when it is
+// beyond the end.
 LRESULT Insert(ListData& list, INT index, LPARAM text) {
   if (index > Count(list)) return CB_ERR;
   if (index < 0) index = Count(list);
@@ -25,7 +26,7 @@ LRESULT Insert(ListData& list, INT index, LPARAM text) {
   return index;
 }
 
-LRESULT Choose(ListData& list, WPARAM index) {
+LRESULT SetSelection(ListData& list, WPARAM index) {
   list.selected = index < list.texts.size() ? static_cast<int>(index) : -1;
   return list.selected;
 }
@@ -36,7 +37,7 @@ LRESULT Clear(ListData& list) {
   return 0;
 }
 
-// The dialog may fill the list in CBN_DROPDOWN.
+// The dialog may fill the list during CBN_DROPDOWN.
 void Open(const WindowPtr& window) {
   ListData& list = window->list;
   list.open = true;
@@ -44,20 +45,20 @@ void Open(const WindowPtr& window) {
   list.openedWith = list.selected;
 }
 
-// Closes an open list. Without accept the selection is again the one that the list was opened with;
-// no CBN_SELCHANGE says so.
+// Closes an open list. Without `accept` the selection at opening is restored, without
+// CBN_SELCHANGE.
 void Close(const WindowPtr& window, bool accept) {
   ListData& list = window->list;
   if (!std::exchange(list.open, false)) return;
   NotifyCommand(*window, accept ? CBN_SELENDOK : CBN_SELENDCANCEL);
   if (window->destroying) return;
-  if (!accept) Choose(list, static_cast<WPARAM>(list.openedWith));
+  if (!accept) SetSelection(list, static_cast<WPARAM>(list.openedWith));
   NotifyCommand(*window, CBN_CLOSEUP);
 }
 
 }  // namespace
 
-std::u16string Chosen(const ListData& list) {
+std::u16string SelectedText(const ListData& list) {
   return list.selected < 0 ? std::u16string() : list.texts[static_cast<size_t>(list.selected)];
 }
 
@@ -78,8 +79,9 @@ bool CloseFocusedList(bool accept) {
   return true;
 }
 
-// A combo box's list is opened before a choice by mouse and closed after it; a choice beyond the
-// last entry cancels. A key chooses in the open list, which stays open, or in the closed one.
+// A selection by mouse opens the list of a combo box before and closes it after; a selection beyond
+// the last entry cancels. A selection by key changes an open or a closed list without opening or
+// closing it.
 bool PickItem(HWND handle, int index, bool byKey) {
   const WindowPtr window = FindWindowOf(handle);
   if (!window || !IsList(*window) || index < 0 || !IsShown(handle) || !IsReachable(handle))
@@ -90,13 +92,13 @@ bool PickItem(HWND handle, int index, bool byKey) {
   const bool combo = IsCombo(*window);
   if (combo && !byKey && !list.open) Open(window);
   if (window->destroying) return false;
-  const bool good = index < Count(list);
-  const bool other = list.selected != index;
-  if (good) Choose(list, static_cast<WPARAM>(index));
-  if (combo && !byKey) Close(window, good);
-  if (combo && byKey && !list.open && good && other) NotifyCommand(*window, CBN_SELENDOK);
-  if (!good || window->destroying) return good;
-  if (combo ? other : (window->style & LBS_NOTIFY) != 0)
+  const bool exists = index < Count(list);
+  const bool changes = list.selected != index;
+  if (exists) SetSelection(list, static_cast<WPARAM>(index));
+  if (combo && !byKey) Close(window, exists);
+  if (combo && byKey && !list.open && exists && changes) NotifyCommand(*window, CBN_SELENDOK);
+  if (!exists || window->destroying) return exists;
+  if (combo ? changes : (window->style & LBS_NOTIFY) != 0)
     NotifyCommand(*window, combo ? CBN_SELCHANGE : LBN_SELCHANGE);
   return true;
 }
@@ -113,11 +115,11 @@ LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARA
     case CB_GETCURSEL:
       return list.selected;
     case CB_SETCURSEL:
-      return Choose(list, wParam);
-    case WM_GETTEXT:  // the selection's
-      return CopyOut(Chosen(list), wParam, lParam);
+      return SetSelection(list, wParam);
+    case WM_GETTEXT:  // the text of the selection
+      return CopyText(SelectedText(list), wParam, lParam);
     case WM_SETTEXT:
-      return CB_ERR;  // a list alone takes no text
+      return CB_ERR;  // a drop-down list has no text of its own
     case WM_SETFOCUS:
       NotifyCommand(*window, CBN_SETFOCUS);
       return 0;
@@ -140,7 +142,7 @@ LRESULT ListBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM
     case LB_GETCURSEL:
       return list.selected;
     case LB_SETCURSEL:
-      return Choose(list, wParam);
+      return SetSelection(list, wParam);
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       if ((window->style & LBS_NOTIFY) != 0)

@@ -1,4 +1,4 @@
-// The keys that a dialog itself acts on: Tab, Enter, Esc, access keys, arrows.
+// Keys that a dialog handles itself: Tab, Enter, Esc, access keys and arrows.
 #include <algorithm>
 
 #include "platform/user32/manager.h"
@@ -7,15 +7,17 @@ namespace platform {
 
 namespace {
 
-// Keys go to the window in focus: while that one is disabled they reach nobody.
-bool TakesKeys(HWND top) {
+// Returns true when keys have an effect: they go to the focused window, and have none while it is
+// disabled.
+bool AcceptsKeys(HWND top) {
   const HWND focus = GetFocus();
   return FindWindowOf(top) && IsReachable(top) && IsShown(top) &&
          (!IsDescendant(top, focus) || IsReachable(focus));
 }
 
-// Presses a button by id where it stands; without such a button the dialog gets its command.
-bool PressId(HWND dialog, int id) {
+// Presses a button by id without moving the focus. Without such a button, the dialog gets the
+// command.
+bool PressButton(HWND dialog, int id) {
   const HWND button = GetDlgItem(dialog, id);
   if (button != nullptr && !IsReachable(button)) return false;
   SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
@@ -24,7 +26,7 @@ bool PressId(HWND dialog, int id) {
 
 char16_t Upper(char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c; }
 
-// The letter behind a single "&"; 0 when there is none. "&&" shows an ampersand.
+// Returns the letter after a single "&"; 0 when there is none. "&&" displays an ampersand.
 char16_t AccessLetter(const Window& window) {
   if (window.windowClass != WindowClass::kButton && window.windowClass != WindowClass::kStatic) {
     return 0;
@@ -39,14 +41,14 @@ char16_t AccessLetter(const Window& window) {
   return 0;
 }
 
-// A label's letter leads to the next stop behind it.
-bool FollowLabel(HWND top, HWND label) {
+// The access key of a label focuses the next control in tab order.
+bool FocusAfterLabel(HWND top, HWND label) {
   const HWND next = NextStop(top, label, false);
   FocusInDialog(next);
   return next != nullptr;
 }
 
-// To the next radio button of a group that can be used, around its end.
+// Selects the next usable radio button of a group, wrapping around.
 bool MoveInGroup(const Window& radio, bool back) {
   std::vector<HWND> group = GroupOf(radio);
   if (back) std::reverse(group.begin(), group.end());
@@ -61,7 +63,7 @@ bool MoveInGroup(const Window& radio, bool back) {
 }  // namespace
 
 bool PressTab(HWND top, bool back) {
-  if (!TakesKeys(top)) return false;
+  if (!AcceptsKeys(top)) return false;
   const HWND next = NextStop(top, GetFocus(), back);
   if (next == nullptr) return false;
   FocusInDialog(next);
@@ -69,27 +71,27 @@ bool PressTab(HWND top, bool back) {
 }
 
 bool PressEnter(HWND top) {
-  if (!TakesKeys(top)) return false;
+  if (!AcceptsKeys(top)) return false;
   if (CloseFocusedList(true)) return true;
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
   if (window && IsDescendant(top, focus) && IsDefaultButton(*window)) return ClickControl(focus);
   if (auto* sheet = StateOf<SheetState>(*FindWindowOf(top))) return sheet->Press(SheetButton::kOk);
   const int own = FindWindowOf(top)->dialog->defaultId;
-  return PressId(top, own != 0 ? own : IDOK);
+  return PressButton(top, own != 0 ? own : IDOK);
 }
 
 bool PressEscape(HWND top) {
-  if (!TakesKeys(top)) return false;
+  if (!AcceptsKeys(top)) return false;
   if (CloseFocusedList(false)) return true;
   if (auto* sheet = StateOf<SheetState>(*FindWindowOf(top))) {
     return sheet->Press(SheetButton::kCancel);
   }
-  return PressId(top, IDCANCEL);
+  return PressButton(top, IDCANCEL);
 }
 
 bool PressAccessKey(HWND top, char16_t letter) {
-  if (!TakesKeys(top)) return false;
+  if (!AcceptsKeys(top)) return false;
   const std::vector<HWND> order = ControlsInOrder(top);
   const auto focus = std::find(order.begin(), order.end(), GetFocus());
   const size_t start = focus == order.end() ? 0 : static_cast<size_t>(focus - order.begin()) + 1;
@@ -99,7 +101,7 @@ bool PressAccessKey(HWND top, char16_t letter) {
     if (!window || AccessLetter(*window) != Upper(letter) || !IsShown(control)) continue;
     const bool label =
         window->windowClass == WindowClass::kStatic || (window->style & BS_TYPEMASK) == BS_GROUPBOX;
-    if (label) return FollowLabel(top, control);
+    if (label) return FocusAfterLabel(top, control);
     if (IsReachable(control)) return ClickControl(control);
   }
   return false;
@@ -108,7 +110,7 @@ bool PressAccessKey(HWND top, char16_t letter) {
 bool PressKey(HWND top, int key) {
   const HWND focus = GetFocus();
   const WindowPtr window = FindWindowOf(focus);
-  if (!TakesKeys(top) || !window || !IsDescendant(top, focus)) return false;
+  if (!AcceptsKeys(top) || !window || !IsDescendant(top, focus)) return false;
   if (key == VK_F4) return DropList(focus);
   const bool up = key == VK_UP;
   switch (window->windowClass) {

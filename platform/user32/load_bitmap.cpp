@@ -11,16 +11,17 @@ namespace {
 
 constexpr int kLargestSide = 32767;
 
-// The head of a device-independent bitmap without its file header; false when it is damaged.
-bool ReadBitmapHead(const std::byte* data, size_t size, Bitmap& bitmap) {
-  BITMAPINFOHEADER head;
-  if (size < sizeof head) return false;
-  std::memcpy(&head, data, sizeof head);
-  if (head.biSize < sizeof head || head.biSize > size) return false;
-  if (head.biWidth <= 0 || head.biWidth > kLargestSide) return false;
-  if (head.biHeight == 0 || std::llabs(head.biHeight) > kLargestSide) return false;
-  bitmap.width = head.biWidth;
-  bitmap.height = std::abs(head.biHeight);
+// Reads the header of a device-independent bitmap without file header; returns false when it is
+// damaged.
+bool ReadBitmapHeader(const std::byte* data, size_t size, Bitmap& bitmap) {
+  BITMAPINFOHEADER header;
+  if (size < sizeof header) return false;
+  std::memcpy(&header, data, sizeof header);
+  if (header.biSize < sizeof header || header.biSize > size) return false;
+  if (header.biWidth <= 0 || header.biWidth > kLargestSide) return false;
+  if (header.biHeight == 0 || std::llabs(header.biHeight) > kLargestSide) return false;
+  bitmap.width = header.biWidth;
+  bitmap.height = std::abs(header.biHeight);
   return true;
 }
 
@@ -32,6 +33,6 @@ HBITMAP WINAPI LoadBitmapW(HINSTANCE instance, LPCWSTR name) {
   const auto data = FindResourceBytes(instance, kResourceBitmap, id);
   Bitmap bitmap;
   bitmap.resourceId = id;
-  if (!ReadBitmapHead(data.data(), data.size(), bitmap)) return nullptr;
-  return static_cast<HBITMAP>(AddMade(bitmap));
+  if (!ReadBitmapHeader(data.data(), data.size(), bitmap)) return nullptr;
+  return static_cast<HBITMAP>(AddObject(bitmap));
 }

@@ -5,7 +5,7 @@
 
 using namespace platform;
 
-// Strings lie in blocks of 16: each a count of units and the units.
+// Strings are stored in blocks of 16: for each a count of units and the units.
 int WINAPI LoadStringW(HINSTANCE instance, UINT id, LPWSTR buffer, int size) {
   if (buffer == nullptr || size <= 0) return 0;
   const Bytes block = FindResourceBytes(instance, kResourceString, static_cast<WORD>(id / 16 + 1));

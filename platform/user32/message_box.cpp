@@ -1,4 +1,6 @@
-// Message boxes: a modal window with a text and up to three buttons of fixed ids.
+// Message boxes: a modal window with a text and up to two buttons.
+#include <winbase.h>
+
 #include <algorithm>
 
 #include "platform/user32/manager.h"
@@ -11,8 +13,8 @@ constexpr size_t kHistoryLength = 100;
 
 struct BoxKind {
   UINT type;
-  int closed;     // what Esc and the close box answer; 0: they do nothing
-  int abandoned;  // what it answers when nobody is there
+  int closed;     // the result of Esc and the close box; 0: they do nothing
+  int cancelled;  // the result without a user
   struct {
     int id;
     const char16_t* text;
@@ -20,7 +22,7 @@ struct BoxKind {
   int count;
 };
 
-// By MB_TYPEMASK (MessageBox); those that are shown here.
+// The kinds (MB_TYPEMASK) that are supported.
 constexpr BoxKind kKinds[] = {
     {MB_OK, IDOK, IDOK, {{IDOK, u"OK"}}, 1},
     {MB_OKCANCEL, IDCANCEL, IDCANCEL, {{IDOK, u"OK"}, {IDCANCEL, u"キャンセル"}}, 2},
@@ -34,7 +36,8 @@ const BoxKind& KindOf(UINT style) {
   return kind != std::end(kKinds) ? *kind : kKinds[0];
 }
 
-// Pixels: 6 for a half-width character, 12 for a full one, 12 for a line.
+// Returns the size of a text in pixels: a half-width character is 6 wide, a full-width one 12, a
+// line 12 high.
 SIZE TextSize(std::u16string_view text) {
   SIZE size = {0, 12};
   LONG width = 0;
@@ -81,20 +84,22 @@ int ShowBox(HWND owner, std::u16string text, std::u16string caption, UINT style)
   request.owner = owner;
   request.proc = BoxProc;
   request.kind = WindowView::Kind::kMessageBox;
-  request.parts = {Part(u"static", IDC_STATIC, text, SS_LEFT | SS_NOPREFIX, kMargin + icon, kMargin,
-                        request.width - 2 * kMargin - icon, textHeight)};
-  // The buttons stand in a row in the middle; the one that MB_DEFBUTTON2 names gets the focus.
+  request.controls = {MakeControl(u"static", IDC_STATIC, text, SS_LEFT | SS_NOPREFIX,
+                                  kMargin + icon, kMargin, request.width - 2 * kMargin - icon,
+                                  textHeight)};
+  // The buttons are in a centred row; MB_DEFBUTTON2 focuses the second.
   const int preferred = kind.count == 2 && (style & MB_DEFBUTTON2) != 0 ? 1 : 0;
   for (int i = 0; i < kind.count; ++i)
-    request.parts.push_back(Part(u"button", kind.buttons[i].id, kind.buttons[i].text,
-                                 WS_TABSTOP | (i == preferred ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),
-                                 (request.width - row) / 2 + i * (kButtonWidth + kButtonGap),
-                                 textHeight + 2 * kMargin, kButtonWidth, kButtonHeight));
+    request.controls.push_back(
+        MakeControl(u"button", kind.buttons[i].id, kind.buttons[i].text,
+                    WS_TABSTOP | (i == preferred ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON),
+                    (request.width - row) / 2 + i * (kButtonWidth + kButtonGap),
+                    textHeight + 2 * kMargin, kButtonWidth, kButtonHeight));
   const HWND box = CreateTopWindow(std::move(request));
   const WindowPtr window = FindWindowOf(box);
   if (!window) return 0;
   window->messageStyle = style;
-  window->cancelResult = kind.abandoned;
+  window->cancelResult = kind.cancelled;
   DisableOwner(*window);
   SetFocus(ChildWithId(*window, window->dialog->defaultId));
   auto& history = Manager().history;

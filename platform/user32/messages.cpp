@@ -1,4 +1,6 @@
-// Messages: sent and broadcast, and what a window does with one that it does not know.
+// Messages: sending, broadcasting and default handling.
+#include <winbase.h>
+
 #include <algorithm>
 
 #include "platform/machine/machine.h"
@@ -6,7 +8,7 @@
 
 namespace platform {
 
-LRESULT CopyOut(std::u16string_view text, WPARAM size, LPARAM out) {
+LRESULT CopyText(std::u16string_view text, WPARAM size, LPARAM out) {
   auto* units = reinterpret_cast<LPWSTR>(out);
   if (units == nullptr || size == 0) return 0;
   const size_t count = text.copy(units, size - 1);
@@ -20,7 +22,7 @@ void NotifyCommand(const Window& control, UINT code) {
 }
 
 LRESULT DefaultProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_GETTEXT) return CopyOut(window->text, wParam, lParam);
+  if (message == WM_GETTEXT) return CopyText(window->text, wParam, lParam);
   if (message != WM_SETTEXT) return 0;
   window->text = lParam != 0 ? reinterpret_cast<LPCWSTR>(lParam) : u"";
   InvalidateWindow(*window);
@@ -43,7 +45,7 @@ LRESULT WINAPI SendMessageW(HWND handle, UINT message, WPARAM wParam, LPARAM lPa
   return window->proc(window, message, wParam, lParam);
 }
 
-// What is sent to every top-level window is kept as a broadcast as well; nothing else is sent so.
+// Supports HWND_BROADCAST only, and records the broadcast.
 LRESULT WINAPI SendMessageTimeoutW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam,
                                    UINT flags, UINT timeout, DWORD_PTR* result) {
   if (handle != HWND_BROADCAST) {

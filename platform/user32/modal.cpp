@@ -1,4 +1,4 @@
-// Modal windows: the loop that handles messages, paints, and asks the user, and its end.
+// Modal windows: the loop that handles messages, paints and calls the user.
 #include <algorithm>
 
 #include "platform/machine/guard.h"
@@ -9,9 +9,8 @@ namespace platform {
 
 namespace {
 
-// A bound for windows that become invalid while they paint, for ever: then the user gets a turn all
-// the same.
-constexpr int kPaintsAtOnce = 4;
+// The limit for windows that become invalid while they paint: after it the user gets a turn.
+constexpr int kMaxPaintPasses = 4;
 
 bool PaintAll() {
   bool painted = false;
@@ -20,20 +19,20 @@ bool PaintAll() {
   return painted;
 }
 
-bool AskUser() {
+bool CallUser() {
   WindowManager& manager = Manager();
-  if (manager.user == nullptr || manager.gone) return false;
+  if (manager.user == nullptr || manager.userLeft) return false;
   try {
     return manager.user->Act(Machine::Current().desk());
   } catch (...) {
-    KeepThrown();
+    CaptureException();
     return false;
   }
 }
 
-// Ends a modal window as a person who closes it would; by force when it will not close.
-void Abandon(HWND top) {
-  Manager().gone = true;
+// Ends a modal window as a user who closes it; forces the end when it does not close.
+void CancelModal(HWND top) {
+  Manager().userLeft = true;
   const WindowPtr window = FindWindowOf(top);
   if (!window) return;
   if (auto* sheet = StateOf<SheetState>(*window)) {
@@ -67,13 +66,13 @@ INT_PTR RunModal(HWND top) {
     SetVisible(top, true);
     ActivateTop(top);
     while (!window->ended && !window->destroying) {
-      for (int i = 0; i < kPaintsAtOnce && PaintAll(); ++i) {
+      for (int i = 0; i < kMaxPaintPasses && PaintAll(); ++i) {
       }
       if (window->ended || window->destroying) break;
-      if (!AskUser()) Abandon(top);
+      if (!CallUser()) CancelModal(top);
     }
     std::erase(manager.modal, top);
-    if (manager.modal.empty()) manager.gone = false;
+    if (manager.modal.empty()) manager.userLeft = false;
   }
   if (window->destroying) EndModal(top, window->result);
   Destroy(top);

@@ -1,4 +1,4 @@
-// Whole numbers as the controls write and read them.
+// Integers as controls format and parse them.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ inline std::u16string DecimalText(int value) {
   return {digits.begin(), digits.end()};
 }
 
-// Blanks, a sign, digits and nothing more; nothing for any other text. Saturates.
+// Parses blanks, a sign and digits; returns nullopt for any other text. Saturates.
 inline std::optional<int64_t> ReadDecimal(std::u16string_view text) {
   constexpr int64_t kMost = INT64_MAX / 100;
   while (text.starts_with(u' ')) text.remove_prefix(1);

@@ -1,4 +1,4 @@
-// Painting: what is invalid, and asking for it to be drawn.
+// Painting of invalid windows by messages to their dialog.
 #include "platform/gdi32/gdi.h"
 #include "platform/machine/machine.h"
 #include "platform/user32/manager.h"
@@ -18,22 +18,23 @@ void DrawItem(Window& window, HDC dc) {
   SendMessageW(window.parent, WM_DRAWITEM, item.CtlID, reinterpret_cast<LPARAM>(&item));
 }
 
-// Asks the dialog for the brush of a control's background; keeps its colour and that of the text.
-void AskColour(Window& window, HDC dc) {
+// Gets the background brush of a control from the dialog, and stores its colour and the text
+// colour.
+void QueryColours(Window& window, HDC dc) {
   const LRESULT brush = SendMessageW(window.parent, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
                                      reinterpret_cast<LPARAM>(window.handle));
   window.background = BrushColour(reinterpret_cast<HBRUSH>(brush)).value_or(0xFFFFFFFF);
   window.textColour = SetTextColor(dc, 0);
 }
 
-// The colours of the user, which a control is given to paint with.
+// Sets the default colours of the user before the dialog paints.
 void SetUserColours(HDC dc) {
   if (!Machine::Current().highContrast()) return;
   SetTextColor(dc, 0xFFFFFF);
   SetBkColor(dc, 0);
 }
 
-// Whether there was anything to paint.
+// Returns true when the window was painted.
 bool PaintOne(Window& window) {
   if (!window.invalid || window.width() <= 0 || window.height() <= 0) return false;
   window.invalid = false;
@@ -42,7 +43,7 @@ bool PaintOne(Window& window) {
   const HWND handle = window.handle;
   const HDC dc = GetDC(handle);
   SetUserColours(dc);
-  drawn ? DrawItem(window, dc) : AskColour(window, dc);
+  drawn ? DrawItem(window, dc) : QueryColours(window, dc);
   ReleaseDC(handle, dc);
   return true;
 }

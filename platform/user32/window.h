@@ -1,8 +1,8 @@
-// Windows as the platform itself sees them: what window classes, dialogs, property sheets and
-// drawing share. Handles are never used twice, so that a stale one finds nothing.
+// Windows as the stand-in implements them: the part that window classes, dialogs, property sheets
+// and drawing share. Handles are never reused, so that a stale handle finds nothing.
 #pragma once
 
-#include <windows.h>
+#include <winuser.h>
 
 #include <memory>
 #include <string>
@@ -24,19 +24,19 @@ enum class WindowClass {
   kUpDown
 };
 
-// What a window of the platform's own keeps beyond Window itself: sheets, file dialogs, forms.
+// Extra state of a window that the stand-in creates itself: sheets, file dialogs, forms.
 class WindowState {
  public:
   virtual ~WindowState() = default;
 };
 
-// What the desk asks of the window of a property sheet (its Window::state).
+// The interface of a property-sheet window for the desk (its Window::state).
 class SheetState : public WindowState {
  public:
-  virtual HWND ActivePage() const = 0;  // null: none shown
+  virtual HWND ActivePage() const = 0;  // null: no page is shown
   // Fills tabs, activeTab, changed, pageWidth and pageHeight.
   virtual void Describe(WindowView& view) const = 0;
-  // What a person does; each answers whether it could be done.
+  // User actions; each returns whether the user could perform it.
   virtual bool Turn(int index) = 0;
   virtual bool Press(SheetButton button) = 0;
   virtual bool Close() = 0;  // the close box
@@ -51,7 +51,7 @@ struct DialogData {
 };
 
 struct EditData {
-  size_t limit = 32767;  // characters a person may enter
+  size_t limit = 32767;  // characters that a user can enter
   size_t from = 0;       // the selection, from <= to
   size_t to = 0;
 };
@@ -64,7 +64,7 @@ struct ListData {  // of list boxes and combo boxes
 };
 
 struct UpDownData {
-  int lower = 100;  // as created; upside down until a range is set
+  int lower = 100;  // inverted until a range is set, as documented
   int upper = 0;
   int position = 0;
   HWND buddy = nullptr;
@@ -85,22 +85,22 @@ struct Window {
   HWND parent = nullptr;       // child windows
   HWND owner = nullptr;        // top-level windows
   std::vector<HWND> children;  // in tab order
-  bool invalid = true;         // waits for painting
+  bool invalid = true;         // needs painting
   bool destroying = false;
-  // Drawing on a device context of the window appends here; the list is emptied before an
-  // owner-drawn control is asked for.
+  // Operations drawn on a device context of the window. The list is cleared before an owner-drawn
+  // control is painted.
   DisplayList drawing;
-  // Of a static control whose dialog returned a brush for it; 0xFFFFFFFF: it returned none.
+  // The background that the dialog returned for a static control; 0xFFFFFFFF: none.
   COLORREF background = 0xFFFFFFFF;
   COLORREF textColour = 0;
-  HWND lastFocus = nullptr;  // top-level windows: what had the focus when it was left
+  HWND lastFocus = nullptr;  // top-level windows: the focus when another was activated
   WindowView::Kind viewKind = WindowView::Kind::kDialog;  // top-level windows
   UINT messageStyle = 0;                                  // message boxes
   // Modal windows:
   bool ended = false;
-  bool ownerDisabled = false;  // by this window, to be undone at its end
+  bool ownerDisabled = false;  // by this window, which enables it again at its end
   INT_PTR result = 0;
-  INT_PTR cancelResult = IDCANCEL;  // what it ends with when nobody is there
+  INT_PTR cancelResult = IDCANCEL;  // the result when there is no user
 
   LONG_PTR userData = 0;               // GWLP_USERDATA
   std::unique_ptr<DialogData> dialog;  // kDialog
@@ -116,11 +116,11 @@ struct Window {
   int height() const { return rect.bottom - rect.top; }
 };
 
-// The window of a handle; null for a handle that is stale or was never one. Held on to while a
-// procedure runs, it outlives its own destruction.
+// Returns the window of a handle; null for a stale or invalid one. While a caller holds the
+// pointer, the object outlives the destruction of the window.
 WindowPtr FindWindowOf(HWND handle);
 
-// A window's state as the class it is known to be of; null when it has none.
+// Returns the state of a window as the given class; null when it has no such state.
 template <typename State>
 State* StateOf(const Window& window) {
   return dynamic_cast<State*>(window.state.get());
@@ -128,64 +128,64 @@ State* StateOf(const Window& window) {
 
 // ---- creation ----
 
-// A control as a dialog template or a window of the platform's own asks for it.
+// A control that a dialog template or a window of the stand-in describes.
 struct ControlRequest {
   std::u16string className;  // or
-  WORD classAtom = 0;        // the predefined classes' ordinals of dialog templates
+  WORD classAtom = 0;        // ordinal of a predefined class in dialog templates
   int id = 0;
   std::u16string text;
   DWORD style = 0;
   RECT rect = {};  // pixels in the parent
 };
-// A visible control.
-ControlRequest Part(std::u16string className, int id, std::u16string text, DWORD style, int x,
-                    int y, int width, int height);
+// Describes a visible control.
+ControlRequest MakeControl(std::u16string className, int id, std::u16string text, DWORD style,
+                           int x, int y, int width, int height);
 
 // A dialog made from a compiled template.
 struct DialogRequest {
   HINSTANCE instance = nullptr;
   const void* data = nullptr;  // the template
-  size_t size = 0;             // its bytes; nothing behind them is read
+  size_t size = 0;             // in bytes; the parser reads no further
   HWND parent = nullptr;       // owner of a top-level dialog
   DLGPROC proc = nullptr;
   LPARAM param = 0;
-  bool page = false;   // becomes a hidden child of parent whatever its style says; no focus is set
+  bool page = false;   // creates a hidden child of parent, whatever its style; sets no focus
   bool modal = false;  // the owner is disabled before WM_INITDIALOG; RunModal enables it again
 };
-// Creates the dialog with its controls and sends WM_INITDIALOG. Null when the template is damaged
-// or a window cannot be created (nothing is left behind then).
+// Creates the dialog with its controls and sends WM_INITDIALOG. Returns null when the template is
+// damaged or a window cannot be created; then nothing is left behind.
 HWND CreateDialogWindow(const DialogRequest& request);
 
-// A top-level window without a template: message boxes, file dialogs, property sheets. It is a
-// dialog: messages go to its dialog procedure, then to DefDlgProcW. No WM_INITDIALOG is sent. Null
-// when no window can be created.
+// A top-level window without a template: a message box, file dialog or property sheet. Messages go
+// to its dialog procedure first, as for a dialog. WM_INITDIALOG is not sent. CreateTopWindow
+// returns null when no window can be created.
 struct TopWindowRequest {
   std::u16string title;
   int width = 0;  // client area, pixels
   int height = 0;
-  HWND owner = nullptr;  // a child stands for its top-level window
+  HWND owner = nullptr;  // for a child, its top-level window
   DLGPROC proc = nullptr;
   WindowView::Kind kind = WindowView::Kind::kDialog;
   std::unique_ptr<WindowState> state;
-  std::vector<ControlRequest> parts;
+  std::vector<ControlRequest> controls;
 };
 HWND CreateTopWindow(TopWindowRequest request);
 
 // ---- modal windows ----
 
-// Disables the owner, shows and activates the window and handles messages, painting and the user's
-// actions until EndModal or EndDialog is called on it; then destroys it and answers the result. At
-// most one loop a window. With no user it ends as cancelled: a sheet's cancel button, otherwise
-// WM_CLOSE, and cancelResult when that does not end it.
+// Runs a modal loop: disables the owner, shows and activates the window, and handles messages,
+// painting and user actions until EndModal or EndDialog; then destroys the window and returns the
+// result. A window has at most one loop. Without a user the window is cancelled: by the cancel
+// button of a sheet, otherwise by WM_CLOSE; when that does not end it, the result is cancelResult.
 INT_PTR RunModal(HWND top);
-// Ends a modal window with a result: its owner is enabled, it is hidden, the owner becomes active.
+// Ends a modal window with a result: enables and activates its owner, and hides the window.
 bool EndModal(HWND top, INT_PTR result);
 
 // ---- helpers ----
 
-void Destroy(HWND window);  // with its children; nothing for a stale handle
+void Destroy(HWND window);  // with its children; does nothing for a stale handle
 void SetVisible(HWND window, bool visible);
-HWND ActiveTop();  // the window on top of the modal windows; null when none is open
+HWND ActiveTop();  // the topmost modal window; null when none is open
 void PlaceWindow(Window& window, const RECT& rect);
 void FocusFirst(HWND dialog);  // the first stop of the Tab key
 

@@ -1,4 +1,6 @@
-// What a window is asked and told: place, visibility, text, words; and the cursor.
+// Properties of windows: position, visibility, text and words; and the cursor.
+#include <winbase.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -9,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// After a top-level window is gone its owner becomes active, or else the visible one below it.
+// When a top-level window closes, its owner becomes active, or else the topmost visible window.
 void ActivateNext(const Window& left) {
   WindowManager& manager = Manager();
   HWND next = TopLevelOf(left.owner);
@@ -25,7 +27,7 @@ void ActivateNext(const Window& left) {
   manager.active = nullptr;
 }
 
-// The word of an index that is a number of its own; null for any other.
+// Returns the stored word of an index; null for an unsupported index.
 LONG_PTR* WordOf(Window& window, int index) {
   if (index == GWLP_USERDATA) return &window.userData;
   if (!window.dialog) return nullptr;
@@ -68,15 +70,15 @@ HWND WINAPI GetParent(HWND handle) {
   return window->parent != nullptr ? window->parent : window->owner;
 }
 
-// A control that is disabled while it has the focus keeps it, and the keyboard is dead until a
-// mouse or the program moves it.
+// A focused control that is disabled keeps the focus, and keys have no effect until the mouse or
+// the program moves the focus.
 BOOL WINAPI EnableWindow(HWND handle, BOOL enable) {
   const auto window = FindWindowOf(handle);
   if (!window) return FALSE;
   const bool was = window->enabled();
   if (was == (enable != FALSE)) return !was;
   window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
-  // A control looks different; a window of its own, and what it holds, does not.
+  // A control looks different when disabled; a top-level window and its contents do not.
   if (window->parent != nullptr) platform::InvalidateWindow(*window);
   return !was;
 }
@@ -138,8 +140,7 @@ LONG_PTR WINAPI SetWindowLongPtrW(HWND handle, int index, LONG_PTR value) {
   return before;
 }
 
-// The system's own shapes (LoadCursor with no instance); their handles are their ids, out of the
-// way of every other handle.
+// Supports the system cursors (null instance). Their handles are their ids.
 HCURSOR WINAPI LoadCursorW(HINSTANCE instance, LPCWSTR name) {
   if (instance != nullptr || !IS_INTRESOURCE(name)) return nullptr;
   return reinterpret_cast<HCURSOR>(reinterpret_cast<ULONG_PTR>(name));

@@ -1,4 +1,6 @@
-// The windows there are: creation, destruction, lookup by handle, and how they hang together.
+// The table of windows: creation, destruction, lookup and the tree of parents and children.
+#include <winbase.h>
+
 #include <algorithm>
 #include <atomic>
 #include <utility>
@@ -11,13 +13,13 @@ namespace platform {
 
 namespace {
 
-// Process-wide, so that a handle of one machine never means a window of another.
+// Unique in the process, so that a handle of one computer never names a window of another.
 HWND NextHandle() {
   static std::atomic<UINT_PTR> next{0x00010010};
   return reinterpret_cast<HWND>(next.fetch_add(2));
 }
 
-// A closed combo box is as high as its font asks; the height given is that of its open list.
+// The font determines the height of a closed combo box; the given height is that of its open list.
 constexpr LONG kClosedComboHeight = 20;
 
 struct ClassEntry {
@@ -46,7 +48,7 @@ const ClassEntry* FindClass(const ControlRequest& request) {
   return nullptr;
 }
 
-void Forget(WindowManager& manager, const WindowPtr& window) {
+void RemoveFromTable(WindowManager& manager, const WindowPtr& window) {
   std::erase(manager.tops, window->handle);
   if (WindowPtr parent = FindWindowOf(window->parent)) {
     std::erase(parent->children, window->handle);
@@ -62,7 +64,7 @@ void DestroyTree(const WindowPtr& window) {
   for (HWND child : children) {
     if (WindowPtr one = FindWindowOf(child)) DestroyTree(one);
   }
-  Forget(Manager(), window);
+  RemoveFromTable(Manager(), window);
 }
 
 }  // namespace
@@ -74,7 +76,7 @@ WindowPtr FindWindowOf(HWND handle) {
 }
 
 WindowPtr AddWindow(WindowClass windowClass, WindowProc proc) {
-  if (Machine::Current().faults.Strike(Fault::kWindow)) {
+  if (Machine::Current().faults.ShouldFail(Fault::kWindow)) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
   }
@@ -105,8 +107,8 @@ bool CreateControls(Window& dialog, const std::vector<ControlRequest>& controls)
   return true;
 }
 
-ControlRequest Part(std::u16string className, int id, std::u16string text, DWORD style, int x,
-                    int y, int width, int height) {
+ControlRequest MakeControl(std::u16string className, int id, std::u16string text, DWORD style,
+                           int x, int y, int width, int height) {
   return {std::move(className),         0, id, std::move(text), style | WS_VISIBLE,
           {x, y, x + width, y + height}};
 }

@@ -1,4 +1,4 @@
-// Text from a format: what the module's texts hold of wsprintf's fields, at most 1023 units.
+// wsprintfW with the fields that the module uses; at most 1023 units.
 #include <windows.h>
 
 #include <cstdarg>
@@ -6,7 +6,7 @@
 
 #include "platform/machine/text.h"
 
-// Further arguments are where the platform's own calling convention puts them.
+// Variable arguments follow the platform's calling convention.
 #ifdef __x86_64__
 using Arguments = __builtin_ms_va_list;
 #define START_ARGUMENTS __builtin_ms_va_start
@@ -17,7 +17,7 @@ using Arguments = va_list;
 #define END_ARGUMENTS va_end
 #endif
 
-// "%d", "%u" and "%s"; whatever else stands behind a "%" stands for itself.
+// Supports "%d", "%u" and "%s". Any other character after "%" is copied.
 int WINAPIV wsprintfW(LPWSTR out, LPCWSTR format, ...) {
   constexpr size_t kLongest = 1023;
   std::u16string text;

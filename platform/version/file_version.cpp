@@ -1,4 +1,6 @@
 // Version resources of files.
+#include <winver.h>
+
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -11,7 +13,7 @@
 namespace platform {
 namespace {
 
-// The resource's root block as a file holds it, at a multiple of four bytes.
+// The root block of the resource as a file stores it, aligned to four bytes.
 struct VersionBlock {
   WORD length;
   WORD valueLength;
@@ -24,22 +26,22 @@ static_assert(offsetof(VersionBlock, fixed) == 40);
 constexpr VersionBlock kEmpty = {
     sizeof(VersionBlock), sizeof(VS_FIXEDFILEINFO), 0, u"VS_VERSION_INFO", 0, {}};
 
-// A resource file's entry: of nothing, and of the version.
+// The entries of a .res file: an empty one, and the version.
 struct EntryHeader {
   DWORD dataSize;
   DWORD headerSize = 32;
   WORD type[2] = {0xFFFF, 0};
   WORD name[2] = {0xFFFF, 0};
-  DWORD further[4] = {};
+  DWORD languageAndVersion[4] = {};
 };
 constexpr WORD kVersionId = 1;
 struct VersionFile {
-  EntryHeader nothing = {0};
+  EntryHeader empty = {0};
   EntryHeader header = {sizeof(VersionBlock), 32, {0xFFFF, kResourceVersion}, {0xFFFF, kVersionId}};
   VersionBlock block = kEmpty;
 };
 
-// Whether size bytes hold a version resource.
+// Returns true when `size` bytes hold a version resource.
 bool IsVersion(const void* data, size_t size) {
   VersionBlock block;
   if (data == nullptr || size < sizeof(block)) return false;
@@ -49,10 +51,10 @@ bool IsVersion(const void* data, size_t size) {
          std::memcmp(block.key, kEmpty.key, sizeof(block.key)) == 0;
 }
 
-// The version resource of a file; empty when it has none.
+// Returns the version resource of a file; empty when it has none.
 std::string VersionOf(LPCWSTR fileName) {
   Machine& machine = Machine::Current();
-  if (fileName == nullptr || machine.faults.Strike(Fault::kFile)) return {};
+  if (fileName == nullptr || machine.faults.ShouldFail(Fault::kFile)) return {};
   const ResourceTable table(machine.HostPath(fileName));
   const Resource* found = table.Find({kResourceVersion, {}}, {kVersionId, {}});
   if (found == nullptr || !IsVersion(found->data.data(), found->data.size())) return {};

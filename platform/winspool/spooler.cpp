@@ -1,4 +1,4 @@
-// Printers as the spooler serves them: handles, rights, printer data and information structures.
+// The spooler: printer handles, access rights, printer data and information structures.
 #include <windows.h>
 #include <winspool.h>
 
@@ -17,40 +17,40 @@ namespace {
 constexpr std::u16string_view kEnvironment = u"Windows NT x86";
 
 template <typename Call>
-DWORD Served(const Call& call) {
+DWORD Serve(const Call& call) {
   Faults& faults = Machine::Current().faults;
-  if (faults.Strike(Fault::kSpoolerChange)) faults.ChangeSpooler();
-  return Served(Fault::kSpooler, RPC_S_SERVER_UNAVAILABLE, call);
+  if (faults.ShouldFail(Fault::kSpoolerChange)) faults.ChangeSpooler();
+  return Serve(Fault::kSpooler, RPC_S_SERVER_UNAVAILABLE, call);
 }
-// The same for a call with a printer's handle.
+// Serves a call with a printer handle.
 template <typename Call>
-DWORD Served(HANDLE handle, const Call& call) {
-  return Served([&](Machine::Impl& impl) -> DWORD {
+DWORD Serve(HANDLE handle, const Call& call) {
+  return Serve([&](Machine::Impl& impl) -> DWORD {
     const auto printer = impl.printerHandles.Find(handle);
     return printer == nullptr ? ERROR_INVALID_HANDLE : call(impl, *printer);
   });
 }
 
-// The buffer of a caller.
-struct Room {
+// A caller's output buffer.
+struct OutputBuffer {
   LPBYTE out;
   DWORD size;
   LPDWORD needed;
-  bool IsSound() const { return needed != nullptr && (out != nullptr || size == 0); }
+  bool IsValid() const { return needed != nullptr && (out != nullptr || size == 0); }
 };
 
-// Builds an information structure as the spooler does: the structure, behind it what its pointers
-// name. Without a buffer that is large enough it only counts.
+// Builds an information structure as the spooler does: the structure, followed by the texts and
+// records that its pointers name. Counts the bytes only when the buffer is missing or too small.
 class Builder {
  public:
-  Builder(const Room& room, size_t structure) : room_(room), used_(structure) {}
+  Builder(const OutputBuffer& buffer, size_t structure) : buffer_(buffer), used_(structure) {}
 
-  // Each answers the address of the copy; null while only counting, and for what the structure
-  // leaves out.
+  // Each returns the address of the copy; null while counting, and for a member that the structure
+  // omits.
   LPWSTR Text(std::u16string_view text) {
     return static_cast<LPWSTR>(Copy(text.data(), text.size() * sizeof(WCHAR), sizeof(WCHAR)));
   }
-  // A file in a folder, unless its name tells another one.
+  // Returns the path of a file in a folder, or the name itself when it has a folder.
   LPWSTR File(std::u16string folder, std::u16string_view name) {
     if (name.empty()) return nullptr;
     return Text(name.find(u'\\') == name.npos ? folder.append(name) : std::u16string(name));
@@ -60,30 +60,31 @@ class Builder {
                           : static_cast<LPDEVMODEW>(
                                 Copy(record.data(), record.size(), alignof(std::max_align_t)));
   }
-  // Fault::kSpoolerChange lengthens every structure, as a longer comment would.
+  // Fault::kSpoolerChange makes every structure longer, as a longer comment would.
   DWORD Needed() const {
     constexpr int kGrowth = 64;
-    const int changes = Machine::Current().faults.Strikes(Fault::kSpoolerChange);
+    const int changes = Machine::Current().faults.Failures(Fault::kSpoolerChange);
     return static_cast<DWORD>(used_) + static_cast<DWORD>(kGrowth * changes);
   }
 
  private:
-  // Copies bytes and two zero bytes behind them.
+  // Copies bytes and appends two zero bytes.
   void* Copy(const void* data, size_t bytes, size_t alignment) {
     used_ = (used_ + alignment - 1) / alignment * alignment;
     const size_t at = used_;
     used_ += bytes + sizeof(WCHAR);
-    if (room_.out == nullptr || used_ > room_.size) return nullptr;
-    if (bytes > 0) std::memcpy(room_.out + at, data, bytes);
-    std::memset(room_.out + at + bytes, 0, sizeof(WCHAR));
-    return room_.out + at;
+    if (buffer_.out == nullptr || used_ > buffer_.size) return nullptr;
+    if (bytes > 0) std::memcpy(buffer_.out + at, data, bytes);
+    std::memset(buffer_.out + at + bytes, 0, sizeof(WCHAR));
+    return buffer_.out + at;
   }
-  Room room_;
+  OutputBuffer buffer_;
   size_t used_;
 };
 
-// The default record as it may be handed out: a caller reads as many bytes as it itself names.
-std::vector<std::byte> WholeRecord(std::u16string_view printer) {
+// Returns the default record; empty when it is shorter than the sizes it declares, because a caller
+// reads as many bytes as those.
+std::vector<std::byte> CompleteRecord(std::u16string_view printer) {
   constexpr size_t kSizesEnd = offsetof(DEVMODEW, dmDriverExtra) + sizeof(WORD);
   std::vector<std::byte> record = Machine::Current().DefaultRecord(printer);
   if (record.size() < kSizesEnd) return {};
@@ -109,7 +110,7 @@ void Fill(Builder& builder, PRINTER_INFO_2W& info, const PrinterSetup& setup) {
   info.pDriverName = builder.Text(setup.driverName);
   info.pComment = builder.Text(u"");
   info.pLocation = builder.Text(u"");
-  info.pDevMode = builder.Record(WholeRecord(setup.name));
+  info.pDevMode = builder.Record(CompleteRecord(setup.name));
   info.pSepFile = builder.Text(u"");
   info.pPrintProcessor = builder.Text(setup.printProcessor);
   info.pDatatype = builder.Text(u"RAW");
@@ -143,23 +144,23 @@ void Fill(Builder& builder, DRIVER_INFO_3W& info, const PrinterSetup& setup) {
   info.pDefaultDataType = builder.Text(u"RAW");
 }
 
-// Fills a structure and copies it to the front of the buffer when all of it fits.
+// Fills a structure and copies it to the buffer when all of it fits.
 template <typename Info>
-DWORD Answer(const Room& room, const PrinterSetup& setup) {
-  Builder builder(room, sizeof(Info));
+DWORD WriteInfo(const OutputBuffer& buffer, const PrinterSetup& setup) {
+  Builder builder(buffer, sizeof(Info));
   Info info = {};
   Fill(builder, info, setup);
-  *room.needed = builder.Needed();
-  if (room.out == nullptr || builder.Needed() > room.size) return ERROR_INSUFFICIENT_BUFFER;
-  std::memcpy(room.out, &info, sizeof(info));
+  *buffer.needed = builder.Needed();
+  if (buffer.out == nullptr || builder.Needed() > buffer.size) return ERROR_INSUFFICIENT_BUFFER;
+  std::memcpy(buffer.out, &info, sizeof(info));
   return ERROR_SUCCESS;
 }
 
-// What a call with a printer's handle answers, by a function that fills its level.
+// Serves a query of a printer; `level` fills the structure.
 template <typename Level>
-BOOL Ask(HANDLE handle, const Room& room, const Level& level) {
-  return Succeeds(Served(handle, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
-    if (!room.IsSound()) return ERROR_INVALID_PARAMETER;
+BOOL QueryPrinter(HANDLE handle, const OutputBuffer& buffer, const Level& level) {
+  return Succeeds(Serve(handle, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
+    if (!buffer.IsValid()) return ERROR_INVALID_PARAMETER;
     if (open.IsServer()) return ERROR_INVALID_HANDLE;
     const auto printer = impl.FindPrinter(open);
     return printer ? level(printer->setup) : ERROR_PRINTER_DELETED;
@@ -175,15 +176,15 @@ bool IsOwnEnvironment(std::u16string_view environment) {
 BOOL WINAPI OpenPrinterW(LPWSTR name, HANDLE* printer, LPPRINTER_DEFAULTSW defaults) {
   if (printer == nullptr) return Fail(ERROR_INVALID_PARAMETER);
   *printer = nullptr;
-  return Succeeds(Served([&](Machine::Impl& impl) -> DWORD {
+  return Succeeds(Serve([&](Machine::Impl& impl) -> DWORD {
     if (View(name).empty()) {
       *printer = impl.printerHandles.Add({});  // the print server
       return ERROR_SUCCESS;
     }
     const auto found = impl.FindPrinter(View(name));
     if (!found) return ERROR_INVALID_PRINTER_NAME;
-    const ACCESS_MASK asked = defaults == nullptr ? 0 : defaults->DesiredAccess;
-    const ACCESS_MASK access = asked == 0 ? PRINTER_ACCESS_USE : asked;
+    const ACCESS_MASK requested = defaults == nullptr ? 0 : defaults->DesiredAccess;
+    const ACCESS_MASK access = requested == 0 ? PRINTER_ACCESS_USE : requested;
     if ((access & PRINTER_ACCESS_ADMINISTER) != 0 && !found->setup.administer) {
       return ERROR_ACCESS_DENIED;
     }
@@ -198,17 +199,17 @@ BOOL WINAPI ClosePrinter(HANDLE printer) {
 }
 
 BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE out, DWORD size, LPDWORD needed) {
-  const Room room = {out, size, needed};
-  return Ask(printer, room, [&](const PrinterSetup& setup) -> DWORD {
+  const OutputBuffer buffer = {out, size, needed};
+  return QueryPrinter(printer, buffer, [&](const PrinterSetup& setup) -> DWORD {
     switch (level) {
       case 1:
-        return Answer<PRINTER_INFO_1W>(room, setup);
+        return WriteInfo<PRINTER_INFO_1W>(buffer, setup);
       case 2:
-        return Answer<PRINTER_INFO_2W>(room, setup);
+        return WriteInfo<PRINTER_INFO_2W>(buffer, setup);
       case 4:
-        return Answer<PRINTER_INFO_4W>(room, setup);
+        return WriteInfo<PRINTER_INFO_4W>(buffer, setup);
       case 5:
-        return Answer<PRINTER_INFO_5W>(room, setup);
+        return WriteInfo<PRINTER_INFO_5W>(buffer, setup);
       default:
         return ERROR_INVALID_LEVEL;
     }
@@ -217,18 +218,18 @@ BOOL WINAPI GetPrinterW(HANDLE printer, DWORD level, LPBYTE out, DWORD size, LPD
 
 BOOL WINAPI GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE out,
                               DWORD size, LPDWORD needed) {
-  const Room room = {out, size, needed};
-  return Ask(printer, room, [&](const PrinterSetup& setup) -> DWORD {
+  const OutputBuffer buffer = {out, size, needed};
+  return QueryPrinter(printer, buffer, [&](const PrinterSetup& setup) -> DWORD {
     if (!IsOwnEnvironment(View(environment))) return ERROR_INVALID_ENVIRONMENT;
-    return level == 3 ? Answer<DRIVER_INFO_3W>(room, setup) : ERROR_INVALID_LEVEL;
+    return level == 3 ? WriteInfo<DRIVER_INFO_3W>(buffer, setup) : ERROR_INVALID_LEVEL;
   });
 }
 
 BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR, LPWSTR environment, DWORD level, LPBYTE out,
                                        DWORD size, LPDWORD needed) {
-  return Succeeds(Served([&](Machine::Impl&) -> DWORD {
+  return Succeeds(Serve([&](Machine::Impl&) -> DWORD {
     if (level != 1) return ERROR_INVALID_LEVEL;
-    if (!Room{out, size, needed}.IsSound()) return ERROR_INVALID_PARAMETER;
+    if (!OutputBuffer{out, size, needed}.IsValid()) return ERROR_INVALID_PARAMETER;
     if (!IsOwnEnvironment(View(environment))) return ERROR_INVALID_ENVIRONMENT;
     const std::u16string directory = Machine::Current().driverDirectory();
     *needed = static_cast<DWORD>((directory.size() + 1) * sizeof(WCHAR));
@@ -240,9 +241,10 @@ BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR, LPWSTR environment, DWORD level, 
 
 DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR value, LPDWORD type, LPBYTE out, DWORD size,
                              LPDWORD needed) {
-  return Served(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
-    if (value == nullptr || !Room{out, size, needed}.IsSound()) return ERROR_INVALID_PARAMETER;
-    if (open.IsServer()) return ERROR_INVALID_PARAMETER;  // it has values of its own alone
+  return Serve(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
+    if (value == nullptr || !OutputBuffer{out, size, needed}.IsValid())
+      return ERROR_INVALID_PARAMETER;
+    if (open.IsServer()) return ERROR_INVALID_PARAMETER;  // the server has no printer data
     const auto data = impl.store.Get(DataPath(open.id), value);
     if (!data) return ERROR_FILE_NOT_FOUND;
     *needed = static_cast<DWORD>(data->bytes.size());
@@ -254,12 +256,12 @@ DWORD WINAPI GetPrinterDataW(HANDLE printer, LPWSTR value, LPDWORD type, LPBYTE 
 }
 
 DWORD WINAPI SetPrinterDataW(HANDLE printer, LPWSTR value, DWORD type, LPBYTE data, DWORD size) {
-  return Served(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
+  return Serve(printer, [&](Machine::Impl& impl, const PrinterHandle& open) -> DWORD {
     if (value == nullptr || (data == nullptr && size > 0)) return ERROR_INVALID_PARAMETER;
     if (open.IsServer()) return ERROR_INVALID_PARAMETER;
     if ((open.access & PRINTER_ACCESS_ADMINISTER) == 0) return ERROR_ACCESS_DENIED;
     DWORD error = ERROR_PRINTER_DELETED;
-    impl.store.Together([&] {
+    impl.store.Transaction([&] {
       const auto found = impl.FindPrinter(open);
       if (!found) return;
       error = found->setup.writable ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;

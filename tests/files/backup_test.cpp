@@ -110,11 +110,11 @@ TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {
   const size_t needed = golden.find(ToCp932(u"[ﾌﾘｰｻｲｽﾞ用紙]"));
   bool done = false;
   const auto save = [&] {
-    machine().HoldProfile(kFile, "");
+    machine().SetMemoryProfile(kFile, "");
     done = Save();
   };
   const auto saved = [&](platform::Fault, bool) {
-    const std::string text = machine().HeldProfile(kFile);
+    const std::string text = machine().MemoryProfile(kFile);
     const auto same = static_cast<size_t>(std::ranges::mismatch(text, golden).in1 - text.begin());
     EXPECT_TRUE(golden.ends_with(text.substr(same))) << text;
     EXPECT_EQ(done, text.size() >= needed);
@@ -123,7 +123,7 @@ TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {
   EXPECT_GE(WalkFaults({platform::Fault::kFile}, save, saved), 40);
   const auto loaded = [&](platform::Fault, bool struck) {
     EXPECT_TRUE(done || struck);
-    EXPECT_EQ(machine().HeldProfile(kFile), golden);
+    EXPECT_EQ(machine().MemoryProfile(kFile), golden);
   };
   WalkFaults(
       {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
@@ -211,9 +211,9 @@ TEST_F(BackupTest, CountsDecideWhatIsRead) {
   }
   // A save limits each kind, not both together.
   fonts_.DecoFontNum = fonts_.BarFontNum = 40;
-  machine().HoldProfile(kFile, "");
+  machine().SetMemoryProfile(kFile, "");
   EXPECT_TRUE(Save());
-  EXPECT_NE(machine().HeldProfile(kFile).find("BarFontNum=40"), std::string::npos);
+  EXPECT_NE(machine().MemoryProfile(kFile).find("BarFontNum=40"), std::string::npos);
 }
 
 TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {

@@ -1,5 +1,5 @@
-// Whole backup and set-up files, and printer data of papers and fonts, as any bytes at all. The
-// first byte tells what the rest is.
+// Arbitrary bytes as whole backup and set-up files, and as the printer data of papers and fonts.
+// The first byte selects which.
 #include <windows.h>
 #include <winspool.h>
 
@@ -39,25 +39,25 @@ struct Properties {
   ~Properties() { FreeFontStore(fonts, GetProcessHeap()); }
   Properties(const Properties&) = delete;
 
-  // What was saved is read back from the file's bytes.
+  // Reads back what was saved from the bytes of the file.
   bool Transfer(TransferDirection direction) {
     const bool saves = direction == TransferDirection::kSave;
     const bool done =
         BackupFileTransfer(nullptr, kFile, {block, fonts, kPrinter}, direction, BACKUP_ALL);
-    if (saves) Computer().HoldProfile(kFile, Computer().HeldProfile(kFile));
+    if (saves) Computer().SetMemoryProfile(kFile, Computer().MemoryProfile(kFile));
     for (const int count : {fonts.DecoFontNum, fonts.BarFontNum})
       Require(count >= 0 && count <= kFontCapacity);
     return done;
   }
   std::string Saved() {
     Require(Transfer(TransferDirection::kSave));
-    return Computer().HeldProfile(kFile);
+    return Computer().MemoryProfile(kFile);
   }
 };
 
-// A file that loads comes back the same from a save, once what it could not hold has gone.
+// A file that loads is the same after a save, once values that it cannot hold are dropped.
 void LoadBackup(std::string_view bytes, HANDLE printer, bool save) {
-  Computer().HoldProfile(kFile, bytes);
+  Computer().SetMemoryProfile(kFile, bytes);
   Properties first(printer);
   if (!first.Transfer(TransferDirection::kLoad)) return;
   RequireSound(first.block.Printer);
@@ -71,7 +71,7 @@ void LoadBackup(std::string_view bytes, HANDLE printer, bool save) {
 }
 
 void ImportSetup(std::string_view bytes) {
-  Computer().HoldProfile(kSetupFile, bytes);
+  Computer().SetMemoryProfile(kSetupFile, bytes);
   auto block = FactoryBlock();
   if (!ImportSetupFile(block, nullptr, kPrinter))
     Require(std::memcmp(&block, &FactoryBlock(), sizeof block) == 0);
@@ -97,8 +97,8 @@ void UsePrinterData(std::string_view bytes, HANDLE printer, bool save) {
   Computer().RemoveData(kPrinter, u"CreateFont Number");
   Computer().RemoveData(kPrinter, u"CreateFont Data");
   if (!save) return;
-  // Whatever lies in the records, the file made of them can be loaded.
-  Computer().HoldProfile(kFile, "");
+  // A file made of any records can be loaded.
+  Computer().SetMemoryProfile(kFile, "");
   properties.Saved();
   Require(again.Transfer(TransferDirection::kLoad));
 }
@@ -109,7 +109,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
   Computer();
   const std::string_view bytes(reinterpret_cast<const char*>(data + 1), size - 1);
-  const bool save = (data[0] & 0x38) == 0x38;  // seldom, for it is slow
+  const bool save = (data[0] & 0x38) == 0x38;  // rarely, because it is slow
   {
     const Printer printer = OpenedPrinter();
     if (data[0] % 8 < 3)

@@ -1,4 +1,5 @@
-// What the harnesses share: how they fail, the computer they use, and where they spend no time.
+// Shared by the harnesses: requirements, the simulated computer, and sanitizer options that save
+// time.
 #pragma once
 
 #include <windows.h>
@@ -14,12 +15,12 @@ inline void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// A computer with a printer. Its drives and the set-up file, which is empty, lie in memory.
+// Returns a computer with a printer. Its drives and the empty set-up file are in memory.
 inline std::unique_ptr<platform::Machine> NewComputer() {
   setenv("TMPDIR", "/dev/shm", 0);
   auto machine = platform::Machine::Create();
   machine->AddPrinter({.name = support::kPrinter});
-  machine->HoldProfile(u"C:\\WINDOWS\\SetupKit_QM6_1R.INI", "");
+  machine->SetMemoryProfile(u"C:\\WINDOWS\\SetupKit_QM6_1R.INI", "");
   return machine;
 }
 
@@ -30,8 +31,8 @@ inline kestrel::Printer OpenedPrinter(bool administer = true) {
   return kestrel::Printer(printer);
 }
 
-// A run is short: what it frees need not be kept back for long. Who asked for a block is told by
-// a finding's own run with ASAN_OPTIONS=malloc_context_size=30.
+// Runs are short, so that freed blocks need no long quarantine. Run a finding with
+// ASAN_OPTIONS=malloc_context_size=30 for full stacks.
 extern "C" inline __attribute__((used)) const char* __asan_default_options() {
   return "malloc_context_size=1:quarantine_size_mb=2:thread_local_quarantine_size_kb=1024";
 }

@@ -1,5 +1,5 @@
-// Windows images as any bytes at all, up to the call of their entry point. Begins with the small
-// library that the loader's tests load.
+// Arbitrary bytes as a Windows image, up to the call of its entry point. Starts with the libraries
+// that the tests of the loader load.
 #include <algorithm>
 
 #include "platform/loader/image_map.h"
@@ -7,8 +7,9 @@
 
 namespace {
 
-// What a taken image offers lies in its own memory and can be read.
-void LookAtAll(const platform::ImageFile& image, const platform::MappedImage& mapped) {
+// Requires that the exports, resources and sections of a loaded image are inside its memory and
+// readable.
+void RequireSound(const platform::ImageFile& image, const platform::MappedImage& mapped) {
   const auto* const base = reinterpret_cast<const std::byte*>(mapped.handle());
   const auto within = [&](const void* address, size_t size) {
     const auto at = static_cast<size_t>(static_cast<const std::byte*>(address) - base);
@@ -37,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   try {
     const platform::ImageFile image(file);
     const platform::MappedImage mapped(file);
-    LookAtAll(image, mapped);
+    RequireSound(image, mapped);
   } catch (const platform::ImageError& error) {
     Require(error.code == ERROR_BAD_EXE_FORMAT || error.code == ERROR_MOD_NOT_FOUND ||
             error.code == ERROR_PROC_NOT_FOUND);

@@ -1,5 +1,5 @@
-// A person at random: any bytes become what somebody does at the desk in one sheet after another,
-// over settings, fonts and a backup file that the bytes have damaged.
+// A random user: any bytes become actions in one sheet after another, over settings, fonts and a
+// backup file that the bytes have damaged.
 #include "tests/fuzz/person.h"
 
 #include <windows.h>
@@ -30,11 +30,11 @@ using namespace platform;
 using support::Digest;
 using support::kPrinter;
 
-// Read and written in memory; dialogs find the first alone.
+// Files in memory; dialogs show only the first.
 constexpr WCHAR kBackup[] = u"C:\\data\\a.ini";
 constexpr WCHAR kNewBackup[] = u"C:\\data\\b.ini";
 
-// The bytes one after another; zeros once they are used up.
+// Returns the bytes in order; zeros when there are none left.
 struct Choices {
   std::span<const uint8_t> left;
 
@@ -65,7 +65,7 @@ std::u16string Text(Choices& choices) {
   }
   for (size_t units = which % 40; units > 0; --units) {
     const WORD unit = choices.Word();
-    // No drive but the computer's own is written to.
+    // Only the drive of the simulated computer may be written to.
     if (unit != 0) text += unit == u':' ? u';' : static_cast<char16_t>(unit);
   }
   return text;
@@ -86,14 +86,14 @@ void RequireSound(const PrinterSettingsPart& part, const FontRecord* fonts, int 
   }
 }
 
-// What holds of a sheet's session whatever has been done; a printer's has no fonts.
+// Requires the invariants of a session after any action. A printer sheet has no fonts.
 void RequireSound(const DriverUiData& session) {
   Require(Terminated(session.block.Record.Private.FreePaper.PaperName));
   RequireSound(session.block.Printer, session.fonts.DecoFonts, session.fonts.DecoFontNum);
   RequireSound(session.block.Printer, session.fonts.BarFonts, session.fonts.BarFontNum);
 }
 
-// What the spooler keeps after a sheet.
+// Requires the invariants of the printer data after a sheet.
 void RequireSoundStore(Machine& machine) {
   const auto number = machine.Data(kPrinter, u"CreateFont Number")->bytes;
   const auto fonts = machine.Data(kPrinter, u"CreateFont Data")->bytes;
@@ -103,7 +103,7 @@ void RequireSoundStore(Machine& machine) {
                total);
 }
 
-// What holds of a window; answers the controls that somebody can use.
+// Requires the invariants of a window; returns the controls that a user can use.
 std::vector<ControlView> SoundControls(const WindowView& window) {
   std::vector<ControlView> usable;
   for (const ControlView& control : window.controls) {
@@ -116,7 +116,7 @@ std::vector<ControlView> SoundControls(const WindowView& window) {
   return usable;
 }
 
-// What the windows of the current run showed, and what its sheets returned and stored.
+// Digests of what the windows of the run showed and of what its sheets returned and stored.
 struct Answers {
   Digest windows, records, stored, files;
 };
@@ -128,12 +128,12 @@ void RequireProcessorState() {
   Require(support::ControlWord() == word && !support::DirectionFlag());
 }
 
-// Whether a window's procedure is the driver's own.
+// Returns true when the procedure of the window is the driver's.
 bool OfDriver(const WindowView& top) {
   return top.kind == WindowView::Kind::kDialog || top.page != nullptr;
 }
 
-// Asked anew after each thing done: then what was done has left everything sound.
+// Act is called after each action, when the state has to be consistent again.
 class Person : public User {
  public:
   explicit Person(Choices& choices) : choices_(choices) {}
@@ -165,7 +165,7 @@ class Person : public User {
       desk.Page(what % 6);
     else
       UseKeys(desk, what);
-    return leaving_ < 8;  // who is asked on and on goes away
+    return leaving_ < 8;  // leaves when the sheet does not close
   }
 
   static inline long actions = 0;
@@ -183,7 +183,7 @@ class Person : public User {
     if (what > 248) Agree(desk);
   }
 
-  // Whatever is open is agreed to, or left when that does not help.
+  // Accepts the topmost window, or cancels it when that does not help.
   static void Agree(Desk& desk) {
     if (!desk.Press(SheetButton::kOk) && !desk.Enter()) desk.Escape();
   }
@@ -205,7 +205,7 @@ class Person : public User {
     }
   }
 
-  // Names in the computer's own folder only: the other drive is the host's.
+  // Names in a folder of the simulated computer only: the other drive is the host's.
   static void UseFileDialog(Desk& desk, uint8_t what) {
     constexpr int kNameEdit = 1148;
     desk.Replace(kNameEdit, what % 2 == 0 ? kBackup : kNewBackup);
@@ -217,7 +217,7 @@ class Person : public User {
 };
 
 // The computer that all sheets are shown on, and what its printer has by turns.
-struct Office {
+struct Environment {
   std::unique_ptr<Machine> machine = NewComputer();
   const std::filesystem::path here = std::filesystem::current_path();
   const std::filesystem::path data = machine->HostPath(u"C:\\data");
@@ -227,7 +227,7 @@ struct Office {
   FontStore fonts = {};
   std::string backup;
 
-  Office() {
+  Environment() {
     const std::u16string folder = machine->driverDirectory() + u"\\3\\";
     machine->InstallModule(folder + u"QM610rDRV1.DLL", support::DriverModule());
     machine->InstallModule(folder + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
@@ -248,15 +248,15 @@ struct Office {
     }
     constexpr uint8_t kCounts[] = {20, 30, 10};
     Choices counts{kCounts};
-    Furnish(counts);
+    StoreSettings(counts);
     Require(BackupFileTransfer(nullptr, kBackup, {block, fonts, kPrinter}, TransferDirection::kSave,
                                BACKUP_ALL));
-    backup = machine->HeldProfile(kBackup);
+    backup = machine->MemoryProfile(kBackup);
   }
-  ~Office() { std::fprintf(stderr, "%ld actions\n", Person::actions); }
+  ~Environment() { std::fprintf(stderr, "%ld actions\n", Person::actions); }
 
   // As many papers and fonts of both kinds as the bytes tell, and a damaged backup.
-  void Furnish(Choices& choices) {
+  void StoreSettings(Choices& choices) {
     machine->AddPrinter({.name = kPrinter});
     std::filesystem::remove_all(data);
     block.Printer.PaperNum = choices.Below(kPaperCapacity + 1);
@@ -268,8 +268,8 @@ struct Office {
     for (int changes = choices.Below(8); changes > 0; --changes)
       damaged[choices.Word() % damaged.size()] = static_cast<char>(choices.Byte());
     machine->WriteFile(kBackup, "");
-    machine->HoldProfile(kBackup, damaged);
-    machine->HoldProfile(kNewBackup, "");
+    machine->SetMemoryProfile(kBackup, damaged);
+    machine->SetMemoryProfile(kNewBackup, "");
   }
 
   void ShowSheet(Choices& choices) {
@@ -289,7 +289,7 @@ struct Office {
           nullptr, printer.get(), name.data(), &output.Public, in,
           DM_COPY | DM_PROMPT | kModes[how % 4] | (in != nullptr ? DM_IN_BUFFER : 0u));
     machine->desk().Attach(nullptr);
-    RethrowKept();
+    RethrowPendingException();
     RequireProcessorState();
     answers.records.Add(result);
     answers.records.AddBytes(std::as_bytes(std::span(&output, 1)));
@@ -308,7 +308,7 @@ struct Office {
         to.stored.AddBytes(data.bytes);
       }
     }
-    for (const WCHAR* file : {kBackup, kNewBackup}) to.files.Add(machine->HeldProfile(file));
+    for (const WCHAR* file : {kBackup, kNewBackup}) to.files.Add(machine->MemoryProfile(file));
   }
 
   // What is open or held just now.
@@ -326,20 +326,20 @@ struct Office {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Office office;
+  static Environment environment;
   Choices choices{{data, size}};
-  office.Furnish(choices);
+  environment.StoreSettings(choices);
   answers = {};
-  const auto before = office.Open();
-  std::filesystem::current_path(office.data);  // where names without a folder lie
+  const auto before = environment.Open();
+  std::filesystem::current_path(environment.data);  // where names without a folder lie
   for (int sheets = 0; sheets < 4 && !choices.left.empty(); ++sheets) {
-    office.ShowSheet(choices);
-    RequireSoundStore(*office.machine);
-    office.AddStored(answers);
-    office.machine->HoldProfile(kBackup, office.machine->HeldProfile(kBackup));
-    Require(office.machine->desk().ModalDepth() == 0 && office.Open() == before);
+    environment.ShowSheet(choices);
+    RequireSoundStore(*environment.machine);
+    environment.AddStored(answers);
+    environment.machine->SetMemoryProfile(kBackup, environment.machine->MemoryProfile(kBackup));
+    Require(environment.machine->desk().ModalDepth() == 0 && environment.Open() == before);
   }
-  std::filesystem::current_path(office.here);
+  std::filesystem::current_path(environment.here);
   return 0;
 }
 

@@ -1,12 +1,12 @@
-// The random user without the fuzzer.
+// The random user, callable without the fuzzer.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
-// Shows sheets to a user whose actions these bytes choose. Ends the process when anything is
-// unsound.
+// Shows sheets to a user whose actions these bytes choose. Ends the process when an invariant is
+// violated.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 // Returns digests of what the last run showed, returned and stored, as one line. The same bytes

@@ -1,6 +1,6 @@
-// Records of callers, and what the spooler keeps as a printer's own, as any bytes at all. The first
-// bytes choose the system, the stored settings, when another program changes the printer and how
-// input and output overlap.
+// Arbitrary bytes as the record of a caller and as the printer data of the spooler. The first bytes
+// choose the system, the stored settings, when another program changes the printer, and how input
+// and output overlap.
 #include <windows.h>
 #include <winddiui.h>
 
@@ -20,8 +20,9 @@ constexpr ptrdiff_t kChoices = 4;
 
 constexpr size_t kOwnSize = sizeof(SettingsRecord);
 
-// A record as a block of its own, whose ends the address sanitizer watches: as long as it claims,
-// and no longer than the driver's own, behind which nothing is read whatever is claimed.
+// Returns a record in a block of its own, whose ends the address sanitizer watches. The block has
+// the size that the record declares, up to the size of the driver record, beyond which nothing is
+// read.
 std::vector<uint8_t> ExactRecord(const uint8_t* data, size_t size) {
   std::vector<uint8_t> start(data, data + std::min<size_t>(size, 72));
   start.resize(72, 0x5A);
@@ -31,8 +32,8 @@ std::vector<uint8_t> ExactRecord(const uint8_t* data, size_t size) {
   return record;
 }
 
-// Converts a record into an output that overlaps it, this far behind or before it; the result is
-// that of separate buffers.
+// Converts a record into an output that overlaps it by `distance` bytes after or before it. The
+// result equals that of separate buffers.
 void ConvertOverlapping(const std::vector<uint8_t>& record, int distance,
                         const SettingsRecord& separate) {
   const size_t gap = static_cast<size_t>(std::abs(distance));
@@ -47,7 +48,7 @@ void ConvertOverlapping(const std::vector<uint8_t>& record, int distance,
   Require(std::memcmp(output, &separate, kOwnSize) == 0);
 }
 
-void AskEverything(HANDLE printer, std::vector<uint8_t> bytes, int distance) {
+void CallEverything(HANDLE printer, std::vector<uint8_t> bytes, int distance) {
   auto* const record = reinterpret_cast<DEVMODEW*>(bytes.data());
   std::u16string name = kPrinter;
   LONG size = 452;
@@ -62,7 +63,7 @@ void AskEverything(HANDLE printer, std::vector<uint8_t> bytes, int distance) {
   Require(size == 452 && out->Public.dmSize == (echoed ? given : 220));
   if (!echoed) Require(out->Private.Signature == SETTINGS_SIGNATURE);
   ConvertOverlapping(bytes, distance, *out);
-  // Once its public fields have been made to follow, the driver's own record stays as it is.
+  // A second conversion of a converted record changes nothing.
   const auto once = converted(&out->Public);
   Require(std::memcmp(once.get(), converted(&once->Public).get(), sizeof *once) == 0);
 
@@ -102,10 +103,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   if ((data[-kChoices] & 4) != 0) machine->SetDefaultRecord(kPrinter, support::BytesOf(data, size));
   const int blocks = machine->LiveAllocations();
-  // Every call meets the printer at another moment of another program's change.
+  // Another program changes the printer at a different call in each run.
   machine->faults.FailNth(platform::Fault::kSpoolerChange, data[3 - kChoices] % 64);
-  AskEverything(OpenedPrinter().get(), ExactRecord(data, size),
-                static_cast<int8_t>(data[3 - kChoices]) * 4);
+  CallEverything(OpenedPrinter().get(), ExactRecord(data, size),
+                 static_cast<int8_t>(data[3 - kChoices]) * 4);
   machine->faults.Clear();
   Require(machine->LiveAllocations() == blocks && machine->OpenPrinterHandles() == 0);
   return 0;

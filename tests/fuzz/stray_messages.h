@@ -1,4 +1,5 @@
-// Messages that no control and no manager sends: any process of the desktop can send most of them.
+// Messages that neither controls nor managers send, but most of which any process of the desktop
+// can send.
 #pragma once
 
 #include <windows.h>
@@ -7,9 +8,9 @@
 
 #include <array>
 
-// Sends a window one message out of turn: a later WM_INITDIALOG with a forged pointer, a command or
+// Sends a window one unexpected message: a later WM_INITDIALOG with a forged pointer, a command or
 // notification of a control that need not exist, or a notification of the sheet out of order.
-// byte() gives the next choice.
+// byte() returns the next choice.
 template <typename Byte>
 void SendStrayMessage(HWND window, Byte byte) {
   alignas(16) static std::array<unsigned char, 4096> forged;

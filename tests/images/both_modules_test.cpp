@@ -1,4 +1,4 @@
-// Neither the Windows image nor the native module lets an exception through.
+// No exception leaves the Windows image or the native module.
 #include "driver/handles.h"
 #include "platform/machine/guard.h"
 #include "tests/support/steps.h"
@@ -27,21 +27,21 @@ class BothModules : public support::MachineTest {
 };
 
 struct ThrowingUser : platform::User {
-  bool Act(platform::Desk&) override { throw std::runtime_error("a person's mistake"); }
+  bool Act(platform::Desk&) override { throw std::runtime_error("a user's mistake"); }
 };
 
 LONG_PTR CALLBACK ThrowingHost(HANDLE, UINT, LPARAM, LPARAM) {
   throw std::runtime_error("a host's mistake");
 }
 
-TEST_F(BothModules, TellOfExceptionsOnceTheyHaveReturned) {
+TEST_F(BothModules, ExceptionOfCallbackIsRethrownAfterTheExport) {
   for (const Exports* module : {&exports_, &ofImage_}) {
     ThrowingUser user;
     const support::Seat seat(user);
     EXPECT_EQ(
         module->DrvDocumentProperties(nullptr, printer_, name_.data(), nullptr, nullptr, DM_PROMPT),
         LONG{CPSUI_CANCEL});
-    EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
+    EXPECT_THROW(platform::RethrowPendingException(), std::runtime_error);
 
     DOCUMENTPROPERTYHEADER header = {sizeof header, 0,       printer_, name_.data(),
                                      nullptr,       nullptr, 0,        DM_PROMPT};
@@ -49,7 +49,7 @@ TEST_F(BothModules, TellOfExceptionsOnceTheyHaveReturned) {
     PROPSHEETUI_INFO info = {sizeof info, 0, 0, 0, nullptr, platform::Guarded<ThrowingHost>::Call,
                              param,       0, 0};
     EXPECT_EQ(module->DrvDocumentPropertySheets(&info, param), -1);
-    EXPECT_THROW(platform::RethrowKept(), std::runtime_error);
+    EXPECT_THROW(platform::RethrowPendingException(), std::runtime_error);
   }
 }
 

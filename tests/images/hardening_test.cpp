@@ -1,4 +1,4 @@
-// The hardening of an image as the loader and the image itself carry it out.
+// The hardening of an image, as the loader and the image itself implement it.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -42,7 +42,7 @@ class Hardening : public testing::Test {
   ImageFile image_{file_};
 };
 
-TEST_F(Hardening, CookieIsFilledByTheLoaderElseAtProcessAttach) {
+TEST_F(Hardening, CookieIsFilledByLoaderOrAtProcessAttach) {
   std::set<uintptr_t> cookies;
   for (const bool fills : {true, false}) {
     for (int load = 0; load < 2; ++load) {
@@ -59,7 +59,7 @@ TEST_F(Hardening, CookieIsFilledByTheLoaderElseAtProcessAttach) {
   EXPECT_EQ(cookies.size(), 5u);
 }
 
-TEST_F(Hardening, GuardPointersAreResolvedBySystemsWithControlFlowGuard) {
+TEST_F(Hardening, GuardPointersAreSetOnlyWithControlFlowGuard) {
   const auto within = [this](const MappedImage& mapped, uint32_t place) {
     return Word(mapped, place) - reinterpret_cast<uintptr_t>(mapped.handle()) < image_.size;
   };
@@ -72,7 +72,7 @@ TEST_F(Hardening, GuardPointersAreResolvedBySystemsWithControlFlowGuard) {
   }
 }
 
-TEST_F(Hardening, IndirectCallReachesFunctionsOfTheTableOnly) {
+TEST_F(Hardening, IndirectCallOutsideTheTableEndsTheProcess) {
   using Sum = int WINAPI(int, double, int, double, int);
   const HMODULE module = Load();
   ASSERT_NE(module, nullptr);
@@ -98,7 +98,7 @@ TEST_F(Hardening, OverrunEndsTheProcess) {
   }
 }
 
-TEST_F(Hardening, LoaderRefusesTablesOutsideTheImage) {
+TEST_F(Hardening, TableOutsideTheImageIsRejected) {
   constexpr bool wide = sizeof(void*) == 8;
   const auto placeOf = [this](uint32_t address) {
     return static_cast<size_t>(image_.At(address, 4).data() - file_.data());

@@ -1,4 +1,4 @@
-// Windows images as the loader takes and refuses them: the sample library, whole and damaged.
+// The loader of Windows images with the sample library, intact and damaged.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -17,7 +17,7 @@ using Image = std::vector<std::byte>;
 constexpr char16_t kPath[] = u"C:\\drivers\\Sample.dll";
 constexpr size_t kNewHeaderAt = 0x3C, kSize = 6 * 4096;  // in the file, and in memory
 
-// How the process has mapped memory, page by page.
+// Returns the protection of a range of memory, page by page.
 std::string Pages(uintptr_t from, size_t size) {
   std::ifstream maps("/proc/self/maps");
   std::string pages, protection;
@@ -48,7 +48,7 @@ class Loader : public testing::Test {
   HMODULE module_ = nullptr;
 };
 
-TEST_F(Loader, RunsAnImageAndTakesItAwayAgain) {
+TEST_F(Loader, LoadRunAndFreeLeaveNothingMapped) {
   module_ = Load(sample_);
   ASSERT_NE(module_, nullptr) << GetLastError();
   const auto base = reinterpret_cast<uintptr_t>(module_);
@@ -71,23 +71,24 @@ TEST_F(Loader, RunsAnImageAndTakesItAwayAgain) {
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
   }
 
-  // Its own memory, each section as it asks, and nothing that can be both written and run.
+  // The image has its own memory with the protection of each section; no page is writable and
+  // executable.
   EXPECT_EQ(Pages(base, kSize), "r-- r-x r-- rw- r-- r-- ");
   const auto data = platform::FindResourceBytes(module_, MAKEINTRESOURCEW(10), u"Label");
   ASSERT_EQ(data.size(), 17u);
   EXPECT_LT(reinterpret_cast<uintptr_t>(data.data()) - base, kSize);
-  // Type and name are told apart.
+  // Type and name are distinguished.
   EXPECT_TRUE(platform::FindResourceBytes(module_, u"Label", MAKEINTRESOURCEW(10)).empty());
 
   EXPECT_TRUE(FreeLibrary(module_));
   EXPECT_EQ(apply(0, 1), 2);
   EXPECT_TRUE(FreeLibrary(module_));
-  EXPECT_EQ(GetLastError(), 5678u);  // it was detached
+  EXPECT_EQ(GetLastError(), 5678u);  // set by the detach
   EXPECT_EQ(Pages(base, kSize), "");
   EXPECT_EQ(machine_->OpenModules(), 0);
 }
 
-TEST_F(Loader, RefusesWhatItCannotRun) {
+TEST_F(Loader, RejectsDamagedAndUnsupportedImages) {
   // Offsets from the new header: 24 is the optional header, with its directories of 8 bytes; the
   // section headers of 40 bytes follow, that of the code first, then that of the data.
   constexpr bool kWide = sizeof(void*) == 8;
@@ -119,35 +120,35 @@ TEST_F(Loader, RefusesWhatItCannotRun) {
     std::ifstream maps("/proc/self/maps");
     return std::count(std::istream_iterator<std::string>(maps), {}, "r-xp");
   };
-  const auto refusal = [&](const Image& image) {
+  const auto errorOf = [&](const Image& image) {
     EXPECT_EQ(Load(image), nullptr);
     return GetLastError();
   };
-  refusal({});
+  errorOf({});
   const auto before = runnable();
   for (const auto& [what, at, width, value] : kDamages) {
     Image damaged = sample_;
     std::memcpy(damaged.data() + header_ + at, &value, width);
-    EXPECT_EQ(refusal(damaged), DWORD{ERROR_BAD_EXE_FORMAT}) << what;
+    EXPECT_EQ(errorOf(damaged), DWORD{ERROR_BAD_EXE_FORMAT}) << what;
   }
   const auto renamed = [&](std::string_view old, std::string_view name) {
     std::string image(reinterpret_cast<const char*>(sample_.data()), sample_.size());
     image.replace(image.find(old), name.size() + 1, name.data(), name.size() + 1);
     return support::BytesOf(image.data(), image.size());
   };
-  EXPECT_EQ(refusal(renamed("kernel32.dll", "kernel33.dll")), DWORD{ERROR_MOD_NOT_FOUND});
-  EXPECT_EQ(refusal(renamed("user32.dll", "gdi32.dll")), DWORD{ERROR_PROC_NOT_FOUND});
-  EXPECT_EQ(refusal(renamed("SetLastError", "SetLastErroR")), DWORD{ERROR_PROC_NOT_FOUND});
+  EXPECT_EQ(errorOf(renamed("kernel32.dll", "kernel33.dll")), DWORD{ERROR_MOD_NOT_FOUND});
+  EXPECT_EQ(errorOf(renamed("user32.dll", "gdi32.dll")), DWORD{ERROR_PROC_NOT_FOUND});
+  EXPECT_EQ(errorOf(renamed("SetLastError", "SetLastErroR")), DWORD{ERROR_PROC_NOT_FOUND});
   EXPECT_EQ(Load(sample_, 1234), nullptr);
   EXPECT_EQ(GetLastError(), DWORD{ERROR_DLL_INIT_FAILED});
   EXPECT_EQ(machine_->OpenModules(), 0);
   EXPECT_EQ(runnable(), before);
 }
 
-// Every byte of the file changed, and every length: taken or refused, never a read or a write
-// outside.
-TEST_F(Loader, OutlivesEveryDamage) {
-  const auto taken = [&](platform::Bytes image) {
+// For every changed byte and every length the image loads or is rejected, without an access outside
+// its memory.
+TEST_F(Loader, ChangedByteOrLengthNeverCrashes) {
+  const auto loads = [&](platform::Bytes image) {
     try {
       const platform::MappedImage mapped(image);
       ptrdiff_t read = 0;
@@ -160,12 +161,12 @@ TEST_F(Loader, OutlivesEveryDamage) {
     }
   };
   for (size_t size = 0; size < sample_.size(); ++size)
-    EXPECT_FALSE(taken(Image(sample_.data(), sample_.data() + size)));
+    EXPECT_FALSE(loads(Image(sample_.data(), sample_.data() + size)));
   size_t survivals = 0;
   for (std::byte& each : sample_) {
     for (const auto change : {std::byte{1}, std::byte{0x80}, std::byte{0xFF}}) {
       each ^= change;
-      survivals += taken(sample_);
+      survivals += loads(sample_);
       each ^= change;
     }
   }

@@ -1,4 +1,4 @@
-// windows/runtime.cpp, compiled as for the DLLs, against the compiler's own functions.
+// windows/runtime.cpp, compiled as for the DLLs, compared with the functions of the compiler.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -26,7 +26,7 @@ class Runtime : public testing::Test {
   }();
 };
 
-// Boundaries of 32 and 64 bits, and numbers of every length.
+// Boundaries of 32 and 64 bits, and random numbers of every length.
 std::vector<uint64_t> Operands() {
   std::vector<uint64_t> operands = {0,
                                     1,
@@ -48,7 +48,7 @@ std::vector<uint64_t> Operands() {
   return operands;
 }
 
-TEST_F(Runtime, DividesAsTheCompiler) {
+TEST_F(Runtime, DivisionMatchesTheCompiler) {
   if constexpr (sizeof(void*) == 8) GTEST_SKIP() << "the processor divides 64 bits by itself";
   const auto divideSigned = Entry<int64_t WINAPI(int64_t, int64_t)>("_alldiv");
   const auto divideUnsigned = Entry<uint64_t WINAPI(uint64_t, uint64_t)>("_aulldiv");
@@ -67,7 +67,7 @@ TEST_F(Runtime, DividesAsTheCompiler) {
   }
 }
 
-TEST_F(Runtime, CopiesAndFillsAsTheLibrary) {
+TEST_F(Runtime, CopyAndFillMatchTheLibrary) {
   using Copy = void* WINAPIV(void*, const void*, size_t);
   const auto copy = Entry<Copy>("memcpy");
   const auto move = Entry<Copy>("memmove");
@@ -93,7 +93,7 @@ TEST_F(Runtime, CopiesAndFillsAsTheLibrary) {
   }
 }
 
-TEST_F(Runtime, MeasuresAndComparesTextAsTheLibrary) {
+TEST_F(Runtime, TextFunctionsMatchTheLibrary) {
   const auto length = Entry<size_t WINAPIV(const char*)>("strlen");
   const auto compare = Entry<int WINAPIV(const char*, const char*)>("strcmp");
   const char* const texts[] = {"", "a", "b", "ab", "aB", "abc", "\x7F", "\x80", "\xFF", "a\xFF"};

@@ -1,7 +1,7 @@
-// answers ACTIONS [CONTROL_WORD]: writes what the module under test returns, stores and shows, so
-// that the files of two machines can be compared: a line for each random record, and a line for
-// each seed of a random user, until that many actions are done. The control word of the x87, when
-// given, is set first, as an application may have set it.
+// answers ACTIONS [CONTROL_WORD]: prints what the module under test returns, stores and shows, so
+// that the output of two machines can be compared: a line for each random record, and a line for
+// each seed of a random user until that many actions are done. Sets the x87 control word first,
+// when given, as an application may have.
 #include <windows.h>
 #include <winddiui.h>
 #include <winspool.h>
@@ -26,7 +26,7 @@ using support::BytesOf;
 using support::Digest;
 using Record = std::vector<std::byte>;
 
-// A settings record with words at random, or random bytes; each as long as it says of itself.
+// A settings record with random words, or random bytes; each as long as its sizes declare.
 Record RandomRecord(std::minstd_rand& random, int kind) {
   Record record = BytesOf(support::DefaultBlock().Record);
   for (auto changes = random() % 12; changes > 0; --changes)
@@ -41,8 +41,8 @@ Record RandomRecord(std::minstd_rand& random, int kind) {
 
 class Computer {
  public:
-  // The answers for one record, null for none. Every capability index is asked without a record,
-  // some with one.
+  // Returns digests of all results for a record, or for none (null). Calls every capability index
+  // without a record, some with one.
   std::string AnswersFor(DEVMODEW* record) {
     Digest capabilities, resolutions, conversions, others;
     for (int index = -1; index < 64; index += record != nullptr ? 5 : 1) {
@@ -78,7 +78,7 @@ class Computer {
   }
 
  private:
-  // Adds what a call returns, sets as the last error and writes.
+  // Adds the result, last error and output of a call.
   template <typename Call>
   void Ask(Digest& digest, Call call) {
     const support::GuardedBuffer output(2688);

@@ -1,6 +1,5 @@
-// The platform's libraries with windows of their own: property sheets (who is told what, and in
-// which order), file dialogs (what a typed name becomes, what is refused and asked) and the
-// halftone dialogs (what a person can set, and what comes home).
+// The libraries with windows of their own: property sheets (order of notifications), file dialogs
+// (paths, refusals and questions) and the halftone dialogs (fields and results).
 #include <windows.h>
 #include <commdlg.h>
 #include <compstui.h>
@@ -14,11 +13,11 @@
 namespace support {
 namespace {
 
-// A sheet of three pages on the module's templates; what pages and the property-sheet function are
-// told is written down.
+// A sheet of three pages with templates of the module. Logs the calls of the pages and of the
+// property-sheet function.
 class SheetTest : public MachineTest {
  protected:
-  // What was told behind the start, and the result.
+  // The calls after the initial ones, and the result.
   std::string Show(Steps steps) {
     test = this;
     log.clear();
@@ -70,12 +69,13 @@ class SheetTest : public MachineTest {
     if (message == WM_COMMAND && GetFocus() == nullptr) test->log += "left ";
     if (message != WM_NOTIFY) return FALSE;
     static constexpr const char* kNames[] = {"SETACTIVE", "KILLACTIVE", "APPLY", "RESET"};
-    const auto& told = *reinterpret_cast<const PSHNOTIFY*>(lParam);
+    const auto& notification = *reinterpret_cast<const PSHNOTIFY*>(lParam);
     test->log +=
         std::to_string(GetWindowLongPtrW(page, DWLP_USER)) +
-        (told.hdr.code == PSN_QUERYCANCEL ? "QUERYCANCEL" : kNames[PSN_FIRST - told.hdr.code]);
-    test->log += (told.hdr.code == PSN_RESET && told.lParam != 0 ? "-BOX " : " ");
-    if (told.hdr.code == PSN_APPLY) test->Call(CPSFUNC_SET_RESULT, test->last, CPSUI_OK);
+        (notification.hdr.code == PSN_QUERYCANCEL ? "QUERYCANCEL"
+                                                  : kNames[PSN_FIRST - notification.hdr.code]);
+    test->log += (notification.hdr.code == PSN_RESET && notification.lParam != 0 ? "-BOX " : " ");
+    if (notification.hdr.code == PSN_APPLY) test->Call(CPSFUNC_SET_RESULT, test->last, CPSUI_OK);
     SetWindowLongPtrW(page, DWLP_MSGRESULT, test->refuse);
     return TRUE;
   }
@@ -84,10 +84,10 @@ class SheetTest : public MachineTest {
   std::string log;
   bool refuse = false;
   PROPSHEETUI_INFO sheet = {};
-  LONG_PTR last = 0;  // the last page's handle
+  LONG_PTR last = 0;  // the handle of the last page
 };
 
-TEST_F(SheetTest, TellsTheActivePageWhichMayRefuseAndThenEveryPageThatWasShown) {
+TEST_F(SheetTest, ActivePageMayRefuseBeforeAllShownPagesAreNotified) {
   const auto look = [&](Desk& desk) {
     EXPECT_EQ(desk.Windows().back().title, u"プリンタのプロパティ");
     EXPECT_EQ(desk.FocusedId(), IDC_OPERATION_COLOR_BLACK) << "the page's first control";
@@ -120,7 +120,7 @@ class FileDialogTest : public MachineTest {
  protected:
   static constexpr int kName = 1148, kFiles = 1120;
 
-  // The chosen file, or u"" for none; with a start name it is for saving.
+  // Returns the chosen file, or u"". With an initial name the dialog is for saving.
   std::u16string Choose(Steps steps, const char16_t* start = u"", DWORD size = MAX_PATH) {
     for (const auto* name : {u"a.ini", u"plain", u"note.txt", u"ソ表\\b.ini"})
       machine().WriteFile(std::u16string(u"C:\\data\\") + name, "x");
@@ -138,7 +138,7 @@ class FileDialogTest : public MachineTest {
     const bool chosen = Follow(std::move(steps), [&] { return ask(&request) != FALSE; });
     return chosen || file[0] > size ? file : u"";
   }
-  // Types a name; then a message box has this text, if any, and is left by a button.
+  // Types a name. Then a message box has this text, if any, and is closed by a button.
   static Steps Enter(std::u16string name, std::u16string text = u"", int button = IDOK) {
     Steps steps = {Replace(kName, name), support::Enter()};
     const auto box = [=](Desk& desk) { EXPECT_EQ(desk.MessageText(), text); };
@@ -148,7 +148,7 @@ class FileDialogTest : public MachineTest {
   static Steps Pick(std::u16string line) { return {Select(kFiles, line), Click(IDOK)}; }
 };
 
-TEST_F(FileDialogTest, FoldersAndFilesAreWalkedAndPickedAndWhatIsOpenedMustExist) {
+TEST_F(FileDialogTest, OpenedFileMustExist) {
   const Steps walk = {ExpectItems(kFiles, {u"..\\", u"ソ表\\", u"a.ini"}), Pick(u"..\\"),
                       Pick(u"data\\"), Pick(u"ソ表\\")};
   EXPECT_EQ(Choose({walk, Pick(u"b.ini")}), u"C:\\data\\ソ表\\b.ini");
@@ -162,7 +162,7 @@ TEST_F(FileDialogTest, FoldersAndFilesAreWalkedAndPickedAndWhatIsOpenedMustExist
   EXPECT_EQ(Choose({refused, ExpectText(kName, u""), Enter(u"..\\PLAIN")}), u"C:\\data\\PLAIN");
 }
 
-TEST_F(FileDialogTest, SavingAsksBeforeItOverwrites) {
+TEST_F(FileDialogTest, SaveConfirmsBeforeOverwriting) {
   const std::u16string asks = u"C:\\data\\a.ini\nこのファイルは既に存在します。上書きしますか?";
   const Steps no = {ExpectText(kName, u"a.ini"), Enter(u"a", asks, IDNO)};
   EXPECT_EQ(Choose({no, Close()}, u"a.ini"), u"");
@@ -173,7 +173,7 @@ TEST_F(FileDialogTest, SavingAsksBeforeItOverwrites) {
 TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
   const struct {
     const char16_t* path;
-    SHORT hidden, shown;  // what a buffer of 6 units comes to
+    SHORT hidden, shown;  // results for a buffer of 6 units
     const char16_t* title;
   } rows[] = {{u"C:\\d\\a.ini", 0, 0, u"a"},
               {u"C:a.b.i", 0, 0, u"a.b"},
@@ -199,11 +199,11 @@ TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
   }
 }
 
-TEST_F(MachineTest, HalftoneNumbersAndChoicesComeHomeWhenTheyAreConfirmed) {
+TEST_F(MachineTest, HalftoneValuesAreStoredWhenConfirmed) {
   // The k-th row has the field 2101 + k.
   constexpr int kContrast = 2101, kBrightness = 2102, kRed = 2105, kNegative = 2111, kReset = 2400;
   COLORADJUSTMENT of = {23, 0, 77, 10000, 10000, 10000, 0, 10000, 300, 0, 0, 0};
-  // The answer, and size, light, contrast, brightness, red, green and flags behind it.
+  // The result, then size, light, contrast, brightness, red, green and flags.
   const auto adjust = [&](Steps steps, BOOL permission = TRUE) {
     const LONG answer = Follow(std::move(steps), [&] {
       return HTUI_ColorAdjustmentW(nullptr, nullptr, nullptr, &of, TRUE, permission);
@@ -214,7 +214,7 @@ TEST_F(MachineTest, HalftoneNumbersAndChoicesComeHomeWhenTheyAreConfirmed) {
   const auto locked = ExpectEnabled({kContrast, kNegative, kReset, IDOK}, false);
   EXPECT_EQ(adjust({locked, Escape()}, FALSE)[0] + adjust({Replace(kRed, u"7"), Close()})[0], 0);
   EXPECT_EQ(adjust({Click(IDOK)}), (std::vector<int>{1, 24, 77, 300, 0, 10000, 10000, 0}))
-      << "a foreign size is mended, all else that nobody touched stays as it is";
+      << "a wrong size is corrected, unchanged fields keep their values";
   const Steps dark = {Replace(kBrightness, u"-100"), Replace(kRed, u"65000"), Select(kNegative, 1)};
   const Steps bad = {Replace(kContrast, u"-999"), Tab(), ExpectText(kContrast, u"-100")};
   EXPECT_EQ(adjust({dark, bad, Replace(kContrast, u"-"), Enter()}),

@@ -1,4 +1,4 @@
-// Profile files: what is read in every encoding, what a write leaves alone, what damage does.
+// Profile files: reading every encoding, writing without changing other lines, and damage.
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -21,7 +21,7 @@ class Profile : public support::MachineTest {
  protected:
   void Keep(const std::string& bytes) { machine_->WriteFile(kWidePath, bytes); }
   std::string Kept() { return machine_->ReadFile(kWidePath).value_or("(no file)"); }
-  // A key list is told with "|" for its terminators.
+  // Shows the terminators of a list of keys as "|".
   static std::string Get(const char* section, const char* key, DWORD size = kLarge) {
     std::string out(size + 1, '#');
     const DWORD count = GetPrivateProfileStringA(section, key, "(none)  ", out.data(), size, kPath);
@@ -51,14 +51,14 @@ TEST_F(Profile, BothFormsReadEveryEncoding) {
     EXPECT_EQ(GetWide(u"ゾ", u"ｷｰ"), u"ソ") << "a second byte that looks like a bracket";
     EXPECT_EQ(GetWide(u"ゾ", u"ｷｰ\xD83D"), u"(none)") << "a name without a form in the file";
     EXPECT_EQ(Get(ToCp932(u"ゾ").c_str(), ToCp932(u"ｷｰ").c_str()), ToCp932(u"ソ"));
-    // A write keeps the encoding and all that is there.
+    // A write keeps the encoding and all other text.
     ASSERT_TRUE(Put(ToCp932(u"ゾ").c_str(), "x", ToCp932(u"表").c_str()));
     EXPECT_TRUE(Kept().starts_with(file) && Kept().ends_with(odd));
     EXPECT_EQ(GetWide(u"ゾ", u"x"), u"表");
   }
 }
 
-TEST_F(Profile, NamesMatchByteForByteAndAnswersAreStrippedAndCut) {
+TEST_F(Profile, NamesMatchExactlyAndValuesAreTrimmed) {
   Keep(
       " [ one ] comment\r\n key = \" a b \" \r\nKEY='x'\r\nempty=\r\nhalf=\"x\r\nq=\"\r\n"
       "key=second\r\n;off=1\r\n=nameless\r\nwide=" +
@@ -83,7 +83,7 @@ TEST_F(Profile, NamesMatchByteForByteAndAnswersAreStrippedAndCut) {
   }
 }
 
-TEST_F(Profile, ByteFormConvertsByTheAnsiCodePage) {
+TEST_F(Profile, AnsiFormConvertsByTheAnsiPage) {
   const std::string section = ToCp932(u"印刷"), file = "[" + section + "]\r\nk=" + section + "\r\n";
   machine_->SetAnsiPage(1252);
   ASSERT_TRUE(Put(section.c_str(), "k", section.c_str()));
@@ -98,7 +98,7 @@ TEST_F(Profile, ByteFormConvertsByTheAnsiCodePage) {
   EXPECT_TRUE(Kept().starts_with("[\xEF\xBF\xBD"));
 }
 
-TEST_F(Profile, AWriteChangesItsLineAlone) {
+TEST_F(Profile, WriteChangesOnlyItsLine) {
   const std::string a = "; top\n\n", b = "[a]\r\n; note\r\n", c = "foreign line\r\ny=2\r\n",
                     d = "\r\n[b]\r\nz=3";
   const std::string before = a + b + "x = 1\n" + c + d;
@@ -116,14 +116,14 @@ TEST_F(Profile, AWriteChangesItsLineAlone) {
     ASSERT_TRUE(Put(row.section, row.key, row.value));
     EXPECT_EQ(Kept(), row.after);
   }
-  // A new file; a bare name lies in the Windows directory.
+  // A new file; a name without a folder is in the Windows directory.
   for (const char* key : {"b", "a"})
     ASSERT_TRUE(WritePrivateProfileStringA("s", key, "1", "n.ini"));
   ASSERT_TRUE(WritePrivateProfileStringA("t", "c", "2", "n.ini"));
   EXPECT_EQ(machine_->ReadFile(u"C:\\WINDOWS\\n.ini"), "[s]\r\nb=1\r\na=1\r\n[t]\r\nc=2\r\n");
 }
 
-TEST_F(Profile, AFailedWriteLeavesTheFileAndNothingBeside) {
+TEST_F(Profile, FailedWriteLeavesFileUnchanged) {
   const std::string text = "[s]\r\nk=1\r\n";
   Keep(text);
   const auto count = [&] { return std::distance(fs::directory_iterator(file_.parent_path()), {}); };
@@ -141,9 +141,9 @@ TEST_F(Profile, AFailedWriteLeavesTheFileAndNothingBeside) {
   EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", "C:\\WINDOWS"));
 }
 
-TEST_F(Profile, WhatAKillLeftBesideGoesWithTheNextWrite) {
+TEST_F(Profile, WriteRemovesFilesOfKilledProcesses) {
   Keep("");
-  // Minutes since each was written, and whether it stays.
+  // Minutes since each file was written, and whether it stays.
   const std::tuple<const char*, int, bool> kNames[] = {
       {".settings.ini.123.0", 2, false}, {".settings.ini.123.1", 0, true},
       {".settings.ini.123.x", 2, true},  {".settings.ini.bak", 2, true},
@@ -158,7 +158,7 @@ TEST_F(Profile, WhatAKillLeftBesideGoesWithTheNextWrite) {
     EXPECT_EQ(fs::exists(file_.replace_filename(name)), stays) << name;
 }
 
-TEST_F(Profile, AReplacedFileIsReadAnewAndItsModeAndLinkStay) {
+TEST_F(Profile, ReplacedFileIsReadAgainAndKeepsModeAndLink) {
   Keep("[s]\r\nk=1\r\n");
   EXPECT_EQ(Get("s", "k"), "1");
   const auto other = file_.parent_path() / "other.ini", link = file_.parent_path() / "link.ini";

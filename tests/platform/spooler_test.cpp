@@ -1,5 +1,5 @@
-// Printers, printer data and the registry as their callers see them, and what of it outlives a
-// process. Killed ones: tests/host.
+// Printers, printer data and the registry as their callers see them, and what persists. Killed
+// processes: tests/host.
 #include <gmock/gmock.h>
 
 #include <cstdlib>
@@ -23,16 +23,16 @@ class Spooler : public testing::Test {
  protected:
   void SetUp() override { machine_->AddPrinter({.name = kName, .helpFile = u"", .attributes = 8}); }
   static std::string Joined(std::initializer_list<DWORD> numbers) {
-    std::string told;
-    for (const DWORD number : numbers) told += (told.empty() ? "" : ",") + std::to_string(number);
-    return told + " ";
+    std::string log;
+    for (const DWORD number : numbers) log += (log.empty() ? "" : ",") + std::to_string(number);
+    return log + " ";
   }
   std::unique_ptr<Machine> machine_ = Machine::Create();
   DWORD needed_ = 0, type_ = 0;
 };
 
-// The driver's own tests tell what the levels hold.
-TEST_F(Spooler, EachLevelTellsItsSizeAndFitsIt) {
+// The tests of the driver check the contents of the levels.
+TEST_F(Spooler, EachLevelFitsTheSizeItRequires) {
   const OpenedPrinter printer(u"倉庫 1f,lpt1:");
   std::vector<std::byte> record(220);
   record[68] = std::byte{220};  // dmSize
@@ -46,75 +46,76 @@ TEST_F(Spooler, EachLevelTellsItsSizeAndFitsIt) {
       return answers ? 0 : GetLastError();
     };
     EXPECT_EQ(get(nullptr, 0), ERROR_INSUFFICIENT_BUFFER);
-    const GuardedBuffer room((needed_ + 15) / 16 * 16);
-    EXPECT_EQ(get(room.As<BYTE>(), needed_ - 1), ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_EQ(get(room.As<BYTE>(), needed_), 0u);
+    const GuardedBuffer buffer((needed_ + 15) / 16 * 16);
+    EXPECT_EQ(get(buffer.As<BYTE>(), needed_ - 1), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(get(buffer.As<BYTE>(), needed_), 0u);
   }
 }
 
-// Told as errors (5 denied, 6 no handle, 234 more data, 1905 printer deleted), the size needed and
-// the first byte and type that came.
-TEST_F(Spooler, DataKeepsTypeSizeAndRight) {
-  std::string told;
+// Logs errors (5 access denied, 6 invalid handle, 234 more data, 1905 printer deleted), the
+// required size, and the first byte and type of the result.
+TEST_F(Spooler, PrinterDataHasTypeSizeAndAccessRights) {
+  std::string log;
   const auto get = [&](HANDLE from, DWORD size, const char16_t* name = u"Private DevMode") {
     BYTE out[] = {9, 9, 9, 9, 9};
     const DWORD error = GetPrinterDataW(from, const_cast<LPWSTR>(name), &type_,
                                         size == 0 ? nullptr : out, size, &needed_);
     EXPECT_EQ(out[4], 9);
-    told += Joined({error, needed_, out[0], type_});
+    log += Joined({error, needed_, out[0], type_});
   };
   const auto set = [&](HANDLE to, DWORD size) {
     BYTE bytes[] = {1, 2, 3, 4};
-    told += Joined({SetPrinterDataW(to, const_cast<LPWSTR>(u"PRIVATE devmode"), REG_BINARY,
-                                    size == 0 ? nullptr : bytes, size)});
+    log += Joined({SetPrinterDataW(to, const_cast<LPWSTR>(u"PRIVATE devmode"), REG_BINARY,
+                                   size == 0 ? nullptr : bytes, size)});
   };
-  const OpenedPrinter printer(kName), used(kName, PRINTER_ACCESS_USE), unasked(kName, 0);
+  const OpenedPrinter printer(kName), used(kName, PRINTER_ACCESS_USE), withoutAccess(kName, 0);
   get(printer, 4);
   set(printer, 4);
   get(printer, 3);
   get(printer, 5, u"private devmode");
   set(printer, 0);
   get(printer, 0);
-  EXPECT_EQ(told, "2,0,9,0 0 234,4,9,3 0,4,1,3 0 0,0,9,3 ");
+  EXPECT_EQ(log, "2,0,9,0 0 234,4,9,3 0,4,1,3 0 0,0,9,3 ");
   EXPECT_EQ(machine_->AllData(kName).size(), 1u) << "one value under every spelling";
-  told.clear();
-  for (HANDLE each : {HANDLE(used), HANDLE(unasked)}) set(each, 4), get(each, 4);
+  log.clear();
+  for (HANDLE each : {HANDLE(used), HANDLE(withoutAccess)}) set(each, 4), get(each, 4);
   machine_->SetPermission(kName, true, false);
   set(printer, 4);
   machine_->AddPrinter({.name = kName});
   set(printer, 4);
   get(printer, 4);
-  EXPECT_EQ(told, "5 0,0,9,3 5 0,0,9,3 5 1905 2,0,9,3 ") << "at last another of the same name";
+  EXPECT_EQ(log, "5 0,0,9,3 5 0,0,9,3 5 1905 2,0,9,3 ")
+      << "finally another printer of the same name";
 }
 
-TEST_F(Spooler, RegistryValuesHaveTypeSizeAndRight) {
+TEST_F(Spooler, RegistryValuesHaveTypeSizeAndAccessRights) {
   HKEY key = nullptr;
   DWORD value = 0x01020304, size = 3;
   const auto data = reinterpret_cast<BYTE*>(&value);
-  std::string told;
+  std::string log;
   const auto use = [&](REGSAM access) {
     RegCreateKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, nullptr, 0, access, nullptr, &key, nullptr);
     const auto query = [&] {
       const LSTATUS error = RegQueryValueExW(key, u"syncPRINT", nullptr, &type_, data, &size);
-      told += Joined({static_cast<DWORD>(error), size, type_});
+      log += Joined({static_cast<DWORD>(error), size, type_});
     };
     query();
-    told += Joined({static_cast<DWORD>(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4))});
+    log += Joined({static_cast<DWORD>(RegSetValueExW(key, u"SyncPrint", 0, REG_DWORD, data, 4))});
     for (int i = 0; i < 2; ++i) query();
     RegCloseKey(key);
   };
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
   use(KEY_READ | KEY_WRITE);
-  EXPECT_EQ(told, "2,3,0 0 234,4,4 0,4,4 ");
+  EXPECT_EQ(log, "2,3,0 0 234,4,4 0,4,4 ");
   use(KEY_READ);
   use(KEY_SET_VALUE);
-  EXPECT_EQ(told.substr(22), "0,4,4 5 0,4,4 0,4,4 5,4,4 0 5,4,4 5,4,4 ");
+  EXPECT_EQ(log.substr(22), "0,4,4 5 0,4,4 0,4,4 5,4,4 0 5,4,4 5,4,4 ");
   EXPECT_EQ(RegCloseKey(key), ERROR_INVALID_HANDLE);
 }
 
 constexpr char16_t kPrinters[] = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 
-TEST_F(Spooler, RegistryValuesGoWithTheirPrinter) {
+TEST_F(Spooler, RemovedPrinterLosesItsRegistryValues) {
   machine_->AddPrinter({.name = u"\\\\server\\p"});
   const std::u16string keys[] = {u",,server,p\\Data", u"倉庫 1f,lpt1:", u"倉庫 1F,LPT1:2"};
   for (const auto& key : keys) {
@@ -134,8 +135,8 @@ struct State : testing::Test {
   fs::path directory_ = mkdtemp(name_.data());
 };
 
-// The tables of the first versions, filled as they filled them. What is kept today: tests/host.
-TEST_F(State, AnOlderFormIsTakenOver) {
+// The tables of the first version, as that version filled them. The current format: tests/host.
+TEST_F(State, FirstVersionOfTheStoreIsConverted) {
   const std::string run =
       "python3 -c 'import sqlite3, sys; sqlite3.connect(sys.argv[1]).executescript(sys.argv[2])' " +
       name_ + "/computer.sqlite \"$(cat " + support::Built("golden/first.sql") + ")\"";
@@ -157,25 +158,25 @@ TEST_F(State, AnOlderFormIsTakenOver) {
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_WRITE, &key), ERROR_ACCESS_DENIED);
 }
 
-TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
+TEST_F(State, TransactionStoresAllOrNothing) {
   const auto other = Machine::Open(directory_), machine = Machine::Open(directory_);
   const auto install = [&machine](const auto& last) {
-    machine->Together([&] {
+    machine->Transaction([&] {
       machine->AddPrinter({.name = u"P"});
       machine->SetRegistry(u"A", u"v", {REG_DWORD, {}});
       machine->SetAdministrator(false);
       last();
     });
   };
-  const auto nothingIsKept = [&] {
+  const auto nothingIsStored = [&] {
     for (const auto& each : {machine.get(), other.get()}) {
       EXPECT_FALSE(each->FindPrinter(u"P") || each->Registry(u"A", u"v"));
       EXPECT_TRUE(each->administrator());
     }
   };
   EXPECT_THROW(install([] { throw 1; }), int);
-  nothingIsKept();
-  // What fails inside undoes all, though a caller of the spooler hides it.
+  nothingIsStored();
+  // A failed write rolls everything back, even when a caller of the spooler ignores it.
   const auto set = [&] {
     const support::OpenedPrinter printer(u"P");
     return SetPrinterDataW(printer, const_cast<LPWSTR>(u"v"), REG_BINARY, nullptr, 0);
@@ -183,10 +184,10 @@ TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
   EXPECT_THROW(install([&] {
                  machine->faults.FailNth(platform::Fault::kStore, 1);
                  EXPECT_EQ(set(), ERROR_GEN_FAILURE);
-                 EXPECT_EQ(set(), ERROR_GEN_FAILURE) << "nothing goes on behind it";
+                 EXPECT_EQ(set(), ERROR_GEN_FAILURE) << "no write after a failure";
                }),
                std::runtime_error);
-  nothingIsKept();
+  nothingIsStored();
   install([&] { EXPECT_FALSE(other->FindPrinter(u"P")); });
   EXPECT_EQ(set(), ERROR_SUCCESS);
   EXPECT_TRUE(other->FindPrinter(u"p") && !other->administrator());
@@ -196,7 +197,7 @@ TEST_F(State, WhatIsDoneTogetherIsKeptTogether) {
   EXPECT_FALSE(other->Registry(u"A", u"v"));
 }
 
-TEST_F(State, UnusableDirectoriesAreRefusedWithASentence) {
+TEST_F(State, UnusableDirectoryIsRejectedByName) {
   std::ofstream(directory_ / "file") << "x";
   fs::create_directory(directory_ / "damaged");
   std::ofstream(directory_ / "damaged" / "computer.sqlite") << std::string(4096, 'x');
@@ -209,14 +210,14 @@ TEST_F(State, UnusableDirectoriesAreRefusedWithASentence) {
   }
 }
 
-// Who can read the database can lock it.
-TEST_F(State, DirectoryAndDatabaseBelongToTheirUserAlone) {
+// A process that can read the database can lock it.
+TEST_F(State, DirectoryAndDatabaseArePrivate) {
   const auto mode = [](const fs::path& path) { return fs::status(path).permissions(); };
   constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
   const fs::path fresh = directory_ / "a/fresh", old = directory_ / "old";
   Machine::Open(fresh);
   EXPECT_EQ(mode(fresh), fs::perms::owner_all);
-  // A directory of an earlier version, which others may read.
+  // A directory of an earlier version, which other users can read.
   fs::create_directory(old);
   fs::permissions(old, fs::perms(0755));
   std::ofstream(old / "computer.sqlite");
@@ -227,7 +228,7 @@ TEST_F(State, DirectoryAndDatabaseBelongToTheirUserAlone) {
       EXPECT_TRUE(entry.is_directory() || (mode(entry) & kOthers) == fs::perms::none) << entry;
 }
 
-TEST_F(State, AComputerTakesItsFilesAlongAndGivesTheLastOneBack) {
+TEST_F(State, DestroyedComputerRemovesItsFiles) {
   const auto outer = Machine::Create();
   auto inner = Machine::Create();
   inner->WriteFile(u"C:\\x", "1");

@@ -18,7 +18,7 @@ using System = support::MachineTest;
 
 INT_PTR WINAPI Answer() { return 7; }
 
-TEST_F(System, ModulesAreFoundByTheirNamesAndCounted) {
+TEST_F(System, ModulesAreFoundByNameAndCounted) {
   machine().RegisterModule(u"QM610rLIB.DLL", {{"Entry", Answer}});
   const HMODULE first = LoadLibraryW(u"C:\\anywhere\\qm610rlib.dll");
   ASSERT_NE(first, nullptr);
@@ -42,7 +42,7 @@ TEST_F(System, ModulesAreFoundByTheirNamesAndCounted) {
   EXPECT_EQ(LoadLibraryW(u"qm610rdrv1"), nullptr);
 }
 
-TEST_F(System, HeapsCountAndGoInOneStep) {
+TEST_F(System, DestroyedHeapFreesItsBlocks) {
   const HANDLE heap = HeapCreate(0, 0, 0);
   auto* block = static_cast<BYTE*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, 100));
   ASSERT_NE(block, nullptr);
@@ -59,21 +59,21 @@ TEST_F(System, HeapsCountAndGoInOneStep) {
   EXPECT_EQ(HeapCreate(0, 0, 0), nullptr);
 }
 
-TEST_F(System, TheNewestCallsAreKept) {
+TEST_F(System, OnlyTheNewestCallsAreRecorded) {
   for (int i = 1; i <= 100; ++i) ShellExecuteW(nullptr, u"open", u"x", nullptr, nullptr, i);
   EXPECT_EQ(machine_->ShellCalls().front().show, 37);
   EXPECT_EQ(machine_->ShellCalls().back().number, 100);
 }
 
-TEST(CodePage, HasTheFormsOfTheSystem) {
+TEST(CodePage, Page932MatchesTheSystem) {
   EXPECT_EQ(ToCp932(u"A\\~\xFF8A\x3042\x30BD\xFF5E\x2225\x2460\x2160\x2252\xFFE2\x2235\x7E8A\x9AD9"
                     u"\xFA11\x2170\xE000\xE757\x80"),
             "A\\~\xCA\x82\xA0\x83\x5C\x81\x60\x81\x61\x87\x40\x87\x54\x81\xE0\x81\xCA\x81\xE6"
             "\xFA\x5C\xFB\xFC\xFA\xB1\xFA\x40\xF0\x40\xF9\xFC\x80");
   EXPECT_EQ(ToCp932(u"\xA5\x301C\xE9\x20AC\xD842\xFFFF"), "??????");
-  // The NEC and IBM doubles are read as the characters that they double.
+  // The NEC and IBM duplicates decode to the characters that they duplicate.
   EXPECT_EQ(FromCp932("\x87\x90\xEE\xEF\xED\x40"), u"\x2252\x2170\x7E8A");
-  // Bytes without a meaning.
+  // Undefined bytes.
   EXPECT_EQ(FromCp932("\x83 a\x81\xFF\x85\x40z\xFD\xFE\xFF\xA0\x83"),
             u"\x30FB a\x30FB\xF8F3\x30FBz\xF8F1\xF8F2\xF8F3\xA0\x30FB");
   EXPECT_EQ(FromCp932({"\x83\0", 2}), std::u16string(u"\x30FB\0", 2));
@@ -87,7 +87,7 @@ TEST(CodePage, HasTheFormsOfTheSystem) {
   EXPECT_EQ(forms, 9401);
 }
 
-TEST(CodePage, ConversionsCountCutAndRefuse) {
+TEST(CodePage, ConversionCountsTruncatesAndRejects) {
   std::string out;
   const auto wide = [&out](const char16_t* text, int units, int size, UINT page = 932) {
     out = "########";
@@ -110,7 +110,7 @@ TEST(CodePage, ConversionsCountCutAndRefuse) {
   EXPECT_EQ(MultiByteToWideChar(932, 0, "a\x83\x5C", -1, nullptr, 0), 3);
 }
 
-TEST_F(System, AnsiCodePageIsTheMachinesSetting) {
+TEST_F(System, AnsiPageFollowsTheSetting) {
   const auto toAnsi = [](const char16_t* text, DWORD flags = 0) {
     char out[16] = {};
     SetLastError(0);
@@ -159,7 +159,7 @@ TEST(Text, ConvertsFoldsAndFormats) {
   EXPECT_EQ(out.substr(1022), std::u16string(u"a\0", 2) + std::u16string(76, u'#'));
 }
 
-TEST_F(System, PathsFindFilesWhateverTheirCase) {
+TEST_F(System, PathsIgnoreLetterCase) {
   machine_->WriteFile(u"C:\\Data\\倉庫\\File.ini", "1");
   const auto file = machine_->HostPath(u"C:\\Data\\倉庫\\File.ini");
   for (const char16_t* path : {u"c:/DATA/倉庫/FILE.INI", u"\\data\\.\\x\\..\\倉庫\\file.ini",
@@ -175,13 +175,13 @@ TEST_F(System, PathsFindFilesWhateverTheirCase) {
   EXPECT_EQ(machine_->HostPath(u"..\\..\\x.ini"), current.parent_path().parent_path() / "x.ini");
 }
 
-TEST_F(System, CurrentDirectoryIsWhereRelativePathsStart) {
+TEST_F(System, RelativePathStartsAtCurrentDirectory) {
   machine_->WriteFile(u"C:\\data\\sub\\file", "");
   ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\data\\sub\\"));
   WCHAR path[20];
   EXPECT_EQ(GetCurrentDirectoryW(20, path), 11u);
   EXPECT_EQ(path, std::u16string(u"C:\\data\\sub"));
-  EXPECT_EQ(GetCurrentDirectoryW(11, path), 12u) << "the size that it needs";
+  EXPECT_EQ(GetCurrentDirectoryW(11, path), 12u) << "the required size";
   const char16_t* const kRelative[][2] = {{u"x.ini", u"C:\\data\\sub\\x.ini"},
                                           {u"..\\x.ini", u"C:\\data\\x.ini"},
                                           {u"..\\..\\..\\x.ini", u"C:\\x.ini"},
@@ -198,7 +198,7 @@ TEST_F(System, CurrentDirectoryIsWhereRelativePathsStart) {
   EXPECT_EQ(GetLastError(), ERROR_DIRECTORY);
 }
 
-TEST_F(System, TruncatedModulePathHasATerminatorFromVistaOn) {
+TEST_F(System, TruncatedModulePathIsTerminatedSinceVista) {
   machine_->SetExecutablePath(u"C:\\app.exe");
   const auto truncated = [this](DWORD major) {
     machine_->SetOs({.major = major});

@@ -1,5 +1,4 @@
-// Windows, controls and drawing: who hears of what first, where the keyboard goes, who can be
-// reached, what a hand and what a message changes, when is painted, and how everything ends.
+// Windows, controls and drawing: order of notifications, focus, keyboard, modal windows, painting.
 #include <windows.h>
 #include <commctrl.h>
 
@@ -15,34 +14,34 @@
 namespace support {
 namespace {
 
-using platform::Part;
+using platform::MakeControl;
 
-// A window under test: what its procedure is told is written down.
+// A window under test, which records the messages of its procedure.
 class WindowTest : public MachineTest {
  protected:
-  // A control's notification code with its id, other messages with a number that they bear.
+  // A control id with its notification code; for other messages, a number of the message.
   using By = std::pair<int, UINT>;
-  using Heard = std::vector<By>;
+  using Messages = std::vector<By>;
 
   static platform::ControlRequest Edit(int id, DWORD style = 0) {
-    return Part(u"edit", id, u"", style | WS_TABSTOP, id, 0, 60, 20);
+    return MakeControl(u"edit", id, u"", style | WS_TABSTOP, id, 0, 60, 20);
   }
   static platform::ControlRequest Button(int id, DWORD style = 0) {
-    return Part(u"button", id, u"Press", style | WS_TABSTOP, id, 0, 60, 20);
+    return MakeControl(u"button", id, u"Press", style | WS_TABSTOP, id, 0, 60, 20);
   }
 
-  // Shows a window of these controls; OK and cancel end it.
-  INT_PTR Run(std::vector<platform::ControlRequest> parts, Steps steps) {
+  // Shows a window with these controls. OK and Cancel end it.
+  INT_PTR Run(std::vector<platform::ControlRequest> controls, Steps steps) {
     current_ = this;
-    window =
-        platform::CreateTopWindow({u"", 150, 150, nullptr, Proc,
-                                   platform::WindowView::Kind::kDialog, nullptr, std::move(parts)});
+    window = platform::CreateTopWindow({u"", 150, 150, nullptr, Proc,
+                                        platform::WindowView::Kind::kDialog, nullptr,
+                                        std::move(controls)});
     return Follow(std::move(steps), [this] { return platform::RunModal(window); });
   }
-  // A number's edit with its arrows, and another edit.
+  // Shows an edit with an up-down, and another edit.
   void RunUpDown(std::function<void(Desk&)> steps, DWORD style = UDS_SETBUDDYINT) {
     style |= UDS_ALIGNRIGHT | UDS_ARROWKEYS;
-    Run({Edit(10), Part(u"msctls_updown32", 11, u"", style, 0, 0, 9, 12), Edit(12)},
+    Run({Edit(10), MakeControl(u"msctls_updown32", 11, u"", style, 0, 0, 9, 12), Edit(12)},
         {steps, Close()});
   }
   void Attach(int low, int high, int position) {
@@ -54,20 +53,20 @@ class WindowTest : public MachineTest {
   LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendDlgItemMessageW(window, id, message, wParam, lParam);
   }
-  Heard Take() { return std::exchange(heard, {}); }
+  Messages TakeMessages() { return std::exchange(messages, {}); }
 
   HWND window = nullptr;
-  Heard heard;
-  std::function<INT_PTR(UINT, WPARAM, LPARAM)> on;  // what it answers other than 0 stands
+  Messages messages;
+  std::function<INT_PTR(UINT, WPARAM, LPARAM)> on;  // a result other than 0 is returned
 
  private:
   static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    Heard& heard = current_->heard;
-    if (message == WM_COMMAND) heard.emplace_back(LOWORD(wParam), HIWORD(wParam));
-    if (message == WM_DRAWITEM) heard.emplace_back(static_cast<int>(wParam), message);
-    if (message == WM_VSCROLL) heard.emplace_back(static_cast<SHORT>(HIWORD(wParam)), message);
+    Messages& messages = current_->messages;
+    if (message == WM_COMMAND) messages.emplace_back(LOWORD(wParam), HIWORD(wParam));
+    if (message == WM_DRAWITEM) messages.emplace_back(static_cast<int>(wParam), message);
+    if (message == WM_VSCROLL) messages.emplace_back(static_cast<SHORT>(HIWORD(wParam)), message);
     if (message == WM_NOTIFY)
-      heard.emplace_back(reinterpret_cast<const NMUPDOWN*>(lParam)->iPos, UDN_DELTAPOS);
+      messages.emplace_back(reinterpret_cast<const NMUPDOWN*>(lParam)->iPos, UDN_DELTAPOS);
     const INT_PTR answer = current_->on ? current_->on(message, wParam, lParam) : 0;
     const int id = LOWORD(wParam);
     if (answer != 0 || message != WM_COMMAND || (id != IDOK && id != IDCANCEL)) return answer;
@@ -76,7 +75,7 @@ class WindowTest : public MachineTest {
   static inline WindowTest* current_ = nullptr;
 };
 
-TEST_F(WindowTest, TheLosingControlHearsFirstAndAHandlerThatMovesTheFocusOnWins) {
+TEST_F(WindowTest, LostFocusIsNotifiedFirstAndItsHandlerMayMoveFocus) {
   on = [&](UINT message, WPARAM wParam, LPARAM) {
     if (message == WM_COMMAND && wParam == MAKEWPARAM(11, EN_KILLFOCUS)) {
       EXPECT_EQ(GetFocus(), Item(12)) << "the gainer has it by then";
@@ -87,14 +86,16 @@ TEST_F(WindowTest, TheLosingControlHearsFirstAndAHandlerThatMovesTheFocusOnWins)
   const auto steps = [&](Desk& desk) {
     EXPECT_TRUE(desk.Focus(11) && desk.Focus(11) && !desk.Focus(12) && desk.Click(IDOK));
   };
-  Run({Edit(10), Edit(11), Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 60, 90), Button(IDOK)},
+  Run({Edit(10), Edit(11), MakeControl(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 60, 90),
+       Button(IDOK)},
       {steps});
-  EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(11, EN_SETFOCUS),
-                           By(11, EN_KILLFOCUS), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS),
-                           By(10, EN_KILLFOCUS), By(IDOK, BN_CLICKED)}));
+  EXPECT_EQ(TakeMessages(),
+            Messages({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(11, EN_SETFOCUS),
+                      By(11, EN_KILLFOCUS), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS),
+                      By(10, EN_KILLFOCUS), By(IDOK, BN_CLICKED)}));
 }
 
-TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {
+TEST_F(WindowTest, TabSkipsUnusableControlsAndEntersGroupAtCheckedButton) {
   const auto steps = [&](Desk& desk) {
     CheckRadioButton(window, 20, 21, 21);
     std::vector<int> order;
@@ -109,7 +110,7 @@ TEST_F(WindowTest, TabPassesWhatCannotBeUsedAndEntersAGroupAtItsCheckedButton) {
       {steps, Close()});
 }
 
-TEST_F(WindowTest, EnterPressesTheDefaultButtonAndWhatIsDisabledTakesNoKeys) {
+TEST_F(WindowTest, EnterPressesDefaultButtonUnlessDisabled) {
   const auto steps = [&](Desk& desk) {
     const auto move = [&](WPARAM to, bool handle) {
       return SendMessageW(window, WM_NEXTDLGCTL, to, handle) == 0;
@@ -123,7 +124,7 @@ TEST_F(WindowTest, EnterPressesTheDefaultButtonAndWhatIsDisabledTakesNoKeys) {
     std::vector<int> pressed;
     for (const auto& one : kMoves) {
       EXPECT_TRUE(one() && desk.Control(20).defaultButton != desk.Control(21).defaultButton);
-      if (desk.Enter()) pressed.push_back(Take().back().first);
+      if (desk.Enter()) pressed.push_back(TakeMessages().back().first);
     }
     EXPECT_EQ(pressed, (std::vector{21, 20, 21, 21, 20, 21}));
     for (const int id : {21, IDCANCEL}) EXPECT_FALSE(EnableWindow(Item(id), FALSE));
@@ -142,7 +143,7 @@ TEST_F(WindowTest, EnterPressesTheDefaultButtonAndWhatIsDisabledTakesNoKeys) {
   EXPECT_EQ(Run({Edit(10)}, {Enter()}), IDOK) << "no default button: OK";
 }
 
-TEST_F(WindowTest, BelowAModalWindowNothingCanBeReached) {
+TEST_F(WindowTest, ModalWindowBlocksWindowsBelow) {
   on = [&](UINT message, WPARAM wParam, LPARAM) -> INT_PTR {
     if (message != WM_COMMAND || wParam != MAKEWPARAM(20, BN_CLICKED)) return 0;
     EXPECT_EQ(MessageBoxW(Item(20), u"Sure?", u"Ask", MB_OKCANCEL | MB_DEFBUTTON2), IDCANCEL);
@@ -154,13 +155,14 @@ TEST_F(WindowTest, BelowAModalWindowNothingCanBeReached) {
     EXPECT_TRUE(desk.FocusedId() == IDCANCEL && desk.Enter());
   };
   Run({Edit(10), Button(20)}, {Click(20), below, ExpectFocus(20), Focus(10), Escape()});
-  // Esc and the close box where there is a cancel button, or OK alone; else they do nothing.
-  const auto ask = [](UINT kind, Steps steps) {
+  // Esc and the close box work when there is a cancel button, or only OK; otherwise they do
+  // nothing.
+  const auto show = [](UINT kind, Steps steps) {
     return Follow(steps, [=] { return MessageBoxW(nullptr, u"", u"", kind); });
   };
   const auto stay = [](Desk& desk) { EXPECT_TRUE(desk.Close() && desk.Escape()); };
-  EXPECT_EQ(ask(MB_OK, {Escape()}), IDOK);
-  EXPECT_EQ(ask(MB_YESNO, {stay, Click(IDYES)}), IDYES);
+  EXPECT_EQ(show(MB_OK, {Escape()}), IDOK);
+  EXPECT_EQ(show(MB_YESNO, {stay, Click(IDYES)}), IDYES);
 }
 
 INT_PTR CALLBACK Stubborn(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -171,7 +173,7 @@ INT_PTR CALLBACK Stubborn(HWND dialog, UINT message, WPARAM wParam, LPARAM lPara
   return message == WM_CLOSE;
 }
 
-TEST_F(WindowTest, DialogsEndAsToldAndWithNobodyThereAsCancelled) {
+TEST_F(WindowTest, DialogWithoutUserIsCancelled) {
   const auto show = [&](LPARAM param, HWND owner = nullptr, int id = IDD_PAPER_REFERENCE) {
     return DialogBoxParamW(module_, MAKEINTRESOURCEW(id), owner, Stubborn, param);
   };
@@ -179,28 +181,29 @@ TEST_F(WindowTest, DialogsEndAsToldAndWithNobodyThereAsCancelled) {
   EXPECT_EQ(Follow({ExpectFocus(IDCANCEL), Escape()}, [&] { return show(5); }), 7)
       << "the focus that the procedure chose stays";
   EXPECT_EQ(show(1), IDCANCEL) << "even one that will not close, and the boxes it opens";
-  const auto gone = reinterpret_cast<HWND>(0x1234);
-  EXPECT_FALSE(SetWindowTextW(gone, u"x") || EndDialog(gone, 1) || show(1, gone));
+  const auto stale = reinterpret_cast<HWND>(0x1234);
+  EXPECT_FALSE(SetWindowTextW(stale, u"x") || EndDialog(stale, 1) || show(1, stale));
   EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
   EXPECT_EQ(show(1, nullptr, 9999), -1);
-  EXPECT_TRUE(GetWindowLongPtrW(gone, 0) == 0 && GetLastError() == ERROR_INVALID_WINDOW_HANDLE);
+  EXPECT_TRUE(GetWindowLongPtrW(stale, 0) == 0 && GetLastError() == ERROR_INVALID_WINDOW_HANDLE);
   machine().faults.FailNth(platform::Fault::kWindow, 2);
   EXPECT_EQ(show(1), -1) << "its first control";
   EXPECT_TRUE(desk().Windows().empty());
 }
 
-TEST_F(WindowTest, LimitsHoldFingersAndPastesButNotSetText) {
+TEST_F(WindowTest, TextLimitAppliesToUserInputOnly) {
   const auto steps = [&](Desk& desk) {
-    Take();
+    TakeMessages();
     Send(10, EM_LIMITTEXT, 3);
     const auto shows = [&](bool) { return desk.Text(10); };
     EXPECT_EQ(shows(desk.Type(10, u"abcd")), u"abc");
     EXPECT_EQ(shows(desk.Paste(10, u"wxyz\r\nv")), u"wxy");
     EXPECT_EQ(shows(desk.Paste(10, u"w\nx")), u"w") << "the first line";
-    EXPECT_EQ(Take().size(), 10u) << "EN_UPDATE and EN_CHANGE, nothing for what does not fit";
+    EXPECT_EQ(TakeMessages().size(), 10u)
+        << "EN_UPDATE and EN_CHANGE, nothing for what does not fit";
     EXPECT_EQ(shows(SetDlgItemTextW(window, 10, u"12345")), u"12345");
     EXPECT_EQ(shows(desk.Type(10, u"6")), u"12345") << "over the limit: nothing more goes in";
-    EXPECT_EQ(Take(), Heard({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
     Send(10, EM_SETSEL, 1, 3);
     EXPECT_EQ(shows(desk.Key(VK_BACK) && desk.Key(VK_BACK) && desk.Key(VK_DELETE)), u"5");
     EXPECT_FALSE(desk.Type(11, u"x") || desk.Paste(11, u"x")) << "read only";
@@ -208,7 +211,7 @@ TEST_F(WindowTest, LimitsHoldFingersAndPastesButNotSetText) {
   Run({Edit(10), Edit(11, ES_READONLY)}, {steps, Close()});
 }
 
-TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
+TEST_F(WindowTest, SelectionByUserNotifiesButByMessageDoesNot) {
   const auto steps = [&](Desk& desk) {
     const auto text = [](const WCHAR* of) { return reinterpret_cast<LPARAM>(of); };
     for (const WCHAR* one : {u"one", u"two", u"three"}) {
@@ -219,20 +222,22 @@ TEST_F(WindowTest, AChoiceNotifiesAndAMessageDoesNot) {
     ExpectItems(13, {u"three", u"two", u"one"})(desk);
     desk.Select(12, 0);  // what was chosen already
     desk.Select(12, u"three");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
-                             By(12, CBN_CLOSEUP), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
-                             By(12, CBN_CLOSEUP), By(12, CBN_SELCHANGE)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
+                        By(12, CBN_CLOSEUP), By(12, CBN_DROPDOWN), By(12, CBN_SELENDOK),
+                        By(12, CBN_CLOSEUP), By(12, CBN_SELCHANGE)}));
     EXPECT_TRUE(desk.Key(VK_UP) && desk.Select(13, 0) && desk.Text(12) == u"two");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_SELENDOK), By(12, CBN_SELCHANGE), By(12, CBN_KILLFOCUS),
-                             By(13, LBN_SETFOCUS), By(13, LBN_SELCHANGE)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(12, CBN_SELENDOK), By(12, CBN_SELCHANGE), By(12, CBN_KILLFOCUS),
+                        By(13, LBN_SETFOCUS), By(13, LBN_SELCHANGE)}));
   };
-  Run({Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90),
-       Part(u"listbox", 13, u"", LBS_NOTIFY | WS_TABSTOP, 0, 0, 50, 90)},
+  Run({MakeControl(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90),
+       MakeControl(u"listbox", 13, u"", LBS_NOTIFY | WS_TABSTOP, 0, 0, 50, 90)},
       {steps, Close()});
 }
 
-// An arrow notifies at once, Enter and Esc say how the list was closed, and only then reach the
-// dialog; the focus that leaves closes it as Esc does.
+// Arrows notify at once. Enter and Esc first close the list, and reach the dialog only when it is
+// closed. A list that loses the focus closes as with Esc.
 TEST_F(WindowTest, OpenListNotifiesEachArrowAndEscRestoresTheSelection) {
   const auto steps = [&](Desk& desk) {
     for (const WCHAR* one : {u"one", u"two", u"three"})
@@ -242,40 +247,44 @@ TEST_F(WindowTest, OpenListNotifiesEachArrowAndEscRestoresTheSelection) {
       return desk.Control(12).open ? u"+" + desk.Text(12) : desk.Text(12);
     };
     desk.Focus(12);
-    Take();
+    TakeMessages();
     EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_DOWN) && desk.Key(VK_DOWN)), u"+three");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELCHANGE)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELCHANGE)}));
     EXPECT_EQ(shows(desk.Escape()), u"one");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_SELENDCANCEL), By(12, CBN_CLOSEUP)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(12, CBN_SELENDCANCEL), By(12, CBN_CLOSEUP)}));
     EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_DOWN) && desk.Enter()), u"two");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELENDOK),
-                             By(12, CBN_CLOSEUP)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE),
+                                        By(12, CBN_SELENDOK), By(12, CBN_CLOSEUP)}));
     EXPECT_EQ(shows(desk.Key(VK_F4) && desk.Key(VK_UP) && desk.Tab()), u"two");
-    EXPECT_EQ(Take(), Heard({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELENDCANCEL),
-                             By(12, CBN_CLOSEUP), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(12, CBN_DROPDOWN), By(12, CBN_SELCHANGE), By(12, CBN_SELENDCANCEL),
+                        By(12, CBN_CLOSEUP), By(12, CBN_KILLFOCUS), By(10, EN_SETFOCUS)}));
     EXPECT_TRUE(desk.Focus(12) && desk.Key(VK_F4) && desk.Key(VK_F4) && !desk.Control(12).open);
-    EXPECT_EQ(Take(), Heard({By(10, EN_KILLFOCUS), By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN),
-                             By(12, CBN_SELENDOK), By(12, CBN_CLOSEUP)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(10, EN_KILLFOCUS), By(12, CBN_SETFOCUS), By(12, CBN_DROPDOWN),
+                        By(12, CBN_SELENDOK), By(12, CBN_CLOSEUP)}));
     desk.Escape();
-    EXPECT_EQ(Take(), Heard({By(IDCANCEL, BN_CLICKED), By(12, CBN_KILLFOCUS)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(IDCANCEL, BN_CLICKED), By(12, CBN_KILLFOCUS)}));
   };
-  EXPECT_EQ(Run({Part(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90), Edit(10)}, {steps}),
+  EXPECT_EQ(Run({MakeControl(u"combobox", 12, u"", WS_TABSTOP, 0, 0, 50, 90), Edit(10)}, {steps}),
             IDCANCEL);
 }
 
 TEST_F(WindowTest, KeyboardFocusChecksARadioButtonAndNotifies) {
   const auto steps = [&](Desk& desk) {
     EXPECT_TRUE(desk.Tab() && desk.FocusedId() == 20 && desk.Control(20).checked);
-    EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(20, BN_CLICKED)}));
+    EXPECT_EQ(TakeMessages(),
+              Messages({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS), By(20, BN_CLICKED)}));
     EXPECT_TRUE(desk.Tab() && desk.Tab(true));  // checked already
-    EXPECT_EQ(Take(), Heard({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(10, EN_SETFOCUS), By(10, EN_KILLFOCUS)}));
   };
   Run({Edit(10), Button(20, BS_AUTORADIOBUTTON | WS_GROUP), Button(21, BS_AUTORADIOBUTTON)},
       {steps, Close()});
 }
 
-TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
-  // The range, the buddy's text before it is asked, and the position; 5: it shows none.
+TEST_F(WindowTest, UpDownPositionIsBuddyNumberInRange) {
+  // The range, the text of the buddy, and the position; 5 when the text is invalid.
   const std::tuple<int, int, const char16_t*, int> kCases[] = {
       {0, 100, u"42", 42},   {0, 100, u" +7", 7},
       {0, 100, u"100", 100}, {-9, 50, u"-9", -9},
@@ -285,11 +294,13 @@ TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
   for (const DWORD writes : {UDS_SETBUDDYINT, DWORD{0}}) {
     const auto steps = [&](Desk&) {
       BOOL error = FALSE;
-      const auto ask = [&] { return Send(11, UDM_GETPOS32, 0, reinterpret_cast<LPARAM>(&error)); };
+      const auto query = [&] {
+        return Send(11, UDM_GETPOS32, 0, reinterpret_cast<LPARAM>(&error));
+      };
       for (const auto& [low, high, text, position] : kCases) {
         Attach(low, high, 5);
         SetDlgItemTextW(window, 10, text);
-        EXPECT_EQ(ask(), writes != 0 ? position : 5);
+        EXPECT_EQ(query(), writes != 0 ? position : 5);
         EXPECT_EQ(error, writes != 0 && position == 5) << position;
       }
     };
@@ -297,7 +308,7 @@ TEST_F(WindowTest, ThePositionIsTheBuddysNumberWhenItIsOneInRange) {
   }
 }
 
-TEST_F(WindowTest, PositionsAreClampedAndWrittenAndAStepAsksFirstThenMovesThenScrolls) {
+TEST_F(WindowTest, UpDownStepNotifiesThenMovesThenScrolls) {
   int refuse = 0;
   on = [&](UINT message, WPARAM, LPARAM) -> INT_PTR {
     SetWindowLongPtrW(window, DWLP_MSGRESULT, refuse);
@@ -310,21 +321,21 @@ TEST_F(WindowTest, PositionsAreClampedAndWrittenAndAStepAsksFirstThenMovesThenSc
     Attach(-800, 800, 9);
     EXPECT_TRUE(desk.Control(10).rect.right == 54 && desk.Control(11).rect.right == 70);
     EXPECT_EQ(set(1234), u"800");
-    Take();
+    TakeMessages();
     EXPECT_EQ(set(-3) + set(-3), u"-3-3");
-    EXPECT_EQ(Take(), Heard({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(10, EN_UPDATE), By(10, EN_CHANGE)}));
     SetDlgItemTextW(window, 10, u"5x");
     EXPECT_EQ(set(-3), u"-3") << "the same position over a spoilt text restores it";
     SetDlgItemTextW(window, 10, u"8");
     desk.Focus(12);
-    Take();
+    TakeMessages();
     EXPECT_EQ(spun(1), u"9");
-    EXPECT_EQ(Take(),
-              Heard({By(12, EN_KILLFOCUS), By(10, EN_SETFOCUS), By(8, UDN_DELTAPOS),
-                     By(10, EN_UPDATE), By(10, EN_CHANGE), By(9, WM_VSCROLL), By(9, WM_VSCROLL)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(12, EN_KILLFOCUS), By(10, EN_SETFOCUS),
+                                        By(8, UDN_DELTAPOS), By(10, EN_UPDATE), By(10, EN_CHANGE),
+                                        By(9, WM_VSCROLL), By(9, WM_VSCROLL)}));
     refuse = 1;
     EXPECT_EQ(spun(-1), u"9");
-    EXPECT_EQ(Take(), Heard({By(9, UDN_DELTAPOS), By(9, WM_VSCROLL)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(9, UDN_DELTAPOS), By(9, WM_VSCROLL)}));
     refuse = 0;
     EXPECT_EQ(spun(std::numeric_limits<int>::min()), u"-800");
     EXPECT_TRUE(desk.Key(VK_UP) && desk.Text(10) == u"-799");
@@ -335,7 +346,7 @@ TEST_F(WindowTest, PositionsAreClampedAndWrittenAndAStepAsksFirstThenMovesThenSc
   });
 }
 
-TEST_F(WindowTest, PaintingIsWhatIsLeftToDo) {
+TEST_F(WindowTest, WmPaintComesAfterInput) {
   on = [&](UINT message, WPARAM, LPARAM lParam) -> INT_PTR {
     if (message == WM_CTLCOLORSTATIC) return reinterpret_cast<INT_PTR>(GetStockObject(BLACK_BRUSH));
     return message == WM_DRAWITEM &&
@@ -347,18 +358,18 @@ TEST_F(WindowTest, PaintingIsWhatIsLeftToDo) {
   };
   const auto painted = [&](Desk& desk) {
     EXPECT_TRUE(desk.Control(31).background == 0 && desk.Control(30).drawing.size() == 1);
-    EXPECT_EQ(Take(), Heard({By(11, EN_SETFOCUS), By(30, WM_DRAWITEM), By(11, EN_UPDATE),
-                             By(11, EN_CHANGE), By(30, WM_DRAWITEM)}));
+    EXPECT_EQ(TakeMessages(), Messages({By(11, EN_SETFOCUS), By(30, WM_DRAWITEM), By(11, EN_UPDATE),
+                                        By(11, EN_CHANGE), By(30, WM_DRAWITEM)}));
   };
-  Run({Part(u"static", 30, u"", SS_OWNERDRAW, 0, 0, 60, 18), Edit(11),
-       Part(u"static", 31, u"", 0, 0, 0, 9, 9)},
+  Run({MakeControl(u"static", 30, u"", SS_OWNERDRAW, 0, 0, 60, 18), Edit(11),
+       MakeControl(u"static", 31, u"", 0, 0, 0, 9, 9)},
       {steps, painted, Close()});
 }
 
-TEST_F(WindowTest, DrawingLeavesAShortListOfWhatCanBeSeenAndShowsObjectsThatAreLeft) {
+TEST_F(WindowTest, DisplayListHoldsVisibleOperationsOnly) {
   const auto steps = [&](Desk&) {
     const HDC dc = GetDC(window);
-    // The kinds of what can be seen: 0 rectangle, 1 fill, 2 line, 4 text.
+    // The kinds of visible operations: 0 rectangle, 1 fill, 2 line, 4 text.
     const auto seen = [&](BOOL) {
       std::string kinds;
       for (const platform::DrawOp& op : platform::FindWindowOf(window)->drawing)

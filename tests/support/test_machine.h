@@ -51,7 +51,7 @@ class MachineTest : public testing::Test {
   }
   ~MachineTest() override {
     machine_->faults.Clear();
-    EXPECT_NO_THROW(platform::RethrowKept());
+    EXPECT_NO_THROW(platform::RethrowPendingException());
     kestrel::SetModuleInstance(nullptr);
     FreeLibrary(module_);
     EXPECT_EQ(Live(), Words(0, 0, 0, 0, 0, 0));
@@ -79,7 +79,7 @@ class MachineTest : public testing::Test {
         const auto before = Live();
         machine().faults.FailNth(kind, n);
         call();
-        struck = machine().faults.Struck(kind);
+        struck = machine().faults.HasFailed(kind);
         machine().faults.Clear();
         EXPECT_EQ(Live(), before);
         check(kind, struck);

@@ -1,4 +1,4 @@
-// Calls on several threads at once; run under the thread sanitizer as well.
+// Concurrent calls on several threads; also run under the thread sanitizer.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -12,7 +12,7 @@
 namespace kestrel {
 namespace {
 
-// A block whose papers tell by each of their sizes which of two versions it is.
+// Returns a block whose paper sizes all identify its version.
 DriverSettingsBlock Version(int16_t number) {
   auto block = support::DefaultBlock();
   block.Printer.PaperNum = 20;
@@ -23,8 +23,8 @@ DriverSettingsBlock Version(int16_t number) {
 
 class Threads : public support::MachineTest {
  protected:
-  // Asks everything once; answers the number of answers that were a mixture.
-  int AskEverything(HANDLE printer, std::u16string name, DEVMODEW* input) {
+  // Calls every export once; returns the number of results that mix two versions.
+  int CallEverything(HANDLE printer, std::u16string name, DEVMODEW* input) {
     LONG sizes[42] = {};
     int mixed =
         exports_.DrvDeviceCapabilities(printer, name.data(), DC_PAPERSIZE, sizes, input) != 21;
@@ -43,7 +43,7 @@ class Threads : public support::MachineTest {
   }
 };
 
-TEST_F(Threads, EachAnswerIsWhollyOldOrNew) {
+TEST_F(Threads, ConcurrentWritesNeverMixVersions) {
   const std::u16string names[] = {support::kPrinter, u"倉庫 1F,LPT1:"};
   machine().AddPrinter({.name = names[1]});
   for (const auto& name : names) support::StoreBlock(machine(), Version(111), name.c_str());
@@ -55,7 +55,7 @@ TEST_F(Threads, EachAnswerIsWhollyOldOrNew) {
       const support::OpenedPrinter printer(name);
       auto input = Version(333);
       input.Record.Public.dmFields = DM_ORIENTATION;
-      for (; !stop; ++rounds) mixed += AskEverything(printer, name, &input.Record.Public);
+      for (; !stop; ++rounds) mixed += CallEverything(printer, name, &input.Record.Public);
     });
   }
   threads.emplace_back([&] {

@@ -1,4 +1,4 @@
-// Backup transfers and file dialogs of several sheets in one process, one thread each.
+// Backup transfers and file dialogs of concurrent sheets in one process, one thread each.
 #include <thread>
 
 #include "resources/resource.h"
@@ -17,9 +17,9 @@ constexpr char16_t kSecond[] = u"C:\\data\\second.ini";
 
 class Transfers : public BackupTest {
  protected:
-  // Shows the user defaults on the utility page, on the calling thread, and closes them with OK.
+  // Shows the user defaults on the utility page on the calling thread; closes them with OK.
   support::SheetAnswer Sheet(Steps steps) { return Ok(support::kUtilityTab, std::move(steps)); }
-  // A step of one sheet during which another sheet runs from its start to its end.
+  // A step during which another sheet is shown and closed.
   Steps OtherSheet(Steps steps) {
     return {[=, this](platform::Desk&) { std::thread([=, this] { Sheet(steps); }).join(); }};
   }
@@ -47,7 +47,7 @@ TEST_F(Transfers, SaveDuringAnotherSheetsLoadTouchesOnlyItsOwnFile) {
   EXPECT_EQ(Bytes(kSecond), second);
 }
 
-TEST_F(Transfers, FileDialogDuringAnotherSheetsFileDialogLeavesItsChoice) {
+TEST_F(Transfers, NestedFileDialogOfAnotherSheetKeepsTheChoice) {
   Keep(block_);
   constexpr int kName = 1148;  // the file dialog's name field
   const Steps cancel = {Click(IDC_UTILITY_LOAD_BROWSE), Click(IDCANCEL)};
@@ -55,7 +55,7 @@ TEST_F(Transfers, FileDialogDuringAnotherSheetsFileDialogLeavesItsChoice) {
          ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\chosen.ini")});
 }
 
-// Each file holds what its own thread saved, whatever the other writes meanwhile.
+// Each file holds the settings of its own thread only.
 TEST_F(Transfers, ConcurrentSavesKeepTheirSettingsApart) {
   constexpr int kRounds = 3;
   struct Saver {
