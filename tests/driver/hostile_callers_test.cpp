@@ -1,5 +1,5 @@
-// Callers whose records change or lie while the module reads them, and a printer that another
-// program changes between two calls of the spooler.
+// Callers whose records change while the module reads them or state wrong sizes, and printers that
+// change between two calls of the spooler.
 #include <atomic>
 #include <thread>
 
@@ -41,20 +41,22 @@ class HostileCallers : public support::MachineTest {
   alignas(4) BYTE bytes_[452];
 };
 
-// Three calls answer a query: the size and the content of the printer's information, and the data.
-TEST_F(HostileCallers, PrinterThatChangesMeanwhileKeepsItsStoredSettings) {
-  const std::pair<int, int> kCalls[] = {{1, 3}, {2, 4}, {3, 3}, {4, 3}};  // changed before, calls
+// A query makes three calls: for the size and the content of the printer's information, and for its
+// data.
+TEST_F(HostileCallers, PrinterThatChangesMeanwhileIsQueriedAgain) {
+  const std::pair<int, int> kCalls[] = {
+      {1, 3}, {2, 4}, {3, 3}, {4, 3}};  // the call before which the printer changes, calls in all
   for (const auto& [n, calls] : kCalls) {
     machine().faults.FailNth(Fault::kSpoolerChange, n);
     EXPECT_EQ(CountPapers(), 6u) << n;
     EXPECT_EQ(machine().faults.Calls(Fault::kSpoolerChange), calls) << n;
   }
   machine().faults.FailFrom(Fault::kSpoolerChange, 1);
-  EXPECT_EQ(CountPapers(), 2u) << "the defaults once it never stops changing";
+  EXPECT_EQ(CountPapers(), 2u) << "the defaults when the printer changes before every call";
 }
 
-// The caller's memory ends behind 452 bytes, whatever its record claims.
-TEST_F(HostileCallers, RecordOfOtherSizesIsReadNoFurtherThanTheDriversOwn) {
+// The caller's memory ends after 452 bytes, whatever sizes its record states.
+TEST_F(HostileCallers, RecordOfOtherSizesIsReadWithinItsFirst452Bytes) {
   const std::pair<WORD, WORD> kSizes[] = {{220, 352},   {220, 65535}, {452, 232}, {65535, 65535},
                                           {65535, 232}, {219, 65535}, {76, 65535}};
   for (const auto& [size, extra] : kSizes) {
@@ -70,7 +72,7 @@ TEST_F(HostileCallers, RecordOfOtherSizesIsReadNoFurtherThanTheDriversOwn) {
   }
 }
 
-TEST_F(HostileCallers, SizesThatChangeAfterTheyWereReadAreNotReadAgain) {
+TEST_F(HostileCallers, SizesThatChangeLaterAreNotReadAgain) {
   Put(bytes_, 68, WORD{76});
   Put(bytes_, 70, WORD{0});
   const RecordView view(bytes_);
@@ -82,8 +84,8 @@ TEST_F(HostileCallers, SizesThatChangeAfterTheyWereReadAreNotReadAgain) {
   EXPECT_EQ(At<WORD>(output.data(), 70), 0);
 }
 
-// Another thread of the caller changes the sizes all the time. What an output claims has been
-// written, and the rest of its 452 bytes is clear.
+// Another thread of the caller changes the sizes continuously. An output contains as many bytes as
+// its sizes state, and the rest of its 452 bytes is cleared.
 TEST_F(HostileCallers, SizesThatChangeDuringConversionsNeverClaimUnwrittenBytes) {
   const char* given = std::getenv("KESTREL_HOSTILE_ROUNDS");
   const int rounds = given != nullptr ? std::atoi(given) : 4000;
@@ -101,7 +103,7 @@ TEST_F(HostileCallers, SizesThatChangeDuringConversionsNeverClaimUnwrittenBytes)
     Convert(bytes_, output.data());
     const size_t size = At<WORD>(output.data(), 68);
     const size_t claimed = size + At<WORD>(output.data(), 70);
-    const bool isShort = size < 220;  // comes back as it was given
+    const bool isShort = size < 220;  // returned unchanged
     const auto rest = output.bytes().subspan(std::min<size_t>(claimed, 452));
     unwritten += claimed > 452 || (isShort && output.bytes()[claimed - 1] == std::byte{0xCD}) ||
                  std::ranges::any_of(rest, [](std::byte each) { return each != std::byte{}; });

@@ -1,4 +1,4 @@
-// Settings records: the defaults, the public fields, and how applications' records are merged.
+// Settings records: defaults, public fields, and merging of applications' records.
 #include <string>
 #include <tuple>
 
@@ -32,7 +32,7 @@ class Records : public support::MachineTest {
     EXPECT_TRUE(exports_.DrvConvertDevMode(printerName_.data(), static_cast<DEVMODEW*>(input),
                                            static_cast<DEVMODEW*>(output), &size, CDM_CONVERT));
   }
-  // What the module makes of an input record that ends where nobody may read.
+  // Converts an input record that ends at unreadable memory.
   Bytes Convert(const Bytes& input) {
     const support::GuardedBuffer in(input.data(), input.size()), out(452);
     std::ranges::fill(out.bytes(), std::byte{0xCD});
@@ -41,7 +41,7 @@ class Records : public support::MachineTest {
   }
   // nPrintSpeed of the printer's settings, without an input.
   int Speed() { return At(Convert(Bytes(72)).data(), 398); }
-  // What an input changes of the stored record, as "first-last" ranges of offsets.
+  // Returns the offsets at which an input changes the stored record, as "first-last" ranges.
   std::string Changes(const Bytes& input) {
     const Bytes stored = BytesOf(block_.Record);
     const Bytes result = Convert(input);
@@ -67,7 +67,7 @@ TEST_F(Records, DefaultsAreTheGoldenBytes) {
   EXPECT_EQ(BytesOf(block_), BytesOf(golden.data(), golden.size()));
 }
 
-TEST_F(Records, PublicFieldsFollowThePrivateOnes) {
+TEST_F(Records, FillPublicFieldsComputesThemFromThePrivateOnes) {
   const DEVMODEW& record = block_.Record.Public;
   PrivateDevMode& settings = block_.Record.Private;
   PaperInfo& paper = block_.Printer.Papers[0];
@@ -94,11 +94,11 @@ TEST_F(Records, PublicFieldsFollowThePrivateOnes) {
   for (const WCHAR* name : {u"\\\\server\\Label,LPT1:", static_cast<const WCHAR*>(nullptr)}) {
     FillPublicFields(block_, nullptr, name);
     EXPECT_EQ(record.dmDeviceName, std::u16string(name != nullptr ? u"\\\\server\\Label" : u""))
-        << "only the port goes";
+        << "only the port is removed";
   }
 }
 
-TEST_F(Records, BelongToAPrinterByItsName) {
+TEST_F(Records, MatchThePrinterByItsName) {
   for (const std::string& row : support::GoldenRows("printer_names.txt")) {
     SCOPED_TRACE(row);
     const std::u16string names(row.begin(), row.end() - 2),
@@ -115,10 +115,10 @@ TEST_F(Records, BelongToAPrinterByItsName) {
   EXPECT_EQ(CheckSettingsRecord(RecordView(&block_.Record), nullptr), 0u);
 }
 
-TEST_F(Records, PublicFieldsMergeByTheirRules) {
+TEST_F(Records, PublicFieldsMergeByFieldAndValue) {
   block_.Record.Private.PaperID = 258;
   Store();
-  // Fields, the offset and value of one, the offset and value of what comes of it.
+  // dmFields, offset and value of the input field, offset and value of the resulting field.
   const std::tuple<DWORD, size_t, int16_t, size_t, int16_t> kCases[] = {
       {DM_ORIENTATION, 76, 2, 388, 2},   {DM_ORIENTATION, 76, 3, 388, 1},
       {DM_PAPERSIZE, 78, 257, 220, 257}, {DM_COPIES, 76, 2, 388, 1},
@@ -133,25 +133,27 @@ TEST_F(Records, PublicFieldsMergeByTheirRules) {
       Put(input.data(), offset, value);
       const Bytes output = Convert(input);
       EXPECT_EQ(At(output.data(), resultOffset), result) << offset << ' ' << value;
-      EXPECT_EQ(result == value, At(output.data(), offset) == value) << "the public ones follow";
+      EXPECT_EQ(result == value, At(output.data(), offset) == value)
+          << "the public fields match the private ones";
     }
   }
 }
 
-// Every private byte of the input is another: what a record adds to the settings shows as a range.
-TEST_F(Records, GiveTheirPrivateFieldsWhenTheyAreTheDriversOwn) {
+// Every private byte of the input differs from the stored one, so each merged field shows as a
+// range.
+TEST_F(Records, PrivateFieldsMergeFromRecordsOfThisDriver) {
   Bytes own(131072);
   std::memcpy(own.data(), &block_.Record, 452);
   std::fill(own.begin() + 220, own.begin() + 448, std::byte{0x5A});
   Put<DWORD>(own.data(), 72, DM_COPIES);
   Put<int16_t>(own.data(), 86, 7);
   // Twelve numbers of the free-size paper, offsets and speed to move mode, colour text and SYNC.
-  const std::string taken = "86-86 350-373 382-382 384-387 390-403 408-409 434-435 ";
+  const std::string merged = "86-86 350-373 382-382 384-387 390-403 408-409 434-435 ";
   const std::string publicOnly = "86-86 382-382 ";
   EXPECT_EQ(CheckSettingsRecord(RecordView(own.data()), kPrinter), 0u);
-  EXPECT_EQ(Changes(own), taken);
-  // A size of 3564 would put the signature just behind a block; an extra of 4 would be nothing but
-  // one. With other sizes it is not looked for.
+  EXPECT_EQ(Changes(own), merged);
+  // A size of 3564 would place the signature right after a block, and an extra of 4 would contain
+  // only the signature. The signature of a record with other sizes is not read.
   const std::tuple<size_t, WORD, unsigned> kCases[] = {
       {64, 0x0400, 1}, {66, 0x0E00, 2}, {68, 221, 20}, {68, 3564, 20}, {68, 65535, 20}, {68, 0, 20},
       {70, 231, 24},   {70, 3, 24},     {70, 4, 24},   {70, 0, 24},    {448, 0, 16}};
@@ -161,26 +163,26 @@ TEST_F(Records, GiveTheirPrivateFieldsWhenTheyAreTheDriversOwn) {
     Put(foreign.data(), offset, value);
     if (value == 4) Put(foreign.data(), 220, SETTINGS_SIGNATURE);
     EXPECT_EQ(CheckSettingsRecord(RecordView(foreign.data()), kPrinter), mask);
-    // Given, it adds its public fields alone; stored, it counts as none.
+    // As an input it merges its public fields only; as the stored record it is ignored.
     EXPECT_EQ(Changes(foreign), value == 0 && offset == 68 ? "" : publicOnly);
     machine().SetDefaultRecord(kPrinter, foreign);
     EXPECT_EQ(Speed(), 1);
     Store();
   }
-  // A record named for another printer: foreign before Windows Vista, the driver's own from then.
+  // A record of another printer is foreign before Windows Vista and accepted from then on.
   Put<char16_t>(own.data(), 0, u'X');
-  EXPECT_EQ(Changes(own), taken);
+  EXPECT_EQ(Changes(own), merged);
   block_.Record.Private.nCompulsory = 1;
   Store();
-  EXPECT_EQ(Changes(own), publicOnly) << "settings that insist";
+  EXPECT_EQ(Changes(own), publicOnly) << "the stored settings take precedence";
   block_.Record.Private.nCompulsory = 0;
   Store();
   machine().SetOs({.major = 5, .minor = 1});
   EXPECT_EQ(Changes(own), publicOnly);
 }
 
-TEST_F(Records, EveryLengthIsReadWithinItself) {
-  // Bytes that would be taken for fields if they were read, at every address.
+TEST_F(Records, RecordsOfEveryLengthAreReadWithinTheirLength) {
+  // Bytes that would change the result if they were read as fields.
   Bytes pattern(1024, std::byte{1});
   Put<DWORD>(pattern.data(), 68, 220);
   Put<DWORD>(pattern.data(), 72, 0xFFFFFFFF);
@@ -200,11 +202,11 @@ TEST_F(Records, EveryLengthIsReadWithinItself) {
         expected = BytesOf(in.data(), std::min<size_t>(length, size + 232));
         Put(expected.data(), 70, static_cast<WORD>(expected.size() - size));
       }
-      // A record may be its own output.
+      // Input and output may be the same record.
       const support::GuardedBuffer both(std::max(in.size(), size_t{452}));
       std::ranges::copy(in.bytes(), both.data());
       Convert(both.data(), both.data());
-      expected.resize(452);  // what a short record leaves is cleared
+      expected.resize(452);  // the bytes after a short record are cleared
       ASSERT_EQ(BytesOf(both.data(), 452), expected);
       ASSERT_EQ(Convert(BytesOf(in.data(), in.size())), expected);
       ATTRIBUTE_INFO_3 info{};
@@ -234,7 +236,7 @@ TEST_F(Records, ResolveSettingsMergesAndCopiesByMode) {
   }
 }
 
-TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
+TEST_F(Records, IncompleteStoredSettingsFallBackToDefaults) {
   block_.Record.Private.nPrintSpeed = 5;
   Store();
   EXPECT_EQ(Speed(), 5);
@@ -252,7 +254,7 @@ TEST_F(Records, WhatIsStoredIsUsedOnlyWhole) {
   }
   machine().RemoveData(kPrinter, u"Private DevMode");
   EXPECT_EQ(Speed(), 1);
-  // A record of another printer's name: the driver's own from Windows Vista on.
+  // A record of another printer is accepted from Windows Vista on.
   block_.Record.Public.dmDeviceName[0] = u'X';
   Store();
   EXPECT_EQ(Speed(), 5);

@@ -1,4 +1,4 @@
-// The operation page and the device page, with libraries of all sorts behind them.
+// The operation page and the device page, with replacements of the libraries that they call.
 #include <sstream>
 
 #include "driver/default_settings.h"
@@ -36,14 +36,14 @@ class OperationPage : public SheetTest {
 
 Step SyncPrintShown(bool checked) { return ExpectChecked({IDC_OPERATION_SYNC_PRINT}, checked); }
 
-TEST_F(OperationPage, ReadsAndWritesPageByPageConfirmation) {
+TEST_F(OperationPage, PageByPageConfirmationIsStoredInTheRegistry) {
   constexpr DWORD kCases[][5] = {
-      // the value, whether the key is readable and writable, whether it is shown, what is left
+      // stored value, key readable, key writable, shown as checked, value afterwards
       {kAbsent, 1, 1, 0, 0},       {5, 1, 1, 1, 1}, {0x10000, 1, 1, 1, 1}, {5, 1, 0, 1, 5},
-      {kAbsent, 1, 0, 0, kAbsent}, {1, 0, 1, 0, 1},  // nor opened for writing
+      {kAbsent, 1, 0, 0, kAbsent}, {1, 0, 1, 0, 1},  // cannot be opened for writing either
   };
   DriverSettingsBlock block = DefaultBlock();
-  block.Record.Private.nTSMode = 1;  // what the record holds does not count
+  block.Record.Private.nTSMode = 1;  // the registry value takes precedence over the record
   Keep(block);
   for (const auto& [value, readable, writable, checked, after] : kCases) {
     SCOPED_TRACE(value);
@@ -86,7 +86,6 @@ TEST_F(OperationPage, KeyOfAConnectionIsWrittenButNotCreated) {
   EXPECT_EQ(DeviceSettings(kConnection).SyncPrint(), 1u);
 }
 
-// Stored are the choices of the lists and switches, and what stands for absent controls.
 TEST_F(OperationPage, ShowsAndStoresItsFields) {
   constexpr int16_t kSpeeds[] = {1, 2, 255, 99}, kSensors[] = {0, 1, 255, -1};  // the last unknown
   constexpr int16_t kMoveModes[] = {1, 0, 7, 1};                                // of a printer mode
@@ -124,26 +123,27 @@ TEST_F(OperationPage, ShowsAndStoresItsFields) {
   EXPECT_EQ(SyncPrint(), kAbsent);
 }
 
-// What the adjustment functions are handed, and what they answer.
+// The values that the adjustment functions receive, and the result that they return.
 using Numbers = std::vector<DWORD>;
-Numbers handed;
-LONG adjusted;
+Numbers received;
+LONG adjustmentResult;
 
 LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORADJUSTMENT* values,
                       BOOL monochrome, BOOL permission) {
   EXPECT_TRUE(title == std::u16string(kPrinter) && !picture && !pictureTitle && monochrome);
-  handed = {DWORD(permission), values->caSize, DWORD(std::exchange(values->caContrast, 17))};
-  return adjusted;
+  received = {DWORD(permission), values->caSize, DWORD(std::exchange(values->caContrast, 17))};
+  return adjustmentResult;
 }
 LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
   EXPECT_TRUE(title == std::u16string(kPrinter) && data->DeviceFlags == 0);
   DEVHTINFO* own = data->pAdjHTInfo;
-  handed.insert(handed.end(), {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
-                               own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0});
-  return adjusted;
+  received.insert(received.end(),
+                  {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
+                   own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0});
+  return adjustmentResult;
 }
 
-TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
+TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
   machine().RegisterModule(u"htui.dll",
                            {{"HTUI_ColorAdjustmentW", platform::AsEntryPoint(FakeColor)},
                             {"HTUI_DeviceColorAdjustmentW", platform::AsEntryPoint(FakeDevice)}});
@@ -159,11 +159,11 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
     const DWORD dpi = resolution;
     DriverSettingsBlock other = block;
     other.Printer.HeadDensity = static_cast<uint16_t>(density);
-    adjusted = answer;
+    adjustmentResult = answer;
     EXPECT_EQ(AdjustColor(other, kPrinter, permission), answer);
     EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), answer);
-    EXPECT_EQ(handed, permission ? (Numbers{1, 24, 3, dpi, dpi, factory, 5})
-                                 : (Numbers{0, 24, 3, dpi, dpi, 5, 0}));
+    EXPECT_EQ(received, permission ? (Numbers{1, 24, 3, dpi, dpi, factory, 5})
+                                   : (Numbers{0, 24, 3, dpi, dpi, 5, 0}));
     EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, answer >= 1 ? 17 : 3);
     EXPECT_EQ(HalftoneInfo(other).HTPatternSize, answer >= 1 && permission ? 6u : 5u);
   }
@@ -172,17 +172,17 @@ TEST_F(OperationPage, HandsTheAdjustmentsWhatTheyNeed) {
   for (const int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
     Leave({ExpectChanged(false), Click(button), ExpectChanged(true)});
   }
-  EXPECT_EQ(handed, (Numbers{1, 24, 3, 203, 203, factory, 5}));
+  EXPECT_EQ(received, (Numbers{1, 24, 3, 203, 203, factory, 5}));
   block.Printer = KeptPrinterPart(machine());
   EXPECT_EQ(HalftoneInfo(block).HTPatternSize, 6u);
-  // A document has no halftone of its own.
+  // The sheet of a document has no halftone button.
   Show({}, {GoTo(kOperationTab), ExpectHidden(IDC_OPERATION_HALFTONE), PressOk()});
-  // Nothing is told of a library that is missing or lacks its functions.
+  // A missing library and a library without the functions show no message.
   machine().RegisterModule(u"htui.dll", {});
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),
          [&](Desk&) { machine().faults.FailNth(platform::Fault::kModule, 1); },
          Click(IDC_OPERATION_COLOR_ADJUST)});
-  // A file of that name where programs look first is not taken for the system's.
+  // A file of the same name in the driver's directory is not loaded.
   machine().UnregisterModule(u"htui.dll");
   machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), [](Desk& desk) { EXPECT_EQ(desk.ModalDepth(), 2); },
@@ -211,34 +211,35 @@ class DevicePage : public SheetTest {
                              {{"RtlGetModeComW", platform::AsEntryPoint(&Answer<0xFF, 30>)},
                               {"RtlGetVersionComW", platform::AsEntryPoint(&Answer<0, 50>)}});
   }
-  // Asks by a button of the page; tells the boxes that follow, what both pages show, what is kept.
-  void Ask(int mode, int density, int button) {
+  // Clicks a query button. Records the message boxes, the values on both pages and the stored
+  // settings.
+  void Query(int mode, int density, int button) {
     DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = static_cast<uint16_t>(mode);
     block.Printer.HeadDensity = static_cast<uint16_t>(density);
     Keep(block);
     const auto close = [this](Desk& desk) {
       if (!desk.IsMessageBox()) return;
-      told_ << platform::ToUtf8(desk.Title() + u": " + desk.MessageText()) << ' '
-            << desk.MessageStyle() << '\n';
+      log_ << platform::ToUtf8(desk.Title() + u": " + desk.MessageText()) << ' '
+           << desk.MessageStyle() << '\n';
       EXPECT_TRUE(desk.Click(IDOK));
     };
     const auto look = [this](Desk& desk) {
       EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, IDC_ARROW));
       for (const int id : {IDC_DEVICE_MODE, IDC_DEVICE_DENSITY, IDC_DEVICE_FIRMWARE_VERSION,
                            IDC_DEVICE_FONT_VERSION})
-        told_ << platform::ToUtf8(desk.Text(id)) << '|';
-      told_ << (desk.Windows().back().changed ? "changed" : "as it was");
+        log_ << platform::ToUtf8(desk.Text(id)) << '|';
+      log_ << (desk.Windows().back().changed ? "changed" : "as it was");
     };
     const auto peel = [this](Desk& desk) {
-      told_ << (desk.Control(IDC_PAPER_PEEL_OFFSET).enabled ? ", peels, " : ", ");
+      log_ << (desk.Control(IDC_PAPER_PEEL_OFFSET).enabled ? ", peels, " : ", ");
     };
-    told_ << mode << ' ' << density << ":\n";
+    log_ << mode << ' ' << density << ":\n";
     Ok(kDeviceTab, {Click(button), close, close, look, GoTo(kPaperTab), peel});
     const PrinterSettingsPart kept = KeptPrinterPart(machine());
-    told_ << kept.Mecha << ' ' << kept.HeadDensity << '\n';
+    log_ << kept.Mecha << ' ' << kept.HeadDensity << '\n';
   }
-  std::ostringstream told_;
+  std::ostringstream log_;
 };
 
 TEST_F(DevicePage, EscInTheOpenModeListRestoresTheMode) {
@@ -256,7 +257,7 @@ TEST_F(DevicePage, EscInTheOpenModeListRestoresTheMode) {
 }
 
 // golden/device_page.txt.
-TEST_F(DevicePage, TakesWhatThePrinterTells) {
+TEST_F(DevicePage, QueriesUpdateThePageAndTheSettings) {
   constexpr int kCases[][4] = {// mode and density before, their codes in the reply
                                {1, 203, 255, 255}, {2, 203, 2, 0}, {0, 203, 2, 0},
                                {2, 203, 0, 255},   {1, 203, 3, 0}, {0, 305, 255, 1},
@@ -265,23 +266,24 @@ TEST_F(DevicePage, TakesWhatThePrinterTells) {
     reply = std::string(30, '\2');
     reply[1] = static_cast<char>(densityCode);
     reply[3] = static_cast<char>(modeCode);
-    Ask(mode, density, IDC_DEVICE_QUERY_MODE);
+    Query(mode, density, IDC_DEVICE_QUERY_MODE);
   }
   for (const auto& versions :
        {std::string("0123456789ABCDEF\x83\x5C\0X", 20),
         std::string("\xCA\xDE\0junk890123456abcdefgh", 24) + std::string(26, 'x')}) {
     reply = versions;
-    Ask(0, 203, IDC_DEVICE_QUERY_VERSION);
+    Query(0, 203, IDC_DEVICE_QUERY_VERSION);
   }
-  // A failing call may have written its reply all the same.
+  // A call that fails may still have written its reply.
   reply = std::string("V\0\0\2", 4) + "000000000000F1";
   result = 0;
   for (int failure = 0; failure < 3; ++failure) {
     if (failure == 1) machine().RegisterModule(kLibrary, {});
     if (failure == 2) machine().UnregisterModule(kLibrary);
-    for (const int button : {IDC_DEVICE_QUERY_MODE, IDC_DEVICE_QUERY_VERSION}) Ask(1, 305, button);
+    for (const int button : {IDC_DEVICE_QUERY_MODE, IDC_DEVICE_QUERY_VERSION})
+      Query(1, 305, button);
   }
-  EXPECT_EQ(told_.str(), Golden("device_page.txt"));
+  EXPECT_EQ(log_.str(), Golden("device_page.txt"));
 }
 
 }  // namespace

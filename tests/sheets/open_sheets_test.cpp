@@ -1,4 +1,4 @@
-// Sheets as a person sees them: through the exports, the sheet library and a scripted user.
+// Sheets as a user sees them: through the exports, the sheet library and a scripted user.
 #include <algorithm>
 #include <memory>
 
@@ -14,12 +14,12 @@ using support::SheetKind;
 
 class OpenSheets : public support::SheetTest {};
 
-// Whatever fails, a visit of all pages ends and leaves nothing behind; what came out is whole or
-// was not touched. A sheet that did not open is none that was cancelled.
-TEST_F(OpenSheets, SurviveEachFailure) {
+// When any platform call fails, a visit of all pages ends without a leak, and the output record is
+// complete or untouched. A sheet that did not open is not reported as cancelled.
+TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
   using enum platform::Fault;
   const auto walk = [&](SheetKind kind, std::initializer_list<platform::Fault> faults) {
-    // A paper that the defaults lack.
+    // The defaults do not contain this paper.
     auto stored = support::DefaultBlock();
     stored.Printer.PaperNum = 2;
     stored.Printer.Papers[1] = stored.Printer.Papers[0];
@@ -56,8 +56,8 @@ TEST_F(OpenSheets, SurviveEachFailure) {
   walk(SheetKind::kAdvanced, {kAllocation});
 }
 
-// The sheet that hosts the version page offers the document sheets of the same printer too.
-TEST_F(OpenSheets, PrinterPropertiesKeepPapersThatASecondSheetStored) {
+// While the printer's properties are open, the user can open a document sheet of the same printer.
+TEST_F(OpenSheets, PrinterPropertiesPreserveThePapersStoredByASecondSheet) {
   support::SheetAnswer second;
   const auto openSecond = [&](support::Desk&) {
     second = AskForSheet({.kind = SheetKind::kUserDefault});
@@ -130,7 +130,7 @@ TEST_F(OpenSheets, LaterInitDialogMessageChangesNothing) {
   EXPECT_EQ(forgedCalls, 0);
 }
 
-TEST_F(OpenSheets, VersionPageShowsTheModulesThatAreThereUnderACentredPicture) {
+TEST_F(OpenSheets, VersionPageShowsInstalledModulesUnderACentredPicture) {
   const std::u16string system = machine().systemDirectory() + u"\\";
   machine().WriteVersionedFile(system + u"QM6_1rLMNT.DLL", 0x00030001, 0x000000FF);
   machine().WriteVersionedFile(system + u"qm6_1rpmlan.dll", 0xFFFF0000, 0x00010000);
@@ -138,12 +138,12 @@ TEST_F(OpenSheets, VersionPageShowsTheModulesThatAreThereUnderACentredPicture) {
   const auto look = [](support::Desk& desk) {
     EXPECT_EQ(desk.Windows().back().tabs.size(), 1u);
     EXPECT_NE(desk.Text(IDC_VERSION_NOTICE), u"");
-    std::u16string told;
+    std::u16string versions;
     for (const int id :
          {IDC_VERSION_PRODUCT, IDC_VERSION_LANGUAGE_MONITOR, IDC_VERSION_LAN_PORT_MONITOR,
           IDC_VERSION_COM_PORT_MONITOR, IDC_VERSION_USER_INTERFACE})
-      told += desk.Text(id) + u"|";
-    EXPECT_EQ(told,
+      versions += desk.Text(id) + u"|";
+    EXPECT_EQ(versions,
               u"Kestrel(QM610r) Printer Driver for Windows (x86)\nVersion "
               u"14.0.1.20|3.1.0.255|65535.0.1.0|||");
     const platform::ControlView view = desk.Control(IDC_VERSION_PICTURE);
@@ -162,8 +162,8 @@ TEST_F(OpenSheets, VersionPageShowsTheModulesThatAreThereUnderACentredPicture) {
   EXPECT_TRUE(call.verb == u"open" && call.file.starts_with(u"https://") && call.show == SW_SHOW);
 }
 
-// Where both tables hold a text they agree, but for two that break their lines elsewhere.
-TEST_F(OpenSheets, MessageTextsAreThoseOfTheStringTableCutToTheirBuffer) {
+// MessageOverrideTable equals the string table except for two texts with other line breaks.
+TEST_F(OpenSheets, MessageTextsMatchTheStringTableAndAreTruncatedToTheBuffer) {
   std::vector<UINT> others;
   for (UINT id = 1990; id < 2530; ++id) {
     WCHAR text[kMessageLength], stored[kMessageLength] = {}, cut[4] = {u'x', u'x', u'x', u'x'};
@@ -175,9 +175,9 @@ TEST_F(OpenSheets, MessageTextsAreThoseOfTheStringTableCutToTheirBuffer) {
     if (std::u16string(text) != stored) others.push_back(id);
   }
   EXPECT_EQ(others, (std::vector<UINT>{IDS_DENSITY_CHANGED, IDS_MODE_CHANGED}));
-  WCHAR nothing = u'x';
-  EXPECT_EQ(LoadMessageText(IDS_SAVED, &nothing, 0), 0);
-  EXPECT_EQ(nothing, u'x');
+  WCHAR untouched = u'x';
+  EXPECT_EQ(LoadMessageText(IDS_SAVED, &untouched, 0), 0);
+  EXPECT_EQ(untouched, u'x');
   for (const WCHAR* text : {u" a ", u"\u3000あ", u"\t", u"\u00A0"}) EXPECT_FALSE(IsBlankText(text));
 }
 

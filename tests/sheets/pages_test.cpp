@@ -1,7 +1,7 @@
-// What every page shares, control by control, as golden/controls.txt lists it: in which sheets it
-// may be used (x; o: a picture that the page draws), whether its use, with what that asks declined,
-// marks the sheet changed (*), and what the help box then says. The sheets are those of a document,
-// of advanced settings and of the user's defaults, each without and with permission to change them.
+// Behaviour that all pages have in common, for each control (golden/controls.txt): the sheets in
+// which it is enabled (x; o: owner-drawn), whether using it marks the sheet as changed (*;
+// questions are declined), and the help text that follows. The columns are the sheets of a
+// document, of advanced settings and of the user's defaults, each without and with permission.
 #include <map>
 #include <string>
 
@@ -34,7 +34,7 @@ class Pages : public SheetTest {
                       {REG_BINARY, BytesOf(FontNumber{4, 0x0E01, 0})});
     machine().SetData(kPrinter, u"CreateFont Data", {REG_BINARY, BytesOf(fonts)});
   }
-  // What using a control of a page of the user's defaults does.
+  // Uses a control of a page of the user's defaults. Returns its effect as in golden/controls.txt.
   std::string Use(int tab, int id) {
     std::u16string help;
     bool changed = false;
@@ -59,14 +59,14 @@ class Pages : public SheetTest {
   }
 };
 
-TEST_F(Pages, ControlsAreUsableByKindAndPermissionAndTellOfTheirUse) {
+TEST_F(Pages, ControlsAreEnabledBySheetAndPermissionAndMarkChanges) {
   std::map<std::pair<int, int>, std::string> controls;  // by tab and id
   std::string titles;
   size_t column = 0;
   for (const SheetKind kind :
        {SheetKind::kDocument, SheetKind::kAdvanced, SheetKind::kUserDefault}) {
     for (const bool permission : {false, true}) {
-      // Pages are hosted in another way on Windows 2000.
+      // Windows 2000 adds the pages as COMPROPSHEETUI.
       machine().SetOs({.major = permission ? 10u : 5u});
       const auto look = [&](Desk& desk) {
         const auto sheet = desk.Windows().back();
@@ -87,14 +87,14 @@ TEST_F(Pages, ControlsAreUsableByKindAndPermissionAndTellOfTheirUse) {
       ++column;
     }
   }
-  std::string told = titles.substr(0, titles.size() / 6) + "\n";
+  std::string actual = titles.substr(0, titles.size() / 6) + "\n";
   for (auto& [place, when] : controls) {
     const auto [tab, id] = place;
     when.resize(column, ' ');
-    told += std::to_string(tab) + ' ' + std::to_string(id) + ' ' + when +
-            (when.back() == 'x' ? Use(tab, id) : "") + "\n";
+    actual += std::to_string(tab) + ' ' + std::to_string(id) + ' ' + when +
+              (when.back() == 'x' ? Use(tab, id) : "") + "\n";
   }
-  EXPECT_EQ(told, Golden("controls.txt"));
+  EXPECT_EQ(actual, Golden("controls.txt"));
 }
 
 TEST_F(Pages, ChangeIsMarkedFromWindows2000On) {

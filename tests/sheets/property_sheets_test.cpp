@@ -1,4 +1,5 @@
-// The two property-sheet functions as the sheet library calls them, with a library that records.
+// The two property-sheet functions, called as by the sheet library; a replacement records their
+// calls.
 #include <windows.h>
 #include <winddiui.h>
 
@@ -22,9 +23,9 @@ namespace {
 using support::kPrinter;
 using support::Words;
 
-// What the sheet library was asked, in threes.
+// The calls of the sheet library: function and two parameters each.
 std::vector<ULONG_PTR> calls;
-size_t refuseAt;  // the call with this number (1 is the first) is answered with 0; 0: none
+size_t refuseAt;  // the number of the call that returns 0, counted from 1; 0: none
 
 LONG_PTR CALLBACK RecordCall(HANDLE sheet, UINT function, LPARAM first, LPARAM second) {
   EXPECT_EQ(sheet, reinterpret_cast<HANDLE>(0x77));
@@ -35,7 +36,7 @@ LONG_PTR CALLBACK RecordCall(HANDLE sheet, UINT function, LPARAM first, LPARAM s
 class PropertySheets : public support::MachineTest {
  protected:
   PropertySheets() { refuseAt = 0; }
-  LONG Ask(WORD reason, const void* parameter = nullptr) {
+  LONG Call(WORD reason, const void* parameter = nullptr) {
     const void* header = isDevice ? static_cast<void*>(&device) : &document;
     info.Reason = reason;
     info.lParamInit = reinterpret_cast<LPARAM>(header);
@@ -45,9 +46,9 @@ class PropertySheets : public support::MachineTest {
   }
   LONG SetResult(LRESULT result) {
     const SETRESULT_INFO set = {sizeof(set), 0, nullptr, result};
-    return Ask(PROPSHEETUI_REASON_SET_RESULT, &set);
+    return Call(PROPSHEETUI_REASON_SET_RESULT, &set);
   }
-  // Pages that were taken are the sheet library's to destroy, all but a refused one.
+  // Destroys the pages that the sheet library accepted, as it would.
   void DropPages() {
     for (size_t i = 0; i < calls.size() && i / 3 + 1 != refuseAt; i += 3) {
       if (calls[i] != CPSFUNC_ADD_HPROPSHEETPAGE) continue;
@@ -55,9 +56,9 @@ class PropertySheets : public support::MachineTest {
     }
     calls.clear();
   }
-  LONG End() { return DropPages(), Ask(PROPSHEETUI_REASON_DESTROY); }
-  // The session's description of a page for the old road.
-  void ExpectDescribed(int i) {
+  LONG End() { return DropPages(), Call(PROPSHEETUI_REASON_DESTROY); }
+  // Checks the COMPROPSHEETUI of a page.
+  void ExpectPageSheet(int i) {
     const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[3 * i + 1]);
     EXPECT_EQ(
         Words(sheet.cbSize, sheet.Flags, sheet.hInstCaller, *sheet.pCallerName, sheet.UserData,
@@ -71,7 +72,7 @@ class PropertySheets : public support::MachineTest {
     const PageEntry& entry = session().pages[i];
     EXPECT_EQ(Words(page.cbSize, page.Flags, page.DlgProc, page.pTabName, page.DlgTemplateID),
               Words(sizeof(page), 0, entry.procedure, nullptr, entry.templateId));
-    EXPECT_NE(calls[3 * i + 2], 0u) << "room for the result";
+    EXPECT_NE(calls[3 * i + 2], 0u) << "a buffer for the result";
   }
   DriverUiData& session() { return *reinterpret_cast<DriverUiData*>(info.UserData); }
 
@@ -86,7 +87,8 @@ class PropertySheets : public support::MachineTest {
   bool isDevice = false;
 };
 
-// The system's functions for activation contexts, recorded with the pages that there are meanwhile.
+// Replacements of the activation context functions. They record their calls and the number of
+// pages.
 std::string contexts;
 template <typename Given>
 BOOL Note(const char* what, Given given) {
@@ -105,8 +107,8 @@ BOOL WINAPI Activate(HANDLE context, ULONG_PTR* cookie) {
 BOOL WINAPI Deactivate(DWORD, ULONG_PTR cookie) { return Note("off", cookie); }
 void WINAPI Release(HANDLE context) { Note("release", context); }
 
-TEST_F(PropertySheets, CreateThePagesWithinTheManifestsContextWhereThereIsOne) {
-  // Windows 2000 has none of the four; one alone is of no use.
+TEST_F(PropertySheets, PagesAreCreatedWithinTheManifestsContextIfSupported) {
+  // Windows 2000 exports none of the four functions; all four are needed.
   const platform::Machine::EntryPoints all = {
       {"CreateActCtxW", platform::AsEntryPoint(Create)},
       {"ActivateActCtx", platform::AsEntryPoint(Activate)},
@@ -115,7 +117,7 @@ TEST_F(PropertySheets, CreateThePagesWithinTheManifestsContextWhereThereIsOne) {
   for (const auto& some : {platform::Machine::EntryPoints(), {*all.begin()}, all}) {
     EXPECT_EQ(contexts, "");
     machine().RegisterModule(u"kernel32.dll", some);
-    ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+    ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
     EXPECT_EQ(platform::LivePropertySheetPages(), 6);
     End();
   }
@@ -124,17 +126,17 @@ TEST_F(PropertySheets, CreateThePagesWithinTheManifestsContextWhereThereIsOne) {
             "on81:5 off9:6 release81:6 ");
 }
 
-TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
-  EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_INFO_HEADER), -1) << "no session";
+TEST_F(PropertySheets, InvalidSessionsAndReasonsReturnMinusOne) {
+  EXPECT_EQ(Call(PROPSHEETUI_REASON_GET_INFO_HEADER), -1) << "no session";
   info.lParamInit = 0;
   info.Reason = PROPSHEETUI_REASON_INIT;
   EXPECT_EQ(exports_.DrvDocumentPropertySheets(&info, 0), -1);
-  ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+  ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
   EXPECT_EQ(info.Result, 0u);
   for (const WORD reason : {PROPSHEETUI_REASON_SET_RESULT, PROPSHEETUI_REASON_GET_INFO_HEADER,
                             WORD{PROPSHEETUI_REASON_SET_RESULT + 1}})
-    EXPECT_EQ(Ask(reason), -1);
-  // A block that is no session, and one whose end was overwritten.
+    EXPECT_EQ(Call(reason), -1);
+  // A block that is not a session, and one with a wrong size.
   const auto foreign = std::make_unique<DriverUiData>();
   const ULONG_PTR good = std::exchange(info.UserData, reinterpret_cast<ULONG_PTR>(foreign.get()));
   foreign->self = foreign.get();
@@ -145,22 +147,22 @@ TEST_F(PropertySheets, AnswerMinusOneToWhatTheyDoNotKnow) {
   EXPECT_EQ(SetResult(CPSUI_OK), -1);
   info.UserData = good;
   EXPECT_EQ(End(), 1);
-  EXPECT_EQ(Ask(PROPSHEETUI_REASON_DESTROY), -1);
+  EXPECT_EQ(Call(PROPSHEETUI_REASON_DESTROY), -1);
 }
 
 // Windows 2000 does not terminate a path that fills the buffer.
-TEST_F(PropertySheets, ProgramWithALongPathIsNotThePrintersFolder) {
+TEST_F(PropertySheets, ProgramWithALongPathGetsADocumentSession) {
   machine().SetOs({.major = 5});
   machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + std::u16string(300, u'e'));
   document.pdmOut = document.pdmIn;
   document.cbOut = 0;
-  ASSERT_EQ(Ask(PROPSHEETUI_REASON_INIT), 1);
+  ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
   EXPECT_EQ(session().mode, kDocumentSession);
   EXPECT_EQ(End(), 1);
 }
 
-// golden/ways.txt tells of ways to ask for a sheet what each comes to.
-TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
+// golden/ways.txt: the result for each kind of header, system, mode and sheet result.
+TEST_F(PropertySheets, CopyAndStoreByKindPermissionAndResult) {
   SettingsRecord input = {};
   ASSERT_TRUE(ResolveSettings(&input, nullptr, printer_, kPrinter, DM_COPY));
   input.Private.nPrintSpeed = 2;
@@ -184,24 +186,24 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
     const size_t broadcasts = machine().Broadcasts().size();
     const int blocks = machine().LiveAllocations();
 
-    const LONG started = Ask(PROPSHEETUI_REASON_INIT);
-    std::string told = " ";
+    const LONG started = Call(PROPSHEETUI_REASON_INIT);
+    std::string actual = " ";
     for (size_t i = 0; i < calls.size(); i += 3)
-      told += calls[i] == CPSFUNC_ADD_HPROPSHEETPAGE ? 'P' : 'S';
+      actual += calls[i] == CPSFUNC_ADD_HPROPSHEETPAGE ? 'P' : 'S';
     if (started == 1) {
       DriverUiData& made = session();
-      // What a DLL made reads alike here: its size and the place of its last member.
+      // The session of a DLL has the same layout here: its size and the offset of its last member.
       ASSERT_TRUE(IsValidUiSession(&made));
       EXPECT_EQ(made.tableError, kTablesClosed);
       EXPECT_EQ(made.block.Record.Private.nPrintSpeed, isDevice ? 1 : 2);
-      told += " " + std::to_string(made.mode) + (made.permission ? "p" : "-") +
-              (made.fonts.Loaded ? "f" : "-");
+      actual += " " + std::to_string(made.mode) + (made.permission ? "p" : "-") +
+                (made.fonts.Loaded ? "f" : "-");
       for (size_t i = 0; i < calls.size() / 3; ++i) {
         EXPECT_EQ(made.pageHandles[i], static_cast<LONG_PTR>(1001 + i));
-        if (calls[3 * i] == CPSFUNC_ADD_PCOMPROPSHEETUIW) ExpectDescribed(static_cast<int>(i));
+        if (calls[3 * i] == CPSFUNC_ADD_PCOMPROPSHEETUIW) ExpectPageSheet(static_cast<int>(i));
       }
       PROPSHEETUI_INFO_HEADER header = {};
-      EXPECT_EQ(Ask(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
+      EXPECT_EQ(Call(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
       EXPECT_EQ(Words(header.Flags, header.hInst, header.IconID),
                 Words(6, ModuleInstance(), 64062));
       EXPECT_TRUE(isDevice ? header.pTitle == MAKEINTRESOURCEW(64717) : *header.pTitle == 0);
@@ -210,10 +212,11 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
       EXPECT_EQ(SetResult(result), 1);
       EXPECT_EQ(info.Result, static_cast<ULONG_PTR>(result));
       const auto& out = *reinterpret_cast<const SettingsRecord*>(document.pdmOut);
-      const bool copied = out.Public.dmPaperSize == kFreePaperId;  // the public fields follow
+      const bool copied =
+          out.Public.dmPaperSize == kFreePaperId;  // the public fields are refreshed
       EXPECT_EQ(support::BytesOf(out), support::BytesOf(copied ? made.block.Record : input));
-      if (copied) told += " copied";
-      const size_t asked = calls.size();
+      if (copied) actual += " copied";
+      const size_t before = calls.size();
       EXPECT_TRUE(ConfirmSheetResult(made));
       EXPECT_EQ(std::vector(calls.end() - 3, calls.end()),
                 Words(CPSFUNC_SET_RESULT, 1001, CPSUI_OK));
@@ -221,11 +224,11 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
       EXPECT_FALSE(ConfirmSheetResult(made));
       made.pages[0].kind = kPageTreeView;
       EXPECT_FALSE(ConfirmSheetResult(made));
-      EXPECT_EQ(calls.size(), asked + 6);
+      EXPECT_EQ(calls.size(), before + 6);
       refuseAt = 0;
       End();
     } else {
-      told += " refused";
+      actual += " refused";
       EXPECT_EQ(info.UserData, 0u);
       DropPages();
     }
@@ -234,13 +237,13 @@ TEST_F(PropertySheets, HandOutAndStoreByKindPermissionAndResult) {
     const bool stored = machine().Data(kPrinter, u"Private DevMode").has_value();
     ASSERT_EQ(machine().Broadcasts().size(), broadcasts + stored);
     if (stored) {
-      told += " stored";
-      // Printer properties edit nothing and store what the printer has.
+      actual += " stored";
+      // Printer properties edit nothing and store the printer's own settings.
       EXPECT_EQ(support::KeptPrinterPart(machine()).Mecha, isDevice ? 0 : 2);
       EXPECT_EQ(machine().Broadcasts().back().message, WM_DEVMODECHANGE);
       EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
     }
-    EXPECT_EQ(told, expected);
+    EXPECT_EQ(actual, expected);
   }
 }
 

@@ -12,7 +12,7 @@
 namespace kestrel {
 namespace {
 
-// Returns a block whose paper sizes all identify its version.
+// Returns a block all of whose paper sizes are the same number, which identifies the version.
 DriverSettingsBlock Version(int16_t number) {
   auto block = support::DefaultBlock();
   block.Printer.PaperNum = 20;
@@ -23,8 +23,8 @@ DriverSettingsBlock Version(int16_t number) {
 
 class Threads : public support::MachineTest {
  protected:
-  // Calls every export once; returns the number of results that mix two versions.
-  int CallEverything(HANDLE printer, std::u16string name, DEVMODEW* input) {
+  // Calls each query once. Returns the number of results that mix two versions.
+  int CountMixedResults(HANDLE printer, std::u16string name, DEVMODEW* input) {
     LONG sizes[42] = {};
     int mixed =
         exports_.DrvDeviceCapabilities(printer, name.data(), DC_PAPERSIZE, sizes, input) != 21;
@@ -43,7 +43,7 @@ class Threads : public support::MachineTest {
   }
 };
 
-TEST_F(Threads, ConcurrentWritesNeverMixVersions) {
+TEST_F(Threads, EachResultIsOldOrNewAsAWhole) {
   const std::u16string names[] = {support::kPrinter, u"倉庫 1F,LPT1:"};
   machine().AddPrinter({.name = names[1]});
   for (const auto& name : names) support::StoreBlock(machine(), Version(111), name.c_str());
@@ -55,7 +55,7 @@ TEST_F(Threads, ConcurrentWritesNeverMixVersions) {
       const support::OpenedPrinter printer(name);
       auto input = Version(333);
       input.Record.Public.dmFields = DM_ORIENTATION;
-      for (; !stop; ++rounds) mixed += CallEverything(printer, name, &input.Record.Public);
+      for (; !stop; ++rounds) mixed += CountMixedResults(printer, name, &input.Record.Public);
     });
   }
   threads.emplace_back([&] {

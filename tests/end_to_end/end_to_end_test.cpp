@@ -1,4 +1,5 @@
-// The whole road of one printer's settings, as its owner and an application walk it.
+// The settings of a printer from the property sheets to the records of applications, a backup and a
+// second printer.
 #include <algorithm>
 
 #include "driver/text.h"
@@ -24,7 +25,7 @@ constexpr char16_t kSecond[] = u"倉庫 2F";
 constexpr char16_t kBackup[] = u"C:\\BACKUP\\倉庫.ini";
 
 // A computer with two printers of the driver and the companion libraries in place.
-class Road : public support::SheetTest {
+class EndToEnd : public support::SheetTest {
  protected:
   void SetUp() override {
     SheetTest::SetUp();
@@ -32,9 +33,9 @@ class Road : public support::SheetTest {
     const std::u16string directory = machine().driverDirectory() + u"\\3\\";
     machine().InstallModule(directory + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
     machine().InstallModule(directory + u"QM610rBAR.DLL", support::Built("QM610rBAR.so"));
-    // A library of the system is never taken from here.
+    // A system library of the same name in this directory is never loaded.
     machine().WriteFile(directory + u"comdlg32.dll", "");
-    // What the spooler does with a new printer: tells the driver, then keeps its default record.
+    // The spooler initialises a new printer through the driver and then stores its default record.
     for (std::u16string name : {kPrinter, kSecond}) {
       EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
       SettingsRecord record = {};
@@ -45,7 +46,8 @@ class Road : public support::SheetTest {
     }
   }
 
-  // The settings of a printer as an application gets them, with its own record when it has one.
+  // Returns a printer's settings as an application queries them, merged with input when it is
+  // given.
   SettingsRecord Resolve(std::u16string name, SettingsRecord* input = nullptr) {
     const support::OpenedPrinter opened(name);
     SettingsRecord record = {};
@@ -60,7 +62,7 @@ class Road : public support::SheetTest {
   }
 };
 
-TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
+TEST_F(EndToEnd, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   machine().WriteFile(u"C:\\BACKUP\\readme.txt", "");
   ASSERT_EQ(Ok(support::kPaperTab,
                {Click(IDC_PAPER_REGISTER),
@@ -92,8 +94,7 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
                 .result,
             CPSUI_OK);
 
-  // The owner's precedence holds against an application's private fields, not against its public
-  // ones.
+  // With precedence of the driver's settings, an application changes public fields only.
   const SettingsRecord own = Resolve(kPrinter);
   SettingsRecord wish = own;
   wish.Public.dmFields = DM_COPIES | DM_PAPERSIZE;
@@ -101,20 +102,20 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   wish.Public.dmPaperSize = kFreePaperId;
   wish.Private.nPrintSpeed = 1;
   const SettingsRecord merged = Resolve(kPrinter, &wish);
-  const auto facts = [](const PrivateDevMode& settings) {
+  const auto fields = [](const PrivateDevMode& settings) {
     return std::array{settings.PaperID, settings.nVertBase, settings.nCompulsory, settings.Copies,
                       settings.nPrintSpeed};
   };
-  EXPECT_EQ(facts(own.Private), (std::array<int16_t, 5>{258, -12, 1, 1, 2}));
-  EXPECT_EQ(facts(merged.Private), (std::array<int16_t, 5>{kFreePaperId, -12, 1, 7, 2}));
+  EXPECT_EQ(fields(own.Private), (std::array<int16_t, 5>{258, -12, 1, 1, 2}));
+  EXPECT_EQ(fields(merged.Private), (std::array<int16_t, 5>{kFreePaperId, -12, 1, 7, 2}));
 
-  // An application's document keeps the paper that its user picks.
+  // The record of an application's document contains the paper that the user selects.
   const auto picked =
       Show({.input = &wish}, {GoTo(support::kPaperTab), Select(IDC_PAPER_LIST, 0), PressOk()});
   EXPECT_EQ(picked.record.Public.dmPaperSize, 257);
   EXPECT_EQ(picked.record.Public.dmCopies, 7);
 
-  // A backup makes the second printer the first.
+  // Loading the backup copies the settings to the second printer.
   ASSERT_EQ(
       Show({.kind = support::SheetKind::kUserDefault, .printer = kSecond},
            {GoTo(support::kUtilityTab), Replace(IDC_UTILITY_LOAD_NAME, kBackup),
@@ -126,8 +127,8 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
             CloseMessage(u"データを読込みました。", MB_ICONASTERISK, u"ユーティリティ"), PressOk()})
           .result,
       CPSUI_OK);
-  // The three words of a barcode block that have no name stay behind; the rest of each font
-  // crosses.
+  // The backup omits three words of a barcode block that have no key, and contains the rest of each
+  // font.
   std::vector<std::byte> fonts = Data(kPrinter, u"CreateFont Data");
   ASSERT_EQ(fonts.size(), 2 * sizeof(FontRecord));
   const size_t block = sizeof(FontRecord) + 66 + offsetof(BarFontInfo, BarcodeParam);
@@ -135,7 +136,7 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   EXPECT_EQ(fonts, Data(kSecond, u"CreateFont Data"));
   EXPECT_EQ(Data(kPrinter, u"CreateFont Number"), Data(kSecond, u"CreateFont Number"));
 
-  // The printer's own mode and density stay; everything else is the same, byte for byte.
+  // Mode and density are not loaded; everything else is equal, byte for byte.
   auto first = Data(kPrinter, u"Private DevMode"), second = Data(kSecond, u"Private DevMode");
   constexpr size_t kMode = offsetof(PrinterSettingsPart, Mecha);
   EXPECT_EQ(std::exchange(first.at(kMode), std::byte{0}), std::byte{2});
@@ -147,19 +148,19 @@ TEST_F(Road, OnePrintersSettingsReachApplicationsAndASecondPrinter) {
   EXPECT_EQ(BytesOf(firstRecord), BytesOf(secondRecord));
 }
 
-// Every byte of a settings record that means something is told in JSON.
-TEST(RecordFields, AreAllInTheJson) {
+// Every byte of a settings record that is not reserved changes its JSON form.
+TEST(RecordFields, AppearInTheJson) {
   const auto machine = platform::Machine::Create();
   auto block = support::DefaultBlock();
-  // Names that fill their fields, so that each of their units shows.
+  // Names fill their fields, so that each of their units appears.
   std::fill_n(block.Record.Public.dmDeviceName, 32, u'n');
   std::fill_n(block.Record.Public.dmFormName, 32, u'n');
   std::fill_n(block.Record.Private.FreePaper.PaperName, kPaperNameLength, u'n');
   const printhost::Record record = BytesOf(block.Record);
   const printhost::Json before = printhost::RecordJson(record);
   for (size_t at = 0; at < record.size(); ++at) {
-    if (at >= 68 && at < 72) continue;  // a record of another size is another record
-    // Three words of the free-size paper, one and four of the driver's own.
+    if (at >= 68 && at < 72) continue;  // other sizes would move the private fields
+    // Three reserved words of the free-size paper, and one and four of the private part.
     const bool reserved =
         (at >= 374 && at < 380) || at == 404 || at == 405 || (at >= 440 && at < 448);
     printhost::Record other = record;
