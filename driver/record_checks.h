@@ -25,7 +25,8 @@ unsigned CheckSettingsRecord(const RecordView& record, const WCHAR* name);
 // another device.
 unsigned MismatchOnThisSystem(const RecordView& record, const WCHAR* name);
 
-// Returns true for a record of this driver with nothing but its own sizes. Used for stored records.
+// Returns true when a stored record has the sizes of this driver's record and no mismatch on the
+// running system.
 bool IsOwnSettingsRecord(const SettingsRecord& record, const WCHAR* name);
 
 }  // namespace kestrel

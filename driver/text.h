@@ -1,6 +1,6 @@
 // Text functions: bounded copies, conversion to and from code page 932, printer names, and numbers.
 // All 8-bit text that the driver writes is in code page 932, whatever the system's ANSI code page
-// is. A null text counts as empty unless a function says otherwise.
+// is. A null text counts as empty, except where a function requires one.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 namespace kestrel {
 
 constexpr UINT kJapaneseCodePage = 932;
-constexpr UINT kSystemCodePage = static_cast<UINT>(-1);  // stands for the system's ANSI code page
+constexpr UINT kSystemCodePage = static_cast<UINT>(-1);  // the system's ANSI code page
 
 // Returns the length of a text in a field of n units that need not be terminated; at most n.
 int BoundedLength(const WCHAR* text, size_t n);
@@ -83,7 +83,7 @@ TextSpan PrinterNamePart(const WCHAR* name, int mode);
 bool CutPrinterName(WCHAR* out, size_t n, const WCHAR* name, int mode);
 
 // Parses a decimal number after leading white space (spaces only in 8-bit text). Returns 0 when
-// there is no digit. Saturates at the limits of 32 bits.
+// there is no digit. Saturates at the limits of 32 bits. text must not be null.
 LONG IntegerFromText(const WCHAR* text);
 LONG IntegerFromText(const char* text);
 

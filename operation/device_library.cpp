@@ -8,8 +8,8 @@
 namespace kestrel {
 namespace {
 
-// RtlGetModeComW and RtlGetVersionComW: size points to the reply's size, status to a value that
-// nobody reads; the result is not 0 on success.
+// The type of RtlGetModeComW and RtlGetVersionComW. size points to the size of the reply; the
+// caller ignores the value stored in status. The result is nonzero on success.
 using DeviceProc = DWORD(WINAPI*)(const WCHAR* printerName, BYTE* reply, DWORD replySize,
                                   DWORD* size, DWORD* status);
 

@@ -23,8 +23,8 @@ struct PageHandlers {
   bool (*apply)(DriverUiData& session) = ConfirmSheetResult;
 };
 
-// Handles a message of a page's dialog procedure: calls the page's handler, then does what is
-// common to all pages. Returns the result of the dialog procedure.
+// Handles a message of a page's dialog procedure: calls the page's handler, then does the work
+// that is common to all pages. Returns the result of the dialog procedure.
 INT_PTR HandlePageMessage(const PageHandlers& handlers, HWND page, UINT message, WPARAM wParam,
                           LPARAM lParam);
 

@@ -39,14 +39,14 @@ TEST_F(Capabilities, AreReturnedByIndex) {
   for (const std::string& row : support::GoldenRows("capabilities.txt")) {
     std::istringstream words(row);
     WORD index;
-    DWORD answer;
+    DWORD result;
     size_t units;
     std::string expected;
-    std::getline(words >> index >> answer >> units, expected);
+    std::getline(words >> index >> result >> units, expected);
     const support::GuardedBuffer output(2 * units);
     std::ranges::fill(output.bytes(), std::byte{0xCD});
-    EXPECT_EQ(Query(index), answer) << row;
-    EXPECT_EQ(Query(index, output.data(), &block_.Record.Public), answer) << row;
+    EXPECT_EQ(Query(index), result) << row;
+    EXPECT_EQ(Query(index, output.data(), &block_.Record.Public), result) << row;
     std::u16string text(output.As<char16_t>(), units);
     std::string actual;
     for (char16_t& unit : text) {

@@ -155,17 +155,17 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
   block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
   constexpr int kCases[][4] = {
       {203, 1, 203, 1}, {305, 1, 305, 1}, {300, 0, 203, 1}, {203, -3, 203, 1}, {203, 1, 203, 0}};
-  for (const auto& [density, answer, resolution, permission] : kCases) {
+  for (const auto& [density, result, resolution, permission] : kCases) {
     const DWORD dpi = resolution;
     DriverSettingsBlock other = block;
     other.Printer.HeadDensity = static_cast<uint16_t>(density);
-    adjustmentResult = answer;
-    EXPECT_EQ(AdjustColor(other, kPrinter, permission), answer);
-    EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), answer);
+    adjustmentResult = result;
+    EXPECT_EQ(AdjustColor(other, kPrinter, permission), result);
+    EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), result);
     EXPECT_EQ(received, permission ? (Numbers{1, 24, 3, dpi, dpi, factory, 5})
                                    : (Numbers{0, 24, 3, dpi, dpi, 5, 0}));
-    EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, answer >= 1 ? 17 : 3);
-    EXPECT_EQ(HalftoneInfo(other).HTPatternSize, answer >= 1 && permission ? 6u : 5u);
+    EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, result >= 1 ? 17 : 3);
+    EXPECT_EQ(HalftoneInfo(other).HTPatternSize, result >= 1 && permission ? 6u : 5u);
   }
   // Either marks the sheet changed.
   Keep(block);
@@ -195,7 +195,7 @@ std::string reply;
 DWORD result;
 
 template <BYTE kFilling, DWORD kSize>
-DWORD WINAPI Answer(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWORD* status) {
+DWORD WINAPI FakeQuery(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWORD* status) {
   EXPECT_TRUE(name == std::u16string(kPrinter) && outSize == kSize && *size == kSize && status);
   EXPECT_EQ(std::string(out, out + outSize), std::string(outSize, char(kFilling)));
   EXPECT_EQ(platform::Machine::Current().desk().Cursor(), LoadCursorW(nullptr, IDC_WAIT));
@@ -208,8 +208,8 @@ class DevicePage : public SheetTest {
   DevicePage() {
     result = 1;
     machine().RegisterModule(kLibrary,
-                             {{"RtlGetModeComW", platform::AsEntryPoint(&Answer<0xFF, 30>)},
-                              {"RtlGetVersionComW", platform::AsEntryPoint(&Answer<0, 50>)}});
+                             {{"RtlGetModeComW", platform::AsEntryPoint(&FakeQuery<0xFF, 30>)},
+                              {"RtlGetVersionComW", platform::AsEntryPoint(&FakeQuery<0, 50>)}});
   }
   // Clicks a query button. Records the message boxes, the values on both pages and the stored
   // settings.
@@ -236,8 +236,8 @@ class DevicePage : public SheetTest {
     };
     log_ << mode << ' ' << density << ":\n";
     Ok(kDeviceTab, {Click(button), close, close, look, GoTo(kPaperTab), peel});
-    const PrinterSettingsPart kept = KeptPrinterPart(machine());
-    log_ << kept.Mecha << ' ' << kept.HeadDensity << '\n';
+    const PrinterSettingsPart stored = KeptPrinterPart(machine());
+    log_ << stored.Mecha << ' ' << stored.HeadDensity << '\n';
   }
   std::ostringstream log_;
 };

@@ -25,7 +25,7 @@ TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
     stored.Printer.Papers[1] = stored.Printer.Papers[0];
     stored.Record.Private.PaperID = 258;
     Keep(stored);
-    support::SheetAnswer answer;
+    support::SheetAnswer sheet;
     const auto visit = [&] {
       desk().ClearShown();
       std::vector<support::Step> steps;
@@ -36,19 +36,19 @@ TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
       });
       platform::ScriptedUser visitor(std::move(steps));
       const support::Seat seat(visitor);
-      answer = AskForSheet({.kind = kind});
+      sheet = AskForSheet({.kind = kind});
     };
     WalkFaults(faults, visit, [&](platform::Fault kind, bool) {
       for (const auto& shown : desk().History()) {
         EXPECT_NE(shown.caption, u"TreeViewMakeError") << "a sheet without its tables";
       }
-      const std::vector<std::byte> untouched(sizeof answer.record, std::byte{0xAA});
-      const bool written = support::BytesOf(answer.record) != untouched;
-      EXPECT_TRUE(answer.result == (written ? CPSUI_OK : -1)) << answer.result;
-      EXPECT_TRUE(kind != kSpoolerChange || answer.record.Private.PaperID == 258);
+      const std::vector<std::byte> untouched(sizeof sheet.record, std::byte{0xAA});
+      const bool written = support::BytesOf(sheet.record) != untouched;
+      EXPECT_TRUE(sheet.result == (written ? CPSUI_OK : -1)) << sheet.result;
+      EXPECT_TRUE(kind != kSpoolerChange || sheet.record.Private.PaperID == 258);
       if (!written) return;
-      EXPECT_EQ(answer.record.Private.Signature, SETTINGS_SIGNATURE);
-      EXPECT_EQ(answer.record.Public.dmSize, kPublicSize);
+      EXPECT_EQ(sheet.record.Private.Signature, SETTINGS_SIGNATURE);
+      EXPECT_EQ(sheet.record.Public.dmSize, kPublicSize);
     });
   };
   walk(SheetKind::kDocument,
@@ -123,9 +123,9 @@ TEST_F(OpenSheets, LaterInitDialogMessageChangesNothing) {
     Keep(support::DefaultBlock());
     return Show({.kind = SheetKind::kUserDefault}, steps);
   };
-  const auto expected = visit(false), answer = visit(true);
-  EXPECT_EQ(answer.result, CPSUI_OK);
-  EXPECT_EQ(support::BytesOf(answer.record), support::BytesOf(expected.record));
+  const auto expected = visit(false), sheet = visit(true);
+  EXPECT_EQ(sheet.result, CPSUI_OK);
+  EXPECT_EQ(support::BytesOf(sheet.record), support::BytesOf(expected.record));
   EXPECT_EQ(support::KeptPrinterPart(machine()).PaperNum, 2);
   EXPECT_EQ(forgedCalls, 0);
 }

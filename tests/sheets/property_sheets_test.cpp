@@ -90,9 +90,9 @@ class PropertySheets : public support::MachineTest {
 // Replacements of the activation context functions. They record their calls and the number of
 // pages.
 std::string contexts;
-template <typename Given>
-BOOL Note(const char* what, Given given) {
-  contexts += what + std::to_string((ULONG_PTR)given) + ':' +
+template <typename Value>
+BOOL Note(const char* what, Value value) {
+  contexts += what + std::to_string((ULONG_PTR)value) + ':' +
               std::to_string(platform::LivePropertySheetPages()) + ' ';
   return TRUE;
 }
@@ -179,9 +179,9 @@ TEST_F(PropertySheets, CopyAndStoreByKindPermissionAndResult) {
     machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + platform::ToUtf16(program));
     document.fMode = mode;
     device.Flags = static_cast<WORD>(mode);
-    SettingsRecord given = input, other = input;
-    document.pdmIn = &given.Public;
-    document.pdmOut = record == "same" ? &given.Public : &other.Public;
+    SettingsRecord same = input, other = input;
+    document.pdmIn = &same.Public;
+    document.pdmOut = record == "same" ? &same.Public : &other.Public;
     machine().RemoveData(kPrinter, u"Private DevMode");
     const size_t broadcasts = machine().Broadcasts().size();
     const int blocks = machine().LiveAllocations();

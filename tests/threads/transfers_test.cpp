@@ -55,7 +55,7 @@ TEST_F(Transfers, NestedFileDialogOfAnotherSheetKeepsTheChoice) {
          ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\chosen.ini")});
 }
 
-// Each file holds the settings of its own thread only.
+// Each file contains the settings that its own thread saved while the other thread saved too.
 TEST_F(Transfers, ConcurrentSavesKeepTheirSettingsApart) {
   constexpr int kRounds = 3;
   struct Saver {
