@@ -7,6 +7,7 @@ namespace kestrel {
 
 class DeviceSettings {
  public:
+  // printerName must outlive the object.
   explicit DeviceSettings(const WCHAR* printerName) : printerName_(printerName) {}
 
   // Returns the REG_DWORD "SyncPrint": 1 when the user confirms each page before the next one is
