@@ -17,8 +17,8 @@ namespace {
 
 constexpr int BACKUP_FILE_FORMAT_VERSION = 3;
 constexpr int kVersionLength = 8;       // FileVersion and DriverVersion, terminator included
-constexpr int kPrinterNameBytes = 128;  // of DriverName as it is written
-constexpr int kSyncLength = 80;
+constexpr int kPrinterNameBytes = 128;  // of DriverName in a save, terminator included
+constexpr int kSyncLength = 80;         // of SYNC, terminator included
 
 void FormatVersion(char (&text)[kVersionLength]) {
   *WriteNumber(text, BACKUP_FILE_FORMAT_VERSION, 16, 4) = 0;
@@ -39,7 +39,8 @@ void TransferHalftone(ProfileIo& io, DriverSettingsBlock& block) {
   TransferFields(io, &block.Record.Private.ColorAdjust, ColorAdjustKeys());
 }
 
-// A field that is 0 when a file lacks its key; any other field stays as it was.
+// Transfers a field that a load sets to 0 when the file lacks its key. Returns false when the key
+// is missing or cannot be written.
 bool TransferFieldOrZero(ProfileIo& io, void* record, const SettingsKey& key) {
   void* field = FieldOf(record, key);
   if (io.Int16Field(key.name, field) != 0) return true;
@@ -47,7 +48,8 @@ bool TransferFieldOrZero(ProfileIo& io, void* record, const SettingsKey& key) {
   return false;
 }
 
-// The current section's paper. On a load a missing name is empty.
+// Transfers the paper of the current section. A load sets a missing name to the empty text and a
+// missing Yoshi to 0, and leaves other fields without a key.
 void TransferPaper(ProfileIo& io, PaperInfo& paper) {
   io.ClearSection();
   io.NameField("PaperName", paper.PaperName, kPaperNameLength);
@@ -60,7 +62,8 @@ void TransferPaper(ProfileIo& io, PaperInfo& paper) {
   }
 }
 
-// The papers of a count, which a save writes and a load takes over; the slots behind are cleared.
+// Transfers the paper count and that many papers. A save writes count; a load replaces it. Clears
+// the records after the last paper.
 void TransferPapers(ProfileIo& io, PrinterSettingsPart& printer, int16_t count) {
   io.BeginSection(kPaperNumSection);
   io.ClearSection();
@@ -74,8 +77,8 @@ void TransferPapers(ProfileIo& io, PrinterSettingsPart& printer, int16_t count) 
   std::fill(printer.Papers + count, printer.Papers + kPaperCapacity, PaperInfo{});
 }
 
-// False when one of the driver's own fields cannot be written, or one that a backup must hold is
-// missing. The device's facts are written for the reader and never read.
+// Returns false when a save cannot write a key of the driver section, or when a load misses a
+// required one. A save writes the device section for information only; a load never reads it.
 bool TransferDriverInfo(ProfileIo& io, DriverSettingsBlock& block) {
   PrivateDevMode& settings = block.Record.Private;
   io.BeginSection(kDriverSection);
@@ -97,11 +100,11 @@ bool TransferDriverInfo(ProfileIo& io, DriverSettingsBlock& block) {
   return true;
 }
 
-// False, and nothing else transferred, when the driver's own fields fail.
+// Returns false, without transferring papers and fonts, when the driver section fails.
 bool TransferSections(ProfileIo& io, const BackupSubject& subject, unsigned sections) {
   if ((sections & BACKUP_DRIVER_INFO) != 0 && !TransferDriverInfo(io, subject.block)) return false;
   if ((sections & BACKUP_PAPERS) != 0) {
-    // What is stored may be out of bounds; what is written is not.
+    // The stored count may be out of range; a save writes a valid one.
     PrinterSettingsPart& printer = subject.block.Printer;
     TransferPapers(
         io, printer,
@@ -143,7 +146,7 @@ bool SaveBackup(ProfileIo& io, const BackupSubject& subject, unsigned sections) 
 
 // ---- loading ----
 
-// Whether the file is a backup of this format; tells the user when it is not.
+// Returns true when the file is a backup of this format; shows a message otherwise.
 bool CheckVersion(ProfileIo& io, HWND owner) {
   io.BeginSection(kVersionSection);
   if (!io.SectionHasKeys()) {
@@ -159,8 +162,9 @@ bool CheckVersion(ProfileIo& io, HWND owner) {
   return false;
 }
 
-// Hexadecimal digits in lower case up to the first other character, modulo 256.
-int SyncFromText(const char* text) {
+// Parses lower-case hexadecimal digits up to the first other character. Returns the number modulo
+// 256.
+int ParseSync(const char* text) {
   unsigned value = 0;
   for (;; ++text) {
     if (*text >= '0' && *text <= '9') {
@@ -178,7 +182,7 @@ void LoadSync(ProfileIo& io, const BackupSubject& subject) {
   char value[kSyncLength] = {};
   io.RawText("SYNC", value, kSyncLength);
   int16_t& mode = subject.block.Record.Private.nTSMode;
-  mode = static_cast<int16_t>(SyncFromText(value));
+  mode = static_cast<int16_t>(ParseSync(value));
   DeviceSettings(subject.printerName).SetSyncPrint(mode != 0);
 }
 
@@ -192,7 +196,7 @@ bool LoadBackup(ProfileIo& io, HWND owner, const BackupSubject& subject, unsigne
   return true;
 }
 
-// Returns whether the section names of a backup, which are Japanese, reach the file as they are.
+// Returns true when the process's ANSI code page leaves the Japanese section names unchanged.
 bool SectionNamesSurvive() {
   constexpr const WCHAR* kNames[] = {kVersionSection, kDriverSection,   kFreePaperSection,
                                      kDeviceSection,  kHalftoneSection, kPaperNumSection,

@@ -1,4 +1,4 @@
-// The backup file of all driver properties of one printer.
+// Saves all driver properties of a printer to a backup file and loads them from one.
 #pragma once
 
 #include <windows.h>
@@ -9,25 +9,25 @@
 
 namespace kestrel {
 
-// BackupSections, what a transfer takes in.
+// BackupSections: a bit mask of the sections that a transfer includes.
 constexpr unsigned BACKUP_PAPERS = 1;
 constexpr unsigned BACKUP_FONTS = 2;
 constexpr unsigned BACKUP_DRIVER_INFO = 4;
 constexpr unsigned BACKUP_ALL = 7;
 
-// What a transfer reads or writes, besides the file.
+// The settings that a save reads and a load writes.
 struct BackupSubject {
   DriverSettingsBlock& block;
-  FontStore& fonts;  // its lists may be absent
+  FontStore& fonts;  // its lists may be null
   const WCHAR* printerName;
 };
 
-// Saves to or loads from a file. Fails before it reads or writes anything where the process's ANSI
-// code page, by which the platform converts all bytes that it gets, does not leave path and section
-// names as they are: the file would be another one, or no machine could read it again. Pages of
-// single bytes lose none, so that there the contents are those of page 932. Messages are shown over
-// owner. On a failed load the caller puts the block back from a copy that it took; fonts and
-// nTSMode are touched only once a load can no longer fail.
+// Saves to or loads from a file. Returns false on failure; shows messages over owner.
+// The platform converts the bytes of path and section names by the process's ANSI code page. Where
+// that conversion changes them, the function fails before it accesses a file, because it would
+// access another file or write one that no machine can read. Single-byte code pages change none.
+// After a failed load the caller restores the block from its own copy. A load changes the fonts and
+// nTSMode only when it can no longer fail.
 bool BackupFileTransfer(HWND owner, const WCHAR* fileName, const BackupSubject& subject,
                         TransferDirection direction, unsigned sections);
 

@@ -44,7 +44,7 @@ constexpr SettingsKey kBarKeys[] = {
     {"NegativeData", offsetof(BarFontInfo, NegativeData)},
 };
 
-// Every key is needed: the first that fails ends the font.
+// Stops at the first key that is missing or cannot be written.
 void TransferDecoFont(ProfileIo& io, DecoFontInfo& font) {
   if (io.NameField("DecoFontName", font.DecoFontName, kFontNameLength) == 0) return;
   if (io.NameField("ResiFontName", font.ResiFontName, kFontNameLength) == 0) return;
@@ -58,7 +58,7 @@ void TransferBarcodeField(ProfileIo& io, uint8_t* block, const BarcodeField& fie
     io.Int16Field(field.name, block + field.offset);
     return;
   }
-  // A field that fills its width takes one byte more than a terminated one.
+  // A fixed text has no terminator in its field, so that its buffer needs one more byte.
   char text[kBarcodeLibrarySize + 1] = {};
   const int size = field.width + (field.type == BarcodeFieldType::kFixedText ? 1 : 0);
   std::memcpy(text, block + field.offset, static_cast<size_t>(size - 1));
@@ -73,7 +73,7 @@ void TransferBarFont(ProfileIo& io, BarFontInfo& font) {
   }
 }
 
-// What the two kinds differ in.
+// The names of a kind's sections and of the key of its count.
 struct FontSections {
   const WCHAR* countSection;
   const char* countKey;
@@ -93,14 +93,14 @@ void TransferFont(ProfileIo& io, FontRecord& font, FontKindCode kind) {
   font.FontKind = kind;
 }
 
-// One kind's list and its count, as the session holds them.
+// Transfers the fonts of a kind and their count.
 void TransferList(ProfileIo& io, const FontSections& sections, FontRecord* fonts, int16_t& stored) {
   io.BeginSection(sections.countSection);
   io.ClearSection();
-  const int16_t most = fonts != nullptr ? int16_t{kFontCapacity} : int16_t{0};
-  int16_t count = io.Saving() ? std::clamp(stored, int16_t{0}, most) : stored;
+  const int16_t capacity = fonts != nullptr ? int16_t{kFontCapacity} : int16_t{0};
+  int16_t count = io.Saving() ? std::clamp(stored, int16_t{0}, capacity) : stored;
   io.Int16Field(sections.countKey, &count);
-  count = std::clamp(count, int16_t{0}, most);
+  count = std::clamp(count, int16_t{0}, capacity);
   for (int i = 0; i < count; ++i) {
     io.BeginSection(sections.prefix, i);
     TransferFont(io, fonts[i], sections.kind);

@@ -6,8 +6,8 @@
 
 namespace kestrel {
 
-// Writes or reads the sections of all fonts, decorative ones first. A load clears the records
-// behind the last that was read. Absent lists are saved as no fonts and stay absent on a load.
+// Saves or loads the sections of all fonts, decorative ones first. A load clears the records after
+// the last font. Null lists are saved as no fonts and remain null after a load.
 void TransferFonts(ProfileIo& io, FontStore& fonts);
 
 }  // namespace kestrel

@@ -17,7 +17,7 @@ namespace {
 using FileTitleProc = short(WINAPI*)(LPCWSTR name, LPWSTR title, WORD length);
 using FileNameProc = BOOL(WINAPI*)(OPENFILENAMEW* dialog);
 
-// The length of a name's folder with its separator; 0 for a bare file name.
+// Returns the length of a name's folder including its separator; 0 for a bare file name.
 int FolderLength(const WCHAR* name) {
   int length = TextLength(name);
   while (length > 0 && name[length - 1] != '\\' && name[length - 1] != '/' &&
@@ -29,27 +29,27 @@ int FolderLength(const WCHAR* name) {
 
 Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
-bool TitleFrom(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
+bool GetTitle(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
   const auto getTitle = EntryPoint<FileTitleProc>(library.get(), "GetFileTitleW");
   if (getTitle != nullptr && getTitle(name, title, kFileTitleLength) == 0) return true;
   title[0] = 0;
   return false;
 }
 
-// File name and folder that a dialog starts with.
+// The file name and the folder that a dialog shows first.
 struct StartPlace {
   WCHAR file[kBackupNameLength];
   WCHAR folder[kBackupNameLength];
 };
 
-// Splits the current name behind its last separator. The title from the platform only tells whether
-// the name is valid: it lacks the extension when the user's preference hides extensions.
-void FindStart(StartPlace& start, const Module& library, const WCHAR* name) {
+// Splits a name after its last separator. Uses the platform's title only to validate the name,
+// because the title lacks the extension when the user's preference hides extensions.
+void SplitName(StartPlace& start, const Module& library, const WCHAR* name) {
   start = {};
   if (IsBlankText(name)) return;
   const int folderLength = FolderLength(name);
   WCHAR title[kFileTitleLength];
-  if (TitleFrom(library, name, title)) CopyText(start.file, name + folderLength);
+  if (GetTitle(library, name, title)) CopyText(start.file, name + folderLength);
   if (folderLength >= 1) {
     CopyField(start.folder, kBackupNameLength, name, static_cast<size_t>(folderLength));
   } else {
@@ -57,15 +57,15 @@ void FindStart(StartPlace& start, const Module& library, const WCHAR* name) {
   }
 }
 
-// The process's current directory, which a file dialog may change: OFN_NOCHANGEDIR has no effect in
-// GetOpenFileNameW. Restored at the end of the scope.
+// Restores the process's current directory at the end of its scope. A file dialog may change the
+// directory: OFN_NOCHANGEDIR has no effect in GetOpenFileNameW.
 class CurrentDirectoryScope {
  public:
   CurrentDirectoryScope() {
     const DWORD size = GetCurrentDirectoryW(0, nullptr);
     if (size == 0) return;
     directory_ = HeapBlock<WCHAR>(size * sizeof(WCHAR));
-    // Another thread may have changed to a longer one meanwhile.
+    // Another thread may have changed to a longer directory in between.
     if (directory_ && GetCurrentDirectoryW(size, directory_.get()) >= size) directory_ = {};
   }
   ~CurrentDirectoryScope() {
@@ -78,8 +78,9 @@ class CurrentDirectoryScope {
   HeapBlock<WCHAR> directory_;
 };
 
-// The text's last character stands for the terminators that a filter has between its parts.
-void MakeFilter(WCHAR (&filter)[kMessageLength]) {
+// Loads the filter text and replaces its separator, which is its last character, by the terminators
+// that OPENFILENAMEW expects.
+void LoadFilter(WCHAR (&filter)[kMessageLength]) {
   std::memset(filter, 0, sizeof(filter));
   const int length = LoadMessageText(IDS_BACKUP_FILTER, filter, kMessageLength - 1);
   if (length == 0) return;
@@ -91,17 +92,17 @@ void MakeFilter(WCHAR (&filter)[kMessageLength]) {
 
 }  // namespace
 
-bool FileTitle(const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
-  return TitleFrom(LoadDialogLibrary(), name, title);
+bool GetTitleOfFile(const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
+  return GetTitle(LoadDialogLibrary(), name, title);
 }
 
 bool BrowseBackupFile(HWND owner, WCHAR (&name)[kBackupNameLength], TransferDirection direction) {
   const Module library = LoadDialogLibrary();
   if (!library) return false;
   StartPlace start;
-  FindStart(start, library, name);
+  SplitName(start, library, name);
   WCHAR filter[kMessageLength];
-  MakeFilter(filter);
+  LoadFilter(filter);
 
   const bool save = direction == TransferDirection::kSave;
   OPENFILENAMEW dialog = {};

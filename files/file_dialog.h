@@ -1,5 +1,4 @@
-// The platform's file dialogs and what it says of file names. Their library is loaded for each
-// call.
+// The platform's file dialogs and file titles. Each call loads their library and frees it.
 #pragma once
 
 #include <windows.h>
@@ -11,14 +10,14 @@ namespace kestrel {
 
 constexpr WORD kFileTitleLength = 64;  // units, terminator included
 
-// The title of a name as the platform displays it, without the extension when the user's preference
-// hides extensions (GetFileTitleW). Returns false for an invalid file name and for a title that
-// does not fit.
-bool FileTitle(const WCHAR* name, WCHAR (&title)[kFileTitleLength]);
+// Gets the title of a file name as the platform displays it (GetFileTitleW), without the extension
+// when the user's preference hides extensions. Returns false for an invalid file name and for a
+// title that does not fit.
+bool GetTitleOfFile(const WCHAR* name, WCHAR (&title)[kFileTitleLength]);
 
-// Lets the user choose a backup file to save to or to load from, starting with the folder and the
-// file name of the current name; a chosen file's full path becomes the name. Returns false, and
-// changes nothing, otherwise. The process's current directory is the same afterwards.
+// Lets the user choose a backup file to save to or to load from. The dialog starts with the folder
+// and the file of name. Returns true after it stored the full path of the chosen file in name;
+// returns false without changing name otherwise. Preserves the process's current directory.
 bool BrowseBackupFile(HWND owner, WCHAR (&name)[kBackupNameLength], TransferDirection direction);
 
 }  // namespace kestrel

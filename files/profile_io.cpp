@@ -8,15 +8,17 @@
 namespace kestrel {
 namespace {
 
-constexpr int kValueLength = 256;   // of a number or a list, terminator included
-constexpr int kElementLength = 16;  // of one element of a list
+// Lengths in bytes, terminator included.
+constexpr int kValueLength = 256;   // of a number or a list
+constexpr int kElementLength = 16;  // of an element of a list
 constexpr int kNameBytes = 64;      // of a name
 
-// Stores a number as the low bytes of a field that need not be aligned.
+// Stores the low width bytes of a number in a field, which may be unaligned.
 void StoreNumber(void* field, LONG value, int width) {
   std::memcpy(field, &value, static_cast<size_t>(width));
 }
 
+// Returns the signed number of width bytes, 2 or 4, in a field.
 LONG LoadNumber(const void* field, int width) {
   int16_t narrow = 0;
   LONG value = 0;
@@ -28,8 +30,8 @@ LONG LoadNumber(const void* field, int width) {
   return narrow;
 }
 
-// Cuts a text of code page 932 to fewer than size bytes without splitting a character.
-void CutText(char* text, size_t size) {
+// Truncates text of code page 932 to fewer than size bytes without splitting a character.
+void TruncateText(char* text, size_t size) {
   size_t end = 0;
   for (;;) {
     const size_t width = IsDBCSLeadByteEx(kJapaneseCodePage, static_cast<BYTE>(text[end])) ? 2 : 1;
@@ -54,7 +56,7 @@ TransferStart ProfileIo::Open(const WCHAR* fileName, TransferDirection direction
   if (!IsCp932Representable(path, length, nullptr)) return TransferStart::kBadPath;
   char bytes[2 * 2 * MAX_PATH];
   if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathBytes) return TransferStart::kBadPath;
-  // Without code page 932 nothing can be converted to it.
+  // The conversion returns the empty text on a system without code page 932.
   if (bytes[0] == 0 || !ReadsAsInAnsiCodePage(bytes, path)) return TransferStart::kBadCodePage;
   std::memcpy(path_, bytes, kPathBytes);
   direction_ = direction;
@@ -74,7 +76,7 @@ int ProfileIo::Read(const char* key, char* value, int size) const {
       GetPrivateProfileStringA(section_, key, "", value, static_cast<DWORD>(size), path_));
 }
 
-// A line break in a value would begin another key.
+// Replaces control characters by spaces, because a line break in a value would start another key.
 int ProfileIo::Write(const char* key, char* value) const {
   for (char* c = value; *c != 0; ++c) {
     if (static_cast<unsigned char>(*c) < ' ') *c = ' ';
@@ -145,7 +147,7 @@ int ProfileIo::NameField(const char* key, WCHAR* field, size_t units) const {
     return Write(key, bytes);
   }
   const int length = Read(key, bytes, sizeof(bytes));
-  CutText(bytes, kNameBytes);
+  TruncateText(bytes, kNameBytes);
   WCHAR name[kNameBytes];
   FromCodePage(bytes, -1, name, sizeof(name));
   std::memset(field, 0, units * sizeof(WCHAR));
@@ -162,7 +164,7 @@ int ProfileIo::RawText(const char* key, char* buffer, int size) const {
     return Write(key, value);
   }
   if (Read(key, value, kValueLength) == 0) return 0;
-  CutText(value, static_cast<size_t>(size));
+  TruncateText(value, static_cast<size_t>(size));
   std::memset(buffer, 0, static_cast<size_t>(size));
   std::memcpy(buffer, value, std::strlen(value));
   return 1;

@@ -1,5 +1,4 @@
-// The context of one backup transfer: path, current section, and whether fields are read or
-// written. Every key operation follows its direction. Texts in the file are code page 932.
+// Reads and writes the keys of a backup file. Texts in the file are code page 932.
 #pragma once
 
 #include <windows.h>
@@ -13,39 +12,43 @@ enum class TransferDirection { kLoad = 0, kSave = 1 };
 
 enum class TransferStart {
   kReady,
-  kBadPath,      // no form in code page 932, or longer than 259 bytes there
-  kBadCodePage,  // the platform would read the path as another one, or lacks code page 932
+  kBadPath,      // not representable in code page 932, or longer than 259 bytes there
+  kBadCodePage,  // the ANSI code page changes the path, or the platform lacks code page 932
 };
 
-// One transfer. Sections and keys are those of the file, names in the memory are UTF-16. Transfers
-// share nothing, so that the sheets of one process can run one each.
+// A transfer: its file, its current section and its direction. On a load each key operation reads
+// the file into the field, on a save it writes the field to the file. Transfers share no state, so
+// that several property sheets of a process can run one each.
 class ProfileIo {
  public:
   static constexpr int kSectionBytes = 64;  // of a section's name, terminator included
 
-  // Prepares a transfer with a file; touches nothing. A name without a backslash names a file in
+  // Prepares a transfer. Does not access the file. A name without a backslash refers to a file in
   // the system directory.
   TransferStart Open(const WCHAR* fileName, TransferDirection direction);
   bool Saving() const { return direction_ == TransferDirection::kSave; }
 
-  // Selects the section that the next operations use.
+  // Selects the section for the operations that follow.
   void BeginSection(const WCHAR* name);
   // Selects a numbered section such as PAPER07.
   void BeginSection(const WCHAR* prefix, int number);
   // Deletes the current section; does nothing on a load.
   void ClearSection() const;
-  // Returns whether the current section holds at least one key.
+  // Returns true when the current section has at least one key.
   bool SectionHasKeys() const;
 
-  // A read returns how many elements it found, 0 for a missing or empty value, and then changes
-  // nothing; a write returns whether the platform wrote (1 or 0).
+  // The operations below return, on a load, the number of elements that they found. They return 0
+  // for a missing or empty value and, except NameField, do not change the field then. On a save
+  // they return 1 on success and 0 on failure.
   int Int16Field(const char* key, void* field) const;
   int Int32Field(const char* key, void* field) const;
-  // Up to count 32-bit values joined by ","; an empty element leaves its value and counts.
+  // Transfers up to count 32-bit values, separated by ",". An empty element counts, but does not
+  // change its field.
   int Int32List(const char* key, void* fields, int count) const;
-  // A name in a field of units UTF-16 units; a missing or empty value reads as the empty name.
+  // Transfers a name in a field of units UTF-16 units. A missing or empty value clears the field.
   int NameField(const char* key, WCHAR* field, size_t units) const;
-  // Text of code page 932, not converted, in a buffer of size bytes, terminator included.
+  // Transfers text of code page 932 without conversion; size is that of the buffer in bytes,
+  // terminator included.
   int RawText(const char* key, char* buffer, int size) const;
 
  private:

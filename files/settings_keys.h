@@ -1,5 +1,4 @@
-// Section names and keys under which settings stand in a file, shared by the backup file and the
-// set-up file.
+// The sections and keys of settings in the backup file and the set-up file.
 #pragma once
 
 #include <windows.h>
@@ -22,19 +21,19 @@ constexpr WCHAR kDecoNumSection[] = TEXT("装飾ﾌｫﾝﾄ登録数");
 constexpr WCHAR kBarNumSection[] = TEXT("ﾊﾞｰｺｰﾄﾞﾌｫﾝﾄ登録数");
 constexpr WCHAR kSyncSection[] = TEXT("同期印刷");
 
-// A key and where its value lies: an offset from the start of the record that the table is for.
+// A key and the offset of its field in the record that the table belongs to.
 struct SettingsKey {
   const char* name;
   size_t offset;
 };
 using SettingsKeys = std::span<const SettingsKey>;
 
-// 16-bit fields of a PrivateDevMode, in the order of writing: those that a backup must hold, then
-// the two that have rules of their own when a file lacks them.
+// 16-bit fields of a PrivateDevMode in the order of a save: the ones that a backup must contain,
+// then two that have their own defaults when a file lacks them.
 SettingsKeys RequiredDriverKeys();
 constexpr SettingsKey kCompulsoryKey = {"CompulsorySet", offsetof(PrivateDevMode, nCompulsory)};
 constexpr SettingsKey kPositionKey = {"Position", offsetof(PrivateDevMode, Position)};
-// 16-bit fields of a PaperInfo behind its name.
+// 16-bit fields of a PaperInfo; its name precedes them.
 SettingsKeys PaperKeys();
 // 16-bit fields of a PrinterSettingsPart.
 SettingsKeys DeviceKeys();
@@ -46,7 +45,7 @@ SettingsKeys HalftoneGammaKeys();
 // 16-bit fields of a COLORADJUSTMENT.
 SettingsKeys ColorAdjustKeys();
 
-// The field of a key in a record.
+// Returns the address of a key's field in a record.
 inline void* FieldOf(void* record, const SettingsKey& key) {
   return static_cast<uint8_t*>(record) + key.offset;
 }

@@ -13,11 +13,12 @@ namespace kestrel {
 
 namespace {
 
-// A bare name: the platform looks for it in the Windows directory.
+// The platform searches a bare name in the Windows directory.
 constexpr WCHAR kSetupFile[] = TEXT("SetupKit_QM6_1R.INI");
-constexpr size_t kReadLength = 200;
-constexpr size_t kValueLength = 100;  // units with the terminator
+constexpr size_t kReadLength = 200;   // units, terminator included
+constexpr size_t kValueLength = 100;  // units of a value, terminator included
 
+// The value of a key that the file lacks.
 struct DefaultText {
   const char* key;
   const WCHAR* text;
@@ -28,23 +29,23 @@ constexpr DefaultText kDefaultTexts[] = {
     {"Position", TEXT("0")},
 };
 
-const WCHAR* DefaultTextOf(const char* key) {
+const WCHAR* FindDefaultText(const char* key) {
   for (const DefaultText& row : kDefaultTexts)
     if (std::strcmp(row.key, key) == 0) return row.text;
   return TEXT("");
 }
 
-// The value of a key, cut to its length limit; false when there is no text.
+// Reads the value of a key, truncated to kValueLength. Returns false when it is empty.
 bool ReadValue(const WCHAR* section, const char* key, WCHAR (&value)[kReadLength]) {
   WCHAR wideKey[64];
   std::copy_n(key, std::strlen(key) + 1, wideKey);
-  const DWORD copied = GetPrivateProfileStringW(section, wideKey, DefaultTextOf(key), value,
+  const DWORD copied = GetPrivateProfileStringW(section, wideKey, FindDefaultText(key), value,
                                                 DWORD{kReadLength}, kSetupFile);
   value[kValueLength - 1] = 0;
   return copied != 0 && value[0] != 0;
 }
 
-// How a value's text goes into its field.
+// Parses the text of a value, which it may modify, and stores the result in a field.
 using StoreText = void (*)(void* field, WCHAR* text);
 
 template <typename T>
@@ -53,7 +54,7 @@ void StoreNumber(void* field, WCHAR* text) {
   std::memcpy(field, &value, sizeof value);
 }
 
-// "x,y,Y": a single number is Y, two are x and Y.
+// The text is "x,y,Y"; a single number is Y, two numbers are x and Y.
 void StoreTriple(void* field, WCHAR* text) {
   CIECHROMA triple;
   std::memcpy(&triple, field, sizeof triple);
@@ -74,7 +75,7 @@ void StorePaperName(void* field, WCHAR* text) {
   std::memcpy(field, name, sizeof name);
 }
 
-// Reads one key of a record. Without a text the field stays; answers whether there was one.
+// Reads a key into its field. Returns false without changing the field when the value is empty.
 bool ImportKey(const WCHAR* section, const SettingsKey& key, void* record, StoreText store) {
   WCHAR text[kReadLength];
   if (!ReadValue(section, key.name, text)) return false;
@@ -109,8 +110,7 @@ void ImportHalftone(DriverSettingsBlock& block) {
   SetHalftoneInfo(block, info);
 }
 
-// The set-up tool writes the prefix of one key twice; the backup file's spelling means nothing
-// here.
+// The set-up tool writes the prefix of one key twice, unlike the backup file.
 void ImportColorAdjustment(COLORADJUSTMENT& adjustment) {
   for (SettingsKey key : ColorAdjustKeys()) {
     if (key.offset == offsetof(COLORADJUSTMENT, caIlluminantIndex))
@@ -119,15 +119,15 @@ void ImportColorAdjustment(COLORADJUSTMENT& adjustment) {
   }
 }
 
-// Position, unlike the other keys, is 1 when it is present but empty.
+// Position is 1 when its value is present but empty; other fields do not change then.
 void ImportPosition(PrivateDevMode& settings) {
   if (!ImportKey(kDriverSection, kPositionKey, &settings, StoreNumber<int16_t>))
     settings.Position = 1;
 }
 
-// The number of papers, or -1 for a file that is refused. A negative count is refused like one
-// above the capacity.
-int PaperCountInFile() {
+// Returns the number of papers, or -1 when the file is missing or invalid. A count below 0 or above
+// the capacity is invalid.
+int ReadPaperCount() {
   WCHAR text[kReadLength];
   if (!ReadValue(kVersionSection, "DriverName", text)) return -1;
   if (!ReadValue(kPaperNumSection, "PaperNum", text)) return -1;
@@ -138,7 +138,7 @@ int PaperCountInFile() {
 }  // namespace
 
 bool ImportSetupFile(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name) {
-  const int papers = PaperCountInFile();
+  const int papers = ReadPaperCount();
   if (papers < 0) return false;
   PrivateDevMode& settings = block.Record.Private;
   block.Printer.PaperNum = static_cast<int16_t>(papers);

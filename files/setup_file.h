@@ -7,9 +7,9 @@
 
 namespace kestrel {
 
-// Fills a block from "SetupKit_QM6_1R.INI", public fields included, and answers true; answers false
-// and leaves the block untouched when there is no such file or it is refused. Does not set
-// Signature.
+// Fills a block, public fields included, from "SetupKit_QM6_1R.INI". Returns false without changing
+// the block when the file is missing or invalid. Does not set Signature. printer and name identify
+// the printer for the public fields.
 bool ImportSetupFile(DriverSettingsBlock& block, HANDLE printer, const WCHAR* name);
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The page on which all driver properties are saved to a backup file and loaded from one.
+// The page that saves all driver properties to a backup file and loads them from one.
 #include <algorithm>
 #include <cstring>
 
@@ -30,7 +30,7 @@ constexpr HelpRow kHelp[] = {
 
 using BackupName = WCHAR[kBackupNameLength];
 
-// One direction of the page: its controls, texts and printer data.
+// The controls, messages and printer data of a direction.
 struct Side {
   TransferDirection direction;
   int field;
@@ -61,7 +61,7 @@ void ReadName(HWND page, DriverUiData& session, const Side& side) {
   GetDlgItemTextW(page, side.field, name, kBackupNameLength);
 }
 
-// A backup file's name ends in its extension in one of two spellings.
+// Accepts the extension only in these two spellings.
 bool HasBackupExtension(const WCHAR* name) {
   constexpr int kExtensionLength = 4;
   const int length = TextLength(name);
@@ -70,14 +70,15 @@ bool HasBackupExtension(const WCHAR* name) {
   return SameText(end, TEXT(".ini")) || SameText(end, TEXT(".INI"));
 }
 
-// Whether a name can be a backup file's; tells the user of the two faults that have a text.
+// Returns true when a name is valid for a backup file. Shows a message for a missing name and for a
+// wrong extension, but not for a name that the platform rejects.
 bool CheckName(HWND page, const WCHAR* name) {
   if (IsBlankText(name)) {
     ShowMessage(page, IDS_FILE_NAME_MISSING, MB_ICONEXCLAMATION);
     return false;
   }
   WCHAR title[kFileTitleLength];
-  if (!FileTitle(name, title)) return false;
+  if (!GetTitleOfFile(name, title)) return false;
   if (!HasBackupExtension(name)) {
     ShowMessage(page, IDS_FILE_NAME_WRONG, MB_ICONEXCLAMATION);
     return false;
@@ -85,6 +86,8 @@ bool CheckName(HWND page, const WCHAR* name) {
   return true;
 }
 
+// Checks the name and runs the transfer. Stores the name in printer data on success; restores the
+// settings after a failed load.
 bool SaveOrLoadBackup(HWND page, DriverUiData& session, const Side& side) {
   DriverSettingsBlock& block = *session.settings;
   HeapBlock<DriverSettingsBlock> before;
@@ -145,7 +148,7 @@ void CreatePage(HWND page, DriverUiData& session) {
   LockControls(page, IDD_UTILITY, session.permission != FALSE);
 }
 
-void LeaveUtilityPage(HWND page, DriverUiData& session) {
+void ReadBothNames(HWND page, DriverUiData& session) {
   ReadName(page, session, kLoad);
   ReadName(page, session, kSave);
 }
@@ -170,7 +173,7 @@ void OnCommand(HWND page, DriverUiData& session, int control, int notification) 
 
 constexpr PageHandlers kPage = {.create = CreatePage,
                                 .activate = ShowFirstHelp,
-                                .leave = LeaveUtilityPage,
+                                .leave = ReadBothNames,
                                 .command = OnCommand,
                                 .apply = ConfirmThenSaveFonts};
 

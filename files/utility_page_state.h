@@ -1,12 +1,12 @@
-// What the utility page keeps in the session: the two names of backup files.
+// The session data of the utility page: the names of the two backup files.
 #pragma once
 
 #include <windows.h>
 
 namespace kestrel {
 
-constexpr int kBackupNameLength = 260;      // units in the session, terminator included
-constexpr DWORD kBackupNameDataSize = 260;  // bytes of a name that cross to printer data
+constexpr int kBackupNameLength = 260;      // UTF-16 units, terminator included
+constexpr DWORD kBackupNameDataSize = 260;  // bytes of the printer data value: the first 130 units
 
 struct UtilityPageState {
   WCHAR readName[kBackupNameLength];

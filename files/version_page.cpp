@@ -20,6 +20,7 @@ constexpr WCHAR kLegalNotice[] = TEXT(
 constexpr WCHAR kSupportAddress[] = TEXT("https://www.vela.example/support/qm610r/");
 constexpr int kTextLength = 128;
 
+// A companion module and the static control that shows its version.
 struct ModuleVersion {
   WCHAR file[24];
   int control;
@@ -32,7 +33,8 @@ constexpr ModuleVersion ModuleVersionTable[] = {
     {TEXT("QM6_1rPMLAN.DLL"), IDC_VERSION_LAN_PORT_MONITOR},
 };
 
-// "3.1.0.255" of a file's version resource; false when it has none.
+// Formats the file version of a module as "3.1.0.255". Returns false when the file or its version
+// resource is missing.
 bool ReadFileVersion(const WCHAR* path, WCHAR (&out)[kTextLength]) {
   DWORD ignored = 0;
   const DWORD size = GetFileVersionInfoSizeW(path, &ignored);

@@ -1,4 +1,4 @@
-// A block and font lists of their own, saved to and loaded from files of the test machine.
+// Transfers between a settings block with font lists and files of the test machine.
 #pragma once
 
 #include <algorithm>
@@ -39,21 +39,21 @@ class BackupTest : public support::SheetTest {
   bool Save(const char16_t* file = kFile) { return Transfer(TransferDirection::kSave, file); }
   bool Load(const char16_t* file = kFile) { return Transfer(TransferDirection::kLoad, file); }
 
-  // The first sentence of each message shown since, and its style.
+  // Returns the first sentence and the style of each message since the last transfer.
   std::u16string Shown() {
-    std::u16string told;
+    std::u16string messages;
     for (const auto& shown : desk().History()) {
-      told += shown.text.substr(0, shown.text.find(u'。')) +
-              FromCp932(std::to_string(shown.style)) + u'|';
+      messages += shown.text.substr(0, shown.text.find(u'。')) +
+                  FromCp932(std::to_string(shown.style)) + u'|';
     }
-    return told;
+    return messages;
   }
   void Write(std::u16string_view text) { machine().WriteFile(kFile, ToCp932(text)); }
   std::string Bytes(std::u16string_view file = kFile) {
     return machine().ReadFile(file).value_or("");
   }
   static std::string Golden() { return support::Golden("defaults.ini"); }
-  // A backup of the defaults with texts put in place of others.
+  // Writes a backup of the default settings with some texts replaced.
   void WriteDefaultsWith(
       std::initializer_list<std::pair<std::u16string_view, std::u16string_view>> changes) {
     std::u16string text = FromCp932(Golden());
@@ -61,7 +61,7 @@ class BackupTest : public support::SheetTest {
     Write(text);
   }
 
-  // A printer's properties, as a session holds them.
+  // The printer's properties, as in a session.
   DriverSettingsBlock block_ = support::DefaultBlock();
   std::array<FontRecord, kFontCapacity> deco_ = {}, bar_ = {};
   FontStore fonts_ = {};

@@ -1,5 +1,4 @@
-// Backup files: what is written, byte for byte, what is read from which lines, and what remains
-// when the disk fails.
+// Backup files: their bytes after a save, the fields that a load sets, and failures of the disk.
 #include <map>
 #include <regex>
 
@@ -13,10 +12,10 @@ using support::At;
 using support::BytesOf;
 using support::Put;
 
-// everything.bin is what everything.ini holds: a block, 2 decorative and 20 barcode fonts. Names
-// are 63 and 31 units long, half of them full-width; each number depends on its offset; one barcode
-// has a kind that nobody knows.
-TEST_F(BackupTest, EverythingComesBackAtItsPlaceAndIsSavedByteForByte) {
+// everything.bin contains the records of everything.ini: a block, 2 decorative and 20 barcode
+// fonts. Names are 63 and 31 units long, half of them full-width; each number depends on its
+// offset; one barcode has an unknown kind.
+TEST_F(BackupTest, LoadedFileFillsEveryFieldAndIsSavedWithTheSameBytes) {
   constexpr char16_t kEverything[] = u"C:\\data\\all.ini";
   machine().WriteFile(kEverything, support::Golden("everything.ini"));
   ASSERT_TRUE(Load(kEverything));
@@ -33,9 +32,9 @@ TEST_F(BackupTest, EverythingComesBackAtItsPlaceAndIsSavedByteForByte) {
   EXPECT_EQ(FromCp932(Bytes()), FromCp932(Bytes(kEverything)));
 }
 
-// What a save finds: sections of its own with other keys, sections of others, papers behind the
-// count. A name with a line's end does not break out of its line.
-TEST_F(BackupTest, ASaveClearsItsOwnSectionsAndNoOther) {
+// The file already has other keys in the sections of a save, other sections, and more papers. A
+// line break in a name does not start another line.
+TEST_F(BackupTest, SaveClearsOnlyItsOwnSections) {
   Write(
       u"; 注釈\r\n[other]\r\nkey=1\r\n[ﾊﾞｰｼﾞｮﾝ情報]\r\nForeign=x\r\nFileVersion=0001\r\n"
       u"[ﾄﾞﾗｲﾊﾞ情報]\r\nForeign=x\r\nPaperID=9\r\n[用紙登録数]\r\nPaperNum=8\r\nForeign=x\r\n"
@@ -46,10 +45,10 @@ TEST_F(BackupTest, ASaveClearsItsOwnSectionsAndNoOther) {
   std::u16string(u"a\r\n[用紙登録数]\r\nPaperNum=20").copy(printer.Papers[1].PaperName, 63);
   EXPECT_TRUE(Save());
   EXPECT_EQ(FromCp932(Bytes()), FromCp932(support::Golden("kept.ini")));
-  EXPECT_EQ(printer.Papers[2].PaperName[0], 0) << "entries behind the count are cleared";
+  EXPECT_EQ(printer.Papers[2].PaperName[0], 0) << "entries after the count are cleared";
 }
 
-TEST_F(BackupTest, SectionsFollowTheMask) {
+TEST_F(BackupTest, MaskSelectsSections) {
   for (const unsigned mask : {0u, BACKUP_PAPERS, BACKUP_FONTS, BACKUP_DRIVER_INFO}) {
     std::filesystem::remove(machine().HostPath(kFile));
     EXPECT_TRUE(Transfer(TransferDirection::kSave, kFile, mask));
@@ -63,7 +62,7 @@ TEST_F(BackupTest, SectionsFollowTheMask) {
   }
 }
 
-TEST_F(BackupTest, PathsHaveAFormInCodePage932) {
+TEST_F(BackupTest, PathOutsideCodePage932IsRejected) {
   std::filesystem::create_directories(machine().HostPath(u"C:\\data\\表"));
   EXPECT_TRUE(Save(u"C:\\data\\表\\能.ini"));
   EXPECT_EQ(Bytes(u"C:\\data\\表\\能.ini"), Golden());
@@ -74,14 +73,13 @@ TEST_F(BackupTest, PathsHaveAFormInCodePage932) {
     EXPECT_FALSE(Save(none.c_str()));
 }
 
-// The byte-form functions convert by the process's ANSI page. What would reach another file, or one
-// that no machine can read again, fails first.
+// The platform's A functions convert bytes by the process's ANSI code page.
 TEST_F(BackupTest, AnsiCodePageThatChangesNamesFailsBeforeAnyAccess) {
   const auto fails = [this](const char16_t* file) {
     WriteDefaultsWith({});
     machine().faults.FailFrom(platform::Fault::kFile, 1);
     EXPECT_FALSE(Save(file) || Load(file));
-    EXPECT_EQ(Shown(), u"") << "nothing about the file, which may be good";
+    EXPECT_EQ(Shown(), u"") << "the file itself may be valid";
     EXPECT_EQ(machine().faults.Calls(platform::Fault::kFile), 0);
     machine().faults.Clear();
   };
@@ -97,14 +95,14 @@ TEST_F(BackupTest, AnsiCodePageThatChangesNamesFailsBeforeAnyAccess) {
   ASSERT_TRUE(Load());
   EXPECT_TRUE(std::u16string_view(block_.Printer.Papers[0].PaperName).starts_with(u"倉庫S"));
   ASSERT_TRUE(Save());
-  EXPECT_EQ(Bytes(), before) << "single bytes survive";
+  EXPECT_EQ(Bytes(), before) << "a single-byte code page preserves all bytes";
   machine().SetCodePage932(false);
   fails(kFile);
 }
 
-// One access fails: a save ends there or leaves that line out, a load reads what it can. A disk
-// that stays full: tests/faults.
-TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {
+// After one failed access a save ends or omits that line, and a load reads the other lines.
+// tests/faults covers a disk that stays full.
+TEST_F(BackupTest, FailedFileAccessLeavesReadableFile) {
   const auto before = BytesOf(block_);
   const std::string golden = Golden();
   const size_t needed = golden.find(ToCp932(u"[ﾌﾘｰｻｲｽﾞ用紙]"));
@@ -121,23 +119,23 @@ TEST_F(BackupTest, AFailingDiskLeavesAFileThatCanBeRead) {
     EXPECT_EQ(BytesOf(block_), before);
   };
   EXPECT_GE(WalkFaults({platform::Fault::kFile}, save, saved), 40);
-  const auto loaded = [&](platform::Fault, bool struck) {
-    EXPECT_TRUE(done || struck);
+  const auto loaded = [&](platform::Fault, bool failed) {
+    EXPECT_TRUE(done || failed);
     EXPECT_EQ(machine().MemoryProfile(kFile), golden);
   };
   WalkFaults(
       {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
 }
 
-TEST_F(BackupTest, ForeignFilesAreRefused) {
+TEST_F(BackupTest, FileOfAnotherFormatIsRejected) {
   const auto before = BytesOf(block_);
-  for (const auto& [line, instead, shown] : {std::tuple(u"[ﾊﾞｰｼﾞｮﾝ情報]", u"[x]", kNotABackup),
-                                             {u"FileVersion=0003", u"", kWrongVersion},
-                                             {u"=0003", u"=3", kWrongVersion},
-                                             {u"=0003", u"=0004", kWrongVersion},
-                                             {u"=0003", u"=00030", kWrongVersion}}) {
-    SCOPED_TRACE(ToCp932(instead));
-    WriteDefaultsWith({{line, instead}, {u"SYNC=0", u"SYNC=1"}});
+  for (const auto& [line, replacement, shown] : {std::tuple(u"[ﾊﾞｰｼﾞｮﾝ情報]", u"[x]", kNotABackup),
+                                                 {u"FileVersion=0003", u"", kWrongVersion},
+                                                 {u"=0003", u"=3", kWrongVersion},
+                                                 {u"=0003", u"=0004", kWrongVersion},
+                                                 {u"=0003", u"=00030", kWrongVersion}}) {
+    SCOPED_TRACE(ToCp932(replacement));
+    WriteDefaultsWith({{line, replacement}, {u"SYNC=0", u"SYNC=1"}});
     EXPECT_FALSE(Load());
     EXPECT_EQ(Shown(), shown);
     EXPECT_EQ(BytesOf(block_), before);
@@ -145,45 +143,45 @@ TEST_F(BackupTest, ForeignFilesAreRefused) {
   }
 }
 
-TEST_F(BackupTest, LinesAreReadByTheirRules) {
+TEST_F(BackupTest, EachLineSetsItsFields) {
   const std::map<char, void*> records = {
       {'S', &block_}, {'D', &deco_[0]}, {'E', &deco_[1]}, {'B', &bar_[0]}};
   for (const std::string& row : support::GoldenRows("lines.txt")) {
     SCOPED_TRACE(row);
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(row, parts, std::regex("(.*) \\| ?(.*)\\| (.*)")));
-    const std::string instead = std::regex_replace(parts.str(2), std::regex("/"), "\r\n");
-    WriteDefaultsWith({{platform::ToUtf16(parts.str(1) + "\r\n"), platform::ToUtf16(instead)}});
-    std::vector<std::tuple<void*, size_t, int>> fields;  // record, offset, number; 98 when kept
+    const std::string replacement = std::regex_replace(parts.str(2), std::regex("/"), "\r\n");
+    WriteDefaultsWith({{platform::ToUtf16(parts.str(1) + "\r\n"), platform::ToUtf16(replacement)}});
+    std::vector<std::tuple<void*, size_t, int>> fields;  // record, offset, value; 98: unchanged
     std::istringstream outcome(parts.str(3));
-    const bool refused = row.ends_with("refused");
+    const bool rejected = row.ends_with("refused");
     bool sync = false;
     for (std::string field; outcome >> field;) {
-      const std::string told = field.substr(field.find(':') + 1);
-      const bool kept = told == "kept" || refused;
+      const std::string outcomeText = field.substr(field.find(':') + 1);
+      const bool kept = outcomeText == "kept" || rejected;
       fields.emplace_back(records.at(field[0]), std::stoul(field.substr(1)),
-                          kept ? 98 : std::stoi(told));
+                          kept ? 98 : std::stoi(outcomeText));
       const auto& [record, offset, value] = fields.back();
       sync |= record == &block_ && offset == 434 && value != 0;
       Put<int16_t>(record, offset, 98);
     }
     DeviceSettings(kPrinter).SetSyncPrint(!sync);
-    EXPECT_EQ(Load(), !refused);
+    EXPECT_EQ(Load(), !rejected);
     EXPECT_EQ(Shown(), fonts_.DecoFontNum + fonts_.BarFontNum > 0 ? kFontWarning : u"");
     for (const auto& [record, offset, value] : fields) {
       EXPECT_EQ(At<uint16_t>(record, offset), static_cast<uint16_t>(value)) << offset;
     }
-    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), refused ? !sync : sync);
+    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), rejected ? !sync : sync);
   }
   machine().SetRegistryAccess(true, false);
   WriteDefaultsWith({{u"SYNC=0", u"SYNC=1"}});
-  EXPECT_TRUE(Load()) << "the registry does not decide";
+  EXPECT_TRUE(Load()) << "a failed registry write is ignored";
 }
 
-TEST_F(BackupTest, CountsDecideWhatIsRead) {
+TEST_F(BackupTest, CountsLimitWhatALoadReads) {
   const std::tuple<std::u16string, int, int> kCases[] = {
       {u"0", 0, 0},  {u"20", 20, 20},    {u"25", 20, 25},  {u"80", 20, 70},
-      {u"-1", 0, 0}, {u"70000", 20, 70}, {u"65537", 1, 1}, {u"", 5, 3}};  // the last: as they were
+      {u"-1", 0, 0}, {u"70000", 20, 70}, {u"65537", 1, 1}, {u"", 5, 3}};  // the last: unchanged
   for (const auto& [value, papers, fonts] : kCases) {
     SCOPED_TRACE(ToCp932(value));
     WriteDefaultsWith({{u"PaperNum=1", u"PaperNum=" + value},
@@ -202,21 +200,22 @@ TEST_F(BackupTest, CountsDecideWhatIsRead) {
       EXPECT_EQ(support::Words(deco_[i].Deco.Size, bar_[i].Bar.Mode, bar_[i].FontKind),
                 i < fonts ? support::Words(5, 5, kBarcodeFont) : support::Words(0, 0, 0));
     }
-    // A paper without its section loses its name and keeps its sizes; those behind are cleared.
+    // A paper without a section loses its name but not its sizes. Papers after the count are
+    // cleared.
     for (int i = 0; i < kPaperCapacity; ++i) {
       const PaperInfo& paper = block_.Printer.Papers[i];
       EXPECT_EQ(paper.PaperName[0], i == 0 && papers > 0 ? u'S' : 0) << i;
       EXPECT_EQ(paper.LabelWidth, i < papers ? 580 : 0) << i;
     }
   }
-  // A save limits each kind, not both together.
+  // A save limits each kind of fonts, not both together.
   fonts_.DecoFontNum = fonts_.BarFontNum = 40;
   machine().SetMemoryProfile(kFile, "");
   EXPECT_TRUE(Save());
   EXPECT_NE(machine().MemoryProfile(kFile).find("BarFontNum=40"), std::string::npos);
 }
 
-TEST_F(BackupTest, ASessionWithoutFontListsHasNoFonts) {
+TEST_F(BackupTest, NullFontListsTransferNoFonts) {
   fonts_ = {};
   EXPECT_TRUE(Save());
   EXPECT_EQ(Bytes(), Golden());

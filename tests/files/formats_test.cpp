@@ -1,5 +1,4 @@
-// docs/formats.md against the code, wherever one of its tables repeats an offset, a size, a default
-// or a list of values.
+// Compares docs/formats.md with the code: offsets, sizes, defaults and lists of values.
 #include <algorithm>
 #include <fstream>
 #include <map>
@@ -47,10 +46,10 @@ struct Section {
       if (inside && line.starts_with("|")) rows.push_back(Matches(line, "([^|]+)"));
     }
   }
-  // The size that the heading names.
+  // Returns the size in the heading.
   size_t Size() const { return std::stoul(Matches(heading, "([0-9]+) bytes").at(0)); }
-  // The cell behind the last one that names a field.
-  std::string Beside(const std::string& field) const {
+  // Returns the cell after the last one that contains the name of a field.
+  std::string CellOf(const std::string& field) const {
     std::string cell;
     for (const Row& row : rows) {
       for (size_t i = 0; i + 1 < row.size(); ++i)
@@ -58,8 +57,10 @@ struct Section {
     }
     return cell;
   }
-  // The fields of a column of names with the offsets of another: "392, 394" or "132 … 138".
-  Offsets At(size_t offsetColumn, size_t nameColumn) const {
+  // Returns the fields of the name column with their offsets from the other column, which are
+  // listed
+  // ("392, 394") or given as a range ("132 … 138").
+  Offsets OffsetsIn(size_t offsetColumn, size_t nameColumn) const {
     Offsets offsets;
     for (const Row& row : rows) {
       if (row.size() <= std::max(offsetColumn, nameColumn)) continue;
@@ -78,7 +79,7 @@ struct Section {
   }
 };
 
-// The numbers at the beginning of each part of a list: "1: slow, 2 fast; or else".
+// Returns the number at the start of each item of a list such as "1: slow, 2 fast; or else".
 std::vector<int> Values(const std::string& list) {
   std::vector<int> values;
   for (const std::string& number : Matches(list.substr(0, list.find(';')), "(^|, ) *([0-9]+)"))
@@ -99,7 +100,7 @@ std::vector<int> Values(const OptionTable& options) {
 #define DECO(name) FIELD(DecoFontInfo, offsetof(FontRecord, Deco), name)
 #define BAR(name) FIELD(BarFontInfo, offsetof(FontRecord, Bar), name)
 
-TEST(FormatsDocument, OffsetsAndSizesAreThoseOfTheRecords) {
+TEST(FormatsDocument, OffsetsAndSizesMatchTheRecords) {
   const Section record("Settings record"), paper("Paper record"), printer("\"Private DevMode\""),
       font("Font record");
   EXPECT_EQ(record.Size(), sizeof(SettingsRecord));
@@ -108,33 +109,34 @@ TEST(FormatsDocument, OffsetsAndSizesAreThoseOfTheRecords) {
   EXPECT_EQ(font.Size(), sizeof(FontRecord));
 
   EXPECT_EQ(
-      record.At(0, 2),
+      record.OffsetsIn(0, 2),
       (Offsets{
           PRIVATE(PaperID),     PRIVATE(FreePaper),    PRIVATE(Copies),      PRIVATE(nVertBase),
           PRIVATE(nHorzBase),   PRIVATE(Orient),       PRIVATE(nFlip),       PRIVATE(nPeelOffset),
           PRIVATE(nTearOffset), PRIVATE(nPitchOffset), PRIVATE(nPrintSpeed), PRIVATE(nSensor),
           PRIVATE(nMoveMode),   PRIVATE(Dither),       PRIVATE(nColorText),  PRIVATE(ColorAdjust),
           PRIVATE(nTSMode),     PRIVATE(Position),     PRIVATE(nCompulsory), PRIVATE(Signature)}));
-  EXPECT_EQ(paper.At(0, 2),
+  EXPECT_EQ(paper.OffsetsIn(0, 2),
             (Offsets{PAPER(PaperName), PAPER(PaperKind), PAPER(Thickness), PAPER(LabelWidth),
                      PAPER(LabelHeight), PAPER(GapSize), PAPER(EyeMarkSize), PAPER(Unit),
                      PAPER(PrintableLeft), PAPER(PrintableTop), PAPER(PrintableWidth),
                      PAPER(PrintableHeight), PAPER(Yoshi), PAPER(UserDef)}));
-  EXPECT_EQ(printer.At(0, 2),
+  EXPECT_EQ(printer.OffsetsIn(0, 2),
             (Offsets{PRINTER(PaperNum), PRINTER(HeadDensity), PRINTER(Mecha), PRINTER(HTInfo)}));
-  EXPECT_EQ(font.At(0, 1), (Offsets{DECO(DecoFontName), DECO(ResiFontName), DECO(Decorate),
-                                    DECO(Size),         DECO(SizeX),        DECO(SizeY),
-                                    DECO(ExpandX),      DECO(ExpandY),      DECO(Unit),
-                                    DECO(Pitch),        DECO(Rotate),       DECO(ColorRevolution),
-                                    DECO(Smoothing),    DECO(Bold),         DECO(OutlineStyle),
-                                    DECO(Range),        DECO(Mode),         DECO(PrintNum),
-                                    DECO(Incriment),    DECO(ActivateData), DECO(NegativeData)}));
-  EXPECT_EQ(font.At(2, 3), (Offsets{BAR(BarFontName), BAR(FontCategory), BAR(BarcodeKind),
-                                    BAR(Range), BAR(Mode), BAR(PrintNum), BAR(Incriment),
-                                    BAR(ActiveData), BAR(NegativeData), BAR(BarcodeParam)}));
+  EXPECT_EQ(
+      font.OffsetsIn(0, 1),
+      (Offsets{DECO(DecoFontName), DECO(ResiFontName), DECO(Decorate),     DECO(Size),
+               DECO(SizeX),        DECO(SizeY),        DECO(ExpandX),      DECO(ExpandY),
+               DECO(Unit),         DECO(Pitch),        DECO(Rotate),       DECO(ColorRevolution),
+               DECO(Smoothing),    DECO(Bold),         DECO(OutlineStyle), DECO(Range),
+               DECO(Mode),         DECO(PrintNum),     DECO(Incriment),    DECO(ActivateData),
+               DECO(NegativeData)}));
+  EXPECT_EQ(font.OffsetsIn(2, 3), (Offsets{BAR(BarFontName), BAR(FontCategory), BAR(BarcodeKind),
+                                           BAR(Range), BAR(Mode), BAR(PrintNum), BAR(Incriment),
+                                           BAR(ActiveData), BAR(NegativeData), BAR(BarcodeParam)}));
 }
 
-TEST(FormatsDocument, DefaultsAreThoseOfANewPrinter) {
+TEST(FormatsDocument, DefaultsMatchANewPrinter) {
   const auto machine = platform::Machine::Create();
   const DriverSettingsBlock block = support::DefaultBlock();
   size_t compared = 0;
@@ -150,12 +152,12 @@ TEST(FormatsDocument, DefaultsAreThoseOfANewPrinter) {
   EXPECT_GE(compared, 19u);
 }
 
-TEST(FormatsDocument, ListsTheValuesOfTheTables) {
+TEST(FormatsDocument, ListsMatchTheTables) {
   const Section record("Settings record"), paper("Paper record"), font("Font record"),
       backup("Backup file");
-  EXPECT_EQ(Values(record.Beside("nPrintSpeed")), Values(SpeedOptions()));
-  EXPECT_EQ(Values(record.Beside("nSensor")), Values(SensorOptions()));
-  EXPECT_EQ(Values(paper.Beside("PaperKind")), Values(PaperGradeOptions()));
+  EXPECT_EQ(Values(record.CellOf("nPrintSpeed")), Values(SpeedOptions()));
+  EXPECT_EQ(Values(record.CellOf("nSensor")), Values(SensorOptions()));
+  EXPECT_EQ(Values(paper.CellOf("PaperKind")), Values(PaperGradeOptions()));
 
   std::string cells;
   for (int i = 0; const FontCell* cell = CellAt(0xFFFF, i); ++i) {
@@ -163,23 +165,23 @@ TEST(FormatsDocument, ListsTheValuesOfTheTables) {
              std::to_string(cell->height) + ", ";
   }
   cells.resize(cells.size() - 2);
-  EXPECT_NE(font.Beside("Size").find(": " + cells + "; "), std::string::npos) << cells;
+  EXPECT_NE(font.CellOf("Size").find(": " + cells + "; "), std::string::npos) << cells;
 
   std::vector<int> kinds;
   for (const BarcodeKindRow& kind : kBarcodeKinds) kinds.push_back(kind.id);
   std::ranges::sort(kinds);
-  EXPECT_EQ(Values(font.Beside("BarcodeKind")), kinds);
+  EXPECT_EQ(Values(font.CellOf("BarcodeKind")), kinds);
 
   std::string keys;
   for (const SettingsKey& key : RequiredDriverKeys()) keys += "`" + std::string(key.name) + "`, ";
   keys += "`" + std::string(kCompulsoryKey.name) + "`, `" + kPositionKey.name + "`";
-  EXPECT_NE(backup.Beside(platform::ToUtf8(kDriverSection)).find(keys), std::string::npos) << keys;
+  EXPECT_NE(backup.CellOf(platform::ToUtf8(kDriverSection)).find(keys), std::string::npos) << keys;
 }
 
-using PaperHelp = support::MachineTest;
+using PaperHelpTest = support::MachineTest;
 
-// The help texts of grade and level name the choice that a new paper starts with.
-TEST_F(PaperHelp, NamesTheDefaultGradeAndLevel) {
+// The help texts of grade and level mention the default choice of a new paper.
+TEST_F(PaperHelpTest, NamesDefaultGradeAndLevel) {
   const auto help = [](UINT id) {
     WCHAR text[512] = {};
     LoadStringW(ModuleInstance(), id, text, 512);
@@ -194,7 +196,7 @@ TEST_F(PaperHelp, NamesTheDefaultGradeAndLevel) {
   EXPECT_NE(help(IDS_HELP_PAPER_REGISTER_THICKNESS)
                 .find(u"通常は濃度 " + platform::ToUtf16(std::to_string(paper.Thickness)) + u" と"),
             std::u16string::npos);
-  // Every grade that it explains is one of the list.
+  // Every grade that the help text explains is in the list.
   size_t explained = 0;
   for (size_t at = grade.find(u"の場合"); at != grade.npos; at = grade.find(u"の場合", at + 1)) {
     ++explained;

@@ -1,4 +1,4 @@
-// The set-up file in the Windows directory, through the import and through the spooler's event.
+// The set-up file in the Windows directory, imported directly and by the spooler's event.
 #include "files/setup_file.h"
 
 #include <regex>
@@ -15,9 +15,9 @@ using support::Put;
 
 constexpr char16_t kFile[] = u"C:\\WINDOWS\\SetupKit_QM6_1R.INI";
 
-class SetupFile : public support::MachineTest {};
+class SetupFileTest : public support::MachineTest {};
 
-TEST_F(SetupFile, IsTakenOrRefusedAndReadByItsRules) {
+TEST_F(SetupFileTest, EachLineSetsItsFields) {
   for (std::string row : support::GoldenRows("setup.txt")) {
     SCOPED_TRACE(row);
     if (row[0] == '+') row.replace(0, 1, "[ﾊﾞｰｼﾞｮﾝ情報]/DriverName=x/[用紙登録数]/PaperNum=0/");
@@ -27,9 +27,9 @@ TEST_F(SetupFile, IsTakenOrRefusedAndReadByItsRules) {
     DriverSettingsBlock block, expected;
     std::memset(static_cast<void*>(&block), 0x11, sizeof block);
     expected = block;
-    const bool taken = row.substr(bar) != " | refused";
-    EXPECT_EQ(ImportSetupFile(block, nullptr, nullptr), taken);
-    if (taken) {
+    const bool accepted = row.substr(bar) != " | refused";
+    EXPECT_EQ(ImportSetupFile(block, nullptr, nullptr), accepted);
+    if (accepted) {
       for (size_t at : {434, 436, 438, 440, 442, 444, 446, 452}) Put<int16_t>(&expected, at, 0);
       for (size_t at : {382, 398, 408}) Put<int16_t>(&expected, at, 1);
       Put<int16_t>(&expected, 406, 2);
@@ -55,7 +55,7 @@ TEST_F(SetupFile, IsTakenOrRefusedAndReadByItsRules) {
   }
 }
 
-TEST_F(SetupFile, InitialisesAPrinter) {
+TEST_F(SetupFileTest, InitialiseEventStoresItsSettings) {
   std::u16string name = support::kPrinter;
   machine().WriteFile(
       kFile, platform::ToCp932(u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=0\r\n"
@@ -64,8 +64,8 @@ TEST_F(SetupFile, InitialisesAPrinter) {
   EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
   const PrinterSettingsPart part = support::KeptPrinterPart(machine());
   EXPECT_EQ(support::Words(part.HeadDensity, part.Mecha), support::Words(0, 2))
-      << "no density in the file, and no default";
-  // Without a default record every caller gets the file's settings, signed.
+      << "the file has no density, and there is no default";
+  // A printer without a default record uses the file's settings and sets Signature.
   SettingsRecord record{};
   LONG size = 452;
   EXPECT_TRUE(
@@ -73,7 +73,7 @@ TEST_F(SetupFile, InitialisesAPrinter) {
   EXPECT_EQ(record.Private.FreePaper.PaperName, std::u16string(u"髙表示"));
   EXPECT_EQ(support::Words(record.Private.nPrintSpeed, record.Private.Signature),
             support::Words(4, SETTINGS_SIGNATURE));
-  EXPECT_EQ(record.Public.dmPaperSize, 0) << "the public fields follow";
+  EXPECT_EQ(record.Public.dmPaperSize, 0) << "the public fields are derived";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The utility page in sheets that a person uses.
+// The utility page of a property sheet.
 #include <windows.h>
 #include <commdlg.h>
 
@@ -23,17 +23,17 @@ constexpr char16_t kSaveFailed[] = u"データを保存できませんでした1
 constexpr char16_t kLoaded[] = u"データを読込みました64|";
 constexpr char16_t kLoadFailed[] = u"データを読み込む事ができませんでした16|";
 
-class UtilityPage : public BackupTest {
+class UtilityPageTest : public BackupTest {
  protected:
-  UtilityPage() { Keep(block_); }
-  // What a person does on the page before the sheet is cancelled; the messages that were shown.
+  UtilityPageTest() { Keep(block_); }
+  // Does the steps on the page and cancels the sheet. Returns the messages.
   std::u16string Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
     desk().ClearShown();
     Show({.kind = kind}, {GoTo(support::kUtilityTab), std::move(steps), support::PressCancel()});
     for (const auto& shown : desk().History()) EXPECT_EQ(shown.caption, u"ユーティリティ");
     return Shown();
   }
-  // Types a name over that of one side, presses its button and closes so many messages.
+  // Replaces the name of a direction, clicks its button and closes the given number of messages.
   static Steps Press(bool save, std::u16string name, int messages) {
     Steps steps = {Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, name),
                    Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD)};
@@ -50,10 +50,10 @@ class UtilityPage : public BackupTest {
   }
 };
 
-TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
+TEST_F(UtilityPageTest, InvalidNameIsRejectedByTheFirstFailedCheck) {
   Steps steps;
   std::u16string expected;
-  const auto refuse = [&](std::u16string name, std::u16string reason) {
+  const auto expectRejected = [&](std::u16string name, std::u16string reason) {
     for (const bool save : {true, false}) {
       steps += Press(save, name, reason.empty() ? 1 : 2);
       steps += support::ExpectFocus(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME);
@@ -61,30 +61,30 @@ TEST_F(UtilityPage, RefusesNamesInTheOrderOfItsChecks) {
     }
   };
   for (const char16_t* name : {u"", u"   ", u"\u3000", u" \u3000"})
-    refuse(name, u"ファイル名を入力してください48|");
+    expectRejected(name, u"ファイル名を入力してください48|");
   for (const char16_t* name : {u"a", u"a.Ini", u"a.inI", u"a.txt", u"ini", u"a.ini "})
-    refuse(name, u"不正なファイル名です48|");
-  // What the platform refuses has no message that tells why.
-  refuse(u"C:\\data\\", u"");
-  refuse(std::u16string(64, u'n') + u".ini", u"");
+    expectRejected(name, u"不正なファイル名です48|");
+  // A name that the platform rejects has no message of its own.
+  expectRejected(u"C:\\data\\", u"");
+  expectRejected(std::u16string(64, u'n') + u".ini", u"");
   EXPECT_EQ(Visit(steps), expected);
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"(none)");
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
 }
 
-TEST_F(UtilityPage, SavesUnderABareNameAndRemembersIt) {
+TEST_F(UtilityPageTest, BareNameIsSavedInSystemDirectoryAndRemembered) {
   const std::u16string name = u"表 ソ.ini";
   EXPECT_EQ(Visit({Press(true, name, 1), ExpectChanged(false)}), kSaved);
   EXPECT_EQ(Bytes(u"C:\\WINDOWS\\system32\\" + name), Golden());
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), name);
-  // The advanced session has neither names nor fonts.
+  // The advanced session loads neither names nor fonts.
   for (const SheetKind kind : {SheetKind::kDocument, SheetKind::kUserDefault, SheetKind::kAdvanced})
     Visit({ExpectText(IDC_UTILITY_SAVE_NAME, kind == SheetKind::kAdvanced ? u"" : name),
            ExpectText(IDC_UTILITY_LOAD_NAME, u"")},
           kind);
 }
 
-TEST_F(UtilityPage, KeepsTheFirst130UnitsOfALongName) {
+TEST_F(UtilityPageTest, LongNameIsStoredWithItsFirst130Units) {
   const std::u16string folder = u"C:\\" + std::u16string(140, u'd');
   std::filesystem::create_directories(machine().HostPath(folder));
   const std::u16string name = folder + u"\\a.INI";
@@ -92,14 +92,14 @@ TEST_F(UtilityPage, KeepsTheFirst130UnitsOfALongName) {
   EXPECT_EQ(NameInData(u"BackupFile Write Name"), name.substr(0, 130));
   machine().SetData(kPrinter, u"BackupFile Read Name",
                     {REG_BINARY, support::BytesOf(name.data(), 262)});
-  // The fields themselves take 259 units; data of more than 260 bytes are no name.
+  // The fields accept 259 units. A value of more than 260 bytes is not loaded.
   Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)),
          ExpectText(IDC_UTILITY_LOAD_NAME, u""),
          support::ExpectEach({IDC_UTILITY_SAVE_NAME, IDC_UTILITY_LOAD_NAME},
                              &platform::ControlView::textLimit, 259)});
 }
 
-TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
+TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=3"}, {u"SYNC=0", u"SYNC=1"}});
   EXPECT_EQ(Visit(Press(false, kFile, 1)), kLoaded);
   EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
@@ -110,15 +110,15 @@ TEST_F(UtilityPage, LoadsForGoodOnlyOnOk) {
             support::Words(3, 1, SETTINGS_SIGNATURE));
 }
 
-// The wait cursor lasts as long as the transfer, whatever becomes of it.
-TEST_F(UtilityPage, AFailedLoadChangesNothing) {
+// The wait cursor ends with the transfer, also with a failed one.
+TEST_F(UtilityPageTest, FailedLoadLeavesSettings) {
   const auto cursor = [](LPCWSTR name) {
     return [=](platform::Desk& desk) {
       EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, name));
       EXPECT_TRUE(desk.Click(IDOK));
     };
   };
-  // Fails at a key in the middle of what it reads.
+  // The load fails at a key after others that it has read.
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=4"}, {u"ColorText=1", u"ColorText="}});
   desk().ClearShown();
   const auto answer = Ok(support::kUtilityTab, {Press(false, kFile, 0), cursor(IDC_ARROW),
@@ -136,31 +136,31 @@ TEST_F(UtilityPage, AFailedLoadChangesNothing) {
   }
 }
 
-// What the file dialogs were asked for, and the file that the person picks in the next; none:
-// cancel.
-std::string asked;
-const char16_t* picked;
+// The arguments of the file dialog calls, and the file that the user chooses in the next one; null
+// cancels it.
+std::string dialogCalls;
+const char16_t* chosenFile;
 
 template <bool kSave>
-BOOL WINAPI Ask(OPENFILENAMEW* dialog) {
+BOOL WINAPI ChooseFile(OPENFILENAMEW* dialog) {
   using namespace std::string_literals;
   EXPECT_EQ(std::u16string(dialog->lpstrFilter, 21), u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0"s);
-  asked += platform::ToUtf8(dialog->lpstrFile + u", "s + dialog->lpstrInitialDir + u", " +
-                            dialog->lpstrDefExt + (kSave ? u", save " : u", open ")) +
-           std::to_string(dialog->Flags);
+  dialogCalls += platform::ToUtf8(dialog->lpstrFile + u", "s + dialog->lpstrInitialDir + u", " +
+                                  dialog->lpstrDefExt + (kSave ? u", save " : u", open ")) +
+                 std::to_string(dialog->Flags);
   EXPECT_NE(dialog->hwndOwner, nullptr);
   EXPECT_EQ(support::Words(dialog->lStructSize, dialog->nFilterIndex, dialog->nMaxFile,
                            dialog->lpstrTitle, dialog->lpstrFileTitle),
             support::Words(sizeof *dialog, 1, 260, nullptr, nullptr));
-  if (picked != nullptr) std::u16string(picked).copy(dialog->lpstrFile, dialog->nMaxFile);
-  return picked != nullptr;
+  if (chosenFile != nullptr) std::u16string(chosenFile).copy(dialog->lpstrFile, dialog->nMaxFile);
+  return chosenFile != nullptr;
 }
 
-TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
+TEST_F(UtilityPageTest, BrowseStartsWithNameInField) {
   machine().RegisterModule(u"comdlg32.dll",
                            {{"GetFileTitleW", platform::AsEntryPoint(GetFileTitleW)},
-                            {"GetOpenFileNameW", platform::AsEntryPoint(Ask<false>)},
-                            {"GetSaveFileNameW", platform::AsEntryPoint(Ask<true>)}});
+                            {"GetOpenFileNameW", platform::AsEntryPoint(ChooseFile<false>)},
+                            {"GetSaveFileNameW", platform::AsEntryPoint(ChooseFile<true>)}});
   const std::u16string tooLong = u"C:\\data\\" + std::u16string(64, u't');
   const std::u16string cases[][2] = {{u"C:\\data\\a.ini", u"a.ini, C:\\data\\"},
                                      {u"\\b.ini", u"b.ini, \\"},
@@ -175,22 +175,22 @@ TEST_F(UtilityPage, BrowsesFromTheNameInTheField) {
     const DWORD flags = save ? OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY
                              : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
     for (const auto& [name, start] : cases) {
-      asked.clear();
-      picked = nullptr;
+      dialogCalls.clear();
+      chosenFile = nullptr;
       Visit({Replace(field, name), Click(browse), ExpectText(field, name),
              [&](platform::Desk&) {
-               EXPECT_EQ(asked, platform::ToUtf8(start) + (save ? ", ini, save " : ", ini, open ") +
-                                    std::to_string(flags));
-               picked = u"C:\\表\\chosen.ini";
+               EXPECT_EQ(dialogCalls, platform::ToUtf8(start) +
+                                          (save ? ", ini, save " : ", ini, open ") +
+                                          std::to_string(flags));
+               chosenFile = u"C:\\表\\chosen.ini";
              },
              Click(browse), ExpectText(field, u"C:\\表\\chosen.ini")});
     }
   }
 }
 
-// The dialog starts with the name and its folder whether the user has extensions shown or not, and
-// the host process's current directory stays.
-TEST_F(UtilityPage, BrowseStartsAtTheNameAndRestoresTheCurrentDirectory) {
+// The start does not depend on the user's preference for extensions.
+TEST_F(UtilityPageTest, BrowseShowsFolderOfNameAndRestoresCurrentDirectory) {
   constexpr int kFolder = 1137, kName = 1148;  // the file dialog's controls
   machine().WriteFile(u"C:\\data\\sub\\b.ini", "");
   ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\WINDOWS"));
@@ -210,7 +210,7 @@ TEST_F(UtilityPage, BrowseStartsAtTheNameAndRestoresTheCurrentDirectory) {
   }
 }
 
-TEST_F(UtilityPage, AnsiCodePageThatChangesNamesIsAFailure) {
+TEST_F(UtilityPageTest, AnsiCodePageThatChangesNamesFailsSaveAndLoad) {
   WriteDefaultsWith({});
   machine().SetAnsiPage(CP_UTF8);
   EXPECT_EQ(Visit({Press(true, kFile, 1), Press(false, kFile, 1)}),
@@ -218,7 +218,7 @@ TEST_F(UtilityPage, AnsiCodePageThatChangesNamesIsAFailure) {
   EXPECT_EQ(Bytes(), Golden());
 }
 
-TEST_F(UtilityPage, WithoutTheDialogLibraryNothingIsTouched) {
+TEST_F(UtilityPageTest, MissingDialogLibraryFailsBrowseAndSave) {
   EXPECT_EQ(Visit({[this](platform::Desk&) { machine().RegisterModule(u"comdlg32.dll", {}); },
                    Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
                    ExpectText(IDC_UTILITY_SAVE_NAME, kFile), Press(true, kFile, 1)}),
