@@ -1,5 +1,5 @@
-// The barcode detail library of the driver package: for every kind its display name, its default
-// parameters and its detail dialog.
+// The barcode detail library of the driver package. It has three entry points for each kind, which
+// return the display name, write the default parameters and show the detail dialog.
 #include <windows.h>
 
 #include "companions/barcode_parameters.h"
@@ -9,18 +9,18 @@
 namespace companions {
 namespace {
 
-// Writes the display name into a buffer of kNameCapacity bytes.
+// Writes the display name to a buffer of kNameCapacity bytes.
 void WriteName(int index, LPSTR name) {
   if (name) name[platform::ToCp932(KindAt(index).name).copy(name, kNameCapacity - 1)] = '\0';
 }
 
-// 0: nothing has been confirmed by anyone.
+// Returns 0; 1 would mean that the user confirmed the parameters.
 int16_t WriteBlock(int index, BYTE* block, const BarcodeLibInfo* info) {
   if (block && info) WriteDefaults(KindAt(index), *info, {block, kBlockSize});
   return 0;
 }
 
-// 1 when the user confirmed, otherwise 2.
+// Returns 1 (IDOK) when the user confirmed, 2 (IDCANCEL) otherwise.
 int16_t EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
   const bool confirmed =
       block && info && EditBarcodeDetail(KindAt(index), *info, {block, kBlockSize}, owner);
@@ -30,7 +30,7 @@ int16_t EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner
 }  // namespace
 }  // namespace companions
 
-// The row of each kind, by the suffix of its entry points.
+// The table row of each kind, named by the suffix of its entry points.
 enum KindRow : int {
 #define KIND(id, suffix, serial, layout) k##suffix,
   BARCODE_KINDS(KIND)

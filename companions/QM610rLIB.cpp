@@ -1,5 +1,5 @@
-// The device communication library of the driver package: asks the printer for its mode and its
-// versions. The printer is the simulated one of the current machine.
+// The device communication library of the driver package. It queries the mode and the versions of
+// the simulated printer of the current machine.
 #include <windows.h>
 
 #include <functional>
@@ -23,7 +23,7 @@ std::string VersionReply(const SimulatedDevice& device, DWORD replySize) {
   std::string font = platform::ToCp932(device.font);
   std::string overlong;
   while (overlong.size() < replySize) overlong += firmware + font + '*';
-  if (device.answer == DeviceAnswer::kOverlong) return overlong;
+  if (device.reply == DeviceReply::kOverlong) return overlong;
   firmware.resize(16, '\0');
   font.resize(8, '\0');
   return firmware + font;
@@ -37,9 +37,9 @@ DWORD Query(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size, DWORD* s
   const SimulatedDevice device = LoadSimulatedDevice(printer);
   if (status) *status = device.offline ? 1 : 0;
   if (device.offline) return FALSE;
-  if (device.answer == DeviceAnswer::kSilent) return TRUE;
+  if (device.reply == DeviceReply::kSilent) return TRUE;
   std::string bytes = buildReply(device);
-  if (device.answer == DeviceAnswer::kShort) bytes.resize(1);
+  if (device.reply == DeviceReply::kShort) bytes.resize(1);
   const auto count = bytes.copy(reinterpret_cast<char*>(reply), replySize);
   if (size) *size = static_cast<DWORD>(count);
   return TRUE;
@@ -50,8 +50,8 @@ DWORD Query(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size, DWORD* s
 
 extern "C" {
 
-// Mode of the printer: byte 1 of the reply is the density code (0: 203 dpi, 1: 305 dpi), byte 3 the
-// mode (0 tear-off, 1 continuous, 2 peel). Non-zero on success.
+// Queries the printer's mode. Byte 1 of the reply is the density code (0: 203 dpi, 1: 305 dpi),
+// byte 3 the mode (0 tear-off, 1 continuous, 2 peel). Returns a non-zero value on success.
 DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                             DWORD* status) {
   return platform::RunGuarded([&] {
@@ -59,8 +59,9 @@ DWORD WINAPI RtlGetModeComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD
   });
 }
 
-// Versions of the printer as texts in code page 932: 16 bytes firmware, 8 bytes font. Non-zero on
-// success.
+// Queries the printer's versions. The reply has 16 bytes for the firmware and 8 bytes for the font,
+// texts in code page 932 without a terminator when they fill their bytes. Returns a non-zero value
+// on success.
 DWORD WINAPI RtlGetVersionComW(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size,
                                DWORD* status) {
   return platform::RunGuarded([&] {

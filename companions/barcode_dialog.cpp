@@ -14,7 +14,7 @@
 namespace companions {
 namespace {
 
-// Controls by the index of their field.
+// Control ids are these plus the row of the field.
 constexpr int kFirstControl = 1000;
 constexpr int kFirstSpin = 1100;
 constexpr int kFirstRange = 1200;
@@ -25,7 +25,7 @@ using Text = WCHAR[kTextCapacity];
 
 bool IsList(const Field& field) { return !field.choices.empty(); }
 
-// One dialog over a block: a row for each field of its kind.
+// The dialog that edits a block: one row for each field of its kind.
 class Detail {
  public:
   Detail(const BarcodeKind& kind, int dpi, std::span<BYTE> block)
@@ -49,27 +49,28 @@ class Detail {
 
   void Show(int row);
   void ShowNumber(int row, int value);
-  void Command(int id, UINT code);
+  void OnCommand(int id, UINT code);
   void ChangeUnit(int unit);
-  void Spun(HWND spin);
+  void OnSpin(HWND spin);
 
   int UnitOf(int row) const {
     return At(row).kind == FieldKind::kMeasure ? unit_ : kestrel::kPlain;
   }
-  std::pair<int, int> RangeOf(int row) const;  // the least and the most
+  std::pair<int, int> RangeOf(int row) const;  // minimum and maximum
   bool ReadNumber(int row, int& value) const;
   int Selected(int row) const;
-  // Tells in a box what is wrong with a row, whose label comes first.
+  // Shows a message about a row and moves the focus to it. The format starts with the row's label;
+  // parts are its other arguments. Returns false.
   template <typename... Parts>
-  bool Refuse(int row, const WCHAR* format, Parts... parts) const;
-  bool Take(int row, std::span<BYTE> block) const;
-  bool TakeText(int row, std::span<BYTE> block) const;
-  bool TakeAll();
+  bool Reject(int row, const WCHAR* format, Parts... parts) const;
+  bool Store(int row, std::span<BYTE> block) const;
+  bool StoreText(int row, std::span<BYTE> block) const;
+  bool StoreAll();
 
   const BarcodeKind& kind_;
   int dpi_;
   std::span<BYTE> block_;
-  int unit_;  // that the measures are shown in; one that no choice names counts as dots
+  int unit_;  // unit in which the dialog shows measures; dots when the block's unit is unknown
   HWND window_ = nullptr;
 };
 
@@ -102,7 +103,7 @@ bool Detail::Run(HWND owner) {
                                  reinterpret_cast<LPARAM>(this)) == IDOK;
 }
 
-// The bounds of a number, or of a measure in the unit shown.
+// Returns the limits of a number, or of a measure in the shown unit.
 std::pair<int, int> Detail::RangeOf(int row) const {
   const Field& field = At(row);
   if (field.kind != FieldKind::kMeasure) return {field.min, field.max};
@@ -112,8 +113,8 @@ std::pair<int, int> Detail::RangeOf(int row) const {
 
 // ---- showing ----
 
-// The spin follows the field's range; the edit shows the value with the decimals of its unit, also
-// one outside the range.
+// Sets the up-down's range, the range text and the edit. The edit shows a value outside the range
+// unchanged.
 void Detail::ShowNumber(int row, int value) {
   const auto [min, max] = RangeOf(row);
   Send(kFirstSpin + row, UDM_SETRANGE32, static_cast<WPARAM>(min), max);
@@ -160,7 +161,8 @@ void Detail::Show(int row) {
 
 // ---- reading ----
 
-// The field's number in the unit shown, at most INT32_MAX; false when the text is none.
+// Parses the number of a field in the shown unit, clamped to INT32_MAX. Returns false when the text
+// is not a number.
 bool Detail::ReadNumber(int row, int& value) const {
   Text text;
   GetDlgItemTextW(window_, kFirstControl + row, text, kTextCapacity);
@@ -186,7 +188,7 @@ int Detail::Selected(int row) const {
 }
 
 template <typename... Parts>
-bool Detail::Refuse(int row, const WCHAR* format, Parts... parts) const {
+bool Detail::Reject(int row, const WCHAR* format, Parts... parts) const {
   Text caption;
   WCHAR message[3 * kTextCapacity];
   GetWindowTextW(window_, caption, kTextCapacity);
@@ -197,23 +199,23 @@ bool Detail::Refuse(int row, const WCHAR* format, Parts... parts) const {
   return false;
 }
 
-bool Detail::TakeText(int row, std::span<BYTE> block) const {
+bool Detail::StoreText(int row, std::span<BYTE> block) const {
   const Field& field = At(row);
   Text text;
   GetDlgItemTextW(window_, kFirstControl + row, text, kTextCapacity);
   bool lossless = true;
   const std::string bytes = platform::ToCp932(text, &lossless);
-  if (!lossless) return Refuse(row, u"%s\n不正な文字が使用されています。");
+  if (!lossless) return Reject(row, u"%s\n不正な文字が使用されています。");
   if (bytes.size() > field.max)
-    return Refuse(row, u"%s\n%d バイト以内で入力して下さい。", int{field.max});
+    return Reject(row, u"%s\n%d バイト以内で入力して下さい。", int{field.max});
   std::fill_n(block.data() + field.offset, field.max + (field.terminated ? 1 : 0), BYTE{0});
   std::ranges::copy(bytes, block.data() + field.offset);
   return true;
 }
 
-bool Detail::Take(int row, std::span<BYTE> block) const {
+bool Detail::Store(int row, std::span<BYTE> block) const {
   const Field& field = At(row);
-  if (field.kind == FieldKind::kText) return TakeText(row, block);
+  if (field.kind == FieldKind::kText) return StoreText(row, block);
   int value = 0;
   const auto [min, max] = RangeOf(row);
   if (IsList(field)) {
@@ -221,27 +223,28 @@ bool Detail::Take(int row, std::span<BYTE> block) const {
   } else if (!ReadNumber(row, value) || value < min || value > max) {
     Text range;
     GetDlgItemTextW(window_, kFirstRange + row, range, kTextCapacity);
-    return Refuse(row, u"%s\n%s の範囲で入力して下さい。", range);
+    return Reject(row, u"%s\n%s の範囲で入力して下さい。", range);
   }
   WriteWord(block, field.offset, static_cast<uint16_t>(value));
   return true;
 }
 
-// Takes every field into the block; the first that is refused leaves the block as it was.
-bool Detail::TakeAll() {
-  std::array<BYTE, kBlockSize> taken;
-  std::ranges::copy(block_, taken.begin());
-  WriteWord(taken, kIdOffset, kind_.id);
+// Stores every field in the block. Returns false without changing the block when a field is
+// invalid.
+bool Detail::StoreAll() {
+  std::array<BYTE, kBlockSize> copy;
+  std::ranges::copy(block_, copy.begin());
+  WriteWord(copy, kIdOffset, kind_.id);
   for (int row = 0; row < Count(); ++row)
-    if (!Take(row, taken)) return false;
-  std::ranges::copy(taken, block_.begin());
+    if (!Store(row, copy)) return false;
+  std::ranges::copy(copy, block_.begin());
   return true;
 }
 
-// ---- reacting ----
+// ---- commands and notifications ----
 
-// Another unit: every measure keeps its length. A text that is no number counts as 0 and is refused
-// later.
+// Converts every measure to another unit. A text that is not a number counts as 0, which OK
+// rejects.
 void Detail::ChangeUnit(int unit) {
   const int before = unit_;
   for (int row = 0; row < Count(); ++row) {
@@ -255,19 +258,20 @@ void Detail::ChangeUnit(int unit) {
   unit_ = unit;
 }
 
-void Detail::Command(int id, UINT code) {
-  if (id == IDCANCEL || (id == IDOK && TakeAll())) EndDialog(window_, id);
+void Detail::OnCommand(int id, UINT code) {
+  if (id == IDCANCEL || (id == IDOK && StoreAll())) EndDialog(window_, id);
   const int row = id - kFirstControl;
   if (row < 0 || row >= Count()) return;
   int value = 0;
   if (At(row).kind == FieldKind::kUnit && code == CBN_SELCHANGE) ChangeUnit(Selected(row));
-  // So that the arrows go on from what was typed.
+  // The arrows continue from the typed value.
   if (At(row).kind == FieldKind::kMeasure && code == EN_CHANGE && ReadNumber(row, value))
     Send(kFirstSpin + row, UDM_SETPOS32, 0, value);
 }
 
-// The arrows of a measure do not write its edit, which has decimals.
-void Detail::Spun(HWND spin) {
+// Writes the position of a measure's up-down to its edit, because the up-down cannot format
+// decimals.
+void Detail::OnSpin(HWND spin) {
   const int row = GetDlgCtrlID(spin) - kFirstSpin;
   if (row < 0 || row >= Count() || At(row).kind != FieldKind::kMeasure) return;
   WCHAR text[kestrel::kMeasureTextLength];
@@ -277,7 +281,7 @@ void Detail::Spun(HWND spin) {
 
 INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_INITDIALOG) {
-    if (GetWindowLongPtrW(window, DWLP_USER) != 0) return FALSE;  // not the dialog manager's
+    if (GetWindowLongPtrW(window, DWLP_USER) != 0) return FALSE;  // sent by an application
     SetWindowLongPtrW(window, DWLP_USER, lParam);
   }
   auto* detail = reinterpret_cast<Detail*>(GetWindowLongPtrW(window, DWLP_USER));
@@ -286,9 +290,9 @@ INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM l
     detail->window_ = window;
     for (int row = 0; row < detail->Count(); ++row) detail->Show(row);
   } else if (message == WM_COMMAND || message == WM_CLOSE) {
-    detail->Command(message == WM_CLOSE ? IDCANCEL : LOWORD(wParam), HIWORD(wParam));
+    detail->OnCommand(message == WM_CLOSE ? IDCANCEL : LOWORD(wParam), HIWORD(wParam));
   } else if (message == WM_VSCROLL) {
-    detail->Spun(reinterpret_cast<HWND>(lParam));
+    detail->OnSpin(reinterpret_cast<HWND>(lParam));
   } else {
     return FALSE;
   }

@@ -84,7 +84,7 @@ constexpr std::array<Field, 8> QrLayout(std::span<const Choice> corrections,
           Number(u"連結パリティ", 24, 0, parity),    OneOf(u"データモード", 26, kDataModes)};
 }
 constexpr auto kLayoutF = QrLayout(kCorrections, kNoYes, 16, 255);
-// A symbol of this kind is never one of several that are read together.
+// Micro QR has no structured append, that is no symbols that are read together.
 constexpr auto kLayoutFMicro = QrLayout(kMicroCorrections, kNever, 1, 0);
 constexpr Field kLayoutG[] = {Number(u"モジュール幅", 12, 1, 10),
                               Number(u"モジュール高さ", 14, 1, 99),
@@ -106,8 +106,8 @@ constexpr Field kLayoutJ[] = {
 constexpr Field kLayoutK[] = {kExpand, Height(14), OneOf(u"セグメント数", 16, kSegments),
                               OneOf(u"RSSの種類", 18, kRssTypes)};
 
-// Defaults follow the fields; a height of 10 mm for
-// symbols read across, module sizes that a 203-dpi head prints safely.
+// The defaults have the order of the fields: a height of 10 mm for linear symbols, and module sizes
+// that a 203-dpi head prints reliably.
 constexpr BarcodeKind kKinds[] = {
     {100, u"UPC-A", kLayoutA, {2, 100, 1}},
     {200, u"UPC-E", kLayoutB, {2, 100}},
@@ -132,9 +132,9 @@ constexpr BarcodeKind kKinds[] = {
 
 static_assert(std::ranges::equal(kKinds, kestrel::kBarcodeKinds, {}, &BarcodeKind::id,
                                  &kestrel::BarcodeKindRow::id),
-              "a row for each barcode kind, in their order");
+              "a row for each barcode kind, in the same order");
 
-// Every parameter lies in the library's part of the block.
+// Every parameter is within the library's part of the block.
 static_assert(std::ranges::all_of(kKinds, [](const BarcodeKind& kind) {
   return std::ranges::all_of(kind.own, [](const Field& field) {
     return field.offset + (field.kind == kText ? field.max + field.terminated : 2) <= kBlockSize;
@@ -162,7 +162,7 @@ void WriteWord(std::span<BYTE> block, std::size_t offset, uint16_t value) {
 void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block) {
   std::ranges::fill(block, BYTE{0});
   WriteWord(block, kIdOffset, kind.id);
-  WriteWord(block, 4, info.densityX);  // three words of the library's own, its version behind
+  WriteWord(block, 4, info.densityX);  // the library's own words; the third is its version
   WriteWord(block, 6, info.densityY);
   WriteWord(block, 8, 0x100);
   WriteWord(block, kUnitField.offset, kestrel::kDot);

@@ -1,5 +1,5 @@
-// The barcode kinds of the detail library: the parameters of each layout with their places, ranges
-// and labels, and the defaults of each kind.
+// The barcode kinds of the detail library: offsets, ranges and labels of their parameters, and the
+// defaults of each kind.
 #pragma once
 
 #include <windows.h>
@@ -20,18 +20,18 @@ constexpr int kNameCapacity = 32;  // bytes of a display name in code page 932, 
 
 enum class FieldKind : uint8_t {
   kNumber,   // a whole number from min to max
-  kMeasure,  // a length stored in the block's unit; min and max in dots
+  kMeasure,  // a length in the block's unit; min and max are in dots
   kChoice,   // one of the choices
-  kUnit,     // the block's unit: a choice that converts the measures
+  kUnit,     // the unit of the block; choosing another one converts the measures
   kText,     // code page 932, at most max bytes
 };
 
 struct Choice {
   uint16_t value;
-  const WCHAR* text = nullptr;  // null: the value itself
+  const WCHAR* text = nullptr;  // null: the dialog shows the value
 };
 
-// A named parameter of a block: 16 bits, or a text.
+// A parameter of a block: 16 bits, or a text.
 struct Field {
   const WCHAR* label;
   uint16_t offset;
@@ -39,7 +39,7 @@ struct Field {
   uint16_t min;
   uint16_t max;
   std::span<const Choice> choices;
-  bool terminated;  // texts: a zero byte follows within the block
+  bool terminated;  // a text is followed by a zero byte
 };
 
 constexpr std::size_t kMaxFields = 8;  // of the largest layout
@@ -48,28 +48,28 @@ constexpr uint16_t kIdOffset = 0;      // BarcodeID
 struct BarcodeKind {
   uint16_t id;
   const WCHAR* name;                          // display name
-  std::span<const Field> own;                 // its fields beside those of every kind
-  std::array<uint16_t, kMaxFields> defaults;  // of its own fields; measures in 0.1 mm
+  std::span<const Field> own;                 // the fields besides kRotateField and kUnitField
+  std::array<uint16_t, kMaxFields> defaults;  // of own; measures in 0.1 mm
 };
 
-// The fields of every kind, before its own.
+// The fields of every kind. They precede the kind's own fields in the dialog.
 extern const Field kRotateField, kUnitField;
 
-// The kind at a row of kestrel::kBarcodeKinds; the row is not checked.
+// Returns the kind at a row of kestrel::kBarcodeKinds. Does not check the row.
 const BarcodeKind& KindAt(int index);
 
-// Writes a kind's default parameters into the block; lengths are in dots of the given density.
+// Writes a kind's default parameters to the block, with lengths in dots of the density of info.
 void WriteDefaults(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block);
 
-// Shows the kind's parameters in a modal dialog over the owner. True when the user confirmed: the
-// block then holds the new values, otherwise it is untouched.
+// Shows the kind's parameters in a modal dialog over owner. Returns true after it stored the new
+// values in the block, false without changing the block when the user cancelled.
 bool EditBarcodeDetail(const BarcodeKind& kind, const BarcodeLibInfo& info, std::span<BYTE> block,
                        HWND owner);
 
-// The density to work with: 305 where the driver says so, otherwise 203.
+// Returns the printer's density in dots per inch: 305, or 203 for every other value of info.
 int DensityOf(const BarcodeLibInfo& info);
 
-// A 16-bit parameter of a block, little-endian.
+// Read and write a 16-bit parameter of a block, little-endian.
 uint16_t ReadWord(std::span<const BYTE> block, std::size_t offset);
 void WriteWord(std::span<BYTE> block, std::size_t offset, uint16_t value);
 

@@ -10,14 +10,15 @@
 namespace companions {
 namespace {
 
-// One key a printer, as its name is one part: none lies below another's.
+// Returns the printer's key. Replaces backslashes, so that no printer's key is a subkey of
+// another's.
 std::u16string DeviceKey(std::u16string_view printer) {
   std::u16string part(printer);
   std::replace(part.begin(), part.end(), u'\\', u',');
   return u"SOFTWARE\\Kestrel\\Devices\\" + part;
 }
 
-// What is kept under a name when it is of this type; else nothing.
+// Returns the bytes of a registry value; empty when it is missing or has another type.
 std::vector<std::byte> Read(const std::u16string& key, std::u16string_view name, DWORD type) {
   const auto data = platform::Machine::Current().Registry(key, name);
   return data && data->type == type ? data->bytes : std::vector<std::byte>();
@@ -47,16 +48,16 @@ void Write(const std::u16string& key, std::u16string_view name, DWORD type, cons
 SimulatedDevice LoadSimulatedDevice(std::u16string_view printer) {
   const std::u16string key = DeviceKey(printer);
   SimulatedDevice device;
-  DWORD offline = 0, answer = 0;
+  DWORD offline = 0, reply = 0;
   ReadNumber(key, u"Mode", device.mode);
   ReadNumber(key, u"Density", device.density);
   ReadNumber(key, u"Offline", offline);
-  ReadNumber(key, u"Answer", answer);
+  ReadNumber(key, u"Answer", reply);
   ReadText(key, u"Firmware", device.firmware);
   ReadText(key, u"Font", device.font);
   device.offline = offline != 0;
-  if (answer <= static_cast<DWORD>(DeviceAnswer::kOverlong))
-    device.answer = static_cast<DeviceAnswer>(answer);
+  if (reply <= static_cast<DWORD>(DeviceReply::kOverlong))
+    device.reply = static_cast<DeviceReply>(reply);
   return device;
 }
 
@@ -70,7 +71,7 @@ void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& dev
       {u"Mode", device.mode},
       {u"Density", device.density},
       {u"Offline", device.offline},
-      {u"Answer", static_cast<DWORD>(device.answer)}};
+      {u"Answer", static_cast<DWORD>(device.reply)}};
   for (const auto& [name, number] : numbers) Write(key, name, REG_DWORD, &number, sizeof number);
   for (const auto& [name, text] :
        {std::pair(u"Firmware", &device.firmware), std::pair(u"Font", &device.font)})

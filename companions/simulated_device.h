@@ -1,6 +1,6 @@
-// The label printer that stands behind the device library: what it is and how it answers. Its state
-// is kept with the machine, one record a printer name; a printer without a record is a fresh
-// device.
+// The simulated label printer of the device library. The current machine's registry stores the
+// state of each printer below SOFTWARE\Kestrel\Devices\<printer>; a printer without a record has
+// the defaults.
 #pragma once
 
 #include <windows.h>
@@ -10,32 +10,31 @@
 
 namespace companions {
 
-// How the device answers a query.
-enum class DeviceAnswer : DWORD {
-  kNormal = 0,    // full replies
-  kSilent = 1,    // the call succeeds, the reply is left as it was
-  kShort = 2,     // the reply breaks off after its first byte
-  kOverlong = 3,  // texts longer than their places, without any terminator
+// The kind of reply to a query.
+enum class DeviceReply : DWORD {
+  kNormal = 0,    // the complete reply
+  kSilent = 1,    // the call succeeds without writing a reply
+  kShort = 2,     // the first byte only
+  kOverlong = 3,  // versions that fill the caller's buffer without a terminator
 };
 
 struct SimulatedDevice {
-  DWORD mode = 0;        // 0 tear-off, 1 continuous, 2 peel; other codes are answered as they are
+  DWORD mode = 0;        // 0 tear-off, 1 continuous, 2 peel; the reply has other codes unchanged
   DWORD density = 203;   // dots per inch: 203 (code 0) or 305 (code 1)
   bool offline = false;  // every call fails
-  DeviceAnswer answer = DeviceAnswer::kNormal;
-  std::u16string firmware = u"V01.20";  // up to 16 bytes in code page 932 are answered
-  std::u16string font = u"F01.03";      // up to 8 bytes in code page 932 are answered
+  DeviceReply reply = DeviceReply::kNormal;
+  std::u16string firmware = u"V01.20";  // the reply has up to 16 bytes in code page 932
+  std::u16string font = u"F01.03";      // the reply has up to 8 bytes in code page 932
 };
 
-// The device of a printer as it was last saved; values that are missing, of a wrong type or of a
-// wrong size have their defaults.
+// Returns the device of a printer. A value that is missing or has a wrong type or size gets its
+// default.
 SimulatedDevice LoadSimulatedDevice(std::u16string_view printer);
 
-// Keeps the device of a printer in the current machine's registry, below
-// SOFTWARE\Kestrel\Devices\<printer>.
+// Stores the device of a printer.
 void SaveSimulatedDevice(std::u16string_view printer, const SimulatedDevice& device);
 
-// Forgets the device of a printer.
+// Deletes the record of a printer's device.
 void RemoveSimulatedDevice(std::u16string_view printer);
 
 }  // namespace companions

@@ -13,7 +13,7 @@
 namespace printhost {
 namespace {
 
-using companions::DeviceAnswer;
+using companions::DeviceReply;
 using platform::OsVersion;
 
 constexpr Option kMachineOptions[] = {
@@ -173,7 +173,7 @@ int Device(Call& call) {
     const std::size_t index = IndexOf(kAnswers, arguments.Value("--answer"));
     if (index == std::size(kAnswers))
       throw Failure{kUsage, "--answer takes normal, silent, short or overlong"};
-    device.answer = static_cast<DeviceAnswer>(index);
+    device.reply = static_cast<DeviceReply>(index);
   }
   if (arguments.Has("--firmware")) device.firmware = FromUtf8(arguments.Value("--firmware"));
   if (arguments.Has("--font")) device.font = FromUtf8(arguments.Value("--font"));
@@ -189,7 +189,7 @@ int Device(Call& call) {
                       {"firmware", ToUtf8(device.firmware)},
                       {"font", ToUtf8(device.font)},
                       {"offline", device.offline},
-                      {"answer", kAnswers[static_cast<std::size_t>(device.answer)]}});
+                      {"answer", kAnswers[static_cast<std::size_t>(device.reply)]}});
 }
 
 }  // namespace
