@@ -1,5 +1,5 @@
-// The part of the Windows API that this product calls. Each included header has the name that the SDK
-// uses.
+// The part of the Windows API that this product calls. Each included header has the name that the
+// SDK uses.
 #pragma once
 
 #define _WINDOWS_

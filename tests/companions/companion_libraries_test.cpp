@@ -37,7 +37,7 @@ class CompanionTest : public testing::Test {
   // Does the steps in the detail dialog of a kind and clicks OK. Returns the block.
   std::string Edit(const std::string& kind, const Steps& steps = {}) {
     std::string block = Defaults(kind);
-    EXPECT_EQ(Follow({steps, Click(IDOK)}, [&] { return Call("ShowDlg" + kind, block); }), IDOK);
+    EXPECT_EQ(RunSteps({steps, Click(IDOK)}, [&] { return Call("ShowDlg" + kind, block); }), IDOK);
     return block;
   }
   // Returns the reply, with "!" for a byte that was not written; empty when the query failed.
@@ -79,7 +79,7 @@ TEST_F(CompanionTest, EveryKindHasNameAndDefaultsThatItsDialogAccepts) {
     EXPECT_EQ(At<uint16_t>(block.data(), 10), 2) << "dots";
     EXPECT_EQ(block.substr(40), std::string(8, '\xEE'));
     std::string foreign(48, '\xFF');
-    Follow({Click(IDOK), Click(IDOK), Close()}, [&] { return Call(row.showDialog, foreign); });
+    RunSteps({Click(IDOK), Click(IDOK), Close()}, [&] { return Call(row.showDialog, foreign); });
     EXPECT_EQ(foreign, std::string(48, '\xFF'));
   }
   EXPECT_EQ(names,

@@ -215,7 +215,7 @@ TEST_F(EntryPoints, WriteNothingOrWholeSettingsOnFailure) {
       const int position = At(out_, 436);
       outcome = Describe(result);
       if (outcome.ends_with("wrote 452")) outcome += " of " + std::to_string(position);
-      const int papers = support::KeptPrinterPart(machine()).PaperNum;
+      const int papers = support::StoredPrinterPart(machine()).PaperNum;
       if (outcome == "1") outcome += " stored " + std::to_string(papers);
       if (machine().Data(kPrinter, u"SPLUserModePrinterDriver")) outcome += " module";
     };
@@ -227,7 +227,7 @@ TEST_F(EntryPoints, WriteNothingOrWholeSettingsOnFailure) {
       EXPECT_TRUE(kind != kSpoolerChange || outcome == whole) << outcome;
       found.insert((kind == kAllocation && struck && !wrote ? "no memory: " : "") + outcome);
     };
-    WalkFaults({kAllocation, kSpooler, kSpoolerChange, kFile, kModule, kRegistry}, fresh, note);
+    ForEachFault({kAllocation, kSpooler, kSpoolerChange, kFile, kModule, kRegistry}, fresh, note);
     for (const std::string& each : found) all += name + (": " + each) + '\n';
   }
   EXPECT_EQ(all, support::Golden("outcomes.txt"));

@@ -118,12 +118,12 @@ TEST_F(BackupTest, FailedFileAccessLeavesReadableFile) {
     EXPECT_EQ(done, text.size() >= needed);
     EXPECT_EQ(BytesOf(block_), before);
   };
-  EXPECT_GE(WalkFaults({platform::Fault::kFile}, save, saved), 40);
+  EXPECT_GE(ForEachFault({platform::Fault::kFile}, save, saved), 40);
   const auto loaded = [&](platform::Fault, bool failed) {
     EXPECT_TRUE(done || failed);
     EXPECT_EQ(machine().MemoryProfile(kFile), golden);
   };
-  WalkFaults(
+  ForEachFault(
       {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
 }
 

@@ -62,7 +62,7 @@ TEST_F(SetupFileTest, InitialiseEventStoresItsSettings) {
                                u"[ﾄﾞﾗｲﾊﾞ情報]\r\nPrintSpeed=4\r\n[ﾃﾞﾊﾞｲｽ情報]\r\nMecha=2\r\n"
                                u"[ﾌﾘｰｻｲｽﾞ用紙]\r\nPaperName=髙表示\r\n"));
   EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
-  const PrinterSettingsPart part = support::KeptPrinterPart(machine());
+  const PrinterSettingsPart part = support::StoredPrinterPart(machine());
   EXPECT_EQ(support::Words(part.HeadDensity, part.Mecha), support::Words(0, 2))
       << "the file has no density, and there is no default";
   // A printer without a default record uses the file's settings and sets Signature.

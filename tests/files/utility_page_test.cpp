@@ -25,7 +25,7 @@ constexpr char16_t kLoadFailed[] = u"データを読み込む事ができませ�
 
 class UtilityPageTest : public BackupTest {
  protected:
-  UtilityPageTest() { Keep(block_); }
+  UtilityPageTest() { StoreDefaults(block_); }
   // Does the steps on the page and cancels the sheet. Returns the messages.
   std::u16string Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
     desk().ClearShown();

@@ -111,7 +111,7 @@ class FontTest : public SheetTest {
   void SetDensity(int density) {
     kestrel::DriverSettingsBlock block = DefaultBlock();
     block.Printer.HeadDensity = static_cast<uint16_t>(density);
-    Keep(block);
+    StoreDefaults(block);
   }
   void Set(const char16_t* value, std::string_view bytes) {
     machine().SetData(kPrinter, value, {REG_BINARY, BytesOf(bytes.data(), bytes.size())});

@@ -99,8 +99,8 @@ void RequireSoundStore(Machine& machine) {
   const auto fonts = machine.Data(kPrinter, u"CreateFont Data")->bytes;
   const auto total = support::At<WORD>(number.data(), 0);
   Require(fonts.size() >= total * sizeof(FontRecord));
-  RequireSound(support::KeptPrinterPart(machine), reinterpret_cast<const FontRecord*>(fonts.data()),
-               total);
+  RequireSound(support::StoredPrinterPart(machine),
+               reinterpret_cast<const FontRecord*>(fonts.data()), total);
 }
 
 // Requires the invariants of a window; returns the controls that a user can use.

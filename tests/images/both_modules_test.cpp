@@ -37,7 +37,7 @@ LONG_PTR CALLBACK ThrowingHost(HANDLE, UINT, LPARAM, LPARAM) {
 TEST_F(BothModules, ExceptionOfCallbackIsRethrownAfterTheExport) {
   for (const Exports* module : {&exports_, &ofImage_}) {
     ThrowingUser user;
-    const support::Seat seat(user);
+    const support::AttachedUser seat(user);
     EXPECT_EQ(
         module->DrvDocumentProperties(nullptr, printer_, name_.data(), nullptr, nullptr, DM_PROMPT),
         LONG{CPSUI_CANCEL});

@@ -44,7 +44,7 @@ TEST_F(OperationPage, PageByPageConfirmationIsStoredInTheRegistry) {
   };
   DriverSettingsBlock block = DefaultBlock();
   block.Record.Private.nTSMode = 1;  // the registry value takes precedence over the record
-  Keep(block);
+  StoreDefaults(block);
   for (const auto& [value, readable, writable, checked, after] : kCases) {
     SCOPED_TRACE(value);
     machine().RemoveRegistryKey(kKey);
@@ -100,7 +100,7 @@ TEST_F(OperationPage, ShowsAndStoresItsFields) {
     settings.nColorText = settings.nCompulsory = on;
     settings.nMoveMode = kFollowPrinter;
     settings.Dither = 0;
-    Keep(block);
+    StoreDefaults(block);
     settings.nPrintSpeed = kSpeeds[other];
     settings.nSensor = kSensors[other];
     settings.nColorText = settings.nCompulsory = !on;
@@ -118,7 +118,7 @@ TEST_F(OperationPage, ShowsAndStoresItsFields) {
   // A page that is never entered stores nothing.
   machine().RemoveRegistryKey(kKey);
   settings.nMoveMode = kFollowPrinter;
-  Keep(block);
+  StoreDefaults(block);
   EXPECT_EQ(Ok(kVersionTab).record.Private.nMoveMode, kFollowPrinter);
   EXPECT_EQ(SyncPrint(), kAbsent);
 }
@@ -168,12 +168,12 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
     EXPECT_EQ(HalftoneInfo(other).HTPatternSize, result >= 1 && permission ? 6u : 5u);
   }
   // Either marks the sheet changed.
-  Keep(block);
+  StoreDefaults(block);
   for (const int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
     Leave({ExpectChanged(false), Click(button), ExpectChanged(true)});
   }
   EXPECT_EQ(received, (Numbers{1, 24, 3, 203, 203, factory, 5}));
-  block.Printer = KeptPrinterPart(machine());
+  block.Printer = StoredPrinterPart(machine());
   EXPECT_EQ(HalftoneInfo(block).HTPatternSize, 6u);
   // The sheet of a document has no halftone button.
   Show({}, {GoTo(kOperationTab), ExpectHidden(IDC_OPERATION_HALFTONE), PressOk()});
@@ -217,7 +217,7 @@ class DevicePage : public SheetTest {
     DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = static_cast<uint16_t>(mode);
     block.Printer.HeadDensity = static_cast<uint16_t>(density);
-    Keep(block);
+    StoreDefaults(block);
     const auto close = [this](Desk& desk) {
       if (!desk.IsMessageBox()) return;
       log_ << platform::ToUtf8(desk.Title() + u": " + desk.MessageText()) << ' '
@@ -236,7 +236,7 @@ class DevicePage : public SheetTest {
     };
     log_ << mode << ' ' << density << ":\n";
     Ok(kDeviceTab, {Click(button), close, close, look, GoTo(kPaperTab), peel});
-    const PrinterSettingsPart stored = KeptPrinterPart(machine());
+    const PrinterSettingsPart stored = StoredPrinterPart(machine());
     log_ << stored.Mecha << ' ' << stored.HeadDensity << '\n';
   }
   std::ostringstream log_;
@@ -247,9 +247,9 @@ TEST_F(DevicePage, EscInTheOpenModeListRestoresTheMode) {
     DriverSettingsBlock block = DefaultBlock();
     block.Printer.Mecha = mode;
     const auto closed = [&](const Step& key) {
-      Keep(block);
+      StoreDefaults(block);
       Ok(kDeviceTab, {MoveInOpenList(IDC_DEVICE_MODE, mode == 2 ? -1 : 1), key});
-      return KeptPrinterPart(machine()).Mecha;
+      return StoredPrinterPart(machine()).Mecha;
     };
     EXPECT_EQ(closed(Escape()), mode);
     EXPECT_EQ(closed(Enter()), 1);

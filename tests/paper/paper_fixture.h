@@ -68,7 +68,7 @@ class PaperTest : public SheetTest {
     for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), {0, 3, 200 + i}));
     return block;
   }
-  std::u16string Stored(int slot) { return Describe(KeptPrinterPart(machine()).Papers[slot]); }
+  std::u16string Stored(int slot) { return Describe(StoredPrinterPart(machine()).Papers[slot]); }
   void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(log_), Golden(file)); }
 
   std::u16string log_;  // compared with a golden file

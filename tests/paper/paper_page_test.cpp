@@ -59,7 +59,7 @@ TEST_F(PaperPage, LeavingStoresTypedSettingsWithinTheirRanges) {
                 Paste(edit, least), ExpectText(edit, least)};
       left.*setting = static_cast<int16_t>(minimum);
     }
-    Keep(block);
+    StoreDefaults(block);
     // A rejected character restores the last valid number, here also the stored one, and leaves the
     // caret at the end.
     typed += {ExpectChanged(true),      Paste(kVert, u"2"), Type(kVert, u"x"),
@@ -115,7 +115,7 @@ TEST_F(PaperPage, OffsetWithoutWholeNumberKeepsStoredValue) {
                    << platform::ToUtf8(shown) << ", reading " << static_cast<int>(reading));
       DriverSettingsBlock block = DefaultBlock();
       block.Record.Private.nVertBase = static_cast<int16_t>(stored);
-      Keep(block);
+      StoreDefaults(block);
       std::vector<std::array<LONG, 4>> marked;
       const auto record = Ok(kPaperTab, {[=](Desk& desk) { desk.SetBuddyReading(reading); }, typed,
                                          ExpectText(kVert, shown), Click(kPageWholeLabel),
@@ -138,7 +138,7 @@ TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
 }
 
 TEST_F(PaperPage, EscInOpenListRestoresSelectedPaper) {
-  Keep(With(2));
+  StoreDefaults(With(2));
   const auto closed = [&](const Step& key) {
     return Ok(kPaperTab, {Select(kList, 0), MoveInOpenList(kList, 2), key, GoTo(kVersionTab)})
         .record.Private.PaperID;
@@ -182,7 +182,7 @@ class RegisterDialog : public PaperTest {
 };
 
 TEST_F(RegisterDialog, StoresTwentiethPaperAndRejectsAnother) {
-  Keep(With(18));
+  StoreDefaults(With(18));
   const SettingsRecord left =
       Ok(kPaperTab, {Click(kRegister), ExpectTitle(kNew), Fill(u"棚札", u"58.0", u"30.5", u"2.5"),
                      Select(kGrade, 2), Select(kDarkness, 4), Click(IDOK), ExpectSelected(kList, 0),
@@ -220,7 +220,7 @@ TEST_F(RegisterDialog, FeedDirectionIsBlackOnWhiteInHighContrast) {
 
 TEST_F(RegisterDialog, CancelChangesNothing) {
   const DriverSettingsBlock block = With(2);
-  Keep(block);
+  StoreDefaults(block);
   Steps steps;
   for (const Step& cancel : {Click(IDCANCEL), Close()}) {
     steps +=
@@ -231,16 +231,16 @@ TEST_F(RegisterDialog, CancelChangesNothing) {
          Select(kReferenceList, 1), cancel, ExpectText(kWidth, u"50.0"), cancel,
          Delete(u"P1", IDCANCEL), ExpectItems(kList, {kStandard, u"P1", u"P2", kFree})};
   }
-  const SheetAnswer answer = Ok(kPaperTab, {steps, Select(kList, 0)});
+  const SheetResult answer = Ok(kPaperTab, {steps, Select(kList, 0)});
   EXPECT_EQ(memcmp(&answer.record.Private, &block.Record.Private, sizeof(PrivateDevMode)), 0);
-  const PrinterSettingsPart stored = KeptPrinterPart(machine());
+  const PrinterSettingsPart stored = StoredPrinterPart(machine());
   EXPECT_EQ(memcmp(&stored, &block.Printer, sizeof stored), 0);
 }
 
 TEST_F(RegisterDialog, RenamedPaperKeepsItsSlotAndDeletionRenumbersTheNext) {
   DriverSettingsBlock block = With(4);
   std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
-  Keep(block);
+  StoreDefaults(block);
   const std::u16string cut(63, u'x');
   // A paper may keep its own name.
   Ok(kPaperTab,
@@ -257,7 +257,7 @@ TEST_F(RegisterDialog, RenamedPaperKeepsItsSlotAndDeletionRenumbersTheNext) {
       Click(IDCANCEL)});
   // The driver's own paper and the free-size paper cannot be deleted.
   const Steps fixed = {Click(IDC_PAPER_DELETE), CloseError(kFixed, kPage)};
-  const SheetAnswer middle =
+  const SheetResult middle =
       Ok(kPaperTab,
          {Select(kList, 0), fixed, Select(kList, 5), fixed, Select(kList, 2),
           ExpectLabelWidth(kPicture, 36), Delete(u"P2"),
@@ -267,7 +267,7 @@ TEST_F(RegisterDialog, RenamedPaperKeepsItsSlotAndDeletionRenumbersTheNext) {
   EXPECT_EQ(middle.record.Public.dmPaperWidth, 203);
 
   // A new paper that gets the id of a deleted one is not selected.
-  const SheetAnswer last =
+  const SheetResult last =
       Ok(kPaperTab, {Delete(u"P3"), ExpectChanged(true), Delete(u"P4"), ExpectText(kList, kFree),
                      ExpectLabelWidth(kPicture, 102), Click(kRegister), Fill(u"Again"), Click(IDOK),
                      ExpectSelected(kList, 3)});
@@ -310,7 +310,7 @@ TEST_F(RegisterDialog, PaperInOtherUnitsThanInchesIsEditedInMillimetres) {
   AppendPaper(block, Paper(u"P2", {0, 3, 320, 680, 30, 30, kDot}));
   AppendPaper(block, Paper(u"P3", {0, 3, 320, 680, 30, 30, 77}));
   block.Record.Private.FreePaper.LabelHeight = 999;
-  Keep(block);
+  StoreDefaults(block);
   Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), LogInputs(), Click(IDCANCEL),
                  Select(kList, 3), Click(kEditButton), LogInputs(), Click(IDOK)});
   Ok(kPaperTab, {Select(kList, 1), Click(IDC_PAPER_REFERENCE), Click(kRegister), LogInputs(),
@@ -325,12 +325,12 @@ TEST_F(RegisterDialog, FreeSizeCopiesReferencePaperInItsUnit) {
   DriverSettingsBlock block = DefaultBlock();
   AppendPaper(block, Paper(u"P1", {255, 1, 1500, 1500, 100, 111, kInch}));
   block.Record.Private.FreePaper = Paper(u"An older name than this", {1, 3, 321});
-  Keep(block);
+  StoreDefaults(block);
   const Steps opened = {ExpectTitle(u"フリーサイズ用紙編集"), ExpectEnabled({kReference})};
-  SheetAnswer answer =
+  SheetResult answer =
       Ok(kPaperTab, {Select(kList, 2), Click(kEditButton), opened, LogInputs(),
                      Replace(kWidth, u"32.2"), Click(IDOK), ExpectLabelWidth(kPicture, 57)});
-  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
+  EXPECT_EQ(StoredPrinterPart(machine()).PaperNum, 2);
   log_ += Describe(answer.record.Private.FreePaper) + u"\n";  // the older name is cleared
   answer = Ok(kPaperTab,
               {Click(kFreeEdit), opened, Click(kWholeLabel), Click(kReference),

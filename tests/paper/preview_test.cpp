@@ -31,7 +31,7 @@ class Preview : public PaperTest {
     block.Record.Private.FreePaper = paper;
     block.Record.Private.nSensor = sensor;
     block.Printer.Mecha = mode;
-    Keep(block);
+    StoreDefaults(block);
   }
   // Logs the drawing operations of a box, each with its kind or picture and its rectangle. Dotted
   // red lines are markers.
@@ -108,7 +108,7 @@ TEST_F(Preview, FailedObjectCreationLeaksNothing) {
     const auto draw = [box] { InvalidateRect(box, nullptr, TRUE), platform::PaintTree(box); };
     const auto check = [=](platform::Fault, bool) { EXPECT_EQ(platform::LiveDcs(), contexts); };
     // Two pictures with their device contexts, and a pen for each of three markers.
-    EXPECT_EQ(WalkFaults({platform::Fault::kWindow}, draw, check), 7);
+    EXPECT_EQ(ForEachFault({platform::Fault::kWindow}, draw, check), 7);
     EXPECT_EQ(desk.Control(kPicture).drawing.size(), 11u);
   };
   Cancel(kPaperTab, {Click(kPageWholeLabel), drawWithFaults});

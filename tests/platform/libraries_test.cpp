@@ -23,7 +23,7 @@ class SheetTest : public MachineTest {
     log.clear();
     DWORD result = 0xABCD;
     const auto show = [&] { return CommonPropertySheetUIW(nullptr, Function, 77, &result); };
-    EXPECT_EQ(Follow(std::move(steps), show), 1);
+    EXPECT_EQ(RunSteps(std::move(steps), show), 1);
     EXPECT_EQ(platform::LivePropertySheetPages(), 0);
     const std::string start = "INIT HEADER 110INIT 110SETACTIVE ";
     EXPECT_TRUE(log.starts_with(start)) << log;
@@ -135,7 +135,7 @@ class FileDialogTest : public MachineTest {
     request.lpstrDefExt = u"ini";
     request.Flags = *start ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
     auto* const ask = *start ? GetSaveFileNameW : GetOpenFileNameW;
-    const bool chosen = Follow(std::move(steps), [&] { return ask(&request) != FALSE; });
+    const bool chosen = RunSteps(std::move(steps), [&] { return ask(&request) != FALSE; });
     return chosen || file[0] > size ? file : u"";
   }
   // Types a name. Then a message box has this text, if any, and is closed by a button.
@@ -205,7 +205,7 @@ TEST_F(MachineTest, HalftoneValuesAreStoredWhenConfirmed) {
   COLORADJUSTMENT of = {23, 0, 77, 10000, 10000, 10000, 0, 10000, 300, 0, 0, 0};
   // The result, then size, light, contrast, brightness, red, green and flags.
   const auto adjust = [&](Steps steps, BOOL permission = TRUE) {
-    const LONG answer = Follow(std::move(steps), [&] {
+    const LONG answer = RunSteps(std::move(steps), [&] {
       return HTUI_ColorAdjustmentW(nullptr, nullptr, nullptr, &of, TRUE, permission);
     });
     return std::vector<int>{answer,          of.caSize,     of.caIlluminantIndex, of.caContrast,

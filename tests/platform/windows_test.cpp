@@ -36,7 +36,7 @@ class WindowTest : public MachineTest {
     window = platform::CreateTopWindow({u"", 150, 150, nullptr, Proc,
                                         platform::WindowView::Kind::kDialog, nullptr,
                                         std::move(controls)});
-    return Follow(std::move(steps), [this] { return platform::RunModal(window); });
+    return RunSteps(std::move(steps), [this] { return platform::RunModal(window); });
   }
   // Shows an edit with an up-down, and another edit.
   void RunUpDown(std::function<void(Desk&)> steps, DWORD style = UDS_SETBUDDYINT) {
@@ -158,7 +158,7 @@ TEST_F(WindowTest, ModalWindowBlocksWindowsBelow) {
   // Esc and the close box work when there is a cancel button, or only OK; otherwise they do
   // nothing.
   const auto show = [](UINT kind, Steps steps) {
-    return Follow(steps, [=] { return MessageBoxW(nullptr, u"", u"", kind); });
+    return RunSteps(steps, [=] { return MessageBoxW(nullptr, u"", u"", kind); });
   };
   const auto stay = [](Desk& desk) { EXPECT_TRUE(desk.Close() && desk.Escape()); };
   EXPECT_EQ(show(MB_OK, {Escape()}), IDOK);
@@ -178,7 +178,7 @@ TEST_F(WindowTest, DialogWithoutUserIsCancelled) {
     return DialogBoxParamW(module_, MAKEINTRESOURCEW(id), owner, Stubborn, param);
   };
   EXPECT_EQ(show(3), 3) << "ended while it opened";
-  EXPECT_EQ(Follow({ExpectFocus(IDCANCEL), Escape()}, [&] { return show(5); }), 7)
+  EXPECT_EQ(RunSteps({ExpectFocus(IDCANCEL), Escape()}, [&] { return show(5); }), 7)
       << "the focus that the procedure chose stays";
   EXPECT_EQ(show(1), IDCANCEL) << "even one that will not close, and the boxes it opens";
   const auto stale = reinterpret_cast<HWND>(0x1234);

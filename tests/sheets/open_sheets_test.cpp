@@ -24,8 +24,8 @@ TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
     stored.Printer.PaperNum = 2;
     stored.Printer.Papers[1] = stored.Printer.Papers[0];
     stored.Record.Private.PaperID = 258;
-    Keep(stored);
-    support::SheetAnswer sheet;
+    StoreDefaults(stored);
+    support::SheetResult sheet;
     const auto visit = [&] {
       desk().ClearShown();
       std::vector<support::Step> steps;
@@ -35,10 +35,10 @@ TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
         desk.Press(platform::SheetButton::kOk) || desk.Escape() || desk.Close();
       });
       platform::ScriptedUser visitor(std::move(steps));
-      const support::Seat seat(visitor);
-      sheet = AskForSheet({.kind = kind});
+      const support::AttachedUser seat(visitor);
+      sheet = RunSheet({.kind = kind});
     };
-    WalkFaults(faults, visit, [&](platform::Fault kind, bool) {
+    ForEachFault(faults, visit, [&](platform::Fault kind, bool) {
       for (const auto& shown : desk().History()) {
         EXPECT_NE(shown.caption, u"TreeViewMakeError") << "a sheet without its tables";
       }
@@ -58,28 +58,28 @@ TEST_F(OpenSheets, WriteACompleteRecordOrNoneOnEachFailure) {
 
 // While the printer's properties are open, the user can open a document sheet of the same printer.
 TEST_F(OpenSheets, PrinterPropertiesPreserveThePapersStoredByASecondSheet) {
-  support::SheetAnswer second;
+  support::SheetResult second;
   const auto openSecond = [&](support::Desk&) {
-    second = AskForSheet({.kind = SheetKind::kUserDefault});
+    second = RunSheet({.kind = SheetKind::kUserDefault});
   };
   using namespace support;
-  const SheetAnswer first =
+  const SheetResult first =
       Show({.kind = SheetKind::kPrinter},
            {openSecond, GoTo(kPaperTab), Click(IDC_PAPER_REGISTER),
             Replace(IDC_PAPER_REGISTER_NAME, u"Shelf"), Click(IDOK), PressOk(), PressOk()});
   EXPECT_EQ(second.result, CPSUI_OK);
   EXPECT_EQ(first.result, TRUE);
-  EXPECT_EQ(KeptPrinterPart(machine()).PaperNum, 2);
+  EXPECT_EQ(StoredPrinterPart(machine()).PaperNum, 2);
 }
 
 TEST_F(OpenSheets, PrinterPropertiesKeepPapersWhenACallFails) {
   using enum platform::Fault;
   auto stored = support::DefaultBlock();
   stored.Printer.PaperNum = 2;
-  Keep(stored);
+  StoreDefaults(stored);
   const auto confirm = [&] { Show({.kind = SheetKind::kPrinter}, {support::PressOk()}); };
-  WalkFaults({kSpooler, kSpoolerChange}, confirm, [&](platform::Fault, bool) {
-    EXPECT_EQ(support::KeptPrinterPart(machine()).PaperNum, 2);
+  ForEachFault({kSpooler, kSpoolerChange}, confirm, [&](platform::Fault, bool) {
+    EXPECT_EQ(support::StoredPrinterPart(machine()).PaperNum, 2);
   });
 }
 
@@ -120,13 +120,13 @@ TEST_F(OpenSheets, LaterInitDialogMessageChangesNothing) {
               support::Replace(IDC_PAPER_REGISTER_NAME, u"N"),
               support::Click(IDOK),
               support::PressOk()};
-    Keep(support::DefaultBlock());
+    StoreDefaults(support::DefaultBlock());
     return Show({.kind = SheetKind::kUserDefault}, steps);
   };
   const auto expected = visit(false), sheet = visit(true);
   EXPECT_EQ(sheet.result, CPSUI_OK);
   EXPECT_EQ(support::BytesOf(sheet.record), support::BytesOf(expected.record));
-  EXPECT_EQ(support::KeptPrinterPart(machine()).PaperNum, 2);
+  EXPECT_EQ(support::StoredPrinterPart(machine()).PaperNum, 2);
   EXPECT_EQ(forgedCalls, 0);
 }
 

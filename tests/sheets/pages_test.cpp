@@ -24,7 +24,7 @@ class Pages : public SheetTest {
     block.Printer.PaperNum = 2;
     block.Printer.Papers[1] = block.Printer.Papers[0];
     block.Printer.Papers[1].UserDef = 1;
-    Keep(block);
+    StoreDefaults(block);
     FontRecord fonts[4] = {};
     for (int i = 0; i < 4; ++i) {
       fonts[i].FontName[0] = static_cast<WCHAR>(u'A' + i);

@@ -239,7 +239,7 @@ TEST_F(PropertySheets, CopyAndStoreByKindPermissionAndResult) {
     if (stored) {
       actual += " stored";
       // Printer properties edit nothing and store the printer's own settings.
-      EXPECT_EQ(support::KeptPrinterPart(machine()).Mecha, isDevice ? 0 : 2);
+      EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, isDevice ? 0 : 2);
       EXPECT_EQ(machine().Broadcasts().back().message, WM_DEVMODECHANGE);
       EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
     }

@@ -1,4 +1,5 @@
-// What the build put beside this test program: shared objects and golden files.
+// The files that the build puts into the folder of the test program: shared objects and golden
+// files.
 #pragma once
 
 #include <filesystem>
@@ -11,20 +12,21 @@
 
 namespace support {
 
-// The path of a built file by its name.
+// Returns the path of a built file.
 inline std::string Built(const std::string& file) {
   static const std::filesystem::path directory =
       std::filesystem::read_symlink("/proc/self/exe").parent_path();
   return (directory / file).string();
 }
 
+// Returns the content of a golden file. Throws when it is missing.
 inline std::string Golden(const std::string& file) {
   std::ifstream stream(Built("golden/" + file), std::ios::binary);
   if (!stream) throw std::runtime_error("no golden file " + file);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// The rows of a golden table; lines that begin with "#" are none.
+// Returns the lines of a golden table except those that begin with "#".
 inline std::vector<std::string> GoldenRows(const std::string& file) {
   std::istringstream stream(Golden(file));
   std::vector<std::string> rows;

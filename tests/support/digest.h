@@ -1,4 +1,4 @@
-// A number that stands for the values added to it, the same on every machine.
+// A hash of the values added to it. It is the same on every processor.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@ class Digest {
     Add(bytes.size());
     for (const std::byte byte : bytes) AddByte(static_cast<uint8_t>(byte));
   }
-  // Any number as one of 64 bits, with its sign.
+  // Extends the number with its sign to 64 bits.
   template <typename Number>
   requires std::is_integral_v<Number> || std::is_enum_v<Number>
   void Add(Number number) {
@@ -35,7 +35,7 @@ class Digest {
            op.text, op.at, op.textColour, op.background, op.opaque, op.fontHeight, op.fontAscent,
            op.fontWidth, op.face, op.clip);
   }
-  // Everything of a control but its handle.
+  // Adds every member except the handle.
   void Add(const platform::ControlView& control) {
     AddAll(control.id, control.kind, control.rect, control.text, control.visible, control.enabled,
            control.focused, control.checked, control.defaultButton, control.tabStop, control.group,
@@ -43,7 +43,7 @@ class Digest {
            control.minimum, control.maximum, control.position, control.buddy, control.items,
            control.background, control.drawing);
   }
-  // Everything of a window but its handle.
+  // Adds every member except the handle.
   void Add(const platform::WindowView& window) {
     AddAll(window.title, window.width, window.height, window.kind, window.enabled,
            window.messageStyle, window.controls, window.tabs, window.activeTab, window.changed,

@@ -13,14 +13,14 @@
 
 namespace support {
 
-// The path of the module under test: the Windows image that the environment's DRIVER_MODULE names,
-// else the native module of this build.
+// Returns the path of the module under test: the Windows image in the environment variable
+// DRIVER_MODULE, otherwise the native module of this build.
 inline std::string DriverModule() {
   const char* image = std::getenv("DRIVER_MODULE");
   return image != nullptr ? image : Built("QM610rDRV1.so");
 }
 
-// The exports as a caller finds them in the loaded module; throws when one is missing.
+// The exports of the loaded module. The constructor throws when one is missing.
 struct Exports {
   HMODULE module;
   void* Find(const char* name) const {

@@ -1,4 +1,4 @@
-// Memory whose last byte lies in front of a page that nobody may touch.
+// Memory that ends at an inaccessible page, so that an access beyond its end faults.
 #pragma once
 
 #include <sys/mman.h>
@@ -12,13 +12,13 @@ namespace support {
 
 class GuardedBuffer {
  public:
-  // size bytes, zeroed, aligned as size allows.
+  // Allocates size zero bytes. The end is page-aligned; the start is aligned as size permits.
   explicit GuardedBuffer(size_t size) : size_(size), open_((size + kPage - 1) / kPage * kPage) {
     map_ = static_cast<std::byte*>(
         mmap(nullptr, open_ + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
     mprotect(map_ + open_, kPage, PROT_NONE);
   }
-  // These bytes, read-only from here on.
+  // Copies the bytes and makes them read-only.
   GuardedBuffer(const void* bytes, size_t size) : GuardedBuffer(size) {
     if (size > 0) std::memcpy(data(), bytes, size);
     mprotect(map_, open_, PROT_READ);

@@ -1,4 +1,4 @@
-// Property sheets of the loaded module, shown to a scripted user.
+// Property sheets of the loaded module, driven by a scripted user.
 #pragma once
 
 #include <cstring>
@@ -10,7 +10,7 @@
 
 namespace support {
 
-// What the mode of the document kinds says besides.
+// The kind of sheet; for a document sheet its flag in the mode.
 enum class SheetKind : DWORD {
   kDocument = 0,
   kAdvanced = DM_ADVANCED,
@@ -18,28 +18,28 @@ enum class SheetKind : DWORD {
   kPrinter = ~0u
 };
 
-struct SheetAsk {
+struct SheetRequest {
   SheetKind kind = SheetKind::kDocument;
-  bool permission = true;                          // document kinds
-  const kestrel::SettingsRecord* input = nullptr;  // document kinds
+  bool permission = true;                          // document sheets only
+  const kestrel::SettingsRecord* input = nullptr;  // document sheets only
   std::u16string printer = kPrinter;
 };
 
-struct SheetAnswer {
-  LONG result = 0;  // of the document kinds CPSUI_OK, CPSUI_CANCEL or -1; else TRUE or FALSE
+struct SheetResult {
+  LONG result = 0;  // CPSUI_OK, CPSUI_CANCEL or -1; TRUE or FALSE for printer properties
   kestrel::SettingsRecord record;  // the output record, filled with 0xAA before the call
 };
 
-// Tabs of the document kinds.
+// The tabs of a document sheet.
 enum DocumentTab : int { kVersionTab, kPaperTab, kOperationTab, kDeviceTab, kFontTab, kUtilityTab };
 
-// Sheets over settings that the spooler keeps.
+// A fixture that runs sheets over the settings that the spooler stores.
 class SheetTest : public MachineTest {
  protected:
-  // Asks for a sheet of the printer as its callers do, whoever sits at the desk: through the
-  // exports, user defaults through the sheet library, whose record the spooler keeps after OK.
-  SheetAnswer AskForSheet(const SheetAsk& ask) {
-    SheetAnswer answer;
+  // Runs a sheet with the attached user. Calls the exports as the system does; for the user's
+  // defaults it calls the sheet library and stores the record after OK.
+  SheetResult RunSheet(const SheetRequest& ask) {
+    SheetResult answer;
     std::memset(&answer.record, 0xAA, sizeof(answer.record));
     const OpenedPrinter printer(ask.printer);
     std::u16string name = ask.printer;
@@ -64,18 +64,18 @@ class SheetTest : public MachineTest {
     }
     return answer;
   }
-  // The same with a person who does the steps, the last of which closes the sheet.
-  SheetAnswer Show(const SheetAsk& ask, Steps steps) {
-    return Follow(std::move(steps), [&] { return AskForSheet(ask); });
+  // Runs a sheet with a user who does the steps. The last step has to close the sheet.
+  SheetResult Show(const SheetRequest& ask, Steps steps) {
+    return RunSteps(std::move(steps), [&] { return RunSheet(ask); });
   }
-  // The sheet of the user's defaults from one of its tabs on, to OK or to Cancel.
-  SheetAnswer Ok(DocumentTab tab, Steps steps = {}) {
+  // Run the sheet of the user's defaults, go to a tab, do the steps and press OK or Cancel.
+  SheetResult Ok(DocumentTab tab, Steps steps = {}) {
     return Show({.kind = SheetKind::kUserDefault}, {GoTo(tab), steps, PressOk()});
   }
-  SheetAnswer Cancel(DocumentTab tab, Steps steps = {}) {
+  SheetResult Cancel(DocumentTab tab, Steps steps = {}) {
     return Show({.kind = SheetKind::kUserDefault}, {GoTo(tab), steps, PressCancel()});
   }
-  void Keep(const kestrel::DriverSettingsBlock& block) { StoreBlock(machine(), block); }
+  void StoreDefaults(const kestrel::DriverSettingsBlock& block) { StoreBlock(machine(), block); }
 };
 
 }  // namespace support

@@ -1,4 +1,4 @@
-// Settings of the test printer as the spooler keeps them, and records as applications make them.
+// The settings of the test printer that the spooler stores, and records of applications.
 #pragma once
 
 #include <cstring>
@@ -24,7 +24,7 @@ std::vector<std::byte> BytesOf(const T& value) {
   return BytesOf(&value, sizeof value);
 }
 
-// The factory defaults of a printer, signed.
+// Returns the factory defaults of a printer with a valid signature.
 inline kestrel::DriverSettingsBlock DefaultBlock(const char16_t* name = kPrinter) {
   kestrel::DriverSettingsBlock block{};
   kestrel::FillDefaultSettings(block, nullptr, name);
@@ -32,7 +32,7 @@ inline kestrel::DriverSettingsBlock DefaultBlock(const char16_t* name = kPrinter
   return block;
 }
 
-// Makes a block what the spooler keeps for the printer.
+// Stores a block as the default record and the printer data of a printer.
 inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettingsBlock& block,
                        const char16_t* name = kPrinter) {
   machine.SetDefaultRecord(name, BytesOf(&block.Record, sizeof block.Record));
@@ -40,8 +40,9 @@ inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettings
                   {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
 }
 
-// The printer-level part that the test printer has now; throws when there is no whole one.
-inline kestrel::PrinterSettingsPart KeptPrinterPart(platform::Machine& machine) {
+// Returns the stored printer-level part of the test printer. Throws when it is missing or has
+// another size.
+inline kestrel::PrinterSettingsPart StoredPrinterPart(platform::Machine& machine) {
   kestrel::PrinterSettingsPart part;
   const auto bytes = machine.Data(kPrinter, u"Private DevMode").value().bytes;
   if (bytes.size() != sizeof part) throw std::length_error("a stored part of another size");
@@ -49,7 +50,7 @@ inline kestrel::PrinterSettingsPart KeptPrinterPart(platform::Machine& machine) 
   return part;
 }
 
-// Numbers at offsets of a record or block, as the stored format fixes them.
+// Reads and writes a number at an offset of a stored record or block.
 template <typename T = int16_t>
 T At(const void* record, size_t offset) {
   T value;

@@ -1,6 +1,6 @@
-// What a person does and sees, step by step: the one vocabulary of all tests that drive windows. A
-// step acts on the window on top when its turn comes, in a sheet on the shown page. One that cannot
-// be done, or that sees something else, fails the test.
+// The steps of a scripted user: actions and expectations, for all tests that drive windows. A step
+// acts on the topmost window, in a property sheet on its active page. A step that cannot be done
+// and an expectation that is not met fail the test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ namespace support {
 using platform::Desk;
 using Step = platform::ScriptedUser::Step;
 
-// Steps one after another. Lists of steps nest, so that a function may answer several.
+// A sequence of steps. Sequences nest, so that a function may return several steps.
 class Steps : public std::vector<Step> {
  public:
   Steps() = default;
@@ -36,32 +36,32 @@ class Steps : public std::vector<Step> {
   }
 };
 
-// A user at the desk of the current machine for the time of a scope.
-class Seat {
+// Attaches a user to the desk of the current machine for the time of a scope.
+class AttachedUser {
  public:
-  explicit Seat(platform::User& user) { platform::Machine::Current().desk().Attach(&user); }
-  ~Seat() {
+  explicit AttachedUser(platform::User& user) { platform::Machine::Current().desk().Attach(&user); }
+  ~AttachedUser() {
     Desk& desk = platform::Machine::Current().desk();
     desk.Attach(nullptr);
     EXPECT_EQ(desk.ModalDepth(), 0);
   }
-  Seat(const Seat&) = delete;
-  Seat& operator=(const Seat&) = delete;
+  AttachedUser(const AttachedUser&) = delete;
+  AttachedUser& operator=(const AttachedUser&) = delete;
 };
 
-// The result of a call while a person does the steps, all of them, the last of which closes the
-// last window.
+// Returns the result of a call during which a user does the steps. The last step has to close the
+// last window; a step that is left over fails the test.
 template <typename Call>
-auto Follow(Steps steps, Call call) {
+auto RunSteps(Steps steps, Call call) {
   platform::ScriptedUser user(std::move(steps));
-  const Seat seat(user);
+  const AttachedUser seat(user);
   auto result = call();
   EXPECT_EQ(user.Problem(), "");
   EXPECT_TRUE(user.Finished());
   return result;
 }
 
-// What a person does, and can do.
+// Returns a step that calls a function of Desk and expects it to succeed.
 template <typename... Parameters, typename... Arguments>
 Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
   return [=](Desk& desk) {
@@ -69,13 +69,13 @@ Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... argume
         << what << testing::PrintToString(std::tuple(arguments...));
   };
 }
-// Buttons, check boxes, radio buttons; the buttons of message boxes.
+// Clicks a button, check box, radio button or a button of a message box.
 inline Step Click(int id) { return Do("click", &Desk::Click, id); }
 inline Step Select(int id, int index) { return Do<int, int>("select", &Desk::Select, id, index); }
 inline Step Select(int id, std::u16string item) {
   return Do<int, std::u16string_view>("select", &Desk::Select, id, item);
 }
-// Types over what an edit holds, behind it, or puts another text there in one change.
+// Replace types over the text of an edit, Type appends to it, Paste replaces it in one change.
 inline Step Replace(int id, std::u16string text) { return Do("replace", &Desk::Replace, id, text); }
 inline Step Type(int id, std::u16string text) { return Do("type", &Desk::Type, id, text); }
 inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste, id, text); }
@@ -90,15 +90,15 @@ inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }
 inline Step PressOk() { return Do("OK", &Desk::Press, platform::SheetButton::kOk); }
 inline Step PressCancel() { return Do("Cancel", &Desk::Press, platform::SheetButton::kCancel); }
 
-// Opens a drop-down list from the keyboard and moves through it by arrow keys, down for positive
-// entries; Enter or Esc closes it.
+// Opens a drop-down list with F4 and moves the selection with arrow keys, down for positive
+// entries. The list stays open.
 inline Steps MoveInOpenList(int list, int entries) {
   Steps steps = {Focus(list), Key(VK_F4)};
   for (int i = 0; i < std::abs(entries); ++i) steps += Key(entries > 0 ? VK_DOWN : VK_UP);
   return steps;
 }
 
-// A message box with this text, style and caption is on top; one of its buttons closes it.
+// Expects a message box with this text, style and caption and closes it with a button.
 inline Step CloseMessage(std::u16string text, UINT style, std::u16string caption,
                          int button = IDOK) {
   return [=](Desk& desk) {
@@ -117,11 +117,11 @@ inline Step ExpectFocus(int id) {
 inline Step ExpectTitle(std::u16string title) {
   return [=](Desk& desk) { EXPECT_EQ(desk.Title(), title); };
 }
-// Whether some page has marked the sheet changed.
+// Expects that a page has, or has not, marked the sheet changed.
 inline Step ExpectChanged(bool changed) {
   return [=](Desk& desk) { EXPECT_EQ(desk.Windows().back().changed, changed); };
 }
-// A member of each control's view is this.
+// Expects a value of a member in the view of each control.
 template <typename Value>
 Step ExpectEach(std::vector<int> ids, Value platform::ControlView::*member, Value value) {
   return [=](Desk& desk) {
@@ -134,7 +134,7 @@ inline Step ExpectEnabled(std::vector<int> ids, bool enabled = true) {
 inline Step ExpectChecked(std::vector<int> ids, bool checked = true) {
   return ExpectEach(ids, &platform::ControlView::checked, checked);
 }
-// A control without size.
+// Expects a control without width and height.
 inline Step ExpectHidden(int id) {
   return [=](Desk& desk) {
     const RECT box = desk.Control(id).rect;

@@ -1,4 +1,4 @@
-// A fresh computer with one printer and the module under test.
+// A fixture with a fresh simulated computer, one printer and the module under test.
 #pragma once
 
 #include <windows.h>
@@ -20,16 +20,16 @@
 
 namespace support {
 
-// Numbers and addresses of any type side by side, to be compared at once.
+// Returns numbers and addresses of any type as a vector, for one comparison.
 template <typename... T>
 std::vector<ULONG_PTR> Words(T... values) {
   return {(ULONG_PTR)(values)...};
 }
 
-// An open printer, null when it could not be opened.
+// A printer handle; null when the printer could not be opened.
 struct OpenedPrinter : std::unique_ptr<void, decltype(&ClosePrinter)> {
-  // With this access, 0 for none asked for; without one, as the control panel does, with all access
-  // or else for use.
+  // Opens with this access; 0 passes no PRINTER_DEFAULTS. Without a value it opens as the control
+  // panel does: with all access or, if that is denied, for use.
   explicit OpenedPrinter(std::u16string name = kPrinter, std::optional<ACCESS_MASK> access = {})
       : unique_ptr(nullptr, ClosePrinter) {
     HANDLE handle = nullptr;
@@ -41,8 +41,8 @@ struct OpenedPrinter : std::unique_ptr<void, decltype(&ClosePrinter)> {
   operator HANDLE() const { return get(); }
 };
 
-// The module's objects in the test program have the resources of the loaded module. At the end of
-// each test nothing may be left behind.
+// The module's code in the test program uses the resources of the loaded module. A test fails when
+// it leaves a handle, heap or drawing object open.
 class MachineTest : public testing::Test {
  protected:
   MachineTest() {
@@ -59,31 +59,32 @@ class MachineTest : public testing::Test {
 
   platform::Machine& machine() { return *machine_; }
   platform::Desk& desk() { return machine_->desk(); }
-  // What is open or held: printers, modules, registry keys, heaps, their blocks, drawing objects.
+  // Returns the numbers of open printers, modules and registry keys, of heaps and their blocks, and
+  // of drawing objects.
   std::vector<ULONG_PTR> Live() {
     return Words(machine().OpenPrinterHandles(), machine().OpenModules(),
                  machine().OpenRegistryKeys(), machine().LiveHeaps(), machine().LiveAllocations(),
                  platform::LiveGdiObjects() + platform::LiveDcs());
   }
-  // Runs call() with each allocation (spooler call, …) failing once, and once without a failure;
-  // nothing is left behind. check(kind, whether something failed) looks at what came out. Answers
-  // how many failures there were.
+  // Runs call() again and again; the n-th operation of a kind fails in the n-th run, until a run
+  // has no failure. Expects that each run leaves nothing open and calls check(kind, failed) after
+  // it. Returns the number of failures.
   template <typename Call, typename Check>
-  int WalkFaults(std::initializer_list<platform::Fault> kinds, Call call, Check check) {
+  int ForEachFault(std::initializer_list<platform::Fault> kinds, Call call, Check check) {
     int failures = 0;
     for (const platform::Fault kind : kinds) {
-      bool struck = true;
-      for (int n = 1; struck; ++n) {
+      bool failed = true;
+      for (int n = 1; failed; ++n) {
         SCOPED_TRACE(testing::Message()
                      << "failure " << n << " of kind " << static_cast<int>(kind));
         const auto before = Live();
         machine().faults.FailNth(kind, n);
         call();
-        struck = machine().faults.HasFailed(kind);
+        failed = machine().faults.HasFailed(kind);
         machine().faults.Clear();
         EXPECT_EQ(Live(), before);
-        check(kind, struck);
-        failures += struck;
+        check(kind, failed);
+        failures += failed;
         if (HasFailure() || n > 5000) return -1;
       }
     }

@@ -1,12 +1,12 @@
-// What a function of the API returns as it found it: the x87 control word, which sets the precision
-// of computations, and the direction flag. Other processors have neither.
+// Processor state that an API function has to preserve: the x87 control word, which sets the
+// precision of computations, and the direction flag. Other processors have neither.
 #pragma once
 
 #include <cstdint>
 
 namespace support {
 
-// With 24, 53 and 64 bits of precision.
+// The control words for a precision of 24, 53 and 64 bits.
 constexpr uint16_t kControlWords[] = {0x007F, 0x027F, 0x037F};
 
 #if defined(__x86_64__) || defined(__i386__)

@@ -18,7 +18,7 @@ constexpr char16_t kSecond[] = u"C:\\data\\second.ini";
 class Transfers : public BackupTest {
  protected:
   // Shows the user defaults on the utility page on the calling thread; closes them with OK.
-  support::SheetAnswer Sheet(Steps steps) { return Ok(support::kUtilityTab, std::move(steps)); }
+  support::SheetResult Sheet(Steps steps) { return Ok(support::kUtilityTab, std::move(steps)); }
   // A step during which another sheet is shown and closed.
   Steps OtherSheet(Steps steps) {
     return {[=, this](platform::Desk&) { std::thread([=, this] { Sheet(steps); }).join(); }};
@@ -26,7 +26,7 @@ class Transfers : public BackupTest {
 };
 
 TEST_F(Transfers, SaveDuringAnotherSheetsLoadTouchesOnlyItsOwnFile) {
-  Keep(block_);
+  StoreDefaults(block_);
   ASSERT_TRUE(Save(kSecond));
   const std::string second = Bytes(kSecond);
   std::filesystem::remove(machine().HostPath(kSecond));
@@ -48,7 +48,7 @@ TEST_F(Transfers, SaveDuringAnotherSheetsLoadTouchesOnlyItsOwnFile) {
 }
 
 TEST_F(Transfers, NestedFileDialogOfAnotherSheetKeepsTheChoice) {
-  Keep(block_);
+  StoreDefaults(block_);
   constexpr int kName = 1148;  // the file dialog's name field
   const Steps cancel = {Click(IDC_UTILITY_LOAD_BROWSE), Click(IDCANCEL)};
   Sheet({Click(IDC_UTILITY_SAVE_BROWSE), Replace(kName, u"chosen"), OtherSheet(cancel), Click(IDOK),

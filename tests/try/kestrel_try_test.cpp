@@ -68,7 +68,7 @@ TEST_F(KestrelTry, TextIsValidJsonInUtf8) {
   kestrel::DriverSettingsBlock block = support::DefaultBlock();
   kestrel::CopyText(block.Printer.Papers[0].PaperName,
                     u"\"58\\68\"\t\x1F é 標準 \xD83D\xDD8B \xD800|\xDC00");
-  Keep(block);
+  StoreDefaults(block);
   const auto calls = nlohmann::json::parse(RunModule(u"\"Label Printer\"").output);
   const auto names = std::ranges::find(calls, "DrvDeviceCapabilities, DC_PAPERNAMES",
                                        [](const auto& call) { return call["call"]; });
@@ -123,9 +123,9 @@ TEST_F(KestrelTry, DocumentSheetsStoreNothing) {
     for (const std::u16string kind : {u"document", u"advanced"}) {
       const auto show = [&] { return RunModule(u"\"Label Printer\" --sheet " + kind); };
       const Steps steps = {GoTo(kFontTab), GoTo(kOperationTab), GoTo(kPaperTab)};
-      EXPECT_EQ(Follow({steps, PressCancel()}, show).exitCode, kCancelled);
+      EXPECT_EQ(RunSteps({steps, PressCancel()}, show).exitCode, kCancelled);
       EXPECT_EQ(Stored(), before);
-      const ProgramResult run = Follow({steps, PressOk()}, show);
+      const ProgramResult run = RunSteps({steps, PressOk()}, show);
       EXPECT_EQ(run.exitCode, kDone);
       EXPECT_EQ(Stored(), before);
       const auto call = nlohmann::json::parse(run.output)[0];
@@ -149,13 +149,13 @@ TEST_F(KestrelTry, StoringSheetsStoreOnOkWhereAllowed) {
                  ? Steps()
                  : Steps{GoTo(kPaperTab), ExpectEnabled({IDC_PAPER_VERT_BASE}, permission)};
     };
-    EXPECT_EQ(Follow({expectPermission(true), PressCancel()}, show).exitCode, kCancelled);
+    EXPECT_EQ(RunSteps({expectPermission(true), PressCancel()}, show).exitCode, kCancelled);
     EXPECT_EQ(Stored(), before);
     machine().SetPermission(kPrinter, false, false);
-    EXPECT_EQ(Follow({expectPermission(false), PressOk()}, show).exitCode, kDone);
+    EXPECT_EQ(RunSteps({expectPermission(false), PressOk()}, show).exitCode, kDone);
     EXPECT_EQ(Stored(), before);
     machine().SetPermission(kPrinter, true, true);
-    const ProgramResult run = Follow(PressOk(), show);
+    const ProgramResult run = RunSteps(PressOk(), show);
     EXPECT_EQ(run.exitCode, kDone);
     EXPECT_EQ(nlohmann::json::parse(run.output)[0].contains("record"), kind == u"user-default");
     EXPECT_EQ(Stored()[u"Private DevMode"], privateDevMode);
