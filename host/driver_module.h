@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/machine/guard.h"
 #include "platform/machine/machine.h"
 
 namespace printhost {

@@ -8,6 +8,7 @@
 
 #include "driver/settings_block.h"
 #include "host/utf8.h"
+#include "platform/machine/guard.h"
 
 namespace printhost {
 

@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include <cstdlib>
 #include <cstring>
 

@@ -1,4 +1,5 @@
 // windows/runtime.cpp, compiled as for the DLLs, compared with the functions of the compiler.
+#include <windows.h>
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -14,6 +14,7 @@
 #include "driver/instance.h"
 #include "platform/gdi32/gdi.h"
 #include "platform/machine/desk.h"
+#include "platform/machine/guard.h"
 #include "platform/machine/machine.h"
 #include "tests/support/exports.h"
 #include "tests/support/settings.h"
