@@ -16,6 +16,7 @@
 #include "paper/paper_table.h"
 #include "platform/gdi32/gdi.h"
 #include "platform/machine/desk.h"
+#include "platform/machine/guard.h"
 #include "sheets/page_services.h"
 #include "tests/fuzz/harness.h"
 #include "tests/fuzz/stray_messages.h"
