@@ -19,23 +19,6 @@ constexpr char kTable[] = R"(
     type INTEGER NOT NULL, bytes BLOB NOT NULL, PRIMARY KEY (path, folded)) WITHOUT ROWID;
   PRAGMA user_version = 2;
 )";
-// Version 1 had a table for each kind of thing.
-constexpr char kFromVersion1[] = R"(
-  INSERT INTO rows SELECT 'COMPUTER', 'FACTS', 'settings', 0,
-    CAST(group_concat(value, char(0)) AS BLOB) FROM (SELECT value FROM settings ORDER BY name)
-    HAVING count(*) = 10;
-  INSERT INTO rows SELECT 'COMPUTER', 'PRINTERS', 'printers', 0, CAST(seq AS BLOB)
-    FROM sqlite_sequence WHERE name = 'printers';
-  INSERT INTO rows SELECT 'PRINTERS', folded, name, 0, CAST(id || char(0) || driver || char(0) ||
-    port || char(0) || processor || char(0) || help || char(0) || data_file || char(0) ||
-    attributes || char(0) || administer || char(0) || writable AS BLOB) FROM printers;
-  INSERT INTO rows SELECT 'RECORDS', folded, name, 0, record FROM printers WHERE record NOT NULL;
-  INSERT INTO rows SELECT 'DATA\' || printer, folded, name, type, bytes FROM printer_data;
-  INSERT INTO rows SELECT 'KEYS', folded, name, 0, x'' FROM registry_keys;
-  INSERT INTO rows SELECT 'REGISTRY\' || key, folded, name, type, bytes FROM registry_values;
-  DROP TABLE settings; DROP TABLE printers; DROP TABLE printer_data; DROP TABLE registry_keys;
-  DROP TABLE registry_values;
-)";
 
 std::string Sentence(sqlite3* connection) {
   int code = sqlite3_errcode(connection) & 0xFF;
@@ -165,11 +148,9 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
 
 void SqliteDatabase::MakeTable() {
   const int64_t version = Number("PRAGMA user_version");
-  if (version > kSchemaVersion) {
-    throw std::runtime_error("it was made by a newer version; name another folder");
-  }
-  if (version < kSchemaVersion) Execute(kTable);
-  if (version == 1) Execute(kFromVersion1);
+  if (version == kSchemaVersion) return;
+  if (version != 0) throw std::runtime_error("another version made it; name another folder");
+  Execute(kTable);
 }
 
 void SqliteDatabase::Throw() { throw std::runtime_error(Sentence(connection_.get())); }

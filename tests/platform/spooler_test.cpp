@@ -135,29 +135,6 @@ struct State : testing::Test {
   fs::path directory_ = mkdtemp(name_.data());
 };
 
-// The tables of the first version, as that version filled them. The current format: tests/host.
-TEST_F(State, FirstVersionOfTheStoreIsConverted) {
-  const std::string run =
-      "python3 -c 'import sqlite3, sys; sqlite3.connect(sys.argv[1]).executescript(sys.argv[2])' " +
-      name_ + "/computer.sqlite \"$(cat " + support::Built("golden/first.sql") + ")\"";
-  ASSERT_EQ(std::system(run.c_str()), 0);
-  const auto machine = Machine::Open(directory_);
-  const platform::OsVersion os = machine->os();
-  EXPECT_EQ(std::tuple(os.major, os.minor, os.servicePack, os.platformId, os.productType),
-            std::tuple(5, 2, 1, 2, 3));
-  const platform::PrinterSetup is = machine->Printers().at(0);
-  EXPECT_EQ(is.name + is.driverName + is.portName + is.printProcessor + is.helpFile + is.dataFile +
-                machine->executablePath(),
-            u"pdqwfC:\\x.exe");
-  EXPECT_TRUE(is.attributes == 72 && is.administer);
-  EXPECT_FALSE(is.writable || os.verifies || machine->administrator());
-  EXPECT_EQ(machine->DefaultRecord(u"P").size(), 2u);
-  EXPECT_EQ(machine->AllData(u"P").at(u"n").type, REG_SZ);
-  EXPECT_EQ(machine->AllRegistry(u"").at(u"a\\v").type, REG_DWORD);
-  HKEY key = nullptr;
-  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"A", 0, KEY_WRITE, &key), ERROR_ACCESS_DENIED);
-}
-
 TEST_F(State, TransactionStoresAllOrNothing) {
   const auto other = Machine::Open(directory_), machine = Machine::Open(directory_);
   const auto install = [&machine](const auto& last) {

@@ -238,8 +238,8 @@ TEST_F(PropertySheets, CopyAndStoreByKindPermissionAndResult) {
     ASSERT_EQ(machine().Broadcasts().size(), broadcasts + stored);
     if (stored) {
       actual += " stored";
-      // Printer properties edit nothing and store the printer's own settings.
-      EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, isDevice ? 0 : 2);
+      // The printer has no stored settings that printer properties could load again.
+      EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, 2);
       EXPECT_EQ(machine().Broadcasts().back().message, WM_DEVMODECHANGE);
       EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
     }
