@@ -157,6 +157,16 @@ TEST(SupportedStyles, DependOnRowAndMagnifications) {
   }
 }
 
+// A backup file may contain the kinds 1000 and 1100.
+TEST(BarcodeFields, UnlistedKindsHaveLayoutOfCode39OrNone) {
+  for (const int kind : {1000, 1100}) {
+    EXPECT_EQ(kestrel::BarcodeFields(kind).data(), kestrel::BarcodeFields(500).data()) << kind;
+  }
+  for (const int kind : {0, 1800, 2200, 2300, 2400}) {
+    EXPECT_TRUE(kestrel::BarcodeFields(kind).empty()) << kind;
+  }
+}
+
 TEST_F(DecoDialogTest, StoredFontIsShownAndChangedOnlyByOk) {
   // Cancel leaves the stored font; the steps and OK change it to the expected one.
   const auto changes = [&](const Record& stored, const Record& expected, const Steps& steps = {}) {
