@@ -12,9 +12,9 @@ std::u16string FromUtf8(std::string_view text);
 // A lone surrogate becomes U+FFFD, so that the answer is always UTF-8.
 std::string ToUtf8(std::u16string_view text);
 
-// A text for a terminal, whoever wrote it: control characters, line and paragraph separators and
-// the marks that change the direction of a text become "\\u001b" and the like, everything else
-// stays.
+// Returns a text that a terminal can print safely: control characters, line and paragraph
+// separators and direction marks are replaced by escapes such as "\\u001b". Other characters are
+// copied.
 std::string Printable(std::string_view utf8);
 
 }  // namespace printhost

@@ -74,9 +74,9 @@ function misfits(page, least) {
     }
     for (const text of window.querySelectorAll(".text:not(:has(.own)), .own, .gloss")) {
       const box = text.closest(".push, .choice, .check, .group, .static:not(.wrapped)");
-      const [room, own] = [box?.getBoundingClientRect(), text.getBoundingClientRect()];
-      if (room && (own.right > room.right + 2 || own.left < room.left - 2)) faults.push(`${text.textContent} is cut off`);
-      if (box?.matches(".push, .choice") && (own.bottom > room.bottom + 1 || own.top < room.top - 1)) faults.push(`${text.textContent} is cut off below or above`);
+      const [bounds, own] = [box?.getBoundingClientRect(), text.getBoundingClientRect()];
+      if (bounds && (own.right > bounds.right + 2 || own.left < bounds.left - 2)) faults.push(`${text.textContent} is cut off`);
+      if (box?.matches(".push, .choice") && (own.bottom > bounds.bottom + 1 || own.top < bounds.top - 1)) faults.push(`${text.textContent} is cut off below or above`);
       if (own.width && text.textContent && letters(text) < leastLetter) faults.push(`${text.textContent} has letters of ${letters(text)}`);
     }
     // The browser draws the choice of a closed list, unless the page does; the arrow takes 18 pixels.

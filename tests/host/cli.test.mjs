@@ -59,8 +59,8 @@ test("texts of a record that control a terminal are shown escaped", (t) => {
   const short = Buffer.alloc(156);
   short.write("\x1b[31mA\r\n\u009b\u2028\u202eé", 0, "utf16le");
   writeFileSync(pc.file("short"), (short.writeInt16LE(156, SIZE), short));
-  const told = pc.done("convert", NAME, "--in", pc.file("short"));
-  assert.match(told, /^public\.dmDeviceName\t\\u001b\[31mA\\u000d\\u000a\\u009b\\u2028\\u202eé$/m);
+  const output = pc.done("convert", NAME, "--in", pc.file("short"));
+  assert.match(output, /^public\.dmDeviceName\t\\u001b\[31mA\\u000d\\u000a\\u009b\\u2028\\u202eé$/m);
   assert.equal(pc.json("convert", NAME, "--in", pc.file("short")).public.dmDeviceName, "\x1b[31mA\r\n\u009b\u2028\u202eé");
 });
 
@@ -112,7 +112,7 @@ test("printers, the computer and the device are kept and changed, and go with th
   assert.equal(pc.json("device", NAME).mode, "tear-off");
 });
 
-test("misuse is told in one line with exit code 2, and changes nothing", (t) => {
+test("misuse prints one line, exits with 2 and changes nothing", (t) => {
   const pc = computer(t, NAME);
   const before = pc.json("machine");
   for (const words of [[], ["nonsense"], ["add"], ["add", ""], ["caps"], ["caps", NAME, "--frob"], ["data", NAME, "a", "b"], ["convert", NAME],
@@ -138,13 +138,13 @@ test("misuse is told in one line with exit code 2, and changes nothing", (t) => 
 
 test("the driver that runs is the Windows DLL, or the native module where that was asked for", (t) => {
   const pc = computer(t, NAME);
-  const told = pc.json("module");
-  const bytes = readFileSync(told.file);
-  assert.equal(told.sha256, createHash("sha256").update(bytes).digest("hex"));
-  const built = (machine, name) => join(dirname(realpathSync(told.file)), `../${machine}/${name}`);
+  const installed = pc.json("module");
+  const bytes = readFileSync(installed.file);
+  assert.equal(installed.sha256, createHash("sha256").update(bytes).digest("hex"));
+  const built = (machine, name) => join(dirname(realpathSync(installed.file)), `../${machine}/${name}`);
   for (const [machine, format, wide] of [["x86", "PE32", false], ["x64", "PE32+", true], ["arm64", "PE32+", true]]) {
     const file = pc.json("module", built(machine, "QM610rDRV1.dll"));
-    assert.deepEqual([file.format, file.exports], [format, told.exports]);
+    assert.deepEqual([file.format, file.exports], [format, installed.exports]);
     assert.ok(file.hardening.callTargets > 40);
     delete file.hardening.callTargets;
     assert.deepEqual(file.hardening, {
@@ -163,16 +163,16 @@ test("the driver that runs is the Windows DLL, or the native module where that w
   }
   const caps = pc.json("caps", NAME);
   pc.done("add", "native", "--native");
-  assert.match(readlinkSync(told.file), /\.so$/);
+  assert.match(readlinkSync(installed.file), /\.so$/);
   assert.deepEqual(pc.json("caps", NAME), caps);
   pc.refused(3, "module");
   pc.done("add", "again");
-  assert.equal(pc.json("module").sha256, told.sha256);
+  assert.equal(pc.json("module").sha256, installed.sha256);
 });
 
 test("a terminal shows what to do at the address and what became of the settings; a pipe does not", async (t) => {
   const pc = computer(t, NAME);
-  for (const [kind, button, status, told] of [["user-default", "ok", 0, `The settings are stored as the default of "${NAME}".`],
+  for (const [kind, button, status, report] of [["user-default", "ok", 0, `The settings are stored as the default of "${NAME}".`],
     ["user-default", "cancel", 1, "Cancelled; the settings are as they were."],
     ["document", "ok", 0, "The settings are handed to no application and not stored; --out FILE writes them."]]) {
     const words = ["--state", pc.state, "sheet", NAME, "--kind", kind];
@@ -185,7 +185,7 @@ test("a terminal shows what to do at the address and what became of the settings
       const [, after, end] = /^http:\S+\n([^]*?)([^\n]*\n)?$/.exec(output);
       assert.deepEqual([ended, errors], [status, ""]);
       if (command !== "script") assert.deepEqual([after, end], ["", undefined]);
-      else assert.ok(/^Open the address in a browser on this computer\. On OK the settings are [^]*Ctrl-C/.test(after) && end === `${told}\n`, output);
+      else assert.ok(/^Open the address in a browser on this computer\. On OK the settings are [^]*Ctrl-C/.test(after) && end === `${report}\n`, output);
     }
   }
 });
