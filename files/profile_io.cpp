@@ -56,8 +56,8 @@ TransferStart ProfileIo::Open(const WCHAR* fileName, TransferDirection direction
   if (!IsCp932Representable(path, length, nullptr)) return TransferStart::kBadPath;
   char bytes[2 * 2 * MAX_PATH];
   if (ToCodePage(path, -1, bytes, sizeof(bytes)) >= kPathBytes) return TransferStart::kBadPath;
-  // The conversion returns the empty text on a system without code page 932.
-  if (bytes[0] == 0 || !ReadsAsInAnsiCodePage(bytes, path)) return TransferStart::kBadCodePage;
+  // Without code page 932 the converted path is empty, which is not the path either.
+  if (!ReadsAsInAnsiCodePage(bytes, path)) return TransferStart::kBadCodePage;
   std::memcpy(path_, bytes, kPathBytes);
   direction_ = direction;
   return TransferStart::kReady;
