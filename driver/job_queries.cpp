@@ -15,7 +15,7 @@ namespace {
 template <typename Info>
 void WriteJobResolution(Info& info, const RecordView& record) {
   info.dwColorOptimization = 0;
-  if (!record.given()) return;
+  if (!record.hasFields()) return;
   record.ReadPublic(offsetof(DEVMODEW, dmPrintQuality), &info.dmPrintQuality);
   record.ReadPublic(offsetof(DEVMODEW, dmYResolution), &info.dmYResolution);
 }

@@ -56,12 +56,12 @@ void MergePrivateFields(PrivateDevMode& settings, const PrivateDevMode& input) {
 
 void _UdcMergeSelfDMode(DriverSettingsBlock& block, const RecordView& input, unsigned mismatch,
                         HANDLE printer, const WCHAR* name) {
-  if (input.given()) {
+  if (input.hasFields()) {
     MergePublicFields(block, input);
-    PrivateDevMode given;
+    PrivateDevMode fields;
     if (block.Record.Private.nCompulsory == 0 && mismatch == 0 &&
-        input.Read(kPrivateOffset, &given))
-      MergePrivateFields(block.Record.Private, given);
+        input.Read(kPrivateOffset, &fields))
+      MergePrivateFields(block.Record.Private, fields);
   }
   FillPublicFields(block, printer, name);
 }

@@ -27,7 +27,7 @@ class RecordView {
   }
 
   // Returns false for a missing record and for one too short to contain dmFields.
-  bool given() const { return publicSize_ >= offsetof(DEVMODEW, dmFields) + sizeof(DWORD); }
+  bool hasFields() const { return publicSize_ >= offsetof(DEVMODEW, dmFields) + sizeof(DWORD); }
   const BYTE* bytes() const { return bytes_; }
   size_t publicSize() const { return publicSize_; }
   size_t privateSize() const { return privateSize_; }

@@ -29,7 +29,9 @@ WORD ShortPrivateSize(const RecordView& input) {
   return static_cast<WORD>(std::min(input.privateSize(), size_t{kPrivateSize}));
 }
 
-bool IsShort(const RecordView& input) { return input.given() && input.publicSize() < kPublicSize; }
+bool IsShort(const RecordView& input) {
+  return input.hasFields() && input.publicSize() < kPublicSize;
+}
 
 // An application that uses an older, shorter DEVMODE receives its own record back, with the sizes
 // that were copied. The record is assembled in a local copy because input and output may be the
@@ -75,7 +77,7 @@ size_t SettingsRecordSize(const RecordView& input) {
 void ResolveBlock(DriverSettingsBlock& block, const RecordView& input, HANDLE printer,
                   const WCHAR* name) {
   LoadPrinterSettings(block, printer, name);
-  if (!input.given()) return;
+  if (!input.hasFields()) return;
   _UdcMergeSelfDMode(block, input, MismatchOnThisSystem(input, name), printer, name);
 }
 
