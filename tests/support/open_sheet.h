@@ -38,35 +38,35 @@ class SheetTest : public MachineTest {
  protected:
   // Runs a sheet with the attached user. Calls the exports as the system does; for the user's
   // defaults it calls the sheet library and stores the record after OK.
-  SheetResult RunSheet(const SheetRequest& ask) {
-    SheetResult answer;
-    std::memset(&answer.record, 0xAA, sizeof(answer.record));
-    const OpenedPrinter printer(ask.printer);
-    std::u16string name = ask.printer;
-    auto* input = ask.input ? const_cast<DEVMODEW*>(&ask.input->Public) : nullptr;
-    DEVMODEW* output = &answer.record.Public;
-    const DWORD mode = DM_COPY | DM_PROMPT | static_cast<DWORD>(ask.kind) |
-                       (ask.permission ? 0 : DM_NOPERMISSION) | (input ? DM_IN_BUFFER : 0);
-    if (ask.kind == SheetKind::kPrinter) {
-      answer.result = exports_.PrinterProperties(nullptr, printer);
-    } else if (ask.kind == SheetKind::kUserDefault) {
+  SheetResult RunSheet(const SheetRequest& request) {
+    SheetResult sheet;
+    std::memset(&sheet.record, 0xAA, sizeof(sheet.record));
+    const OpenedPrinter printer(request.printer);
+    std::u16string name = request.printer;
+    auto* input = request.input ? const_cast<DEVMODEW*>(&request.input->Public) : nullptr;
+    DEVMODEW* output = &sheet.record.Public;
+    const DWORD mode = DM_COPY | DM_PROMPT | static_cast<DWORD>(request.kind) |
+                       (request.permission ? 0 : DM_NOPERMISSION) | (input ? DM_IN_BUFFER : 0);
+    if (request.kind == SheetKind::kPrinter) {
+      sheet.result = exports_.PrinterProperties(nullptr, printer);
+    } else if (request.kind == SheetKind::kUserDefault) {
       const auto header = std::make_unique<DOCUMENTPROPERTYHEADER>(
           DOCUMENTPROPERTYHEADER{sizeof(DOCUMENTPROPERTYHEADER), 0, printer, name.data(), input,
                                  output, kestrel::kRecordSize, mode});
       DWORD result = 0;
       const LONG shown = CommonPropertySheetUIW(nullptr, exports_.DrvDocumentPropertySheets,
                                                 reinterpret_cast<LPARAM>(header.get()), &result);
-      answer.result = shown > 0 ? static_cast<LONG>(result) : -1;
-      if (answer.result == CPSUI_OK) machine().SetDefaultRecord(name, BytesOf(answer.record));
+      sheet.result = shown > 0 ? static_cast<LONG>(result) : -1;
+      if (sheet.result == CPSUI_OK) machine().SetDefaultRecord(name, BytesOf(sheet.record));
     } else {
-      answer.result =
+      sheet.result =
           exports_.DrvDocumentProperties(nullptr, printer, name.data(), output, input, mode);
     }
-    return answer;
+    return sheet;
   }
   // Runs a sheet with a user who does the steps. The last step has to close the sheet.
-  SheetResult Show(const SheetRequest& ask, Steps steps) {
-    return RunSteps(std::move(steps), [&] { return RunSheet(ask); });
+  SheetResult Show(const SheetRequest& request, Steps steps) {
+    return RunSteps(std::move(steps), [&] { return RunSheet(request); });
   }
   // Run the sheet of the user's defaults, go to a tab, do the steps and press OK or Cancel.
   SheetResult Ok(DocumentTab tab, Steps steps = {}) {

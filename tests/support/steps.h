@@ -54,7 +54,7 @@ class AttachedUser {
 template <typename Call>
 auto RunSteps(Steps steps, Call call) {
   platform::ScriptedUser user(std::move(steps));
-  const AttachedUser seat(user);
+  const AttachedUser attached(user);
   auto result = call();
   EXPECT_EQ(user.Problem(), "");
   EXPECT_TRUE(user.Finished());
@@ -63,32 +63,38 @@ auto RunSteps(Steps steps, Call call) {
 
 // Returns a step that calls a function of Desk and expects it to succeed.
 template <typename... Parameters, typename... Arguments>
-Step Do(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
+Step Perform(const char* what, bool (Desk::*does)(Parameters...), Arguments... arguments) {
   return [=](Desk& desk) {
     EXPECT_TRUE((desk.*does)(arguments...))
         << what << testing::PrintToString(std::tuple(arguments...));
   };
 }
 // Clicks a button, check box, radio button or a button of a message box.
-inline Step Click(int id) { return Do("click", &Desk::Click, id); }
-inline Step Select(int id, int index) { return Do<int, int>("select", &Desk::Select, id, index); }
+inline Step Click(int id) { return Perform("click", &Desk::Click, id); }
+inline Step Select(int id, int index) {
+  return Perform<int, int>("select", &Desk::Select, id, index);
+}
 inline Step Select(int id, std::u16string item) {
-  return Do<int, std::u16string_view>("select", &Desk::Select, id, item);
+  return Perform<int, std::u16string_view>("select", &Desk::Select, id, item);
 }
 // Replace types over the text of an edit, Type appends to it, Paste replaces it in one change.
-inline Step Replace(int id, std::u16string text) { return Do("replace", &Desk::Replace, id, text); }
-inline Step Type(int id, std::u16string text) { return Do("type", &Desk::Type, id, text); }
-inline Step Paste(int id, std::u16string text) { return Do("paste", &Desk::Paste, id, text); }
-inline Step Spin(int id, int steps) { return Do("spin", &Desk::Spin, id, steps); }
-inline Step Focus(int id) { return Do("focus", &Desk::Focus, id); }
-inline Step Tab(bool back = false) { return Do("tab", &Desk::Tab, back); }
-inline Step Key(int key) { return Do("key", &Desk::Key, key); }
-inline Step Enter() { return Do("Enter", &Desk::Enter); }
-inline Step Escape() { return Do("Esc", &Desk::Escape); }
-inline Step Close() { return Do("close", &Desk::Close); }
-inline Step GoTo(int tab) { return Do("go to tab", &Desk::Page, tab); }
-inline Step PressOk() { return Do("OK", &Desk::Press, platform::SheetButton::kOk); }
-inline Step PressCancel() { return Do("Cancel", &Desk::Press, platform::SheetButton::kCancel); }
+inline Step Replace(int id, std::u16string text) {
+  return Perform("replace", &Desk::Replace, id, text);
+}
+inline Step Type(int id, std::u16string text) { return Perform("type", &Desk::Type, id, text); }
+inline Step Paste(int id, std::u16string text) { return Perform("paste", &Desk::Paste, id, text); }
+inline Step Spin(int id, int steps) { return Perform("spin", &Desk::Spin, id, steps); }
+inline Step Focus(int id) { return Perform("focus", &Desk::Focus, id); }
+inline Step Tab(bool back = false) { return Perform("tab", &Desk::Tab, back); }
+inline Step Key(int key) { return Perform("key", &Desk::Key, key); }
+inline Step Enter() { return Perform("Enter", &Desk::Enter); }
+inline Step Escape() { return Perform("Esc", &Desk::Escape); }
+inline Step Close() { return Perform("close", &Desk::Close); }
+inline Step GoTo(int tab) { return Perform("go to tab", &Desk::Page, tab); }
+inline Step PressOk() { return Perform("OK", &Desk::Press, platform::SheetButton::kOk); }
+inline Step PressCancel() {
+  return Perform("Cancel", &Desk::Press, platform::SheetButton::kCancel);
+}
 
 // Opens a drop-down list with F4 and moves the selection with arrow keys, down for positive
 // entries. The list stays open.
