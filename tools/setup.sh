@@ -50,6 +50,7 @@ build() {
   if command -v ccache > /dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache CMAKE_C_COMPILER_LAUNCHER=ccache
     export CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root CCACHE_DEPEND=1
+    export CCACHE_SLOPPINESS=pch_defines,time_macros # without these it does not cache users of precompiled headers
   fi
   mkdir -p "$folder"
   (
