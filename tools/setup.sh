@@ -11,7 +11,7 @@ say() { printf '%s\n' "$*" >&2; }
 
 # need PACKAGE…: installs those that are missing.
 need() {
-  command -v dpkg-query > /dev/null || return 0 # not a Debian system: the build tells what is missing
+  command -v dpkg-query > /dev/null || return 0 # not a Debian system: the build reports what is missing
   local missing
   mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) <(
     dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2> /dev/null | sed -n 's/^installed //p' | sort -u))
