@@ -25,30 +25,23 @@ void Store::Transaction(const std::function<void()>& body) {
   const std::lock_guard lock(mutex_);
   if (inTransaction_) return body();
   if (database_ != nullptr) database_->Begin();
+  Rows before;  // what a rollback restores
   try {
     Refresh();
+    before = rows_;
     inTransaction_ = true;
     body();
     if (!failure_.empty()) throw std::runtime_error(failure_);
     if (database_ != nullptr) database_->Commit();
   } catch (...) {
     if (database_ != nullptr) database_->Rollback();
-    Undo();
+    if (inTransaction_) rows_ = std::move(before);
+    ++storeVersion_;
     inTransaction_ = false;
     failure_.clear();
     throw;
   }
-  changes_.clear();
   inTransaction_ = false;
-}
-
-void Store::Undo() {
-  for (; !changes_.empty(); changes_.pop_back()) {
-    Change& last = changes_.back();
-    rows_.erase(last.key);
-    if (last.before) rows_[last.key] = std::move(*last.before);
-  }
-  ++storeVersion_;
 }
 
 // Writes a value; removes it when there is no row.
@@ -62,11 +55,11 @@ void Store::Set(const RowKey& key, std::optional<Row> row) {
     if (inTransaction_) failure_ = failure.what();
     throw;
   }
-  const auto old = rows_.extract(key);
-  if (inTransaction_) {
-    changes_.push_back({key, old ? std::optional(std::move(old.mapped())) : std::nullopt});
+  if (row) {
+    rows_[key] = std::move(*row);
+  } else {
+    rows_.erase(key);
   }
-  if (row) rows_[key] = std::move(*row);
   ++storeVersion_;
 }
 

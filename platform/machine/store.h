@@ -10,7 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/machine/database.h"
 #include "platform/machine/faults.h"
@@ -38,13 +37,8 @@ class Store {
   uint64_t Version();
 
  private:
-  struct Change {
-    RowKey key;
-    std::optional<Row> before;
-  };
   void Refresh();
   void Set(const RowKey& key, std::optional<Row> row);
-  void Undo();
 
   std::recursive_mutex mutex_;  // one connection, one caller at a time
   Faults& faults_;
@@ -53,8 +47,7 @@ class Store {
   Rows rows_;
   uint64_t storeVersion_ = 0;
   bool inTransaction_ = false;
-  std::vector<Change> changes_;  // of the transaction, for its undo
-  std::string failure_;          // the first one of the transaction
+  std::string failure_;  // the first one of the transaction
 };
 
 }  // namespace platform
