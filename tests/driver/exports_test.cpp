@@ -1,5 +1,4 @@
 // Arguments, results and stored data of the exports, also when a platform call fails.
-#include <algorithm>
 #include <functional>
 #include <set>
 
@@ -9,231 +8,251 @@
 namespace kestrel {
 namespace {
 
-using support::At;
+using platform::Fault;
 using support::BytesOf;
 using support::kPrinter;
+using Bytes = std::vector<std::byte>;
+
+// The arguments that a call omits.
+enum Omitted : unsigned { kNone = 0, kInput = 1, kOutput = 2, kSize = 4, kPrinterName = 8 };
 
 class EntryPoints : public support::MachineTest {
  protected:
-  DEVMODEW* In() { return &in_.Record.Public; }
-  DEVMODEW* Out() { return reinterpret_cast<DEVMODEW*>(out_); }
-  EntryPoints() { Describe(0); }
-  // Returns a result as text with the last error of a failure and the number of bytes written to
-  // out_. Resets both.
-  std::string Describe(LONG result) {
-    std::string text = std::to_string(result);
-    if (result <= 0) text += " error " + std::to_string(GetLastError());
-    size_t written = sizeof out_;
-    while (written > 0 && out_[written - 1] == 0xCD) --written;
-    if (written > 0) text += " wrote " + std::to_string(written);
-    std::fill_n(out_, sizeof out_, BYTE{0xCD});
-    SetLastError(0);
-    return text;
+  EntryPoints() { ClearOutput(); }
+  DEVMODEW* Input() { return &input_.Record.Public; }
+  DEVMODEW* Output() { return reinterpret_cast<DEVMODEW*>(output_); }
+  void ClearOutput() { std::fill_n(output_, sizeof output_, BYTE{0xCD}); }
+  // Returns the output up to the last byte that a call has written.
+  Bytes WrittenBytes() {
+    size_t size = sizeof output_;
+    while (size > 0 && output_[size - 1] == 0xCD) --size;
+    return BytesOf(output_, size);
   }
-  // `without` names the arguments that a call lacks by their first letters: input, output, printer,
-  // size.
-  static bool Given(std::string_view without, char what) {
-    return without.find(what) == without.npos;
+  BOOL Convert(DWORD mode, unsigned omitted, LONG* size) {
+    return exports_.DrvConvertDevMode((omitted & kPrinterName) != 0 ? nullptr : name_.data(),
+                                      (omitted & kInput) != 0 ? nullptr : Input(),
+                                      (omitted & kOutput) != 0 ? nullptr : Output(),
+                                      (omitted & kSize) != 0 ? nullptr : size, mode);
   }
-  // Returns the size that a conversion reports, negated when it fails.
-  LONG Convert(DWORD mode, std::string_view without, LONG size) {
-    std::u16string unknown = u"No such printer";
-    const BOOL done = exports_.DrvConvertDevMode(
-        Given(without, 'p') ? name_.data() : unknown.data(), Given(without, 'i') ? In() : nullptr,
-        Given(without, 'o') ? Out() : nullptr, Given(without, 's') ? &size : nullptr, mode);
-    return done ? size : -size;
-  }
-  LONG Resolve(HANDLE printer, DWORD mode, std::string_view without) {
+  LONG Resolve(HANDLE printer, DWORD mode, unsigned omitted = kNone) {
     return exports_.DrvDocumentProperties(nullptr, printer, name_.data(),
-                                          Given(without, 'o') ? Out() : nullptr,
-                                          Given(without, 'i') ? In() : nullptr, mode);
+                                          (omitted & kOutput) != 0 ? nullptr : Output(),
+                                          (omitted & kInput) != 0 ? nullptr : Input(), mode);
   }
-  std::pair<DWORD, std::vector<std::byte>> Stored(const char16_t* value) {
-    const auto data = machine().Data(kPrinter, value).value();
-    return {data.type, data.bytes};
+  BOOL Initialize() {
+    return exports_.DrvPrinterEvent(name_.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
   }
-  LONG Event(int event) { return exports_.DrvPrinterEvent(name_.data(), event, 0, 0); }
 
   std::u16string name_ = kPrinter;
-  DriverSettingsBlock in_ = support::DefaultBlock();
-  alignas(8) BYTE out_[3000];
+  DriverSettingsBlock input_ = support::DefaultBlock();
+  alignas(8) BYTE output_[3000];
 };
 
-// golden/arguments.txt: calls by name, mode and missing arguments (see Given).
-TEST_F(EntryPoints, CheckArgumentsInOrder) {
-  std::string all;
-  const auto record = [&](std::string what, int mode, std::string_view without, LONG result) {
-    const std::string text = Describe(result);
-    const bool cancelled = what == "properties" && text.starts_with("0 ");
-    all += what + ' ' + std::to_string(mode) + ' ' + std::string(without) + ": " +
-           (cancelled ? "cancelled" : text) + '\n';
+// The mode is checked first, then the pointers, the size and the printer.
+TEST_F(EntryPoints, ConvertDevModeChecksItsArgumentsInOrder) {
+  const struct {
+    DWORD mode;
+    unsigned omitted;
+    LONG size;      // the caller's *pcbNeeded
+    DWORD error;    // ERROR_SUCCESS: converted
+    LONG reported;  // *pcbNeeded after the call
+  } kCases[] = {
+      {CDM_CONVERT, kNone, 453, ERROR_SUCCESS, 452},
+      {CDM_CONVERT, kNone, -1, ERROR_INSUFFICIENT_BUFFER, 452},
+      {CDM_CONVERT, kInput, 451, ERROR_INVALID_PARAMETER, 451},
+      {CDM_CONVERT, kOutput, 451, ERROR_INVALID_PARAMETER, 451},
+      {CDM_CONVERT, kSize, 451, ERROR_INVALID_PARAMETER, 451},
+      {CDM_CONVERT, kPrinterName, 451, ERROR_INSUFFICIENT_BUFFER, 452},
+      {CDM_CONVERT, kPrinterName, 453, ERROR_INVALID_PARAMETER, 453},
+      {CDM_DRIVER_DEFAULT, kInput, 452, ERROR_SUCCESS, 452},
+      {CDM_DRIVER_DEFAULT, kPrinterName, 451, ERROR_INSUFFICIENT_BUFFER, 452},
+      {CDM_DRIVER_DEFAULT, kOutput, 453, ERROR_INSUFFICIENT_BUFFER, 452},
+      {CDM_DRIVER_DEFAULT, kSize | kOutput, 451, ERROR_INVALID_PARAMETER, 451},
+      {CDM_DRIVER_DEFAULT, kPrinterName, 453, ERROR_INVALID_PARAMETER, 453},
+      {CDM_CONVERT351, kNone, 451, ERROR_INVALID_PARAMETER, 451},
+      {CDM_CONVERT | CDM_DRIVER_DEFAULT, kNone, 451, ERROR_INVALID_PARAMETER, 451},
   };
-  for (const DWORD mode : {CDM_CONVERT, CDM_DRIVER_DEFAULT, CDM_CONVERT351, DWORD{0}, DWORD{5}})
-    for (const char* without : {"", "i", "o", "s", "p", "op"})
-      for (const LONG size : {451, 452})
-        record("convert to " + std::to_string(size), mode, without, Convert(mode, without, size));
-  // OpenPrinterW without a name opens the print server, which is no printer.
-  WCHAR empty = 0;
-  LONG needed = 452;
-  for (WCHAR* name : {&empty, static_cast<WCHAR*>(nullptr)}) {
-    EXPECT_FALSE(exports_.DrvConvertDevMode(name, In(), Out(), &needed, CDM_CONVERT));
-    EXPECT_EQ(Describe(0), "0 error 87");
+  for (auto [mode, omitted, size, error, reported] : kCases) {
+    SCOPED_TRACE(testing::Message() << "mode " << mode << " omitted " << omitted);
+    EXPECT_EQ(Convert(mode, omitted, &size) ? ERROR_SUCCESS : GetLastError(), error);
+    EXPECT_EQ(size, reported);
+    EXPECT_EQ(WrittenBytes().size(), error == ERROR_SUCCESS ? 452u : 0u);
+    ClearOutput();
   }
-  record("convert to -1", CDM_CONVERT, "", Convert(CDM_CONVERT, "", -1));
+}
+
+TEST_F(EntryPoints, DocumentPropertiesReturnSizeSuccessOrFailureByModeAndArguments) {
+  const struct {
+    DWORD mode;
+    unsigned omitted;
+    LONG result;  // -1 with ERROR_INVALID_PARAMETER
+    bool writes;  // a whole record
+  } kCases[] = {
+      {0, kInput | kOutput, 452, false},
+      {DM_UPDATE, kInput, IDOK, true},
+      {DM_UPDATE, kOutput, 452, false},
+      {DM_COPY, kInput, IDOK, true},
+      {DM_COPY, kOutput, -1, false},
+      {DM_MODIFY, kNone, IDOK, false},
+      {DM_MODIFY, kInput, -1, false},
+      {DM_MODIFY, kOutput, 452, false},
+      {DM_COPY | DM_MODIFY, kNone, IDOK, true},
+      {DM_COPY | DM_MODIFY, kInput, -1, false},
+      {DM_COPY | DM_MODIFY, kOutput, -1, false},
+      {DM_COPY | DM_PROMPT, kInput, CPSUI_CANCEL, false},
+      {DM_COPY | DM_PROMPT, kOutput, -1, false},
+      {DM_MODIFY | DM_PROMPT, kInput, -1, false},
+  };
   const support::OpenedPrinter printer;
-  for (const DWORD mode : {DWORD{0}, DM_UPDATE, DM_COPY, DM_MODIFY, DM_COPY | DM_MODIFY,
-                           DM_COPY | DM_PROMPT, DM_PROMPT | DM_MODIFY, DWORD{256}})
-    for (const char* without : {"", "i", "o", "io"})
-      record("properties", mode, without, Resolve(printer, mode, without));
-  record("properties", 0, "iop", Resolve(nullptr, 0, "io"));
-  record("advanced", 0, "op", exports_.DrvAdvancedDocumentProperties(0, printer, 0, 0, In()));
-  DOCUMENTPROPERTYHEADER header = {sizeof header, 0, printer, name_.data(), nullptr, Out(), 7, 0};
-  for (const DWORD mode : {DWORD{0}, DM_COPY}) {
-    header.fMode = mode;
-    for (const auto given : {reinterpret_cast<LPARAM>(&header), LPARAM{0}}) {
-      const char* without = given == 0 ? "i" : "";
-      record("document sheets", mode, without, exports_.DrvDocumentPropertySheets(nullptr, given));
-      record("device sheets", mode, without, exports_.DrvDevicePropertySheets(nullptr, given));
-    }
+  for (const auto& [mode, omitted, result, writes] : kCases) {
+    SCOPED_TRACE(testing::Message() << "mode " << mode << " omitted " << omitted);
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_EQ(Resolve(printer, mode, omitted), result);
+    EXPECT_TRUE(result >= 0 || GetLastError() == ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(WrittenBytes().size(), writes ? 452u : 0u);
+    ClearOutput();
   }
+  DOCUMENTPROPERTYHEADER header = {sizeof header, 0,        printer, name_.data(),
+                                   nullptr,       Output(), 0,       0};
+  const auto parameter = reinterpret_cast<LPARAM>(&header);
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, parameter), 452) << "mode 0";
   EXPECT_EQ(header.cbOut, 452);
-  ULONG size = 452;
-  for (const char* without : {"", "o"}) {
-    const bool given = Given(without, 'o');
-    for (DWORD level = 0; level < 4; ++level)
-      record("upgrade", level, without, exports_.DrvUpgradePrinter(level, given ? out_ : nullptr));
-    record("query", 0, without, exports_.DevQueryPrint(0, 0, given ? &size : nullptr));
-  }
-  EXPECT_EQ(size, 0u);
-  record("query", 1, "", exports_.DevQueryPrintEx(nullptr));
-  record("event of a document", 1, "", exports_.DrvDocumentEvent(0, 0, 1, 9, out_, 9, out_));
-  record("profile", 0, "", exports_.DrvQueryColorProfile(0, 0, 0, out_, &size, 0));
-  machine().SetPermission(kPrinter, false, true);  // initialisation needs administering rights
-  for (int event = -1; event < 10; ++event)
-    record("event " + std::to_string(event), 0, "", Event(event));
-  EXPECT_EQ(all, support::Golden("arguments.txt"));
+  EXPECT_EQ(exports_.DrvDocumentPropertySheets(nullptr, 0), -1);
+  EXPECT_EQ(exports_.DrvDevicePropertySheets(nullptr, parameter), -1);
+  EXPECT_TRUE(exports_.DevQueryPrint(nullptr, nullptr, nullptr));
   EXPECT_TRUE(machine().AllData(kPrinter).empty()) << "nothing is stored";
   EXPECT_TRUE(machine().DefaultRecord(kPrinter).empty());
 }
 
-// A replacement of the sheet library: the header's size with its mode or flags, and the result that
-// it returns.
-std::pair<size_t, DWORD> sheetHeader;
-std::pair<LONG, DWORD> sheetResult;
+// A replacement of the sheet library, which stores the mode of a document or the flags of a device.
+DWORD sheetMode;
+LONG sheetFunctionResult;
 
 LONG WINAPI FakeSheet(HWND, PFNPROPSHEETUI, LPARAM header, LPDWORD result) {
   const auto* device = reinterpret_cast<const DEVICEPROPERTYHEADER*>(header);
   const auto* document = reinterpret_cast<const DOCUMENTPROPERTYHEADER*>(header);
-  sheetHeader = {device->cbSize,
-                 device->cbSize == sizeof *device ? device->Flags : document->fMode};
-  *result = sheetResult.second;
-  return sheetResult.first;
+  sheetMode = device->cbSize == sizeof *device ? device->Flags : document->fMode;
+  *result = CPSUI_RESTARTWINDOWS;
+  return sheetFunctionResult;
 }
 
-TEST_F(EntryPoints, SheetsReturnTheirResult) {
+TEST_F(EntryPoints, SheetsReturnTheResultOfTheLibrary) {
   const support::OpenedPrinter printer;
-  const auto properties = [&] { return exports_.PrinterProperties(nullptr, printer); };
-  const auto prompt = [&] { return Resolve(printer, DM_COPY | DM_PROMPT | DM_MODIFY, ""); };
-  const auto advanced = [&] {
-    return exports_.DrvAdvancedDocumentProperties(nullptr, printer, name_.data(), Out(), In());
-  };
-  machine().faults.FailFrom(platform::Fault::kModule, 1);
-  EXPECT_EQ((std::vector<std::string>{Describe(prompt()), Describe(properties())}),
-            (std::vector<std::string>{"-1 error 126", "0 error 126"}));
-  machine().faults.Clear();
-  machine().RegisterModule(u"compstui.dll", {});  // without its function
-  EXPECT_EQ((std::vector<std::string>{Describe(prompt()), Describe(properties())}),
-            (std::vector<std::string>{"-1 error 127", "0 error 127"}));
-  EXPECT_EQ(Stored(u"Permission"), std::pair(REG_DWORD, BytesOf(DWORD{1})));
   machine().RegisterModule(u"compstui.dll",
                            {{"CommonPropertySheetUIW", platform::AsEntryPoint(FakeSheet)}});
-  const std::pair<LONG, DWORD> kResults[] = {
-      {1, CPSUI_CANCEL}, {0, CPSUI_OK}, {1, CPSUI_RESTARTWINDOWS}, {-1, CPSUI_OK}};
-  for (const auto& expected : kResults) {
-    sheetResult = expected;
-    const LONG result = expected.first < 0 ? -1 : static_cast<LONG>(expected.second);
-    EXPECT_EQ(prompt(), result);
-    EXPECT_EQ(sheetHeader, std::pair(sizeof(DOCUMENTPROPERTYHEADER), DWORD{14}));
-    EXPECT_EQ(advanced(), result);
-    EXPECT_EQ(sheetHeader, std::pair(sizeof(DOCUMENTPROPERTYHEADER), DWORD{22}));
-    machine().SetPermission(kPrinter, true, result > 0);
-    EXPECT_EQ(properties(), result > 0);
-    const DWORD flags = result > 0 ? 0 : DPS_NOPERMISSION;
-    EXPECT_EQ(sheetHeader, std::pair(sizeof(DEVICEPROPERTYHEADER), flags));
+  for (const auto& [functionResult, result] : {std::pair{0, CPSUI_RESTARTWINDOWS}, {-1, -1L}}) {
+    sheetFunctionResult = functionResult;
+    EXPECT_EQ(Resolve(printer, DM_COPY | DM_PROMPT), result);
+    EXPECT_EQ(sheetMode, DM_COPY | DM_PROMPT);
+    EXPECT_EQ(
+        exports_.DrvAdvancedDocumentProperties(nullptr, printer, name_.data(), Output(), Input()),
+        result);
+    EXPECT_EQ(sheetMode, DM_COPY | DM_PROMPT | DM_ADVANCED);
+    EXPECT_EQ(exports_.PrinterProperties(nullptr, printer), result > 0);
+    EXPECT_EQ(sheetMode, 0u);
   }
+  EXPECT_EQ(machine().Data(kPrinter, u"Permission")->bytes, BytesOf(DWORD{1}));
+  machine().SetPermission(kPrinter, true, false);
+  exports_.PrinterProperties(nullptr, printer);
+  EXPECT_EQ(sheetMode, DPS_NOPERMISSION);
 }
 
-TEST_F(EntryPoints, JobAttributesFollowTheGivenRecord) {
+TEST_F(EntryPoints, SheetsFailWithTheErrorOfTheMissingResource) {
   const support::OpenedPrinter printer;
-  in_.Record.Public.dmPrintQuality = 305;
-  in_.Record.Public.dmYResolution = 300;
-  for (const DWORD level : {1u, 2u, 3u, 4u, 5u}) {
-    for (DEVMODEW* input : {In(), static_cast<DEVMODEW*>(nullptr)}) {
-      const bool resolution = level == 3 || level == 4;
-      auto expected = std::vector(sizeof out_, std::byte{0xCD});
-      if (resolution || level == 2) support::Put(expected.data(), 28, 0);
-      if (resolution && input != nullptr) support::Put(expected.data(), 32, 300 << 16 | 305);
-      EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, input, level, out_));
-      EXPECT_EQ(BytesOf(out_), expected) << level;
-      Describe(0);
-    }
-  }
-  EXPECT_EQ(Describe(exports_.DrvQueryJobAttributes(nullptr, In(), 3, out_)), "0 error 6");
-  EXPECT_FALSE(exports_.DrvQueryJobAttributes(printer, In(), 3, nullptr));
+  const auto expectFailures = [&](DWORD error) {
+    EXPECT_EQ(Resolve(printer, DM_COPY | DM_PROMPT), -1);
+    EXPECT_EQ(GetLastError(), error);
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_FALSE(exports_.PrinterProperties(nullptr, printer));
+    EXPECT_EQ(GetLastError(), error);
+  };
+  machine().RegisterModule(u"compstui.dll", {});
+  expectFailures(ERROR_PROC_NOT_FOUND);
+  machine().faults.FailFrom(Fault::kModule, 1);
+  expectFailures(ERROR_MOD_NOT_FOUND);
+  machine().faults.FailFrom(Fault::kAllocation, 1);
+  expectFailures(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+TEST_F(EntryPoints, JobAttributesContainTheResolutionOfTheGivenRecord) {
+  const support::OpenedPrinter printer;
+  Input()->dmPrintQuality = 305;
+  Input()->dmYResolution = 300;
+  ATTRIBUTE_INFO_3 info = {};
+  const auto query = [&](HANDLE handle, DEVMODEW* record, void* attributes) {
+    info.dwColorOptimization = 77;
+    info.dmPrintQuality = info.dmYResolution = 78;
+    EXPECT_FALSE(exports_.DrvQueryJobAttributes(handle, record, 3, static_cast<BYTE*>(attributes)));
+    return std::tuple(info.dwColorOptimization, info.dmPrintQuality, info.dmYResolution);
+  };
+  EXPECT_EQ(query(printer, Input(), &info), std::tuple(0, 305, 300));
+  EXPECT_EQ(query(printer, nullptr, &info), std::tuple(0, 78, 78));
+  EXPECT_EQ(query(nullptr, Input(), &info), std::tuple(77, 78, 78));
+  query(printer, Input(), nullptr);
+  machine().faults.FailNth(Fault::kAllocation, 2);  // the first one is for the printer's name
+  EXPECT_EQ(query(printer, Input(), &info), std::tuple(77, 78, 78));
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
 }
 
 // When one platform call fails, an export returns the stored settings, the defaults or nothing, but
 // never a mixture.
-TEST_F(EntryPoints, WriteNothingOrWholeSettingsOnFailure) {
-  using enum platform::Fault;
+TEST_F(EntryPoints, WriteStoredSettingsDefaultsOrNothingOnFailure) {
   const support::OpenedPrinter printer;
-  auto stored = in_;
+  DriverSettingsBlock stored = input_;
   stored.Record.Private.Position = 5;
   stored.Printer.PaperNum = 3;
-  const std::pair<const char*, std::function<LONG()>> kCalls[] = {
-      {"convert", [&] { return Convert(CDM_CONVERT, "", 452); }},
-      {"default", [&] { return Convert(CDM_DRIVER_DEFAULT, "", 452); }},
-      {"properties", [&] { return Resolve(printer, DM_COPY | DM_MODIFY, ""); }},
-      {"papers",
-       [&] {
-         return exports_.DrvDeviceCapabilities(printer, name_.data(), DC_PAPERS, out_, In());
-       }},
-      {"names",
-       [&] {
-         return exports_.DrvSplDeviceCaps(printer, name_.data(), DC_MEDIAREADY, out_, 999, nullptr);
-       }},
-      {"attributes", [&] { return exports_.DrvQueryJobAttributes(printer, In(), 3, out_); }},
-      {"initialise", [&] { return Event(PRINTER_EVENT_INITIALIZE); }}};
-  std::string all;
-  for (const auto& [name, call] : kCalls) {
-    std::set<std::string> found;
-    std::string outcome;
-    const auto fresh = [&] {
-      support::StoreBlock(machine(), stored);
-      machine().RemoveData(kPrinter, u"SPLUserModePrinterDriver");
+  LONG size;
+  const std::function<LONG()> kCalls[] = {
+      [&] { return Convert(CDM_CONVERT, kNone, &(size = 452)); },
+      [&] { return Resolve(printer, DM_COPY | DM_MODIFY); },
+      [&] {
+        return exports_.DrvDeviceCapabilities(printer, name_.data(), DC_PAPERS, output_, Input());
+      }};
+  for (const auto& call : kCalls) {
+    using Outcome = std::pair<LONG, Bytes>;  // the result and the output
+    const auto run = [&] {
+      ClearOutput();
       const LONG result = call();
-      const int position = At(out_, 436);
-      outcome = Describe(result);
-      if (outcome.ends_with("wrote 452")) outcome += " of " + std::to_string(position);
-      const int papers = support::StoredPrinterPart(machine()).PaperNum;
-      if (outcome == "1") outcome += " stored " + std::to_string(papers);
-      if (machine().Data(kPrinter, u"SPLUserModePrinterDriver")) outcome += " module";
+      return Outcome(result, WrittenBytes());
     };
-    fresh();
-    const std::string whole = outcome;
-    const auto note = [&](platform::Fault kind, bool struck) {
-      const bool wrote = outcome.find("wrote") != outcome.npos;
-      // A printer that changes between two calls is queried again.
-      EXPECT_TRUE(kind != kSpoolerChange || outcome == whole) << outcome;
-      found.insert((kind == kAllocation && struck && !wrote ? "no memory: " : "") + outcome);
-    };
-    ForEachFault({kAllocation, kSpooler, kSpoolerChange, kFile, kModule, kRegistry}, fresh, note);
-    for (const std::string& each : found) all += name + (": " + each) + '\n';
+    machine().RemoveData(kPrinter, u"Private DevMode");
+    const Outcome defaults = run(), nothing(defaults.second.size() == 452 ? 0 : -1, {});
+    support::StoreBlock(machine(), stored);
+    const Outcome whole = run();
+    std::set<Outcome> found;
+    Outcome actual;
+    ForEachFault(
+        {Fault::kAllocation, Fault::kSpooler, Fault::kSpoolerChange}, [&] { actual = run(); },
+        [&](Fault kind, bool failed) {
+          found.insert(actual);
+          // A printer that changes between two calls is queried again.
+          EXPECT_TRUE(actual == whole || (failed && kind != Fault::kSpoolerChange));
+        });
+    EXPECT_EQ(found, (std::set{whole, defaults, nothing}));
   }
-  EXPECT_EQ(all, support::Golden("outcomes.txt"));
-  // The last call has initialised the printer.
-  EXPECT_EQ(Stored(u"SPLUserModePrinterDriver"), std::pair(REG_SZ, BytesOf(u"QM610rDRV2", 20)));
-  EXPECT_EQ(Stored(u"Private DevMode"), std::pair(REG_BINARY, BytesOf(in_.Printer)));
+}
+
+TEST_F(EntryPoints, InitializationStoresDefaultsAndRenderingModule) {
+  const auto stored = [&](const char16_t* value) {
+    const auto data = machine().Data(kPrinter, value);
+    return data ? std::pair(data->type, data->bytes) : std::pair(DWORD{REG_NONE}, Bytes());
+  };
+  const std::pair<DWORD, Bytes> none, module = {REG_SZ, BytesOf(u"QM610rDRV2", 20)};
+  machine().SetPermission(kPrinter, false, true);  // it needs the right to administer the printer
+  EXPECT_TRUE(Initialize());
+  EXPECT_TRUE(machine().AllData(kPrinter).empty());
+  machine().SetPermission(kPrinter, true, true);
+  const auto initialize = [&] {
+    machine().RemoveData(kPrinter, u"Private DevMode");
+    machine().RemoveData(kPrinter, u"SPLUserModePrinterDriver");
+    EXPECT_TRUE(Initialize());
+  };
+  ForEachFault({Fault::kAllocation, Fault::kSpooler}, initialize, [&](Fault kind, bool failed) {
+    const auto settings = stored(u"Private DevMode"), name = stored(u"SPLUserModePrinterDriver");
+    EXPECT_TRUE(settings == std::pair(REG_BINARY, BytesOf(input_.Printer)) ||
+                (failed && settings == none));
+    EXPECT_TRUE(name == module || (kind == Fault::kSpooler && failed && name == none));
+  });
   EXPECT_EQ(machine().AllData(kPrinter).size(), 2u);
 }
 

@@ -1,6 +1,7 @@
-// Settings records: defaults, public fields, and merging of applications' records.
-#include <string>
-#include <tuple>
+// Settings records: defaults, public fields, and merging of applications' records, also of those
+// that declare wrong sizes or change while the module reads them.
+#include <atomic>
+#include <thread>
 
 #include "driver/record_checks.h"
 #include "driver/resolve_settings.h"
@@ -11,11 +12,10 @@
 namespace kestrel {
 namespace {
 
-using support::At;
+using std::u16string;
 using support::BytesOf;
 using support::DefaultBlock;
 using support::kPrinter;
-using support::Put;
 using Bytes = std::vector<std::byte>;
 
 class Records : public support::MachineTest {
@@ -26,36 +26,23 @@ class Records : public support::MachineTest {
     Store();
   }
   void Store() { support::StoreBlock(machine(), block_); }
-
+  // Converts an input of 452 bytes or more; input and output may be the same.
   void Convert(void* input, void* output) {
     LONG size = 452;
-    EXPECT_TRUE(exports_.DrvConvertDevMode(printerName_.data(), static_cast<DEVMODEW*>(input),
+    EXPECT_TRUE(exports_.DrvConvertDevMode(name_.data(), static_cast<DEVMODEW*>(input),
                                            static_cast<DEVMODEW*>(output), &size, CDM_CONVERT));
   }
-  // Converts an input record that ends at unreadable memory.
-  Bytes Convert(const Bytes& input) {
+  // Converts an input that ends at unreadable memory, into a buffer that ends at unwritable memory.
+  SettingsRecord Convert(const Bytes& input) {
     const support::GuardedBuffer in(input.data(), input.size()), out(452);
     std::ranges::fill(out.bytes(), std::byte{0xCD});
     Convert(in.data(), out.data());
-    return BytesOf(out.data(), out.size());
+    return *out.As<SettingsRecord>();
   }
-  // nPrintSpeed of the printer's settings, without an input.
-  int Speed() { return At(Convert(Bytes(72)).data(), 398); }
-  // Returns the offsets at which an input changes the stored record, as "first-last" ranges.
-  std::string Changes(const Bytes& input) {
-    const Bytes stored = BytesOf(block_.Record);
-    const Bytes result = Convert(input);
-    std::string ranges;
-    for (size_t i = 0; i < 452; ++i) {
-      if (result[i] == stored[i]) continue;
-      const size_t first = i;
-      while (i + 1 < 452 && result[i + 1] != stored[i + 1]) ++i;
-      ranges += std::to_string(first) + '-' + std::to_string(i) + ' ';
-    }
-    return ranges;
-  }
+  // Returns the printer's settings as they are without an input.
+  SettingsRecord StoredSettings() { return Convert(Bytes(72)); }
 
-  std::u16string printerName_ = kPrinter;
+  u16string name_ = kPrinter;
   DriverSettingsBlock block_ = DefaultBlock();
 };
 
@@ -63,152 +50,197 @@ TEST_F(Records, DefaultsAreTheGoldenBytes) {
   std::memset(static_cast<void*>(&block_), 0xFF, sizeof block_);
   FillDefaultSettings(block_, nullptr, u"倉庫 1F,LPT1:");
   const std::string golden = support::Golden("defaults.bin");
-  ASSERT_EQ(golden.size(), sizeof block_);
   EXPECT_EQ(BytesOf(block_), BytesOf(golden.data(), golden.size()));
 }
 
-TEST_F(Records, FillPublicFieldsComputesThemFromThePrivateOnes) {
+TEST_F(Records, PublicFieldsAreComputedFromThePrivateOnes) {
   const DEVMODEW& record = block_.Record.Public;
-  PrivateDevMode& settings = block_.Record.Private;
   PaperInfo& paper = block_.Printer.Papers[0];
   std::fill_n(paper.PaperName, kPaperNameLength, u'p');
+  paper.Unit = kInch;
   paper.LabelWidth = 2283;
-  paper.LabelHeight = 1000;
-  settings.FreePaper.LabelWidth = 333;
-  CopyText(settings.FreePaper.PaperName, u"other");
-  const std::array<SHORT, 6> kCases[] = {
-      {257, kInch, 305, 580, 254, 305}, {257, kDot, 203, 2283, 1000, 203},
-      {256, kDot, 300, 333, 680, 203},  {259, kDot, 0, 333, 680, 203},
-      {0, kDot, 203, 333, 680, 203},    {-1, kDot, 203, 333, 680, 203}};
-  for (const auto& [id, unit, density, width, length, resolution] : kCases) {
-    settings.PaperID = id;
-    paper.Unit = unit;
-    block_.Printer.HeadDensity = static_cast<uint16_t>(density);
-    FillPublicFields(block_, nullptr, std::u16string(40, u'n').c_str());
-    EXPECT_EQ(record.dmDeviceName, std::u16string(31, u'n'));
-    EXPECT_EQ(record.dmFormName, id == 257 ? std::u16string(31, u'p') : u"フリーサイズ");
-    EXPECT_EQ((std::array{record.dmPaperSize, record.dmPaperWidth, record.dmPaperLength,
-                          record.dmPrintQuality, record.dmYResolution}),
-              (std::array{id, width, length, resolution, resolution}));
-  }
-  for (const WCHAR* name : {u"\\\\server\\Label,LPT1:", static_cast<const WCHAR*>(nullptr)}) {
-    FillPublicFields(block_, nullptr, name);
-    EXPECT_EQ(record.dmDeviceName, std::u16string(name != nullptr ? u"\\\\server\\Label" : u""))
-        << "only the port is removed";
-  }
+  block_.Printer.HeadDensity = 305;
+  FillPublicFields(block_, nullptr, u16string(40, u'n').c_str());
+  EXPECT_EQ(record.dmDeviceName, u16string(31, u'n'));
+  EXPECT_EQ(record.dmFormName, u16string(31, u'p'));
+  EXPECT_EQ(record.dmPaperWidth, 580);
+  EXPECT_EQ(record.dmPrintQuality, 305);
+  EXPECT_EQ(record.dmYResolution, 305);
+  // A paper that does not exist has the name and size of the free-size paper.
+  CopyText(block_.Record.Private.FreePaper.PaperName, u"other");
+  block_.Record.Private.FreePaper.LabelWidth = 333;
+  block_.Record.Private.PaperID = kFirstPaperId + 2;
+  block_.Printer.HeadDensity = 300;
+  FillPublicFields(block_, nullptr, u"\\\\server\\Label,LPT1:");
+  EXPECT_EQ(record.dmDeviceName, u16string(u"\\\\server\\Label"));
+  EXPECT_EQ(record.dmFormName, u16string(u"フリーサイズ"));
+  EXPECT_EQ(record.dmPaperSize, kFirstPaperId + 2);
+  EXPECT_EQ(record.dmPaperWidth, 333);
+  EXPECT_EQ(record.dmPrintQuality, 203);
+  FillPublicFields(block_, nullptr, nullptr);
+  EXPECT_EQ(record.dmDeviceName, u16string());
 }
 
-TEST_F(Records, MatchThePrinterByItsName) {
-  for (const std::string& row : support::GoldenRows("printer_names.txt")) {
-    SCOPED_TRACE(row);
-    const std::u16string names(row.begin(), row.end() - 2),
-        printer = names.substr(0, names.find(u'|'));
-    auto block = DefaultBlock(u"");
-    names.copy(block.Record.Public.dmDeviceName, 32, printer.size() + 1);
-    const unsigned mask = row.ends_with('0') * kOtherDevice;
-    EXPECT_EQ(CheckSettingsRecord(RecordView(&block.Record), printer.c_str()), mask);
+TEST_F(Records, RecordBelongsToAPrinterWhoseNameItBegins) {
+  const struct {
+    u16string printer, deviceName;
+    bool matches;
+  } kCases[] = {
+      {u"Label Printer", u"Label", true},
+      {u"Label", u"Label Printer", true},
+      {u"Label", u"label", false},
+      // The server and the port are not compared.
+      {u"\\\\server\\Label,LPT1:", u"Label", true},
+      {u"Label", u"\\\\other\\Label,LPT1:", true},
+      {u"\\\\server\\", u"Label", true},
+      {u",LPT1:", u"Label", true},
+      // A device name of 31 units may end within the server's name.
+      {u"\\\\warehouse-host-01.example.org\\Label", u"\\\\warehouse-host-01.example.org", true},
+      {u"\\\\warehouse-host-02.example.org\\Label", u"\\\\warehouse-host-01.example.org", false},
+      {u16string(40, u'x'), u16string(32, u'x'), true},  // without a terminator
+  };
+  for (const auto& [printer, deviceName, matches] : kCases) {
+    SCOPED_TRACE(testing::PrintToString(printer + u" | " + deviceName));
+    SettingsRecord record = DefaultBlock(u"").Record;
+    deviceName.copy(record.Public.dmDeviceName, CCHDEVICENAME);
+    EXPECT_EQ(CheckSettingsRecord(RecordView(&record), printer.c_str()),
+              matches ? 0u : kOtherDevice);
     machine().SetOs({.major = 6});
-    EXPECT_TRUE(IsOwnSettingsRecord(block.Record, printer.c_str()));
+    EXPECT_TRUE(IsOwnSettingsRecord(record, printer.c_str())) << "any device from Vista on";
     machine().SetOs({.major = 5, .minor = 2});
-    EXPECT_EQ(IsOwnSettingsRecord(block.Record, printer.c_str()), mask == 0);
+    EXPECT_EQ(IsOwnSettingsRecord(record, printer.c_str()), matches);
   }
   EXPECT_EQ(CheckSettingsRecord(RecordView(&block_.Record), nullptr), 0u);
 }
 
-TEST_F(Records, PublicFieldsMergeByFieldAndValue) {
-  block_.Record.Private.PaperID = 258;
+TEST_F(Records, PublicFieldsMergeWhenNamedAndValid) {
+  block_.Record.Private.PaperID = kFirstPaperId + 1;
   Store();
-  // dmFields, offset and value of the input field, offset and value of the resulting field.
-  const std::tuple<DWORD, size_t, int16_t, size_t, int16_t> kCases[] = {
-      {DM_ORIENTATION, 76, 2, 388, 2},   {DM_ORIENTATION, 76, 3, 388, 1},
-      {DM_PAPERSIZE, 78, 257, 220, 257}, {DM_COPIES, 76, 2, 388, 1},
-      {DM_PAPERSIZE, 78, 256, 220, 256}, {DM_PAPERSIZE, 78, 9, 220, 258},
-      {DM_PAPERSIZE, 78, 259, 220, 258}, {DM_PAPERSIZE, 78, -1, 220, 258},
-      {DM_COPIES, 86, 0, 382, 1},        {DM_COPIES, 86, -5, 382, 1},
-      {DM_COPIES, 86, 500, 382, 500},    {0, 86, 500, 382, 1}};
-  for (const auto& [fields, offset, value, resultOffset, result] : kCases) {
-    for (Bytes input : {Bytes(220), BytesOf(block_.Record)}) {
-      Put<WORD>(input.data(), 68, 220);
-      Put(input.data(), 72, fields);
-      Put(input.data(), offset, value);
-      const Bytes output = Convert(input);
-      EXPECT_EQ(At(output.data(), resultOffset), result) << offset << ' ' << value;
-      EXPECT_EQ(result == value, At(output.data(), offset) == value)
-          << "the public fields match the private ones";
-    }
+  const struct {
+    DWORD fields;  // dmFields
+    SHORT orientation, paperSize, copies;
+    int16_t newOrient, newPaperId, newCopies;
+  } kCases[] = {
+      {DM_ORIENTATION, DMORIENT_LANDSCAPE, kFreePaperId, 500, DMORIENT_LANDSCAPE, 258, 1},
+      {DM_PAPERSIZE, DMORIENT_LANDSCAPE, kFreePaperId, 500, DMORIENT_PORTRAIT, kFreePaperId, 1},
+      {DM_COPIES, DMORIENT_LANDSCAPE, kFreePaperId, 500, DMORIENT_PORTRAIT, 258, 500},
+      {0x103, 3, 259, -5, DMORIENT_PORTRAIT, 258, 1},  // all three
+      {0x103, 0, 255, 0, DMORIENT_PORTRAIT, 258, 1},
+  };
+  for (const auto& row : kCases) {
+    DEVMODEW input = {};
+    input.dmSize = sizeof input;
+    input.dmFields = row.fields;
+    input.dmOrientation = row.orientation;
+    input.dmPaperSize = row.paperSize;
+    input.dmCopies = row.copies;
+    const SettingsRecord output = Convert(BytesOf(input));
+    EXPECT_EQ(output.Private.Orient, row.newOrient);
+    EXPECT_EQ(output.Private.PaperID, row.newPaperId);
+    EXPECT_EQ(output.Private.Copies, row.newCopies);
+    EXPECT_EQ(output.Public.dmPaperSize, row.newPaperId) << "public fields are refreshed";
   }
 }
 
-// Every private byte of the input differs from the stored one, so each merged field shows as a
-// range.
-TEST_F(Records, PrivateFieldsMergeFromRecordsOfThisDriver) {
-  Bytes own(131072);
-  std::memcpy(own.data(), &block_.Record, 452);
-  std::fill(own.begin() + 220, own.begin() + 448, std::byte{0x5A});
-  Put<DWORD>(own.data(), 72, DM_COPIES);
-  Put<int16_t>(own.data(), 86, 7);
-  // Twelve numbers of the free-size paper, offsets and speed to move mode, colour text and SYNC.
-  const std::string merged = "86-86 350-373 382-382 384-387 390-403 408-409 434-435 ";
-  const std::string publicOnly = "86-86 382-382 ";
-  EXPECT_EQ(CheckSettingsRecord(RecordView(own.data()), kPrinter), 0u);
-  EXPECT_EQ(Changes(own), merged);
-  // A size of 3564 would place the signature right after a block, and an extra of 4 would contain
-  // only the signature. The signature of a record with other sizes is not read.
-  const std::tuple<size_t, WORD, unsigned> kCases[] = {
-      {64, 0x0400, 1}, {66, 0x0E00, 2}, {68, 221, 20}, {68, 3564, 20}, {68, 65535, 20}, {68, 0, 20},
-      {70, 231, 24},   {70, 3, 24},     {70, 4, 24},   {70, 0, 24},    {448, 0, 16}};
-  for (const auto& [offset, value, mask] : kCases) {
-    SCOPED_TRACE(offset);
-    Bytes foreign = own;
-    Put(foreign.data(), offset, value);
-    if (value == 4) Put(foreign.data(), 220, SETTINGS_SIGNATURE);
-    EXPECT_EQ(CheckSettingsRecord(RecordView(foreign.data()), kPrinter), mask);
-    // As an input it merges its public fields only; as the stored record it is ignored.
-    EXPECT_EQ(Changes(foreign), value == 0 && offset == 68 ? "" : publicOnly);
-    machine().SetDefaultRecord(kPrinter, foreign);
-    EXPECT_EQ(Speed(), 1);
-    Store();
+class PrivateFields : public Records {
+ protected:
+  // An application's record with other values in all private bytes but the signature.
+  PrivateFields() {
+    std::memset(static_cast<void*>(&given_.Private), 0x5A, offsetof(PrivateDevMode, Signature));
+    given_.Public.dmFields = DM_COPIES;
+    given_.Public.dmCopies = 7;
   }
-  // A record of another printer is foreign before Windows Vista and accepted from then on.
-  Put<char16_t>(own.data(), 0, u'X');
-  EXPECT_EQ(Changes(own), merged);
+  // Expects that a record merges the number of copies and, if `merged`, all private fields that an
+  // application may set.
+  void ExpectMerge(const Bytes& input, bool merged) {
+    SettingsRecord expected = block_.Record;
+    PrivateDevMode& settings = expected.Private;
+    expected.Public.dmCopies = settings.Copies = 7;
+    if (merged) {
+      using Mode = PrivateDevMode;
+      for (int16_t Mode::*field :
+           {&Mode::nVertBase, &Mode::nHorzBase, &Mode::nFlip, &Mode::nPeelOffset,
+            &Mode::nTearOffset, &Mode::nPitchOffset, &Mode::nPrintSpeed, &Mode::nSensor,
+            &Mode::nMoveMode, &Mode::nTSMode, &Mode::nColorText})
+        settings.*field = 0x5A5A;
+      // Twelve numbers of the free-size paper, from PaperKind to Yoshi.
+      std::memset(&settings.FreePaper.PaperKind, 0x5A, 12 * sizeof(int16_t));
+    }
+    EXPECT_EQ(BytesOf(Convert(input)), BytesOf(expected));
+  }
+
+  SettingsRecord given_ = block_.Record;
+};
+
+TEST_F(PrivateFields, MergeUnlessTheStoredSettingsTakePrecedence) {
+  ExpectMerge(BytesOf(given_), true);
   block_.Record.Private.nCompulsory = 1;
   Store();
-  EXPECT_EQ(Changes(own), publicOnly) << "the stored settings take precedence";
-  block_.Record.Private.nCompulsory = 0;
-  Store();
+  ExpectMerge(BytesOf(given_), false);
+}
+
+// The signature of a record with other sizes is not read: its place depends on these sizes.
+TEST_F(PrivateFields, ForeignRecordMergesItsPublicFieldsOnly) {
+  const struct {
+    size_t offset;
+    WORD value;
+    unsigned mismatch;
+  } kCases[] = {
+      {offsetof(DEVMODEW, dmSpecVersion), 0x0400, kOtherSpecVersion},
+      {offsetof(DEVMODEW, dmDriverVersion), 0x0E00, kOtherDriverVersion},
+      {offsetof(DEVMODEW, dmSize), 221, kOtherSize | kNoSignature},
+      {offsetof(DEVMODEW, dmSize), 65535, kOtherSize | kNoSignature},
+      {offsetof(DEVMODEW, dmDriverExtra), 231, kOtherExtra | kNoSignature},
+      {offsetof(DEVMODEW, dmDriverExtra), 3, kOtherExtra | kNoSignature},
+      {offsetof(SettingsRecord, Private.Signature), 0, kNoSignature},
+  };
+  for (const auto& [offset, value, mismatch] : kCases) {
+    SCOPED_TRACE(testing::Message() << value << " at " << offset);
+    Bytes foreign = BytesOf(given_);
+    foreign.resize(131072, std::byte{0x5A});  // as many bytes as the sizes can declare
+    support::Put(foreign.data(), offset, value);
+    EXPECT_EQ(CheckSettingsRecord(RecordView(foreign.data()), kPrinter), mismatch);
+    ExpectMerge(foreign, false);
+    machine().SetDefaultRecord(kPrinter, foreign);
+    EXPECT_EQ(BytesOf(StoredSettings()), BytesOf(DefaultBlock().Record)) << "as a stored record";
+    Store();
+  }
+  given_.Public.dmDeviceName[0] = u'X';
+  ExpectMerge(BytesOf(given_), true);  // another device's record since Windows Vista
   machine().SetOs({.major = 5, .minor = 1});
-  EXPECT_EQ(Changes(own), publicOnly);
+  ExpectMerge(BytesOf(given_), false);
 }
 
 TEST_F(Records, RecordsOfEveryLengthAreReadWithinTheirLength) {
   // Bytes that would change the result if they were read as fields.
   Bytes pattern(1024, std::byte{1});
-  Put<DWORD>(pattern.data(), 68, 220);
-  Put<DWORD>(pattern.data(), 72, 0xFFFFFFFF);
-  Put<int16_t>(pattern.data(), 76, 2);
-  Put<int16_t>(pattern.data(), 78, 256);
-  Put<int16_t>(pattern.data(), 86, 9);
-  const Bytes merged = Convert(BytesOf(pattern.data(), 220));
+  auto& input = *reinterpret_cast<DEVMODEW*>(pattern.data());
+  input.dmFields = 0xFFFFFFFF;
+  input.dmCopies = 9;
+  input.dmSize = 220;
+  input.dmDriverExtra = 0;
+  const Bytes merged = BytesOf(Convert(BytesOf(input)));
   const support::OpenedPrinter printer;
-  for (int size = 0; size <= 260; ++size) {
-    for (const int extra : {0, 1, 2, 3, 4, 5, 20, 231, 232, 233, 300}) {
-      SCOPED_TRACE(std::to_string(size) + '+' + std::to_string(extra));
-      Put(pattern.data(), 68, extra << 16 | size);
+  constexpr WORD kExtras[] = {0, 1, 20, 231, 232, 233};
+  for (WORD size = 0; size <= 260; ++size) {
+    for (const WORD extra : kExtras) {
+      SCOPED_TRACE(testing::Message() << size << '+' << extra);
+      input.dmSize = size;
+      input.dmDriverExtra = extra;
       const auto length = static_cast<size_t>(size + extra);
-      const support::GuardedBuffer in(pattern.data(), std::max<size_t>(72, length));
+      const Bytes given = BytesOf(pattern.data(), std::max<size_t>(72, length));
       Bytes expected = size < 76 ? BytesOf(block_.Record) : merged;
-      if (size >= 76 && size < 220) {
-        expected = BytesOf(in.data(), std::min<size_t>(length, size + 232));
-        Put(expected.data(), 70, static_cast<WORD>(expected.size() - size));
+      if (size >= 76 && size < 220) {  // an older record is returned unchanged, then zeros
+        input.dmDriverExtra = std::min<WORD>(extra, 232);
+        expected = BytesOf(pattern.data(), size_t{size} + input.dmDriverExtra);
+        expected.resize(452);
       }
-      // Input and output may be the same record.
-      const support::GuardedBuffer both(std::max(in.size(), size_t{452}));
-      std::ranges::copy(in.bytes(), both.data());
+      ASSERT_EQ(BytesOf(Convert(given)), expected);
+      Bytes both = given;  // input and output may be the same record
+      both.resize(std::max(given.size(), size_t{452}));
       Convert(both.data(), both.data());
-      expected.resize(452);  // the bytes after a short record are cleared
       ASSERT_EQ(BytesOf(both.data(), 452), expected);
-      ASSERT_EQ(Convert(BytesOf(in.data(), in.size())), expected);
+      const support::GuardedBuffer in(given.data(), given.size());
       ATTRIBUTE_INFO_3 info{};
       exports_.DrvQueryJobAttributes(printer, in.As<DEVMODEW>(), 3, reinterpret_cast<BYTE*>(&info));
       ASSERT_EQ(info.dmYResolution, size >= 98 ? 0x0101 : 0);
@@ -216,50 +248,65 @@ TEST_F(Records, RecordsOfEveryLengthAreReadWithinTheirLength) {
   }
 }
 
-TEST_F(Records, ResolveSettingsMergesAndCopiesByMode) {
+TEST_F(Records, ResolveSettingsCopiesTheWholeBlockByMode) {
   const support::OpenedPrinter printer;
   SettingsRecord input = block_.Record;
   input.Public.dmFields = DM_COPIES;
   input.Public.dmCopies = 7;
-  const RecordView view(&input);
-  const std::pair<DWORD, int> kCases[] = {{0, 1}, {DM_IN_BUFFER, 7}, {kMergeInput, 7}};
-  for (const auto& [merge, copies] : kCases) {
-    DriverSettingsBlock expected = {}, whole = {};
-    ResolveBlock(expected, merge != 0 ? view : RecordView(), printer, kPrinter);
-    EXPECT_EQ(expected.Record.Private.Copies, copies);
-    EXPECT_TRUE(ResolveSettings(&whole, view, printer, kPrinter, merge | kCopyWholeBlock));
-    EXPECT_EQ(BytesOf(whole), BytesOf(expected));
-    SettingsRecord record = {};
-    EXPECT_TRUE(ResolveSettings(&record, view, printer, kPrinter, merge | DM_COPY));
-    EXPECT_EQ(BytesOf(record), BytesOf(expected.Record));
-    EXPECT_TRUE(ResolveSettings(nullptr, view, printer, kPrinter, merge | DM_COPY));
-  }
+  DriverSettingsBlock whole = {};
+  EXPECT_TRUE(ResolveSettings(&whole, RecordView(&input), printer, kPrinter,
+                              kMergeInput | kCopyWholeBlock));
+  EXPECT_EQ(whole.Record.Private.Copies, 7);
+  EXPECT_EQ(BytesOf(whole.Printer), BytesOf(block_.Printer));
+  EXPECT_TRUE(ResolveSettings(nullptr, RecordView(), printer, kPrinter, DM_COPY));
 }
 
 TEST_F(Records, IncompleteStoredSettingsFallBackToDefaults) {
+  const Bytes defaults = BytesOf(DefaultBlock().Record);
   block_.Record.Private.nPrintSpeed = 5;
   Store();
-  EXPECT_EQ(Speed(), 5);
-  Bytes shorter = BytesOf(block_.Record);
-  shorter.resize(200);
-  machine().SetDefaultRecord(kPrinter, shorter);
-  EXPECT_EQ(Speed(), 1);
-  for (const size_t size : {size_t{0}, size_t{3337}, size_t{3339}}) {
+  EXPECT_EQ(StoredSettings().Private.nPrintSpeed, 5);
+  machine().SetDefaultRecord(kPrinter, BytesOf(&block_.Record, 451));
+  EXPECT_EQ(BytesOf(StoredSettings()), defaults);
+  Bytes part = BytesOf(block_.Printer);
+  for (const size_t size : {0, 3337, 3339}) {
     Store();
-    auto part = *machine().Data(kPrinter, u"Private DevMode");
-    part.bytes.resize(size);
-    machine().SetData(kPrinter, u"Private DevMode", part);
-    EXPECT_EQ(Speed(), 1) << size;
-    EXPECT_EQ(At<uint32_t>(Convert(Bytes(72)).data(), 448), SETTINGS_SIGNATURE);
+    part.resize(size);
+    machine().SetData(kPrinter, u"Private DevMode", {REG_BINARY, part});
+    EXPECT_EQ(BytesOf(StoredSettings()), defaults) << size;
   }
-  machine().RemoveData(kPrinter, u"Private DevMode");
-  EXPECT_EQ(Speed(), 1);
-  // A record of another printer is accepted from Windows Vista on.
-  block_.Record.Public.dmDeviceName[0] = u'X';
+}
+
+// Another thread of the caller changes the sizes continuously. An output contains as many bytes as
+// its sizes declare, and the rest of its 452 bytes is cleared.
+TEST_F(Records, SizesThatChangeDuringConversionsNeverDeclareUnwrittenBytes) {
+  constexpr DWORD kSizes[] = {76, 219, 20 << 16 | 156, 232 << 16 | 220, 0xFFFF0000 | 219, 50};
+  alignas(4) BYTE input[452];
+  std::memset(input, 0x5A, sizeof input);
+  std::atomic<bool> stop = false;
+  std::thread changer([&] {
+    auto* sizes = reinterpret_cast<volatile DWORD*>(input + offsetof(DEVMODEW, dmSize));
+    for (size_t i = 0; !stop; ++i) *sizes = kSizes[i % std::size(kSizes)];
+  });
+  const support::GuardedBuffer output(452);
+  const auto& record = output.As<SettingsRecord>()->Public;
+  for (int round = 0; round < 4000 && !HasFailure(); ++round) {
+    std::ranges::fill(output.bytes(), std::byte{0xCD});
+    Convert(input, output.data());
+    const size_t declared = size_t{record.dmSize} + record.dmDriverExtra;
+    EXPECT_LE(declared, 452u);
+    EXPECT_NE(output.bytes()[std::min<size_t>(declared, 452) - 1], std::byte{0xCD});
+    for (size_t i = declared; i < 452; ++i) EXPECT_EQ(output.bytes()[i], std::byte{});
+  }
+  stop = true;
+  changer.join();
+}
+
+TEST_F(Records, PrinterThatChangesBeforeEveryCallHasTheDefaults) {
+  block_.Record.Private.nPrintSpeed = 5;
   Store();
-  EXPECT_EQ(Speed(), 5);
-  machine().SetOs({.major = 5, .minor = 2});
-  EXPECT_EQ(Speed(), 1);
+  machine().faults.FailFrom(platform::Fault::kSpoolerChange, 1);
+  EXPECT_EQ(BytesOf(StoredSettings()), BytesOf(DefaultBlock().Record));
 }
 
 }  // namespace

@@ -1,187 +1,220 @@
 // Access to the system: its version, the spooler's information about printers, and texts.
-#include <sstream>
-#include <tuple>
-
 #include "driver/os_version.h"
 #include "driver/printer_access.h"
 #include "driver/text.h"
-#include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {
 
+using std::u16string;
 using support::kPrinter;
 
-TEST(OsVersionCode, ReturnsTheCodeOfEachSystem) {
+TEST(OsVersion, CodeDependsOnVersionAndProductType) {
   const auto machine = platform::Machine::Create();
-  for (const std::string& row : support::GoldenRows("os_versions.txt")) {
-    std::istringstream words(row);
+  constexpr DWORD kNt = VER_PLATFORM_WIN32_NT, kWindows = VER_PLATFORM_WIN32_WINDOWS;
+  const struct {
     DWORD major, minor, platformId;
-    words >> major >> minor >> platformId;
-    for (const bool verifies : {true, false}) {
-      for (BYTE product = 1; product <= 3; ++product) {
-        machine->SetOs({major, minor, 0, platformId, product, verifies});
-        int expected = 0;
-        words >> expected;
-        EXPECT_EQ(GetOsVersionCode(), expected) << row;
-      }
+    OsVersionCode workstation, server;                  // by VerifyVersionInfoW
+    OsVersionCode fallbackWorkstation, fallbackServer;  // by GetVersionExW
+  } kCases[] = {
+      {10, 0, kNt, kOsWindows81, kOsServer2012R2, kOsUnknown, kOsUnknown},
+      {6, 3, kNt, kOsWindows81, kOsServer2012R2, kOsUnknown, kOsUnknown},
+      {6, 2, kNt, kOsWindows8, kOsServer2012, kOsWindows8, kOsUnknown},
+      {6, 1, kNt, kOsWindows7, kOsServer2008R2, kOsWindows7, kOsUnknown},
+      {6, 0, kNt, kOsVista, kOsServer2008, kOsVista, kOsServer2008},
+      {5, 2, kNt, kOsXp, kOsServer2003, kOsXp64Fallback, kOsServer2003},
+      {5, 1, kNt, kOsXp, kOsServer2003, kOsXp, kOsXp},
+      {5, 0, kNt, kOsWindows2000, kOsWindows2000, kOsWindows2000, kOsWindows2000},
+      {4, 0, kNt, kOsNt4, kOsNt4, kOsNt4, kOsNt4},
+      {4, 10, kWindows, kOsWindows9x, kOsWindows9x, kOsWindows9x, kOsWindows9x},
+      {4, 0, 0, kOsUnknown, kOsUnknown, kOsUnknown, kOsUnknown},
+      {3, 51, kNt, kOsNt3, kOsNt3, kOsNt3, kOsNt3},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(testing::Message() << row.major << '.' << row.minor);
+    const auto code = [&](BYTE productType, bool verifies) {
+      machine->SetOs({row.major, row.minor, 0, row.platformId, productType, verifies});
+      return GetOsVersionCode();
+    };
+    EXPECT_EQ(code(VER_NT_WORKSTATION, true), row.workstation);
+    EXPECT_EQ(code(VER_NT_WORKSTATION, false), row.fallbackWorkstation);
+    for (const BYTE product : {VER_NT_SERVER, VER_NT_DOMAIN_CONTROLLER}) {
+      EXPECT_EQ(code(product, true), row.server);
+      EXPECT_EQ(code(product, false), row.fallbackServer);
     }
   }
 }
 
 class PrinterAccess : public support::MachineTest {};
 
-// golden/printer_info.txt: the value of each selector.
-TEST_F(PrinterAccess, InfoValueIsWrittenBySelector) {
-  const std::u16string longName(40, u'x');
-  machine().AddPrinter({.name = longName, .portName = u"LPT2:", .attributes = '@'});
-  machine().AddPrinter({.name = kPrinter, .helpFile = u""});
-  const support::OpenedPrinter printer(longName), other;
-  std::string actual;
+TEST_F(PrinterAccess, InfoValueIsSelectedAndTheRestOfTheBufferCleared) {
+  machine().AddPrinter({.name = u16string(40, u'x'), .portName = u"LPT2:", .attributes = u'@'});
+  const support::OpenedPrinter printer(u16string(40, u'x'));
+  const u16string directory = u"C:\\WINDOWS\\system32\\spool\\drivers\\w32x86";
+  const std::map<int, u16string> expected = {
+      {kInfoDriverName, u"VELA QM610r"},
+      {kInfoDriverName2, u"VELA QM610r"},
+      {kInfoPrintProcessor, u"winprint"},
+      {kInfoPortName, u"LPT2:"},
+      {kInfoPrinterName, u16string(40, u'x')},
+      {kInfoAttributes2, u"@"},
+      {kInfoAttributes4, u"@"},
+      {kInfoAttributes5, u"@"},
+      {kInfoDriverDirectory, directory},
+      {kInfoVersionDirectory, directory + u"\\3"},
+      {kInfoVersionDirectory3, directory + u"\\3"},
+      {kInfoVersionDirectory100, directory + u"\\3"},
+      {kInfoHelpFile, directory + u"\\3\\QM610rDRV1.HLP"},
+      {kInfoDataFile, directory + u"\\3\\QM610rDRV1.DLL"},
+  };
   for (int selector = -1; selector < 130; ++selector) {
-    std::u16string buffer(260, u'x');
-    const bool found = GetPrinterInfoValue(printer, nullptr, buffer.data(), 520, selector);
-    const std::u16string value = buffer.c_str();
-    EXPECT_EQ(buffer.substr(value.size()), std::u16string(260 - value.size(), 0)) << selector;
-    if (found || !value.empty())
-      actual += std::to_string(selector) + (found ? ' ' : '?') + platform::ToUtf8(value) + '\n';
+    const auto found = expected.find(selector);
+    u16string value = found != expected.end() ? found->second : u16string();
+    value.resize(260);
+    u16string buffer(260, u'x');
+    EXPECT_EQ(GetPrinterInfoValue(printer, nullptr, buffer.data(), 520, selector),
+              found != expected.end());
+    EXPECT_EQ(buffer, value) << selector;
   }
-  EXPECT_EQ(actual, support::Golden("printer_info.txt"));
-  WCHAR name[32];
-  for (const int selector : {13, 20, 30})
-    EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, name, 2, selector)) << "needs 4 bytes";
-  EXPECT_FALSE(GetPrinterInfoValue(other, nullptr, name, sizeof name, 110)) << "no help file";
-  EXPECT_FALSE(GetPrinterNameOfHandle(nullptr, name, 32));
-  EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, name, sizeof name, 14));
-  EXPECT_EQ(name, longName.substr(0, 31));
-  EXPECT_TRUE(GetPrinterNameOfHandle(printer, name, 32));
-  EXPECT_EQ(name, longName.substr(0, 31));
+}
+
+TEST_F(PrinterAccess, InfoValueIsTruncatedOrRejectedWhereItDoesNotFit) {
+  machine().AddPrinter({.name = u16string(40, u'x'), .helpFile = u""});
+  const support::OpenedPrinter printer(u16string(40, u'x'));
+  WCHAR buffer[260];
+  EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer, 64, kInfoPrinterName));
+  EXPECT_EQ(buffer, u16string(31, u'x'));
+  EXPECT_TRUE(GetPrinterNameOfHandle(printer, buffer, 32));
+  EXPECT_EQ(buffer, u16string(31, u'x'));
+  EXPECT_FALSE(GetPrinterNameOfHandle(nullptr, buffer, 32));
+  EXPECT_EQ(buffer, u16string());
+  for (const int selector : {kInfoAttributes2, kInfoAttributes4, kInfoAttributes5})
+    EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, 2, selector));
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, 520, kInfoHelpFile)) << "has none";
   // A directory has to fit with "\3" and its terminator.
-  const std::u16string path = machine().driverDirectory();
-  const auto size = static_cast<DWORD>(2 * path.size());
-  std::u16string buffer(300, 0);
-  EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size + 6, 1));
-  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size + 4, 1));
-  EXPECT_EQ(buffer.c_str(), path);
-  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer.data(), size, 2));
+  const DWORD size = 2 * static_cast<DWORD>(machine().driverDirectory().size());
+  EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer, size + 6, kInfoVersionDirectory));
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, size + 4, kInfoVersionDirectory));
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, size, kInfoDriverDirectory));
 }
 
 TEST_F(PrinterAccess, CopiesNoMoreThanRecordAndBufferHold) {
-  // The record's dmSize and dmDriverExtra, bytes that the spooler has, size of the buffer, bytes
-  // copied.
-  const std::tuple<WORD, WORD, size_t, DWORD, size_t> kCases[] = {
-      {220, 10, 460, 452, 230},  {220, 10, 460, 100, 100}, {220, 232, 452, 452, 452},
-      {220, 232, 460, 452, 452}, {65535, 9, 100, 452, 0},  {0, 0, 71, 452, 0}};
-  for (const auto& [size, extra, length, capacity, copied] : kCases) {
-    std::vector<std::byte> bytes(length, std::byte{7}), record(452, std::byte{1});
-    support::Put(bytes.data(), 68, size);
-    if (length >= 72) support::Put(bytes.data(), 70, extra);
+  const struct {
+    WORD size, extra;  // dmSize and dmDriverExtra
+    size_t stored;     // bytes that the spooler has
+    DWORD capacity;    // of the buffer
+    size_t copied;
+  } kCases[] = {{220, 10, 460, 452, 230},  {220, 10, 460, 100, 100}, {220, 232, 452, 452, 452},
+                {220, 232, 460, 452, 452}, {65535, 9, 100, 452, 0},  {0, 0, 71, 452, 0}};
+  for (const auto& [size, extra, stored, capacity, copied] : kCases) {
+    std::vector<std::byte> bytes(stored, std::byte{7}), buffer(capacity, std::byte{1});
+    support::Put(bytes.data(), offsetof(DEVMODEW, dmSize), size);
+    if (stored >= 72) support::Put(bytes.data(), offsetof(DEVMODEW, dmDriverExtra), extra);
     machine().SetDefaultRecord(kPrinter, bytes);
     const support::OpenedPrinter printer;
-    EXPECT_EQ(GetPrinterInfoValue(printer, kPrinter, record.data(), capacity, 10), copied > 0);
+    EXPECT_EQ(GetPrinterInfoValue(printer, kPrinter, buffer.data(), capacity, kInfoDevMode),
+              copied > 0);
     bytes.resize(copied);
     bytes.resize(capacity);
-    record.resize(capacity);
-    EXPECT_EQ(record, bytes) << length;
+    EXPECT_EQ(buffer, bytes) << stored;
   }
 }
 
-TEST_F(PrinterAccess, OpensPrintersByMode) {
-  std::string actual;
-  const auto open = [&](const WCHAR* name, int mode) {
+TEST_F(PrinterAccess, PrinterOpensWithTheAccessOfTheMode) {
+  const auto opens = [&](const WCHAR* name, int mode) {
     HANDLE handle = module_;
     const bool opened = OpenPrinterForDriver(name, mode, &handle);
-    actual += opened ? "open " : handle == nullptr ? "- " : "left ";
+    EXPECT_EQ(handle != nullptr, opened);
     if (opened) ClosePrinter(handle);
+    return opened;
   };
-  for (int mode = 0; mode < 6; ++mode) open(kPrinter, mode);
-  machine().SetPermission(kPrinter, false, true);
-  for (int mode = 0; mode < 6; ++mode) open(kPrinter, mode);
-  open(u"No such printer", 2);
-  EXPECT_EQ(actual, "- open open open open - - - open open - - - ");
-}
-
-TEST(PrinterNames, AreReducedByMode) {
-  std::u16string actual;
-  for (int mode = -1; mode < 4; ++mode) {
-    WCHAR out[40] = u"before";
-    actual += CutPrinterName(out, 40, u"\\\\s\\Label,C:", mode) ? u" yes " : u" no ";
-    actual += out;
+  machine().AddPrinter({.name = u"For use only", .administer = false});
+  for (const int mode : {1, 2, 3, 4}) {
+    EXPECT_TRUE(opens(kPrinter, mode)) << mode;
+    EXPECT_EQ(opens(u"For use only", mode), mode == 2 || mode == 3) << mode;
   }
-  EXPECT_EQ(actual, u" no  yes \\\\s\\Label,C: yes \\\\s\\Label yes Label no ");
-  WCHAR out[6] = u"abcde";
-  EXPECT_TRUE(CutPrinterName(out, 4, u"Label", 2));
-  EXPECT_EQ(std::u16string(out, 5), std::u16string(u"Lab\0e", 5));
-  EXPECT_FALSE(CutPrinterName(out, 4, nullptr, 0));
-  EXPECT_EQ(out[0], 0);
+  for (const int mode : {-1, 0, 5}) EXPECT_FALSE(opens(kPrinter, mode)) << mode;
+  for (const WCHAR* name : {u"No such printer", u"", static_cast<const WCHAR*>(nullptr)})
+    EXPECT_FALSE(opens(name, kDefaultAccess));
 }
 
 TEST(CodePageText, IsTruncatedAtWholeCharacters) {
   platform::Machine::Create();
-  const std::tuple<const WCHAR*, int, std::string> kConversions[] = {
-      {u"表A", 4, "\x95\x5c\x41"}, {u"A表", 3, "A"}, {u"表A", 3, "\x95\x5c"}, {u"表A", 2, ""},
-      {u"ｱ¥\\", 9, "\xb1?\\"},     {u"", 4, ""}};
-  for (const auto& [text, size, form] : kConversions) {
+  const struct {
+    const WCHAR* text;
+    int size;  // of the output
+    std::string converted;
+  } kToCodePage[] = {{u"表A", 4, "\x95\x5c\x41"},
+                     {u"A表", 3, "A"},
+                     {u"表A", 3, "\x95\x5c"},
+                     {u"表A", 2, ""},
+                     {u"", 4, ""},
+                     {u"ｱ¥\\", 9, "\xb1?\\"}};
+  for (const auto& [text, size, converted] : kToCodePage) {
     std::string out(16, 'x');
-    EXPECT_EQ(ToCodePage(text, -1, out.data(), size), static_cast<int>(form.size()));
-    EXPECT_EQ(out, form + std::string(size - form.size(), 0) + std::string(16 - size, 'x'));
+    EXPECT_EQ(ToCodePage(text, -1, out.data(), size), static_cast<int>(converted.size()));
+    EXPECT_EQ(out,
+              converted + std::string(size - converted.size(), 0) + std::string(16 - size, 'x'));
   }
-  char none[4] = "abc";
-  EXPECT_EQ(ToCodePage(u"A", 0, none, 4), 0);
-  EXPECT_EQ(std::string(none, 4), std::string(4, 0));
-  // Half a character is dropped; the number of units for invalid bytes depends on the platform.
-  const std::tuple<const char*, int, int, std::u16string> kTexts[] = {
-      {"\x95\\\x95\\", -1, 4, u"表"}, {"AB", 1, 6, u"A"},
-      {"A\x95\\", 2, 6, u"A"},        {"AB", 2, 0, u""},
-      {"ABCD", 4, 6, u"AB"},          {"AB", 2, 1, u""}};
-  for (const auto& [text, length, size, units] : kTexts) {
+  const struct {
+    const char* text;
+    int length, size;  // bytes of the text, of the output
+    u16string converted;
+  } kFromCodePage[] = {{"\x95\\\x95\\", -1, 4, u"表"},  // holds one unit
+                       {"A\x95\\", 2, 6, u"A"},         // ends within a character
+                       {"ABCD", 4, 6, u"AB"},
+                       {"AB", 1, 6, u"A"},
+                       {"AB", 2, 1, u""}};
+  for (const auto& [text, length, size, converted] : kFromCodePage) {
     WCHAR out[3] = {};
-    EXPECT_EQ(FromCodePage(text, length, out, size), static_cast<int>(units.size()));
-    EXPECT_EQ(out, units);
+    EXPECT_EQ(FromCodePage(text, length, out, size), static_cast<int>(converted.size()));
+    EXPECT_EQ(out, converted);
   }
-  for (const char* bad : {"A\x81\x20\x81\x20", "\x81\x20\x81\x20\x81\x20", "\xff\xff\xff"}) {
-    WCHAR out[3];
-    const int units = FromCodePage(bad, -1, out, sizeof out);
-    EXPECT_TRUE(units == 1 || units == 2) << bad;
-    EXPECT_EQ(std::u16string(out).size(), static_cast<size_t>(units)) << bad;
-  }
+}
+
+TEST(CodePageText, UnitsWithoutAFormAreFound) {
   int index = -1;
   EXPECT_TRUE(IsCp932Representable(u"髙ｱ?é", 3, &index));
   EXPECT_EQ(index, -1);
   EXPECT_FALSE(IsCp932Representable(u"髙ｱ?é", 4, &index));
   EXPECT_EQ(index, 3);
-  for (const WCHAR* bad : {u"¥", u"\xD83D\xDE00"})
-    EXPECT_FALSE(IsCp932Representable(bad, 9, nullptr));
+  EXPECT_FALSE(IsCp932Representable(u"¥", 9, nullptr)) << "no best fit to a backslash";
   EXPECT_TRUE(IsCp932Representable(u"é", -5, nullptr));
   EXPECT_TRUE(IsCp932Representable(nullptr, 9, nullptr));
 }
 
-TEST(Texts, IntegersEndAtTheFirstOtherCharacter) {
-  const std::pair<std::string, LONG> kCases[] = {
-      {"-4294967297", INT32_MIN}, {"", 0},    {"2147483646", 2147483646}, {"  +12x9", 12},
-      {"4294967297", INT32_MAX},  {"-7", -7}, {"2147483647", INT32_MAX},  {"--7", 0},
-      {"-2147483648", INT32_MIN}, {"+-7", 0}};
+TEST(Texts, IntegerEndsAtTheFirstOtherCharacterAndSaturates) {
+  const std::pair<std::string, LONG> kCases[] = {{"", 0},
+                                                 {"  +12x9", 12},
+                                                 {"-7", -7},
+                                                 {"--7", 0},
+                                                 {"2147483646", 2147483646},
+                                                 {"2147483647", INT32_MAX},
+                                                 {"4294967297", INT32_MAX},
+                                                 {"-2147483648", INT32_MIN},
+                                                 {"-4294967297", INT32_MIN}};
   for (const auto& [text, value] : kCases) {
     EXPECT_EQ(IntegerFromText(text.c_str()), value) << text;
-    EXPECT_EQ(IntegerFromText(std::u16string(text.begin(), text.end()).c_str()), value) << text;
+    EXPECT_EQ(IntegerFromText(u16string(text.begin(), text.end()).c_str()), value) << text;
   }
-  EXPECT_EQ(IntegerFromText("\t5"), 0);
+  EXPECT_EQ(IntegerFromText("\t5"), 0) << "8-bit text skips spaces only";
   EXPECT_EQ(IntegerFromText(u"\t\r5"), 5);
 }
 
 TEST(Texts, StayWithinTheirBuffers) {
   WCHAR buffer[6] = u"ab";
   EXPECT_EQ(AppendText(buffer, u"cdefgh"), 3);
-  EXPECT_EQ(buffer, std::u16string(u"abcde"));
+  EXPECT_EQ(buffer, u16string(u"abcde"));
   EXPECT_EQ(AppendText(buffer, u"x"), 0);
   EXPECT_EQ(CopyText(buffer, 1, u"y"), 0);
-  EXPECT_EQ(std::u16string(buffer, 6), std::u16string(u"\0bcde\0", 6));
+  EXPECT_EQ(u16string(buffer, 6), u16string(u"\0bcde\0", 6));
   EXPECT_EQ(CopyField(buffer, 6, u"xyz", 2), 2);
-  EXPECT_EQ(buffer, std::u16string(u"xy"));
+  EXPECT_EQ(buffer, u16string(u"xy"));
   EXPECT_EQ(CopyText(buffer, nullptr), 0);
-  EXPECT_EQ(std::u16string(buffer, 6), std::u16string(6, 0)) << "the rest of the array is cleared";
-  EXPECT_TRUE(SameTextIgnoringCase(u"Explorer.EXE", u"explorer.exe"));
+  EXPECT_EQ(u16string(buffer, 6), u16string(6, 0)) << "the rest of the array is cleared";
+  EXPECT_FALSE(CutPrinterName(buffer, 6, u"Label", -1));
+  EXPECT_FALSE(CutPrinterName(buffer, 6, u"Label", 3));
   EXPECT_FALSE(SameText(u"a", u"A"));
   EXPECT_TRUE(SameText(nullptr, u""));
 }
