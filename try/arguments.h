@@ -11,8 +11,8 @@ namespace kestrel_try {
 // separate arguments, quotation marks enclose them, a quotation mark behind a backslash is part of
 // its argument, backslashes before a quotation mark count half, and two quotation marks inside
 // quotation marks are one. The program's name, in which a backslash has no such meaning, is left
-// out. words receives the first of the arguments, terminated inside storage, which has room for as
-// many units as the command line with its terminator. Returns how many arguments there are.
+// out. words receives the first of the arguments, terminated inside storage, which holds as many
+// units as the command line with its terminator. Returns how many arguments there are.
 size_t SplitCommandLine(const WCHAR* line, WCHAR* storage, const WCHAR** words, size_t capacity);
 
 enum class Sheet { kNone, kDocument, kAdvanced, kUserDefault, kPrinter };

@@ -108,7 +108,7 @@ UINT Run(const WCHAR* commandLine) {
   Arguments arguments;
   const char* wrong =
       count > kMostWords ? "there are too many arguments" : ReadArguments(words, count, arguments);
-  if (wrong != nullptr) return Fail(kUsage, wrong, nullptr, "; kestrel-try --help tells more");
+  if (wrong != nullptr) return Fail(kUsage, wrong, nullptr, "; see kestrel-try --help");
   Output out(STD_OUTPUT_HANDLE);
   if (!arguments.help) return Try(arguments, out);
   out.Put(kHelp);
