@@ -32,14 +32,10 @@ class EndToEnd : public support::SheetTest {
     const std::u16string directory = machine().driverDirectory() + u"\\3\\";
     machine().InstallModule(directory + u"QM610rLIB.DLL", support::Built("QM610rLIB.so"));
     machine().InstallModule(directory + u"QM610rBAR.DLL", support::Built("QM610rBAR.so"));
-    // The spooler initialises a new printer through the driver and then stores its default record.
+    // The spooler initialises a new printer through the driver and stores its default record.
     for (std::u16string name : {kPrinter, kSecond}) {
       EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
-      SettingsRecord record = {};
-      LONG size = sizeof(record);
-      EXPECT_TRUE(exports_.DrvConvertDevMode(name.data(), nullptr, &record.Public, &size,
-                                             CDM_DRIVER_DEFAULT));
-      machine().SetDefaultRecord(name, BytesOf(record));
+      machine().SetDefaultRecord(name, BytesOf(Resolve(name)));
     }
   }
 
