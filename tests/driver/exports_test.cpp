@@ -194,6 +194,13 @@ TEST_F(EntryPoints, JobAttributesContainTheResolutionOfTheGivenRecord) {
   EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
 }
 
+TEST_F(EntryPoints, ConversionWithoutMemoryReportsSizeZero) {
+  LONG size = 452;
+  machine().faults.FailFrom(Fault::kAllocation, 1);
+  EXPECT_FALSE(Convert(CDM_CONVERT, kNone, &size));
+  EXPECT_EQ(size, 0);
+}
+
 // When one platform call fails, an export returns the stored settings, the defaults or nothing, but
 // never a mixture.
 TEST_F(EntryPoints, WriteStoredSettingsDefaultsOrNothingOnFailure) {

@@ -179,6 +179,7 @@ TEST(CodePageText, UnitsWithoutAFormAreFound) {
   EXPECT_EQ(index, -1);
   EXPECT_FALSE(IsCp932Representable(u"髙ｱ?é", 4, &index));
   EXPECT_EQ(index, 3);
+  EXPECT_TRUE(IsCp932Representable(u"A\0é", 3, nullptr)) << "ends at the terminator";
   EXPECT_FALSE(IsCp932Representable(u"¥", 9, nullptr)) << "no best fit to a backslash";
   EXPECT_TRUE(IsCp932Representable(u"é", -5, nullptr));
   EXPECT_TRUE(IsCp932Representable(nullptr, 9, nullptr));
