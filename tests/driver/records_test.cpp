@@ -26,7 +26,7 @@ class Records : public support::MachineTest {
     Store();
   }
   void Store() { support::StoreBlock(machine(), block_); }
-  // Converts an input of 452 bytes or more; input and output may be the same.
+  // Converts a record; input and output may be the same.
   void Convert(void* input, void* output) {
     LONG size = 452;
     EXPECT_TRUE(exports_.DrvConvertDevMode(name_.data(), static_cast<DEVMODEW*>(input),
