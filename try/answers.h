@@ -1,6 +1,6 @@
-// What the module's exports return without a window, as JSON. Nothing here stores anything, and
-// nothing depends on the machine: the printer's name, handles and addresses are left out. The
-// functions return false when there is no memory for the buffers that they hand in.
+// Writes what the module's exports return without a window, as JSON. No function stores anything.
+// The output does not depend on the machine: it omits the printer's name, handles and addresses.
+// The functions return false when there is no memory for the buffers of the calls.
 #pragma once
 
 #include "driver/settings_block.h"
@@ -9,15 +9,15 @@
 
 namespace kestrel_try {
 
-// Every capability index, and paper names for buffers of several sizes.
+// Calls every capability index, and queries paper names with buffers of several sizes.
 bool WriteCapabilities(const Target& target, Json& json);
-// The default record, and what merges and conversions change in it.
+// Writes the default record, and the fields of it that merges and conversions change.
 bool WriteRecords(const Target& target, Json& json);
-// The exports whose results are the same for every printer and record.
+// Calls the exports whose results are the same for every printer and record.
 bool WriteFixedAnswers(const Target& target, Json& json);
 
-// The record's fields that differ from those of another record, all of them without one. A device
-// name that is the printer's appears as "(printer)".
+// Writes the fields of a record that differ from those of another record, or all fields when other
+// is null. A device name equal to the printer's appears as "(printer)".
 void WriteRecord(const Target& target, Json& json, const char* member,
                  const kestrel::SettingsRecord& record, const kestrel::SettingsRecord* other);
 

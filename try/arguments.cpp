@@ -8,7 +8,7 @@ constexpr WCHAR kBackslash = TEXT('\\');
 
 bool IsBlank(WCHAR unit) { return unit == TEXT(' ') || unit == TEXT('\t'); }
 
-// Returns where the arguments begin, behind the program's name.
+// Returns the start of the arguments, after the program's name.
 const WCHAR* SkipProgramName(const WCHAR* line) {
   bool quoted = false;
   for (; *line != 0 && (quoted || !IsBlank(*line)); ++line) {

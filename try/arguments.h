@@ -8,7 +8,7 @@
 namespace kestrel_try {
 
 // Splits a command line by the rules that the platform documents for C programs: spaces and tabs
-// separate arguments, quotation marks enclose them, a quotation mark behind a backslash is part of
+// separate arguments, quotation marks enclose them, a quotation mark after a backslash is part of
 // its argument, backslashes before a quotation mark count half, and two quotation marks inside
 // quotation marks are one. The program's name, in which a backslash has no such meaning, is left
 // out. words receives the first of the arguments, terminated inside storage, which holds as many
@@ -24,7 +24,7 @@ struct Arguments {
   bool help = false;
 };
 
-// Reads the arguments. Returns null, or a sentence that says what is wrong with them.
+// Reads the arguments. Returns null, or a description of the first error.
 const char* ReadArguments(const WCHAR* const* words, size_t count, Arguments& arguments);
 
 }  // namespace kestrel_try

@@ -7,7 +7,7 @@
 namespace kestrel_try {
 namespace {
 
-// What an index writes into the buffer, as DeviceCapabilities documents it.
+// The output of a capability index, as DeviceCapabilities documents it.
 enum class Buffer { kNone, kWords, kDwords, kPoint, kPoints, kNames };
 
 struct Capability {

@@ -99,7 +99,7 @@ void WriteQueries(const Target& target, Json& json, DEVMODEW& record) {
   info.pDevMode = &record;
   WriteResult(json, "DevQueryPrintEx", nullptr, target.exports.queryPrintEx(&info), FALSE);
 
-  // Event 1 comes before a device context is reset, event 14 asks which events are wanted.
+  // Event 1 is sent before a device context is reset, event 14 queries the supported events.
   for (const INT event : {1, 14}) {
     const INT answer =
         target.exports.documentEvent(target.printer, nullptr, event, 0, nullptr, 0, nullptr);

@@ -41,7 +41,7 @@ const char* Exports::Find(HMODULE module) {
 }
 
 kestrel::Module LoadModule(const WCHAR* file) {
-  // ".\" in front, a terminator behind.
+  // The name with ".\" before it and a terminator after it.
   size_t length = 0;
   bool hasFolder = false;
   for (; file[length] != 0; ++length) {

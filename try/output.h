@@ -23,7 +23,7 @@ class Output {
   // UTF-16 up to its terminator, at most the given number of units. A lone surrogate becomes
   // U+FFFD.
   Output& Put(const WCHAR* text, size_t units = static_cast<size_t>(-1));
-  // Writes what is still held. Returns ERROR_SUCCESS, or the error of the first failed write.
+  // Writes the buffered text. Returns ERROR_SUCCESS, or the error of the first failed write.
   DWORD Flush();
 
  private:

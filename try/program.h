@@ -1,5 +1,5 @@
 // kestrel-try: tries a printer driver's user-interface module on a real system and writes what its
-// exports return as JSON, so that it can be compared with recorded answers.
+// exports return as JSON, for comparison with recorded results.
 #pragma once
 
 #include <windows.h>

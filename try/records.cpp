@@ -85,7 +85,7 @@ void WriteField(const Target& target, Json& json, const Part& part, const Record
   }
 }
 
-// A record as an application hands it in: the default record with up to three words changed.
+// An application's record: the default record with up to three words changed.
 struct Edit {
   size_t offset;
   WORD value;
@@ -143,8 +143,8 @@ void MakeInput(const SettingsRecord& defaults, const Input& input, SettingsRecor
   record.Public.dmDriverExtra = input.privateSize;
 }
 
-// A record in the module's own form by what differs from the default record, any other one by its
-// sizes and whether it is the input unchanged.
+// Writes a record of the module's own sizes as its differences from the default record, and any
+// other record as its sizes and whether it equals the input.
 void WriteMerged(const Target& target, Json& json, const SettingsRecord& record,
                  const SettingsRecord& input, const SettingsRecord& defaults) {
   const size_t size = size_t{record.Public.dmSize} + record.Public.dmDriverExtra;
@@ -170,7 +170,7 @@ void WriteDefaults(const Target& target, Json& json, Records& records) {
   json.OpenCall("DrvDocumentProperties", "DM_COPY");
   json.Member("result", result);
   WriteRecord(target, json, "record", records.defaults, nullptr);
-  // Reserved words have no name; the bytes behind the device name have them too.
+  // The bytes after the device name include the reserved words, which have no field name.
   constexpr size_t kName = sizeof records.defaults.Public.dmDeviceName;
   json.MemberBytes("bytesFrom64", BytesOf(records.defaults) + kName, kRecordSize - kName);
   json.CloseCall();

@@ -12,7 +12,7 @@ constexpr WCHAR kSyncPrint[] = TEXT("SyncPrint");
 constexpr WCHAR kPrintersKey[] = TEXT("SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\");
 constexpr WCHAR kDataKey[] = TEXT("\\PrinterDriverData");
 
-// The registry value SyncPrint of a printer, as it was when this object was made.
+// The registry value SyncPrint of a printer at the time of construction.
 class SyncPrintValue {
  public:
   explicit SyncPrintValue(const WCHAR* printer) {
@@ -128,8 +128,8 @@ SheetEnd ShowUserDefault(const Target& target, bool mayStore, Json& json) {
   return EndOf(result);
 }
 
-// PrinterProperties would first write the value "Permission" to find out whether it may; the access
-// of the handle says the same.
+// Does not call PrinterProperties, which would write the value "Permission" to determine the user's
+// rights; mayStore states them already.
 SheetEnd ShowPrinter(const Target& target, bool mayStore, Json& json) {
   const auto header = kestrel::HeapBlock<DEVICEPROPERTYHEADER>::One();
   if (!header) return SheetEnd::kFailed;

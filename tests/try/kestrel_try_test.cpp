@@ -1,5 +1,5 @@
-// kestrel-try with the module: both native, or, where DRIVER_MODULE names the module's Windows
-// image, that image and the kestrel-try.exe beside it.
+// kestrel-try with the module. Both are native code, or, when DRIVER_MODULE names the module's
+// Windows image, that image and the kestrel-try.exe in its folder.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -31,7 +31,8 @@ class KestrelTry : public support::SheetTest {
   ProgramResult RunModule(const std::u16string& arguments) {
     return Run(u"C:/WINDOWS/system32/spool/drivers/w32x86/3/QM610rDRV1.DLL " + arguments);
   }
-  // What a sheet may store, by name: the registry, the printer's data and its default record.
+  // Returns all that a sheet may store, by name: registry values, the printer's data and its
+  // default record.
   auto Stored() {
     std::map<std::u16string, std::vector<std::byte>> stored = {
         {u"record", machine().DefaultRecord(kPrinter)}};
@@ -92,7 +93,7 @@ TEST_F(KestrelTry, FailureHasAReasonOnStandardErrorAndAnExitCode) {
        "--sheet needs document, advanced, user-default or printer"},
       {u"a.dll b --sheets", kUsage, "there is no such option"},
       // Without a folder a name is that of a file in the current directory, wherever else one is.
-      {u"QM610rDRV1.dll b", kFailed, "QM610rDRV1.dll cannot be loaded (error 126)"},
+      {u"QM610rDRV1.dll b-1", kFailed, "QM610rDRV1.dll cannot be loaded (error 126)"},
       {folder + u"Other.dll b", kFailed,
        "DrvPrinterEvent is not exported by the module (error 127)"},
       {folder + u"QM610rDRV1.dll 倉庫", kFailed, "the printer 倉庫 cannot be opened (error 1801)"},
