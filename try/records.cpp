@@ -113,7 +113,7 @@ constexpr Input kInputs[] = {
     {"dmOrientation 3", 220, 232, {{kOrientation, 3}}},
     {"dmPaperSize 256", 220, 232, {{kPaperSize, 256}}},
     {"dmPaperSize 9", 220, 232, {{kPaperSize, 9}}},
-    {"dmCopies 500", 220, 232, {{kCopies, 500}}},
+    {"dmCopies 257", 220, 232, {{kCopies, 257}}},
     {"dmCopies 0", 220, 232, {{kCopies, 0}}},
     {"nPrintSpeed 2, nSensor 1, nVertBase -5",
      220,

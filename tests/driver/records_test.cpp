@@ -164,7 +164,8 @@ class PrivateFields : public Records {
             &Mode::nMoveMode, &Mode::nTSMode, &Mode::nColorText})
         settings.*field = 0x5A5A;
       // Twelve numbers of the free-size paper, from PaperKind to Yoshi.
-      std::memset(&settings.FreePaper.PaperKind, 0x5A, 12 * sizeof(int16_t));
+      auto* paper = reinterpret_cast<BYTE*>(&settings.FreePaper);
+      std::fill_n(paper + offsetof(PaperInfo, PaperKind), 24, BYTE{0x5A});
     }
     EXPECT_EQ(BytesOf(Convert(input)), BytesOf(expected));
   }
