@@ -149,7 +149,7 @@ TEST(CodePageText, IsTruncatedAtWholeCharacters) {
                      {u"A表", 3, "A"},
                      {u"表A", 3, "\x95\x5c"},
                      {u"表A", 2, ""},
-                     {u"", 4, ""},
+                     {nullptr, 4, ""},
                      {u"ｱ¥\\", 9, "\xb1?\\"}};
   for (const auto& [text, size, converted] : kToCodePage) {
     std::string out(16, 'x');
@@ -163,9 +163,8 @@ TEST(CodePageText, IsTruncatedAtWholeCharacters) {
     u16string converted;
   } kFromCodePage[] = {{"\x95\\\x95\\", -1, 4, u"表"},  // holds one unit
                        {"A\x95\\", 2, 6, u"A"},         // ends within a character
-                       {"ABCD", 4, 6, u"AB"},
-                       {"AB", 1, 6, u"A"},
-                       {"AB", 2, 1, u""}};
+                       {"ABCD", 4, 6, u"AB"},          {"AB", 1, 6, u"A"},
+                       {nullptr, 2, 6, u""},           {"AB", 2, 1, u""}};
   for (const auto& [text, length, size, converted] : kFromCodePage) {
     WCHAR out[3] = {};
     EXPECT_EQ(FromCodePage(text, length, out, size), static_cast<int>(converted.size()));
