@@ -1,0 +1,315 @@
+// The dialog of decorative fonts, with fonts of this printer and of others.
+#include "font_fixture.h"
+#include "fonts/font_sizes.h"
+#include "fonts/resident_fonts.h"
+
+namespace fonts {
+namespace {
+
+constexpr int kResident = IDC_DECO_FONT_RESIDENT, kSize = IDC_DECO_FONT_SIZE,
+              kWidth = IDC_DECO_FONT_WIDTH, kWidthSpin = IDC_DECO_FONT_WIDTH_SPIN,
+              kHeight = IDC_DECO_FONT_HEIGHT, kHeightSpin = IDC_DECO_FONT_HEIGHT_SPIN,
+              kExpandX = IDC_DECO_FONT_EXPAND_X, kExpandXSpin = IDC_DECO_FONT_EXPAND_X_SPIN,
+              kExpandY = IDC_DECO_FONT_EXPAND_Y, kExpandYSpin = IDC_DECO_FONT_EXPAND_Y_SPIN,
+              kMm = IDC_DECO_FONT_MM, kInchRadio = IDC_DECO_FONT_INCH, kDots = IDC_DECO_FONT_DOT,
+              kDecorateOn = IDC_DECO_FONT_DECORATE_ON, kDecorateOff = IDC_DECO_FONT_DECORATE_OFF;
+// Radio buttons in the order of their values.
+const std::vector<int> kUnits = {kMm, kInchRadio, kDots};
+const std::vector<int> kPitches = {IDC_DECO_FONT_PITCH_FIXED, IDC_DECO_FONT_PITCH_PROPORTIONAL};
+const std::vector<int> kRotations = {IDC_DECO_FONT_ROTATE_0, IDC_DECO_FONT_ROTATE_90,
+                                     IDC_DECO_FONT_ROTATE_180, IDC_DECO_FONT_ROTATE_270};
+const std::vector<int> kReversals = {IDC_DECO_FONT_REVERSE_OFF, IDC_DECO_FONT_REVERSE_ON};
+const std::vector<int> kSmoothings = {IDC_DECO_FONT_SMOOTH_OFF, IDC_DECO_FONT_SMOOTH_ON};
+const std::vector<int> kEmphases = {IDC_DECO_FONT_BOLD_OFF, IDC_DECO_FONT_BOLD_ON};
+const std::vector<int> kOutlines = {
+    IDC_DECO_FONT_OUTLINE_STANDARD,      IDC_DECO_FONT_OUTLINE_HOLLOW,
+    IDC_DECO_FONT_OUTLINE_GRAY1,         IDC_DECO_FONT_OUTLINE_GRAY2,
+    IDC_DECO_FONT_OUTLINE_GRAY3,         IDC_DECO_FONT_OUTLINE_SHADOW,
+    IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW, IDC_DECO_FONT_OUTLINE_MIRROR,
+    IDC_DECO_FONT_OUTLINE_ITALIC,        IDC_DECO_FONT_OUTLINE_HOLLOW_SHADOW_ITALIC};
+const std::vector<int> kMagnifications = {kExpandX, kExpandXSpin, kExpandY, kExpandYSpin},
+                       kFreeSize = {kWidth, kWidthSpin, kHeight, kHeightSpin};
+
+class DecoDialogTest : public FontTest {};
+
+// A scalable font, as other printers have it.
+Font Scalable(int width, int height) {
+  return Deco(u"S", u"OUTLINE", kSizeScalable, width, height);
+}
+
+TEST_F(DecoDialogTest, NewFontHasSizesAndStylesOfItsResidentFont) {
+  const struct {
+    int headDensity, row;
+    const char16_t* name;
+    int sizeCode, width, height;
+    bool isProportional, canBeEmphasized;
+  } kFonts[] = {{203, 0, u"X20", kSize5x9, 5, 9, false, false},
+                {203, 1, u"X21", kSize17x17, 17, 17, true, false},
+                {203, 2, u"X22", kSize24x24, 24, 24, true, false},
+                {203, 3, u"X23", kSize48x48, 48, 48, true, false},
+                {203, 4, u"X24", kSize48x48, 48, 48, true, false},
+                {203, 5, u"OCR-A", kSize15x22, 15, 22, false, false},
+                {203, 6, u"OCR-B", kSize20x24, 20, 24, false, false},
+                {203, 7, u"POP", kSize80x133, 80, 133, true, false},
+                {203, 8, u"漢字(横書)", kSize16x16, 16, 16, false, true},
+                {203, 9, u"漢字(縦書)", kSize16x16, 16, 16, false, true},
+                {305, 5, u"OCR-A", kSize22x33, 22, 33, false, false},
+                {305, 6, u"OCR-B", kSize30x36, 30, 36, false, false},
+                {600, 5, u"OCR-A", kSize15x22, 15, 22, false, false}};
+  for (const auto& font : kFonts) {
+    SCOPED_TRACE(font.row);
+    const std::string cell = std::to_string(font.width) + "*" + std::to_string(font.height);
+    std::vector<std::u16string> sizes = {std::u16string(cell.begin(), cell.end())};
+    if (font.row >= 8) sizes = {u"16*16", u"24*24", u"22*22"};
+    SetDensity(font.headDensity);
+    Store({});
+    ExpectStored({Deco(u"A", font.name, font.sizeCode, font.width, font.height)},
+                 New(kDeco, u"A",
+                     {Select(kResident, font.name), ExpectSelected(kResident, font.row),
+                      ExpectItems(kSize, sizes), ExpectSelected(kSize, 0),
+                      ExpectEnabled(kPitches, font.isProportional),
+                      ExpectEnabled(kEmphases, font.canBeEmphasized), ExpectEnabled(kReversals),
+                      ExpectEnabled(kMagnifications), ExpectEnabled(kFreeSize, false),
+                      ExpectEnabled(kOutlines, false), ExpectEnabled(kSmoothings, false)}));
+  }
+}
+
+TEST_F(DecoDialogTest, SizeIsCellTimesMagnificationInTheUnitOfTheFont) {
+  ExpectStored(
+      {Deco(u"K", u"漢字(横書)", kSize22x22, 132, 66).Magnified(6, 3)},
+      New(kDeco, u"K",
+          {Select(kResident, 8), Select(kSize, 2), Replace(kExpandX, u"5"), Spin(kExpandYSpin, 2),
+           ExpectRange(kWidthSpin, 1, 660, 110), ExpectRange(kHeightSpin, 1, 396, 66),
+           ExpectEnabled(kEmphases), Replace(kExpandX, u"6"), ExpectEnabled(kEmphases, false)}));
+  // The cell is converted to inches directly, a size that is shown by way of millimetres.
+  Store({});
+  ExpectStored(
+      {Deco(u"I", u"X21", kSize17x17, 84, 335).Magnified(1, 4).With(&DecoFontInfo::Unit, kInch)},
+      New(kDeco, u"I",
+          {Select(kResident, 1), Click(kInchRadio), ExpectText(kWidth, u"0.083"),
+           Replace(kExpandY, u"4"), ExpectText(kWidth, u"0.084")}));
+}
+
+TEST(FontSize, UnitChangeConvertsDotsAndInchesByWayOfMillimetres) {
+  const struct {
+    int from, to, width, convertedWidth, height, convertedHeight;
+  } kCases[] = {{kDot, kMillimetre, 48, 60, 17, 21},   {kMillimetre, kDot, 60, 48, 21, 17},
+                {kMillimetre, kInch, 21, 83, 60, 236}, {kInch, kMillimetre, 83, 21, 236, 60},
+                {kDot, kInch, 17, 83, 48, 236},        {kInch, kDot, 86, 18, 236, 48}};
+  for (const auto& [from, to, width, convertedWidth, height, convertedHeight] : kCases) {
+    Font font = Deco(u"A", u"X20", kSize5x9, width, height).With(&DecoFontInfo::Unit, from);
+    ChangeFontUnit(font.Deco, static_cast<uint16_t>(to), 203);
+    EXPECT_EQ(font, Deco(u"A", u"X20", kSize5x9, convertedWidth, convertedHeight)
+                        .With(&DecoFontInfo::Unit, to));
+  }
+}
+
+// Smoothing belongs to no resident font of this printer.
+TEST(SupportedStyles, DependOnMagnifications) {
+  DecoFontInfo row = {};
+  const auto styles = [&row](int expandX, int expandY) {
+    return StylesSupportedBy(row, Font().Magnified(expandX, expandY).Deco);
+  };
+  row.Smoothing = kAlways;
+  EXPECT_TRUE(styles(1, 6).smoothing);
+  row.Smoothing = kFromThree;
+  EXPECT_TRUE(styles(3, 3).smoothing);
+  EXPECT_FALSE(styles(2, 6).smoothing || styles(6, 2).smoothing);
+  row.Bold = kUpToFive;
+  EXPECT_TRUE(styles(5, 5).emphasis);
+  EXPECT_FALSE(styles(6, 1).emphasis || styles(1, 6).emphasis);
+}
+
+TEST_F(DecoDialogTest, DecorationAndSerialNumberingCannotBothBeOff) {
+  const auto expectEnabled = [](bool enabled) {
+    Steps steps = ExpectEnabled({kSize}, enabled);
+    for (const auto& group : {kUnits, kRotations, kReversals, kMagnifications})
+      steps += ExpectEnabled(group, enabled);
+    return steps;
+  };
+  const Steps newFont = {ExpectEnabled({kDecorateOff}, false), ExpectEnabled({kDeco.serialOff}),
+                         expectEnabled(true)};
+  ExpectStored({Deco(u"A").With(&DecoFontInfo::Decorate, 0).Numbered(true, false, kNewNumbers)},
+               New(kDeco, u"A",
+                   {ExpectText(kDeco.name, u""), ExpectSelected(kResident, 0), newFont,
+                    Click(kDeco.serialOn), Click(kDecorateOff), expectEnabled(false),
+                    ExpectEnabled({kDeco.serialOff}, false), Click(kDecorateOn),
+                    Click(kDeco.serialOff), newFont, Click(kDeco.serialOn), Click(kDecorateOff)}));
+}
+
+// A scalable font with every style, so that every radio button is enabled.
+TEST_F(DecoDialogTest, EveryRadioButtonIsStoredAndShown) {
+  const struct {
+    uint16_t DecoFontInfo::*field;
+    std::vector<int> radios, values;
+  } kGroups[] = {{&DecoFontInfo::Unit, kUnits, {kMillimetre, kInch, kDot}},
+                 {&DecoFontInfo::Pitch, kPitches, {1, 2}},
+                 {&DecoFontInfo::Rotate, kRotations, {0, 90, 180, 270}},
+                 {&DecoFontInfo::ColorRevolution, kReversals, {0, 1}},
+                 {&DecoFontInfo::Smoothing, kSmoothings, {0, 1}},
+                 {&DecoFontInfo::Bold, kEmphases, {0, 1}},
+                 {&DecoFontInfo::OutlineStyle, kOutlines, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}}};
+  const Font font = Scalable(100, 200)
+                        .With(&DecoFontInfo::Pitch, 2)
+                        .With(&DecoFontInfo::Smoothing, 1)
+                        .With(&DecoFontInfo::Bold, 1);
+  for (const auto& [field, radios, values] : kGroups) {
+    for (size_t i = 0; i < radios.size(); ++i) {
+      Store({font});
+      // The dialog refreshes its controls from the font when decoration is turned on.
+      Ok(kFontTab,
+         Change(kDeco, {Click(radios[i]), Click(kDecorateOn), ExpectChecked({radios[i]})}));
+      const Fonts stored = Stored();
+      EXPECT_EQ(stored.at(0).Deco.*field, values[i]) << radios[i];
+      Ok(kFontTab, Change(kDeco, ExpectChecked({radios[i]})));
+      EXPECT_EQ(Stored(), stored) << radios[i];
+    }
+  }
+}
+
+TEST_F(DecoDialogTest, MagnificationOutsideOneToSixIsShownAndRejected) {
+  const Font stored = Deco(u"N").Magnified(9, 0);
+  Store({stored});
+  ExpectStored({stored}, {Click(kDeco.change), Click(kMm), Click(IDCANCEL)});
+  ExpectChange(
+      kDeco, stored, Deco(u"N", u"X20", kSize5x9, 30, 54).Magnified(6, 6),
+      {ExpectText(kExpandX, u"9"), ExpectText(kExpandY, u"0"), ExpectRange(kHeightSpin, 1, 1, 1),
+       Spin(kExpandXSpin, 9), ExpectText(kExpandX, u"6"), Replace(kExpandY, u"70"),
+       Select(kSize, 0), ExpectText(kExpandY, u"70"),
+       ExpectRejected(kDeco.ChangeTitle(), u"フォントサイズ\n",
+                      {{kExpandX, u"幅倍率", u"", u"0", u"1", u"6", u"7"},
+                       {kExpandY, u"高さ倍率", u"", u"0", u"1", u"6", u"7"}})});
+}
+
+// The limits are 27 to 550 and 50 to 999 dots, converted to the unit.
+TEST_F(DecoDialogTest, ScalableFontHasFreeWidthAndHeight) {
+  const auto rejected = [](const std::vector<FieldLimits>& fields) {
+    return ExpectRejected(kDeco.ChangeTitle(), u"フォントサイズ\n", fields);
+  };
+  const auto textIsSelected = [](Desk& desk) {
+    EXPECT_EQ(SendDlgItemMessageW(desk.Top(), kWidth, EM_GETSEL, 0, 0), MAKELONG(0, 3));
+  };
+  ExpectChange(
+      kDeco, Scalable(100, 200), Scalable(1500, 280).With(&DecoFontInfo::Unit, kInch),
+      {ExpectItems(kSize, {}),
+       ExpectEnabled(kMagnifications, false),
+       ExpectEnabled(kFreeSize),
+       ExpectEnabled(kOutlines),
+       rejected({{kWidth, u"幅", u"dot ", u"26", u"27", u"550", u"551"},
+                 {kHeight, u"高さ", u"dot ", u"49", u"50", u"999", u"1000"}}),
+       Click(kMm),
+       ExpectText(kWidth, u"68.8"),
+       Spin(kWidthSpin, -3),
+       ExpectText(kWidth, u"68.5"),
+       rejected({{kWidth, u"幅", u"mm ", u"3.3", u"3.4", u"68.8", u"68.9"},
+                 {kHeight, u"高さ", u"mm ", u"6.2", u"6.3", u"125.0", u"125.1"}}),
+       Replace(kHeight, u"7.1"),
+       Paste(kWidth, u"9"),
+       Focus(kHeight),
+       ExpectText(kWidth, u"9.0"),
+       ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
+       Tab(true),
+       textIsSelected,
+       Type(kWidth, u"x"),
+       ExpectText(kWidth, u"9.0"),
+       Click(kInchRadio),
+       rejected({{kWidth, u"幅", u"inch ", u"0.132", u"0.133", u"2.709", u"2.710"}}),
+       Replace(kWidth, u"1.5")});
+}
+
+// The defaults of a resident font reset the decoration, but neither numbering nor the typed name.
+TEST_F(DecoDialogTest, FontOfAnotherPrinterStaysUntilAResidentFontIsChosen) {
+  const std::array<int16_t, 4> numbers = {5, -2, 3, 4};
+  const Font other = Deco(u"A", u"X99", kSize22x22, 251, 84)
+                         .Magnified(2, 3)
+                         .With(&DecoFontInfo::Unit, kInch)
+                         .With(&DecoFontInfo::Pitch, 2)
+                         .With(&DecoFontInfo::Rotate, 90)
+                         .With(&DecoFontInfo::ColorRevolution, 1)
+                         .With(&DecoFontInfo::Smoothing, 1)
+                         .With(&DecoFontInfo::Bold, 1);
+  for (Font font : {other, Scalable(60, 90).With(&DecoFontInfo::OutlineStyle, 7),
+                    Deco(u"A", u"NEW", 0, 77, 88), Deco(u"A", u"NEW", 4096, 77, 88)}) {
+    font.Numbered(true, true, numbers);
+    ExpectChange(kDeco, font, font, ExpectSelected(kResident, -1));
+    ExpectChange(kDeco, font, Deco(u"B", u"X21", kSize17x17, 17, 17).Numbered(true, true, numbers),
+                 {Replace(kDeco.name, u"B"), Click(kDecorateOff), Select(kResident, 1)});
+  }
+}
+
+TEST_F(DecoDialogTest, InvalidRecordIsCorrectedByOk) {
+  // a size and magnifications outside their limits, a cell that the resident font lacks
+  ExpectChange(kDeco, Deco(u"A", u"X99", kSize22x22, -44, 0), Deco(u"A", u"X99", kSize22x22, 1, 1));
+  ExpectChange(kDeco, Scalable(60, 90).Magnified(9, 0), Scalable(60, 90).Magnified(6, 1));
+  ExpectChange(kDeco, Deco(u"A", u"漢字(横書)", kSize48x48, 48, 48),
+               Deco(u"A", u"漢字(横書)", kSize16x16, 16, 16));
+  // decoration and numbering both off, an unknown unit, numbers outside their limits
+  ExpectChange(kDeco, Deco(u"A").With(&DecoFontInfo::Decorate, 0), Deco(u"A"));
+  ExpectChange(kDeco, Deco(u"A").With(&DecoFontInfo::Unit, 9), Deco(u"A"));
+  ExpectChange(kDeco, Deco(u"A").Numbered(false, false, {0, 20000, 100, -1}),
+               Deco(u"A").Numbered(false, false, {1, 9999, 99, 0}));
+  for (const int filling : {0xFF, 0x7F, 0x80, 0x01}) {
+    Font garbage;
+    std::memset(static_cast<void*>(&garbage), filling, sizeof(garbage));
+    garbage.FontKind = kDecorativeFont;
+    Store({garbage});
+    Ok(kFontTab, Change(kDeco, {Click(kMm), Click(kInchRadio), Select(kResident, 0),
+                                Replace(kDeco.name, u"A")}));
+    EXPECT_EQ(Stored().at(0).Numbered(false, false, kNewNumbers), Deco(u"A"));
+  }
+}
+
+// Each arrow key in the open list applies a row's defaults.
+TEST_F(DecoDialogTest, EscInOpenListRestoresFont) {
+  const std::pair<Font, int> kFonts[] = {
+      // and the selected entry of its size list
+      {Deco(u"A", u"X21", kSize17x17, 251, 84).Magnified(3, 1).With(&DecoFontInfo::Unit, kInch), 0},
+      {Deco(u"K", u"漢字(横書)", kSize22x22, 132, 66).Magnified(6, 3), 2},
+      {Deco(u"U", u"X99", kSize22x22, 44, 66).Magnified(2, 3), 0}};
+  for (const auto& [font, size] : kFonts) {
+    ExpectChange(kDeco, font, font,
+                 {MoveInOpenList(kResident, 1), Escape(), ExpectSelected(kSize, size),
+                  MoveInOpenList(kResident, -1), Key(VK_DOWN), Escape(), MoveInOpenList(kSize, -2),
+                  Escape(), ExpectSelected(kSize, size)});
+  }
+}
+
+// Expects both characters of the preview: their left edges, the top, and their font.
+Step ExpectPreview(int leftOfI, int leftOfJ, int top, int height, int width,
+                   const char16_t* face = u"ＭＳ ゴシック") {
+  return [=](Desk& desk) {
+    const auto drawing = desk.Control(IDC_DECO_FONT_PREVIEW).drawing;
+    ASSERT_EQ(drawing.size(), 2u);
+    EXPECT_EQ(drawing[0].text + drawing[1].text, u"ij");
+    EXPECT_EQ(drawing[0].at.x, leftOfI);
+    EXPECT_EQ(drawing[1].at.x, leftOfJ);
+    EXPECT_TRUE(drawing[0].opaque && !drawing[1].opaque);
+    EXPECT_EQ(drawing[0].background, RGB(20, 20, 20));
+    for (const platform::DrawOp& character : drawing) {
+      EXPECT_EQ(character.at.y, top);
+      EXPECT_EQ(character.fontHeight, height);
+      EXPECT_EQ(character.fontWidth, width);
+      EXPECT_EQ(character.face, face);
+      EXPECT_EQ(character.textColour, RGB(255, 255, 0));
+    }
+  };
+}
+
+// The box has 123 x 117 pixels. The platform's fonts are half as wide as high; the narrow
+// characters of a proportional font have a quarter.
+TEST_F(DecoDialogTest, PreviewShowsSizeAndPitch) {
+  const Steps pitches = {Click(IDC_DECO_FONT_PITCH_PROPORTIONAL),
+                         ExpectPreview(43, 67, 34, 48, 24, u"ＭＳ Ｐゴシック"),
+                         Click(IDC_DECO_FONT_PITCH_FIXED), ExpectPreview(37, 61, 34, 48, 24)};
+  const Steps largerThanBox = {Select(kResident, 7), ExpectPreview(22, 61, 0, 133, 39),
+                               Replace(kExpandX, u""), ExpectPreview(60, 61, 0, 133, 1)};
+  Store({Scalable(60, 60)});
+  Cancel(kFontTab, {Click(kDeco.create), ExpectPreview(59, 61, 54, 9, 2), Select(kResident, 3),
+                    pitches, Click(kMm), Replace(kExpandY, u"2"), ExpectPreview(37, 61, 10, 96, 24),
+                    largerThanBox, Click(IDCANCEL)});
+  Cancel(kFontTab, Change(kDeco, {Replace(kHeight, u"100"), ExpectPreview(31, 61, 8, 100, 30),
+                                  Spin(kWidthSpin, 20), ExpectPreview(21, 61, 8, 100, 40)}));
+}
+
+}  // namespace
+}  // namespace fonts
