@@ -17,7 +17,7 @@ enum class ListAction {
 // Handles a notification of a drop-down list and returns the action that the dialog has to take. An
 // arrow key in an open list sends CBN_SELCHANGE at once. Esc restores the selection and sends
 // CBN_SELENDCANCEL and CBN_CLOSEUP, but no CBN_SELCHANGE. CBN_SELCHANGE may come before or after
-// CBN_CLOSEUP.
+// CBN_CLOSEUP; both orders have the same result. Needs every notification of the list.
 ListAction OnListNotified(HWND dialog, int list, int notification, OpenListState& state);
 
 }  // namespace kestrel

@@ -8,6 +8,7 @@ namespace kestrel {
 // Zero-filled: no list is open.
 struct OpenListState {
   bool open;
+  bool justClosed;     // CBN_CLOSEUP came; CBN_SELCHANGE of the same click may follow
   LRESULT openedWith;  // the selection at the time of opening; CB_ERR: none
   LRESULT applied;     // the last selection that took effect
 };

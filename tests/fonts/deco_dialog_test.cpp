@@ -274,6 +274,35 @@ TEST_F(DecoDialogTest, EscInOpenListRestoresFont) {
   }
 }
 
+// After an arrow key to another row, a click on the old one closes the list. The platform does not
+// define the order of the two notifications of that click.
+TEST_F(DecoDialogTest, ClickOnOldRowRestoresFontInEitherOrderOfNotifications) {
+  const Font font = Deco(u"A", u"X21", kSize17x17, 34, 51).Magnified(2, 3);
+  const auto notify = [](int list, int notification) {
+    return [=](Desk& desk) {
+      SendMessageW(desk.Top(), WM_COMMAND, MAKEWPARAM(list, notification), 0);
+    };
+  };
+  const auto select = [](WPARAM row) {
+    return [=](Desk& desk) { SendDlgItemMessageW(desk.Top(), kResident, CB_SETCURSEL, row, 0); };
+  };
+  const Steps up = {select(0), notify(kResident, CBN_SELCHANGE)},
+              down = {select(1), notify(kResident, CBN_SELCHANGE)};
+  for (const auto& [first, second] :
+       {std::pair(CBN_SELCHANGE, CBN_CLOSEUP), std::pair(CBN_CLOSEUP, CBN_SELCHANGE)}) {
+    const Steps clicked = {
+        notify(kResident, CBN_SETFOCUS), notify(kResident, CBN_DROPDOWN), up, select(1),
+        notify(kResident, first),        notify(kResident, second)};
+    ExpectChange(kDeco, font, font, clicked);
+    // A selection in the closed list is a new one and has the row's defaults.
+    ExpectChange(kDeco, font, Deco(u"A", u"X21", kSize17x17, 17, 17), {clicked, up, down});
+  }
+  // So has a selection after another list was closed with an entry of the same number.
+  ExpectChange(kDeco, font, Deco(u"A"),
+               {notify(kSize, CBN_DROPDOWN), notify(kSize, CBN_CLOSEUP),
+                notify(kResident, CBN_SETFOCUS), up});
+}
+
 // Expects both characters of the preview: their left edges, the top, and their font.
 Step ExpectPreview(int leftOfI, int leftOfJ, int top, int height, int width,
                    const char16_t* face = u"ＭＳ ゴシック") {
