@@ -1,82 +1,110 @@
 // Capability queries with output buffers that end at unwritable memory.
-#include <sstream>
-
-#include "platform/machine/text.h"
 #include "tests/support/guarded_buffer.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {
 
-using support::kPrinter;
-
 constexpr DWORD kUnsupported = 0xFFFFFFFF;
 
 class Capabilities : public support::MachineTest {
  protected:
-  DWORD Query(WORD index, void* output = nullptr, DEVMODEW* record = nullptr) {
-    return exports_.DrvDeviceCapabilities(printer_, name_.data(), index, output, record);
+  DWORD Query(WORD index, void* output = nullptr) {
+    return exports_.DrvDeviceCapabilities(printer_, name_.data(), index, output,
+                                          &block_.Record.Public);
   }
-  DWORD QueryWithSize(WORD index, void* output, DWORD size) {
-    return exports_.DrvSplDeviceCaps(printer_, name_.data(), index, output, size, nullptr);
+  // Returns the elements that a query writes. Expects their count as the result, with and without
+  // a buffer.
+  template <typename T>
+  std::vector<T> Elements(WORD index, DWORD count, size_t unitsPerElement = 1) {
+    const support::GuardedBuffer output(count * unitsPerElement * sizeof(T));
+    std::ranges::fill(output.bytes(), std::byte{0xCD});
+    EXPECT_EQ(Query(index), count) << index;
+    EXPECT_EQ(Query(index, output.data()), count) << index;
+    return {output.As<T>(), output.As<T>() + count * unitsPerElement};
+  }
+  // Expects names in slots of this many units, filled with zeros.
+  void ExpectNames(WORD index, size_t slot, const std::vector<std::u16string>& names) {
+    std::u16string slots;
+    for (const std::u16string& name : names) (slots += name).append(slot - name.size(), 0);
+    const auto written = Elements<char16_t>(index, static_cast<DWORD>(names.size()), slot);
+    EXPECT_EQ(std::u16string(written.begin(), written.end()), slots) << index;
   }
 
   const support::OpenedPrinter printer_;
-  std::u16string name_ = kPrinter;
+  std::u16string name_ = support::kPrinter;
   DriverSettingsBlock block_ = support::DefaultBlock();
 };
 
-TEST_F(Capabilities, AreReturnedByIndex) {
-  block_.Printer.PaperNum = 2;
+TEST_F(Capabilities, FixedValuesIgnoreTheBuffer) {
+  const std::pair<WORD, DWORD> kValues[] = {
+      {DC_FIELDS, 0x270F},   {DC_SIZE, 220},     {DC_EXTRA, 232},          {DC_VERSION, 0x0401},
+      {DC_DRIVER, 0x0E01},   {DC_TRUETYPE, 1},   {DC_ORIENTATION, 90},     {DC_COPIES, 32767},
+      {DC_EMF_COMPLIANT, 1}, {DC_DUPLEX, 0},     {DC_FILEDEPENDENCIES, 0}, {DC_COLLATE, 0},
+      {DC_STAPLE, 0},        {DC_COLORDEVICE, 0}};
+  const support::GuardedBuffer unwritable(0);
+  for (const auto& [index, value] : kValues) EXPECT_EQ(Query(index, unwritable.data()), value);
+  for (const WORD index : std::vector<WORD>{
+           0, DC_BINADJUST, DC_DATATYPE_PRODUCED, DC_MANUFACTURER, DC_MODEL, DC_PERSONALITY,
+           DC_PRINTRATE, DC_PRINTRATEUNIT, DC_PRINTERMEM, DC_PRINTRATEPPM, DC_NUP, 36, 65535}) {
+    EXPECT_EQ(Query(index, unwritable.data()), kUnsupported) << index;
+  }
+}
+
+TEST_F(Capabilities, TablesAndExtentsAreWritten) {
   block_.Printer.HeadDensity = 305;
+  support::StoreBlock(machine(), block_);
+  EXPECT_EQ(Elements<WORD>(DC_BINS, 1), std::vector<WORD>{256});
+  ExpectNames(DC_BINNAMES, 24, {u"標準"});
+  EXPECT_EQ(Elements<LONG>(DC_ENUMRESOLUTIONS, 1, 2), (std::vector<LONG>{305, 305}));
+  ExpectNames(DC_MEDIATYPENAMES, 64, {u"Plain paper", u"Transparency", u"Glossy paper"});
+  EXPECT_EQ(Elements<DWORD>(DC_MEDIATYPES, 3), (std::vector<DWORD>{1, 2, 3}));
+  const support::GuardedBuffer extent(sizeof(POINT));
+  EXPECT_EQ(Query(DC_MINEXTENT), DWORD{MAKELONG(100, 100)});
+  EXPECT_EQ(Query(DC_MAXEXTENT, extent.data()), DWORD{MAKELONG(580, 1630)});
+  EXPECT_EQ(extent.As<POINT>()->x, 580);
+  EXPECT_EQ(extent.As<POINT>()->y, 1630);
+}
+
+// One name fills its field without a terminator. The free size is that of the caller's record.
+TEST_F(Capabilities, PapersAreWrittenInTenthsOfAMillimetre) {
+  block_.Printer.PaperNum = 2;
   PaperInfo& inches = block_.Printer.Papers[1];
   std::fill_n(inches.PaperName, kPaperNameLength, u'A');
   inches.Unit = kInch;
   inches.LabelWidth = 2283;
   inches.LabelHeight = 4000;
   support::StoreBlock(machine(), block_);
-  block_.Record.Private.FreePaper.LabelWidth = 777;  // in the caller's record only
-  for (const std::string& row : support::GoldenRows("capabilities.txt")) {
-    std::istringstream words(row);
-    WORD index;
-    DWORD result;
-    size_t units;
-    std::string expected;
-    std::getline(words >> index >> result >> units, expected);
-    const support::GuardedBuffer output(2 * units);
-    std::ranges::fill(output.bytes(), std::byte{0xCD});
-    EXPECT_EQ(Query(index), result) << row;
-    EXPECT_EQ(Query(index, output.data(), &block_.Record.Public), result) << row;
-    std::u16string text(output.As<char16_t>(), units);
-    std::string actual;
-    for (char16_t& unit : text) {
-      actual += ' ' + std::to_string(unit);
-      if (unit == 0) unit = u'.';
-    }
-    if (units >= 24) actual = ' ' + platform::ToUtf8(text);
-    EXPECT_EQ(actual, expected);
+  block_.Record.Private.FreePaper.LabelWidth = 777;
+  EXPECT_EQ(Elements<WORD>(DC_PAPERS, 3), (std::vector<WORD>{257, 258, 256}));
+  EXPECT_EQ(Elements<LONG>(DC_PAPERSIZE, 3, 2), (std::vector<LONG>{580, 680, 580, 1016, 777, 680}));
+  for (const WORD index : {DC_PAPERNAMES, DC_MEDIAREADY})
+    ExpectNames(index, 64,
+                {u"Standard Label 58 x 68 mm", std::u16string(kPaperNameLength - 1, u'A'),
+                 u"フリーサイズ"});
+}
+
+TEST_F(Capabilities, StoredPaperCountIsClamped) {
+  for (const auto& [stored, entries] : {std::pair{20, 21u}, {32767, 21}, {-1, 1}}) {
+    block_.Printer.PaperNum = static_cast<int16_t>(stored);
+    support::StoreBlock(machine(), block_);
+    EXPECT_EQ(Elements<WORD>(DC_PAPERS, entries).back(), 256) << stored;
   }
 }
 
-TEST_F(Capabilities, PaperCountIsClampedAndOutputStaysWithinTheBuffer) {
-  for (const auto& [stored, count] : {std::pair{20, 21u}, {21, 21}, {32767, 21}, {-1, 1}, {2, 3}}) {
-    block_.Printer.PaperNum = static_cast<int16_t>(stored);
-    support::StoreBlock(machine(), block_);
-    const support::GuardedBuffer ids(2 * count);
-    EXPECT_EQ(Query(DC_PAPERS, ids.data()), count) << stored;
-    EXPECT_EQ(Query(DC_PAPERNAMES), count) << stored;
-    EXPECT_EQ(support::At<WORD>(ids.data(), ids.size() - 2), 256);
-    for (WORD index = 0; index < 37; ++index) {
-      const bool names = index == DC_PAPERNAMES || index == DC_MEDIAREADY;
-      EXPECT_EQ(QueryWithSize(index, nullptr, 0), names ? count : kUnsupported) << index;
-      for (const DWORD size : {0u, 63u, 64u, 127u, 128u, 1344u, 0xFFFFFFFFu}) {
-        const DWORD fitting = std::min(size / 64, count);
-        const support::GuardedBuffer buffer(names ? fitting * 128 : 0);
-        EXPECT_EQ(QueryWithSize(index, buffer.data(), size),
-                  names && fitting > 0 ? fitting : kUnsupported);
-      }
+TEST_F(Capabilities, SpoolerQueryWritesAsManyNamesAsFit) {
+  const auto query = [&](WORD index, void* output, DWORD units) {
+    return exports_.DrvSplDeviceCaps(printer_, name_.data(), index, output, units, nullptr);
+  };
+  for (const WORD index : {DC_PAPERNAMES, DC_MEDIAREADY}) {
+    EXPECT_EQ(query(index, nullptr, 0), 2u);
+    for (const auto& [units, names] :
+         {std::pair{0u, 0u}, {63, 0}, {64, 1}, {127, 1}, {128, 2}, {0xFFFFFFFF, 2}}) {
+      const support::GuardedBuffer output(names * 128);
+      EXPECT_EQ(query(index, output.data(), units), names > 0 ? names : kUnsupported) << units;
     }
   }
+  EXPECT_EQ(query(DC_PAPERS, nullptr, 0), kUnsupported);
 }
 
 }  // namespace
