@@ -89,40 +89,29 @@ TEST_F(FontDialogs, FirstBrokenRuleOfANameIsReported) {
   store.DecoFontNum = store.BarFontNum = 3;
   machine().SetInstalledFontFamilies({u"Installed Face", longest});
   HDC dc = GetDC(nullptr);
-  const std::pair<std::u16string, FontNameResult> kNewFonts[] = {{u"", kBlank},
-                                                                 {u" \u3000 ", kBlank},
-                                                                 {u"VELA X20", kReserved},
-                                                                 {u"VELA 漢字(縦書)", kReserved},
-                                                                 {u"VELA POP", kReserved},
-                                                                 {u"VELA X20 ", kValid},
-                                                                 {u"Installed Face", kReserved},
-                                                                 {longest, kReserved},
-                                                                 {u"installed face", kValid},
-                                                                 {u"deleted", kValid},
-                                                                 {u"é", kDuplicate},
-                                                                 {u"ü", kBadCharacter},
-                                                                 {fifteen + u"é", kBadCharacter},
-                                                                 {sixteen, kTooLong},
-                                                                 {fifteen + u"a", kValid}};
-  for (const auto& [name, result] : kNewFonts) {
-    EXPECT_EQ(ValidateFontName(store, dc, name.c_str(), -1, kDecorativeFont), result)
-        << testing::PrintToString(name);
-  }
+  const auto validate = [&](const std::u16string& name, FontKindCode kind, int index) {
+    return ValidateFontName(store, dc, name.c_str(), index, kind);
+  };
+  const auto expectForNewFont = [&](FontNameResult result,
+                                    const std::vector<std::u16string>& names) {
+    for (const auto& name : names)
+      EXPECT_EQ(validate(name, kDecorativeFont, -1), result) << testing::PrintToString(name);
+  };
+  expectForNewFont(kBlank, {u"", u" \u3000 "});
+  expectForNewFont(kReserved,
+                   {u"VELA X20", u"VELA 漢字(縦書)", u"VELA POP", u"Installed Face", longest});
+  expectForNewFont(kDuplicate, {u"D0", u"é", u"B0"});
+  expectForNewFont(kBadCharacter, {u"ü", fifteen + u"é"});
+  expectForNewFont(kTooLong, {sixteen});
+  expectForNewFont(kValid,
+                   {u"VELA X20 ", u"VELA X25", u"installed face", u"deleted", fifteen + u"a"});
   // A changed font may keep its name.
-  const struct {
-    const char16_t* name;
-    FontKindCode kind;
-    int index;
-    FontNameResult result;
-  } kChangedFonts[] = {
-      {u"D0", kDecorativeFont, -1, kDuplicate}, {u"D0", kDecorativeFont, 0, kValid},
-      {u"D0", kDecorativeFont, 1, kDuplicate},  {u"D0", kBarcodeFont, 0, kDuplicate},
-      {u"B0", kBarcodeFont, 0, kValid},         {u"B0", kBarcodeFont, 1, kDuplicate},
-      {u"B0", kDecorativeFont, 0, kDuplicate}};
-  for (const auto& [name, kind, index, result] : kChangedFonts) {
-    EXPECT_EQ(ValidateFontName(store, dc, name, index, kind), result)
-        << testing::PrintToString(name) << " for font " << index << " of kind " << kind;
-  }
+  EXPECT_EQ(validate(u"D0", kDecorativeFont, 0), kValid);
+  EXPECT_EQ(validate(u"D0", kDecorativeFont, 1), kDuplicate);
+  EXPECT_EQ(validate(u"D0", kBarcodeFont, 0), kDuplicate);
+  EXPECT_EQ(validate(u"B0", kBarcodeFont, 0), kValid);
+  EXPECT_EQ(validate(u"B0", kBarcodeFont, 1), kDuplicate);
+  EXPECT_EQ(validate(u"B0", kDecorativeFont, 0), kDuplicate);
   ReleaseDC(nullptr, dc);
 }
 

@@ -136,22 +136,19 @@ class SavedAgain : public FontStoreTest {
 };
 
 TEST_F(SavedAgain, InvalidNumberMeansNoFonts) {
-  const struct {
-    FontNumber number;
-    size_t size;
-    bool isValid;
-  } kNumbers[] = {{{2, 0x0E01, 7}, 6, true},   // the third word does not count
-                  {{9, 0x0E01, 0}, 6, true},   // the data end earlier
-                  {{1, 0x0E01, 0}, 6, false},  // less than the data
-                  {{2, 0x0E00, 0}, 6, false}, {{2, 0x0E01, 0}, 5, false},
-                  {{2, 0x0E01, 0}, 7, false}};
-  for (const auto& [number, size, isValid] : kNumbers) {
+  const auto savedWith = [this](const FontNumber& number, size_t size = sizeof(FontNumber)) {
     Store(Many(1, 1));
     std::vector<std::byte> bytes = BytesOf(number);
     bytes.resize(size);
     Set(u"CreateFont Number", bytes);
-    EXPECT_EQ(SaveAgain(), isValid ? Many(1, 1) : Fonts()) << number.Total << ", " << size;
-  }
+    return SaveAgain();
+  };
+  EXPECT_EQ(savedWith({2, 0x0E01, 7}), Many(1, 1)) << "the third word does not count";
+  EXPECT_EQ(savedWith({9, 0x0E01, 0}), Many(1, 1)) << "the data end earlier";
+  EXPECT_EQ(savedWith({1, 0x0E01, 0}), Fonts()) << "less than the data";
+  EXPECT_EQ(savedWith({2, 0x0E00, 0}), Fonts());
+  EXPECT_EQ(savedWith({2, 0x0E01, 0}, 5), Fonts());
+  EXPECT_EQ(savedWith({2, 0x0E01, 0}, 7), Fonts());
 }
 
 TEST_F(SavedAgain, UnusableRecordsAreDropped) {
