@@ -86,7 +86,6 @@ void InitDialog(HWND window, BarDialog& dialog) {
   SetWindowTextW(window,
                  change ? TEXT("バーコードフォントの変更") : TEXT("バーコードフォントの登録"));
   if (!change && store.BarReference) {
-    CopyText(store.WorkFont.FontName, TEXT(""));
     CopyText(dialog.font().BarFontName, TEXT(""));
   } else if (!change) {
     StartNewFont(dialog);

@@ -164,10 +164,7 @@ void RegisterFont(HWND page, DriverUiData& session, const FontGroup& group) {
   bool& reference = ReferenceOf(store, group);
   const bool isChecked = reference;
   reference = isChecked && CountOf(store, group) >= 1;
-  if (reference) {
-    CopyToWorkFont(store, group, SelectedIndex(page, store, group));
-    store.WorkFont.FontName[0] = 0;
-  }
+  if (reference) CopyToWorkFont(store, group, SelectedIndex(page, store, group));
   const bool confirmed = RunDialog(page, session, group);
   reference = isChecked;
   if (confirmed) {

@@ -134,10 +134,7 @@ void OpenStoredFont(DecoDialog& dialog) {
   const bool change = dialog.store.FontEditMode == kChangeFont;
   // A copy keeps its size unless the resident font does not support it: no field would check it.
   if (known && (change || !IsSizeSupported(dialog.row, font.Size))) ComputeSelectedSize(dialog);
-  if (!change) {
-    CopyText(dialog.store.WorkFont.FontName, TEXT(""));
-    CopyText(font.DecoFontName, TEXT(""));
-  }
+  if (!change) CopyText(font.DecoFontName, TEXT(""));
   // A record from another source may have both off; a font needs at least one of them.
   if (font.Decorate == 0 && font.Range != 1) font.Decorate = 1;
 }

@@ -7,7 +7,6 @@ namespace fonts {
 namespace {
 
 class CreateFontPageTest : public FontTest {};
-class FontStoreTest : public FontTest {};
 
 FontStore& SessionFonts(Desk& desk) {
   return PageSession(desk.Windows().back().page->handle)->fonts;
@@ -94,12 +93,38 @@ TEST_F(CreateFontPageTest, ReferenceBoxMakesNewFontACopyOfTheSelectedOne) {
   EXPECT_EQ(Stored().at(1), Deco(u"N", u"X20", kSize5x9, 10, 27).Magnified(2, 3));
 }
 
+// A program may send the command of a disabled button.
+TEST_F(CreateFontPageTest, CommandOfDisabledButtonDoesNothing) {
+  const auto send = [](int button) {
+    return [=](Desk& desk) {
+      SendMessageW(desk.Windows().back().page->handle, WM_COMMAND, MAKEWPARAM(button, 0), 0);
+      EXPECT_EQ(desk.ModalDepth(), 1) << button;
+    };
+  };
+  Store({});
+  ExpectStored({}, {send(kDeco.change), send(kDeco.remove), send(kBar.change), send(kBar.remove)});
+  Store(Many(35, 35));
+  const Steps newFont = {send(kDeco.create), send(kBar.create)};
+  ExpectStored(Many(35, 35), newFont);
+  Show({.kind = SheetKind::kAdvanced}, {GoTo(kFontTab), newFont, PressOk()});
+}
+
 // A font store that is loaded from the printer.
 struct LoadedStore {
   FontStore fonts = {};
   OpenedPrinter printer;
   bool loaded = LoadFontStore(fonts, printer, GetProcessHeap());
   ~LoadedStore() { FreeFontStore(fonts, GetProcessHeap()); }
+};
+
+class FontStoreTest : public FontTest {
+ protected:
+  // Returns the stored fonts after a load and a save.
+  Fonts SaveAgain() {
+    const LoadedStore store;
+    EXPECT_TRUE(store.loaded && SaveFontStore(store.printer, store.fonts));
+    return Stored();
+  }
 };
 
 // Another session saves in front of a spooler call of the load, or writes the number in front of
@@ -125,17 +150,7 @@ TEST_F(FontStoreTest, LoadDuringSaveOfAnotherSessionGetsOneConsistentState) {
   }
 }
 
-class SavedAgain : public FontStoreTest {
- protected:
-  // Returns the stored fonts after a load and a save.
-  Fonts SaveAgain() {
-    const LoadedStore store;
-    EXPECT_TRUE(store.loaded && SaveFontStore(store.printer, store.fonts));
-    return Stored();
-  }
-};
-
-TEST_F(SavedAgain, InvalidNumberMeansNoFonts) {
+TEST_F(FontStoreTest, InvalidNumberMeansNoFonts) {
   const auto savedWith = [this](const FontNumber& number, size_t size = sizeof(FontNumber)) {
     Store(Many(1, 1));
     std::vector<std::byte> bytes = BytesOf(number);
@@ -151,7 +166,7 @@ TEST_F(SavedAgain, InvalidNumberMeansNoFonts) {
   EXPECT_EQ(savedWith({2, 0x0E01, 0}, 7), Fonts());
 }
 
-TEST_F(SavedAgain, UnusableRecordsAreDropped) {
+TEST_F(FontStoreTest, UnusableRecordsAreDropped) {
   for (const char16_t* missing : {u"CreateFont Number", u"CreateFont Data"}) {
     Store(Many(1, 1));
     machine().RemoveData(kPrinter, missing);
