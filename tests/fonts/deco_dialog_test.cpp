@@ -158,11 +158,9 @@ TEST_F(DecoDialogTest, EveryRadioButtonIsStoredAndShown) {
       Store({font});
       // The dialog refreshes its controls from the font when decoration is turned on.
       Ok(kFontTab,
-         Change(kDeco, {Click(radios[i]), Click(kDecorateOn), ExpectChecked({radios[i]})}));
-      const Fonts stored = Stored();
-      EXPECT_EQ(stored.at(0).Deco.*field, values[i]) << radios[i];
-      Ok(kFontTab, Change(kDeco, ExpectChecked({radios[i]})));
-      EXPECT_EQ(Stored(), stored) << radios[i];
+         {Change(kDeco, {Click(radios[i]), Click(kDecorateOn), ExpectChecked({radios[i]})}),
+          Change(kDeco, ExpectChecked({radios[i]}))});
+      EXPECT_EQ(Stored().at(0).Deco.*field, values[i]) << radios[i];
     }
   }
 }
@@ -322,12 +320,16 @@ TEST_F(DecoDialogTest, PreviewShowsSizeAndPitch) {
                          Click(IDC_DECO_FONT_PITCH_FIXED), ExpectPreview(37, 61, 34, 48, 24)};
   const Steps largerThanBox = {Select(kResident, 7), ExpectPreview(22, 61, 0, 133, 39),
                                Replace(kExpandX, u""), ExpectPreview(60, 61, 0, 133, 1)};
+  const auto textIsDrawn = [](Desk& desk) {
+    EXPECT_EQ(desk.Control(IDC_DECO_FONT_PREVIEW).drawing.size(), 2u);
+  };
   Store({Scalable(60, 60)});
   Cancel(kFontTab, {Click(kDeco.create), ExpectPreview(59, 61, 54, 9, 2), Select(kResident, 3),
                     pitches, Click(kMm), Replace(kExpandY, u"2"), ExpectPreview(37, 61, 10, 96, 24),
                     largerThanBox, Click(IDCANCEL)});
   Cancel(kFontTab, Change(kDeco, {Replace(kHeight, u"100"), ExpectPreview(31, 61, 8, 100, 30),
-                                  Spin(kWidthSpin, 20), ExpectPreview(21, 61, 8, 100, 40)}));
+                                  Spin(kWidthSpin, 20), ExpectPreview(21, 61, 8, 100, 40),
+                                  Replace(kHeight, u"0"), textIsDrawn, Replace(kHeight, u"50")}));
 }
 
 }  // namespace

@@ -51,12 +51,14 @@ TEST_F(FontDialogs, EveryInputShowsItsOwnHelp) {
       using enum platform::ControlKind;
       std::set<std::u16string> texts;
       for (const auto& control : std::vector(desk.Windows().back().controls)) {
-        for (const int enabling : {IDC_DECO_FONT_DECORATE_ON, kind.serialOn})
-          EXPECT_EQ(desk.Click(enabling), desk.Has(enabling));
         if (control.kind != kRadio && control.kind != kEdit && control.kind != kComboBox) continue;
+        // An input may have disabled others.
+        for (const int enabling : {IDC_DECO_FONT_DECORATE_ON, kind.serialOn})
+          if (desk.Has(enabling) && !desk.Control(control.id).enabled) desk.Click(enabling);
         if (!desk.Click(control.id) && !desk.Focus(control.id)) continue;
         EXPECT_TRUE(texts.insert(desk.Text(IDC_HELP_TEXT)).second) << control.id;
       }
+      EXPECT_GE(texts.size(), 12u);
     };
     Store({font});
     Cancel(kFontTab, {Click(kind.change), useEveryInput, Click(IDCANCEL)});

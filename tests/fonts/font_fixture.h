@@ -34,10 +34,12 @@ struct Font : FontRecord {
   }
   // Sets the serial numbering, which both kinds store in this order.
   Font& Numbered(bool on, bool hexadecimal, const std::array<int16_t, 4>& numbers) {
-    uint16_t* fields = FontKind == kBarcodeFont ? &Bar.Range : &Deco.Range;
-    fields[0] = on;
-    fields[1] = hexadecimal;
-    std::memcpy(fields + 2, numbers.data(), sizeof(numbers));
+    const size_t range =
+        offsetof(FontRecord, Deco) +
+        (FontKind == kBarcodeFont ? offsetof(BarFontInfo, Range) : offsetof(DecoFontInfo, Range));
+    Put(this, range, uint16_t{on});
+    Put(this, range + 2, uint16_t{hexadecimal});
+    Put(this, range + 4, numbers);
     return *this;
   }
   // Sets a 16-bit word of a barcode font's parameters.

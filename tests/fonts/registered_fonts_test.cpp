@@ -56,7 +56,7 @@ TEST_F(CreateFontPageTest, DeleteRemovesSelectedFont) {
 
 TEST_F(CreateFontPageTest, ChangedFontStaysAtItsIndex) {
   for (const auto& [kind, font] : {std::pair(kDeco, Deco(u"")), std::pair(kBar, Bar(u""))}) {
-    const auto named = [&font](const char16_t* name) { return Font(font).Name(name); };
+    const auto named = [&font = font](const char16_t* name) { return Font(font).Name(name); };
     Steps declined;
     for (const Step& end : {Click(IDCANCEL), Close(), Escape()})
       declined += {Click(kind.change), Replace(kind.name, u"Y"), end};
