@@ -58,7 +58,6 @@ const BarcodeKindRow* SelectedKind(HWND window) {
 void StartNewFont(BarDialog& dialog) {
   dialog.store.WorkFont = {};
   BarFontInfo& font = dialog.font();
-  std::memset(&font, 0, sizeof(font));
   font.FontCategory = kBarcodeStringFont;
   font.BarcodeKind = kFirstBarcodeKind;
   font.PrintNum = 1;

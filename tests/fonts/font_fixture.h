@@ -87,17 +87,18 @@ struct FakeLibrary {
   static void WINAPI GetBarName(char* name) {
     std::memcpy(name, "\216\355456789012345678901234567890123", 32);
   }
-  static int16_t WINAPI Init(uint16_t* block, const uint16_t* info, HWND dialog) {
-    calls.push_back("Init");
-    EXPECT_NE(GetDlgItem(dialog, IDC_BAR_FONT_KIND), nullptr);
+  static void Log(const char* name, const uint16_t* info, HWND dialog) {
+    calls.push_back(name);
     EXPECT_EQ(std::vector(info, info + 4), (std::vector<uint16_t>{density, density, 0, 0}));
+    EXPECT_NE(GetDlgItem(dialog, IDC_BAR_FONT_KIND), nullptr);
+  }
+  static int16_t WINAPI Init(uint16_t* block, const uint16_t* info, HWND dialog) {
+    Log("Init", info, dialog);
     std::fill_n(block, kBarcodeLibrarySize / 2, kInitial);
     return initResult;
   }
   static int16_t WINAPI ShowDlg(uint16_t* block, const uint16_t* info, HWND dialog) {
-    calls.push_back("ShowDlg");
-    EXPECT_NE(GetDlgItem(dialog, IDC_BAR_FONT_KIND), nullptr);
-    EXPECT_EQ(info[0], density);
+    Log("ShowDlg", info, dialog);
     block[kEdited] = 9;
     return showResult;
   }
