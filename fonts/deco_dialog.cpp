@@ -297,7 +297,7 @@ void DrawPreview(const DecoDialog& dialog, HDC dc, const RECT& box) {
     const SelectedFont measured(dc, height, 0, FIXED_PITCH, face);
     natural = measured.Metrics().tmAveCharWidth;
   }
-  const int drawnWidth = std::max(height > 0 ? natural * width / height : 0, 1);
+  const int drawnWidth = height > 0 ? std::max(natural * width / height, 1) : 1;
   const SelectedFont drawn(dc, height, drawnWidth, FIXED_PITCH, face);
   const SampleWidths widths = WidthsIn(drawn);
   SampleWidths shown = widths;

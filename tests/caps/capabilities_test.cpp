@@ -89,6 +89,7 @@ TEST_F(Capabilities, StoredPaperCountIsClamped) {
     block_.Printer.PaperNum = static_cast<int16_t>(stored);
     support::StoreBlock(machine(), block_);
     EXPECT_EQ(Elements<WORD>(DC_PAPERS, entries).back(), 256) << stored;
+    EXPECT_EQ(Query(DC_PAPERNAMES), entries) << stored;
   }
 }
 

@@ -187,32 +187,31 @@ TEST_F(DecoDialogTest, ScalableFontHasFreeWidthAndHeight) {
   const auto textIsSelected = [](Desk& desk) {
     EXPECT_EQ(SendDlgItemMessageW(desk.Top(), kWidth, EM_GETSEL, 0, 0), MAKELONG(0, 3));
   };
+  const Steps inDots = rejected({{kWidth, u"幅", u"dot ", u"26", u"27", u"550", u"551"},
+                                 {kHeight, u"高さ", u"dot ", u"49", u"50", u"999", u"1000"}});
+  const Steps inMillimetres =
+      rejected({{kWidth, u"幅", u"mm ", u"3.3", u"3.4", u"68.8", u"68.9"},
+                {kHeight, u"高さ", u"mm ", u"6.2", u"6.3", u"125.0", u"125.1"}});
+  const Steps inInches =
+      rejected({{kWidth, u"幅", u"inch ", u"0.132", u"0.133", u"2.709", u"2.710"}});
+  // The focus formats the text from the font.
+  const Steps formatted = {
+      Spin(kWidthSpin, -3),
+      Focus(kHeight),
+      ExpectText(kWidth, u"68.5"),
+      Paste(kWidth, u"9"),
+      Focus(kHeight),
+      ExpectText(kWidth, u"9.0"),
+      ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
+      Tab(true),
+      textIsSelected,
+      Type(kWidth, u"x"),
+      ExpectText(kWidth, u"9.0")};
   ExpectChange(
       kDeco, Scalable(100, 200), Scalable(1500, 280).With(&DecoFontInfo::Unit, kInch),
-      {ExpectItems(kSize, {}),
-       ExpectEnabled(kMagnifications, false),
-       ExpectEnabled(kFreeSize),
-       ExpectEnabled(kOutlines),
-       rejected({{kWidth, u"幅", u"dot ", u"26", u"27", u"550", u"551"},
-                 {kHeight, u"高さ", u"dot ", u"49", u"50", u"999", u"1000"}}),
-       Click(kMm),
-       ExpectText(kWidth, u"68.8"),
-       Spin(kWidthSpin, -3),
-       ExpectText(kWidth, u"68.5"),
-       rejected({{kWidth, u"幅", u"mm ", u"3.3", u"3.4", u"68.8", u"68.9"},
-                 {kHeight, u"高さ", u"mm ", u"6.2", u"6.3", u"125.0", u"125.1"}}),
-       Replace(kHeight, u"7.1"),
-       Paste(kWidth, u"9"),
-       Focus(kHeight),
-       ExpectText(kWidth, u"9.0"),
-       ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
-       Tab(true),
-       textIsSelected,
-       Type(kWidth, u"x"),
-       ExpectText(kWidth, u"9.0"),
-       Click(kInchRadio),
-       rejected({{kWidth, u"幅", u"inch ", u"0.132", u"0.133", u"2.709", u"2.710"}}),
-       Replace(kWidth, u"1.5")});
+      {ExpectItems(kSize, {}), ExpectEnabled(kMagnifications, false), ExpectEnabled(kFreeSize),
+       ExpectEnabled(kOutlines), inDots, Click(kMm), inMillimetres, formatted,
+       Replace(kHeight, u"7.1"), Click(kInchRadio), inInches, Replace(kWidth, u"1.5")});
 }
 
 // The defaults of a resident font reset the decoration, but neither numbering nor the typed name.
