@@ -97,10 +97,12 @@ TEST_F(Capabilities, SpoolerQueryWritesAsManyNamesAsFit) {
   const auto query = [&](WORD index, void* output, DWORD units) {
     return exports_.DrvSplDeviceCaps(printer_, name_.data(), index, output, units, nullptr);
   };
+  block_.Printer.PaperNum = kPaperCapacity;
+  support::StoreBlock(machine(), block_);
   for (const WORD index : {DC_PAPERNAMES, DC_MEDIAREADY}) {
-    EXPECT_EQ(query(index, nullptr, 0), 2u);
+    EXPECT_EQ(query(index, nullptr, 0), 21u);
     for (const auto& [units, names] :
-         {std::pair{0u, 0u}, {63, 0}, {64, 1}, {127, 1}, {128, 2}, {0xFFFFFFFF, 2}}) {
+         {std::pair{0u, 0u}, {63, 0}, {64, 1}, {127, 1}, {128, 2}, {0xFFFFFFFF, 21}}) {
       const support::GuardedBuffer output(names * 128);
       EXPECT_EQ(query(index, output.data(), units), names > 0 ? names : kUnsupported) << units;
     }
