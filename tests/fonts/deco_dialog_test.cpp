@@ -194,23 +194,16 @@ TEST_F(DecoDialogTest, ScalableFontHasFreeWidthAndHeight) {
                 {kHeight, u"高さ", u"mm ", u"6.2", u"6.3", u"125.0", u"125.1"}});
   const Steps inInches =
       rejected({{kWidth, u"幅", u"inch ", u"0.132", u"0.133", u"2.709", u"2.710"}});
+  const Step heightHelp =
+      ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）");
   // The focus formats the text from the font.
-  const Steps formatted = {
-      Spin(kWidthSpin, -3),
-      Focus(kHeight),
-      ExpectText(kWidth, u"68.5"),
-      Paste(kWidth, u"9"),
-      Focus(kHeight),
-      ExpectText(kWidth, u"9.0"),
-      ExpectText(IDC_HELP_TEXT, u"文字の高さを設定します。（範囲は、6.3mmから125.0mmです。）"),
-      Tab(true),
-      textIsSelected,
-      Type(kWidth, u"x"),
-      ExpectText(kWidth, u"9.0")};
+  const Steps left = {Focus(kHeight), heightHelp, ExpectText(kWidth, u"68.5")};
+  const Steps reached = {Tab(true), textIsSelected, ExpectText(kWidth, u"9.0")};
   ExpectChange(
       kDeco, Scalable(100, 200), Scalable(1500, 280).With(&DecoFontInfo::Unit, kInch),
       {ExpectItems(kSize, {}), ExpectEnabled(kMagnifications, false), ExpectEnabled(kFreeSize),
-       ExpectEnabled(kOutlines), inDots, Click(kMm), inMillimetres, formatted,
+       ExpectEnabled(kOutlines), inDots, Click(kMm), inMillimetres, Spin(kWidthSpin, -3), left,
+       Paste(kWidth, u"9"), Focus(kHeight), reached, Type(kWidth, u"x"), ExpectText(kWidth, u"9.0"),
        Replace(kHeight, u"7.1"), Click(kInchRadio), inInches, Replace(kWidth, u"1.5")});
 }
 
