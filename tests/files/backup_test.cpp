@@ -1,227 +1,308 @@
 // Backup files: their bytes after a save, the fields that a load sets, and failures of the disk.
-#include <map>
-#include <regex>
-
+#include "driver/text.h"
 #include "operation/device_settings.h"
 #include "tests/files/backup_fixture.h"
 
 namespace kestrel::test {
 namespace {
 
-using support::At;
 using support::BytesOf;
-using support::Put;
 
-// everything.bin contains the records of everything.ini: a block, 2 decorative and 20 barcode
-// fonts. Names are 63 and 31 units long, half of them full-width; each number depends on its
-// offset; one barcode has an unknown kind.
-TEST_F(BackupTest, LoadedFileFillsEveryFieldAndIsSavedWithTheSameBytes) {
-  constexpr char16_t kEverything[] = u"C:\\data\\all.ini";
-  machine().WriteFile(kEverything, support::Golden("everything.ini"));
-  ASSERT_TRUE(Load(kEverything));
-  EXPECT_EQ(Shown(), kFontWarning);
-  EXPECT_EQ(support::Words(fonts_.DecoFontNum, fonts_.BarFontNum), support::Words(2, 20));
-  const auto chars = [](const auto& of) { return reinterpret_cast<const char*>(&of); };
-  std::string loaded(chars(block_), sizeof block_);
-  loaded.append(chars(deco_[0]), 2 * sizeof(FontRecord));
-  loaded.append(chars(bar_[0]), 20 * sizeof(FontRecord));
-  const std::string golden = support::Golden("everything.bin");
-  EXPECT_EQ(std::ranges::mismatch(loaded, golden).in1 - loaded.begin(), std::ssize(golden));
+// golden/make_everything.py writes the file and the records.
+TEST_F(BackupTest, FileWithEveryKeySetsEveryFieldAndIsSavedAgain) {
+  const std::string file = support::Golden("everything.ini");
+  const std::string records = support::Golden("everything.bin");
+  std::memset(static_cast<void*>(&block_), 0x55, sizeof block_);
+  std::memset(static_cast<void*>(&deco_), 0x55, sizeof deco_);
+  std::memset(static_cast<void*>(&bar_), 0x55, sizeof bar_);
+  machine().SetMemoryProfile(kFile, file);
+  ASSERT_TRUE(Load());
+  EXPECT_EQ(ShownMessages(), Messages{kFontWarning});
+  ASSERT_EQ(fonts_.DecoFontNum, 2);
+  ASSERT_EQ(fonts_.BarFontNum, 22);
+  std::string loaded(reinterpret_cast<const char*>(&block_), sizeof block_);
+  loaded.append(reinterpret_cast<const char*>(&deco_), 2 * sizeof(FontRecord));
+  loaded.append(reinterpret_cast<const char*>(&bar_), 22 * sizeof(FontRecord));
+  EXPECT_EQ(std::ranges::mismatch(loaded, records).in1 - loaded.begin(), std::ssize(records))
+      << "offset of the first byte that differs";
+  Write(u"");
   EXPECT_TRUE(Save());
-  EXPECT_EQ(Shown(), u"");
-  EXPECT_EQ(FromCp932(Bytes()), FromCp932(Bytes(kEverything)));
+  EXPECT_EQ(Text(), FromCp932(file));
 }
 
-// The file already has other keys in the sections of a save, other sections, and more papers. A
-// line break in a name does not start another line.
-TEST_F(BackupTest, SaveClearsOnlyItsOwnSections) {
-  Write(
-      u"; 注釈\r\n[other]\r\nkey=1\r\n[ﾊﾞｰｼﾞｮﾝ情報]\r\nForeign=x\r\nFileVersion=0001\r\n"
-      u"[ﾄﾞﾗｲﾊﾞ情報]\r\nForeign=x\r\nPaperID=9\r\n[用紙登録数]\r\nPaperNum=8\r\nForeign=x\r\n"
-      u"[PAPER00]\r\nForeign=x\r\n[PAPER05]\r\nPaperName=five\r\n[同期印刷]\r\nForeign=x\r\n");
-  auto& printer = block_.Printer;
-  printer.PaperNum = 2;
-  printer.Papers[1] = printer.Papers[2] = printer.Papers[0];
-  std::u16string(u"a\r\n[用紙登録数]\r\nPaperNum=20").copy(printer.Papers[1].PaperName, 63);
+TEST_F(BackupTest, SaveReplacesItsSectionsAndPreservesOthers) {
+  fonts_.DecoFontNum = fonts_.BarFontNum = 1;
+  Write(u"");
+  ASSERT_TRUE(Save());
+  std::u16string expected = Text();
+  const std::u16string comment = u"; 注釈\r\n", paper = u"[PAPER05]\r\nPaperName=five\r\n";
+  std::u16string file = comment;
+  for (size_t at = 0; at != expected.npos; at = expected.find(u'[', at + 1)) {
+    file += expected.substr(at, expected.find(u'\n', at) + 1 - at) + u"Foreign=x\r\n";
+  }
+  Write(file + paper);
+  block_.Printer.Papers[1] = block_.Printer.Papers[0];
   EXPECT_TRUE(Save());
-  EXPECT_EQ(FromCp932(Bytes()), FromCp932(support::Golden("kept.ini")));
-  EXPECT_EQ(printer.Papers[2].PaperName[0], 0) << "entries after the count are cleared";
+  // The version section precedes the paper that is no longer registered, and keeps its other key.
+  expected.insert(expected.find(u"[ﾄﾞﾗｲﾊﾞ情報]"), paper);
+  expected.insert(expected.find(u"FileVersion"), u"Foreign=x\r\n");
+  EXPECT_EQ(Text(), comment + expected);
+  EXPECT_EQ(block_.Printer.Papers[1].PaperName[0], 0) << "clears the records after the last paper";
 }
 
 TEST_F(BackupTest, MaskSelectsSections) {
+  fonts_.BarFontNum = 1;
   for (const unsigned mask : {0u, BACKUP_PAPERS, BACKUP_FONTS, BACKUP_DRIVER_INFO}) {
-    std::filesystem::remove(machine().HostPath(kFile));
+    SCOPED_TRACE(mask);
+    Write(u"");
     EXPECT_TRUE(Transfer(TransferDirection::kSave, kFile, mask));
-    const std::u16string text = FromCp932(Bytes());
-    const auto has = [&](const char16_t* section) { return text.find(section) != text.npos; };
-    EXPECT_EQ((has(u"[用紙登録数]") ? BACKUP_PAPERS : 0) |
-                  (has(u"[装飾ﾌｫﾝﾄ登録数]") ? BACKUP_FONTS : 0) |
-                  (has(u"[ﾊｰﾌﾄｰﾝ情報]") ? BACKUP_DRIVER_INFO : 0),
-              mask);
-    EXPECT_TRUE(text.ends_with(u"[同期印刷]\r\nSYNC=0\r\n"));
+    EXPECT_EQ(Text().find(u"[用紙登録数]") != Text().npos, mask == BACKUP_PAPERS);
+    EXPECT_EQ(Text().find(u"[装飾ﾌｫﾝﾄ登録数]") != Text().npos, mask == BACKUP_FONTS);
+    EXPECT_EQ(Text().find(u"[ﾄﾞﾗｲﾊﾞ情報]") != Text().npos, mask == BACKUP_DRIVER_INFO);
+    EXPECT_TRUE(Text().ends_with(u"[同期印刷]\r\nSYNC=0\r\n"));
+    EXPECT_TRUE(Transfer(TransferDirection::kLoad, kFile, mask));
+    EXPECT_EQ(ShownMessages(), mask == BACKUP_FONTS ? Messages{kFontWarning} : Messages{});
   }
 }
 
-TEST_F(BackupTest, PathOutsideCodePage932IsRejected) {
+TEST_F(BackupTest, PathIsLimitedToCodePage932And259Bytes) {
+  const std::u16string folder = u"C:\\" + std::u16string(200, u'd');
+  std::filesystem::create_directories(machine().HostPath(folder));
   std::filesystem::create_directories(machine().HostPath(u"C:\\data\\表"));
-  EXPECT_TRUE(Save(u"C:\\data\\表\\能.ini"));
-  EXPECT_EQ(Bytes(u"C:\\data\\表\\能.ini"), Golden());
-  EXPECT_TRUE(Load(u"C:\\data\\表\\能.ini"));
-  for (const std::u16string& none :
-       {std::u16string(u"한.ini"), std::u16string(u"C:\\nowhere\\a.ini"),
-        std::u16string(250, u'あ') + u".ini"})
-    EXPECT_FALSE(Save(none.c_str()));
+  for (const std::u16string& path :
+       {std::u16string(u"C:\\data\\表\\能.ini"), folder + u"\\" + std::u16string(55, u'f')}) {
+    EXPECT_TRUE(Save(path.c_str()));
+    EXPECT_EQ(FromCp932(Bytes(path)), defaults_);
+    EXPECT_TRUE(Load(path.c_str()));
+  }
+  for (const std::u16string& path :
+       {std::u16string(u"한.ini"), folder + u"\\" + std::u16string(56, u'f')}) {
+    EXPECT_FALSE(Save(path.c_str()));
+    EXPECT_EQ(ShownMessages(), Messages{});
+    EXPECT_FALSE(Load(path.c_str()));
+    EXPECT_EQ(ShownMessages(), Messages{kNotABackup});
+  }
 }
 
 // The platform's A functions convert bytes by the process's ANSI code page.
 TEST_F(BackupTest, AnsiCodePageThatChangesNamesFailsBeforeAnyAccess) {
-  const auto fails = [this](const char16_t* file) {
-    WriteDefaultsWith({});
-    machine().faults.FailFrom(platform::Fault::kFile, 1);
-    EXPECT_FALSE(Save(file) || Load(file));
-    EXPECT_EQ(Shown(), u"") << "the file itself may be valid";
-    EXPECT_EQ(machine().faults.Calls(platform::Fault::kFile), 0);
+  const auto expectFailure = [this](const char16_t* file) {
     machine().faults.Clear();
+    EXPECT_FALSE(Save(file));
+    EXPECT_FALSE(Load(file));
+    EXPECT_EQ(ShownMessages(), Messages{}) << "the file itself may be valid";
+    EXPECT_EQ(machine().faults.Calls(platform::Fault::kFile), 0);
   };
-  for (const UINT page : {936u, 949u, UINT{CP_UTF8}}) {
-    SCOPED_TRACE(page);
-    machine().SetAnsiPage(page);
-    fails(kFile);
-  }
+  machine().SetAnsiPage(CP_UTF8);
+  expectFailure(kFile);  // the names of the sections change
   machine().SetAnsiPage(1252);
-  fails(u"C:\\data\\能.ini");
-  WriteDefaultsWith({{u"PaperName=S", u"PaperName=倉庫S"}});
-  const std::string before = Bytes();
-  ASSERT_TRUE(Load());
-  EXPECT_TRUE(std::u16string_view(block_.Printer.Papers[0].PaperName).starts_with(u"倉庫S"));
-  ASSERT_TRUE(Save());
-  EXPECT_EQ(Bytes(), before) << "a single-byte code page preserves all bytes";
+  EXPECT_TRUE(Load()) << "a single-byte code page preserves all bytes";
+  expectFailure(u"C:\\data\\能.ini");  // the path changes
   machine().SetCodePage932(false);
-  fails(kFile);
+  expectFailure(kFile);
 }
 
-// After one failed access a save ends or omits that line, and a load reads the other lines.
 // tests/faults covers a disk that stays full.
-TEST_F(BackupTest, FailedFileAccessLeavesReadableFile) {
+TEST_F(BackupTest, FailedFileAccessEndsSaveOrOmitsOneLine) {
   const auto before = BytesOf(block_);
-  const std::string golden = Golden();
-  const size_t needed = golden.find(ToCp932(u"[ﾌﾘｰｻｲｽﾞ用紙]"));
+  const size_t required = defaults_.find(u"[ﾌﾘｰｻｲｽﾞ用紙]");
   bool done = false;
   const auto save = [&] {
-    machine().SetMemoryProfile(kFile, "");
+    Write(u"");
     done = Save();
   };
-  const auto saved = [&](platform::Fault, bool) {
-    const std::string text = machine().MemoryProfile(kFile);
-    const auto same = static_cast<size_t>(std::ranges::mismatch(text, golden).in1 - text.begin());
-    EXPECT_TRUE(golden.ends_with(text.substr(same))) << text;
-    EXPECT_EQ(done, text.size() >= needed);
+  const auto checkSave = [&](platform::Fault, bool) {
+    const std::u16string text = Text();
+    const auto same = std::ranges::mismatch(text, defaults_).in1 - text.begin();
+    EXPECT_TRUE(defaults_.ends_with(text.substr(static_cast<size_t>(same)))) << ToCp932(text);
+    EXPECT_EQ(done, text.size() >= required) << "only a driver key fails the save";
     EXPECT_EQ(BytesOf(block_), before);
   };
-  EXPECT_GE(ForEachFault({platform::Fault::kFile}, save, saved), 40);
-  const auto loaded = [&](platform::Fault, bool failed) {
-    EXPECT_TRUE(done || failed);
-    EXPECT_EQ(machine().MemoryProfile(kFile), golden);
-  };
-  ForEachFault(
-      {platform::Fault::kFile}, [&] { done = Load(); }, loaded);
+  EXPECT_GE(ForEachFault({platform::Fault::kFile}, save, checkSave), 40);
 }
 
-TEST_F(BackupTest, FileOfAnotherFormatIsRejected) {
+TEST_F(BackupTest, FileOfAnotherFormatIsRejectedWithMessage) {
   const auto before = BytesOf(block_);
-  for (const auto& [line, replacement, shown] : {std::tuple(u"[ﾊﾞｰｼﾞｮﾝ情報]", u"[x]", kNotABackup),
-                                                 {u"FileVersion=0003", u"", kWrongVersion},
-                                                 {u"=0003", u"=3", kWrongVersion},
-                                                 {u"=0003", u"=0004", kWrongVersion},
-                                                 {u"=0003", u"=00030", kWrongVersion}}) {
-    SCOPED_TRACE(ToCp932(replacement));
-    WriteDefaultsWith({{line, replacement}, {u"SYNC=0", u"SYNC=1"}});
-    EXPECT_FALSE(Load());
-    EXPECT_EQ(Shown(), shown);
+  const auto expectMessage = [&](Message message, const char16_t* text,
+                                 const char16_t* replacement) {
+    EXPECT_FALSE(LoadDefaultsWith({{text, replacement}, {u"PaperID=257", u"PaperID=258"}}));
+    EXPECT_EQ(ShownMessages(), Messages{message}) << ToCp932(replacement);
     EXPECT_EQ(BytesOf(block_), before);
+  };
+  expectMessage(kNotABackup, u"[ﾊﾞｰｼﾞｮﾝ情報]", u"[x]");
+  expectMessage(kWrongVersion, u"FileVersion=0003", u"");
+  expectMessage(kWrongVersion, u"FileVersion=0003", u"FileVersion=3");
+  expectMessage(kWrongVersion, u"FileVersion=0003", u"FileVersion=00030");
+}
+
+TEST_F(BackupTest, LoadFailsWithoutRequiredDriverKey) {
+  for (const auto& [line, replacement] : {std::pair(u"PaperID=257\r\n", u""),
+                                          {u"PaperID=257", u"PaperID="},
+                                          {u"ColorText=1\r\n", u""},
+                                          {u"ColorText=1", u"ColorText="}}) {
+    EXPECT_FALSE(LoadDefaultsWith(
+        {{line, replacement}, {u"BarFontNum=0", u"BarFontNum=1"}, {u"SYNC=0", u"SYNC=1"}}));
+    EXPECT_EQ(ShownMessages(), Messages{});
+    EXPECT_EQ(fonts_.BarFontNum, 0);
     EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), 0u);
   }
 }
 
-TEST_F(BackupTest, EachLineSetsItsFields) {
-  const std::map<char, void*> records = {
-      {'S', &block_}, {'D', &deco_[0]}, {'E', &deco_[1]}, {'B', &bar_[0]}};
-  for (const std::string& row : support::GoldenRows("lines.txt")) {
-    SCOPED_TRACE(row);
-    std::smatch parts;
-    ASSERT_TRUE(std::regex_match(row, parts, std::regex("(.*) \\| ?(.*)\\| (.*)")));
-    const std::string replacement = std::regex_replace(parts.str(2), std::regex("/"), "\r\n");
-    WriteDefaultsWith({{platform::ToUtf16(parts.str(1) + "\r\n"), platform::ToUtf16(replacement)}});
-    std::vector<std::tuple<void*, size_t, int>> fields;  // record, offset, value; 98: unchanged
-    std::istringstream outcome(parts.str(3));
-    const bool rejected = row.ends_with("refused");
-    bool sync = false;
-    for (std::string field; outcome >> field;) {
-      const std::string outcomeText = field.substr(field.find(':') + 1);
-      const bool kept = outcomeText == "kept" || rejected;
-      fields.emplace_back(records.at(field[0]), std::stoul(field.substr(1)),
-                          kept ? 98 : std::stoi(outcomeText));
-      const auto& [record, offset, value] = fields.back();
-      sync |= record == &block_ && offset == 434 && value != 0;
-      Put<int16_t>(record, offset, 98);
-    }
-    DeviceSettings(kPrinter).SetSyncPrint(!sync);
-    EXPECT_EQ(Load(), !rejected);
-    EXPECT_EQ(Shown(), fonts_.DecoFontNum + fonts_.BarFontNum > 0 ? kFontWarning : u"");
-    for (const auto& [record, offset, value] : fields) {
-      EXPECT_EQ(At<uint16_t>(record, offset), static_cast<uint16_t>(value)) << offset;
-    }
-    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), rejected ? !sync : sync);
-  }
+TEST_F(BackupTest, MissingOptionalKeyClearsOrKeepsItsField) {
+  PrivateDevMode& settings = block_.Record.Private;
+  settings.nCompulsory = settings.Position = 98;
+  settings.FreePaper.Yoshi = settings.FreePaper.Thickness = 98;
+  settings.ColorAdjust.caSize = 98;
+  ASSERT_TRUE(LoadDefaultsWith({{u"CompulsorySet=0\r\n", u""},
+                                {u"Position=1", u"Position="},
+                                {u"PaperName=フリーサイズ\r\n", u""},
+                                {u"Thickness=3\r\n", u""},
+                                {u"Yoshi=0", u"Yoshi="},
+                                {u"HeadDensity=203", u"HeadDensity=305"},
+                                {u"ColorAdjust.Size=24\r\n", u""}}));
+  EXPECT_EQ(settings.nCompulsory, 0);
+  EXPECT_EQ(settings.Position, 0);
+  EXPECT_EQ(settings.FreePaper.PaperName[0], 0);
+  EXPECT_EQ(settings.FreePaper.Yoshi, 0);
+  EXPECT_EQ(settings.FreePaper.Thickness, 98);
+  EXPECT_EQ(settings.ColorAdjust.caSize, 98);
+  EXPECT_EQ(block_.Printer.HeadDensity, 203) << "the device section is not read";
+}
+
+TEST_F(BackupTest, NumberIsDecimalAndTruncatedTo16Bits) {
+  const auto expectPosition = [this](int expected, std::u16string value) {
+    block_.Record.Private.Position = 98;
+    ASSERT_TRUE(LoadDefaultsWith({{u"Position=1", u"Position=" + value}}));
+    EXPECT_EQ(block_.Record.Private.Position, expected) << ToCp932(value);
+    EXPECT_EQ(block_.Record.Private.nCompulsory, 0) << "the next field of the record";
+  };
+  expectPosition(12, u" +12abc");
+  expectPosition(-5, u"-5");
+  expectPosition(0, u"x");
+  expectPosition(70000 - 65536, u"70000");
+  expectPosition(3, u"3,9");
+  expectPosition(98, u",");                 // an empty element leaves the field
+  expectPosition(1, u"00000000000000123");  // an element has 15 characters
+}
+
+TEST_F(BackupTest, ElementsOfTripleAreOptional) {
+  ASSERT_TRUE(LoadDefaultsWith({{u".Red=6810,3050,0", u".Red=100,,300"},
+                                {u".AlignmentWhite=3324,3474,10000", u".AlignmentWhite=1,2,3,4"},
+                                {u"HTInfo.ColorInfo.RedGamma=10000\r\n", u""}}));
+  const COLORINFO& colours = block_.Printer.HTInfo.ColorInfo;
+  EXPECT_EQ(LONG{colours.Red.x}, 100);
+  EXPECT_EQ(LONG{colours.Red.y}, 3050);
+  EXPECT_EQ(LONG{colours.Red.Y}, 300);
+  EXPECT_EQ(LONG{colours.RedGamma}, 10000) << "a fourth element is ignored";
+}
+
+TEST_F(BackupTest, SyncIsHexadecimalAndSetsSyncPrint) {
+  const auto expectMode = [this](int mode, const char16_t* line) {
+    DeviceSettings(kPrinter).SetSyncPrint(mode == 0);
+    ASSERT_TRUE(LoadDefaultsWith({{u"SYNC=0\r\n", line}}));
+    EXPECT_EQ(block_.Record.Private.nTSMode, mode) << ToCp932(line);
+    EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), mode != 0 ? 1u : 0u);
+  };
+  expectMode(0x10, u"SYNC=10\r\n");
+  expectMode(0x9A, u"SYNC=9a\r\n");
+  expectMode(0x0F, u"SYNC=fg\r\n");
+  expectMode(0x01, u"SYNC=1A\r\n");
+  expectMode(0x23, u"SYNC=123\r\n");  // modulo 256
+  expectMode(0, u"SYNC=\r\n");
+  expectMode(0, u"");
   machine().SetRegistryAccess(true, false);
-  WriteDefaultsWith({{u"SYNC=0", u"SYNC=1"}});
   EXPECT_TRUE(Load()) << "a failed registry write is ignored";
 }
 
-TEST_F(BackupTest, CountsLimitWhatALoadReads) {
-  const std::tuple<std::u16string, int, int> kCases[] = {
-      {u"0", 0, 0},  {u"20", 20, 20},    {u"25", 20, 25},  {u"80", 20, 70},
-      {u"-1", 0, 0}, {u"70000", 20, 70}, {u"65537", 1, 1}, {u"", 5, 3}};  // the last: unchanged
-  for (const auto& [value, papers, fonts] : kCases) {
+TEST_F(BackupTest, NameIsTruncatedAndHasNoControlCharacters) {
+  const std::u16string name(32, u'表');  // 64 bytes
+  ASSERT_TRUE(LoadDefaultsWith({{u"Standard Label 58 x 68 mm", name}}));
+  EXPECT_EQ(block_.Printer.Papers[0].PaperName, name.substr(1));
+  CopyText(block_.Printer.Papers[0].PaperName, u"a\r\n[PAPER01]\tb");
+  ASSERT_TRUE(Save());
+  EXPECT_NE(Text().find(u"PaperName=a  [PAPER01] b\r\n"), std::u16string::npos);
+}
+
+TEST_F(BackupTest, DecorativeFontEndsAtFirstMissingKey) {
+  deco_[0].FontKind = kBarcodeFont;
+  deco_[0].Deco.SizeX = deco_[1].Deco.Decorate = 98;
+  CopyText(deco_[1].Deco.DecoFontName, u"old");
+  ASSERT_TRUE(LoadDefaultsWith(
+      {{u"DecoFontNum=0\r\n",
+        u"DecoFontNum=2\r\n[DECOFONT00]\r\nDecoFontName=A\r\nResiFontName=X20\r\n"
+        u"Decorate=9\r\nSizeX=8\r\n[DECOFONT01]\r\nResiFontName=X21\r\nDecorate=9\r\n"}}));
+  EXPECT_EQ(deco_[0].FontName, std::u16string(u"A"));
+  EXPECT_EQ(deco_[0].FontKind, kDecorativeFont);
+  EXPECT_EQ(deco_[0].Deco.Decorate, 9);
+  EXPECT_EQ(deco_[0].Deco.SizeX, 98);
+  EXPECT_EQ(deco_[1].Deco.DecoFontName[0], 0);
+  EXPECT_EQ(deco_[1].Deco.ResiFontName[0], 0);
+  EXPECT_EQ(deco_[1].Deco.Decorate, 98);
+}
+
+TEST_F(BackupTest, BarcodeFontReadsAllKeysOfItsKind) {
+  bar_[0].Bar.Range = 98;
+  ASSERT_TRUE(LoadDefaultsWith({{u"BarFontNum=0\r\n",
+                                 u"BarFontNum=1\r\n[BARFONT00]\r\nBarcodeKind=1900\r\nZipSize=2\r\n"
+                                 u"ZipCode=12345678901234567890\r\nHeight=5\r\n"}}));
+  const BarFontInfo& font = bar_[0].Bar;
+  EXPECT_EQ(font.Range, 98);
+  EXPECT_EQ(support::At(font.BarcodeParam, 14), 0) << "this kind has no Height";
+  EXPECT_EQ(support::At(font.BarcodeParam, 18), 2);
+  EXPECT_STREQ(reinterpret_cast<const char*>(font.BarcodeParam + 20), "1234567890123456789");
+}
+
+TEST_F(BackupTest, LoadedCountIsClampedToTheTable) {
+  const auto expectCounts = [this](int papers, int fonts, std::u16string value) {
     SCOPED_TRACE(ToCp932(value));
-    WriteDefaultsWith({{u"PaperNum=1", u"PaperNum=" + value},
-                       {u"DecoFontNum=0", u"DecoFontNum=" + value},
-                       {u"BarFontNum=0", u"BarFontNum=" + value}});
-    block_ = support::DefaultBlock();
     block_.Printer.PaperNum = 5;
-    for (PaperInfo& paper : block_.Printer.Papers) paper = block_.Printer.Papers[0];
     fonts_.DecoFontNum = fonts_.BarFontNum = 3;
-    for (int i = 0; i < kFontCapacity; ++i) deco_[i].Deco.Size = bar_[i].Bar.Mode = 5;
-    ASSERT_TRUE(Load());
-    EXPECT_EQ(support::Words(block_.Printer.PaperNum, fonts_.DecoFontNum, fonts_.BarFontNum),
-              support::Words(papers, fonts, fonts));
-    EXPECT_EQ(Shown(), fonts > 0 ? kFontWarning : u"");
-    for (int i = 0; i < kFontCapacity; ++i) {
-      EXPECT_EQ(support::Words(deco_[i].Deco.Size, bar_[i].Bar.Mode, bar_[i].FontKind),
-                i < fonts ? support::Words(5, 5, kBarcodeFont) : support::Words(0, 0, 0));
-    }
-    // A paper without a section loses its name but not its sizes. Papers after the count are
-    // cleared.
-    for (int i = 0; i < kPaperCapacity; ++i) {
-      const PaperInfo& paper = block_.Printer.Papers[i];
-      EXPECT_EQ(paper.PaperName[0], i == 0 && papers > 0 ? u'S' : 0) << i;
-      EXPECT_EQ(paper.LabelWidth, i < papers ? 580 : 0) << i;
-    }
-  }
-  // A save limits each kind of fonts, not both together.
-  fonts_.DecoFontNum = fonts_.BarFontNum = 40;
-  machine().SetMemoryProfile(kFile, "");
-  EXPECT_TRUE(Save());
-  EXPECT_NE(machine().MemoryProfile(kFile).find("BarFontNum=40"), std::string::npos);
+    for (PaperInfo& paper : block_.Printer.Papers) paper.LabelWidth = 5;
+    for (FontRecord& font : deco_) font.Deco.Size = 5;
+    for (FontRecord& font : bar_) font.Bar.Mode = 5;
+    EXPECT_TRUE(LoadDefaultsWith({{u"PaperNum=1", u"PaperNum=" + value},
+                                  {u"LabelWidth=580\r\n", u""},
+                                  {u"[PAPER00]", u"[OTHER]"},
+                                  {u"DecoFontNum=0", u"DecoFontNum=" + value},
+                                  {u"BarFontNum=0", u"BarFontNum=" + value}}));
+    EXPECT_EQ(block_.Printer.PaperNum, papers);
+    EXPECT_EQ(fonts_.DecoFontNum, fonts);
+    EXPECT_EQ(fonts_.BarFontNum, fonts);
+    EXPECT_EQ(ShownMessages(), fonts > 0 ? Messages{kFontWarning} : Messages{});
+    // Records without a section keep their numbers; those after the count are cleared.
+    const auto width = &PaperInfo::LabelWidth;
+    EXPECT_EQ(std::ranges::count(block_.Printer.Papers, 5, width), papers);
+    EXPECT_EQ(std::ranges::count(block_.Printer.Papers, 0, width), kPaperCapacity - papers);
+    const auto size = [](const FontRecord& font) { return font.Deco.Size; };
+    const auto mode = [](const FontRecord& font) { return font.Bar.Mode; };
+    EXPECT_EQ(std::ranges::count(deco_, 5, size), fonts);
+    EXPECT_EQ(std::ranges::count(bar_, 5, mode), fonts);
+  };
+  expectCounts(0, 0, u"0");
+  expectCounts(20, 25, u"25");
+  expectCounts(20, 70, u"80");
+  expectCounts(0, 0, u"-1");
+  expectCounts(5, 3, u"");  // the counts remain
+}
+
+TEST_F(BackupTest, SavedCountIsClampedToTheTable) {
+  block_.Printer.PaperNum = 25;
+  fonts_.DecoFontNum = 80;
+  fonts_.BarFontNum = 40;  // the limit of 70 fonts together does not apply here
+  ASSERT_TRUE(Save());
+  EXPECT_NE(Text().find(u"PaperNum=20\r\n"), std::u16string::npos);
+  EXPECT_NE(Text().find(u"DecoFontNum=70\r\n"), std::u16string::npos);
+  EXPECT_NE(Text().find(u"BarFontNum=40\r\n"), std::u16string::npos);
 }
 
 TEST_F(BackupTest, NullFontListsTransferNoFonts) {
-  fonts_ = {};
+  fonts_.DecoFonts = fonts_.BarFonts = nullptr;
+  fonts_.DecoFontNum = 3;
   EXPECT_TRUE(Save());
-  EXPECT_EQ(Bytes(), Golden());
-  WriteDefaultsWith({{u"DecoFontNum=0", u"DecoFontNum=3"}});
-  EXPECT_TRUE(Load());
-  EXPECT_EQ(fonts_.DecoFontNum, 0);
+  EXPECT_EQ(Text(), defaults_);
+  EXPECT_TRUE(LoadDefaultsWith({{u"BarFontNum=0", u"BarFontNum=3"}}));
+  EXPECT_EQ(fonts_.BarFontNum, 0);
+  EXPECT_EQ(ShownMessages(), Messages{});
 }
 
 }  // namespace

@@ -1,79 +1,124 @@
 // The set-up file in the Windows directory, imported directly and by the spooler's event.
 #include "files/setup_file.h"
 
-#include <regex>
-#include <sstream>
-
 #include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
 namespace kestrel {
 namespace {
 
-using support::At;
-using support::Put;
+using support::BytesOf;
 
 constexpr char16_t kFile[] = u"C:\\WINDOWS\\SetupKit_QM6_1R.INI";
+// The sections that a file must have.
+const std::u16string kHead = u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=0\r\n";
+constexpr int kOld = 0x5555;  // each 16-bit field before an import
 
-class SetupFileTest : public support::MachineTest {};
-
-TEST_F(SetupFileTest, EachLineSetsItsFields) {
-  for (std::string row : support::GoldenRows("setup.txt")) {
-    SCOPED_TRACE(row);
-    if (row[0] == '+') row.replace(0, 1, "[ﾊﾞｰｼﾞｮﾝ情報]/DriverName=x/[用紙登録数]/PaperNum=0/");
-    const size_t bar = row.find(" |");
-    const auto text = std::regex_replace(row.substr(0, bar), std::regex("/"), "\r\n");
-    machine().WriteFile(kFile, platform::ToCp932(platform::ToUtf16(text)));
-    DriverSettingsBlock block, expected;
-    std::memset(static_cast<void*>(&block), 0x11, sizeof block);
-    expected = block;
-    const bool accepted = row.substr(bar) != " | refused";
-    EXPECT_EQ(ImportSetupFile(block, nullptr, nullptr), accepted);
-    if (accepted) {
-      for (size_t at : {434, 436, 438, 440, 442, 444, 446, 452}) Put<int16_t>(&expected, at, 0);
-      for (size_t at : {382, 398, 408}) Put<int16_t>(&expected, at, 1);
-      Put<int16_t>(&expected, 406, 2);
-      expected.Record.Public = block.Record.Public;
-      std::istringstream fields(row.substr(bar + 2));
-      for (std::string field; fields >> field;) {
-        const size_t at = std::stoul(field);
-        const std::string value = field.substr(field.find(':') + 1);
-        if (value[0] == '"') {
-          const auto name = platform::ToUtf16(value.substr(1, value.size() - 2));
-          for (size_t i = 0; i < 64; ++i)
-            Put(&expected, at + 2 * i, i < name.size() ? name[i] : u'\0');
-        } else if (value.back() == 'L') {
-          Put<int32_t>(&expected, at, std::stoi(value));
-        } else {
-          Put(&expected, at, static_cast<int16_t>(std::stoi(value)));
-        }
-      }
-    }
-    for (size_t at = 0; at < sizeof block; at += 2) {
-      EXPECT_EQ(At(&block, at), At(&expected, at)) << "at " << at;
-    }
+class SetupFileTest : public support::MachineTest {
+ protected:
+  bool Import(const std::u16string& text) {
+    machine().WriteFile(kFile, platform::ToCp932(text));
+    std::memset(static_cast<void*>(&block_), 0x55, sizeof block_);
+    return ImportSetupFile(block_, nullptr, nullptr);
   }
+  DriverSettingsBlock block_;
+  PrivateDevMode& settings_ = block_.Record.Private;
+};
+
+TEST_F(SetupFileTest, FileWithoutNameOrValidPaperCountIsRejected) {
+  const auto expectRejected = [this](std::u16string nameLine, std::u16string countLine) {
+    EXPECT_FALSE(Import(u"[ﾊﾞｰｼﾞｮﾝ情報]\r\n" + nameLine + u"\r\n[用紙登録数]\r\n" + countLine));
+    EXPECT_EQ(BytesOf(block_), std::vector(sizeof block_, std::byte{0x55}));
+  };
+  expectRejected(u"", u"PaperNum=1");
+  expectRejected(u"DriverName=", u"PaperNum=1");
+  expectRejected(u"DriverName=x", u"");
+  expectRejected(u"DriverName=x", u"PaperNum=");
+  expectRejected(u"DriverName=x", u"PaperNum=21");
+  expectRejected(u"DriverName=x", u"PaperNum=65537");  // 1 in 16 bits
+  expectRejected(u"DriverName=x", u"PaperNum=-1");
+}
+
+// golden/make_everything.py writes a backup file and its records.
+TEST_F(SetupFileTest, KeysAreThoseOfABackup) {
+  std::u16string text = platform::FromCp932(support::Golden("everything.ini"));
+  text.insert(text.find(u"ColorAdjust.IlluminantIndex"), u"ColorAdjust.");
+  text.replace(text.find(u"HeadDensity=21845"), 17, u"HeadDensity=305");
+  text.replace(text.find(u"Mecha=21845"), 11, u"Mecha=1");
+  ASSERT_TRUE(Import(text));
+  DriverSettingsBlock expected;
+  std::memcpy(static_cast<void*>(&expected), support::Golden("everything.bin").data(),
+              sizeof expected);
+  expected.Record.Public = block_.Record.Public;
+  expected.Record.Private.nTSMode = 0;  // no decimal number
+  std::ranges::fill(expected.Record.Private.Reserved1, 0);
+  std::memset(static_cast<void*>(expected.Printer.Papers + 12), 0x55, 8 * sizeof(PaperInfo));
+  expected.Printer.HeadDensity = 305;
+  expected.Printer.Mecha = kContinuousMode;
+  EXPECT_EQ(BytesOf(block_), BytesOf(expected));
+}
+
+TEST_F(SetupFileTest, MissingKeySetsItsDefault) {
+  ASSERT_TRUE(Import(kHead));
+  EXPECT_EQ(settings_.Copies, 1);
+  EXPECT_EQ(settings_.nPrintSpeed, 1);
+  EXPECT_EQ(settings_.Dither, 2);
+  EXPECT_EQ(settings_.nColorText, 1);
+  EXPECT_EQ(settings_.nCompulsory, 0);
+  EXPECT_EQ(settings_.nTSMode, 0);
+  EXPECT_EQ(settings_.Position, 0);
+  EXPECT_EQ(settings_.Orient, kOld);
+  EXPECT_EQ(block_.Printer.HeadDensity, kOld);
+}
+
+TEST_F(SetupFileTest, EmptyValueLeavesItsFieldButSetsPosition) {
+  ASSERT_TRUE(Import(
+      kHead + u"[ﾄﾞﾗｲﾊﾞ情報]\r\nCopies=\r\nDither=\r\nPosition=\r\n[同期印刷]\r\nSYNC=10\r\n"));
+  EXPECT_EQ(settings_.Copies, kOld);
+  EXPECT_EQ(settings_.Dither, kOld);
+  EXPECT_EQ(settings_.Position, 1);
+  EXPECT_EQ(settings_.nTSMode, 10) << "decimal";
+}
+
+TEST_F(SetupFileTest, LastNumberOfTripleIsLuminance) {
+  ASSERT_TRUE(Import(kHead + u"[ﾊｰﾌﾄｰﾝ情報]\r\nHTInfo.ColorInfo.Red=6400\r\n"
+                             u"HTInfo.ColorInfo.Green=1,2\r\nHTInfo.ColorInfo.Blue=,4,9\r\n"));
+  const COLORINFO& colours = block_.Printer.HTInfo.ColorInfo;
+  EXPECT_EQ(LONG{colours.Red.x}, 0x55555555);
+  EXPECT_EQ(LONG{colours.Red.Y}, 6400);
+  EXPECT_EQ(LONG{colours.Green.x}, 1);
+  EXPECT_EQ(LONG{colours.Green.y}, 0x55555555);
+  EXPECT_EQ(LONG{colours.Green.Y}, 2);
+  EXPECT_EQ(LONG{colours.Blue.x}, 0) << "an empty element is 0";
+  EXPECT_EQ(LONG{colours.Blue.y}, 4);
+}
+
+TEST_F(SetupFileTest, ValueIsTruncatedToItsField) {
+  const std::u16string name(64, u'長'), zeros(98, u'0');
+  ASSERT_TRUE(Import(kHead + u"[ﾊｰﾌﾄｰﾝ情報]\r\nHTInfo.DevPelsDPI=" + zeros + u"71\r\n" +
+                     u"ColorAdjust.RedGamma=70000\r\nColorAdjust.IlluminantIndex=5\r\n" +
+                     u"[ﾌﾘｰｻｲｽﾞ用紙]\r\nPaperName=" + name + u"\r\n"));
+  EXPECT_EQ(DWORD{block_.Printer.HTInfo.DevPelsDPI}, 7u) << "a value has 99 characters";
+  EXPECT_EQ(settings_.ColorAdjust.caRedGamma, 70000 - 65536);
+  EXPECT_EQ(settings_.ColorAdjust.caIlluminantIndex, kOld) << "the key of a backup is ignored";
+  EXPECT_EQ(settings_.FreePaper.PaperName, name.substr(1));
 }
 
 TEST_F(SetupFileTest, InitialiseEventStoresItsSettings) {
   std::u16string name = support::kPrinter;
-  machine().WriteFile(
-      kFile, platform::ToCp932(u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=0\r\n"
-                               u"[ﾄﾞﾗｲﾊﾞ情報]\r\nPrintSpeed=4\r\n[ﾃﾞﾊﾞｲｽ情報]\r\nMecha=2\r\n"
-                               u"[ﾌﾘｰｻｲｽﾞ用紙]\r\nPaperName=髙表示\r\n"));
+  Import(kHead + u"[ﾄﾞﾗｲﾊﾞ情報]\r\nPrintSpeed=4\r\n[ﾃﾞﾊﾞｲｽ情報]\r\nMecha=2\r\n");
   EXPECT_TRUE(exports_.DrvPrinterEvent(name.data(), PRINTER_EVENT_INITIALIZE, 0, 0));
   const PrinterSettingsPart part = support::StoredPrinterPart(machine());
-  EXPECT_EQ(support::Words(part.HeadDensity, part.Mecha), support::Words(0, 2))
-      << "the file has no density, and there is no default";
-  // A printer without a default record uses the file's settings and sets Signature.
+  EXPECT_EQ(part.HeadDensity, 0) << "the file has no density, and there is no default";
+  EXPECT_EQ(part.Mecha, kPeelMode);
+  // A printer without a default record uses the file's settings.
   SettingsRecord record{};
-  LONG size = 452;
+  LONG size = kRecordSize;
   EXPECT_TRUE(
       exports_.DrvConvertDevMode(name.data(), nullptr, &record.Public, &size, CDM_DRIVER_DEFAULT));
-  EXPECT_EQ(record.Private.FreePaper.PaperName, std::u16string(u"髙表示"));
-  EXPECT_EQ(support::Words(record.Private.nPrintSpeed, record.Private.Signature),
-            support::Words(4, SETTINGS_SIGNATURE));
-  EXPECT_EQ(record.Public.dmPaperSize, 0) << "the public fields are derived";
+  EXPECT_EQ(record.Private.nPrintSpeed, 4);
+  EXPECT_EQ(record.Private.Signature, SETTINGS_SIGNATURE);
+  EXPECT_EQ(record.Public.dmPaperSize, 0) << "the public fields follow the private ones";
 }
 
 }  // namespace

@@ -4,226 +4,192 @@
 
 #include "operation/device_settings.h"
 #include "platform/machine/guard.h"
-#include "resources/resource.h"
 #include "tests/files/backup_fixture.h"
 
 namespace kestrel::test {
 namespace {
 
+using support::BytesOf;
 using support::Click;
 using support::ExpectChanged;
 using support::ExpectText;
 using support::GoTo;
+using support::kUtilityTab;
 using support::Replace;
 using support::SheetKind;
 using support::Steps;
 
-constexpr char16_t kSaved[] = u"データを保存しました64|";
-constexpr char16_t kSaveFailed[] = u"データを保存できませんでした16|";
-constexpr char16_t kLoaded[] = u"データを読込みました64|";
-constexpr char16_t kLoadFailed[] = u"データを読み込む事ができませんでした16|";
+constexpr Message kSaved = {IDS_SAVED, MB_ICONASTERISK};
+constexpr Message kSaveFailed = {IDS_SAVE_FAILED, MB_ICONHAND};
+constexpr Message kLoaded = {IDS_LOADED, MB_ICONASTERISK};
+constexpr Message kLoadFailed = {IDS_LOAD_FAILED, MB_ICONHAND};
 
 class UtilityPageTest : public BackupTest {
  protected:
   UtilityPageTest() { StoreDefaults(block_); }
-  // Does the steps on the page and cancels the sheet. Returns the messages.
-  std::u16string Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
+  // Performs the steps on the page and cancels the sheet. Returns the messages.
+  Messages Visit(Steps steps, SheetKind kind = SheetKind::kUserDefault) {
     desk().ClearShown();
-    Show({.kind = kind}, {GoTo(support::kUtilityTab), std::move(steps), support::PressCancel()});
-    for (const auto& shown : desk().History()) EXPECT_EQ(shown.caption, u"ユーティリティ");
-    return Shown();
+    Show({.kind = kind}, {GoTo(kUtilityTab), std::move(steps), support::PressCancel()});
+    return ShownMessages();
   }
-  // Replaces the name of a direction, clicks its button and closes the given number of messages.
-  static Steps Press(bool save, std::u16string name, int messages) {
-    Steps steps = {Replace(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME, name),
-                   Click(save ? IDC_UTILITY_SAVE : IDC_UTILITY_LOAD)};
-    while (messages-- > 0) steps += Click(IDOK);
+  // Replaces a name, clicks its button and closes the messages.
+  static Steps SaveTo(std::u16string name, size_t messages = 1) {
+    return {Replace(IDC_UTILITY_SAVE_NAME, name), Click(IDC_UTILITY_SAVE), CloseMessages(messages)};
+  }
+  static Steps LoadFrom(std::u16string name, size_t messages = 1) {
+    return {Replace(IDC_UTILITY_LOAD_NAME, name), Click(IDC_UTILITY_LOAD), CloseMessages(messages)};
+  }
+  static Steps CloseMessages(size_t count) {
+    Steps steps;
+    while (count-- > 0) steps += Click(IDOK);
     return steps;
   }
-  std::u16string NameInData(const char16_t* value) {
+  // Returns the name in a printer data value.
+  std::u16string StoredName(const char16_t* value) {
     const auto data = machine().Data(kPrinter, value);
     if (!data) return u"(none)";
-    EXPECT_EQ(support::Words(data->type, data->bytes.size()), support::Words(REG_BINARY, 260));
+    EXPECT_EQ(data->type, DWORD{REG_BINARY});
+    EXPECT_EQ(data->bytes.size(), 260u);
     std::u16string name(130, 0);
-    std::memcpy(name.data(), data->bytes.data(), 260);
+    std::memcpy(name.data(), data->bytes.data(), data->bytes.size());
     return name.c_str();
   }
 };
 
-TEST_F(UtilityPageTest, InvalidNameIsRejectedByTheFirstFailedCheck) {
-  Steps steps;
-  std::u16string expected;
-  const auto expectRejected = [&](std::u16string name, std::u16string reason) {
-    for (const bool save : {true, false}) {
-      steps += Press(save, name, reason.empty() ? 1 : 2);
-      steps += support::ExpectFocus(save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME);
-      expected += reason + (save ? kSaveFailed : kLoadFailed);
-    }
+TEST_F(UtilityPageTest, InvalidNameIsRejectedAndFocused) {
+  const Message missing = {IDS_FILE_NAME_MISSING, MB_ICONEXCLAMATION};
+  const Message wrong = {IDS_FILE_NAME_WRONG, MB_ICONEXCLAMATION};
+  const auto expectRejected = [this](std::u16string name, Messages messages) {
+    const Steps steps = SaveTo(name, messages.size());
+    EXPECT_EQ(Visit({steps, support::ExpectFocus(IDC_UTILITY_SAVE_NAME)}), messages);
   };
-  for (const char16_t* name : {u"", u"   ", u"\u3000", u" \u3000"})
-    expectRejected(name, u"ファイル名を入力してください48|");
-  for (const char16_t* name : {u"a", u"a.Ini", u"a.inI", u"a.txt", u"ini", u"a.ini "})
-    expectRejected(name, u"不正なファイル名です48|");
-  // A name that the platform rejects has no message of its own.
-  expectRejected(u"C:\\data\\", u"");
-  expectRejected(std::u16string(64, u'n') + u".ini", u"");
-  EXPECT_EQ(Visit(steps), expected);
-  EXPECT_EQ(NameInData(u"BackupFile Write Name"), u"(none)");
-  EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
+  expectRejected(u"", {missing, kSaveFailed});
+  expectRejected(u" \u3000", {missing, kSaveFailed});
+  expectRejected(u"ini", {wrong, kSaveFailed});
+  expectRejected(u"a.Ini", {wrong, kSaveFailed});
+  expectRejected(u"a.ini ", {wrong, kSaveFailed});
+  // The platform rejects the name; there is no message for that.
+  expectRejected(u"C:\\data\\", {kSaveFailed});
+  expectRejected(std::u16string(64, u'n') + u".ini", {kSaveFailed});
+  EXPECT_EQ(StoredName(u"BackupFile Write Name"), u"(none)");
+  EXPECT_EQ(Visit({LoadFrom(u"a.txt", 2), support::ExpectFocus(IDC_UTILITY_LOAD_NAME)}),
+            (Messages{wrong, kLoadFailed}));
 }
 
 TEST_F(UtilityPageTest, BareNameIsSavedInSystemDirectoryAndRemembered) {
   const std::u16string name = u"表 ソ.ini";
-  EXPECT_EQ(Visit({Press(true, name, 1), ExpectChanged(false)}), kSaved);
-  EXPECT_EQ(Bytes(u"C:\\WINDOWS\\system32\\" + name), Golden());
-  EXPECT_EQ(NameInData(u"BackupFile Write Name"), name);
-  // The advanced session loads neither names nor fonts.
-  for (const SheetKind kind : {SheetKind::kDocument, SheetKind::kUserDefault, SheetKind::kAdvanced})
-    Visit({ExpectText(IDC_UTILITY_SAVE_NAME, kind == SheetKind::kAdvanced ? u"" : name),
-           ExpectText(IDC_UTILITY_LOAD_NAME, u"")},
-          kind);
+  EXPECT_EQ(Visit({SaveTo(name), ExpectChanged(false)}), Messages{kSaved});
+  EXPECT_EQ(FromCp932(Bytes(u"C:\\WINDOWS\\system32\\" + name)), defaults_);
+  EXPECT_EQ(StoredName(u"BackupFile Write Name"), name);
+  Visit(ExpectText(IDC_UTILITY_SAVE_NAME, name), SheetKind::kDocument);
+  Visit(ExpectText(IDC_UTILITY_SAVE_NAME, u""), SheetKind::kAdvanced);  // does not load the names
 }
 
 TEST_F(UtilityPageTest, LongNameIsStoredWithItsFirst130Units) {
   const std::u16string folder = u"C:\\" + std::u16string(140, u'd');
   std::filesystem::create_directories(machine().HostPath(folder));
   const std::u16string name = folder + u"\\a.INI";
-  EXPECT_EQ(Visit(Press(true, name, 1)), kSaved);
-  EXPECT_EQ(NameInData(u"BackupFile Write Name"), name.substr(0, 130));
-  machine().SetData(kPrinter, u"BackupFile Read Name",
-                    {REG_BINARY, support::BytesOf(name.data(), 262)});
-  // The fields accept 259 units. A value of more than 260 bytes is not loaded.
+  EXPECT_EQ(Visit(SaveTo(name)), Messages{kSaved});
+  EXPECT_EQ(StoredName(u"BackupFile Write Name"), name.substr(0, 130));
+  machine().SetData(kPrinter, u"BackupFile Read Name", {REG_BINARY, BytesOf(name.data(), 262)});
   Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)),
-         ExpectText(IDC_UTILITY_LOAD_NAME, u""),
-         support::ExpectEach({IDC_UTILITY_SAVE_NAME, IDC_UTILITY_LOAD_NAME},
-                             &platform::ControlView::textLimit, 259)});
+         ExpectText(IDC_UTILITY_LOAD_NAME, u"")});  // 262 bytes are not loaded
 }
 
 TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=3"}, {u"SYNC=0", u"SYNC=1"}});
-  EXPECT_EQ(Visit(Press(false, kFile, 1)), kLoaded);
-  EXPECT_EQ(NameInData(u"BackupFile Read Name"), kFile);
-  Visit({ExpectText(IDC_UTILITY_LOAD_NAME, kFile), Press(false, kFile, 1), ExpectChanged(true)});
+  block_.Record.Private.Signature = 0;
+  EXPECT_EQ(Visit({LoadFrom(kFile), ExpectChanged(true)}), Messages{kLoaded});
+  EXPECT_EQ(StoredName(u"BackupFile Read Name"), kFile);
   EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), 1u);
-  const PrivateDevMode settings = Ok(support::kUtilityTab, Press(false, kFile, 1)).record.Private;
-  EXPECT_EQ(support::Words(settings.nPrintSpeed, settings.nTSMode, settings.Signature),
-            support::Words(3, 1, SETTINGS_SIGNATURE));
+  Visit(ExpectText(IDC_UTILITY_LOAD_NAME, kFile));
+  const PrivateDevMode settings = Ok(kUtilityTab, LoadFrom(kFile)).record.Private;
+  EXPECT_EQ(settings.nPrintSpeed, 3);
+  EXPECT_EQ(settings.nTSMode, 1);
+  EXPECT_EQ(settings.Signature, SETTINGS_SIGNATURE);
 }
 
-// The wait cursor ends with the transfer, also with a failed one.
-TEST_F(UtilityPageTest, FailedLoadLeavesSettings) {
-  const auto cursor = [](LPCWSTR name) {
+TEST_F(UtilityPageTest, FailedLoadRestoresSettingsAndCursor) {
+  const auto closeWithCursor = [](LPCWSTR cursor) {
     return [=](platform::Desk& desk) {
-      EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, name));
+      EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, cursor));
       EXPECT_TRUE(desk.Click(IDOK));
     };
   };
   // The load fails at a key after others that it has read.
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=4"}, {u"ColorText=1", u"ColorText="}});
   desk().ClearShown();
-  const auto answer = Ok(support::kUtilityTab, {Press(false, kFile, 0), cursor(IDC_ARROW),
-                                                Press(false, u"C:\\data\\none.ini", 0),
-                                                cursor(IDC_WAIT), cursor(IDC_ARROW)});
-  EXPECT_EQ(Shown(), std::u16string(kLoadFailed) + kNotABackup + kLoadFailed);
-  EXPECT_EQ(support::BytesOf(answer.record), support::BytesOf(block_.Record));
-  EXPECT_EQ(machine().Data(kPrinter, u"Private DevMode")->bytes,
-            support::BytesOf(&block_.Printer, kPrinterPartSize));
-  EXPECT_EQ(NameInData(u"BackupFile Read Name"), u"(none)");
-  for (const std::u16string count : {u"DecoFontNum=", u"BarFontNum="}) {
-    WriteDefaultsWith({{count + u"0", count + u"1"}});
-    EXPECT_EQ(Visit({Press(false, kFile, 0), cursor(IDC_WAIT), cursor(IDC_ARROW)}),
-              std::u16string(kFontWarning) + kLoaded);
-  }
+  const auto result = Ok(kUtilityTab, {LoadFrom(kFile, 0), closeWithCursor(IDC_ARROW),
+                                       LoadFrom(u"C:\\data\\none.ini", 0),
+                                       closeWithCursor(IDC_WAIT), closeWithCursor(IDC_ARROW)});
+  EXPECT_EQ(ShownMessages(), (Messages{kLoadFailed, kNotABackup, kLoadFailed}));
+  EXPECT_EQ(BytesOf(result.record), BytesOf(block_.Record));
+  EXPECT_EQ(BytesOf(support::StoredPrinterPart(machine())), BytesOf(block_.Printer));
+  EXPECT_EQ(StoredName(u"BackupFile Read Name"), u"(none)");
 }
 
-// The arguments of the file dialog calls, and the file that the user chooses in the next one; null
-// cancels it.
-std::string dialogCalls;
-const char16_t* chosenFile;
+// The arguments of the last call of a file dialog, in which the user chose the given file.
+struct FileDialogCall {
+  bool save;
+  std::u16string file, folder, filter;
+  DWORD flags, fileLength;
+};
+FileDialogCall lastCall;
+constexpr char16_t kChosen[] = u"C:\\表\\chosen.ini";
 
 template <bool kSave>
 BOOL WINAPI ChooseFile(OPENFILENAMEW* dialog) {
-  using namespace std::string_literals;
-  EXPECT_EQ(std::u16string(dialog->lpstrFilter, 21), u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0"s);
-  dialogCalls += platform::ToUtf8(dialog->lpstrFile + u", "s + dialog->lpstrInitialDir + u", " +
-                                  dialog->lpstrDefExt + (kSave ? u", save " : u", open ")) +
-                 std::to_string(dialog->Flags);
+  lastCall = {kSave,         dialog->lpstrFile, dialog->lpstrInitialDir, {dialog->lpstrFilter, 21},
+              dialog->Flags, dialog->nMaxFile};
+  EXPECT_EQ(dialog->lpstrDefExt, std::u16string(u"ini"));
   EXPECT_NE(dialog->hwndOwner, nullptr);
-  EXPECT_EQ(support::Words(dialog->lStructSize, dialog->nFilterIndex, dialog->nMaxFile,
-                           dialog->lpstrTitle, dialog->lpstrFileTitle),
-            support::Words(sizeof *dialog, 1, 260, nullptr, nullptr));
-  if (chosenFile != nullptr) std::u16string(chosenFile).copy(dialog->lpstrFile, dialog->nMaxFile);
-  return chosenFile != nullptr;
+  SetCurrentDirectoryW(u"C:\\");
+  std::u16string(kChosen).copy(dialog->lpstrFile, dialog->nMaxFile);
+  return TRUE;
 }
 
-TEST_F(UtilityPageTest, BrowseStartsWithNameInField) {
+TEST_F(UtilityPageTest, FileDialogStartsWithFolderAndFileOfTheName) {
   machine().RegisterModule(u"comdlg32.dll",
                            {{"GetFileTitleW", platform::AsEntryPoint(GetFileTitleW)},
                             {"GetOpenFileNameW", platform::AsEntryPoint(ChooseFile<false>)},
                             {"GetSaveFileNameW", platform::AsEntryPoint(ChooseFile<true>)}});
-  const std::u16string tooLong = u"C:\\data\\" + std::u16string(64, u't');
-  const std::u16string cases[][2] = {{u"C:\\data\\a.ini", u"a.ini, C:\\data\\"},
-                                     {u"\\b.ini", u"b.ini, \\"},
-                                     {u"b.ini", u"b.ini, C:\\WINDOWS\\system32"},
-                                     {u"C:/data/a.b.ini", u"a.b.ini, C:/data/"},
-                                     {tooLong, u", C:\\data\\"},
-                                     {u"", u", "},
-                                     {u" \u3000", u", "}};
-  for (const bool save : {true, false}) {
-    const int field = save ? IDC_UTILITY_SAVE_NAME : IDC_UTILITY_LOAD_NAME;
-    const int browse = save ? IDC_UTILITY_SAVE_BROWSE : IDC_UTILITY_LOAD_BROWSE;
-    const DWORD flags = save ? OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY
-                             : OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
-    for (const auto& [name, start] : cases) {
-      dialogCalls.clear();
-      chosenFile = nullptr;
-      Visit({Replace(field, name), Click(browse), ExpectText(field, name),
-             [&](platform::Desk&) {
-               EXPECT_EQ(dialogCalls, platform::ToUtf8(start) +
-                                          (save ? ", ini, save " : ", ini, open ") +
-                                          std::to_string(flags));
-               chosenFile = u"C:\\表\\chosen.ini";
-             },
-             Click(browse), ExpectText(field, u"C:\\表\\chosen.ini")});
-    }
-  }
-}
-
-// The start does not depend on the user's preference for extensions.
-TEST_F(UtilityPageTest, BrowseShowsFolderOfNameAndRestoresCurrentDirectory) {
-  constexpr int kFolder = 1137, kName = 1148;  // the file dialog's controls
-  machine().WriteFile(u"C:\\data\\sub\\b.ini", "");
   ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\WINDOWS"));
-  for (const bool hidden : {true, false}) {
-    machine().SetHidesExtensions(hidden);
-    for (const auto& [name, browse] : {std::pair(IDC_UTILITY_SAVE_NAME, IDC_UTILITY_SAVE_BROWSE),
-                                       {IDC_UTILITY_LOAD_NAME, IDC_UTILITY_LOAD_BROWSE}}) {
-      const Steps start = {Replace(name, kFile), Click(browse), ExpectText(kFolder, u"C:\\data"),
-                           ExpectText(kName, u"a.ini")};
-      const std::u16string file = name == IDC_UTILITY_SAVE_NAME ? u"new.ini" : u"b.ini";
-      const Steps choose = {Replace(kName, u"sub"), Click(IDOK), Replace(kName, file), Click(IDOK)};
-      Visit({start, choose, ExpectText(name, u"C:\\data\\sub\\" + file), start, Click(IDCANCEL)});
-      WCHAR directory[MAX_PATH];
-      GetCurrentDirectoryW(MAX_PATH, directory);
-      EXPECT_EQ(directory, std::u16string(u"C:\\WINDOWS"));
-    }
-  }
-}
-
-TEST_F(UtilityPageTest, AnsiCodePageThatChangesNamesFailsSaveAndLoad) {
-  WriteDefaultsWith({});
-  machine().SetAnsiPage(CP_UTF8);
-  EXPECT_EQ(Visit({Press(true, kFile, 1), Press(false, kFile, 1)}),
-            std::u16string(kSaveFailed) + kLoadFailed);
-  EXPECT_EQ(Bytes(), Golden());
+  const auto expectStart = [this](std::u16string name, std::u16string file, std::u16string folder) {
+    Visit({Replace(IDC_UTILITY_LOAD_NAME, name), Click(IDC_UTILITY_LOAD_BROWSE),
+           ExpectText(IDC_UTILITY_LOAD_NAME, kChosen)});
+    EXPECT_EQ(lastCall.file, file);
+    EXPECT_EQ(lastCall.folder, folder);
+  };
+  expectStart(u"C:\\data\\a.ini", u"a.ini", u"C:\\data\\");
+  expectStart(u"C:/data/a.b.ini", u"a.b.ini", u"C:/data/");
+  expectStart(u"C:b.ini", u"b.ini", u"C:");
+  expectStart(u"\\b.ini", u"b.ini", u"\\");
+  expectStart(u"b.ini", u"b.ini", u"C:\\WINDOWS\\system32");
+  expectStart(u"C:\\data\\" + std::u16string(64, u't'), u"", u"C:\\data\\");
+  expectStart(u" \u3000", u"", u"");
+  WCHAR directory[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, directory);
+  EXPECT_EQ(directory, std::u16string(u"C:\\WINDOWS")) << "the dialog changes it";
+  EXPECT_FALSE(lastCall.save);
+  EXPECT_EQ(lastCall.fileLength, 260u);
+  EXPECT_EQ(lastCall.filter, std::u16string(u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0", 21));
+  EXPECT_EQ(lastCall.flags, DWORD{OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST});
+  Visit({Click(IDC_UTILITY_SAVE_BROWSE), ExpectText(IDC_UTILITY_SAVE_NAME, kChosen)});
+  EXPECT_TRUE(lastCall.save);
+  EXPECT_EQ(lastCall.flags, DWORD{OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY});
 }
 
 TEST_F(UtilityPageTest, MissingDialogLibraryFailsBrowseAndSave) {
-  EXPECT_EQ(Visit({[this](platform::Desk&) { machine().RegisterModule(u"comdlg32.dll", {}); },
-                   Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
-                   ExpectText(IDC_UTILITY_SAVE_NAME, kFile), Press(true, kFile, 1)}),
-            kSaveFailed);
-  EXPECT_EQ(Bytes(), "");
+  Write(u"");
+  const Steps unregister = [this](platform::Desk&) {
+    machine().RegisterModule(u"comdlg32.dll", {});
+  };
+  EXPECT_EQ(
+      Visit({unregister, Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
+             ExpectText(IDC_UTILITY_SAVE_NAME, kFile), SaveTo(kFile)}),
+      Messages{kSaveFailed});
+  EXPECT_EQ(Text(), u"");
 }
 
 }  // namespace
