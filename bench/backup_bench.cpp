@@ -1,6 +1,6 @@
-// Saving and loading of a backup file, and opening of a sheet: 20 papers and a number of fonts.
-// Each key of a save replaces the file whole, which is the floor of its time: file_calls times
-// bytes.
+// Saves and loads a backup file and opens a sheet, with 20 papers and a number of fonts. A save
+// replaces the whole file for each key. Its minimum time is therefore that of writing file_calls
+// times bytes.
 #include <windows.h>
 #include <benchmark/benchmark.h>
 #include <winddiui.h>
@@ -23,7 +23,8 @@ using namespace kestrel;
 
 constexpr WCHAR kFile[] = u"C:\\data\\a.ini";
 
-// Half of the fonts of each kind, barcode kinds in turn.
+// A printer with 20 papers and a number of fonts, half of them decorative. The barcode fonts use
+// all kinds in turn.
 struct FullPrinter {
   std::unique_ptr<platform::Machine> machine = platform::Machine::Create();
   DriverSettingsBlock block = support::DefaultBlock();
@@ -77,8 +78,8 @@ void LoadBackup(benchmark::State& state) {
 }
 BENCHMARK(LoadBackup)->Arg(7)->Arg(35)->Arg(70)->Unit(benchmark::kMillisecond);
 
-// Opens a user-default sheet upon the stored papers and fonts; nobody is there, so that it closes
-// at once.
+// Opens a user-default sheet for the stored papers and fonts. No user is attached, so that the
+// sheet closes at once.
 void OpenUserDefaultSheet(benchmark::State& state) {
   FullPrinter full(state.range(0));
   platform::Machine& machine = *full.machine;

@@ -1,7 +1,7 @@
-// What one call of an export costs, for a printer with 1 and with 20 papers: a capability query, a
-// resolution without and with an input record, a conversion. Beside the time of a call stands how
-// often it allocates and asks the spooler. "Spooler" is what the stand-in takes for the same
-// questions by itself, so that the rest of a resolution's time is the module's.
+// The time of one call of an export, for a printer with 1 and with 20 papers: a capability query, a
+// resolution without and with an input record, a conversion. The counters are the numbers of
+// allocations and of spooler calls. "Spooler" measures the stand-in's spooler calls of a resolution
+// alone; the difference is the module's time.
 #include <windows.h>
 #include <benchmark/benchmark.h>
 #include <winddiui.h>
@@ -29,7 +29,7 @@ std::vector<std::byte> Bytes(const void* data, size_t size) {
   return {bytes, bytes + size};
 }
 
-// A computer with one printer that has as many registered papers as asked.
+// A computer with one printer that has the given number of registered papers.
 class Printer {
  public:
   explicit Printer(int64_t papers) {
@@ -69,27 +69,27 @@ void Measure(benchmark::State& state, Call call) {
   faults.Clear();
   if (!call(printer)) state.SkipWithError("the call failed");
   const int allocations = faults.Calls(Fault::kAllocation);
-  const int questions = faults.Calls(Fault::kSpooler);
+  const int spoolerCalls = faults.Calls(Fault::kSpooler);
   for (auto _ : state) benchmark::DoNotOptimize(call(printer));
   state.counters["allocations"] = allocations;
-  state.counters["spooler"] = questions;
+  state.counters["spooler"] = spoolerCalls;
 }
 
-// Through the export of a loaded file: the Windows DLL or the native module.
+// Calls the export of a loaded file: the Windows DLL or the native module.
 void Capability(benchmark::State& state, const char* file) {
   std::vector<WCHAR> names((kPaperCapacity + 1) * 64);
   HMODULE module = nullptr;
-  decltype(&DrvDeviceCapabilities) ask = nullptr;
+  decltype(&DrvDeviceCapabilities) query = nullptr;
   Measure(state, [&](Printer& printer) {
     if (module == nullptr) {
       printer.machine().InstallModule(u"C:\\driver.dll", support::Built(file));
       module = LoadLibraryW(u"C:\\driver.dll");
-      ask = reinterpret_cast<decltype(ask)>(
+      query = reinterpret_cast<decltype(query)>(
           reinterpret_cast<void (*)()>(GetProcAddress(module, "DrvDeviceCapabilities")));
-      if (ask == nullptr) return false;
+      if (query == nullptr) return false;
     }
     const auto count = static_cast<LONG>(
-        ask(printer.handle(), printer.name(), 16, names.data(), nullptr));  // DC_PAPERNAMES
+        query(printer.handle(), printer.name(), 16, names.data(), nullptr));  // DC_PAPERNAMES
     return count == state.range(0) + 1;
   });
 }
@@ -119,7 +119,7 @@ void Conversion(benchmark::State& state) {
   });
 }
 
-// The spooler's part of a resolution: the default record and the printer's part.
+// The spooler calls of a resolution: the default record and the printer's part.
 void Spooler(benchmark::State& state) {
   std::vector<BYTE> out(8192);
   Measure(state, [&](Printer& printer) {
@@ -133,7 +133,7 @@ void Spooler(benchmark::State& state) {
   });
 }
 
-// Opening and closing, which a conversion does beyond a resolution.
+// Opening and closing a printer, which a conversion does in addition to a resolution.
 void OpenAndClose(benchmark::State& state) {
   Measure(state, [&](Printer& printer) {
     HANDLE handle = nullptr;
