@@ -39,10 +39,10 @@ const WCHAR* FindDefaultText(const char* key) {
 bool ReadValue(const WCHAR* section, const char* key, WCHAR (&value)[kReadLength]) {
   WCHAR wideKey[64];
   std::copy_n(key, std::strlen(key) + 1, wideKey);
-  const DWORD copied = GetPrivateProfileStringW(section, wideKey, FindDefaultText(key), value,
-                                                DWORD{kReadLength}, kSetupFile);
+  GetPrivateProfileStringW(section, wideKey, FindDefaultText(key), value, DWORD{kReadLength},
+                           kSetupFile);
   value[kValueLength - 1] = 0;
-  return copied != 0 && value[0] != 0;
+  return value[0] != 0;
 }
 
 // Parses the text of a value, which it may modify, and stores the result in a field.
