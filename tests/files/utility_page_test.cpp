@@ -1,9 +1,5 @@
 // The utility page of a property sheet.
-#include <windows.h>
-#include <commdlg.h>
-
 #include "operation/device_settings.h"
-#include "platform/machine/guard.h"
 #include "tests/files/backup_fixture.h"
 
 namespace kestrel::test {
@@ -129,55 +125,43 @@ TEST_F(UtilityPageTest, FailedLoadRestoresSettingsAndCursor) {
   EXPECT_EQ(StoredName(u"BackupFile Read Name"), u"(none)");
 }
 
-// The arguments of the last call of a file dialog, in which the user chose the given file.
-struct FileDialogCall {
-  bool save;
-  std::u16string file, folder, filter;
-  DWORD flags, fileLength;
-};
-FileDialogCall lastCall;
-constexpr char16_t kChosen[] = u"C:\\表\\chosen.ini";
-
-template <bool kSave>
-BOOL WINAPI ChooseFile(OPENFILENAMEW* dialog) {
-  lastCall = {kSave,         dialog->lpstrFile, dialog->lpstrInitialDir, {dialog->lpstrFilter, 21},
-              dialog->Flags, dialog->nMaxFile};
-  EXPECT_EQ(dialog->lpstrDefExt, std::u16string(u"ini"));
-  EXPECT_NE(dialog->hwndOwner, nullptr);
-  SetCurrentDirectoryW(u"C:\\");
-  std::u16string(kChosen).copy(dialog->lpstrFile, dialog->nMaxFile);
-  return TRUE;
-}
+// Controls of the platform's file dialog.
+constexpr int kDialogFolder = 1137, kDialogFilter = 1136, kDialogFiles = 1120, kDialogName = 1148;
 
 TEST_F(UtilityPageTest, FileDialogStartsWithFolderAndFileOfTheName) {
-  machine().RegisterModule(u"comdlg32.dll",
-                           {{"GetFileTitleW", platform::AsEntryPoint(GetFileTitleW)},
-                            {"GetOpenFileNameW", platform::AsEntryPoint(ChooseFile<false>)},
-                            {"GetSaveFileNameW", platform::AsEntryPoint(ChooseFile<true>)}});
-  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\WINDOWS"));
-  const auto expectStart = [this](std::u16string name, std::u16string file, std::u16string folder) {
+  const auto expectStart = [this](std::u16string name, std::u16string folder, std::u16string file) {
     Visit({Replace(IDC_UTILITY_LOAD_NAME, name), Click(IDC_UTILITY_LOAD_BROWSE),
-           ExpectText(IDC_UTILITY_LOAD_NAME, kChosen)});
-    EXPECT_EQ(lastCall.file, file);
-    EXPECT_EQ(lastCall.folder, folder);
+           ExpectText(kDialogFolder, folder), ExpectText(kDialogName, file), Click(IDCANCEL),
+           ExpectText(IDC_UTILITY_LOAD_NAME, name)});
   };
-  expectStart(u"C:\\data\\a.ini", u"a.ini", u"C:\\data\\");
-  expectStart(u"C:/data/a.b.ini", u"a.b.ini", u"C:/data/");
-  expectStart(u"C:b.ini", u"b.ini", u"C:");
-  expectStart(u"\\b.ini", u"b.ini", u"\\");
-  expectStart(u"b.ini", u"b.ini", u"C:\\WINDOWS\\system32");
-  expectStart(u"C:\\data\\" + std::u16string(64, u't'), u"", u"C:\\data\\");
-  expectStart(u" \u3000", u"", u"");
+  expectStart(u"C:\\data\\a.ini", u"C:\\data", u"a.ini");
+  expectStart(u"C:/data/a.b.ini", u"C:\\data", u"a.b.ini");
+  expectStart(u"C:b.ini", u"C:\\", u"b.ini");
+  expectStart(u"\\b.ini", u"C:\\", u"b.ini");
+  expectStart(u"b.ini", u"C:\\WINDOWS\\system32", u"b.ini");
+  expectStart(u"C:\\data\\" + std::u16string(64, u't'), u"C:\\data", u"");
+  expectStart(u" \u3000", u"C:\\", u"");  // the platform's choice
+}
+
+TEST_F(UtilityPageTest, ChosenFileReplacesNameAndCurrentDirectoryIsRestored) {
+  machine().WriteFile(u"C:\\data\\b.ini", "");
+  machine().WriteFile(u"C:\\data\\b.txt", "");
+  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\WINDOWS"));
+  Visit({Replace(IDC_UTILITY_SAVE_NAME, kFile), Click(IDC_UTILITY_SAVE_BROWSE),
+         ExpectText(kDialogFilter, u"初期化ﾌｧｲﾙ(*.ini)"),
+         support::ExpectItems(kDialogFiles, {u"..\\", u"b.ini"}), Replace(kDialogName, u"b"),
+         Click(IDOK),
+         Click(IDNO),  // does not overwrite the file
+         Replace(kDialogName, u"new"), Click(IDOK),
+         ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\data\\new.ini")});
+  Visit({Replace(IDC_UTILITY_LOAD_NAME, kFile), Click(IDC_UTILITY_LOAD_BROWSE),
+         Replace(kDialogName, u"new"), Click(IDOK),
+         Click(IDOK),  // the file does not exist
+         Replace(kDialogName, u"b"), Click(IDOK),
+         ExpectText(IDC_UTILITY_LOAD_NAME, u"C:\\data\\b.ini")});
   WCHAR directory[MAX_PATH];
   GetCurrentDirectoryW(MAX_PATH, directory);
-  EXPECT_EQ(directory, std::u16string(u"C:\\WINDOWS")) << "the dialog changes it";
-  EXPECT_FALSE(lastCall.save);
-  EXPECT_EQ(lastCall.fileLength, 260u);
-  EXPECT_EQ(lastCall.filter, std::u16string(u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0", 21));
-  EXPECT_EQ(lastCall.flags, DWORD{OFN_LONGNAMES | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST});
-  Visit({Click(IDC_UTILITY_SAVE_BROWSE), ExpectText(IDC_UTILITY_SAVE_NAME, kChosen)});
-  EXPECT_TRUE(lastCall.save);
-  EXPECT_EQ(lastCall.flags, DWORD{OFN_LONGNAMES | OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY});
+  EXPECT_EQ(directory, std::u16string(u"C:\\WINDOWS"));
 }
 
 TEST_F(UtilityPageTest, MissingDialogLibraryFailsBrowseAndSave) {

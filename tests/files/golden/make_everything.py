@@ -19,27 +19,21 @@ NAMES = {PAPER_NAME: itertools.cycle(["ｶﾅ 表 ソ\\=;[x]", "ﾊ" * 63, "ソ"
 TEXTS = {ZIP: "4567890", LONG_ZIP: "0123456789012345678"}  # only the long text has a terminator
 
 
-def fields(offset, form, keys):
+def fields(offset, form, keys, prefix=""):
     """Consecutive fields of one form, the first of which is at an offset of the record."""
-    return [(key, offset + i * SIZES[form], form) for i, key in enumerate(keys.split())]
+    return [(prefix + key, offset + i * SIZES[form], form) for i, key in enumerate(keys.split())]
 
 
 DRIVER = (fields(220, WORD, "PaperID")
           + fields(382, WORD, "Copies VerticalBase HorizonBase Orient Flip PeelOffset TearOffset PitchOffset PrintSpeed"
                               " SensorKind MoveMode")
           + fields(406, WORD, "Dither ColorText") + fields(438, WORD, "CompulsorySet") + fields(436, WORD, "Position"))
-HALFTONE = (fields(3658, LONG, "HTInfo.HalfToneFlags HTInfo.HalfTonePatternSize HTInfo.DevPelsDPI")
-            + fields(3670, TRIPLE, "HTInfo.ColorInfo.Red HTInfo.ColorInfo.Green HTInfo.ColorInfo.Blue"
-                                   " HTInfo.ColorInfo.Cyan HTInfo.ColorInfo.Magenta HTInfo.ColorInfo.Yellow"
-                                   " HTInfo.ColorInfo.AlignmentWhite")
-            + fields(3754, LONG, "HTInfo.ColorInfo.RedGamma HTInfo.ColorInfo.GreenGamma HTInfo.ColorInfo.BlueGamma"
-                                 " HTInfo.ColorInfo.MagentaInCyanDye HTInfo.ColorInfo.YellowInCyanDye"
-                                 " HTInfo.ColorInfo.CyanInMagentaDye HTInfo.ColorInfo.YellowInMagentaDye"
-                                 " HTInfo.ColorInfo.CyanInYellowDye HTInfo.ColorInfo.MagentaInYellowDye")
-            + fields(410, WORD, "ColorAdjust.Size ColorAdjust.Flags ColorAdjust.IlluminantIndex ColorAdjust.RedGamma"
-                                " ColorAdjust.GreenGamma ColorAdjust.BlueGamma ColorAdjust.ReferenceBlack"
-                                " ColorAdjust.ReferenceWhite ColorAdjust.Contrast ColorAdjust.Brightness"
-                                " ColorAdjust.Colorfulness ColorAdjust.RedGreenTint"))
+HALFTONE = (fields(3658, LONG, "HalfToneFlags HalfTonePatternSize DevPelsDPI", "HTInfo.")
+            + fields(3670, TRIPLE, "Red Green Blue Cyan Magenta Yellow AlignmentWhite", "HTInfo.ColorInfo.")
+            + fields(3754, LONG, "RedGamma GreenGamma BlueGamma MagentaInCyanDye YellowInCyanDye CyanInMagentaDye"
+                                 " YellowInMagentaDye CyanInYellowDye MagentaInYellowDye", "HTInfo.ColorInfo.")
+            + fields(410, WORD, "Size Flags IlluminantIndex RedGamma GreenGamma BlueGamma ReferenceBlack ReferenceWhite"
+                                " Contrast Brightness Colorfulness RedGreenTint", "ColorAdjust."))
 PAPER = (fields(0, PAPER_NAME, "PaperName")
          + fields(128, WORD, "PaperKind Thickness LabelWidth LabelHeight GapSize EyeMarkSize Unit PrintableLeft"
                              " PrintableTop PrintableWidth PrintableHeight Yoshi") + fields(158, WORD, "UserDef"))
