@@ -31,9 +31,7 @@ Module LoadDialogLibrary() { return LoadSystemLibrary(TEXT("comdlg32.dll")); }
 
 bool GetTitle(const Module& library, const WCHAR* name, WCHAR (&title)[kFileTitleLength]) {
   const auto getTitle = EntryPoint<FileTitleProc>(library.get(), "GetFileTitleW");
-  if (getTitle != nullptr && getTitle(name, title, kFileTitleLength) == 0) return true;
-  title[0] = 0;
-  return false;
+  return getTitle != nullptr && getTitle(name, title, kFileTitleLength) == 0;
 }
 
 // The file name and the folder that a dialog shows first.
