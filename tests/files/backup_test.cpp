@@ -43,7 +43,7 @@ TEST_F(BackupTest, SaveReplacesItsSectionsAndPreservesOthers) {
   Write(file + paper);
   block_.Printer.Papers[1] = block_.Printer.Papers[0];
   EXPECT_TRUE(Save());
-  // The version section precedes the paper that is no longer registered, and keeps its other key.
+  // The version section precedes the paper that is no longer registered, and retains its other key.
   expected.insert(expected.find(u"[ﾄﾞﾗｲﾊﾞ情報]"), paper);
   expected.insert(expected.find(u"FileVersion"), u"Foreign=x\r\n");
   EXPECT_EQ(Text(), comment + expected);
@@ -268,7 +268,7 @@ TEST_F(BackupTest, LoadedCountIsClampedToTheTable) {
     EXPECT_EQ(fonts_.DecoFontNum, fonts);
     EXPECT_EQ(fonts_.BarFontNum, fonts);
     EXPECT_EQ(ShownMessages(), fonts > 0 ? Messages{kFontWarning} : Messages{});
-    // Records without a section keep their numbers; those after the count are cleared.
+    // Records without a section retain their numbers; those after the count are cleared.
     EXPECT_EQ(std::ranges::count(block_.Printer.Papers, 5, &PaperInfo::LabelWidth), papers);
     const auto size = [](const FontRecord& font) { return font.Deco.Size; };
     const auto mode = [](const FontRecord& font) { return font.Bar.Mode; };
