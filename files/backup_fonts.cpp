@@ -58,8 +58,9 @@ void TransferBarcodeField(ProfileIo& io, uint8_t* block, const BarcodeField& fie
     io.Int16Field(field.name, block + field.offset);
     return;
   }
-  // A fixed text has no terminator in its field, so that its buffer needs one more byte.
-  char text[kBarcodeLibrarySize + 1] = {};
+  // A fixed text has no terminator in its field. The buffer has one, because each text follows other
+  // fields and is therefore shorter than the library's bytes.
+  char text[kBarcodeLibrarySize] = {};
   const int size = field.width + (field.type == BarcodeFieldType::kFixedText ? 1 : 0);
   std::memcpy(text, block + field.offset, static_cast<size_t>(size - 1));
   if (io.RawText(field.name, text, size) != 0) std::memcpy(block + field.offset, text, field.width);
