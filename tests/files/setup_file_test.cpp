@@ -37,6 +37,7 @@ TEST_F(SetupFileTest, FileWithoutNameOrValidPaperCountIsRejected) {
   expectRejected(u"DriverName=x", u"PaperNum=21");
   expectRejected(u"DriverName=x", u"PaperNum=65537");  // 1 in 16 bits
   expectRejected(u"DriverName=x", u"PaperNum=-1");
+  EXPECT_TRUE(Import(u"[ﾊﾞｰｼﾞｮﾝ情報]\r\nDriverName=x\r\n[用紙登録数]\r\nPaperNum=20"));
 }
 
 // golden/make_everything.py writes a backup file and its records.

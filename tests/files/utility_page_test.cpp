@@ -95,10 +95,10 @@ TEST_F(UtilityPageTest, LongNameIsStoredWithItsFirst130Units) {
 
 TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
   WriteDefaultsWith({{u"PrintSpeed=1", u"PrintSpeed=3"}, {u"SYNC=0", u"SYNC=1"}});
-  block_.Record.Private.Signature = 0;
   EXPECT_EQ(Visit({LoadFrom(kFile), ExpectChanged(true)}), Messages{kLoaded});
   EXPECT_EQ(StoredName(u"BackupFile Read Name"), kFile);
   EXPECT_EQ(DeviceSettings(kPrinter).SyncPrint(), 1u);
+  EXPECT_EQ(machine().DefaultRecord(kPrinter), BytesOf(block_.Record));
   Visit(ExpectText(IDC_UTILITY_LOAD_NAME, kFile));
   const PrivateDevMode settings = Ok(kUtilityTab, LoadFrom(kFile)).record.Private;
   EXPECT_EQ(settings.nPrintSpeed, 3);
