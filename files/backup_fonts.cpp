@@ -58,8 +58,8 @@ void TransferBarcodeField(ProfileIo& io, uint8_t* block, const BarcodeField& fie
     io.Int16Field(field.name, block + field.offset);
     return;
   }
-  // A fixed text has no terminator in its field. The buffer has one, because each text follows other
-  // fields and is therefore shorter than the library's bytes.
+  // A fixed text has no terminator in its field. The buffer has one, because each text follows
+  // other fields and is therefore shorter than the library's bytes.
   char text[kBarcodeLibrarySize] = {};
   const int size = field.width + (field.type == BarcodeFieldType::kFixedText ? 1 : 0);
   std::memcpy(text, block + field.offset, static_cast<size_t>(size - 1));
@@ -88,9 +88,15 @@ constexpr FontSections kBarSections = {kBarNumSection, "BarFontNum", TEXT("BARFO
 
 void TransferFont(ProfileIo& io, FontRecord& font, FontKindCode kind) {
   io.ClearSection();
-  kind == kDecorativeFont ? TransferDecoFont(io, font.Deco) : TransferBarFont(io, font.Bar);
+  const WCHAR* name = font.Bar.BarFontName;
+  if (kind == kDecorativeFont) {
+    TransferDecoFont(io, font.Deco);
+    name = font.Deco.DecoFontName;
+  } else {
+    TransferBarFont(io, font.Bar);
+  }
   if (io.Saving()) return;
-  CopyText(font.FontName, kind == kDecorativeFont ? font.Deco.DecoFontName : font.Bar.BarFontName);
+  CopyText(font.FontName, name);
   font.FontKind = kind;
 }
 
