@@ -1,4 +1,5 @@
 // Backup files: their bytes after a save, the fields that a load sets, and failures of the disk.
+#include "driver/halftone_info.h"
 #include "driver/text.h"
 #include "operation/device_settings.h"
 #include "tests/files/backup_fixture.h"
@@ -188,11 +189,11 @@ TEST_F(BackupTest, ElementsOfTripleAreOptional) {
   ASSERT_TRUE(LoadDefaultsWith({{u".Red=6810,3050,0", u".Red=100,,300"},
                                 {u".AlignmentWhite=3324,3474,10000", u".AlignmentWhite=1,2,3,4"},
                                 {u"HTInfo.ColorInfo.RedGamma=10000\r\n", u""}}));
-  const COLORINFO& colours = block_.Printer.HTInfo.ColorInfo;
-  EXPECT_EQ(LONG{colours.Red.x}, 100);
-  EXPECT_EQ(LONG{colours.Red.y}, 3050);
-  EXPECT_EQ(LONG{colours.Red.Y}, 300);
-  EXPECT_EQ(LONG{colours.RedGamma}, 10000) << "a fourth element is ignored";
+  const COLORINFO colours = HalftoneInfo(block_).ColorInfo;
+  EXPECT_EQ(colours.Red.x, 100);
+  EXPECT_EQ(colours.Red.y, 3050);
+  EXPECT_EQ(colours.Red.Y, 300);
+  EXPECT_EQ(colours.RedGamma, 10000) << "a fourth element is ignored";
 }
 
 TEST_F(BackupTest, SyncIsHexadecimalAndSetsSyncPrint) {

@@ -1,6 +1,7 @@
 // The set-up file in the Windows directory, imported directly and by the spooler's event.
 #include "files/setup_file.h"
 
+#include "driver/halftone_info.h"
 #include "platform/machine/text.h"
 #include "tests/support/test_machine.h"
 
@@ -84,14 +85,14 @@ TEST_F(SetupFileTest, EmptyValueLeavesItsFieldButSetsPosition) {
 TEST_F(SetupFileTest, LastNumberOfTripleIsLuminance) {
   ASSERT_TRUE(Import(kHead + u"[ﾊｰﾌﾄｰﾝ情報]\r\nHTInfo.ColorInfo.Red=6400\r\n"
                              u"HTInfo.ColorInfo.Green=1,2\r\nHTInfo.ColorInfo.Blue=,4,9\r\n"));
-  const COLORINFO& colours = block_.Printer.HTInfo.ColorInfo;
-  EXPECT_EQ(LONG{colours.Red.x}, 0x55555555);
-  EXPECT_EQ(LONG{colours.Red.Y}, 6400);
-  EXPECT_EQ(LONG{colours.Green.x}, 1);
-  EXPECT_EQ(LONG{colours.Green.y}, 0x55555555);
-  EXPECT_EQ(LONG{colours.Green.Y}, 2);
-  EXPECT_EQ(LONG{colours.Blue.x}, 0) << "an empty element is 0";
-  EXPECT_EQ(LONG{colours.Blue.y}, 4);
+  const COLORINFO colours = HalftoneInfo(block_).ColorInfo;
+  EXPECT_EQ(colours.Red.x, 0x55555555);
+  EXPECT_EQ(colours.Red.Y, 6400);
+  EXPECT_EQ(colours.Green.x, 1);
+  EXPECT_EQ(colours.Green.y, 0x55555555);
+  EXPECT_EQ(colours.Green.Y, 2);
+  EXPECT_EQ(colours.Blue.x, 0) << "an empty element is 0";
+  EXPECT_EQ(colours.Blue.y, 4);
 }
 
 TEST_F(SetupFileTest, ValueIsTruncatedToItsField) {
@@ -99,7 +100,7 @@ TEST_F(SetupFileTest, ValueIsTruncatedToItsField) {
   ASSERT_TRUE(Import(kHead + u"[ﾊｰﾌﾄｰﾝ情報]\r\nHTInfo.DevPelsDPI=" + zeros + u"71\r\n" +
                      u"ColorAdjust.RedGamma=70000\r\nColorAdjust.IlluminantIndex=5\r\n" +
                      u"[ﾌﾘｰｻｲｽﾞ用紙]\r\nPaperName=" + name + u"\r\n"));
-  EXPECT_EQ(DWORD{block_.Printer.HTInfo.DevPelsDPI}, 7u) << "a value has 99 characters";
+  EXPECT_EQ(HalftoneInfo(block_).DevPelsDPI, 7u) << "a value has 99 characters";
   EXPECT_EQ(settings_.ColorAdjust.caRedGamma, 70000 - 65536);
   EXPECT_EQ(settings_.ColorAdjust.caIlluminantIndex, kOld) << "the key of a backup is ignored";
   EXPECT_EQ(settings_.FreePaper.PaperName, name.substr(1));
