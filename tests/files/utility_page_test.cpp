@@ -90,7 +90,9 @@ TEST_F(UtilityPageTest, LongNameIsStoredWithItsFirst130Units) {
   EXPECT_EQ(StoredName(u"BackupFile Write Name"), name.substr(0, 130));
   machine().SetData(kPrinter, u"BackupFile Read Name", {REG_BINARY, BytesOf(name.data(), 262)});
   Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)),
-         ExpectText(IDC_UTILITY_LOAD_NAME, u"")});  // 262 bytes are not loaded
+         ExpectText(IDC_UTILITY_LOAD_NAME, u""),  // 262 bytes are not loaded
+         support::ExpectEach({IDC_UTILITY_SAVE_NAME, IDC_UTILITY_LOAD_NAME},
+                             &platform::ControlView::textLimit, 259)});
 }
 
 TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
