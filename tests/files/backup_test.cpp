@@ -283,6 +283,14 @@ TEST_F(BackupTest, LoadedCountIsClampedToTheTable) {
   expectCounts(5, 3, u"");  // the counts remain
 }
 
+TEST_F(BackupTest, OneFontOfEitherKindShowsWarning) {
+  for (const char16_t* key : {u"DecoFontNum=", u"BarFontNum="}) {
+    const std::u16string count = key;
+    EXPECT_TRUE(LoadDefaultsWith({{count + u"0", count + u"1"}}));
+    EXPECT_EQ(ShownMessages(), Messages{kFontWarning}) << ToCp932(count);
+  }
+}
+
 TEST_F(BackupTest, SavedCountIsClampedToTheTable) {
   block_.Printer.PaperNum = 25;
   fonts_.DecoFontNum = 80;
