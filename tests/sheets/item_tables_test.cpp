@@ -1,122 +1,171 @@
-// Operations on the item tables of a session and their contents afterwards
-// (golden/item_tables.txt).
+// The item tables of a session: their capacities, the records that are added, and their errors.
 #include "sheets/item_tables.h"
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <memory>
-#include <sstream>
 
 #include "platform/machine/desk.h"
 #include "platform/machine/machine.h"
 #include "platform/machine/text.h"
-#include "tests/support/bin_dir.h"
 
 namespace kestrel {
 namespace {
 
-class ItemTablesTest : public testing::Test {
- protected:
-  ~ItemTablesTest() override { HeapDestroy(session.tableHeap); }
+constexpr BYTE kId = 50;
+const LPWSTR kResource = MAKEINTRESOURCEW(64734);
+const CheckBoxDescription kBox = {1, TEXT("box"), nullptr, kResource, 11};
+const PushDescription kPush = {4, TEXT("longer than 7"), 12};
 
-  // Records the session's error and clears it. rejected: the operation returned its failure value.
-  void RecordError(bool rejected = true) {
-    EXPECT_TRUE(rejected);
-    log << "error " << std::exchange(session.tableError, 0) << "\n";
-  }
-  template <typename T>
-  void Record(const FixedTable<T>& table) {
-    log << table.used << '/' << table.capacity << " calls " << table.calls << ", ";
-  }
-  std::string Text(const WCHAR* at) {
-    if (IS_INTRESOURCE(at)) return "#" + std::to_string(reinterpret_cast<ULONG_PTR>(at));
-    return '"' + platform::ToUtf8(at) + "\" at " + std::to_string(at - tables.texts.start);
-  }
-  void Record(const OPTITEM& item) {
-    EXPECT_EQ(item.cbSize, sizeof item);
-    log << "level " << int{item.Level} << ", flags " << item.Flags << ", name " << Text(item.pName)
-        << ", sel " << item.Sel << ", help " << item.HelpIndex << ", id " << int{item.DMPubID};
-    if (item.pOptType) log << ", type flags " << int{item.pOptType->Flags};
-    if (item.Flags & OPTIF_EXT_IS_EXTPUSH) {
-      const EXTPUSH& push = *item.pExtPush;
-      EXPECT_EQ(push.cbSize, sizeof push);
-      log << ", push " << push.Flags << ' ' << Text(push.pTitle) << ' ' << push.IconID;
-    } else if (item.pExtChkBox) {
-      const EXTCHKBOX& box = *item.pExtChkBox;
-      EXPECT_EQ(box.cbSize, sizeof box);
-      log << ", box " << box.Flags << ' ' << Text(box.pTitle) << ' ' << Text(box.pSeparator) << ' '
-          << Text(box.pCheckedName) << ' ' << box.IconID;
+class ItemTables : public testing::Test {
+ protected:
+  ItemTables() {
+    for (const int kind : {kPageDocumentSet, kPageDialog, kPageTreeView, kPageDialog}) {
+      session.pages[session.pageCount++].kind = kind;
     }
-    log << "\n";
+    session.bases = {3, 2, 1, 5, 2, 1, 1, 8};  // the last is the length of a text
+    EXPECT_TRUE(AllocateItemTables(session));
+  }
+  ~ItemTables() override { HeapDestroy(session.tableHeap); }
+
+  // Fills a table and adds one element more.
+  template <typename T, typename Add>
+  void ExpectOverflow(const FixedTable<T>& table, TableError error, Add add) {
+    session.tableError = kTableOk;
+    while (table.used < table.capacity && session.tableError == kTableOk) add();
+    EXPECT_EQ(session.tableError, kTableOk);
+    const int calls = table.calls;
+    add();
+    EXPECT_EQ(session.tableError, error);
+    EXPECT_EQ(table.used, table.capacity);
+    EXPECT_EQ(table.calls, calls + 1);
   }
 
   std::unique_ptr<platform::Machine> machine = platform::Machine::Create();
   DriverUiData session = {};
   OptItemTables& tables = session.tables;
-  std::ostringstream log;
 };
 
-TEST_F(ItemTablesTest, StoreAddedItemsAndReportTheFirstError) {
-  for (int kind : {kPageDocumentSet, kPageDialog, kPageTreeView, kPageDialog})
-    session.pages[session.pageCount++].kind = kind;
-  session.bases = {3, 2, 2, 5, 1, 1, 1, 8};
-  ASSERT_TRUE(AllocateItemTables(session));
-  for (BYTE id = 100; id < 102; ++id) AddPageHeaderItem(session, id);
-  for (int i = 0; i < 2; ++i) Record(tables.items.start[i]);
-  tables.missingParams = 1;
-  AddOptItem(session, {});
-  RecordError();
-  tables.missingParams = 0;
+TEST_F(ItemTables, HeaderItemOfAPageHasAnIconAndNoType) {
+  EXPECT_EQ(tables.items.capacity, 5) << "the base and one for each dialog page";
+  EXPECT_EQ(tables.types.capacity, 4);
+  EXPECT_EQ(tables.params.capacity, 3);
+  EXPECT_EQ(tables.halftones.capacity, 2);
+  AddPageHeaderItem(session, 100);
+  AddPageHeaderItem(session, 101);
+  EXPECT_EQ(session.tableError, kTableOk);
+  EXPECT_EQ(tables.items.used, 2);
+  const OPTITEM& item = tables.items.start[1];
+  EXPECT_EQ(item.cbSize, sizeof item);
+  EXPECT_EQ(item.Level, 1);
+  EXPECT_EQ(item.pName, kResource);
+  EXPECT_EQ(item.pOptType, nullptr);
+  EXPECT_EQ(item.Sel, 64000);
+  EXPECT_EQ(item.Flags, OPTIF_CALLBACK);
+  EXPECT_EQ(item.DMPubID, 101);
+}
 
-  const LPWSTR id = MAKEINTRESOURCEW(64734);
-  const CheckBoxDescription box = {1, TEXT("box"), nullptr, id, 11};
-  const PushDescription push = {4, TEXT("1234567"), 12};
-  Record(ComposeItem(session, {2, id, 33, &box, nullptr}, 9, kGivenSelection, 5));
-  Record(ComposeItem(session, {1, TEXT("123456789"), 0, nullptr, &push}, 9, kItemWithoutType, 5));
-  log << Text(AddItemText(session, nullptr)) << "\n";
-  EXPECT_EQ(AddItemText(session, id), id) << "a resource id needs no slot";
-  RecordError(AddItemText(session, TEXT("one more")) == nullptr);
-  RecordError(AddExtPush(session, push) == nullptr);
-  RecordError(AddExtCheckBox(session, box) == nullptr);
+TEST_F(ItemTables, ComposedItemHasItsSelectionTypeAndExtension) {
+  const OPTITEM boxed =
+      ComposeItem(session, {2, kResource, 33, &kBox, nullptr}, kId, kGivenSelection, 5);
+  EXPECT_EQ(boxed.Sel, 5);
+  EXPECT_EQ(boxed.pOptType, tables.types.start);
+  ASSERT_EQ(boxed.pExtChkBox, tables.checkBoxes.start);
+  EXPECT_EQ(boxed.pExtChkBox->cbSize, sizeof(EXTCHKBOX));
+  EXPECT_EQ(boxed.pExtChkBox->pTitle, std::u16string(u"box"));
+  EXPECT_EQ(boxed.pExtChkBox->pSeparator, std::u16string());
+  EXPECT_EQ(boxed.pExtChkBox->pCheckedName, kResource);
+  const OPTITEM pushed =
+      ComposeItem(session, {1, TEXT("name"), 0, nullptr, &kPush}, kId, kItemWithoutType, 5);
+  EXPECT_EQ(pushed.Sel, 0);
+  EXPECT_EQ(pushed.pOptType, nullptr);
+  EXPECT_EQ(pushed.pName, std::u16string(u"name"));
+  EXPECT_EQ(pushed.Flags, OPTIF_CALLBACK | OPTIF_EXT_IS_EXTPUSH);
+  ASSERT_EQ(pushed.pExtPush, tables.pushes.start);
+  EXPECT_EQ(pushed.pExtPush->cbSize, sizeof(EXTPUSH));
+  EXPECT_EQ(pushed.pExtPush->pTitle, std::u16string(u"longer ")) << "truncated to 7 units";
+}
 
-  log << "states of the first item with an id, with a type and without\n";
-  tables.types.start[0].Type = TVOT_EDITBOX - 1;
-  for (const BYTE publicId : {BYTE{50}, BYTE{50}, BYTE{51}}) {
-    OPTITEM item = ComposeItem(session, {1, id, 0, nullptr, nullptr}, publicId, kNoSelection, 7);
-    if (publicId == 51) item.pOptType = nullptr;
+TEST_F(ItemTables, FullTableSetsItsErrorAndAcceptsNothingElse) {
+  ExpectOverflow(tables.checkBoxes, kCheckBoxTableFull, [&] { AddExtCheckBox(session, kBox); });
+  ExpectOverflow(tables.pushes, kPushTableFull, [&] { AddExtPush(session, kPush); });
+  ExpectOverflow(tables.items, kItemTableFull, [&] { AddOptItem(session, {}); });
+  EXPECT_EQ(AddItemText(session, TEXT("text")), nullptr) << "the error of another table";
+  EXPECT_EQ(tables.texts.used, 3) << "two of the check box and one of the push button";
+  ExpectOverflow(tables.texts, kTextTableFull, [&] { AddItemText(session, TEXT("text")); });
+  EXPECT_EQ(AddItemText(session, kResource), kResource) << "a resource id needs no slot";
+  SetItemState(session, kId, 0, 0);
+  EXPECT_EQ(session.tableError, kTextTableFull) << "the first error";
+}
+
+TEST_F(ItemTables, StateIsSetInTheFirstItemWithTheId) {
+  OPTTYPE list = {}, edit = {};
+  list.Type = TVOT_EDITBOX - 1;
+  edit.Type = TVOT_EDITBOX;
+  for (const auto& [id, type] : {std::pair{kId, &list}, {kId, &list}, {BYTE{51}, &edit}}) {
+    OPTITEM item = {};
+    item.DMPubID = id;
+    item.pOptType = type;
     AddOptItem(session, item);
   }
-  const OPTITEM* items = tables.items.start + 2;
-  for (const unsigned state : {0x0u, 0x2u, 0x8u, 0x20u, 0x40u, 0x200u}) {
-    SetItemState(session, 50, 3, state);
-    Record(items[0]);
+  OPTITEM* items = tables.items.start;
+  DWORD expected = 0;
+  for (const auto& [state, flag] : {std::pair{kItemDisabled, OPTIF_DISABLED},
+                                    {kItemHidden, OPTIF_HIDE},
+                                    {kItemExtensionDisabled, OPTIF_EXT_DISABLED},
+                                    {kItemChecked, OPTIF_ECB_CHECKED},
+                                    {kItemTypeDisabled, DWORD{0}}}) {
+    SetItemState(session, kId, 3, state);
+    EXPECT_EQ(items[0].Flags, expected |= flag);
   }
-  tables.types.start[0].Type = TVOT_EDITBOX;
-  SetItemState(session, 50, 4, 0);
-  SetItemState(session, 51, 4, 0x202);
-  RecordError();
-  for (int i = 0; i < 3; ++i) Record(items[i]);
+  EXPECT_EQ(items[0].Sel, 3);
+  EXPECT_EQ(list.Flags, OPTTF_TYPE_DISABLED);
+  EXPECT_EQ(items[1].Flags, 0u);
+  SetItemState(session, 51, 4, kItemDisabled);
+  EXPECT_EQ(items[2].Sel, 0) << "an edit box has a text";
+  EXPECT_EQ(session.tableError, kTableOk);
+  items[2].pOptType = nullptr;
+  SetItemState(session, 51, 4, kItemTypeDisabled);
+  EXPECT_EQ(session.tableError, kNoSuchItem) << "no type";
+  session.tableError = kTableOk;
   SetItemState(session, 52, 0, 0);
-  RecordError();
+  EXPECT_EQ(session.tableError, kNoSuchItem);
+  // An item is added behind a complete type only.
+  session.tableError = kTableOk;
+  tables.missingParams = 1;
+  AddOptItem(session, {});
+  EXPECT_EQ(session.tableError, kParamsMissing);
+  EXPECT_EQ(tables.items.used, 3);
+}
 
-  log << "later adds and changes do nothing but count\n";
-  for (int i = 0; i < 2; ++i) AddOptItem(session, {});
-  AddItemText(session, TEXT("text"));
-  AddExtCheckBox(session, {});
-  AddExtPush(session, {});
-  SetItemState(session, 50, 5, 0);
-  Record(items[0]);
-  tables.types.calls = 22, tables.params.calls = 33, tables.halftones.calls = 55;
-  Record(tables.items), Record(tables.types), Record(tables.params), Record(tables.texts);
-  Record(tables.halftones), Record(tables.checkBoxes), Record(tables.pushes), RecordError();
-  for (int error : {1, 2, 3, 4, 5, 6, 7, 8, 9, 77, 256}) {
+TEST_F(ItemTables, ErrorIsReportedWithTheNumberOfCalls) {
+  tables.items.calls = 11, tables.types.calls = 22, tables.params.calls = 33;
+  tables.texts.calls = 44, tables.halftones.calls = 55, tables.checkBoxes.calls = 66;
+  tables.pushes.calls = 77;
+  const std::pair<int, const char16_t*> messages[] = {
+      {kItemTableFull, u"ItemTable OverFlow!!\n( 11 )"},
+      {kTypeTableFull, u"TypeTable OverFlow!!\n( 22 )"},
+      {kParamTableFull, u"ParamTable OverFlow!!\n( 33 )"},
+      {kTextTableFull, u"TextTable OverFlow!!\n( 44 )"},
+      {kHalftoneTableFull, u"HTSetupTable OverFlow!!\n( 55 )"},
+      {kCheckBoxTableFull, u"ExtCheckBoxTable OverFlow!!\n( 66 )"},
+      {kPushTableFull, u"ExtPushButtonTable OverFlow!!\n( 77 )"},
+      {kParamsMissing, u"NotEqual AddParam!!\n"},
+      {kNoSuchItem, u"Invalid Parameter!!\n"},
+      {99, u"Internal Error!!\n( 99 )"}};
+  EXPECT_TRUE(ReportTableError(session));
+  session.tableError = kTablesClosed;
+  EXPECT_FALSE(ReportTableError(session));
+  for (const auto& [error, text] : messages) {
     session.tableError = error;
     EXPECT_FALSE(ReportTableError(session));
   }
-  for (const auto& shown : machine->desk().History()) {
-    log << platform::ToUtf8(shown.caption + u": " + shown.text) << ' ' << shown.style << "\n";
-  }
-  EXPECT_EQ(log.str(), support::Golden("item_tables.txt"));
+  const auto& shown = machine->desk().History();
+  ASSERT_EQ(shown.size(), std::size(messages)) << "no message while the tables are closed";
+  for (size_t i = 0; i < shown.size(); ++i) EXPECT_EQ(shown[i].text, messages[i].second);
+  EXPECT_EQ(shown[0].caption, u"TreeViewMakeError");
+  EXPECT_EQ(shown[0].style, UINT{MB_ICONHAND | MB_SETFOREGROUND});
 }
 
 }  // namespace

@@ -4,14 +4,12 @@
 #include <winddiui.h>
 
 #include <memory>
-#include <sstream>
 
 #include "driver/instance.h"
 #include "driver/resolve_settings.h"
 #include "paper/paper_table.h"
 #include "platform/comctl32/property_sheet.h"
 #include "platform/machine/guard.h"
-#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "sheets/page_services.h"
 #include "sheets/ui_session.h"
@@ -20,92 +18,233 @@
 namespace kestrel {
 namespace {
 
+using support::BytesOf;
 using support::kPrinter;
-using support::Words;
 
-// The calls of the sheet library: function and two parameters each.
-std::vector<ULONG_PTR> calls;
-size_t refuseAt;  // the number of the call that returns 0, counted from 1; 0: none
+// A call of the sheet library.
+struct LibraryCall {
+  UINT function;
+  LPARAM first, second;
+};
+std::vector<LibraryCall> calls;
+size_t rejectedCall;  // the number of the call that returns 0, counted from 1; 0: none
+const HANDLE kSheet = reinterpret_cast<HANDLE>(0x77);
 
 LONG_PTR CALLBACK RecordCall(HANDLE sheet, UINT function, LPARAM first, LPARAM second) {
-  EXPECT_EQ(sheet, reinterpret_cast<HANDLE>(0x77));
-  for (const ULONG_PTR word : Words(function, first, second)) calls.push_back(word);
-  return calls.size() / 3 == refuseAt ? 0 : static_cast<LONG_PTR>(1000 + calls.size() / 3);
+  EXPECT_EQ(sheet, kSheet);
+  calls.push_back({function, first, second});
+  return calls.size() == rejectedCall ? 0 : static_cast<LONG_PTR>(1000 + calls.size());
 }
 
 class PropertySheets : public support::MachineTest {
  protected:
-  PropertySheets() { refuseAt = 0; }
+  PropertySheets() {
+    rejectedCall = 0;
+    EXPECT_TRUE(ResolveSettings(&input, nullptr, printer_, kPrinter, DM_COPY));
+    input.Private.nPrintSpeed = 2;
+  }
   LONG Call(WORD reason, const void* parameter = nullptr) {
-    const void* header = isDevice ? static_cast<void*>(&device) : &document;
+    const void* header = isPrinterSheet ? static_cast<void*>(&device) : &document;
     info.Reason = reason;
     info.lParamInit = reinterpret_cast<LPARAM>(header);
     const auto function =
-        isDevice ? exports_.DrvDevicePropertySheets : exports_.DrvDocumentPropertySheets;
+        isPrinterSheet ? exports_.DrvDevicePropertySheets : exports_.DrvDocumentPropertySheets;
     return function(&info, reinterpret_cast<LPARAM>(parameter));
   }
+  // Closes the sheet with a result.
   LONG SetResult(LRESULT result) {
     const SETRESULT_INFO set = {sizeof(set), 0, nullptr, result};
     return Call(PROPSHEETUI_REASON_SET_RESULT, &set);
   }
   // Destroys the pages that the sheet library accepted, as it would.
   void DropPages() {
-    for (size_t i = 0; i < calls.size() && i / 3 + 1 != refuseAt; i += 3) {
-      if (calls[i] != CPSFUNC_ADD_HPROPSHEETPAGE) continue;
-      DestroyPropertySheetPage(reinterpret_cast<HPROPSHEETPAGE>(calls[i + 1]));
+    for (size_t i = 0; i < calls.size() && i + 1 != rejectedCall; ++i) {
+      if (calls[i].function != CPSFUNC_ADD_HPROPSHEETPAGE) continue;
+      DestroyPropertySheetPage(reinterpret_cast<HPROPSHEETPAGE>(calls[i].first));
     }
     calls.clear();
+    EXPECT_EQ(platform::LivePropertySheetPages(), 0);
   }
   LONG End() { return DropPages(), Call(PROPSHEETUI_REASON_DESTROY); }
-  // Checks the COMPROPSHEETUI of a page.
-  void ExpectPageSheet(int i) {
-    const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[3 * i + 1]);
-    EXPECT_EQ(
-        Words(sheet.cbSize, sheet.Flags, sheet.hInstCaller, *sheet.pCallerName, sheet.UserData,
-              sheet.pHelpFile, sheet.pfnCallBack, sheet.cOptItem, sheet.pOptItem->DMPubID,
-              sheet.cDlgPage, sheet.IconID, *sheet.pOptItemName, sheet.CallerVersion,
-              sheet.OptItemVersion),
-        Words(sizeof(sheet), session().permission ? CPSUIF_UPDATE_PERMISSION : 0, ModuleInstance(),
-              0, info.UserData, session().helpFile, 0, 1, 100 + i, 1, 0, 0, 0x0E01, 0));
-    EXPECT_TRUE(std::u16string_view(sheet.pHelpFile).ends_with(u"\\QM610rDRV1.HLP"));
-    const DLGPAGE& page = *sheet.pDlgPage;
-    const PageEntry& entry = session().pages[i];
-    EXPECT_EQ(Words(page.cbSize, page.Flags, page.DlgProc, page.pTabName, page.DlgTemplateID),
-              Words(sizeof(page), 0, entry.procedure, nullptr, entry.templateId));
-    EXPECT_NE(calls[3 * i + 2], 0u) << "a buffer for the result";
-  }
   DriverUiData& session() { return *reinterpret_cast<DriverUiData*>(info.UserData); }
+  // The public fields of a copied record are refreshed.
+  bool IsCopied() const { return output.Public.dmPaperSize == kFreePaperId; }
+  bool IsStored() { return machine().Data(kPrinter, u"Private DevMode").has_value(); }
 
   const support::OpenedPrinter printer_;
   WCHAR name_[32] = TEXT("Label Printer");
-  SettingsRecord output = {};
-  DOCUMENTPROPERTYHEADER document = {sizeof(document), 0, printer_,           name_, nullptr,
+  SettingsRecord input = {}, output = {};
+  DOCUMENTPROPERTYHEADER document = {sizeof(document), 0, printer_,           name_, &input.Public,
                                      &output.Public,   0, DM_COPY | DM_PROMPT};
   DEVICEPROPERTYHEADER device = {sizeof(device), 0, printer_, nullptr};
-  PROPSHEETUI_INFO info = {sizeof(info), 0, 0, 0, reinterpret_cast<HANDLE>(0x77),
-                           RecordCall,   0, 0, 0};
-  bool isDevice = false;
+  PROPSHEETUI_INFO info = {sizeof(info), 0, 0, 0, kSheet, RecordCall, 0, 0, 0};
+  bool isPrinterSheet = false;
 };
 
-// Replacements of the activation context functions. They record their calls and the number of
-// pages.
-std::string contexts;
-template <typename Value>
-BOOL Note(const char* what, Value value) {
-  contexts += what + std::to_string((ULONG_PTR)value) + ':' +
-              std::to_string(platform::LivePropertySheetPages()) + ' ';
+TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
+  constexpr struct {
+    bool isPrinterSheet;
+    DWORD flags;  // of the header
+    SessionMode session;
+    bool hasPermission, hasFonts, isCopied, isStored;
+  } kCases[] = {
+      {false, DM_COPY, kDocumentSession, true, true, true, false},
+      {false, DM_UPDATE, kDocumentSession, true, true, true, false},
+      {false, DM_PROMPT, kDocumentSession, true, true, false, false},
+      {false, DM_COPY | DM_ADVANCED | DM_USER_DEFAULT, kAdvancedSession, true, false, true, false},
+      {false, DM_COPY | DM_USER_DEFAULT, kUserDefaultSession, true, true, true, true},
+      {false, DM_COPY | DM_USER_DEFAULT | DM_NOPERMISSION, kUserDefaultSession, false, true, true,
+       false},
+      {true, 0, kPrinterSession, true, false, false, true},
+      {true, DPS_NOPERMISSION, kPrinterSession, false, false, false, true},
+  };
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(row.flags);
+    isPrinterSheet = row.isPrinterSheet;
+    document.fMode = row.flags;
+    device.Flags = static_cast<WORD>(row.flags);
+    output = {};
+    machine().RemoveData(kPrinter, u"Private DevMode");
+    const size_t broadcasts = machine().Broadcasts().size();
+    ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
+    EXPECT_EQ(session().mode, row.session);
+    EXPECT_EQ(session().permission, row.hasPermission);
+    EXPECT_EQ(session().fonts.Loaded, row.hasFonts);
+    EXPECT_EQ(session().tableError, kTablesClosed);
+    SettingsRecord& edited = session().block.Record;
+    EXPECT_EQ(edited.Private.nPrintSpeed, row.isPrinterSheet ? 1 : 2) << "default or input record";
+    edited.Private.PaperID = kFreePaperId;
+    session().block.Printer.Mecha = kPeelMode;
+    for (const LONG result : {CPSUI_CANCEL, CPSUI_RESTARTWINDOWS}) {
+      EXPECT_EQ(SetResult(result), 1);
+      EXPECT_EQ(info.Result, static_cast<ULONG_PTR>(result));
+      EXPECT_FALSE(IsCopied() || IsStored());
+    }
+    EXPECT_EQ(SetResult(CPSUI_OK), 1);
+    EXPECT_EQ(IsCopied(), row.isCopied);
+    EXPECT_TRUE(!row.isCopied || BytesOf(output) == BytesOf(edited));
+    EXPECT_EQ(IsStored(), row.isStored);
+    EXPECT_EQ(machine().Broadcasts().size(), broadcasts + row.isStored);
+    if (row.isStored) {
+      EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, kPeelMode);
+      EXPECT_EQ(machine().Broadcasts().back().message, UINT{WM_DEVMODECHANGE});
+      EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
+    }
+    End();
+  }
+}
+
+// The Printers folder of Windows 2000 calls with the mode of a document, one record for input and
+// output, and a cbOut of 0.
+TEST_F(PropertySheets, PrintersFolderOfWindows2000OpensUserDefaults) {
+  const struct {
+    DWORD minor;  // of Windows 5: 2000 or XP
+    std::u16string program;
+    DEVMODEW* out;
+    DWORD cbOut, mode;
+    SessionMode session;
+  } cases[] = {
+      {0, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kUserDefaultSession},
+      {1, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kDocumentSession},
+      {0, u"app.exe", &input.Public, 0, DM_COPY, kDocumentSession},
+      {0, u"EXPLORER.EXE", &output.Public, 0, DM_COPY, kDocumentSession},
+      {0, u"EXPLORER.EXE", &input.Public, kRecordSize, DM_COPY, kDocumentSession},
+      {0, u"EXPLORER.EXE", &input.Public, 0, DM_ADVANCED, kAdvancedSession},
+      // Windows 2000 does not terminate a path that fills the buffer.
+      {0, std::u16string(300, u'e'), &input.Public, 0, DM_COPY, kDocumentSession},
+  };
+  for (const auto& row : cases) {
+    machine().SetOs({.major = 5, .minor = row.minor});
+    machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + row.program);
+    document.pdmOut = row.out;
+    document.cbOut = row.cbOut;
+    document.fMode = row.mode;
+    ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
+    EXPECT_EQ(session().mode, row.session) << &row - cases;
+    EXPECT_EQ(calls[0].function,
+              UINT{row.minor == 0 ? CPSFUNC_ADD_PCOMPROPSHEETUIW : CPSFUNC_ADD_HPROPSHEETPAGE});
+    End();
+  }
+}
+
+TEST_F(PropertySheets, PagesOfWindows2000AreDescribedByComPropSheetUi) {
+  machine().SetOs({.major = 5, .minor = 0});
+  ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
+  ASSERT_EQ(calls.size(), 6u);
+  for (size_t i = 0; i < calls.size(); ++i) {
+    const auto& sheet = *reinterpret_cast<const COMPROPSHEETUI*>(calls[i].first);
+    EXPECT_EQ(session().pageHandles[i], static_cast<LONG_PTR>(1001 + i));
+    EXPECT_EQ(sheet.cbSize, sizeof sheet);
+    EXPECT_EQ(sheet.Flags, CPSUIF_UPDATE_PERMISSION);
+    EXPECT_EQ(sheet.hInstCaller, ModuleInstance());
+    EXPECT_EQ(sheet.UserData, info.UserData);
+    EXPECT_TRUE(std::u16string_view(sheet.pHelpFile).ends_with(u"\\QM610rDRV1.HLP"));
+    EXPECT_EQ(sheet.cOptItem, 1);
+    EXPECT_EQ(sheet.pOptItem->DMPubID, DMPUB_USER + i);
+    EXPECT_EQ(sheet.cDlgPage, 1);
+    EXPECT_EQ(sheet.CallerVersion, 0x0E01);
+    const DLGPAGE& page = *sheet.pDlgPage;
+    EXPECT_EQ(page.cbSize, sizeof page);
+    EXPECT_EQ(page.DlgTemplateID, session().pages[i].templateId);
+    EXPECT_EQ(page.DlgProc, session().pages[i].procedure);
+    EXPECT_NE(calls[i].second, 0) << "a buffer for the result";
+  }
+  EXPECT_TRUE(ConfirmSheetResult(session()));
+  EXPECT_EQ(calls.back().function, UINT{CPSFUNC_SET_RESULT});
+  EXPECT_EQ(calls.back().first, 1001) << "the handle of the first page";
+  rejectedCall = calls.size() + 1;
+  EXPECT_FALSE(ConfirmSheetResult(session()));
+  End();
+}
+
+TEST_F(PropertySheets, RejectedPageEndsTheSession) {
+  for (const auto& [major, rejected] : {std::pair{10u, size_t{6}}, {5u, size_t{3}}}) {
+    machine().SetOs({.major = major, .minor = 0});
+    rejectedCall = rejected;
+    const auto before = Live();
+    EXPECT_EQ(Call(PROPSHEETUI_REASON_INIT), -1);
+    EXPECT_EQ(calls.size(), rejected);
+    EXPECT_EQ(info.UserData, 0u);
+    DropPages();
+    EXPECT_EQ(Live(), before);
+  }
+}
+
+TEST_F(PropertySheets, InfoHeaderHasTitleAndIcon) {
+  for (const bool isPrinter : {false, true}) {
+    isPrinterSheet = isPrinter;
+    ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
+    PROPSHEETUI_INFO_HEADER header = {};
+    EXPECT_EQ(Call(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
+    EXPECT_EQ(header.Flags, PSUIHDRF_NOAPPLYNOW | PSUIHDRF_PROPTITLE);
+    EXPECT_EQ(header.hInst, ModuleInstance());
+    EXPECT_EQ(header.IconID, 64062u);
+    EXPECT_TRUE(isPrinter ? header.pTitle == MAKEINTRESOURCEW(64717) : *header.pTitle == 0);
+    End();
+  }
+}
+
+// Replacements of the activation context functions.
+const HANDLE kContext = reinterpret_cast<HANDLE>(81);
+int pagesInContext;
+HANDLE WINAPI Create(PCACTCTXW context) {
+  EXPECT_EQ(context->lpResourceName, MAKEINTRESOURCEW(2)) << "the manifest of a DLL";
+  return kContext;
+}
+BOOL WINAPI Activate(HANDLE context, ULONG_PTR* pages) {
+  EXPECT_EQ(context, kContext);
+  *pages = static_cast<ULONG_PTR>(platform::LivePropertySheetPages());
   return TRUE;
 }
-HANDLE WINAPI Create(PCACTCTXW context) {
-  Note("create", context->lpResourceName);
-  return reinterpret_cast<HANDLE>(81);
+BOOL WINAPI Deactivate(DWORD, ULONG_PTR pages) {
+  EXPECT_EQ(platform::LivePropertySheetPages(), static_cast<int>(pages) + 1);
+  return ++pagesInContext;
 }
-BOOL WINAPI Activate(HANDLE context, ULONG_PTR* cookie) {
-  *cookie = 9;
-  return Note("on", context);
+void WINAPI Release(HANDLE context) {
+  EXPECT_EQ(context, kContext);
+  EXPECT_EQ(pagesInContext, 6);
+  pagesInContext = -1;
 }
-BOOL WINAPI Deactivate(DWORD, ULONG_PTR cookie) { return Note("off", cookie); }
-void WINAPI Release(HANDLE context) { Note("release", context); }
 
 TEST_F(PropertySheets, PagesAreCreatedWithinTheManifestsContextIfSupported) {
   // Windows 2000 exports none of the four functions; all four are needed.
@@ -115,15 +254,13 @@ TEST_F(PropertySheets, PagesAreCreatedWithinTheManifestsContextIfSupported) {
       {"DeactivateActCtx", platform::AsEntryPoint(Deactivate)},
       {"ReleaseActCtx", platform::AsEntryPoint(Release)}};
   for (const auto& some : {platform::Machine::EntryPoints(), {*all.begin()}, all}) {
-    EXPECT_EQ(contexts, "");
+    EXPECT_EQ(pagesInContext, 0);
     machine().RegisterModule(u"kernel32.dll", some);
     ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
     EXPECT_EQ(platform::LivePropertySheetPages(), 6);
     End();
   }
-  EXPECT_EQ(contexts,
-            "create2:0 on81:0 off9:1 on81:1 off9:2 on81:2 off9:3 on81:3 off9:4 on81:4 off9:5 "
-            "on81:5 off9:6 release81:6 ");
+  EXPECT_EQ(pagesInContext, -1) << "the context is released";
 }
 
 TEST_F(PropertySheets, InvalidSessionsAndReasonsReturnMinusOne) {
@@ -133,9 +270,8 @@ TEST_F(PropertySheets, InvalidSessionsAndReasonsReturnMinusOne) {
   EXPECT_EQ(exports_.DrvDocumentPropertySheets(&info, 0), -1);
   ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
   EXPECT_EQ(info.Result, 0u);
-  for (const WORD reason : {PROPSHEETUI_REASON_SET_RESULT, PROPSHEETUI_REASON_GET_INFO_HEADER,
-                            WORD{PROPSHEETUI_REASON_SET_RESULT + 1}})
-    EXPECT_EQ(Call(reason), -1);
+  EXPECT_EQ(Call(PROPSHEETUI_REASON_SET_RESULT), -1);
+  EXPECT_EQ(Call(PROPSHEETUI_REASON_SET_RESULT + 1), -1);
   // A block that is not a session, and one with a wrong size.
   const auto foreign = std::make_unique<DriverUiData>();
   const ULONG_PTR good = std::exchange(info.UserData, reinterpret_cast<ULONG_PTR>(foreign.get()));
@@ -148,103 +284,6 @@ TEST_F(PropertySheets, InvalidSessionsAndReasonsReturnMinusOne) {
   info.UserData = good;
   EXPECT_EQ(End(), 1);
   EXPECT_EQ(Call(PROPSHEETUI_REASON_DESTROY), -1);
-}
-
-// Windows 2000 does not terminate a path that fills the buffer.
-TEST_F(PropertySheets, ProgramWithALongPathGetsADocumentSession) {
-  machine().SetOs({.major = 5});
-  machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + std::u16string(300, u'e'));
-  document.pdmOut = document.pdmIn;
-  document.cbOut = 0;
-  ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
-  EXPECT_EQ(session().mode, kDocumentSession);
-  EXPECT_EQ(End(), 1);
-}
-
-// golden/ways.txt: the result for each kind of header, system, mode and sheet result.
-TEST_F(PropertySheets, CopyAndStoreByKindPermissionAndResult) {
-  SettingsRecord input = {};
-  ASSERT_TRUE(ResolveSettings(&input, nullptr, printer_, kPrinter, DM_COPY));
-  input.Private.nPrintSpeed = 2;
-  for (const std::string& row : support::GoldenRows("ways.txt")) {
-    SCOPED_TRACE(row);
-    std::istringstream way(row);
-    DWORD os, mode;
-    LRESULT result;
-    std::string program, record, expected;
-    way >> isDevice >> os >> std::hex >> mode >> std::dec >> result >> refuseAt >> program >>
-        record;
-    std::getline(way >> document.cbOut, expected);
-    machine().SetOs({.major = os / 10, .minor = os % 10});
-    machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + platform::ToUtf16(program));
-    document.fMode = mode;
-    device.Flags = static_cast<WORD>(mode);
-    SettingsRecord same = input, other = input;
-    document.pdmIn = &same.Public;
-    document.pdmOut = record == "same" ? &same.Public : &other.Public;
-    machine().RemoveData(kPrinter, u"Private DevMode");
-    const size_t broadcasts = machine().Broadcasts().size();
-    const int blocks = machine().LiveAllocations();
-
-    const LONG started = Call(PROPSHEETUI_REASON_INIT);
-    std::string actual = " ";
-    for (size_t i = 0; i < calls.size(); i += 3)
-      actual += calls[i] == CPSFUNC_ADD_HPROPSHEETPAGE ? 'P' : 'S';
-    if (started == 1) {
-      DriverUiData& made = session();
-      // The session of a DLL has the same layout here: its size and the offset of its last member.
-      ASSERT_TRUE(IsValidUiSession(&made));
-      EXPECT_EQ(made.tableError, kTablesClosed);
-      EXPECT_EQ(made.block.Record.Private.nPrintSpeed, isDevice ? 1 : 2);
-      actual += " " + std::to_string(made.mode) + (made.permission ? "p" : "-") +
-                (made.fonts.Loaded ? "f" : "-");
-      for (size_t i = 0; i < calls.size() / 3; ++i) {
-        EXPECT_EQ(made.pageHandles[i], static_cast<LONG_PTR>(1001 + i));
-        if (calls[3 * i] == CPSFUNC_ADD_PCOMPROPSHEETUIW) ExpectPageSheet(static_cast<int>(i));
-      }
-      PROPSHEETUI_INFO_HEADER header = {};
-      EXPECT_EQ(Call(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
-      EXPECT_EQ(Words(header.Flags, header.hInst, header.IconID),
-                Words(6, ModuleInstance(), 64062));
-      EXPECT_TRUE(isDevice ? header.pTitle == MAKEINTRESOURCEW(64717) : *header.pTitle == 0);
-      made.block.Record.Private.PaperID = kFreePaperId;
-      made.block.Printer.Mecha = 2;
-      EXPECT_EQ(SetResult(result), 1);
-      EXPECT_EQ(info.Result, static_cast<ULONG_PTR>(result));
-      const auto& out = *reinterpret_cast<const SettingsRecord*>(document.pdmOut);
-      const bool copied =
-          out.Public.dmPaperSize == kFreePaperId;  // the public fields are refreshed
-      EXPECT_EQ(support::BytesOf(out), support::BytesOf(copied ? made.block.Record : input));
-      if (copied) actual += " copied";
-      const size_t before = calls.size();
-      EXPECT_TRUE(ConfirmSheetResult(made));
-      EXPECT_EQ(std::vector(calls.end() - 3, calls.end()),
-                Words(CPSFUNC_SET_RESULT, 1001, CPSUI_OK));
-      refuseAt = calls.size() / 3 + 1;
-      EXPECT_FALSE(ConfirmSheetResult(made));
-      made.pages[0].kind = kPageTreeView;
-      EXPECT_FALSE(ConfirmSheetResult(made));
-      EXPECT_EQ(calls.size(), before + 6);
-      refuseAt = 0;
-      End();
-    } else {
-      actual += " refused";
-      EXPECT_EQ(info.UserData, 0u);
-      DropPages();
-    }
-    EXPECT_EQ(machine().LiveAllocations(), blocks);
-    EXPECT_EQ(platform::LivePropertySheetPages(), 0);
-    const bool stored = machine().Data(kPrinter, u"Private DevMode").has_value();
-    ASSERT_EQ(machine().Broadcasts().size(), broadcasts + stored);
-    if (stored) {
-      actual += " stored";
-      // The printer has no stored settings that printer properties could load again.
-      EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, 2);
-      EXPECT_EQ(machine().Broadcasts().back().message, WM_DEVMODECHANGE);
-      EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
-    }
-    EXPECT_EQ(actual, expected);
-  }
 }
 
 }  // namespace
