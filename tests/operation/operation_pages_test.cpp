@@ -1,15 +1,12 @@
 // The operation page and the device page, with replacements of the libraries that they call.
-#include <sstream>
-
-#include "driver/default_settings.h"
 #include "driver/halftone_info.h"
 #include "operation/device_settings.h"
 #include "operation/halftone_ui.h"
 #include "paper/fields/help_text.h"
 #include "paper/fields/option_table.h"
 #include "platform/machine/guard.h"
-#include "platform/machine/text.h"
 #include "resources/resource.h"
+#include "sheets/messages.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -20,57 +17,54 @@ using namespace support;
 const std::u16string kPrinters = u"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
 const std::u16string kKey = kPrinters + u"Label Printer\\PrinterDriverData";
 
-constexpr DWORD kAbsent = 0xFFFFFFFF;
-
 class OperationPage : public SheetTest {
  protected:
   PrivateDevMode Leave(Steps steps) { return Ok(kOperationTab, std::move(steps)).record.Private; }
-  DWORD SyncPrint() {
+  std::optional<DWORD> SyncPrint() {
     const auto data = machine().Registry(kKey, u"SyncPrint");
-    return data && data->type == REG_DWORD ? At<DWORD>(data->bytes.data(), 0) : kAbsent;
+    if (!data || data->type != REG_DWORD) return std::nullopt;
+    return At<DWORD>(data->bytes.data(), 0);
   }
   void SetSyncPrint(DWORD value) {
     machine().SetRegistry(kKey, u"SyncPrint", {REG_DWORD, BytesOf(value)});
   }
 };
 
-Step SyncPrintShown(bool checked) { return ExpectChecked({IDC_OPERATION_SYNC_PRINT}, checked); }
+Step ExpectSyncPrint(bool checked) { return ExpectChecked({IDC_OPERATION_SYNC_PRINT}, checked); }
 
-TEST_F(OperationPage, PageByPageConfirmationIsStoredInTheRegistry) {
-  constexpr DWORD kCases[][5] = {
-      // stored value, key readable, key writable, shown as checked, value afterwards
-      {kAbsent, 1, 1, 0, 0},       {5, 1, 1, 1, 1}, {0x10000, 1, 1, 1, 1}, {5, 1, 0, 1, 5},
-      {kAbsent, 1, 0, 0, kAbsent}, {1, 0, 1, 0, 1},  // cannot be opened for writing either
-  };
+TEST_F(OperationPage, SyncPrintIsShownAndStoredAsTheRegistryAllows) {
   DriverSettingsBlock block = DefaultBlock();
   block.Record.Private.nTSMode = 1;  // the registry value takes precedence over the record
   StoreDefaults(block);
-  for (const auto& [value, readable, writable, checked, after] : kCases) {
-    SCOPED_TRACE(value);
-    machine().RemoveRegistryKey(kKey);
-    if (value != kAbsent) SetSyncPrint(value);
-    machine().SetRegistryAccess(readable, writable);
-    EXPECT_EQ(Leave(SyncPrintShown(checked)).nTSMode, static_cast<int16_t>(checked));
-    machine().SetRegistryAccess(true, true);
-    EXPECT_EQ(SyncPrint(), after);
-  }
+  EXPECT_EQ(Leave(ExpectSyncPrint(false)).nTSMode, 0);
+  EXPECT_EQ(SyncPrint(), 0u) << "the key is created";
+  SetSyncPrint(0x10000);
+  EXPECT_EQ(Leave(ExpectSyncPrint(true)).nTSMode, 1);
+  EXPECT_EQ(SyncPrint(), 1u);
+  SetSyncPrint(5);
+  machine().SetRegistryAccess(true, false);
+  EXPECT_EQ(Leave(ExpectSyncPrint(true)).nTSMode, 1);
+  EXPECT_EQ(SyncPrint(), 5u) << "not writable";
+  machine().SetRegistryAccess(false, true);
+  EXPECT_EQ(Leave(ExpectSyncPrint(false)).nTSMode, 0);
+  EXPECT_EQ(SyncPrint(), 5u) << "not readable, which writing needs too";
+}
+
+TEST_F(OperationPage, SyncPrintIsWrittenOnLeavingAndReadOnReturning) {
   machine().SetRegistry(kKey, u"SyncPrint", {REG_SZ, BytesOf(u"1")});
-  machine().SetRegistry(kKey, u"Other", {REG_DWORD, BytesOf(DWORD{7})});
-  // Written when the page is left, read when it is entered again.
-  const auto written = [&](Desk&) {
+  const auto replaceValue = [&](Desk&) {
     EXPECT_EQ(SyncPrint(), 1u);
     SetSyncPrint(0);
   };
-  Leave(
-      {SyncPrintShown(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab), written,
-       GoTo(kOperationTab), SyncPrintShown(false), ExpectText(IDC_HELP_TEXT, kFirstHelpPosition),
-       ExpectItems(IDC_OPERATION_SENSOR, {u"反射センサタイプ：アイマーク",
-                                          u"透過センサタイプ：ギャップ", u"プリンタ設定に従う"})});
-  EXPECT_EQ(SyncPrint(), 0u);
-  EXPECT_TRUE(machine().Registry(kKey, u"Other"));
+  Leave({ExpectSyncPrint(false), Click(IDC_OPERATION_SYNC_PRINT), GoTo(kVersionTab), replaceValue,
+         GoTo(kOperationTab), ExpectSyncPrint(false),
+         ExpectText(IDC_HELP_TEXT, kFirstHelpPosition)});
   machine().SetAdministrator(false);
-  Leave({ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, false),
-         ExpectEnabled({IDC_OPERATION_COMPULSORY})});
+  Cancel(kOperationTab, {ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, false),
+                         ExpectEnabled({IDC_OPERATION_COMPULSORY})});
+  machine().RemoveRegistryKey(kKey);
+  Ok(kVersionTab);
+  EXPECT_EQ(SyncPrint(), std::nullopt) << "page not entered";
 }
 
 // The spooler looks for local printers below "Printers".
@@ -86,60 +80,70 @@ TEST_F(OperationPage, KeyOfAConnectionIsWrittenButNotCreated) {
   EXPECT_EQ(DeviceSettings(kConnection).SyncPrint(), 1u);
 }
 
-TEST_F(OperationPage, ShowsAndStoresItsFields) {
-  constexpr int16_t kSpeeds[] = {1, 2, 255, 99}, kSensors[] = {0, 1, 255, -1};  // the last unknown
-  constexpr int16_t kMoveModes[] = {1, 0, 7, 1};                                // of a printer mode
+TEST_F(OperationPage, SelectedFieldsAreStored) {
   DriverSettingsBlock block = DefaultBlock();
-  PrivateDevMode& settings = block.Record.Private;
-  for (int16_t row = 0; row < 4; ++row) {
-    const int shown = row % 3, other = (row + 1) % 3;
-    const bool on = row % 2 == 1;
-    block.Printer.Mecha = static_cast<uint16_t>(row);
-    settings.nPrintSpeed = kSpeeds[row];
-    settings.nSensor = kSensors[row];
-    settings.nColorText = settings.nCompulsory = on;
-    settings.nMoveMode = kFollowPrinter;
-    settings.Dither = 0;
-    StoreDefaults(block);
-    settings.nPrintSpeed = kSpeeds[other];
-    settings.nSensor = kSensors[other];
-    settings.nColorText = settings.nCompulsory = !on;
-    settings.nMoveMode = kMoveModes[row];
-    settings.Dither = 3;
-    const PrivateDevMode left = Leave(
-        {ExpectSelected(IDC_OPERATION_SPEED, shown), ExpectSelected(IDC_OPERATION_SENSOR, shown),
-         ExpectChecked({IDC_OPERATION_COLOR_SHADED, IDC_OPERATION_COMPULSORY}, on),
-         ExpectChecked({IDC_OPERATION_COLOR_BLACK}, !on), Select(IDC_OPERATION_SPEED, other),
-         Select(IDC_OPERATION_SENSOR, other),
-         Click(on ? IDC_OPERATION_COLOR_BLACK : IDC_OPERATION_COLOR_SHADED),
-         Click(IDC_OPERATION_COMPULSORY)});
-    EXPECT_EQ(memcmp(&left, &settings, sizeof left), 0) << row;
-  }
-  // A page that is never entered stores nothing.
-  machine().RemoveRegistryKey(kKey);
-  settings.nMoveMode = kFollowPrinter;
+  block.Record.Private.nPrintSpeed = 2;
+  block.Record.Private.nSensor = 1;
+  block.Record.Private.nColorText = 0;
+  block.Record.Private.nCompulsory = 1;
   StoreDefaults(block);
-  EXPECT_EQ(Ok(kVersionTab).record.Private.nMoveMode, kFollowPrinter);
-  EXPECT_EQ(SyncPrint(), kAbsent);
+  const PrivateDevMode left =
+      Leave({ExpectSelected(IDC_OPERATION_SPEED, 1), ExpectSelected(IDC_OPERATION_SENSOR, 1),
+             ExpectChecked({IDC_OPERATION_COLOR_BLACK, IDC_OPERATION_COMPULSORY}),
+             ExpectChecked({IDC_OPERATION_COLOR_SHADED}, false), Select(IDC_OPERATION_SPEED, 0),
+             Select(IDC_OPERATION_SENSOR, 2), Click(IDC_OPERATION_COLOR_SHADED),
+             Click(IDC_OPERATION_COMPULSORY)});
+  EXPECT_EQ(left.nPrintSpeed, 1);
+  EXPECT_EQ(left.nSensor, kFollowPrinter);
+  EXPECT_EQ(left.nColorText, 1);
+  EXPECT_EQ(left.nCompulsory, 0);
+  EXPECT_EQ(left.Dither, 3) << "the template has no radio buttons for it";
+  EXPECT_EQ(Leave(ExpectChecked({IDC_OPERATION_COLOR_BLACK}, false)).nColorText, 1);
 }
 
-// The values that the adjustment functions receive, and the result that they return.
-using Numbers = std::vector<DWORD>;
-Numbers received;
+// The template has no list of feed modes.
+TEST_F(OperationPage, LeavingStoresTheFeedModeOfThePrinterMode) {
+  constexpr std::pair<uint16_t, int16_t> kFeedModes[] = {
+      {kTearOffMode, 1}, {kContinuousMode, 0}, {kPeelMode, 7}, {3, 1}};  // the last is unknown
+  for (const auto& [printerMode, feedMode] : kFeedModes) {
+    DriverSettingsBlock block = DefaultBlock();
+    block.Printer.Mecha = printerMode;
+    block.Record.Private.nMoveMode = kFollowPrinter;
+    block.Record.Private.nSensor = block.Record.Private.nPrintSpeed = 99;  // unknown
+    StoreDefaults(block);
+    EXPECT_EQ(Ok(kVersionTab).record.Private.nMoveMode, kFollowPrinter) << "page not entered";
+    const PrivateDevMode left = Leave({});
+    EXPECT_EQ(left.nMoveMode, feedMode);
+    EXPECT_EQ(left.nPrintSpeed, 1);
+    EXPECT_EQ(left.nSensor, 0);
+  }
+}
+
+// What the replacements of the adjustment functions receive, and their result.
+struct Adjustment {
+  bool permission;
+  DWORD dpi, defaultPattern, ownPattern;
+};
+Adjustment received;
 LONG adjustmentResult;
 
 LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORADJUSTMENT* values,
                       BOOL monochrome, BOOL permission) {
-  EXPECT_TRUE(title == std::u16string(kPrinter) && !picture && !pictureTitle && monochrome);
-  received = {DWORD(permission), values->caSize, DWORD(std::exchange(values->caContrast, 17))};
+  EXPECT_EQ(title, std::u16string(kPrinter));
+  EXPECT_TRUE(!picture && !pictureTitle && monochrome);
+  EXPECT_EQ(values->caSize, sizeof *values);
+  EXPECT_EQ(std::exchange(values->caContrast, SHORT{17}), 3);
+  received.permission = permission != FALSE;
   return adjustmentResult;
 }
 LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
-  EXPECT_TRUE(title == std::u16string(kPrinter) && data->DeviceFlags == 0);
+  EXPECT_EQ(title, std::u16string(kPrinter));
+  EXPECT_EQ(data->DeviceFlags, 0u);
+  EXPECT_EQ(data->DeviceXDPI, data->DeviceYDPI);
+  received.dpi = data->DeviceXDPI;
+  received.defaultPattern = data->pDefHTInfo->HTPatternSize;
   DEVHTINFO* own = data->pAdjHTInfo;
-  received.insert(received.end(),
-                  {data->DeviceXDPI, data->DeviceYDPI, data->pDefHTInfo->HTPatternSize,
-                   own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0});
+  received.ownPattern = own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0;
   return adjustmentResult;
 }
 
@@ -147,41 +151,55 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
   machine().RegisterModule(u"htui.dll",
                            {{"HTUI_ColorAdjustmentW", platform::AsEntryPoint(FakeColor)},
                             {"HTUI_DeviceColorAdjustmentW", platform::AsEntryPoint(FakeDevice)}});
-  DEVHTINFO own = DefaultHalftoneInfo();
-  const DWORD factory = std::exchange(own.HTPatternSize, 5);
   DriverSettingsBlock block = DefaultBlock();
+  DEVHTINFO own = HalftoneInfo(block);
+  const DWORD factory = std::exchange(own.HTPatternSize, 5);
   SetHalftoneInfo(block, own);
   block.Record.Private.ColorAdjust.caContrast = 3;
   block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
-  constexpr int kCases[][4] = {
-      {203, 1, 203, 1}, {305, 1, 305, 1}, {300, 0, 203, 1}, {203, -3, 203, 1}, {203, 1, 203, 0}};
-  for (const auto& [density, result, resolution, permission] : kCases) {
-    const DWORD dpi = resolution;
-    DriverSettingsBlock other = block;
-    other.Printer.HeadDensity = static_cast<uint16_t>(density);
+  constexpr struct {
+    uint16_t density;
+    LONG result;
+    bool permission;
+    DWORD dpi;  // 203 for an unknown density
+    int contrast;
+    WORD pattern;  // afterwards
+  } kCases[] = {{203, 1, true, 203, 17, 6},
+                {305, 1, true, 305, 17, 6},
+                {300, 0, true, 203, 3, 5},
+                {203, 1, false, 203, 17, 5}};
+  for (const auto& row : kCases) {
+    SCOPED_TRACE(&row - kCases);
+    DriverSettingsBlock settings = block;
+    settings.Printer.HeadDensity = row.density;
+    adjustmentResult = row.result;
+    EXPECT_EQ(AdjustColor(settings, kPrinter, row.permission), row.result);
+    EXPECT_EQ(AdjustHalftone(settings, kPrinter, row.permission), row.result);
+    EXPECT_EQ(received.permission, row.permission);
+    EXPECT_EQ(received.dpi, row.dpi);
+    // Without permission the dialog shows the printer's own values as the defaults.
+    EXPECT_EQ(received.defaultPattern, row.permission ? factory : 5u);
+    EXPECT_EQ(received.ownPattern, row.permission ? 5u : 0u);
+    EXPECT_EQ(settings.Record.Private.ColorAdjust.caContrast, row.contrast);
+    EXPECT_EQ(HalftoneInfo(settings).HTPatternSize, row.pattern);
+  }
+  for (const LONG result : {0, 1}) {
     adjustmentResult = result;
-    EXPECT_EQ(AdjustColor(other, kPrinter, permission), result);
-    EXPECT_EQ(AdjustHalftone(other, kPrinter, permission), result);
-    EXPECT_EQ(received, permission ? (Numbers{1, 24, 3, dpi, dpi, factory, 5})
-                                   : (Numbers{0, 24, 3, dpi, dpi, 5, 0}));
-    EXPECT_EQ(other.Record.Private.ColorAdjust.caContrast, result >= 1 ? 17 : 3);
-    EXPECT_EQ(HalftoneInfo(other).HTPatternSize, result >= 1 && permission ? 6u : 5u);
+    for (const int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
+      StoreDefaults(block);
+      received = {};
+      Leave({Click(button), ExpectChanged(result == 1)});
+      EXPECT_EQ(received.permission, button == IDC_OPERATION_COLOR_ADJUST);
+      EXPECT_EQ(received.ownPattern, button == IDC_OPERATION_HALFTONE ? 5u : 0u);
+    }
   }
-  // Either marks the sheet changed.
-  StoreDefaults(block);
-  for (const int button : {IDC_OPERATION_COLOR_ADJUST, IDC_OPERATION_HALFTONE}) {
-    Leave({ExpectChanged(false), Click(button), ExpectChanged(true)});
-  }
-  EXPECT_EQ(received, (Numbers{1, 24, 3, 203, 203, factory, 5}));
-  block.Printer = StoredPrinterPart(machine());
-  EXPECT_EQ(HalftoneInfo(block).HTPatternSize, 6u);
-  // The sheet of a document has no halftone button.
-  Show({}, {GoTo(kOperationTab), ExpectHidden(IDC_OPERATION_HALFTONE), PressOk()});
-  // A missing library and a library without the functions show no message.
+}
+
+TEST_F(OperationPage, MissingAdjustmentLibraryShowsNoMessage) {
   machine().RegisterModule(u"htui.dll", {});
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),
          [&](Desk&) { machine().faults.FailNth(platform::Fault::kModule, 1); },
-         Click(IDC_OPERATION_COLOR_ADJUST)});
+         Click(IDC_OPERATION_COLOR_ADJUST), ExpectChanged(false)});
   // A file of the same name in the driver's directory is not loaded.
   machine().UnregisterModule(u"htui.dll");
   machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
@@ -190,100 +208,135 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
 }
 
 constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";
+constexpr char16_t kPage[] = u"デバイスの設定";
 
+// The reply of the replaced device library, and its result.
 std::string reply;
-DWORD result;
+DWORD queryResult;
 
 template <BYTE kFilling, DWORD kSize>
 DWORD WINAPI FakeQuery(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWORD* status) {
-  EXPECT_TRUE(name == std::u16string(kPrinter) && outSize == kSize && *size == kSize && status);
+  EXPECT_EQ(name, std::u16string(kPrinter));
+  EXPECT_EQ(outSize, kSize);
+  EXPECT_EQ(*size, kSize);
+  EXPECT_NE(status, nullptr);
   EXPECT_EQ(std::string(out, out + outSize), std::string(outSize, char(kFilling)));
   EXPECT_EQ(platform::Machine::Current().desk().Cursor(), LoadCursorW(nullptr, IDC_WAIT));
   reply.copy(reinterpret_cast<char*>(out), outSize);
-  return result;
+  return queryResult;
+}
+
+void ExpectArrow(Desk& desk) { EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, IDC_ARROW)); }
+
+// Closes a message box with the texts of two string ids; the second may be 0.
+Step CloseTexts(UINT first, UINT second, UINT style) {
+  WCHAR text[2 * kMessageLength];
+  const int length = LoadMessageText(first, text, kMessageLength);
+  LoadMessageText(second, text + length, kMessageLength);
+  return CloseMessage(text, style, kPage);
 }
 
 class DevicePage : public SheetTest {
  protected:
   DevicePage() {
-    result = 1;
+    queryResult = 1;
     machine().RegisterModule(kLibrary,
                              {{"RtlGetModeComW", platform::AsEntryPoint(&FakeQuery<0xFF, 30>)},
                               {"RtlGetVersionComW", platform::AsEntryPoint(&FakeQuery<0, 50>)}});
   }
-  // Clicks a query button. Records the message boxes, the values on both pages and the stored
-  // settings.
-  void Query(int mode, int density, int button) {
+  void StorePrinter(uint16_t mode, uint16_t density = 203) {
     DriverSettingsBlock block = DefaultBlock();
-    block.Printer.Mecha = static_cast<uint16_t>(mode);
-    block.Printer.HeadDensity = static_cast<uint16_t>(density);
+    block.Printer.Mecha = mode;
+    block.Printer.HeadDensity = density;
     StoreDefaults(block);
-    const auto close = [this](Desk& desk) {
-      if (!desk.IsMessageBox()) return;
-      log_ << platform::ToUtf8(desk.Title() + u": " + desk.MessageText()) << ' '
-           << desk.MessageStyle() << '\n';
-      EXPECT_TRUE(desk.Click(IDOK));
-    };
-    const auto look = [this](Desk& desk) {
-      EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, IDC_ARROW));
-      for (const int id : {IDC_DEVICE_MODE, IDC_DEVICE_DENSITY, IDC_DEVICE_FIRMWARE_VERSION,
-                           IDC_DEVICE_FONT_VERSION})
-        log_ << platform::ToUtf8(desk.Text(id)) << '|';
-      log_ << (desk.Windows().back().changed ? "changed" : "as it was");
-    };
-    const auto peel = [this](Desk& desk) {
-      log_ << (desk.Control(IDC_PAPER_PEEL_OFFSET).enabled ? ", peels, " : ", ");
-    };
-    log_ << mode << ' ' << density << ":\n";
-    Ok(kDeviceTab, {Click(button), close, close, look, GoTo(kPaperTab), peel});
-    const PrinterSettingsPart stored = StoredPrinterPart(machine());
-    log_ << stored.Mecha << ' ' << stored.HeadDensity << '\n';
   }
-  std::ostringstream log_;
 };
 
 TEST_F(DevicePage, EscInTheOpenModeListRestoresTheMode) {
-  for (const uint16_t mode : {uint16_t{2}, uint16_t{9}}) {  // 9 is unknown and shown as the first
-    DriverSettingsBlock block = DefaultBlock();
-    block.Printer.Mecha = mode;
-    const auto closed = [&](const Step& key) {
-      StoreDefaults(block);
-      Ok(kDeviceTab, {MoveInOpenList(IDC_DEVICE_MODE, mode == 2 ? -1 : 1), key});
+  for (const uint16_t mode : {uint16_t{kPeelMode}, uint16_t{9}}) {  // 9 is shown as the first
+    const auto closeWith = [&](const Step& key) {
+      StorePrinter(mode);
+      Ok(kDeviceTab, {MoveInOpenList(IDC_DEVICE_MODE, mode == kPeelMode ? -1 : 1), key});
       return StoredPrinterPart(machine()).Mecha;
     };
-    EXPECT_EQ(closed(Escape()), mode);
-    EXPECT_EQ(closed(Enter()), 1);
+    EXPECT_EQ(closeWith(Escape()), mode);
+    EXPECT_EQ(closeWith(Enter()), kContinuousMode);
   }
 }
 
-// golden/device_page.txt.
-TEST_F(DevicePage, QueriesUpdateThePageAndTheSettings) {
-  constexpr int kCases[][4] = {// mode and density before, their codes in the reply
-                               {1, 203, 255, 255}, {2, 203, 2, 0}, {0, 203, 2, 0},
-                               {2, 203, 0, 255},   {1, 203, 3, 0}, {0, 305, 255, 1},
-                               {0, 305, 255, 0},   {0, 305, 1, 0}, {9, 203, 255, 255}};
-  for (const auto& [mode, density, modeCode, densityCode] : kCases) {
+TEST_F(DevicePage, ModeQueryChangesKnownValuesAndWarns) {
+  struct Printer {
+    uint16_t mode, density;
+  };
+  const struct {
+    Printer before;
+    BYTE modeCode, densityCode;  // of the reply; 0xFF: not filled in
+    Printer after;
+    int shownMode;
+  } cases[] = {
+      {{kContinuousMode, 203}, 0xFF, 0xFF, {kContinuousMode, 203}, 1},
+      {{kTearOffMode, 203}, 2, 0, {kPeelMode, 203}, 2},
+      {{kPeelMode, 203}, 0, 0xFF, {kTearOffMode, 203}, 0},
+      {{kContinuousMode, 203}, 3, 0, {kContinuousMode, 203}, 1},  // unknown mode
+      {{kTearOffMode, 305}, 0xFF, 1, {kTearOffMode, 305}, 0},     // unknown density
+      {{kTearOffMode, 305}, 1, 0, {kContinuousMode, 203}, 1},
+      {{9, 203}, 0xFF, 0xFF, {9, 203}, 0},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(&row - cases);
+    StorePrinter(row.before.mode, row.before.density);
     reply = std::string(30, '\2');
-    reply[1] = static_cast<char>(densityCode);
-    reply[3] = static_cast<char>(modeCode);
-    Query(mode, density, IDC_DEVICE_QUERY_MODE);
+    reply[1] = static_cast<char>(row.densityCode);
+    reply[3] = static_cast<char>(row.modeCode);
+    Steps warnings;
+    if (row.after.density != row.before.density)
+      warnings += CloseTexts(IDS_DENSITY_CHANGED, IDS_DENSITY_CHANGED_CHECK, MB_ICONEXCLAMATION);
+    if (row.after.mode != row.before.mode)
+      warnings += CloseTexts(IDS_MODE_CHANGED, IDS_MODE_CHANGED_CHECK, MB_ICONEXCLAMATION);
+    Ok(kDeviceTab, {Click(IDC_DEVICE_QUERY_MODE), warnings, ExpectArrow, ExpectChanged(true),
+                    ExpectSelected(IDC_DEVICE_MODE, row.shownMode),
+                    ExpectText(IDC_DEVICE_DENSITY, u"203dpi(  8本/mm)"), GoTo(kPaperTab),
+                    ExpectEnabled({IDC_PAPER_PEEL_OFFSET}, row.after.mode == kPeelMode)});
+    EXPECT_EQ(StoredPrinterPart(machine()).Mecha, row.after.mode);
+    EXPECT_EQ(StoredPrinterPart(machine()).HeadDensity, row.after.density);
   }
-  for (const auto& versions :
-       {std::string("0123456789ABCDEF\x83\x5C\0X", 20),
-        std::string("\xCA\xDE\0junk890123456abcdefgh", 24) + std::string(26, 'x')}) {
-    reply = versions;
-    Query(0, 203, IDC_DEVICE_QUERY_VERSION);
+}
+
+TEST_F(DevicePage, VersionQueryShowsTextsUpToTheirEnd) {
+  const struct {
+    std::string reply;
+    std::u16string firmware, font;
+  } cases[] = {
+      {std::string("0123456789ABCDEF\x83\x5C\0X", 20), u"0123456789ABCDEF", u"ソ"},
+      {std::string("\xCA\xDE\0junk890123456abcdefghxx", 26), u"ﾊﾞ", u"abcdefgh"},
+  };
+  for (const auto& row : cases) {
+    reply = row.reply;
+    Ok(kDeviceTab,
+       {Click(IDC_DEVICE_QUERY_VERSION), ExpectText(IDC_DEVICE_FIRMWARE_VERSION, row.firmware),
+        ExpectText(IDC_DEVICE_FONT_VERSION, row.font), ExpectArrow, ExpectChanged(false)});
   }
+}
+
+TEST_F(DevicePage, FailedQueryChangesNothing) {
   // A call that fails may still have written its reply.
   reply = std::string("V\0\0\2", 4) + "000000000000F1";
-  result = 0;
-  for (int failure = 0; failure < 3; ++failure) {
-    if (failure == 1) machine().RegisterModule(kLibrary, {});
-    if (failure == 2) machine().UnregisterModule(kLibrary);
-    for (const int button : {IDC_DEVICE_QUERY_MODE, IDC_DEVICE_QUERY_VERSION})
-      Query(1, 305, button);
-  }
-  EXPECT_EQ(log_.str(), Golden("device_page.txt"));
+  queryResult = 0;
+  StorePrinter(kContinuousMode, 305);
+  const Step failed = CloseTexts(IDS_QUERY_FAILED, 0, MB_ICONHAND);
+  const auto expectFailure = [&](Steps libraryError) {
+    Ok(kDeviceTab,
+       {Click(IDC_DEVICE_QUERY_MODE), libraryError, failed, Click(IDC_DEVICE_QUERY_VERSION), failed,
+        ExpectText(IDC_DEVICE_FIRMWARE_VERSION, u""), ExpectText(IDC_DEVICE_FONT_VERSION, u""),
+        ExpectArrow, ExpectChanged(false)});
+    EXPECT_EQ(StoredPrinterPart(machine()).Mecha, kContinuousMode);
+    EXPECT_EQ(StoredPrinterPart(machine()).HeadDensity, 305);
+  };
+  expectFailure({});
+  machine().RegisterModule(kLibrary, {});
+  expectFailure(CloseMessage(u"GetProcAddress Error!", MB_OK, u"DeviceDlgFunc"));
+  machine().UnregisterModule(kLibrary);
+  expectFailure(CloseMessage(u"LoadLibrary Error!", MB_OK, u"DeviceDlgFunc"));
 }
 
 }  // namespace
