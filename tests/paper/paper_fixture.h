@@ -6,7 +6,6 @@
 #include "driver/text.h"
 #include "paper/fields/help_text.h"
 #include "paper/paper_table.h"
-#include "platform/machine/text.h"
 #include "resources/resource.h"
 #include "tests/support/open_sheet.h"
 
@@ -20,43 +19,36 @@ inline constexpr char16_t kPage[] = u"用紙";
 
 // Controls of the page and of the registration dialog.
 inline constexpr int kList = IDC_PAPER_LIST, kPicture = IDC_PAPER_PICTURE,
-                     kPortrait = IDC_PAPER_PORTRAIT, kLandscape = IDC_PAPER_LANDSCAPE,
-                     kFlip = IDC_PAPER_FLIP, kPageWholeLabel = IDC_PAPER_WHOLE_LABEL,
-                     kVert = IDC_PAPER_VERT_BASE, kHorz = IDC_PAPER_HORZ_BASE,
-                     kPeel = IDC_PAPER_PEEL_OFFSET, kTear = IDC_PAPER_TEAR_OFFSET,
-                     kPitch = IDC_PAPER_PITCH_OFFSET, kRegister = IDC_PAPER_REGISTER,
-                     kEditButton = IDC_PAPER_EDIT, kFreeEdit = IDC_PAPER_FREE_EDIT,
-                     kName = IDC_PAPER_REGISTER_NAME, kReference = IDC_PAPER_REGISTER_REFERENCE,
+                     kVert = IDC_PAPER_VERT_BASE, kRegister = IDC_PAPER_REGISTER,
+                     kFreeEdit = IDC_PAPER_FREE_EDIT, kName = IDC_PAPER_REGISTER_NAME,
                      kGrade = IDC_PAPER_REGISTER_GRADE, kDarkness = IDC_PAPER_REGISTER_THICKNESS,
                      kWidth = IDC_PAPER_REGISTER_WIDTH, kWidthSpin = IDC_PAPER_REGISTER_WIDTH_SPIN,
                      kLength = IDC_PAPER_REGISTER_LENGTH, kGap = IDC_PAPER_REGISTER_GAP,
                      kMmButton = IDC_PAPER_REGISTER_MM, kInchButton = IDC_PAPER_REGISTER_INCH,
-                     kWholeLabel = IDC_PAPER_REGISTER_WHOLE_LABEL,
-                     kDialogPicture = IDC_PAPER_REGISTER_PICTURE,
-                     kReferenceList = IDC_PAPER_REFERENCE_LIST;
+                     kReference = IDC_PAPER_REGISTER_REFERENCE,
+                     kReferenceList = IDC_PAPER_REFERENCE_LIST,
+                     kDialogPicture = IDC_PAPER_REGISTER_PICTURE;
 
 inline std::u16string Number(int number) {
   const std::string text = std::to_string(number);
   return {text.begin(), text.end()};
 }
 
-// Formats a record: the name field up to its last used unit, then the 16-bit values of the other
-// fields in stored order.
-inline std::u16string Describe(const PaperInfo& paper) {
-  std::u16string text(paper.PaperName, kPaperNameLength);
-  text.resize(text.find_last_not_of(u'\0') + 1);
-  for (size_t at = 128; at < 160; at += 2) text += u' ' + Number(At(&paper, at));
-  return text;
-}
-
-// Returns a new paper with this name. values replace the first fields after the name, in stored
-// order.
-inline PaperInfo Paper(std::u16string name, std::initializer_list<int> values) {
+// Returns a new paper with a name and sizes in tenths of a millimetre.
+inline PaperInfo Paper(const std::u16string& name, int width = 580, int length = 680) {
   PaperInfo paper = NewPaper();
   CopyText(paper.PaperName, name.c_str());
-  for (size_t at = 128; const int value : values)
-    Put(&paper, std::exchange(at, at + 2), static_cast<int16_t>(value));
+  paper.LabelWidth = paper.PrintableWidth = static_cast<int16_t>(width);
+  paper.LabelHeight = paper.PrintableHeight = static_cast<int16_t>(length);
   return paper;
+}
+
+// Expects the width, length and gap of a paper.
+inline void ExpectSizes(const PaperInfo& paper, int width, int length, int gap, MeasureUnit unit) {
+  EXPECT_EQ(paper.LabelWidth, width);
+  EXPECT_EQ(paper.LabelHeight, length);
+  EXPECT_EQ(paper.GapSize, gap);
+  EXPECT_EQ(paper.Unit, unit);
 }
 
 class PaperTest : public SheetTest {
@@ -65,29 +57,31 @@ class PaperTest : public SheetTest {
   // wide.
   static DriverSettingsBlock With(int papers) {
     DriverSettingsBlock block = DefaultBlock();
-    for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), {0, 3, 200 + i}));
+    for (int i = 1; i <= papers; ++i) AppendPaper(block, Paper(u"P" + Number(i), 200 + i));
     return block;
   }
-  std::u16string Stored(int slot) { return Describe(StoredPrinterPart(machine()).Papers[slot]); }
-  void ExpectGolden(const char* file) { EXPECT_EQ(platform::ToUtf8(log_), Golden(file)); }
-
-  std::u16string log_;  // compared with a golden file
+  PaperInfo Stored(int slot) { return StoredPrinterPart(machine()).Papers[slot]; }
 };
 
 // Closes the message of a rejected input.
-inline Steps CloseError(std::u16string text, std::u16string caption) {
+inline Step CloseError(std::u16string text, std::u16string caption) {
   return CloseMessage(std::move(text), MB_ICONEXCLAMATION, std::move(caption));
 }
 
-// Types into the registration dialog. An empty text leaves its field unchanged.
-inline Steps Fill(std::u16string name, std::u16string width = u"", std::u16string length = u"",
-                  std::u16string gap = u"") {
-  Steps steps;
-  for (const auto& [id, text] :
-       {std::pair{kName, name}, {kWidth, width}, {kLength, length}, {kGap, gap}}) {
-    if (!text.empty()) steps += Replace(id, text);
-  }
-  return steps;
+// Expects the width of the first label in a picture box.
+inline Step ExpectLabelWidth(int box, int width) {
+  return [=](Desk& desk) {
+    const RECT label = desk.Control(box).drawing.at(1).rect;
+    EXPECT_EQ(label.right - label.left, width);
+  };
+}
+
+// Expects a part of the help text.
+inline Step ExpectHelp(std::u16string part) {
+  return [=](Desk& desk) {
+    EXPECT_NE(desk.Text(IDC_HELP_TEXT).find(part), std::u16string::npos)
+        << testing::PrintToString(part);
+  };
 }
 
 }  // namespace kestrel

@@ -1,31 +1,78 @@
 // The picture boxes of the page and the dialog, and the layout of the strip of labels.
+#include <algorithm>
+
 #include "paper/preview_layout.h"
-#include "platform/gdi32/gdi.h"
-#include "platform/user32/manager.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
+
+enum Shape { kWhite = -1, kBlack = -2, kMarker = -3, kCharacter = -4, kOther = -5 };
+// What is drawn into a box.
+struct Drawn {
+  int shape;  // a bitmap id or a Shape
+  RECT rect;
+  bool operator==(const Drawn&) const = default;
+};
+void PrintTo(const Drawn& drawn, std::ostream* out) {
+  const RECT& rect = drawn.rect;
+  *out << "shape " << drawn.shape << " at " << rect.left << ' ' << rect.top << ' ' << rect.right
+       << ' ' << rect.bottom;
+}
+
 namespace {
 
 using platform::DrawOp;
-using Kind = DrawOp::Kind;
+using Drawing = std::vector<Drawn>;
 
-std::u16string Numbers(std::initializer_list<LONG> numbers) {
-  std::u16string text;
-  for (const LONG number : numbers) text += u" " + Number(number);
-  return text;
+int ShapeOf(const DrawOp& drawn) {
+  using enum DrawOp::Kind;
+  if (drawn.kind == kImage) return drawn.bitmap;
+  if (drawn.kind == kText) return drawn.textColour == 0 ? kCharacter : kOther;
+  if (drawn.kind == kLine)
+    return drawn.pen == RGB(255, 0, 0) && drawn.penStyle == PS_DOT ? kMarker : kOther;
+  return drawn.brush == 0 ? kBlack : kWhite;
+}
+Drawing DrawingOf(Desk& desk, int box) {
+  Drawing drawing;
+  for (const DrawOp& drawn : desk.Control(box).drawing)
+    drawing.push_back({ShapeOf(drawn), drawn.rect});
+  return drawing;
+}
+Step ExpectDrawing(int box, Drawing expected) {
+  return [=](Desk& desk) { EXPECT_EQ(DrawingOf(desk, box), expected); };
+}
+// Expects the markers in the page's box, and nothing else after the first one.
+Step ExpectMarkers(std::vector<RECT> expected) {
+  return [=](Desk& desk) {
+    const Drawing drawing = DrawingOf(desk, kPicture);
+    auto marker = std::ranges::find(drawing, int{kMarker}, &Drawn::shape);
+    for (const RECT& rect : expected) {
+      ASSERT_NE(marker, drawing.end());
+      EXPECT_EQ(*marker++, (Drawn{kMarker, rect}));
+    }
+    EXPECT_EQ(marker, drawing.end());
+  };
+}
+Step ExpectPicture(int box, int bitmap) {
+  return [=](Desk& desk) { EXPECT_EQ(DrawingOf(desk, box).back().shape, bitmap); };
 }
 
 PaperInfo Label(int width, int length, int gap, int left, int printableWidth) {
-  return Paper(u"",
-               {0, 3, width, length, gap, 30, kMillimetre, left, left / 2, printableWidth, length});
+  PaperInfo paper = Paper(u"", width, length);
+  paper.GapSize = static_cast<int16_t>(gap);
+  paper.PrintableLeft = static_cast<int16_t>(left);
+  paper.PrintableTop = static_cast<int16_t>(left / 2);
+  paper.PrintableWidth = static_cast<int16_t>(printableWidth);
+  return paper;
 }
-// 60 × 120 pixels; the eye-mark bars are visible at both sides.
+constexpr RECT kPageBox = {0, 0, 120, 189}, kDialogBox = {0, 0, 138, 246};
+// In the page's box 4 dots are a pixel: 60 × 120 pixels, a gap and eye-mark of 8 pixels. The first
+// label starts half a gap below the middle of the box.
 const PaperInfo kNarrow = Label(240, 480, 30, 0, 240);
 
 class Preview : public PaperTest {
  protected:
-  void Store(const PaperInfo& paper, uint16_t mode = 0, int16_t sensor = 0) {
+  void Store(const PaperInfo& paper, PrinterMode mode = kTearOffMode, int16_t sensor = 0) {
     DriverSettingsBlock block = DefaultBlock();
     block.Record.Private.PaperID = kFreePaperId;
     block.Record.Private.FreePaper = paper;
@@ -33,112 +80,146 @@ class Preview : public PaperTest {
     block.Printer.Mecha = mode;
     StoreDefaults(block);
   }
-  // Logs the drawing operations of a box, each with its kind or picture and its rectangle. Dotted
-  // red lines are markers.
-  Step Log(std::u16string what, int box = kPicture) {
-    return [=, this](Desk& desk) {
-      log_ += what;
-      if (desk.Control(box).background == RGB(255, 255, 255)) log_ += u" on white";
-      for (const DrawOp& op : desk.Control(box).drawing) {
-        const bool marker = op.pen == RGB(255, 0, 0) && op.penStyle == PS_DOT && op.penWidth == 1;
-        const bool text = op.kind == Kind::kText && op.textColour == 0;
-        log_ += u" | ";
-        log_ += text                      ? op.text
-                : op.kind == Kind::kImage ? Number(op.bitmap)
-                : op.kind == Kind::kLine  ? (marker ? u"marker" : u"line")
-                                          : (op.brush == 0 ? u"black" : u"white");
-        log_ += Numbers({op.rect.left, op.rect.top, op.rect.right, op.rect.bottom});
-      }
-      log_ += u"\n";
-    };
-  }
 };
 
-// golden/previews.txt. The page's box has 120 × 189 pixels, the dialog's 138 × 246.
-TEST_F(Preview, DrawsStripsSketchesAndMarkers) {
-  const auto sketches = [this](std::initializer_list<int> fields, int box = kPicture) {
+TEST_F(Preview, PageShowsStripOfLabelsWithOrientation) {
+  Store(kNarrow);
+  // The picture is a square of half the width in the middle of the printable area.
+  Cancel(kPaperTab,
+         {ExpectDrawing(kPicture, {{IDB_BACKGROUND, kPageBox},
+                                   {kWhite, {30, 98, 90, 218}},
+                                   {kBlack, {0, 98, 30, 106}},
+                                   {kBlack, {90, 98, 120, 106}},
+                                   {IDB_PORTRAIT, {45, 143, 75, 173}},
+                                   {kWhite, {30, 0, 90, 90}},
+                                   {IDB_PORTRAIT, {45, 15, 75, 45}}}),
+          Click(IDC_PAPER_LANDSCAPE), ExpectPicture(kPicture, IDB_LANDSCAPE), Click(IDC_PAPER_FLIP),
+          ExpectPicture(kPicture, IDB_LANDSCAPE_ROTATED), Click(IDC_PAPER_PORTRAIT),
+          ExpectPicture(kPicture, IDB_PORTRAIT_ROTATED), GoTo(kVersionTab), GoTo(kPaperTab),
+          ExpectPicture(kPicture, IDB_PORTRAIT_ROTATED),
+          ExpectDrawing(IDC_PAPER_FEED_PICTURE, {{IDB_FEED_DIRECTION, {0, 0, 24, 102}}}),
+          ExpectDrawing(IDC_PAPER_FEED_TEXT, {{kWhite, {0, 0, 24, 69}},
+                                              {kCharacter, {2, 2, 14, 14}},
+                                              {kCharacter, {2, 18, 14, 30}},
+                                              {kCharacter, {2, 34, 14, 46}},
+                                              {kCharacter, {2, 50, 14, 62}}})});
+  Store(Label(0, 0, 30, 0, 0));
+  Cancel(kPaperTab,
+         {Click(IDC_PAPER_WHOLE_LABEL), ExpectDrawing(kPicture, {{IDB_BACKGROUND, kPageBox}})});
+}
+
+TEST_F(Preview, DialogShowsStripOfTypedSizesWithPrintableAreas) {
+  // 2.5 pixels a millimetre: 138 × 138 pixels, 120 of them printable, a gap of 10 and an eye-mark
+  // of 8 pixels. The first label starts a quarter of its length above the middle of the box.
+  Cancel(kPaperTab,
+         {Click(kRegister), Replace(kWidth, u"55.2"), Replace(kLength, u"55.2"),
+          Replace(kGap, u"4.0"), Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
+          ExpectDrawing(kDialogPicture, {{IDB_BACKGROUND, kDialogBox},
+                                         {kWhite, {0, 89, 138, 227}},
+                                         {kWhite, {9, 89, 129, 227}},
+                                         {IDB_PORTRAIT, {39, 128, 99, 188}},
+                                         {kWhite, {0, 0, 138, 79}},
+                                         {kWhite, {9, 0, 129, 79}},
+                                         {IDB_PORTRAIT, {39, 0, 99, 40}},
+                                         {kWhite, {0, 237, 138, 375}},
+                                         {kWhite, {9, 237, 129, 246}}}),
+          ExpectDrawing(IDC_PAPER_REGISTER_FEED_PICTURE, {{IDB_FEED_DIRECTION, {0, 0, 24, 102}}}),
+          Focus(kGap), ExpectDrawing(kDialogPicture, {{IDB_SKETCH_GAP, kDialogBox}}),
+          Click(IDCANCEL)});
+}
+
+TEST_F(Preview, FocusedFieldShowsItsSketch) {
+  const auto sketches = [](int box, std::initializer_list<std::pair<int, int>> fields) {
     Steps steps;
-    for (const int field : fields) steps += {Focus(field), Log(u"field " + Number(field), box)};
+    for (const auto& [field, bitmap] : fields) steps += {Focus(field), ExpectPicture(box, bitmap)};
     return steps;
   };
-  const auto markers = [this](std::u16string what,
-                              std::initializer_list<std::pair<int, int>> offsets) {
+  Store(kNarrow);
+  Cancel(kPaperTab, sketches(kPicture, {{kVert, IDB_SKETCH_BASE_POINTS},
+                                        {IDC_PAPER_HORZ_BASE, IDB_SKETCH_BASE_POINTS},
+                                        {IDC_PAPER_TEAR_OFFSET, IDB_SKETCH_FEED_OFFSETS},
+                                        {IDC_PAPER_PITCH_OFFSET, IDB_SKETCH_PITCH_EYE_MARK},
+                                        {kList, IDB_PORTRAIT}}));
+  Store(kNarrow, kPeelMode, 1);
+  Cancel(kPaperTab, {sketches(kPicture, {{IDC_PAPER_PITCH_OFFSET, IDB_SKETCH_PITCH},
+                                         {IDC_PAPER_PEEL_OFFSET, IDB_SKETCH_FEED_OFFSETS}}),
+                     Click(kRegister),
+                     sketches(kDialogPicture, {{kName, IDB_BACKGROUND},
+                                               {kWidth, IDB_SKETCH_WIDTH},
+                                               {kLength, IDB_SKETCH_LENGTH},
+                                               {kGap, IDB_SKETCH_GAP},
+                                               {kGrade, IDB_BACKGROUND}}),
+                     Click(IDCANCEL)});
+}
+
+// Lines from the base point to the right and down, then across the box for pitch and tear-off or
+// peel offset.
+TEST_F(Preview, WholeLabelShowsTypedOffsetsAsMarkers) {
+  const auto show = [](std::initializer_list<std::pair<int, int>> offsets) {
     Steps steps;
     for (const auto& [field, offset] : offsets) steps += Paste(field, Number(offset));
-    return Steps{steps, Focus(kList), Log(what + u" before"), Click(kPageWholeLabel), Log(what)};
+    return Steps{steps, Focus(kList), ExpectMarkers({}), Click(IDC_PAPER_WHOLE_LABEL)};
   };
-  Store(Label(480, 480, 30, 0, 0));
-  Cancel(kPaperTab, Log(u"nothing printable across"));
-  Store(Label(0, 0, 30, 0, 0));
-  Cancel(kPaperTab, {Click(kPageWholeLabel), Log(u"no size")});
-  Store(Label(480, 480, 30, 40, 400));
+  Store(kNarrow);  // half pixels are rounded up, negative ones too
   Cancel(kPaperTab,
-         {Log(u"a square"), Click(kLandscape), Log(u"landscape"), Click(kFlip), Log(u"flipped"),
-          Click(kPortrait), Log(u"portrait"), GoTo(kVersionTab), GoTo(kPaperTab), Log(u"again")});
-  Store(kNarrow);  // a quarter pixel per dot; half pixels are rounded up, negative ones too
-  Cancel(kPaperTab,
-         {Log(u"narrow"), sketches({kVert, kHorz, kTear, kPitch}),
-          markers(u"right and down", {{kVert, 20}, {kHorz, 40}, {kTear, 80}}), Click(kPortrait),
-          Log(u"upright"),
-          markers(u"left and up", {{kVert, -22}, {kHorz, -300}, {kTear, -2}, {kPitch, -6}})});
-  Store(Label(60, 60, 0, 0, 60));
-  Cancel(kPaperTab, markers(u"beyond the corner", {{kVert, -300}, {kHorz, 300}}));
-  Store(Label(100, 100, 220, 0, 100));
-  Cancel(kPaperTab, markers(u"no label in the box", {{kVert, -100}}));
-  Store(kNarrow, 2, 1);
-  Cancel(kPaperTab,
-         {sketches({kPitch, kPeel}), markers(u"peel mode and gap sensor", {{kPeel, -40}}),
-          Log(u"feed", IDC_PAPER_FEED_PICTURE), Log(u"feed", IDC_PAPER_FEED_TEXT)});
-  // 55.2 mm are 138 pixels; 48.0 mm printable are 120, the gap 10 pixels.
-  Cancel(kPaperTab,
-         {Click(kRegister), sketches({kName, kWidth, kLength, kGap, kGrade}, kDialogPicture),
-          Log(u"feed", IDC_PAPER_REGISTER_FEED_PICTURE), Log(u"feed", IDC_PAPER_REGISTER_FEED_TEXT),
-          Log(u"help", IDC_HELP_TEXT), Fill(u"", u"55.2", u"55.2", u"4.0"), Click(kWholeLabel),
-          Log(u"of what was typed", kDialogPicture), sketches({kGap}, kDialogPicture),
-          Click(IDCANCEL)});
-  ExpectGolden("previews.txt");
+         {show({{kVert, 20}, {IDC_PAPER_HORZ_BASE, 40}, {IDC_PAPER_TEAR_OFFSET, 80}}),
+          ExpectMarkers(
+              {{40, 103, 120, 103}, {40, 103, 40, 189}, {0, 98, 120, 98}, {0, 114, 120, 114}}),
+          Click(IDC_PAPER_PORTRAIT),
+          show({{kVert, -22},
+                {IDC_PAPER_HORZ_BASE, -300},
+                {IDC_PAPER_TEAR_OFFSET, -2},
+                {IDC_PAPER_PITCH_OFFSET, -6}}),
+          ExpectMarkers({{0, 93, 120, 93}, {0, 93, 0, 189}, {0, 97, 120, 97}, {0, 94, 120, 94}})});
+  Store(Label(60, 60, 0, 0, 0));  // 2 pixels a dot; without a picture
+  Cancel(kPaperTab, {show({{kVert, -300}, {IDC_PAPER_HORZ_BASE, 300}}),
+                     ExpectMarkers({{120, 0, 120, 0}, {120, 0, 120, 189}, {0, 94, 120, 94}})});
+  Store(kNarrow, kPeelMode, 1);  // the gap sensor: the pitch starts at the gap's upper edge
+  Cancel(
+      kPaperTab,
+      {show({{IDC_PAPER_PEEL_OFFSET, -40}}),
+       ExpectMarkers({{30, 98, 120, 98}, {30, 98, 30, 189}, {0, 90, 120, 90}, {0, 84, 120, 84}})});
 }
 
-// Each creation of a GDI object fails in turn.
-TEST_F(Preview, FailedObjectCreationLeaksNothing) {
-  Store(kNarrow);
-  const auto drawWithFaults = [this](Desk& desk) {
-    const HWND box = desk.Control(kPicture).handle;
-    const int contexts = platform::LiveDcs();
-    const auto draw = [box] { InvalidateRect(box, nullptr, TRUE), platform::PaintTree(box); };
-    const auto check = [=](platform::Fault, bool) { EXPECT_EQ(platform::LiveDcs(), contexts); };
-    // Two pictures with their device contexts, and a pen for each of three markers.
-    EXPECT_EQ(ForEachFault({platform::Fault::kWindow}, draw, check), 7);
-    EXPECT_EQ(desk.Control(kPicture).drawing.size(), 11u);
-  };
-  Cancel(kPaperTab, {Click(kPageWholeLabel), drawWithFaults});
+// Returns the labels in a box 200 pixels wide.
+std::vector<PreviewLabel> LayOut(const PaperInfo& paper, int height,
+                                 PreviewPlace place = PreviewPlace::kPage) {
+  PreviewLabel labels[kMaxPreviewLabels] = {};
+  const int count = LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels);
+  return {labels, labels + count};
+}
+std::vector<LONG> TopsOf(const std::vector<PreviewLabel>& labels) {
+  std::vector<LONG> tops;
+  for (const PreviewLabel& label : labels) tops.push_back(label.label.top);
+  return tops;
 }
 
-// golden/strips.txt: top and bottom of each label and of its printable area, and the height of its
-// bars, in a box 200 pixels wide.
-TEST_F(Preview, LaysOutEveryVisibleLabel) {
-  const auto lay = [&](std::u16string what, const PaperInfo& paper, int height,
-                       PreviewPlace place = PreviewPlace::kPage) {
-    PreviewLabel labels[kMaxPreviewLabels] = {};
-    const int count = LayOutLabels(MeasurePreview(paper, {0, 0, 200, height}), place, labels);
-    log_ += what + u": " + Number(count);
-    for (const auto& [label, printable, picture, eyeMark] :
-         std::span(labels, static_cast<size_t>(count)))
-      log_ += u" |" + Numbers({label.top, label.bottom, printable.top, printable.bottom, eyeMark});
-    log_ += u'\n';
-  };
+TEST(PreviewLayout, LabelsFillTheBoxAndAreClipped) {
   const PaperInfo paper = Label(500, 250, 0, 50, 400);  // 200 × 100 pixels
-  lay(u"the next only touch the box", paper, 200);
-  lay(u"a row of the next", paper, 202);
-  lay(u"4 pixels above the box, 8 left of the bar of 12", Label(500, 250, 30, 0, 500), 204);
-  lay(u"16 at most", Label(1000, 10, 0, 0, 9), 300);
-  lay(u"14", Label(1000, 60, 0, 0, 9), 150);
-  lay(u"no way on", Label(500, 250, -250, 0, 9), 300);
-  lay(u"backwards", Label(500, 250, -300, 0, 9), 300, PreviewPlace::kDialog);
-  lay(u"on below while the distance is less than the box's bottom", Label(500, 250, 0, 0, 9), 100,
-      PreviewPlace::kDialog);
-  lay(u"every stored number", Label(1, -32768, 32767, -32768, 32767), 32767);
-  ExpectGolden("strips.txt");
+  using Tops = std::vector<LONG>;
+  EXPECT_EQ(TopsOf(LayOut(paper, 200)), (Tops{100, 0})) << "the next only touch the box";
+  const std::vector<PreviewLabel> labels = LayOut(paper, 202);
+  EXPECT_EQ(TopsOf(labels), (Tops{101, 1, 0, 201})) << "one row of the next";
+  EXPECT_EQ(labels[0].printable, (RECT{20, 111, 180, 202})) << "10 pixels below the label";
+  EXPECT_EQ(labels[2].label.bottom, 1);
+  EXPECT_EQ(labels[2].printable, (RECT{20, 0, 180, 11}));
+  EXPECT_EQ(labels[2].eyeMark, 0);
+  EXPECT_EQ(labels[3].printable, RECT{});
+
+  // A gap of 12 pixels: the upper label and its bar of 12 start 4 pixels above the box.
+  const std::vector<PreviewLabel> gaps = LayOut(Label(500, 250, 30, 0, 500), 204);
+  EXPECT_EQ(TopsOf(gaps), (Tops{108, 0}));
+  EXPECT_EQ(gaps[0].eyeMark, 12);
+  EXPECT_EQ(gaps[1].eyeMark, 8);
+
+  EXPECT_EQ(LayOut(Label(1000, 10, 0, 0, 9), 300).size(), 16u);
+  EXPECT_EQ(TopsOf(LayOut(Label(500, 250, -250, 0, 9), 300)), Tops{100}) << "labels do not move";
+  EXPECT_EQ(TopsOf(LayOut(Label(500, 250, 0, 0, 9), 100, PreviewPlace::kDialog)), (Tops{25, 0}))
+      << "a label below starts within the height of the box";
+}
+
+TEST(PreviewLayout, EveryStoredNumberStaysInRange) {
+  EXPECT_TRUE(LayOut(Label(1, -32768, 32767, -32768, 32767), 32767).empty());
   EXPECT_GT(ScaleToPreview(32767, 1e30f), 1 << 20);
   EXPECT_LT(ScaleToPreview(-32768, 1e30f), -(1 << 20));
 }

@@ -1,0 +1,286 @@
+// The dialog that registers and edits papers, opened from the paper page.
+#include "paper/fields/option_table.h"
+#include "tests/paper/paper_fixture.h"
+
+namespace kestrel {
+namespace {
+
+constexpr char16_t kNew[] = u"用紙登録";
+constexpr char16_t kEdit[] = u"用紙編集";
+constexpr char16_t kEditFree[] = u"フリーサイズ用紙編集";
+
+using RegisterDialog = PaperTest;
+
+Step ExpectShownSizes(std::u16string width, std::u16string length, std::u16string gap) {
+  return [=](Desk& desk) {
+    EXPECT_EQ(desk.Text(kWidth), width);
+    EXPECT_EQ(desk.Text(kLength), length);
+    EXPECT_EQ(desk.Text(kGap), gap);
+  };
+}
+
+TEST_F(RegisterDialog, StoresTwentiethPaperAndRejectsAnother) {
+  StoreDefaults(With(18));
+  const SettingsRecord left =
+      Ok(kPaperTab,
+         {Click(kRegister), ExpectTitle(kNew), ExpectShownSizes(u"58.0", u"68.0", u"3.0"),
+          Replace(kName, u"棚札"), Replace(kLength, u"30.5"), Replace(kGap, u"2.5"),
+          Select(kGrade, 2), Select(kDarkness, 4), Click(IDOK), ExpectSelected(kList, 0),
+          ExpectChanged(true), Click(kRegister),
+          CloseError(u"用紙登録数が既定値を超えます。\n"
+                     u"用紙の削除を行ってから、新しい用紙の登録を行って下さい。",
+                     kPage),
+          ExpectTitle(kPage), Select(kList, 19)})
+          .record;
+  EXPECT_EQ(left.Private.PaperID, 276);
+  EXPECT_EQ(left.Public.dmPaperLength, 305);
+  const PaperInfo stored = Stored(19);
+  EXPECT_EQ(stored.PaperName, std::u16string(u"棚札"));
+  EXPECT_EQ(stored.PaperKind, 2);
+  EXPECT_EQ(stored.Thickness, 5);
+  ExpectSizes(stored, 580, 305, 25, kMillimetre);
+  EXPECT_EQ(stored.EyeMarkSize, 30);
+  EXPECT_EQ(stored.PrintableLeft, 50);
+  EXPECT_EQ(stored.PrintableWidth, 480);
+  EXPECT_EQ(stored.PrintableHeight, 305);
+  EXPECT_EQ(stored.UserDef, 1);
+}
+
+TEST_F(RegisterDialog, GradeOfThePrinterDisablesDarknessList) {
+  Cancel(kPaperTab, {Click(kRegister), Select(kGrade, 3), ExpectText(kGrade, u"プリンタ設定に従う"),
+                     ExpectEnabled({kDarkness}, false), ExpectText(kDarkness, u"濃度3 普通"),
+                     Select(kGrade, 2), ExpectEnabled({kDarkness}), MoveInOpenList(kGrade, 1),
+                     ExpectEnabled({kDarkness}, false), Escape(), ExpectSelected(kGrade, 2),
+                     ExpectEnabled({kDarkness}), Click(IDCANCEL)});
+}
+
+TEST_F(RegisterDialog, FeedDirectionIsBlackOnWhiteInHighContrast) {
+  machine().SetHighContrast(true);
+  const std::vector<int> text = {IDC_PAPER_REGISTER_FEED_TEXT};
+  Cancel(
+      kPaperTab,
+      {Click(kRegister), ExpectEach(text, &platform::ControlView::background, COLORREF{0xFFFFFF}),
+       ExpectEach(text, &platform::ControlView::textColour, COLORREF{0}), Click(IDCANCEL)});
+}
+
+// Closing the list of reference papers chooses none, although one is selected.
+TEST_F(RegisterDialog, CancelChangesNothing) {
+  const DriverSettingsBlock block = With(2);
+  StoreDefaults(block);
+  Steps steps;
+  for (const Step& cancel : {Click(IDCANCEL), Close()}) {
+    steps += {Click(kRegister),
+              Replace(kName, u"New"),
+              Replace(kWidth, u"40.0"),
+              cancel,
+              ExpectTitle(kPage),
+              ExpectText(IDC_HELP_TEXT, kFirstHelpCursor),
+              Select(kList, 1),
+              Click(IDC_PAPER_EDIT),
+              Replace(kName, u"Renamed"),
+              Replace(kWidth, u"50.0"),
+              cancel,
+              Click(kFreeEdit),
+              Replace(kWidth, u"50.0"),
+              Click(kReference),
+              Select(kReferenceList, 1),
+              cancel,
+              ExpectText(kWidth, u"50.0"),
+              cancel};
+  }
+  const SettingsRecord left = Ok(kPaperTab, {steps, ExpectChanged(true), Select(kList, 0)}).record;
+  EXPECT_EQ(BytesOf(left.Private), BytesOf(block.Record.Private));
+  EXPECT_EQ(BytesOf(StoredPrinterPart(machine())), BytesOf(block.Printer));
+}
+
+TEST_F(RegisterDialog, EditedPaperKeepsItsSlotAndMayKeepItsName) {
+  DriverSettingsBlock block = With(2);
+  std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
+  StoreDefaults(block);
+  const std::u16string cut(63, u'x');
+  const std::u16string taken =
+      u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。";
+  Ok(kPaperTab, {ExpectItems(kList, {kStandard, cut, u"P2", kFree}),
+                 Select(kList, 1),
+                 Click(IDC_PAPER_EDIT),
+                 ExpectTitle(kEdit),
+                 ExpectText(kName, cut),
+                 ExpectEach({kName}, &platform::ControlView::textLimit, 63),
+                 ExpectHidden(kReference),
+                 ExpectEnabled({kReference}, false),
+                 Paste(kName, u"P2"),
+                 Focus(kWidth),
+                 Click(IDOK),
+                 CloseError(taken, kEdit),
+                 ExpectFocus(kName),
+                 ExpectText(kName, u"P2"),
+                 Paste(kName, u"p2"),
+                 Click(IDOK),
+                 Click(IDC_PAPER_EDIT),
+                 Click(IDOK),
+                 Click(kRegister),
+                 Paste(kName, kStandard),
+                 Click(IDOK),
+                 CloseError(taken, kNew),
+                 Click(IDCANCEL)});
+  EXPECT_EQ(Stored(1).PaperName, std::u16string(u"p2"));
+  ExpectSizes(Stored(1), 201, 680, 30, kMillimetre);
+  EXPECT_EQ(Stored(1).PaperName[kPaperNameLength - 1], 0) << "cleared to its end";
+}
+
+TEST_F(RegisterDialog, RejectedInputKeepsShownSizes) {
+  const auto rejected = [](int field, std::u16string message) {
+    Steps steps;
+    for (const int button : {IDOK, IDC_PAPER_REGISTER_WHOLE_LABEL}) {
+      // OK is the default button again after the focus has moved to the field.
+      steps += {Click(button), CloseError(message + u"にして下さい。", kNew), ExpectFocus(field),
+                [](Desk& desk) { EXPECT_TRUE(desk.Control(IDOK).defaultButton); }};
+    }
+    return steps;
+  };
+  Cancel(kPaperTab,
+         {Click(kRegister), Replace(kName, u"N"), Replace(kWidth, u"9.9"),
+          Replace(kLength, u"163.1"), rejected(kWidth, u"ラベルサイズの幅は、 10.0 ㎜ 以上"),
+          Replace(kWidth, u"12.3"), rejected(kLength, u"ラベルサイズの長さは、 163.0 ㎜ 以下"),
+          ExpectShownSizes(u"12.3", u"163.1", u"3.0"), Replace(kLength, u"68.0"),
+          Click(kInchButton), ExpectShownSizes(u"0.484", u"2.677", u"0.118"),
+          Replace(kGap, u"0.316"), rejected(kGap, u"ギャップのサイズは、 0.315 inch 以下"),
+          ExpectShownSizes(u"0.484", u"2.677", u"0.316"), Click(kMmButton),
+          ExpectShownSizes(u"12.3", u"68.0", u"8.0"), Click(IDCANCEL)});
+}
+
+// Each character of ".5" is rejected behind a complete number.
+TEST_F(RegisterDialog, TypedAndSteppedSizesAreStoredInTheShownUnit) {
+  Ok(kPaperTab,
+     {Click(kRegister), Replace(kName, u"N"), Replace(kWidth, u"12.3"), Spin(kWidthSpin, -3),
+      ExpectText(kWidth, u"12.0"), Type(kWidth, u".5"), ExpectText(kWidth, u"12.0"),
+      Replace(kWidth, u"45"), ExpectText(kWidth, u"45"), Replace(kGap, u"1"),
+      Spin(IDC_PAPER_REGISTER_GAP_SPIN, 100), Spin(IDC_PAPER_REGISTER_LENGTH_SPIN, 3),
+      ExpectShownSizes(u"45.0", u"68.3", u"8.0"), Click(kInchButton),
+      [](Desk& desk) { EXPECT_EQ(desk.Control(kWidth).textLimit, 5); },
+      ExpectRange(kWidthSpin, 394, 2283, 1772),
+      ExpectRange(IDC_PAPER_REGISTER_LENGTH_SPIN, 394, 6417, 2689), Spin(kWidthSpin, 2), Enter()});
+  ExpectSizes(Stored(1), 1774, 2689, 315, kInch);
+  EXPECT_EQ(Stored(1).EyeMarkSize, 118);
+}
+
+// The dialog edits millimetres and inches; dots and unknown units become millimetres.
+TEST_F(RegisterDialog, PaperInOtherUnitsThanInchesIsEditedInMillimetres) {
+  DriverSettingsBlock block = With(2);
+  for (const int slot : {1, 2}) {
+    block.Printer.Papers[slot].LabelWidth = 320;
+    block.Printer.Papers[slot].Unit = slot == 1 ? uint16_t{kDot} : uint16_t{77};
+  }
+  StoreDefaults(block);
+  Ok(kPaperTab, {Select(kList, 1), Click(IDC_PAPER_EDIT), ExpectChecked({kMmButton}),
+                 ExpectShownSizes(u"40.0", u"85.1", u"3.8"), Click(IDCANCEL), Select(kList, 2),
+                 Click(IDC_PAPER_EDIT), ExpectChecked({kMmButton}),
+                 ExpectShownSizes(u"32.0", u"68.0", u"3.0"), Click(IDOK)});
+  ExpectSizes(Stored(1), 320, 680, 30, kDot);
+  ExpectSizes(Stored(2), 320, 680, 30, kMillimetre);
+}
+
+TEST_F(RegisterDialog, DataReferenceCopiesSelectedPaperWithoutItsName) {
+  DriverSettingsBlock block = With(1);
+  block.Printer.Papers[1].PaperKind = kFollowPrinter;
+  block.Printer.Papers[1].GapSize = 44;
+  block.Printer.Papers[1].EyeMarkSize = 55;
+  block.Record.Private.FreePaper.LabelHeight = 999;
+  StoreDefaults(block);
+  Ok(kPaperTab,
+     {Select(kList, 1), Click(IDC_PAPER_REFERENCE), Click(kRegister), ExpectText(kName, u""),
+      ExpectShownSizes(u"20.1", u"68.0", u"4.4"), Replace(kName, u"Copy"), Click(IDOK),
+      Select(kList, 3), Click(kRegister), ExpectShownSizes(u"58.0", u"99.9", u"3.0"),
+      Click(IDCANCEL), Click(IDC_PAPER_REFERENCE), Click(kRegister),
+      ExpectShownSizes(u"58.0", u"68.0", u"3.0"), Click(IDCANCEL)});
+  EXPECT_EQ(Stored(2).PaperName, std::u16string(u"Copy"));
+  EXPECT_EQ(Stored(2).PaperKind, kFollowPrinter);
+  EXPECT_EQ(Stored(2).EyeMarkSize, 55);
+}
+
+// The whole-label view shows the copied paper, a square as wide as the box.
+TEST_F(RegisterDialog, FreeSizeCopiesReferencePaperInItsUnit) {
+  DriverSettingsBlock block = With(1);
+  PaperInfo& inch = block.Printer.Papers[1] = Paper(u"P1", 1500, 1500);
+  inch.PaperKind = kFollowPrinter;
+  inch.Thickness = 1;
+  inch.Unit = kInch;
+  block.Record.Private.FreePaper = Paper(u"An older name than this", 321);
+  StoreDefaults(block);
+  const Steps opened = {ExpectTitle(kEditFree), ExpectEnabled({kReference}),
+                        ExpectText(kName, kFree), ExpectEnabled({kName}, false)};
+  SettingsRecord left =
+      Ok(kPaperTab, {Select(kList, 2), Click(IDC_PAPER_EDIT), opened,
+                     ExpectShownSizes(u"32.1", u"68.0", u"3.0"), Replace(kWidth, u"32.2"),
+                     Click(IDOK), ExpectLabelWidth(kPicture, 57)})
+          .record;
+  PaperInfo expected = Paper(kFree, 322);  // the older name is cleared
+  EXPECT_EQ(BytesOf(left.Private.FreePaper), BytesOf(expected));
+  left = Ok(kPaperTab, {Click(kFreeEdit),
+                        opened,
+                        Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
+                        Click(kReference),
+                        ExpectTitle(u"参照用紙選択　"),
+                        ExpectItems(kReferenceList, {kStandard, u"P1"}),
+                        ExpectSelected(kReferenceList, 0),
+                        Click(IDOK),
+                        ExpectShownSizes(u"58.0", u"68.0", u"3.0"),
+                        Click(kReference),
+                        Select(kReferenceList, 1),
+                        Click(IDOK),
+                        ExpectText(kName, kFree),
+                        ExpectShownSizes(u"1.500", u"1.500", u"0.030"),
+                        ExpectChecked({kInchButton}),
+                        ExpectText(kDarkness, u"濃度1 薄い"),
+                        ExpectEnabled({kDarkness}, false),
+                        ExpectRange(kWidthSpin, 394, 2283, 1500),
+                        ExpectLabelWidth(kDialogPicture, 138),
+                        Click(IDOK),
+                        ExpectItems(kList, {kStandard, u"P1", kFree})})
+             .record;
+  inch.UserDef = 0;
+  EXPECT_EQ(BytesOf(left.Private.FreePaper), BytesOf(inch));
+  EXPECT_EQ(left.Public.dmPaperLength, 381);
+}
+
+// A button has its help when it is clicked, a field when it has the focus.
+TEST_F(RegisterDialog, TabMovesDownTheLeftSideAndUpdatesHelp) {
+  Cancel(kPaperTab, {Click(kRegister),
+                     Focus(kName),
+                     Tab(),
+                     ExpectFocus(kMmButton),
+                     ExpectHelp(u"用紙名"),
+                     Tab(),
+                     ExpectFocus(kWidth),
+                     ExpectHelp(u"10.0mmから58.0mm"),
+                     Tab(),
+                     ExpectFocus(kLength),
+                     ExpectHelp(u"10.0mmから163.0mm"),
+                     Click(kInchButton),
+                     ExpectHelp(u"インチ"),
+                     Focus(kGap),
+                     ExpectHelp(u"0.000inchから0.315inchです。通常は0.118inch"),
+                     Tab(),
+                     ExpectFocus(kGrade),
+                     ExpectHelp(u"印字濃度を設定"),
+                     Tab(),
+                     ExpectFocus(kDarkness),
+                     ExpectHelp(u"印字濃度レベル"),
+                     Tab(),
+                     ExpectFocus(IDC_PAPER_REGISTER_WHOLE_LABEL),
+                     Click(kMmButton),
+                     ExpectHelp(u"ミリメートル"),
+                     Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
+                     ExpectHelp(u"全体図を表示"),
+                     Tab(),
+                     ExpectFocus(IDOK),
+                     Click(IDCANCEL),
+                     Click(kFreeEdit),
+                     Click(kReference),
+                     Click(IDCANCEL),
+                     ExpectHelp(u"データ参照"),
+                     Click(IDCANCEL)});
+}
+
+}  // namespace
+}  // namespace kestrel
