@@ -1,28 +1,17 @@
 // The picture boxes of the page and the dialog, and the layout of the strip of labels.
-#include <algorithm>
+#include <tuple>
 
 #include "paper/preview_layout.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
-
-enum Shape { kWhite = -1, kBlack = -2, kMarker = -3, kCharacter = -4, kOther = -5 };
-// What is drawn into a box.
-struct Drawn {
-  int shape;  // a bitmap id or a Shape
-  RECT rect;
-  bool operator==(const Drawn&) const = default;
-};
-void PrintTo(const Drawn& drawn, std::ostream* out) {
-  const RECT& rect = drawn.rect;
-  *out << "shape " << drawn.shape << " at " << rect.left << ' ' << rect.top << ' ' << rect.right
-       << ' ' << rect.bottom;
-}
-
 namespace {
 
 using platform::DrawOp;
-using Drawing = std::vector<Drawn>;
+
+enum Shape { kWhite = -1, kBlack = -2, kMarker = -3, kCharacter = -4, kOther = -5 };
+// What is drawn into a box: a bitmap id or a Shape, and left, top, right and bottom.
+using Drawn = std::tuple<int, LONG, LONG, LONG, LONG>;
 
 int ShapeOf(const DrawOp& drawn) {
   using enum DrawOp::Kind;
@@ -32,29 +21,27 @@ int ShapeOf(const DrawOp& drawn) {
     return drawn.pen == RGB(255, 0, 0) && drawn.penStyle == PS_DOT ? kMarker : kOther;
   return drawn.brush == 0 ? kBlack : kWhite;
 }
-Drawing DrawingOf(Desk& desk, int box) {
-  Drawing drawing;
-  for (const DrawOp& drawn : desk.Control(box).drawing)
-    drawing.push_back({ShapeOf(drawn), drawn.rect});
+std::vector<Drawn> DrawingOf(Desk& desk, int box) {
+  std::vector<Drawn> drawing;
+  for (const DrawOp& drawn : desk.Control(box).drawing) {
+    const RECT& rect = drawn.rect;
+    drawing.emplace_back(ShapeOf(drawn), rect.left, rect.top, rect.right, rect.bottom);
+  }
   return drawing;
 }
-Step ExpectDrawing(int box, Drawing expected) {
+Step ExpectDrawing(int box, std::vector<Drawn> expected) {
   return [=](Desk& desk) { EXPECT_EQ(DrawingOf(desk, box), expected); };
 }
-// Expects the markers in the page's box, and nothing else after the first one.
-Step ExpectMarkers(std::vector<RECT> expected) {
+// Expects the markers in the page's box.
+Step ExpectMarkers(std::vector<Drawn> expected) {
   return [=](Desk& desk) {
-    const Drawing drawing = DrawingOf(desk, kPicture);
-    auto marker = std::ranges::find(drawing, int{kMarker}, &Drawn::shape);
-    for (const RECT& rect : expected) {
-      ASSERT_NE(marker, drawing.end());
-      EXPECT_EQ(*marker++, (Drawn{kMarker, rect}));
-    }
-    EXPECT_EQ(marker, drawing.end());
+    std::vector<Drawn> markers = DrawingOf(desk, kPicture);
+    std::erase_if(markers, [](const Drawn& drawn) { return std::get<0>(drawn) != kMarker; });
+    EXPECT_EQ(markers, expected);
   };
 }
 Step ExpectPicture(int box, int bitmap) {
-  return [=](Desk& desk) { EXPECT_EQ(DrawingOf(desk, box).back().shape, bitmap); };
+  return [=](Desk& desk) { EXPECT_EQ(std::get<0>(DrawingOf(desk, box).back()), bitmap); };
 }
 
 PaperInfo Label(int width, int length, int gap, int left, int printableWidth) {
@@ -65,9 +52,8 @@ PaperInfo Label(int width, int length, int gap, int left, int printableWidth) {
   paper.PrintableWidth = static_cast<int16_t>(printableWidth);
   return paper;
 }
-constexpr RECT kPageBox = {0, 0, 120, 189}, kDialogBox = {0, 0, 138, 246};
-// In the page's box 4 dots are a pixel: 60 × 120 pixels, a gap and eye-mark of 8 pixels. The first
-// label starts half a gap below the middle of the box.
+// In the page's box of 120 × 189 pixels, 4 dots are a pixel: 60 × 120 pixels, a gap and an eye-mark
+// of 8 pixels. The first label starts half a gap below the middle of the box.
 const PaperInfo kNarrow = Label(240, 480, 30, 0, 240);
 
 class Preview : public PaperTest {
@@ -86,26 +72,26 @@ TEST_F(Preview, PageShowsStripOfLabelsWithOrientation) {
   Store(kNarrow);
   // The picture is a square of half the width in the middle of the printable area.
   Cancel(kPaperTab,
-         {ExpectDrawing(kPicture, {{IDB_BACKGROUND, kPageBox},
-                                   {kWhite, {30, 98, 90, 218}},
-                                   {kBlack, {0, 98, 30, 106}},
-                                   {kBlack, {90, 98, 120, 106}},
-                                   {IDB_PORTRAIT, {45, 143, 75, 173}},
-                                   {kWhite, {30, 0, 90, 90}},
-                                   {IDB_PORTRAIT, {45, 15, 75, 45}}}),
+         {ExpectDrawing(kPicture, {{IDB_BACKGROUND, 0, 0, 120, 189},
+                                   {kWhite, 30, 98, 90, 218},
+                                   {kBlack, 0, 98, 30, 106},
+                                   {kBlack, 90, 98, 120, 106},
+                                   {IDB_PORTRAIT, 45, 143, 75, 173},
+                                   {kWhite, 30, 0, 90, 90},
+                                   {IDB_PORTRAIT, 45, 15, 75, 45}}),
           Click(IDC_PAPER_LANDSCAPE), ExpectPicture(kPicture, IDB_LANDSCAPE), Click(IDC_PAPER_FLIP),
           ExpectPicture(kPicture, IDB_LANDSCAPE_ROTATED), Click(IDC_PAPER_PORTRAIT),
           ExpectPicture(kPicture, IDB_PORTRAIT_ROTATED), GoTo(kVersionTab), GoTo(kPaperTab),
           ExpectPicture(kPicture, IDB_PORTRAIT_ROTATED),
-          ExpectDrawing(IDC_PAPER_FEED_PICTURE, {{IDB_FEED_DIRECTION, {0, 0, 24, 102}}}),
-          ExpectDrawing(IDC_PAPER_FEED_TEXT, {{kWhite, {0, 0, 24, 69}},
-                                              {kCharacter, {2, 2, 14, 14}},
-                                              {kCharacter, {2, 18, 14, 30}},
-                                              {kCharacter, {2, 34, 14, 46}},
-                                              {kCharacter, {2, 50, 14, 62}}})});
+          ExpectDrawing(IDC_PAPER_FEED_PICTURE, {{IDB_FEED_DIRECTION, 0, 0, 24, 102}}),
+          ExpectDrawing(IDC_PAPER_FEED_TEXT, {{kWhite, 0, 0, 24, 69},
+                                              {kCharacter, 2, 2, 14, 14},
+                                              {kCharacter, 2, 18, 14, 30},
+                                              {kCharacter, 2, 34, 14, 46},
+                                              {kCharacter, 2, 50, 14, 62}})});
   Store(Label(0, 0, 30, 0, 0));
-  Cancel(kPaperTab,
-         {Click(IDC_PAPER_WHOLE_LABEL), ExpectDrawing(kPicture, {{IDB_BACKGROUND, kPageBox}})});
+  Cancel(kPaperTab, {Click(IDC_PAPER_WHOLE_LABEL),
+                     ExpectDrawing(kPicture, {{IDB_BACKGROUND, 0, 0, 120, 189}})});
 }
 
 TEST_F(Preview, DialogShowsStripOfTypedSizesWithPrintableAreas) {
@@ -114,17 +100,17 @@ TEST_F(Preview, DialogShowsStripOfTypedSizesWithPrintableAreas) {
   Cancel(kPaperTab,
          {Click(kRegister), Replace(kWidth, u"55.2"), Replace(kLength, u"55.2"),
           Replace(kGap, u"4.0"), Click(IDC_PAPER_REGISTER_WHOLE_LABEL),
-          ExpectDrawing(kDialogPicture, {{IDB_BACKGROUND, kDialogBox},
-                                         {kWhite, {0, 89, 138, 227}},
-                                         {kWhite, {9, 89, 129, 227}},
-                                         {IDB_PORTRAIT, {39, 128, 99, 188}},
-                                         {kWhite, {0, 0, 138, 79}},
-                                         {kWhite, {9, 0, 129, 79}},
-                                         {IDB_PORTRAIT, {39, 0, 99, 40}},
-                                         {kWhite, {0, 237, 138, 375}},
-                                         {kWhite, {9, 237, 129, 246}}}),
-          ExpectDrawing(IDC_PAPER_REGISTER_FEED_PICTURE, {{IDB_FEED_DIRECTION, {0, 0, 24, 102}}}),
-          Focus(kGap), ExpectDrawing(kDialogPicture, {{IDB_SKETCH_GAP, kDialogBox}}),
+          ExpectDrawing(kDialogPicture, {{IDB_BACKGROUND, 0, 0, 138, 246},
+                                         {kWhite, 0, 89, 138, 227},
+                                         {kWhite, 9, 89, 129, 227},
+                                         {IDB_PORTRAIT, 39, 128, 99, 188},
+                                         {kWhite, 0, 0, 138, 79},
+                                         {kWhite, 9, 0, 129, 79},
+                                         {IDB_PORTRAIT, 39, 0, 99, 40},
+                                         {kWhite, 0, 237, 138, 375},
+                                         {kWhite, 9, 237, 129, 246}}),
+          ExpectDrawing(IDC_PAPER_REGISTER_FEED_PICTURE, {{IDB_FEED_DIRECTION, 0, 0, 24, 102}}),
+          Focus(kGap), ExpectDrawing(kDialogPicture, {{IDB_SKETCH_GAP, 0, 0, 138, 246}}),
           Click(IDCANCEL)});
 }
 
@@ -161,24 +147,31 @@ TEST_F(Preview, WholeLabelShowsTypedOffsetsAsMarkers) {
     return Steps{steps, Focus(kList), ExpectMarkers({}), Click(IDC_PAPER_WHOLE_LABEL)};
   };
   Store(kNarrow);  // half pixels are rounded up, negative ones too
-  Cancel(kPaperTab,
-         {show({{kVert, 20}, {IDC_PAPER_HORZ_BASE, 40}, {IDC_PAPER_TEAR_OFFSET, 80}}),
-          ExpectMarkers(
-              {{40, 103, 120, 103}, {40, 103, 40, 189}, {0, 98, 120, 98}, {0, 114, 120, 114}}),
-          Click(IDC_PAPER_PORTRAIT),
-          show({{kVert, -22},
-                {IDC_PAPER_HORZ_BASE, -300},
-                {IDC_PAPER_TEAR_OFFSET, -2},
-                {IDC_PAPER_PITCH_OFFSET, -6}}),
-          ExpectMarkers({{0, 93, 120, 93}, {0, 93, 0, 189}, {0, 97, 120, 97}, {0, 94, 120, 94}})});
+  Cancel(kPaperTab, {show({{kVert, 20}, {IDC_PAPER_HORZ_BASE, 40}, {IDC_PAPER_TEAR_OFFSET, 80}}),
+                     ExpectMarkers({{kMarker, 40, 103, 120, 103},
+                                    {kMarker, 40, 103, 40, 189},
+                                    {kMarker, 0, 98, 120, 98},
+                                    {kMarker, 0, 114, 120, 114}}),
+                     Click(IDC_PAPER_PORTRAIT),
+                     show({{kVert, -22},
+                           {IDC_PAPER_HORZ_BASE, -300},
+                           {IDC_PAPER_TEAR_OFFSET, -2},
+                           {IDC_PAPER_PITCH_OFFSET, -6}}),
+                     ExpectMarkers({{kMarker, 0, 93, 120, 93},
+                                    {kMarker, 0, 93, 0, 189},
+                                    {kMarker, 0, 97, 120, 97},
+                                    {kMarker, 0, 94, 120, 94}})});
   Store(Label(60, 60, 0, 0, 0));  // 2 pixels a dot; without a picture
   Cancel(kPaperTab, {show({{kVert, -300}, {IDC_PAPER_HORZ_BASE, 300}}),
-                     ExpectMarkers({{120, 0, 120, 0}, {120, 0, 120, 189}, {0, 94, 120, 94}})});
+                     ExpectMarkers({{kMarker, 120, 0, 120, 0},
+                                    {kMarker, 120, 0, 120, 189},
+                                    {kMarker, 0, 94, 120, 94}})});
   Store(kNarrow, kPeelMode, 1);  // the gap sensor: the pitch starts at the gap's upper edge
-  Cancel(
-      kPaperTab,
-      {show({{IDC_PAPER_PEEL_OFFSET, -40}}),
-       ExpectMarkers({{30, 98, 120, 98}, {30, 98, 30, 189}, {0, 90, 120, 90}, {0, 84, 120, 84}})});
+  Cancel(kPaperTab,
+         {show({{IDC_PAPER_PEEL_OFFSET, -40}}), ExpectMarkers({{kMarker, 30, 98, 120, 98},
+                                                               {kMarker, 30, 98, 30, 189},
+                                                               {kMarker, 0, 90, 120, 90},
+                                                               {kMarker, 0, 84, 120, 84}})});
 }
 
 // Returns the labels in a box 200 pixels wide.

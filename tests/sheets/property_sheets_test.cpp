@@ -81,43 +81,47 @@ class PropertySheets : public support::MachineTest {
   bool isPrinterSheet = false;
 };
 
+enum Outcome { kUnchanged, kCopied, kStored, kCopiedAndStored };
+
 TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
   constexpr struct {
-    bool isPrinterSheet;
     DWORD flags;  // of the header
     SessionMode session;
-    bool hasPermission, hasFonts, isCopied, isStored;
-  } kCases[] = {
-      {false, DM_COPY, kDocumentSession, true, true, true, false},
-      {false, DM_UPDATE, kDocumentSession, true, true, true, false},
-      {false, DM_PROMPT, kDocumentSession, true, true, false, false},
-      {false, DM_COPY | DM_ADVANCED | DM_USER_DEFAULT, kAdvancedSession, true, false, true, false},
-      {false, DM_COPY | DM_USER_DEFAULT, kUserDefaultSession, true, true, true, true},
-      {false, DM_COPY | DM_USER_DEFAULT | DM_NOPERMISSION, kUserDefaultSession, false, true, true,
-       false},
-      {true, 0, kPrinterSession, true, false, false, true},
-      {true, DPS_NOPERMISSION, kPrinterSession, false, false, false, true},
+    Outcome outcome;  // of OK
+  } kRows[] = {
+      {DM_COPY, kDocumentSession, kCopied},
+      {DM_UPDATE, kDocumentSession, kCopied},
+      {DM_PROMPT, kDocumentSession, kUnchanged},
+      {DM_COPY | DM_ADVANCED | DM_USER_DEFAULT, kAdvancedSession, kCopied},
+      {DM_COPY | DM_USER_DEFAULT, kUserDefaultSession, kCopiedAndStored},
+      {DM_COPY | DM_USER_DEFAULT | DM_NOPERMISSION, kUserDefaultSession, kCopied},
+      {0, kPrinterSession, kStored},
+      {DPS_NOPERMISSION, kPrinterSession, kStored},
   };
-  for (const auto& row : kCases) {
-    SCOPED_TRACE(row.flags);
-    isPrinterSheet = row.isPrinterSheet;
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(&row - kRows);
+    isPrinterSheet = row.session == kPrinterSession;
     document.fMode = row.flags;
     device.Flags = static_cast<WORD>(row.flags);
+    const bool copies = row.outcome == kCopied || row.outcome == kCopiedAndStored;
+    const bool stores = row.outcome == kStored || row.outcome == kCopiedAndStored;
+    const DWORD forbids = isPrinterSheet ? DWORD{DPS_NOPERMISSION} : DM_NOPERMISSION;
     output = {};
     machine().RemoveData(kPrinter, u"Private DevMode");
     const size_t broadcasts = machine().Broadcasts().size();
     ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
     EXPECT_EQ(session().mode, row.session);
-    EXPECT_EQ(session().permission, row.hasPermission);
-    EXPECT_EQ(session().fonts.Loaded, row.hasFonts);
+    EXPECT_EQ(session().permission, (row.flags & forbids) == 0);
+    EXPECT_EQ(session().fonts.Loaded,
+              row.session == kDocumentSession || row.session == kUserDefaultSession);
     EXPECT_EQ(session().tableError, kTablesClosed);
     PROPSHEETUI_INFO_HEADER header = {};
     EXPECT_EQ(Call(PROPSHEETUI_REASON_GET_INFO_HEADER, &header), 1);
     EXPECT_EQ(header.Flags, PSUIHDRF_NOAPPLYNOW | PSUIHDRF_PROPTITLE);
     EXPECT_EQ(header.IconID, 64062u);
-    EXPECT_EQ(header.pTitle == MAKEINTRESOURCEW(64717), row.isPrinterSheet);
+    EXPECT_EQ(header.pTitle == MAKEINTRESOURCEW(64717), isPrinterSheet);
     SettingsRecord& edited = session().block.Record;
-    EXPECT_EQ(edited.Private.nPrintSpeed, row.isPrinterSheet ? 1 : 2) << "default or input record";
+    EXPECT_EQ(edited.Private.nPrintSpeed, isPrinterSheet ? 1 : 2) << "default or input record";
     edited.Private.PaperID = kFreePaperId;
     session().block.Printer.Mecha = kPeelMode;
     for (const LONG result : {CPSUI_CANCEL, CPSUI_RESTARTWINDOWS}) {
@@ -126,11 +130,11 @@ TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
       EXPECT_FALSE(IsCopied() || IsStored());
     }
     EXPECT_EQ(SetResult(CPSUI_OK), 1);
-    EXPECT_EQ(IsCopied(), row.isCopied);
-    EXPECT_TRUE(!row.isCopied || BytesOf(output) == BytesOf(edited));
-    EXPECT_EQ(IsStored(), row.isStored);
-    EXPECT_EQ(machine().Broadcasts().size(), broadcasts + row.isStored);
-    if (row.isStored) {
+    EXPECT_EQ(IsCopied(), copies);
+    EXPECT_TRUE(!copies || BytesOf(output) == BytesOf(edited));
+    EXPECT_EQ(IsStored(), stores);
+    EXPECT_EQ(machine().Broadcasts().size(), broadcasts + stores);
+    if (stores) {
       EXPECT_EQ(support::StoredPrinterPart(machine()).Mecha, kPeelMode);
       EXPECT_EQ(machine().Broadcasts().back().message, UINT{WM_DEVMODECHANGE});
       EXPECT_EQ(machine().Broadcasts().back().text, kPrinter);
@@ -148,7 +152,7 @@ TEST_F(PropertySheets, PrintersFolderOfWindows2000OpensUserDefaults) {
     DEVMODEW* out;
     DWORD cbOut, mode;
     SessionMode session;
-  } cases[] = {
+  } rows[] = {
       {0, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kUserDefaultSession},
       {1, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kDocumentSession},
       {0, u"app.exe", &input.Public, 0, DM_COPY, kDocumentSession},
@@ -158,14 +162,14 @@ TEST_F(PropertySheets, PrintersFolderOfWindows2000OpensUserDefaults) {
       // Windows 2000 does not terminate a path that fills the buffer.
       {0, std::u16string(300, u'e'), &input.Public, 0, DM_COPY, kDocumentSession},
   };
-  for (const auto& row : cases) {
+  for (const auto& row : rows) {
     machine().SetOs({.major = 5, .minor = row.minor});
     machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + row.program);
     document.pdmOut = row.out;
     document.cbOut = row.cbOut;
     document.fMode = row.mode;
     ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
-    EXPECT_EQ(session().mode, row.session) << &row - cases;
+    EXPECT_EQ(session().mode, row.session) << &row - rows;
     EXPECT_EQ(calls[0].function,
               UINT{row.minor == 0 ? CPSFUNC_ADD_PCOMPROPSHEETUIW : CPSFUNC_ADD_HPROPSHEETPAGE});
     End();
