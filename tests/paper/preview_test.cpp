@@ -115,27 +115,17 @@ TEST_F(Preview, DialogShowsStripOfTypedSizesWithPrintableAreas) {
 }
 
 TEST_F(Preview, FocusedFieldShowsItsSketch) {
-  const auto sketches = [](int box, std::initializer_list<std::pair<int, int>> fields) {
-    Steps steps;
-    for (const auto& [field, bitmap] : fields) steps += {Focus(field), ExpectPicture(box, bitmap)};
-    return steps;
-  };
   Store(kNarrow);
-  Cancel(kPaperTab, sketches(kPicture, {{kVert, IDB_SKETCH_BASE_POINTS},
-                                        {IDC_PAPER_HORZ_BASE, IDB_SKETCH_BASE_POINTS},
-                                        {IDC_PAPER_TEAR_OFFSET, IDB_SKETCH_FEED_OFFSETS},
-                                        {IDC_PAPER_PITCH_OFFSET, IDB_SKETCH_PITCH_EYE_MARK},
-                                        {kList, IDB_PORTRAIT}}));
-  Store(kNarrow, kPeelMode, 1);
-  Cancel(kPaperTab, {sketches(kPicture, {{IDC_PAPER_PITCH_OFFSET, IDB_SKETCH_PITCH},
-                                         {IDC_PAPER_PEEL_OFFSET, IDB_SKETCH_FEED_OFFSETS}}),
-                     Click(kRegister),
-                     sketches(kDialogPicture, {{kName, IDB_BACKGROUND},
-                                               {kWidth, IDB_SKETCH_WIDTH},
-                                               {kLength, IDB_SKETCH_LENGTH},
-                                               {kGap, IDB_SKETCH_GAP},
-                                               {kGrade, IDB_BACKGROUND}}),
-                     Click(IDCANCEL)});
+  Cancel(kPaperTab,
+         {Focus(kVert), ExpectPicture(kPicture, IDB_SKETCH_BASE_POINTS),
+          Focus(IDC_PAPER_TEAR_OFFSET), ExpectPicture(kPicture, IDB_SKETCH_FEED_OFFSETS),
+          Focus(IDC_PAPER_PITCH_OFFSET), ExpectPicture(kPicture, IDB_SKETCH_PITCH_EYE_MARK),
+          Focus(kList), ExpectPicture(kPicture, IDB_PORTRAIT)});
+  Store(kNarrow, kPeelMode, 1);  // the gap sensor
+  Cancel(kPaperTab,
+         {Focus(IDC_PAPER_PITCH_OFFSET), ExpectPicture(kPicture, IDB_SKETCH_PITCH),
+          Click(kRegister), Focus(kWidth), ExpectPicture(kDialogPicture, IDB_SKETCH_WIDTH),
+          Focus(kGrade), ExpectPicture(kDialogPicture, IDB_BACKGROUND), Click(IDCANCEL)});
 }
 
 // Lines from the base point to the right and down, then across the box for pitch and tear-off or
