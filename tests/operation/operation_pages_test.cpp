@@ -157,18 +157,19 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
   SetHalftoneInfo(block, own);
   block.Record.Private.ColorAdjust.caContrast = 3;
   block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
-  constexpr struct {
-    uint16_t density;
-    LONG result;
-    bool permission;
-    DWORD dpi;  // 203 for an unknown density
-    int contrast;
-    WORD pattern;  // afterwards
-  } kCases[] = {{203, 1, true, 203, 17, 6},
-                {305, 1, true, 305, 17, 6},
-                {300, 0, true, 203, 3, 5},
-                {203, 1, false, 203, 17, 5}};
-  for (const auto& row : kCases) {
+  struct Case {
+    uint16_t density = 203;
+    LONG result = 1;
+    bool permission = true;
+    DWORD dpi = 203;    // received
+    int contrast = 17;  // afterwards
+    WORD pattern = 6;
+  };
+  constexpr Case kCases[] = {{},
+                             {.density = 305, .dpi = 305},
+                             {.density = 300, .result = 0, .contrast = 3, .pattern = 5},
+                             {.permission = false, .pattern = 5}};
+  for (const Case& row : kCases) {
     SCOPED_TRACE(&row - kCases);
     DriverSettingsBlock settings = block;
     settings.Printer.HeadDensity = row.density;

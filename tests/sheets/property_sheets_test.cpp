@@ -143,33 +143,36 @@ TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
   }
 }
 
-// The Printers folder of Windows 2000 calls with the mode of a document, one record for input and
+// The call of the Printers folder of Windows 2000: the mode of a document, one record for input and
 // output, and a cbOut of 0.
+struct FolderCall {
+  DWORD minor = 0;  // of Windows 5
+  std::u16string program = u"EXPLORER.EXE";
+  bool isOneRecord = true;
+  DWORD cbOut = 0;
+  DWORD mode = DM_COPY;
+  SessionMode session = kDocumentSession;
+};
+
 TEST_F(PropertySheets, PrintersFolderOfWindows2000OpensUserDefaults) {
-  const struct {
-    DWORD minor;  // of Windows 5: 2000 or XP
-    std::u16string program;
-    DEVMODEW* out;
-    DWORD cbOut, mode;
-    SessionMode session;
-  } rows[] = {
-      {0, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kUserDefaultSession},
-      {1, u"EXPLORER.EXE", &input.Public, 0, DM_COPY, kDocumentSession},
-      {0, u"app.exe", &input.Public, 0, DM_COPY, kDocumentSession},
-      {0, u"EXPLORER.EXE", &output.Public, 0, DM_COPY, kDocumentSession},
-      {0, u"EXPLORER.EXE", &input.Public, kRecordSize, DM_COPY, kDocumentSession},
-      {0, u"EXPLORER.EXE", &input.Public, 0, DM_ADVANCED, kAdvancedSession},
-      // Windows 2000 does not terminate a path that fills the buffer.
-      {0, std::u16string(300, u'e'), &input.Public, 0, DM_COPY, kDocumentSession},
+  const FolderCall rows[] = {
+      {.session = kUserDefaultSession},
+      {.minor = 1},  // Windows XP
+      {.program = u"app.exe"},
+      {.isOneRecord = false},
+      {.cbOut = kRecordSize},
+      {.mode = DM_ADVANCED, .session = kAdvancedSession},
+      {.program = std::u16string(300, u'e')},  // Windows 2000 does not terminate a truncated path
   };
-  for (const auto& row : rows) {
+  for (const FolderCall& row : rows) {
+    SCOPED_TRACE(&row - rows);
     machine().SetOs({.major = 5, .minor = row.minor});
     machine().SetExecutablePath(machine().windowsDirectory() + u"\\" + row.program);
-    document.pdmOut = row.out;
+    document.pdmOut = row.isOneRecord ? &input.Public : &output.Public;
     document.cbOut = row.cbOut;
     document.fMode = row.mode;
     ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
-    EXPECT_EQ(session().mode, row.session) << &row - rows;
+    EXPECT_EQ(session().mode, row.session);
     EXPECT_EQ(calls[0].function,
               UINT{row.minor == 0 ? CPSFUNC_ADD_PCOMPROPSHEETUIW : CPSFUNC_ADD_HPROPSHEETPAGE});
     End();
