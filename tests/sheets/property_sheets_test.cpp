@@ -110,6 +110,8 @@ TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
     machine().RemoveData(kPrinter, u"Private DevMode");
     const size_t broadcasts = machine().Broadcasts().size();
     ASSERT_EQ(Call(PROPSHEETUI_REASON_INIT), 1);
+    EXPECT_EQ(calls.at(0).function, UINT{CPSFUNC_ADD_HPROPSHEETPAGE});
+    EXPECT_EQ(calls.at(0).second, 0);
     EXPECT_EQ(session().mode, row.session);
     EXPECT_EQ(session().permission, (row.flags & forbids) == 0);
     EXPECT_EQ(session().fonts.Loaded,
