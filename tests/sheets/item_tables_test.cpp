@@ -55,6 +55,7 @@ TEST_F(ItemTables, HeaderItemOfAPageHasAnIconAndNoType) {
   EXPECT_EQ(item.pName, kResource);
   EXPECT_EQ(item.pOptType, nullptr);
   EXPECT_EQ(item.Sel, 64000);
+  EXPECT_EQ(item.HelpIndex, 0u);
   EXPECT_EQ(item.Flags, OPTIF_CALLBACK);
   EXPECT_EQ(item.DMPubID, 101);
 }
@@ -63,6 +64,7 @@ TEST_F(ItemTables, ComposedItemHasItsSelectionTypeAndExtension) {
   const OPTITEM boxed =
       ComposeItem(session, {2, kResource, 33, &kBox, nullptr}, kId, kGivenSelection, 5);
   EXPECT_EQ(boxed.Sel, 5);
+  EXPECT_EQ(boxed.HelpIndex, 33u);
   EXPECT_EQ(boxed.pOptType, tables.types.start);
   ASSERT_NE(boxed.pExtChkBox, nullptr);
   EXPECT_EQ(boxed.pExtChkBox->pTitle, std::u16string(u"box"));
