@@ -133,6 +133,7 @@ TEST_F(PropertySheets, OkCopiesDocumentsAndStoresDefaults) {
     }
     EXPECT_EQ(SetResult(CPSUI_OK), 1);
     EXPECT_EQ(IsCopied(), copies);
+    EXPECT_EQ(edited.Public.dmPaperSize == kFreePaperId, row.outcome != kUnchanged) << "refreshed";
     EXPECT_TRUE(!copies || BytesOf(output) == BytesOf(edited));
     EXPECT_EQ(IsStored(), stores);
     EXPECT_EQ(machine().Broadcasts().size(), broadcasts + stores);
