@@ -215,7 +215,7 @@ DWORD queryResult;
 template <BYTE kFilling, DWORD kSize>
 DWORD WINAPI FakeQuery(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWORD* status) {
   EXPECT_EQ(name, std::u16string(kPrinter));
-  EXPECT_TRUE(outSize == kSize && *size == kSize && status != nullptr);
+  EXPECT_TRUE(outSize == kSize && *size == kSize && *status == 0);
   EXPECT_EQ(std::string(out, out + outSize), std::string(outSize, char(kFilling)));
   EXPECT_EQ(platform::Machine::Current().desk().Cursor(), LoadCursorW(nullptr, IDC_WAIT));
   reply.copy(reinterpret_cast<char*>(out), outSize);
