@@ -81,6 +81,9 @@ TEST_F(ItemTables, ComposedItemHasItsSelectionTypeAndExtension) {
 
 TEST_F(ItemTables, FullTableSetsItsErrorAndAcceptsNothingElse) {
   EXPECT_EQ(tables.items.capacity, 5) << "the base and one for each dialog page";
+  EXPECT_EQ(tables.types.capacity, 4);
+  EXPECT_EQ(tables.params.capacity, 3);
+  EXPECT_EQ(tables.halftones.capacity, 2);
   ExpectOverflow(tables.checkBoxes, kCheckBoxTableFull, [&] { AddExtCheckBox(session, kBox); });
   ExpectOverflow(tables.pushes, kPushTableFull, [&] { AddExtPush(session, kPush); });
   ExpectOverflow(tables.items, kItemTableFull, [&] { AddOptItem(session, {}); });
