@@ -124,12 +124,13 @@ TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
 
 TEST_F(PaperPage, EscInOpenListRestoresSelectedPaper) {
   StoreDefaults(With(2));
-  const auto closeWith = [&](const Step& key) {
-    return Ok(kPaperTab, {Select(kList, 0), MoveInOpenList(kList, 2), key, GoTo(kVersionTab)})
+  const auto closeWith = [&](const Step& key, int labelWidth) {
+    return Ok(kPaperTab, {Select(kList, 0), MoveInOpenList(kList, 2), key,
+                          ExpectLabelWidth(kPicture, labelWidth), GoTo(kVersionTab)})
         .record.Private.PaperID;
   };
-  EXPECT_EQ(closeWith(Escape()), 257);
-  EXPECT_EQ(closeWith(Enter()), 259);
+  EXPECT_EQ(closeWith(Escape(), 102), 257);
+  EXPECT_EQ(closeWith(Enter(), 36), 259);
 }
 
 Steps Delete(std::u16string name, int button = IDOK) {

@@ -133,6 +133,9 @@ TEST_F(PaperRules, FirstSizeOutsideItsLimitsFails) {
     sizes.*row.size = row.maximum;
   }
   EXPECT_EQ(message(), 0u);
+  EXPECT_EQ(limits.printableLeft.minimum, 0);
+  EXPECT_EQ(limits.printableLeft.maximum, 440);
+  EXPECT_EQ(limits.printableTop.minimum, 0);
   PaperLimits other = BuildPaperLimits(305, kInch);
   EXPECT_EQ(other.eyeMark.maximum, 323);
   ConvertPaperLimits(other, kInch, kMillimetre);
