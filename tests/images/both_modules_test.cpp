@@ -4,47 +4,36 @@
 #include "tests/support/steps.h"
 #include "tests/support/test_machine.h"
 
+namespace support {
 namespace {
 
-using support::Exports;
-
-// The shipped file for the machine of this process.
-constexpr const char* kImage =
-    sizeof(void*) == 8 ? "../../windows/x64/QM610rDRV1.dll" : "../../windows/x86/QM610rDRV1.dll";
-
-class BothModules : public support::MachineTest {
- protected:
-  HMODULE Load() {
-    const std::u16string path = machine_->driverDirectory() + u"\\3\\image.dll";
-    machine_->InstallModule(path, support::Built(kImage));
-    return LoadLibraryW(path.c_str());
-  }
-
-  kestrel::Module image_{Load()};
-  Exports ofImage_{image_.get()};
-  support::OpenedPrinter printer_;
-  std::u16string name_ = support::kPrinter;
-};
-
 struct ThrowingUser : platform::User {
-  bool Act(platform::Desk&) override { throw std::runtime_error("a user's mistake"); }
+  bool Act(Desk&) override { throw std::runtime_error("a user's mistake"); }
 };
 
 LONG_PTR CALLBACK ThrowingHost(HANDLE, UINT, LPARAM, LPARAM) {
   throw std::runtime_error("a host's mistake");
 }
 
-TEST_F(BothModules, ExceptionOfCallbackIsRethrownAfterTheExport) {
-  for (const Exports* module : {&exports_, &ofImage_}) {
+TEST_F(MachineTest, ExceptionOfCallbackIsRethrownAfterTheExport) {
+  const std::string image =
+      std::string("../../windows/") + (sizeof(void*) == 8 ? "x64" : "x86") + "/QM610rDRV1.dll";
+  const std::u16string path = machine().driverDirectory() + u"\\3\\image.dll";
+  machine().InstallModule(path, Built(image));
+  const kestrel::Module shipped(LoadLibraryW(path.c_str()));
+  const Exports exportsOfImage(shipped.get());
+  const OpenedPrinter printer;
+  std::u16string name = kPrinter;
+  const Exports* const modules[] = {&exports_, &exportsOfImage};
+  for (const Exports* module : modules) {
     ThrowingUser user;
-    const support::AttachedUser seat(user);
+    const AttachedUser seat(user);
     EXPECT_EQ(
-        module->DrvDocumentProperties(nullptr, printer_, name_.data(), nullptr, nullptr, DM_PROMPT),
+        module->DrvDocumentProperties(nullptr, printer, name.data(), nullptr, nullptr, DM_PROMPT),
         LONG{CPSUI_CANCEL});
     EXPECT_THROW(platform::RethrowPendingException(), std::runtime_error);
-
-    DOCUMENTPROPERTYHEADER header = {sizeof header, 0,       printer_, name_.data(),
-                                     nullptr,       nullptr, 0,        DM_PROMPT};
+    DOCUMENTPROPERTYHEADER header = {sizeof header, 0,       printer, name.data(),
+                                     nullptr,       nullptr, 0,       DM_PROMPT};
     const auto param = reinterpret_cast<LPARAM>(&header);
     PROPSHEETUI_INFO info = {sizeof info, 0, 0, 0, nullptr, platform::Guarded<ThrowingHost>::Call,
                              param,       0, 0};
@@ -54,3 +43,4 @@ TEST_F(BothModules, ExceptionOfCallbackIsRethrownAfterTheExport) {
 }
 
 }  // namespace
+}  // namespace support
