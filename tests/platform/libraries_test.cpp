@@ -13,26 +13,25 @@
 namespace support {
 namespace {
 
-// A sheet of three pages with templates of the module. Logs the calls of the pages and of the
-// property-sheet function.
-class SheetTest : public MachineTest {
+// A sheet of three pages with templates of the module.
+class PropertySheet : public MachineTest {
  protected:
-  // The calls after the initial ones, and the result.
-  std::string Show(Steps steps) {
+  // A page, named by its template, and its notification; or 0 and the reason of a call of the
+  // property-sheet function.
+  using Events = std::vector<std::pair<int, UINT>>;
+
+  // Shows the sheet. Returns its result.
+  DWORD Show(Steps steps) {
     test = this;
-    log.clear();
     DWORD result = 0xABCD;
     const auto show = [&] { return CommonPropertySheetUIW(nullptr, Function, 77, &result); };
     EXPECT_EQ(RunSteps(std::move(steps), show), 1);
     EXPECT_EQ(platform::LivePropertySheetPages(), 0);
-    const std::string start = "INIT HEADER 110INIT 110SETACTIVE ";
-    EXPECT_TRUE(log.starts_with(start)) << log;
-    return log.substr(start.size()) + "-> " + std::to_string(result);
+    return result;
   }
 
   static LONG CALLBACK Function(PPROPSHEETUI_INFO info, LPARAM param) {
-    static constexpr const char* kNames[] = {"INIT ", "HEADER ", "DESTROY ", "RESULT "};
-    test->log += kNames[info->Reason];
+    test->events.emplace_back(0, info->Reason);
     if (info->Reason == PROPSHEETUI_REASON_INIT) {
       test->sheet = *info;
       for (const int id : {IDD_OPERATION, IDD_UTILITY, IDD_VERSION}) {
@@ -43,7 +42,7 @@ class SheetTest : public MachineTest {
         page.pfnDlgProc = PageProc;
         page.lParam = id;
         const auto made = reinterpret_cast<LPARAM>(CreatePropertySheetPageW(&page));
-        test->last = test->Call(CPSFUNC_ADD_HPROPSHEETPAGE, made, 0);
+        test->lastPage = test->Call(CPSFUNC_ADD_HPROPSHEETPAGE, made, 0);
       }
     }
     if (info->Reason == PROPSHEETUI_REASON_GET_INFO_HEADER) {
@@ -58,72 +57,65 @@ class SheetTest : public MachineTest {
   LONG_PTR Call(UINT function, LPARAM one, LPARAM other) {
     return sheet.pfnComPropSheet(sheet.hComPropSheet, function, one, other);
   }
-
   static INT_PTR CALLBACK PageProc(HWND page, UINT message, WPARAM, LPARAM lParam) {
-    if (message == WM_INITDIALOG) {
-      const LPARAM id = reinterpret_cast<PROPSHEETPAGEW*>(lParam)->lParam;
-      SetWindowLongPtrW(page, DWLP_USER, id);
-      test->log += std::to_string(id) + "INIT ";
-      SendMessageW(GetParent(page), PSM_CHANGED, reinterpret_cast<WPARAM>(page), 0);
-    }
-    if (message == WM_COMMAND && GetFocus() == nullptr) test->log += "left ";
-    if (message != WM_NOTIFY) return FALSE;
-    static constexpr const char* kNames[] = {"SETACTIVE", "KILLACTIVE", "APPLY", "RESET"};
-    const auto& notification = *reinterpret_cast<const PSHNOTIFY*>(lParam);
-    test->log +=
-        std::to_string(GetWindowLongPtrW(page, DWLP_USER)) +
-        (notification.hdr.code == PSN_QUERYCANCEL ? "QUERYCANCEL"
-                                                  : kNames[PSN_FIRST - notification.hdr.code]);
-    test->log += (notification.hdr.code == PSN_RESET && notification.lParam != 0 ? "-BOX " : " ");
-    if (notification.hdr.code == PSN_APPLY) test->Call(CPSFUNC_SET_RESULT, test->last, CPSUI_OK);
-    SetWindowLongPtrW(page, DWLP_MSGRESULT, test->refuse);
+    if (message == WM_INITDIALOG)
+      SetWindowLongPtrW(page, DWLP_USER, reinterpret_cast<PROPSHEETPAGEW*>(lParam)->lParam);
+    if (message != WM_NOTIFY && message != WM_INITDIALOG) return FALSE;
+    const UINT code = message == WM_NOTIFY ? reinterpret_cast<NMHDR*>(lParam)->code : message;
+    test->events.emplace_back(GetWindowLongPtrW(page, DWLP_USER), code);
+    if (code == PSN_APPLY) test->Call(CPSFUNC_SET_RESULT, test->lastPage, CPSUI_OK);
+    SetWindowLongPtrW(page, DWLP_MSGRESULT, test->refuses);
     return TRUE;
   }
 
-  static inline SheetTest* test = nullptr;
-  std::string log;
-  bool refuse = false;
+  static inline PropertySheet* test = nullptr;
+  Events events;
+  bool refuses = false;
   PROPSHEETUI_INFO sheet = {};
-  LONG_PTR last = 0;  // the handle of the last page
+  LONG_PTR lastPage = 0;
 };
 
-TEST_F(SheetTest, ActivePageMayRefuseBeforeAllShownPagesAreNotified) {
+// A page is created when it is shown first. Pages that were shown apply in page order.
+TEST_F(PropertySheet, ActivePageMayRefuseBeforeShownPagesApply) {
   const auto look = [&](Desk& desk) {
     EXPECT_EQ(desk.Windows().back().title, u"プリンタのプロパティ");
     EXPECT_EQ(desk.FocusedId(), IDC_OPERATION_COLOR_BLACK) << "the page's first control";
-  };
-  EXPECT_EQ(Show({look, GoTo(2), GoTo(0), GoTo(1), PressOk()}),
-            "110KILLACTIVE 145INIT 145SETACTIVE 145KILLACTIVE 110SETACTIVE "
-            "110KILLACTIVE 153INIT 153SETACTIVE left 153KILLACTIVE 110APPLY RESULT "
-            "153APPLY RESULT 145APPLY RESULT DESTROY -> 1");
-  EXPECT_EQ(Call(CPSFUNC_SET_RESULT, last, CPSUI_OK), 0) << "the handle of a closed one";
-  EXPECT_EQ(Show({GoTo(1), PressCancel()}),
-            "110KILLACTIVE 153INIT 153SETACTIVE "
-            "left 153QUERYCANCEL 110RESET 153RESET DESTROY -> 0");
-  const auto refused = [&](Desk& desk) {
-    refuse = true;
+    events.clear();
+    refuses = true;
     EXPECT_FALSE(desk.Page(1) || desk.Press(platform::SheetButton::kOk) || desk.Close());
-    refuse = false;
+    refuses = false;
   };
-  EXPECT_EQ(Show({refused, Close()}),
-            "110KILLACTIVE 110KILLACTIVE 110QUERYCANCEL "
-            "110QUERYCANCEL 110RESET-BOX DESTROY -> 0");
-  EXPECT_EQ(CommonPropertySheetUIW(nullptr, DrvDocumentPropertySheets, 0, nullptr), CPSUI_CANCEL)
-      << "without a header it refuses to begin";
-  const int local = 0;
-  EXPECT_EQ(CommonPropertySheetUIW(nullptr, Function, reinterpret_cast<LPARAM>(&local), nullptr),
-            ERR_CPSUI_INVALID_LPARAM)
-      << "a parameter on the stack";
+  EXPECT_EQ(Show({look, GoTo(2), GoTo(0), PressOk()}), DWORD{CPSUI_OK});
+  const Events expected = {{IDD_OPERATION, PSN_KILLACTIVE},    {IDD_OPERATION, PSN_KILLACTIVE},
+                           {IDD_OPERATION, PSN_QUERYCANCEL},   {IDD_OPERATION, PSN_KILLACTIVE},
+                           {IDD_VERSION, WM_INITDIALOG},       {IDD_VERSION, PSN_SETACTIVE},
+                           {IDD_VERSION, PSN_KILLACTIVE},      {IDD_OPERATION, PSN_SETACTIVE},
+                           {IDD_OPERATION, PSN_KILLACTIVE},    {IDD_OPERATION, PSN_APPLY},
+                           {0, PROPSHEETUI_REASON_SET_RESULT}, {IDD_VERSION, PSN_APPLY},
+                           {0, PROPSHEETUI_REASON_SET_RESULT}, {0, PROPSHEETUI_REASON_DESTROY}};
+  EXPECT_EQ(events, expected);
+  EXPECT_EQ(Call(CPSFUNC_SET_RESULT, lastPage, CPSUI_OK), 0) << "the sheet is closed";
+}
+
+TEST_F(PropertySheet, CancelResetsShownPages) {
+  const auto forget = [&](Desk&) { events.clear(); };
+  EXPECT_EQ(Show({GoTo(1), forget, PressCancel()}), DWORD{CPSUI_CANCEL});
+  EXPECT_EQ(events, Events({{IDD_UTILITY, PSN_QUERYCANCEL},
+                            {IDD_OPERATION, PSN_RESET},
+                            {IDD_UTILITY, PSN_RESET},
+                            {0, PROPSHEETUI_REASON_DESTROY}}));
 }
 
 class FileDialogTest : public MachineTest {
  protected:
   static constexpr int kName = 1148, kFiles = 1120;
 
-  // Returns the chosen file, or u"". With an initial name the dialog is for saving.
-  std::u16string Choose(Steps steps, const char16_t* start = u"", DWORD size = MAX_PATH) {
+  FileDialogTest() {
     for (const auto* name : {u"a.ini", u"plain", u"note.txt", u"ソ表\\b.ini"})
       machine().WriteFile(std::u16string(u"C:\\data\\") + name, "x");
+  }
+  // Returns the chosen file, or u"". With an initial name the dialog is for saving.
+  std::u16string Choose(Steps steps, const char16_t* start = u"", DWORD size = MAX_PATH) {
     WCHAR file[MAX_PATH] = {};
     std::u16string(start).copy(file, MAX_PATH);
     OPENFILENAMEW request = {};
@@ -171,55 +163,41 @@ TEST_F(FileDialogTest, SaveConfirmsBeforeOverwriting) {
 }
 
 TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
-  const struct {
-    const char16_t* path;
-    SHORT hidden, shown;  // results for a buffer of 6 units
-    const char16_t* title;
-  } rows[] = {{u"C:\\d\\a.ini", 0, 0, u"a"},
-              {u"C:a.b.i", 0, 0, u"a.b"},
-              {u"/.ini", 0, 0, u".ini"},
-              {u"plain", 0, 0, u"plain"},
-              {u"12345.ini", 0, 10, u"12345"},
-              {u"123456.i", 7, 9, u""},
-              {u"", -1, -1, u""},
-              {u"C:\\d\\", -1, -1, u""},
-              {u"C:", -1, -1, u""},
-              {u"a*.ini", -1, -1, u""},
-              {u"[a].ini", -1, -1, u""},
-              {u"a<.ini", -1, -1, u""},
-              {u"a\x1F.ini", -1, -1, u""}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(testing::PrintToString(std::u16string(row.path)));
-    machine().SetHidesExtensions(true);
-    WCHAR title[6] = {};
-    EXPECT_EQ(GetFileTitleW(row.path, title, 6), row.hidden);
-    EXPECT_EQ(title, std::u16string(row.title));
-    machine().SetHidesExtensions(false);
-    EXPECT_EQ(GetFileTitleW(row.path, title, 6), row.shown);
-  }
+  WCHAR title[6] = {};
+  EXPECT_EQ(GetFileTitleW(u"C:\\d\\a.b.ini", title, 6), 0);
+  EXPECT_EQ(title, std::u16string(u"a.b"));
+  EXPECT_EQ(GetFileTitleW(u"/.ini", title, 6), 0);
+  EXPECT_EQ(title, std::u16string(u".ini")) << "a name of an extension alone";
+  EXPECT_EQ(GetFileTitleW(u"123456.i", title, 6), 7) << "the required size";
+  for (const char16_t* invalid : {u"", u"C:\\d\\", u"a*.ini", u"[a].ini", u"a\x1F.ini"})
+    EXPECT_EQ(GetFileTitleW(invalid, title, 6), -1);
+  machine().SetHidesExtensions(false);
+  EXPECT_EQ(GetFileTitleW(u"12345.ini", title, 6), 10);
 }
 
-TEST_F(MachineTest, HalftoneValuesAreStoredWhenConfirmed) {
-  // The k-th row has the field 2101 + k.
+// The k-th field of the dialog has the id 2101 + k.
+TEST_F(MachineTest, HalftoneDialogStoresConfirmedFieldsInTheirRange) {
   constexpr int kContrast = 2101, kBrightness = 2102, kRed = 2105, kNegative = 2111, kReset = 2400;
-  COLORADJUSTMENT of = {23, 0, 77, 10000, 10000, 10000, 0, 10000, 300, 0, 0, 0};
-  // The result, then size, light, contrast, brightness, red, green and flags.
+  COLORADJUSTMENT value = {sizeof value, 0, 0, 10000, 10000, 10000, 0, 10000, 300, 0, 0, 0};
+  const COLORADJUSTMENT before = value;
   const auto adjust = [&](Steps steps, BOOL permission = TRUE) {
-    const LONG answer = RunSteps(std::move(steps), [&] {
-      return HTUI_ColorAdjustmentW(nullptr, nullptr, nullptr, &of, TRUE, permission);
+    return RunSteps(std::move(steps), [&] {
+      return HTUI_ColorAdjustmentW(nullptr, nullptr, nullptr, &value, TRUE, permission);
     });
-    return std::vector<int>{answer,          of.caSize,     of.caIlluminantIndex, of.caContrast,
-                            of.caBrightness, of.caRedGamma, of.caGreenGamma,      of.caFlags};
   };
   const auto locked = ExpectEnabled({kContrast, kNegative, kReset, IDOK}, false);
-  EXPECT_EQ(adjust({locked, Escape()}, FALSE)[0] + adjust({Replace(kRed, u"7"), Close()})[0], 0);
-  EXPECT_EQ(adjust({Click(IDOK)}), (std::vector<int>{1, 24, 77, 300, 0, 10000, 10000, 0}))
-      << "a wrong size is corrected, unchanged fields keep their values";
-  const Steps dark = {Replace(kBrightness, u"-100"), Replace(kRed, u"65000"), Select(kNegative, 1)};
-  const Steps bad = {Replace(kContrast, u"-999"), Tab(), ExpectText(kContrast, u"-100")};
-  EXPECT_EQ(adjust({dark, bad, Replace(kContrast, u"-"), Enter()}),
-            (std::vector<int>{1, 24, 77, 300, -100, 65000, 10000, CA_NEGATIVE}));
-  EXPECT_EQ(adjust({Click(kReset), Click(IDOK)})[3], 0);
+  EXPECT_EQ(adjust({locked, Escape()}, FALSE), 0);
+  EXPECT_EQ(adjust({Replace(kRed, u"7"), Close()}), 0);
+  EXPECT_EQ(adjust({Click(IDOK)}), 0) << "an unchanged value may be outside the range";
+  EXPECT_EQ(std::memcmp(&value, &before, sizeof before), 0);
+  EXPECT_EQ(adjust({Replace(kRed, u"65000"), Select(kNegative, 1), Replace(kContrast, u"-999"),
+                    Tab(), ExpectText(kContrast, u"-100"), Replace(kBrightness, u"5"), Enter()}),
+            1);
+  EXPECT_EQ(value.caContrast, -100);
+  EXPECT_EQ(value.caRedGamma, 65000);
+  EXPECT_EQ(value.caFlags, CA_NEGATIVE);
+  EXPECT_EQ(adjust({Click(kReset), Click(IDOK)}), 1);
+  EXPECT_EQ(value.caBrightness, 0);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Modules, heaps, code page 932, texts and paths.
+// Modules, heaps, code pages, texts and paths.
 #include <windows.h>
 #include <shellapi.h>
 
@@ -18,51 +18,32 @@ using System = support::MachineTest;
 
 INT_PTR WINAPI Answer() { return 7; }
 
-TEST_F(System, ModulesAreFoundByNameAndCounted) {
+TEST_F(System, ModuleIsFoundByNameAndCounted) {
   machine().RegisterModule(u"QM610rLIB.DLL", {{"Entry", Answer}});
-  const HMODULE first = LoadLibraryW(u"C:\\anywhere\\qm610rlib.dll");
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(LoadLibraryW(u"c:\\ANYWHERE\\QM610rLIB"), first);
-  EXPECT_EQ(machine().OpenModules(), 3);
-  EXPECT_EQ(GetProcAddress(first, "entry"), nullptr) << "names of entries have their case";
-  EXPECT_EQ(GetProcAddress(first, reinterpret_cast<LPCSTR>(1)), nullptr);
-  EXPECT_TRUE(FreeLibrary(first));
-  machine().UnregisterModule(u"QM610rLIB.DLL");
-  EXPECT_EQ(GetProcAddress(first, "Entry"), FARPROC{Answer}) << "still loaded";
-  EXPECT_TRUE(FreeLibrary(first) && !FreeLibrary(first));
-  for (const char16_t* missing : {u"C:\\anywhere\\comdlg32.dll", u"QM610rLIB.DLL"})
-    EXPECT_EQ(LoadLibraryW(missing), nullptr);
+  const HMODULE module = LoadLibraryW(u"C:\\anywhere\\qm610rlib.dll");
+  EXPECT_EQ(LoadLibraryW(u"c:\\ANYWHERE\\QM610rLib"), module);
+  EXPECT_EQ(GetProcAddress(module, "entry"), nullptr) << "names of entries have their case";
+  EXPECT_TRUE(FreeLibrary(module));
+  EXPECT_EQ(GetProcAddress(module, "Entry"), FARPROC{Answer}) << "still loaded";
+  EXPECT_TRUE(FreeLibrary(module) && !FreeLibrary(module));
+  EXPECT_EQ(LoadLibraryW(u"C:\\anywhere\\comdlg32.dll"), nullptr);
   EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
-  FreeLibrary(module_);
-  module_ = LoadLibraryW(u"qm610rdrv1");
-  EXPECT_NE(module_, nullptr) << "in the driver's directory";
   machine().WriteFile(u"C:\\WINDOWS\\broken.dll", "no library");
   EXPECT_EQ(LoadLibraryW(u"broken"), nullptr);
-  machine().faults.FailNth(Fault::kModule, 1);
-  EXPECT_EQ(LoadLibraryW(u"qm610rdrv1"), nullptr);
+  EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT);
 }
 
 TEST_F(System, DestroyedHeapFreesItsBlocks) {
   const HANDLE heap = HeapCreate(0, 0, 0);
-  auto* block = static_cast<BYTE*>(HeapAlloc(heap, HEAP_ZERO_MEMORY, 100));
-  ASSERT_NE(block, nullptr);
-  EXPECT_EQ(block[99], 0);
+  void* const block = HeapAlloc(heap, 0, 0);
+  EXPECT_NE(HeapAlloc(heap, 0, 0), block) << "even an empty block has its own address";
   EXPECT_FALSE(HeapFree(GetProcessHeap(), 0, block)) << "a block of another heap";
-  EXPECT_NE(HeapAlloc(heap, 0, 0), HeapAlloc(heap, 0, 0));
-  EXPECT_EQ(machine_->LiveAllocations(), 3);
+  EXPECT_EQ(machine_->LiveAllocations(), 2);
   EXPECT_TRUE(HeapFree(heap, 0, block));
   EXPECT_DEATH(HeapFree(heap, 0, block), "no heap holds");
   EXPECT_TRUE(HeapDestroy(heap) && !HeapDestroy(heap) && !HeapDestroy(GetProcessHeap()));
   EXPECT_EQ(HeapAlloc(heap, 0, 1), nullptr);
   EXPECT_EQ(machine_->LiveHeaps() + machine_->LiveAllocations(), 0);
-  machine_->faults.FailNth(Fault::kAllocation, 1);
-  EXPECT_EQ(HeapCreate(0, 0, 0), nullptr);
-}
-
-TEST_F(System, OnlyTheNewestCallsAreRecorded) {
-  for (int i = 1; i <= 100; ++i) ShellExecuteW(nullptr, u"open", u"x", nullptr, nullptr, i);
-  EXPECT_EQ(machine_->ShellCalls().front().show, 37);
-  EXPECT_EQ(machine_->ShellCalls().back().number, 100);
 }
 
 TEST(CodePage, Page932MatchesTheSystem) {
@@ -76,7 +57,6 @@ TEST(CodePage, Page932MatchesTheSystem) {
   // Undefined bytes.
   EXPECT_EQ(FromCp932("\x83 a\x81\xFF\x85\x40z\xFD\xFE\xFF\xA0\x83"),
             u"\x30FB a\x30FB\xF8F3\x30FBz\xF8F1\xF8F2\xF8F3\xA0\x30FB");
-  EXPECT_EQ(FromCp932({"\x83\0", 2}), std::u16string(u"\x30FB\0", 2));
   int forms = 0;
   for (WCHAR unit = 1; unit != 0; ++unit) {
     bool lossless = false;
@@ -87,60 +67,40 @@ TEST(CodePage, Page932MatchesTheSystem) {
   EXPECT_EQ(forms, 9401);
 }
 
-TEST(CodePage, ConversionCountsTruncatesAndRejects) {
-  std::string out;
-  const auto wide = [&out](const char16_t* text, int units, int size, UINT page = 932) {
-    out = "########";
-    SetLastError(0);
-    return WideCharToMultiByte(page, 0, text, units, size == 0 ? nullptr : out.data(), size,
-                               nullptr, nullptr);
+TEST(CodePage, TruncatedConversionHasNoHalfCharacter) {
+  std::string out = "####";
+  const auto convert = [&out](int size) {
+    return WideCharToMultiByte(932, 0, u"aソ", -1, out.data(), size, nullptr, nullptr);
   };
-  EXPECT_EQ(wide(u"aソ", -1, 0), 4);
-  EXPECT_EQ(wide(u"aソ", 2, 3), 3);
-  EXPECT_EQ(out, "a\x83\x5C#####");
-  EXPECT_EQ(wide(u"aソ", -1, 2), 0);
+  EXPECT_EQ(convert(0), 4) << "the required size";
+  EXPECT_EQ(convert(2), 0);
   EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-  EXPECT_EQ(out, "a#######") << "no half of a character";
-  EXPECT_EQ(wide(nullptr, 1, 4) + wide(u"a", 1, 8, 12345) + wide(u"a", 0, 4), 0);
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(out, "a###");
   BOOL used = FALSE;
-  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\xD83D\xDE00", 2, out.data(), 8, "_", &used), 2);
-  EXPECT_EQ(out.substr(0, 2), "__");
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\xD83D\xDE00", 2, out.data(), 4, "_", &used), 2);
+  EXPECT_EQ(out, "__##");
   EXPECT_TRUE(used);
-  EXPECT_EQ(MultiByteToWideChar(932, 0, "a\x83\x5C", -1, nullptr, 0), 3);
 }
 
 TEST_F(System, AnsiPageFollowsTheSetting) {
-  const auto toAnsi = [](const char16_t* text, DWORD flags = 0) {
+  const auto toAnsi = [&](UINT page, const char16_t* text, DWORD flags = 0) {
     char out[16] = {};
-    SetLastError(0);
+    machine_->SetAnsiPage(page);
     WideCharToMultiByte(CP_ACP, flags, text, -1, out, 16, nullptr, nullptr);
     return std::string(out);
   };
-  EXPECT_EQ(toAnsi(u"\xA5\xE9"), "\\e") << "similar characters, unless they are refused";
-  EXPECT_EQ(toAnsi(u"\xA5\xE9", WC_NO_BEST_FIT_CHARS), "??");
-  machine_->SetAnsiPage(936);
-  EXPECT_EQ(toAnsi(u"用€"), "\xD3\xC3\x80");
-  machine_->SetAnsiPage(949);
-  EXPECT_EQ(toAnsi(u"한用"), "\xC7\xD1\xE9\xC4");
-  machine_->SetAnsiPage(CP_UTF8);
-  EXPECT_EQ(toAnsi(u"用\xD83D"), "\xE7\x94\xA8\xEF\xBF\xBD");
-  EXPECT_EQ(toAnsi(u"a", WC_NO_BEST_FIT_CHARS), "");
+  EXPECT_EQ(toAnsi(932, u"\xA5\xE9"), "\\e") << "similar characters, unless they are refused";
+  EXPECT_EQ(toAnsi(932, u"\xA5\xE9", WC_NO_BEST_FIT_CHARS), "??");
+  EXPECT_EQ(toAnsi(936, u"用€"), "\xD3\xC3\x80");
+  EXPECT_EQ(toAnsi(949, u"한用"), "\xC7\xD1\xE9\xC4");
+  EXPECT_EQ(toAnsi(CP_UTF8, u"用\xD83D"), "\xE7\x94\xA8\xEF\xBF\xBD");
+  EXPECT_EQ(toAnsi(CP_UTF8, u"a", WC_NO_BEST_FIT_CHARS), "");
   EXPECT_EQ(GetLastError(), ERROR_INVALID_FLAGS);
-  machine_->SetAnsiPage(1252);
-  for (unsigned byte = 1; byte < 256; ++byte) {
-    const char text[] = {static_cast<char>(byte), 0};
-    WCHAR unit[2];
-    EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, text, -1, unit, 2), 2);
-    EXPECT_EQ(toAnsi(unit), text) << "no byte is lost";
-  }
+  EXPECT_EQ(toAnsi(1252, u"\xE9\x81"), "\xE9\x81") << "no byte is undefined";
   EXPECT_FALSE(IsDBCSLeadByteEx(CP_ACP, 0x83));
   EXPECT_TRUE(IsDBCSLeadByteEx(932, 0x83));
   machine_->SetCodePage932(false);
   EXPECT_FALSE(IsDBCSLeadByteEx(932, 0x83));
-  char out[4];
-  EXPECT_EQ(WideCharToMultiByte(932, 0, u"a", -1, out, 4, nullptr, nullptr), 0);
-  EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
   machine_->SetAnsiPage(932);
   EXPECT_TRUE(IsDBCSLeadByteEx(932, 0x83)) << "the ANSI page is always installed";
 }
@@ -167,33 +127,22 @@ TEST_F(System, PathsIgnoreLetterCase) {
     EXPECT_EQ(machine_->HostPath(path), file);
   }
   EXPECT_EQ(machine_->WindowsPath(file), u"C:\\Data\\倉庫\\File.ini");
-  EXPECT_EQ(machine_->HostPath(u"C:\\data\\New.TXT"), file.parent_path().parent_path() / "New.TXT");
-  EXPECT_EQ(machine_->HostPath(u"C:"), machine_->HostPath(u"C:\\"));
   EXPECT_EQ(machine_->WindowsPath(machine_->HostPath(u"Z:\\nowhere")), u"Z:\\nowhere");
-  const auto current = std::filesystem::current_path();
-  EXPECT_EQ(machine_->HostPath(u"x.ini"), current / "x.ini");
-  EXPECT_EQ(machine_->HostPath(u"..\\..\\x.ini"), current.parent_path().parent_path() / "x.ini");
 }
 
 TEST_F(System, RelativePathStartsAtCurrentDirectory) {
   machine_->WriteFile(u"C:\\data\\sub\\file", "");
   ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\data\\sub\\"));
-  WCHAR path[20];
-  EXPECT_EQ(GetCurrentDirectoryW(20, path), 11u);
-  EXPECT_EQ(path, std::u16string(u"C:\\data\\sub"));
-  EXPECT_EQ(GetCurrentDirectoryW(11, path), 12u) << "the required size";
-  const char16_t* const kRelative[][2] = {{u"x.ini", u"C:\\data\\sub\\x.ini"},
-                                          {u"..\\x.ini", u"C:\\data\\x.ini"},
+  const char16_t* const kRelative[][2] = {{u"..\\x.ini", u"C:\\data\\x.ini"},
                                           {u"..\\..\\..\\x.ini", u"C:\\x.ini"},
                                           {u"new\\..\\..\\x.ini", u"C:\\data\\x.ini"},
                                           {u"c:x.ini", u"C:\\data\\sub\\x.ini"},
                                           {u"\\x.ini", u"C:\\x.ini"},
                                           {u"z:x.ini", u"Z:\\x.ini"}};
-  for (const auto& [relative, full] : kRelative) {
+  for (const auto& [relative, full] : kRelative)
     EXPECT_EQ(machine_->HostPath(relative), machine_->HostPath(full)) << ToCp932(relative);
-  }
-  EXPECT_FALSE(SetCurrentDirectoryW(u"none"));
-  EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
+  WCHAR path[20];
+  EXPECT_EQ(GetCurrentDirectoryW(11, path), 12u) << "the required size";
   EXPECT_FALSE(SetCurrentDirectoryW(u"file"));
   EXPECT_EQ(GetLastError(), ERROR_DIRECTORY);
 }
