@@ -45,7 +45,7 @@ void CreateKey(Store& store, const std::u16string& key) {
   });
 }
 
-// Returns a key and its subkeys, all keys when it is empty: folded names, with the names as given.
+// Returns a key and its subkeys, all keys when it is empty: folded names, with the original names.
 std::map<std::u16string, std::u16string> KeysFrom(Store& store, std::u16string_view key) {
   const std::u16string start = FoldCase(NormalKey(key));
   std::map<std::u16string, std::u16string> keys;
@@ -72,18 +72,13 @@ LSTATUS OnKey(HKEY key, REGSAM rights, const Call& call) {
   });
 }
 
-// Opens a key below an open one; with `create`, creates it when it does not exist.
-LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
-             LPDWORD disposition) {
+// Opens a key below HKEY_LOCAL_MACHINE, the only root that is supported; with `create`, creates it
+// when it does not exist.
+LSTATUS Open(HKEY root, LPCWSTR subKey, REGSAM access, bool create, PHKEY result) {
   if (result == nullptr) return ERROR_INVALID_PARAMETER;
+  if (root != HKEY_LOCAL_MACHINE) return ERROR_INVALID_HANDLE;
   return Serve([&](Machine::Impl& impl) -> DWORD {
-    std::u16string path;
-    if (key != HKEY_LOCAL_MACHINE) {
-      const auto open = impl.registryHandles.Find(key);
-      if (open == nullptr) return ERROR_INVALID_HANDLE;
-      path = open->key + u'\\';
-    }
-    path = NormalKey(path.append(View(subKey)));
+    const std::u16string path = NormalKey(View(subKey));
     const bool exists = HasKey(impl.store, path);
     if (!exists && !create) return ERROR_FILE_NOT_FOUND;
     const MachineSettings settings = impl.ReadState()->settings;
@@ -92,9 +87,6 @@ LSTATUS Open(HKEY key, LPCWSTR subKey, REGSAM access, bool create, PHKEY result,
       return ERROR_ACCESS_DENIED;
     }
     if (!exists) CreateKey(impl.store, path);
-    if (disposition != nullptr) {
-      *disposition = exists ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
-    }
     *result = impl.registryHandles.Add({path, access});
     return ERROR_SUCCESS;
   });
@@ -151,12 +143,12 @@ void Machine::SetRegistryAccess(bool readable, bool writable) {
 }  // namespace platform
 
 LSTATUS WINAPI RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY result) {
-  return Open(key, subKey, access, false, result, nullptr);
+  return Open(key, subKey, access, false, result);
 }
 
 LSTATUS WINAPI RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM access,
-                               const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) {
-  return Open(key, subKey, access, true, result, disposition);
+                               const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD) {
+  return Open(key, subKey, access, true, result);
 }
 
 LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR value, LPDWORD, LPDWORD type, LPBYTE data,

@@ -110,12 +110,12 @@ LRESULT Sheet::Notify(int index, UINT code, LPARAM param) const {
 
 // A page that refuses PSN_APPLY stops the notification.
 LRESULT Sheet::NotifyAll(UINT code, LPARAM param) const {
-  LRESULT answer = PSNRET_NOERROR;
+  LRESULT result = PSNRET_NOERROR;
   for (int index = 0; index < Count(); ++index) {
-    if (At(index).window != nullptr) answer = Notify(index, code, param);
-    if (code == PSN_APPLY && answer != PSNRET_NOERROR) break;
+    if (At(index).window != nullptr) result = Notify(index, code, param);
+    if (code == PSN_APPLY && result != PSNRET_NOERROR) break;
   }
-  return answer;
+  return result;
 }
 
 bool Sheet::Create(int index) {
@@ -159,7 +159,7 @@ bool Sheet::Turn(int index) {
   return false;
 }
 
-// Every page that was shown applies, in page order. A page that refuses keeps the sheet open.
+// Every page that was shown applies, in page order. A refusal leaves the sheet open.
 bool Sheet::Apply() {
   return Leave() && NotifyAll(PSN_APPLY, TRUE) == PSNRET_NOERROR && EndModal(window_, IDOK);
 }
@@ -191,13 +191,13 @@ std::optional<bool> ShowSheet(HWND owner, std::u16string title,
   top.state = std::move(state);
   const HWND window = CreateTopWindow(std::move(top));
   if (window == nullptr) return std::nullopt;
-  std::optional<bool> answer;
+  std::optional<bool> confirmed;
   if (sheet.Open(window))
-    answer = RunModal(window) == IDOK;
+    confirmed = RunModal(window) == IDOK;
   else
     Destroy(window);
   for (const HPROPSHEETPAGE one : pages) one->window = nullptr;
-  return answer;
+  return confirmed;
 }
 
 }  // namespace platform

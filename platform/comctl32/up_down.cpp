@@ -36,7 +36,7 @@ std::optional<int64_t> ReadNumber(std::u16string_view text) {
   return ReadDecimal(text);
 }
 
-// Sets the position to the number of the buddy. Returns false, and keeps the position, when there
+// Sets the position to the number of the buddy. Returns false, and leaves the position, when there
 // is no buddy or its text is not a number in the range.
 bool ReadBuddy(Window& window) {
   UpDownData& state = window.upDown;

@@ -42,7 +42,7 @@ class CommonSheet {
   LONG_PTR AddPage(LONG_PTR handle, HPROPSHEETPAGE page);
   LONG_PTR AddDialogPages(const COMPROPSHEETUI* description, LPDWORD pageCount);
   LONG_PTR SetResult(LPARAM handle, LPARAM result);
-  void DestroyPages(size_t keep);  // destroys all but the first pages
+  void DestroyPages(size_t first);  // and all after it
 
   HWND owner_;
   PFNPROPSHEETUI function_;
@@ -104,8 +104,8 @@ CommonSheet::~CommonSheet() {
   std::erase_if(Sheets(), [this](const auto& sheet) { return sheet.second == this; });
 }
 
-void CommonSheet::DestroyPages(size_t keep) {
-  for (; entries_.size() > keep; entries_.pop_back())
+void CommonSheet::DestroyPages(size_t first) {
+  for (; entries_.size() > first; entries_.pop_back())
     DestroyPropertySheetPage(entries_.back().page);
 }
 
@@ -213,10 +213,6 @@ LONG CommonSheet::Run() {
 // sheet (CommonPropertySheetUI).
 LONG WINAPI CommonPropertySheetUIW(HWND owner, PFNPROPSHEETUI function, LPARAM param,
                                    LPDWORD result) {
-  if (function == nullptr) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return ERR_CPSUI_GETLASTERROR;
-  }
   // The parameter must not be an address on the stack (PFNPROPSHEETUI).
   if (platform::IsOnStack(param)) return ERR_CPSUI_INVALID_LPARAM;
   platform::CommonSheet sheet(owner, function, param);

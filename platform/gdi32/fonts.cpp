@@ -98,11 +98,11 @@ BOOL WINAPI GetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size)
   });
 }
 
-// Returns the last result of the callback; 1 when there is no family. Enumerates only the named
-// family, if one is given.
+// Returns the last result of the callback; 1 when there is no family. With a name, enumerates
+// only the family of that name.
 int WINAPI EnumFontFamiliesW(HDC dc, LPCWSTR family, FONTENUMPROCW callback, LPARAM param) {
   if (callback == nullptr || !WithDc(dc, false, [](ObjectStore&, Dc&) { return true; })) return 0;
-  int answer = 1;
+  int result = 1;
   for (const std::u16string& name : platform::Machine::Current().InstalledFontFamilies()) {
     if (family != nullptr && lstrcmpiW(name.c_str(), family) != 0) continue;
     ENUMLOGFONTW font = {};
@@ -113,8 +113,8 @@ int WINAPI EnumFontFamiliesW(HDC dc, LPCWSTR family, FONTENUMPROCW callback, LPA
     name.copy(font.elfLogFont.lfFaceName, LF_FACESIZE - 1);
     name.copy(font.elfFullName, LF_FULLFACESIZE - 1);
     const TEXTMETRICW metrics = MetricsOf(font.elfLogFont);
-    answer = callback(&font.elfLogFont, &metrics, TRUETYPE_FONTTYPE, param);
-    if (answer == 0) break;
+    result = callback(&font.elfLogFont, &metrics, TRUETYPE_FONTTYPE, param);
+    if (result == 0) break;
   }
-  return answer;
+  return result;
 }

@@ -66,7 +66,7 @@ void Show(HWND window, const Row& row, int id, int value) {
     SendDlgItemMessageW(window, id, CB_SETCURSEL, static_cast<WPARAM>(Shown(row, value)), 0);
 }
 
-// Returns the value of a field, clamped to its bounds. An unchanged field keeps a stored value
+// Returns the value of a field, clamped to its bounds. An unchanged field leaves a stored value
 // outside the bounds; so does a text that is not a number.
 int Read(HWND window, const Row& row, int id) {
   const WindowPtr field = FindWindowOf(GetDlgItem(window, id));

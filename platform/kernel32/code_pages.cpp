@@ -30,10 +30,10 @@ bool AreValid(const void* text, int length, const void* out, int size) {
 // Copies the `fitting` first units and returns the length of the whole text; returns 0 and sets
 // ERROR_INSUFFICIENT_BUFFER when it does not fit. The copied units stay in the buffer.
 template <typename Text, typename Char>
-int Answer(const Text& answer, size_t fitting, Char* out, int size) {
-  if (size > 0) answer.copy(out, fitting);
-  const bool fits = size == 0 || fitting == answer.size();
-  return fits ? static_cast<int>(answer.size()) : Fail(ERROR_INSUFFICIENT_BUFFER);
+int CopyResult(const Text& result, size_t fitting, Char* out, int size) {
+  if (size > 0) result.copy(out, fitting);
+  const bool fits = size == 0 || fitting == result.size();
+  return fits ? static_cast<int>(result.size()) : Fail(ERROR_INSUFFICIENT_BUFFER);
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int uni
       page->Encode({text, count}, defaultCharacter == nullptr ? '?' : *defaultCharacter,
                    (flags & WC_NO_BEST_FIT_CHARS) == 0, &used);
   if (usedDefault != nullptr) *usedDefault = used;
-  return Answer(bytes, page->CompleteLength(bytes, static_cast<size_t>(size)), out, size);
+  return CopyResult(bytes, page->CompleteLength(bytes, static_cast<size_t>(size)), out, size);
 }
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWSTR out,
@@ -68,5 +68,5 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int byte
   if (flags != 0) return Fail(ERROR_INVALID_FLAGS);
   const size_t count = bytes < 0 ? std::string_view(text).size() + 1 : static_cast<size_t>(bytes);
   const std::u16string units = page->Decode({text, count});
-  return Answer(units, std::min(units.size(), static_cast<size_t>(size)), out, size);
+  return CopyResult(units, std::min(units.size(), static_cast<size_t>(size)), out, size);
 }

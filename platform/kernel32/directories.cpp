@@ -7,7 +7,7 @@ using namespace platform;
 
 namespace {
 
-UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
+UINT CopyDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
   if (out == nullptr || size <= directory.size()) return static_cast<UINT>(directory.size() + 1);
   CopyTerminated(directory, out, size);
   return static_cast<UINT>(directory.size());
@@ -18,7 +18,7 @@ UINT AnswerDirectory(const std::u16string& directory, LPWSTR out, UINT size) {
 // Returns the required size, terminator included, and writes nothing when the buffer is too small.
 DWORD WINAPI GetCurrentDirectoryW(DWORD size, LPWSTR directory) {
   Machine& machine = Machine::Current();
-  return AnswerDirectory(machine.WindowsPath(machine.impl().CurrentFolder()), directory, size);
+  return CopyDirectory(machine.WindowsPath(machine.impl().CurrentFolder()), directory, size);
 }
 
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR directory) {
@@ -34,8 +34,8 @@ BOOL WINAPI SetCurrentDirectoryW(LPCWSTR directory) {
 }
 
 UINT WINAPI GetSystemDirectoryW(LPWSTR directory, UINT size) {
-  return AnswerDirectory(Machine::Current().systemDirectory(), directory, size);
+  return CopyDirectory(Machine::Current().systemDirectory(), directory, size);
 }
 UINT WINAPI GetWindowsDirectoryW(LPWSTR directory, UINT size) {
-  return AnswerDirectory(Machine::Current().windowsDirectory(), directory, size);
+  return CopyDirectory(Machine::Current().windowsDirectory(), directory, size);
 }

@@ -1,4 +1,4 @@
-// A profile file as lines. A change keeps all bytes that it does not name: order, comments, blank
+// A profile file as lines. A change leaves all other bytes as they are: order, comments, blank
 // lines, line ends, other sections, and text that is not a profile.
 #pragma once
 

@@ -10,7 +10,7 @@ namespace platform {
 
 std::vector<std::u16string> SystemFontFamilies() {
   std::set<std::u16string> families;
-  // A configuration of its own, so that the process keeps none of its memory.
+  // A configuration of its own, so that all of its memory is released.
   FcConfig* config = FcInitLoadConfigAndFonts();
   if (config == nullptr) return {};
   FcPattern* pattern = FcPatternCreate();

@@ -75,7 +75,7 @@ struct Machine::Impl {
   void LoadCodePages();
   std::filesystem::path CurrentFolder();
 
-  std::filesystem::path state;  // the drives' folders lie in it
+  std::filesystem::path state;  // contains the drives' folders
   bool temporary;
   Store store;
   HandleTable<HANDLE, PrinterHandle> printerHandles;

@@ -56,13 +56,13 @@ void Unpack(const DataValue& value, Parts parts) {
   std::u16string text(value.bytes.size() / sizeof(WCHAR), u'\0');
   std::memcpy(text.data(), value.bytes.data(), text.size() * sizeof(WCHAR));
   size_t at = 0;
-  const auto take = [&](auto& part) {
+  const auto assign = [&](auto& part) {
     if (at >= text.size()) return;
     const size_t end = std::min(text.find(u'\0', at), text.size());
     FromText(part, text.substr(at, end - at));
     at = end + 1;
   };
-  std::apply([&](auto&... part) { (take(part), ...); }, parts);
+  std::apply([&](auto&... part) { (assign(part), ...); }, parts);
 }
 
 }  // namespace

@@ -29,9 +29,9 @@ LRESULT DialogWindowProc(const WindowPtr& window, UINT message, WPARAM wParam, L
   const HWND handle = window->handle;
   window->dialog->messageResult = 0;
   if (window->dialog->proc != nullptr) {
-    const INT_PTR answer = window->dialog->proc(handle, message, wParam, lParam);
-    if (ReturnsResultDirectly(message) && (answer != 0 || message == WM_INITDIALOG)) return answer;
-    if (answer != 0) return window->dialog->messageResult;
+    const INT_PTR result = window->dialog->proc(handle, message, wParam, lParam);
+    if (ReturnsResultDirectly(message) && (result != 0 || message == WM_INITDIALOG)) return result;
+    if (result != 0) return window->dialog->messageResult;
   }
   switch (message) {
     case WM_CLOSE:

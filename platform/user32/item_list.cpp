@@ -116,10 +116,6 @@ LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARA
       return list.selected;
     case CB_SETCURSEL:
       return SetSelection(list, wParam);
-    case WM_GETTEXT:  // the text of the selection
-      return CopyText(SelectedText(list), wParam, lParam);
-    case WM_SETTEXT:
-      return CB_ERR;  // a drop-down list has no text of its own
     case WM_SETFOCUS:
       NotifyCommand(*window, CBN_SETFOCUS);
       return 0;
