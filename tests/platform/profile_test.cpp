@@ -72,19 +72,13 @@ TEST_F(Profile, NamesMatchExactlyAndValuesAreTrimmed) {
 }
 
 TEST_F(Profile, LongResultIsTruncatedWithTerminators) {
-  WriteFile("[one]\r\nkey=abcd\r\nwide=" + ToCp932(u"aソソ") + "\r\n");
-  const struct {
-    const char* key;  // null: the list of the keys
-    DWORD size;
-    std::string result;
-  } rows[] = {{"key", 5, "abcd"},
-              {"key", 4, "abc"},
-              {"key", 1, ""},
-              {"wide", 5, "a\x83\x5C\x83"},  // splits a character, as documented
-              {nullptr, 10, "key\0wide\0"s},
-              {nullptr, 9, "key\0wid"s},
-              {nullptr, 1, ""}};
-  for (const auto& row : rows) EXPECT_EQ(Get("one", row.key, row.size), row.result) << row.size;
+  WriteFile("[one]\r\nwide=" + ToCp932(u"aソソ") + "\r\n");
+  EXPECT_EQ(Get("one", "wide", 6), ToCp932(u"aソソ"));
+  EXPECT_EQ(Get("one", "wide", 5), "a\x83\x5C\x83") << "half a character, as documented";
+  EXPECT_EQ(Get("one", "wide", 1), "");
+  EXPECT_EQ(Get("one", nullptr, 6), "wide\0"s);
+  EXPECT_EQ(Get("one", nullptr, 5), "wid");
+  EXPECT_EQ(Get("one", nullptr, 1), "");
 }
 
 TEST_F(Profile, WriteChangesOnlyItsLine) {
