@@ -111,7 +111,6 @@ int WINAPI EnumFontFamiliesW(HDC dc, LPCWSTR family, FONTENUMPROCW callback, LPA
     font.elfLogFont.lfWeight = FW_NORMAL;
     font.elfLogFont.lfCharSet = SHIFTJIS_CHARSET;
     name.copy(font.elfLogFont.lfFaceName, LF_FACESIZE - 1);
-    name.copy(font.elfFullName, LF_FULLFACESIZE - 1);
     const TEXTMETRICW metrics = MetricsOf(font.elfLogFont);
     result = callback(&font.elfLogFont, &metrics, TRUETYPE_FONTTYPE, param);
     if (result == 0) break;

@@ -59,10 +59,10 @@ char BestFit(WCHAR unit) {
 bool IsHigh(WCHAR unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool IsLow(WCHAR unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-// Replaces unpaired surrogates, which UTF-8 cannot represent.
+// Replaces unpaired surrogates, which UTF-8 cannot represent. The terminator of the text is none.
 std::u16string ReplaceUnpairedSurrogates(std::u16string text) {
   for (size_t i = 0; i < text.size(); ++i) {
-    if (IsHigh(text[i]) && i + 1 < text.size() && IsLow(text[i + 1])) {
+    if (IsHigh(text[i]) && IsLow(text[i + 1])) {
       ++i;
     } else if (IsHigh(text[i]) || IsLow(text[i])) {
       text[i] = 0xFFFD;

@@ -90,7 +90,8 @@ TEST_F(CompanionTest, DetailDialogStoresNumbersInTheirRange) {
   const auto rejected = [](std::u16string text) {
     return ExpectRejected(kSecond, text, u"セルサイズ\n1 ～ 50");
   };
-  const std::string block = Edit("QR2", {rejected(u"51"), rejected(u"0"), rejected(u""),
+  const auto limit = ExpectEach({kSecond}, &platform::ControlView::textLimit, 7);
+  const std::string block = Edit("QR2", {limit, rejected(u"51"), rejected(u"0"), rejected(u""),
                                          Replace(kSecond, u"50"), Select(kFirst, 3)});
   EXPECT_EQ(Word(block, kFirstAt), 3);
   EXPECT_EQ(Word(block, kSecondAt), 50);

@@ -126,8 +126,8 @@ class FileDialogTest : public MachineTest {
     request.lpstrInitialDir = u"C:\\data\\";
     request.lpstrDefExt = u"ini";
     request.Flags = *start ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
-    auto* const ask = *start ? GetSaveFileNameW : GetOpenFileNameW;
-    const bool chosen = RunSteps(std::move(steps), [&] { return ask(&request) != FALSE; });
+    auto* const show = *start ? GetSaveFileNameW : GetOpenFileNameW;
+    const bool chosen = RunSteps(std::move(steps), [&] { return show(&request) != FALSE; });
     return chosen || file[0] > size ? file : u"";
   }
   // Types a name. Then a message box has this text, if any, and is closed by a button.
@@ -155,10 +155,10 @@ TEST_F(FileDialogTest, OpenedFileMustExist) {
 }
 
 TEST_F(FileDialogTest, SaveConfirmsBeforeOverwriting) {
-  const std::u16string asks = u"C:\\data\\a.ini\nこのファイルは既に存在します。上書きしますか?";
-  const Steps no = {ExpectText(kName, u"a.ini"), Enter(u"a", asks, IDNO)};
+  const std::u16string question = u"C:\\data\\a.ini\nこのファイルは既に存在します。上書きしますか?";
+  const Steps no = {ExpectText(kName, u"a.ini"), Enter(u"a", question, IDNO)};
   EXPECT_EQ(Choose({no, Close()}, u"a.ini"), u"");
-  EXPECT_EQ(Choose({no, Enter(u"a.ini", asks, IDYES)}, u"a.ini"), u"C:\\data\\a.ini");
+  EXPECT_EQ(Choose({no, Enter(u"a.ini", question, IDYES)}, u"a.ini"), u"C:\\data\\a.ini");
   EXPECT_EQ(Choose({no, Enter(u"new")}, u"a.ini"), u"C:\\data\\new.ini");
 }
 

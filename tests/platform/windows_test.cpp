@@ -175,16 +175,6 @@ TEST_F(WindowTest, ModalWindowBlocksWindowsBelow) {
        ExpectFocus(kButton), Focus(kEdit), Escape()});
 }
 
-// Esc and the close box act on a box with a cancel button or with OK alone.
-TEST_F(WindowTest, EscapeClosesMessageBoxWithCancelOrOkOnly) {
-  const auto show = [](UINT style, Steps steps) {
-    return RunSteps(steps, [=] { return MessageBoxW(nullptr, u"", u"", style); });
-  };
-  EXPECT_EQ(show(MB_OK, {Escape()}), IDOK);
-  EXPECT_EQ(show(MB_OKCANCEL, {Close()}), IDCANCEL);
-  EXPECT_EQ(show(MB_YESNO, {Close(), Escape(), Click(IDYES)}), IDYES);
-}
-
 TEST_F(WindowTest, SelectionByMouseNotifiesAChangeAfterTheListCloses) {
   const Notification opens = {kList, CBN_DROPDOWN}, accepts = {kList, CBN_SELENDOK},
                      closes = {kList, CBN_CLOSEUP}, changes = {kList, CBN_SELCHANGE};
@@ -272,7 +262,7 @@ TEST_F(WindowTest, UpDownStepNotifiesThenMovesThenScrolls) {
     SetWindowLongPtrW(window, DWLP_MSGRESULT, refuses);
     return TRUE;
   };
-  const Notification asks = {kUpDown, UDN_DELTAPOS}, scrolls = {kUpDown, WM_VSCROLL};
+  const Notification step = {kUpDown, UDN_DELTAPOS}, scrolls = {kUpDown, WM_VSCROLL};
   const auto press = [&](Desk& desk, bool isRefused, Notifications expected) {
     SetDlgItemTextW(window, kEdit, u"8");
     notifications.clear();
@@ -286,12 +276,12 @@ TEST_F(WindowTest, UpDownStepNotifiesThenMovesThenScrolls) {
     press(desk, false,
           {{kOtherEdit, EN_KILLFOCUS},
            {kEdit, EN_SETFOCUS},
-           asks,
+           step,
            {kEdit, EN_UPDATE},
            {kEdit, EN_CHANGE},
            scrolls,
            scrolls});
-    press(desk, true, {asks, scrolls});
+    press(desk, true, {step, scrolls});
     EXPECT_EQ(desk.Text(kEdit), u"8");
     refuses = false;
     EXPECT_TRUE(desk.Key(VK_UP));
