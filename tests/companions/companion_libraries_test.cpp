@@ -15,8 +15,8 @@ using namespace companions;
 using namespace kestrel;
 using std::string_literals::operator""s;
 
-// The controls of the detail dialogs: the unit, and the first two fields of a kind.
-constexpr int kUnit = 1001, kFirst = 1002, kSecond = 1003, kSecondSpin = 1103;
+// The controls of the detail dialogs: the unit, and the first fields of a kind.
+constexpr int kUnit = 1001, kFirst = 1002, kSecond = 1003, kThird = 1004, kSecondSpin = 1103;
 // Offsets of a block: its kind, the unit of its lengths, and the first fields.
 constexpr size_t kKindAt = 0, kUnitAt = 10, kFirstAt = 12, kSecondAt = 14, kPostalCodeAt = 20;
 
@@ -74,6 +74,7 @@ TEST_F(CompanionTest, EveryKindHasDefaultsThatItsDialogAccepts) {
     SCOPED_TRACE(row.id);
     std::string name(40, '~');
     EntryPoint<void(WINAPI*)(char*)>(bar_.get(), row.getName)(name.data());
+    EXPECT_LT(name.find('\0'), 32u);
     EXPECT_EQ(name.substr(32), "~~~~~~~~") << "nothing is written after the caller's buffer";
     const std::string kind = row.init + 4, block = Edit(kind);
     EXPECT_EQ(block, Defaults(kind));
@@ -105,15 +106,16 @@ TEST_F(CompanionTest, DetailDialogConvertsLengthsToTheSelectedUnit) {
                         rejected(u"125.1"),         rejected(u"1.2.3"),
                         rejected(u"4294968"),       Replace(kSecond, u"12.4"),
                         Spin(kSecondSpin, 1)};
-  EXPECT_EQ(Word(Edit("CODE128", metric), kSecondAt), 125);
-  const Steps inches = {Select(kUnit, kInch), ExpectText(kSecond, u"0.492")};
-  EXPECT_EQ(Word(Edit("CODE128", {metric, inches}), kUnitAt), kInch);
-  EXPECT_EQ(Word(Edit("CODE128", {metric, inches, Select(kUnit, kDot)}), kSecondAt), 100);
+  EXPECT_EQ(Word(Edit("JAN13", metric), kSecondAt), 125);
+  const Steps inches = {Select(kUnit, kInch), Select(kThird, 0), ExpectText(kSecond, u"0.492")};
+  EXPECT_EQ(Word(Edit("JAN13", {metric, inches}), kUnitAt), kInch);
+  EXPECT_EQ(Word(Edit("JAN13", {metric, inches, Select(kUnit, kDot)}), kSecondAt), 100);
 }
 
 TEST_F(CompanionTest, DetailDialogStoresTextsOfCodePage932) {
   const std::string custom = Edit(
-      "CUSTOM", {ExpectRejected(kSecond, u"あいうえ", u"郵便番号\n7 バイト"),
+      "CUSTOM", {ExpectEach({kSecond}, &platform::ControlView::textLimit, 7),
+                 ExpectRejected(kSecond, u"あいうえ", u"郵便番号\n7 バイト"),
                  ExpectRejected(kSecond, u"😀", u"郵便番号\n不正"), Replace(kSecond, u"1234567")});
   EXPECT_EQ(custom.substr(kSecondAt, 8), "1234567\0"s);
   const std::string maxi = Edit("MAXI", Replace(1006, u"ｶﾅ-4567890123456789"));

@@ -96,8 +96,8 @@ TEST_F(State, UnusableDirectoryIsRejectedByName) {
   std::ofstream(directory_ / "damaged" / "computer.sqlite") << std::string(4096, 'x');
   fs::create_directory(directory_ / "shared");
   fs::permissions(directory_ / "shared", fs::perms::group_write, fs::perm_options::add);
-  for (const fs::path& path :
-       {directory_ / "file/below", directory_ / "damaged", directory_ / "shared"}) {
+  for (const fs::path& path : {directory_ / "file", directory_ / "file/below",
+                               directory_ / "damaged", directory_ / "shared"}) {
     EXPECT_THAT([&] { Machine::Open(path); },
                 testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr(path)));
   }

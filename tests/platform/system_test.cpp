@@ -57,6 +57,7 @@ TEST(CodePage, Page932MatchesTheSystem) {
   // Undefined bytes.
   EXPECT_EQ(FromCp932("\x83 a\x81\xFF\x85\x40z\xFD\xFE\xFF\xA0\x83"),
             u"\x30FB a\x30FB\xF8F3\x30FBz\xF8F1\xF8F2\xF8F3\xA0\x30FB");
+  EXPECT_EQ(FromCp932({"\x83\0", 2}), std::u16string(u"\x30FB\0", 2));
   int forms = 0;
   for (WCHAR unit = 1; unit != 0; ++unit) {
     bool lossless = false;
