@@ -6,6 +6,8 @@
 #include <functional>
 #include <limits>
 
+#include "platform/loader/resource_table.h"
+#include "platform/user32/dialog_template.h"
 #include "platform/user32/window.h"
 #include "resources/resource.h"
 #include "tests/support/steps.h"
@@ -302,6 +304,21 @@ TEST_F(WindowTest, WmPaintComesAfterInput) {
   Run({MakeControl(u"static", kDrawing, u"", SS_OWNERDRAW, 0, 0, 60, 18), Edit(kEdit)},
       {Expect({{kEdit, EN_SETFOCUS}, {kDrawing, WM_DRAWITEM}}), input,
        Expect({{kEdit, EN_UPDATE}, {kEdit, EN_CHANGE}, {kDrawing, WM_DRAWITEM}}), Close()});
+}
+
+TEST_F(MachineTest, TruncatedOrForeignDialogTemplateIsRejected) {
+  const platform::Bytes data =
+      platform::FindResourceBytes(module_, MAKEINTRESOURCEW(DWORD_PTR{platform::kResourceDialog}),
+                                  MAKEINTRESOURCEW(IDD_UTILITY));
+  const auto isValid = [](const void* bytes, size_t size) {
+    platform::DialogTemplate form;
+    return platform::ParseDialogTemplate(bytes, size, form);
+  };
+  EXPECT_TRUE(isValid(data.data(), data.size()));
+  for (size_t size = 0; size + sizeof(DWORD) < data.size(); ++size)
+    EXPECT_FALSE(isValid(data.data(), size)) << size;
+  const std::vector<std::byte> zeros(data.size());
+  EXPECT_FALSE(isValid(zeros.data(), zeros.size()));
 }
 
 }  // namespace
