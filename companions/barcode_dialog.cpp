@@ -113,12 +113,11 @@ std::pair<int, int> Detail::RangeOf(int row) const {
 
 // ---- showing ----
 
-// Sets the up-down's range, the range text and the edit. The edit shows a value outside the range
-// unchanged.
+// Sets the up-down's range, the range text and the edit, whose change sets the up-down's position.
+// The edit shows a value outside the range unchanged.
 void Detail::ShowNumber(int row, int value) {
   const auto [min, max] = RangeOf(row);
   Send(kFirstSpin + row, UDM_SETRANGE32, static_cast<WPARAM>(min), max);
-  Send(kFirstSpin + row, UDM_SETPOS32, 0, value);
   WCHAR text[kestrel::kMeasureTextLength], least[kestrel::kMeasureTextLength];
   kestrel::FormatMeasure(text, value, UnitOf(row));
   SetDlgItemTextW(window_, kFirstControl + row, text);

@@ -39,7 +39,7 @@ struct Field {
   uint16_t min;
   uint16_t max;
   std::span<const Choice> choices;
-  bool terminated;  // a text is followed by a zero byte
+  bool terminated = false;  // a text is followed by a zero byte
 };
 
 constexpr std::size_t kMaxFields = 8;  // of the largest layout

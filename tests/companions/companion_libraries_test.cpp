@@ -95,6 +95,7 @@ TEST_F(CompanionTest, DetailDialogStoresNumbersInTheirRange) {
   const std::string block =
       Edit("QR2", {ExpectTitle(u"QRコード(モデル2)の詳細設定"), limit, rejected(u"51"),
                    rejected(u"0"), rejected(u""), Replace(kSecond, u"50"), Select(kFirst, 3)});
+  Edit("RSS", ExpectText(kThird, u"22"));  // a choice without a text of its own
   EXPECT_EQ(Word(block, kFirstAt), 3);
   EXPECT_EQ(Word(block, kSecondAt), 50);
 }
@@ -103,10 +104,10 @@ TEST_F(CompanionTest, DetailDialogConvertsLengthsToTheSelectedUnit) {
   const auto rejected = [](std::u16string text) {
     return ExpectRejected(kSecond, text, u"バーの高さ");
   };
-  const Steps metric = {Select(kUnit, kMillimetre), ExpectText(kSecond, u"10.0"),
-                        rejected(u"125.1"),         rejected(u"1.2.3"),
-                        rejected(u"4294968"),       Replace(kSecond, u"12.4"),
-                        Spin(kSecondSpin, 1)};
+  const Steps metric = {Select(kUnit, kMillimetre),   Spin(kSecondSpin, 1),
+                        ExpectText(kSecond, u"10.1"), rejected(u"125.1"),
+                        rejected(u"1.2.3"),           rejected(u"4294968"),
+                        Replace(kSecond, u"12.4"),    Spin(kSecondSpin, 1)};
   EXPECT_EQ(Word(Edit("JAN13", metric), kSecondAt), 125);
   const Steps inches = {Select(kUnit, kInch), Select(kThird, 0), ExpectText(kSecond, u"0.492")};
   EXPECT_EQ(Word(Edit("JAN13", {metric, inches}), kUnitAt), kInch);
@@ -119,7 +120,10 @@ TEST_F(CompanionTest, DetailDialogStoresTextsOfCodePage932) {
                  ExpectRejected(kSecond, u"あいうえ", u"郵便番号\n7 バイト"),
                  ExpectRejected(kSecond, u"😀", u"郵便番号\n不正"), Replace(kSecond, u"1234567")});
   EXPECT_EQ(custom.substr(kSecondAt, 8), "1234567\0"s);
-  const std::string maxi = Edit("MAXI", Replace(1006, u"ｶﾅ-4567890123456789"));
+  std::string maxi = Defaults("MAXI");
+  maxi[kPostalCodeAt + 19] = 'x';
+  RunSteps({Replace(1006, u"ｶﾅ-4567890123456789"), Click(IDOK)},
+           [&] { return Call("ShowDlgMAXI", maxi); });
   EXPECT_EQ(maxi.substr(kPostalCodeAt, 21), "\xB6\xC5-4567890123456789\0\xEE"s);
 }
 

@@ -144,6 +144,7 @@ TEST_F(FileDialogTest, OpenedFileMustExist) {
   const Steps walk = {ExpectItems(kFiles, {u"..\\", u"ソ表\\", u"a.ini"}), Pick(u"..\\"),
                       Pick(u"data\\"), Pick(u"ソ表\\")};
   EXPECT_EQ(Choose({walk, Pick(u"b.ini")}), u"C:\\data\\ソ表\\b.ini");
+  EXPECT_EQ(Choose({Pick(u"a.ini")}, u"", 14), u"C:\\data\\a.ini");
   EXPECT_EQ(Choose({Pick(u"a.ini")}, u"", 13), u"\x0E") << "the size that it needs";
   const std::u16string check = u".ini\nファイルが見つかりません。\nファイル名を確認してください。";
   const std::u16string path = u"\nパスが存在しません。\nパスを確認してください。";
