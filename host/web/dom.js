@@ -1,9 +1,9 @@
-// What every part of the page needs to make elements.
+// Helpers that create elements.
 import { meaningOf } from "./gloss.js";
 
-// Lengths in the desk's pixels, across and down.
-export const across = (n) => `calc(${n} * var(--px))`;
-export const down = (n) => `calc(${n} * var(--py))`;
+// CSS lengths of n dialog pixels, horizontal and vertical.
+export const cssX = (n) => `calc(${n} * var(--px))`;
+export const cssY = (n) => `calc(${n} * var(--py))`;
 
 export function make(tag, className, parent, properties = {}) {
   const element = Object.assign(document.createElement(tag), properties);
@@ -12,17 +12,17 @@ export function make(tag, className, parent, properties = {}) {
   return element;
 }
 
-// A text with its English meaning beside it, or under it where there is no room, while that is
-// switched on; both begin at the left then, without the blanks that align a text to the right. "(&X)": the
-// letter after a single "&" is the access key, "&&" is an ampersand; without prefixes "&" is itself.
-export function setLabel(element, text, prefix = true) {
+// Shows a text and, while the English is switched on, its meaning; leading blanks are removed then, so that
+// both start at the left. With hasPrefix the letter after a single "&" is underlined as the access key and
+// "&&" is an ampersand; without it "&" is an ordinary character.
+export function setLabel(element, text, hasPrefix = true) {
   const meaning = meaningOf(text);
   element.replaceChildren();
   const own = meaning ? make("span", "own", element) : element;
   if (meaning) text = text.trimStart();
-  for (const piece of prefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
-    if (prefix && piece === "&&") own.append("&");
-    else if (prefix && piece.length === 2 && piece[0] === "&") make("u", "", own, { textContent: piece[1] });
+  for (const piece of hasPrefix ? text.match(/&&|&[^&]|[^&]+/gs) ?? [] : [text]) {
+    if (hasPrefix && piece === "&&") own.append("&");
+    else if (hasPrefix && piece.length === 2 && piece[0] === "&") make("u", "", own, { textContent: piece[1] });
     else own.append(piece);
   }
   if (meaning) make("span", "gloss", element, { textContent: meaning, lang: "en" });

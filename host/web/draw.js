@@ -19,7 +19,7 @@ function stroke(op) {
   return {
     stroke: op.pen,
     "stroke-width": Math.max(op.width, 1),
-    // A line of one pixel stays one at every scale, the same on all sides.
+    // A line of one pixel keeps that width at every scale.
     "vector-effect": op.width <= 1 ? "non-scaling-stroke" : "",
     "stroke-dasharray": op.width <= 1 ? DASHES[op.style] : "",
   };
@@ -28,7 +28,7 @@ function stroke(op) {
 const painters = {
   rectangle(op, parent) {
     const [x, y, width, height] = op.rect;
-    // The last row and column are the pen's: the outline runs through the middle of its pixels.
+    // The outline lies inside the rectangle and runs through the middle of its pixels.
     make("rect", {
       x: x + 0.5, y: y + 0.5, width: Math.max(width - 1, 0), height: Math.max(height - 1, 0), fill: op.brush, ...stroke(op),
     }, parent);
@@ -53,7 +53,7 @@ const painters = {
       const [left, top, width, height] = op.rect;
       make("rect", { x: left, y: top, width, height, fill: op.background }, parent);
     }
-    // A font that is wider or narrower than its height is stretched, as the platform's font mapper does.
+    // A font width other than half the height stretches the text, as the platform's font mapper does.
     const stretch = op.fontWidth > 0 && op.fontHeight > 0 ? (2 * op.fontWidth) / op.fontHeight : 1;
     const node = make("text", {
       transform: `translate(${x} ${y + op.fontAscent}) scale(${stretch} 1)`, "font-size": op.fontHeight || 12, fill: op.colour,
@@ -63,11 +63,11 @@ const painters = {
   },
 };
 
-// The picture of a list, width × height pixels large.
+// Returns the SVG element of a display list, width × height pixels large.
 export function draw(list, width, height) {
-  // Black words on white are written in the colours of the page.
-  const words = list.every((op) => (op.kind === "fill" && op.brush === "#ffffff") || (op.kind === "text" && op.colour === "#000000"));
-  const svg = make("svg", { viewBox: `0 0 ${width} ${height}`, class: words ? "drawing words" : "drawing", "aria-hidden": "true" });
+  // Black text on white takes the colours of the page.
+  const isPlainText = list.every((op) => (op.kind === "fill" && op.brush === "#ffffff") || (op.kind === "text" && op.colour === "#000000"));
+  const svg = make("svg", { viewBox: `0 0 ${width} ${height}`, class: isPlainText ? "drawing plain-text" : "drawing", "aria-hidden": "true" });
   for (const op of list) {
     let parent = svg;
     if (op.clip) {

@@ -1,30 +1,31 @@
-// Windows: the sheet with its tabs and buttons, dialogs, message boxes. A frame holds the controls
-// of its window in their order, so that Tab walks through them as on the desktop.
+// Windows: the sheet with its tabs and buttons, dialogs, message boxes. A frame holds the controls of its
+// window in template order, which is the tab order.
 import { createControl, updateControl } from "./controls.js";
-import { across, down, make, setLabel } from "./dom.js";
-import { glossIsOn } from "./gloss.js";
-import { groupAround, nameControls } from "./labels.js";
+import { cssX, cssY, make, setLabel } from "./dom.js";
+import { isGlossOn } from "./gloss.js";
+import { enclosingGroup, nameControls } from "./labels.js";
 
 const SHEET_BUTTONS = [["ok", "OK"], ["cancel", "キャンセル"]];
 // Message box icons by the high digit of the style.
 const ICONS = { 1: ["stop", "✕"], 2: ["question", "?"], 3: ["exclamation", "!"], 4: ["information", "i"] };
 
 function resize(element, width, height) {
-  Object.assign(element.style, { width: across(width), height: down(height) });
+  Object.assign(element.style, { width: cssX(width), height: cssY(height) });
 }
 
-// Sets what the scale of the window is computed from: its width, the height of its own parts, and that of
-// its dialog, which grows under the English. It fits the viewport where it and its owners do.
-function measure(frame, width, fixed, height, margin = "0") {
-  const across = `(100vw - var(--around)) / (${width} + ${margin})`;
-  const down = `(100dvh - 56px) / (${fixed} + var(--more) + ${height} * var(--tall))`;
-  frame.fit = `min(${[frame.owner?.fit, across, down].filter(Boolean).join(", ")})`;
+// Sets the variables from which the style sheet computes the scale of a window: the width, the height of
+// title, tabs and footer (fixed), and the height of the dialog, which grows with the English. A window is
+// scaled down to fit the viewport and is never larger in scale than its owner.
+function setScale(frame, width, fixed, height, margin = "0") {
+  const horizontal = `(100vw - var(--around)) / (${width} + ${margin})`;
+  const vertical = `(100dvh - 56px) / (${fixed} + var(--more) + ${height} * var(--tall))`;
+  frame.fit = `min(${[frame.owner?.fit, horizontal, vertical].filter(Boolean).join(", ")})`;
   for (const [name, value] of [["--w", width], ["--fixed", fixed], ["--h", height], ["--fit", frame.fit]]) frame.element.style.setProperty(name, value);
 }
 
-// Controls that are there follow the server, new ones come in at their place, gone ones go.
+// Creates, updates and removes the controls of a frame according to the server's list, in its order.
 function updateControls(frame, views, link) {
-  const left = new Map(frame.controls);
+  const removed = new Map(frame.controls);
   let position = frame.client.querySelector(":scope > .control");
   for (const view of views) {
     let node = frame.controls.get(view.handle);
@@ -33,33 +34,34 @@ function updateControls(frame, views, link) {
       node = createControl(view, link);
       frame.controls.set(view.handle, node);
     }
-    left.delete(view.handle);
+    removed.delete(view.handle);
     if (node.element === position) position = position.nextElementSibling;
     else frame.client.insertBefore(node.element, position);
     updateControl(node, view, link);
   }
-  for (const [handle, node] of left) {
+  for (const [handle, node] of removed) {
     node.element.remove();
     frame.controls.delete(handle);
   }
   pairSpins(frame);
-  if (glossIsOn()) widenChoices(frame, views);
+  if (isGlossOn()) widenChoices(frame, views);
   nameControls(frame, views);
   nameRadios(frame, views, link);
 }
 
-// A choice takes the room at its right for its English, as its lines may be too close for another.
+// Widens check boxes and radio buttons up to the next control at their right, so that the English fits
+// beside the text; the lines are too close for a second line.
 function widenChoices(frame, views) {
   const groups = views.filter((view) => view.kind === "group");
   for (const view of views.filter(({ kind }) => kind === "check" || kind === "radio")) {
     const [left, top, width, height] = view.rect;
     const beside = views.filter(({ kind, rect: [x, y, , h] }) => kind !== "group" && x > left && y < top + height && y + h > top);
-    const [x, , w] = groupAround(groups, view)?.rect ?? [left, 0, width];
-    frame.controls.get(view.handle).element.style.width = across(Math.max(width, Math.min(x + w - 6, ...beside.map(({ rect }) => rect[0] - 4)) - left));
+    const [x, , w] = enclosingGroup(groups, view)?.rect ?? [left, 0, width];
+    frame.controls.get(view.handle).element.style.width = cssX(Math.max(width, Math.min(x + w - 6, ...beside.map(({ rect }) => rect[0] - 4)) - left));
   }
 }
 
-// An edit steps with the arrow keys when an up-down belongs to it.
+// Lets the arrow keys of an edit control its up-down.
 function pairSpins(frame) {
   const nodes = [...frame.controls.values()];
   for (const spin of nodes.filter((node) => node.kind === "updown" && node.view.enabled)) {
@@ -68,14 +70,14 @@ function pairSpins(frame) {
   }
 }
 
-// Radio buttons of one group share a name, so that the arrow keys walk through them.
+// Radio buttons of one group share a name, so that the arrow keys move between them.
 function nameRadios(frame, views, link) {
   let group = 0;
   for (const view of views) {
     if (view.group) ++group;
     if (view.kind === "radio") frame.controls.get(view.handle).input.name = `${frame.handle}-${group}`;
   }
-  // Checking one clears its neighbours, so all of them follow the server together.
+  // The browser clears the others when one is checked, so all of them are updated together.
   const radios = [...frame.controls.values()].filter((node) => node.kind === "radio");
   if (radios.some((node) => link.isAhead(node.number))) return;
   for (const node of radios) node.input.checked = node.view.checked;
@@ -106,15 +108,15 @@ function buildSheet(frame, link) {
     button.addEventListener("click", () => link.send({ action: "press", button: name }));
     frame.buttons[name] = button;
   }
-  frame.element.append(frame.tabs); // the tabs come last in the order of Tab, and are shown first
+  frame.element.append(frame.tabs); // last in the tab order; the style sheet shows them at the top
 }
 
-// The arrow keys walk through the tabs with the focus on them, as on the desktop.
+// While a tab has the focus, the arrow keys, Home and End switch pages and the focus stays on the tabs.
 function createTab(frame, index, link) {
   const tab = make("button", "tab", frame.tabs, { type: "button", role: "tab", id: `tab${index}` });
   tab.dataset.page = index;
   tab.addEventListener("click", () => {
-    frame.walking = false;
+    frame.keepsTabFocus = false;
     link.send({ action: "page", index });
   });
   tab.addEventListener("keydown", (event) => {
@@ -122,7 +124,7 @@ function createTab(frame, index, link) {
     const next = { ArrowRight: index + 1, ArrowLeft: index - 1, Home: 0, End: last }[event.key];
     if (!frame.tabs.children[next] || event.altKey || event.ctrlKey || event.metaKey) return;
     event.preventDefault();
-    frame.walking = true;
+    frame.keepsTabFocus = true;
     link.send({ action: "page", index: next });
     frame.tabs.children[next].focus();
   });
@@ -140,7 +142,7 @@ function updateTabs(frame, view, link) {
 function updateSheet(frame, view, link) {
   updateTabs(frame, view, link);
   resize(frame.holder, view.pageWidth, view.pageHeight);
-  measure(frame, view.pageWidth + 2, 90, view.pageHeight, "var(--margin)");
+  setScale(frame, view.pageWidth + 2, 90, view.pageHeight, "var(--margin)");
   if (frame.page?.handle !== view.page?.handle) {
     frame.page?.client.remove();
     frame.page = view.page && { handle: view.page.handle, controls: new Map() };
@@ -152,13 +154,13 @@ function updateSheet(frame, view, link) {
   updateClient(frame.page, view.page, link);
 }
 
-// A message box is laid out by its text, not by its rectangles.
+// A message box is laid out by the browser from its text; the rectangles of its controls are not used.
 function updateMessage(frame, view, link) {
-  const [icon, sign] = ICONS[(view.style >> 4) & 0xf] ?? [];
+  const [icon, symbol] = ICONS[(view.style >> 4) & 0xf] ?? [];
   if (!frame.message) {
     frame.message = make("div", "body", frame.element);
-    if (icon) make("span", `icon ${icon}`, frame.message, { textContent: sign }).dataset.icon = icon;
-    frame.client = make("div", "answers", frame.element);
+    if (icon) make("span", `icon ${icon}`, frame.message, { textContent: symbol }).dataset.icon = icon;
+    frame.client = make("div", "message-buttons", frame.element);
   }
   frame.element.style.setProperty("--fit", frame.owner?.fit ?? "1.3px");
   updateControls(frame, view.controls, link);
@@ -169,9 +171,9 @@ function updateMessage(frame, view, link) {
 
 const ROLES = { sheet: "region", message: "alertdialog" };
 
-// The frame of a window; its owner is the frame that it opened over, if any.
+// Creates the frame of a window. owner: the frame of the window below it, undefined for the first.
 export function createFrame(view, link, owner) {
-  const frame = { handle: view.handle, kind: view.kind, owner, controls: new Map(), page: null, walking: false };
+  const frame = { handle: view.handle, kind: view.kind, owner, controls: new Map(), page: null, keepsTabFocus: false };
   frame.element = make("section", `window ${view.kind}`, null, { role: ROLES[view.kind] ?? "dialog" });
   if (view.kind !== "sheet") frame.element.ariaModal = "true";
   frame.element.dataset.kind = view.kind;
@@ -189,11 +191,11 @@ export function updateFrame(frame, view, link) {
   frame.shownTitle = frame.title.title = view.title;
   if (view.kind === "sheet") return updateSheet(frame, view, link);
   if (view.kind === "message") return updateMessage(frame, view, link);
-  measure(frame, view.width + 2, view.kind === "file" ? 60 : 26, view.height);
+  setScale(frame, view.width + 2, view.kind === "file" ? 60 : 26, view.height);
   updateClient(frame, view, link);
 }
 
-// The control with the server's focus, if the frame or its page has it.
+// Returns the control of the frame or its page that has the focus on the server, undefined without one.
 export function focusedControl(frame) {
   const nodes = [...frame.controls.values(), ...(frame.page?.controls.values() ?? [])];
   return nodes.find((node) => node.view.focused);

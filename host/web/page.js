@@ -1,88 +1,88 @@
-// Shows the desk's windows and reports what the person does. The server's picture is the truth; a
-// control that the person is ahead of (its last action is not handled yet, or an input method is
-// composing in it) is left alone until the server has caught up.
+// Shows the windows of the server's snapshots and reports the user's actions. A control keeps what the user
+// entered until the server has handled the user's last action on it and no input method composes text in it;
+// then the server's state applies.
 import { make, setLabel } from "./dom.js";
 import { createFrame, updateFrame, focusedControl } from "./frames.js";
-import { glossIsOn, meaningOf, switchGloss } from "./gloss.js";
-import { openPage, say } from "./notice.js";
+import { isGlossOn, meaningOf, switchGloss } from "./gloss.js";
+import { openWebPage, showNotice } from "./notice.js";
 
 const desk = document.getElementById("desk");
 const about = document.getElementById("about");
 const gloss = document.getElementById("gloss");
 const KINDS = { document: "文書の設定", advanced: "詳細設定", "user-default": "既定の設定", printer: "プリンタのプロパティ" };
-const LOST = "printhost との接続が切れました。端末でもう一度 printhost を起動し、表示されたアドレスを開いてください。ここでの変更は保存されていません。";
+const DISCONNECTED = "printhost との接続が切れました。端末でもう一度 printhost を起動し、表示されたアドレスを開いてください。ここでの変更は保存されていません。";
 const REFUSED = "操作を受け付けられませんでした。もう一度操作してください。";
-const MOST_TRIES = 3;
+const MAX_CONNECTION_ERRORS = 3; // in a row, after which the server counts as unreachable
 
-const frames = new Map(); // handle → frame, the one on top last
-const me = crypto.randomUUID(); // tells this page's actions from those of other pages
-let sent = 0; // this page's actions, counted from 1
-let handled = 0; // the last of them that the server has dealt with
-let shown = null; // the last picture
-let following = false; // the focus moves because the server says so
+const frames = new Map(); // handle → frame, in z-order, the topmost last
+const pageId = crypto.randomUUID(); // distinguishes this page's actions from those of other pages
+let sent = 0; // number of this page's last action, counted from 1
+let handled = 0; // number of the last one that the server has handled
+let snapshot = null; // the last one received
+let isFollowingFocus = false; // the focus moves because the server's focus moved
 let queue = Promise.resolve();
-let tries = 0; // failed connections in a row
-let composed = null; // the field in which an input method composes a text
-let lost = false; // the server is gone
+let connectionErrors = 0; // since the last successful connection
+let composingField = null; // the field in which an input method composes text
+let isDisconnected = false;
 
-// Posts an action. One that does not reach the server, or that it refuses, is reported, and the page shows
-// the server's state again.
+// Posts an action. When the server refuses it or cannot be reached, reports that and shows the last snapshot
+// again.
 async function post(action) {
   const request = { method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) };
-  const answer = await fetch("action", request).catch(() => null);
-  if (answer?.ok) return;
-  if (!lost) say(REFUSED);
-  handled = Math.max(handled, action.number); // no picture will confirm it
-  if (shown) show(shown);
+  const response = await fetch("action", request).catch(() => null);
+  if (response?.ok) return;
+  if (!isDisconnected) showNotice(REFUSED);
+  handled = Math.max(handled, action.number); // no snapshot will confirm it
+  if (snapshot) showSnapshot(snapshot);
 }
 
-// Without its server the sheet accepts no input, and looks so. An empty text: the server is back.
-function setLost(text) {
-  lost = desk.inert = Boolean(text);
-  document.body.toggleAttribute("data-lost", lost);
-  say(text);
+// Disables the windows and shows the text while the server cannot be reached; an empty text enables them again.
+function setDisconnected(text) {
+  isDisconnected = desk.inert = Boolean(text);
+  document.body.toggleAttribute("data-lost", isDisconnected);
+  showNotice(text);
 }
 
-// Reports an action; answers its number. Actions reach the server in order.
+// Sends an action after all earlier ones; returns its number.
 function send(action) {
   const number = ++sent;
   document.body.toggleAttribute("data-ahead", true);
-  queue = queue.then(() => post({ ...action, page: me, number }));
+  queue = queue.then(() => post({ ...action, page: pageId, number }));
   return number;
 }
 
-const top = () => [...frames.values()].at(-1);
+const topFrame = () => [...frames.values()].at(-1);
 
-// What a frame and its controls need of the page.
-function linkTo({ handle, kind }) {
+// Returns the functions through which a frame and its controls use the page.
+function createLink({ handle, kind }) {
   return {
     kind,
-    drives: Object.entries(shown.about.drives).map(([drive, folder]) => `${drive} = ${folder}`).join("　"),
+    drives: Object.entries(snapshot.about.drives).map(([drive, folder]) => `${drive} = ${folder}`).join("　"),
     send: (action) => send({ ...action, window: handle }),
-    isAhead: (number, input) => handled < number || input === composed,
+    isAhead: (number, input) => handled < number || input === composingField,
     focused: (node) => {
-      if (!following && (handled < sent || !node.view.focused)) send({ action: "focus", id: node.view.id, window: handle });
+      if (!isFollowingFocus && (handled < sent || !node.view.focused)) send({ action: "focus", id: node.view.id, window: handle });
     },
   };
 }
 
 function followFocus(frame) {
-  if (handled < sent || composed?.isConnected || (frame.walking && document.activeElement.role === "tab")) return;
+  if (handled < sent || composingField?.isConnected || (frame.keepsTabFocus && document.activeElement.role === "tab")) return;
   const node = focusedControl(frame);
   if (!node || document.activeElement === node.input) return;
-  following = true;
+  isFollowingFocus = true;
   node.input.focus({ preventScroll: true });
   if (node.kind === "edit") node.input.select();
-  following = false;
-  // The first focus of a page or dialog leaves its upper left corner in view.
+  isFollowingFocus = false;
+  // The first focus of a page or dialog does not scroll its upper left corner out of view.
   const place = frame.page?.handle ?? frame.handle;
   if (frame.entered === place) node.element.scrollIntoView({ block: "nearest", inline: "nearest" });
   else if (frame.page) scrollTo(0, 0);
   frame.entered = place;
 }
 
-// Brings a dialog into view that has just opened, from its upper left corner on when it is larger than the
-// viewport. Its owner's place comes back when it closes.
+// Scrolls to a dialog that has just opened, to its upper left corner when it is larger than the viewport. The
+// scroll position is restored when the dialog closes.
 function bringIntoView(frame) {
   const { width, height } = frame.element.getBoundingClientRect();
   frame.scrolled = [scrollX, scrollY];
@@ -90,48 +90,48 @@ function bringIntoView(frame) {
 }
 
 function showAbout({ printer, kind }) {
-  const text = `${printer} — ${KINDS[kind] ?? kind}`;
-  if (document.title === text) return;
-  document.title = text;
+  const title = `${printer} — ${KINDS[kind] ?? kind}`;
+  if (document.title === title) return;
+  document.title = title;
   about.replaceChildren();
   make("span", "", about, { textContent: `${printer} — `, title: printer });
   setLabel(make("span", "", about), KINDS[kind] ?? kind, false);
 }
 
-function show(picture) {
-  if (picture.opened.count > (shown ?? picture).opened.count) openPage(picture.opened.file);
-  shown = picture;
-  handled = Math.max(handled, picture.handled[me] ?? 0);
-  document.body.toggleAttribute("data-busy", picture.busy);
+function showSnapshot(next) {
+  if (next.opened.count > (snapshot ?? next).opened.count) openWebPage(next.opened.file);
+  snapshot = next;
+  handled = Math.max(handled, next.handled[pageId] ?? 0);
+  document.body.toggleAttribute("data-busy", next.busy);
   document.body.toggleAttribute("data-ahead", handled < sent);
-  showAbout(picture.about);
-  const gone = new Map(frames);
+  showAbout(next.about);
+  const closed = new Map(frames);
   let owner;
-  for (const view of picture.windows) {
+  for (const view of next.windows) {
     let frame = frames.get(view.handle);
     const opens = !frame;
     if (opens) {
-      const link = linkTo(view);
+      const link = createLink(view);
       frame = Object.assign(createFrame(view, link, owner), { link });
       frames.set(view.handle, frame);
       desk.append(frame.element);
     }
-    gone.delete(view.handle);
+    closed.delete(view.handle);
     updateFrame(frame, view, frame.link);
     if (opens && owner) bringIntoView(frame);
     owner = frame;
   }
-  for (const [handle, frame] of [...gone].reverse()) {
+  for (const [handle, frame] of [...closed].reverse()) {
     frame.element.remove();
     frames.delete(handle);
     if (frame.scrolled) scrollTo(...frame.scrolled);
   }
-  const last = top();
+  const last = topFrame();
   for (const frame of frames.values()) frame.element.inert = frame !== last;
   if (last) followFocus(last);
 }
 
-// Makes the page anew, with or without the English.
+// Rebuilds the page with or without the English.
 async function setGloss(on) {
   await switchGloss(on);
   document.documentElement.classList.toggle("glossed", on);
@@ -140,29 +140,30 @@ async function setGloss(on) {
   desk.replaceChildren();
   frames.clear();
   document.title = "";
-  if (shown) show(shown);
+  if (snapshot) showSnapshot(snapshot);
 }
 
-const LAST_WORDS = {
+const END_TEXTS = {
   ok: "設定しました。このページは閉じてかまいません。",
   cancel: "変更せずに終了しました。このページは閉じてかまいません。",
   failed: "設定できませんでした。",
   elsewhere: "このシートはほかのページで開かれています。ここで続けるには、このページを読み込み直してください。",
 };
 
-function end({ end: result, reason, japanese = "" }) {
+// Handles the last message of the stream: how the sheet ended.
+function onEnd({ end: result, reason, japanese = "" }) {
   stream.close();
   desk.replaceChildren();
   frames.clear();
-  shown = null;
+  snapshot = null;
   document.body.dataset.end = result;
   for (const name of ["data-ahead", "data-busy"]) document.body.removeAttribute(name);
-  const meaning = reason && glossIsOn() ? `${meaningOf(LAST_WORDS.failed).replace(/\.$/, ":")} ${reason}.` : undefined;
-  say(LAST_WORDS[result] + japanese, { meaning });
+  const meaning = reason && isGlossOn() ? `${meaningOf(END_TEXTS.failed).replace(/\.$/, ":")} ${reason}.` : undefined;
+  showNotice(END_TEXTS[result] + japanese, { meaning });
 }
 
-// Tab stays inside a dialog.
-function keepInside(frame, event) {
+// Keeps the focus inside a dialog: Tab moves from the last control to the first and back.
+function trapFocus(frame, event) {
   const stops = [...frame.element.querySelectorAll("button, input:not([type=radio]:not(:checked)), select")]
     .filter((one) => one.tabIndex >= 0 && !one.disabled && one.offsetParent);
   const [last, first] = event.shiftKey ? [stops[0], stops.at(-1)] : [stops.at(-1), stops[0]];
@@ -171,13 +172,13 @@ function keepInside(frame, event) {
   first?.focus();
 }
 
-document.addEventListener("compositionstart", (event) => (composed = event.target));
-document.addEventListener("compositionend", () => (composed = null));
+document.addEventListener("compositionstart", (event) => (composingField = event.target));
+document.addEventListener("compositionend", () => (composingField = null));
 
 document.addEventListener("keydown", (event) => {
-  const frame = top();
-  if (!frame || lost || event.isComposing || event.ctrlKey || event.metaKey) return;
-  if (event.key === "Tab") return frame.kind === "sheet" || keepInside(frame, event);
+  const frame = topFrame();
+  if (!frame || isDisconnected || event.isComposing || event.ctrlKey || event.metaKey) return;
+  if (event.key === "Tab") return frame.kind === "sheet" || trapFocus(frame, event);
   const inButton = event.target instanceof HTMLButtonElement;
   if (event.key === "Escape") frame.link.send({ action: "escape" });
   else if (event.key === "Enter" && !inButton) frame.link.send({ action: "enter" });
@@ -186,24 +187,24 @@ document.addEventListener("keydown", (event) => {
   event.preventDefault();
 });
 
-// Changes that OK has not confirmed yet are not left without a question.
+// The browser asks before it leaves a page with changes that OK has not confirmed.
 addEventListener("beforeunload", (event) => {
-  const [sheet] = shown?.windows ?? [];
-  if (lost) return;
-  if (shown?.windows.length > 1 || sheet?.changed) event.preventDefault();
+  const [sheet] = snapshot?.windows ?? [];
+  if (isDisconnected) return;
+  if (snapshot?.windows.length > 1 || sheet?.changed) event.preventDefault();
 });
 
-gloss.addEventListener("click", () => setGloss(!glossIsOn()));
+gloss.addEventListener("click", () => setGloss(!isGlossOn()));
 
 if (location.hash === "#gloss=en") await setGloss(true);
 const stream = new EventSource("events");
 stream.onopen = () => {
-  tries = 0;
-  if (lost) setLost("");
+  connectionErrors = 0;
+  if (isDisconnected) setDisconnected("");
 };
-stream.onerror = () => setLost(++tries > MOST_TRIES || stream.readyState === EventSource.CLOSED ? LOST : "接続が切れました。つなぎ直しています…");
+stream.onerror = () => setDisconnected(++connectionErrors > MAX_CONNECTION_ERRORS || stream.readyState === EventSource.CLOSED ? DISCONNECTED : "接続が切れました。つなぎ直しています…");
 stream.onmessage = (event) => {
-  const news = JSON.parse(event.data);
-  if (news.end) end(news);
-  else show(news);
+  const message = JSON.parse(event.data);
+  if (message.end) onEnd(message);
+  else showSnapshot(message);
 };
