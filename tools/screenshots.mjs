@@ -1,4 +1,4 @@
-// Makes docs/sheet.md and its pictures anew: node tools/screenshots.mjs
+// Writes docs/sheet.md and its pictures: node tools/screenshots.mjs
 import { mkdirSync, rmSync, writeFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 
@@ -8,7 +8,7 @@ import { documentSheet, sheetDocument } from "./sheet_document.mjs";
 import { tour } from "../tests/browser/tour.mjs";
 
 const docs = fileURLToPath(new URL("../docs/", import.meta.url));
-rmSync(`${docs}screenshots`, { recursive: true, force: true }); // no picture stays of a window that is gone
+rmSync(`${docs}screenshots`, { recursive: true, force: true }); // removes pictures of windows that no longer exist
 mkdirSync(`${docs}screenshots`);
 const cleanups = [];
 const scope = { after: (cleanup) => cleanups.unshift(cleanup) };
@@ -18,7 +18,7 @@ await visit(page, await computer(scope).start("demo").address);
 const stops = [];
 await tour(page, async (stop) => {
   await page.mouse.move(0, 0);
-  // The same folder in every picture.
+  // The name of the temporary folder must not differ from run to run.
   await page.evaluate(() => document.querySelectorAll(".drives").forEach((one) => (one.textContent = one.textContent.replace(/printhost-\w+/, "printhost"))));
   await page.locator("section[data-window]").last().screenshot({ path: `${docs}screenshots/${stop.name}.png` });
   await gloss.evaluate((button) => button.click());

@@ -1,18 +1,19 @@
-// docs/sheet.md: each page and dialog with its picture and its controls by id, name and meaning, as a
-// sheet that shows its English tells them.
+// docs/sheet.md: each page and dialog with its picture and its controls by id, name and meaning, read from a sheet
+// that shows its English.
 import { readFileSync } from "node:fs";
 
-const read = (name) => readFileSync(new URL(`../${name}`, import.meta.url), "utf8");
-const numbers = Object.fromEntries([...read("resources/resource.h").matchAll(/#define (\w+) (\d+)/g)].map(([, name, number]) => [name, Number(number)]));
-const helpTexts = Object.fromEntries([...read("resources/help.rc").matchAll(/(IDS_HELP_\w+)\s+"([^"]*)"/g)].map(([, name, text]) => [name, text.replace("\\n", "\n")]));
+import { ids } from "../tests/support/resource_ids.mjs";
 
-// The help text of a control, by the name that its id has among those of its dialog.
+const helpScript = readFileSync(new URL("../resources/help.rc", import.meta.url), "utf8");
+const helpTexts = Object.fromEntries([...helpScript.matchAll(/(IDS_HELP_\w+)\s+"([^"]*)"/g)].map(([, name, text]) => [name, text.replace("\\n", "\n")]));
+
+// Returns the help text of a control. prefix: the dialog's name in the names of its controls' ids.
 function helpOf(prefix, id) {
-  const name = Object.keys(numbers).find((one) => one.startsWith(`IDC_${prefix}_`) && numbers[one] === id && `IDS_HELP_${one.slice(4)}` in helpTexts);
+  const name = Object.keys(ids).find((one) => one.startsWith(`IDC_${prefix}_`) && ids[one] === id && `IDS_HELP_${one.slice(4)}` in helpTexts);
   return name ? helpTexts[`IDS_HELP_${name.slice(4)}`] : "";
 }
 
-// What the window on top shows now.
+// Returns title, message and controls of the topmost window.
 export function documentSheet(page, { name, prefix }) {
   return page.evaluate(async ({ name, helps }) => {
     const { meaningOf } = await import("./gloss.js");
@@ -21,12 +22,12 @@ export function documentSheet(page, { name, prefix }) {
       const text = element?.textContent ?? "";
       return { text: text.slice(0, text.length - meaning.length).trim(), meaning };
     };
-    const picture = await new Promise((resolve) => {
+    const snapshot = await new Promise((resolve) => {
       const stream = new EventSource("events");
       stream.onmessage = ({ data }) => resolve(JSON.parse(data), stream.close());
     });
-    const { controls } = picture.windows.at(-1).page ?? picture.windows.at(-1);
-    // The range of a field is that of its arrows, in as many decimals as it shows.
+    const { controls } = snapshot.windows.at(-1).page ?? snapshot.windows.at(-1);
+    // The range of a field is that of its up-down, with as many decimals as the field shows.
     const rangeOf = (id) => {
       const { minimum, maximum } = controls.find(({ buddy }) => buddy === id);
       const decimals = (controls.find((one) => one.id === id).text.split(".")[1] ?? "").length;
@@ -47,9 +48,9 @@ export function documentSheet(page, { name, prefix }) {
         choices: one.dataset.kind === "combo" ? [...one.options].map((option) => option.text) : [],
       };
     });
-    // The help box tells of the control in focus.
+    // The text of the help box depends on the focus.
     return { name, title: both(shown), message: both(window.querySelector(".message .text")), rows: rows.filter(({ group }) => group.text !== "説明") };
-  }, { name, helps: Object.fromEntries(Object.values(numbers).map((id) => [id, helpOf(prefix, id)])) });
+  }, { name, helps: Object.fromEntries(Object.values(ids).map((id) => [id, helpOf(prefix, id)])) });
 }
 
 const KINDS = { button: "button", check: "check box", radio: "choice", edit: "field", combo: "list", list: "list", updown: "arrows", drawn: "picture", static: "text" };
@@ -71,8 +72,8 @@ function section({ name, title, message, rows }) {
 export function sheetDocument(stops) {
   return [
     "# The sheet", "",
-    "Every page and dialog with its controls: the id by which programs and tests name a control, its name on the sheet, and what it means. Made by",
-    "`node tools/screenshots.mjs` from a running sheet and the table of its English (`host/web/gloss.json`), and checked to be current.", "",
+    "Every page and dialog with its controls: the id that programs and tests use, the name on the sheet, and the meaning.",
+    "`node tools/screenshots.mjs` writes this page from a running sheet and its English (`host/web/gloss.json`); a test checks that it is current.", "",
     ...stops.flatMap(section),
   ].join("\n");
 }

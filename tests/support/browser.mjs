@@ -1,9 +1,13 @@
-// A headless Chromium, and a sheet as a person meets it in one.
+// A headless Chromium, and a property sheet of printhost in it.
 import { chromium } from "playwright-core";
 
 import { computer, LIMIT } from "./printhost.mjs";
+import { ids } from "./resource_ids.mjs";
 
-// A page of a browser of its own, closed with the test.
+// The indices of the sheet's pages.
+export const PAGES = { version: 0, paper: 1, operation: 2, device: 3, fonts: 4, utility: 5 };
+
+// Opens a page in a browser of its own, which is closed when the test ends.
 export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
   const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium" });
   test.after(() => browser.close());
@@ -12,78 +16,79 @@ export async function openBrowser(test, viewport = { width: 1000, height: 900 },
   return page;
 }
 
-// The window on top, and its controls by id.
-export function top(page) {
+// Returns locators of the topmost window and of its controls by id.
+export function topWindow(page) {
   const window = page.locator("[data-window]").last();
-  return { window, control: (id) => window.locator(`[data-id="${id}"]`) };
+  const control = (id) => {
+    if (!id) throw new Error("resources/resource.h has no such name");
+    return window.locator(`[data-id="${id}"]`);
+  };
+  return { window, control };
 }
 
-// Opens the address and waits for a window; answers the faults that the browser tells from then on.
+// Loads the address and waits for a window. Returns the list of the browser's error messages, which grows.
 export async function visit(page, address) {
-  const faults = [];
-  page.on("console", (message) => message.type() === "error" && faults.push(message.text()));
-  page.on("pageerror", (error) => faults.push(String(error)));
+  const errors = [];
+  page.on("console", (message) => message.type() === "error" && errors.push(message.text()));
+  page.on("pageerror", (error) => errors.push(String(error)));
   await page.goto(address);
   await page.locator("[data-window]").first().waitFor();
-  return faults;
+  return errors;
 }
 
-// Waits until all that was done on the page is handled and shown.
-export const settled = (page) => page.waitForSelector("body:not([data-ahead])");
+// Waits until the server has handled every action of the page and the page shows the result.
+export const waitUntilHandled = (page) => page.waitForSelector("body:not([data-ahead])");
 
-// Waits until a control of the window on top has this value.
-export const holds = (page, id, value) =>
+// Waits until a control of the topmost window has this value or selected text.
+export const waitForValue = (page, id, value) =>
   page.waitForFunction(
-    ([wanted, text]) => {
-      const controls = [...document.querySelectorAll("[data-window]")].at(-1).querySelectorAll(`[data-id="${wanted}"]`);
-      const shown = [...controls].map((one) => (one.tagName === "SELECT" ? one.selectedOptions[0]?.text : one.value ?? one.textContent));
-      return shown.includes(text);
+    ([wantedId, wantedValue]) => {
+      const window = [...document.querySelectorAll("[data-window]")].at(-1);
+      const controls = [...window.querySelectorAll(`[data-id="${wantedId}"]`)];
+      return controls.some((one) => (one.tagName === "SELECT" ? one.selectedOptions[0]?.text : one.value) === wantedValue);
     },
     [id, value],
   );
 
-// A sheet of a printer on a computer of its own.
-export const openNewSheet = (test, printer = "Label Printer") => openSheet(test, computer(test, printer), printer);
-
-// A sheet of a printer (its defaults if nothing else is said), with what a person does at it.
-export async function openSheet(test, pc, printer, ...words) {
-  const sheet = pc.start("sheet", printer, ...(words.length ? words : ["--kind", "user-default", "--json"]));
-  const page = await openBrowser(test);
-  const faults = await visit(page, await sheet.address);
-  const { window, control } = top(page);
+// Opens the user-default sheet of a printer on a computer of its own, in a browser of its own. fragment: that of the
+// address.
+export async function openNewSheet(test, { printer = "Label Printer", fragment = "", viewport, ...options } = {}) {
+  const pc = computer(test, printer);
+  const sheet = pc.start("sheet", printer, "--kind", "user-default", "--json");
+  const page = await openBrowser(test, viewport, options);
+  const errors = await visit(page, (await sheet.address) + fragment);
+  const { window, control } = topWindow(page);
   return {
-    pc, sheet, page, faults, window, control,
-    go: async (index) => {
+    pc, sheet, page, errors, window, control,
+    showPage: async (index) => {
       await page.locator(`[data-page="${index}"]`).click();
       await page.locator(`[data-page="${index}"][aria-selected="true"]`).waitFor();
     },
-    // Clicks a control that opens a window of this title, or closes the one on top.
-    open: async (id, title) => {
+    // Clicks a control that opens a window of this title.
+    openWindow: async (id, title) => {
       await control(id).click();
       await page.locator(`[data-window="${title}"]`).last().waitFor();
     },
-    close: async (id) => {
+    // Clicks a control that closes the topmost window.
+    closeWindow: async (id) => {
       const count = await page.locator("section[data-window]").count();
       await control(id).click();
-      await page.waitForFunction((n) => document.querySelectorAll("section[data-window]").length < n, count);
+      await page.waitForFunction((before) => document.querySelectorAll("section[data-window]").length < before, count);
     },
-    // Waits for a message box, answers its text and closes it.
-    message: async () => {
+    // Waits for a message box, closes it and returns its text. Another message box may follow at once.
+    closeMessage: async () => {
       const box = page.locator('[data-kind="message"]');
       await box.waitFor();
       const text = await box.innerText();
-      await box.locator('[data-id="1"]').click();
-      await page.waitForFunction((shown) => document.querySelector('[data-kind="message"]')?.innerText !== shown, text);
+      await control(ids.IDOK).click();
+      await page.waitForFunction((closed) => document.querySelector('[data-kind="message"]')?.innerText !== closed, text);
       return text;
     },
-    holds: (id, value) => holds(page, id, value),
-    // OK of the sheet; the record that came out.
-    ok: async () => {
+    waitForValue: (id, value) => waitForValue(page, id, value),
+    // Presses OK of the sheet and returns the resulting record.
+    pressOk: async () => {
       await page.locator('[data-button="ok"]').click();
-      await settled(page);
-      const { status, output } = await sheet.ended;
-      if (status !== 0) throw new Error(`exit ${status}`);
-      return JSON.parse(output);
+      return JSON.parse((await sheet.ended).output);
     },
   };
 }

@@ -1,58 +1,59 @@
-// A person at a sheet without a browser: reads the pictures of its event stream and posts actions.
+// A client of the sheet's server without a browser: reads the snapshots of its event stream and posts actions.
 import assert from "node:assert/strict";
+import { EventEmitter, once } from "node:events";
 import { request } from "node:http";
 
-// Sends one HTTP request; returns the status, headers and text of its answer.
-export function ask(url, { path = "", method = "GET", headers = {}, body } = {}) {
+// Sends one HTTP request; returns the status, headers and text of the response.
+export function sendRequest(url, { path = "", method = "GET", headers = {}, body } = {}) {
   return new Promise((resolve, reject) => {
-    const outgoing = request(new URL(path, url), { method, headers }, (answer) => {
+    const outgoing = request(new URL(path, url), { method, headers }, (response) => {
       let text = "";
-      answer.setEncoding("utf8");
-      answer.on("data", (piece) => (text += piece));
-      answer.on("close", () => resolve({ status: answer.statusCode, headers: answer.headers, text }));
+      response.setEncoding("utf8");
+      response.on("data", (piece) => (text += piece));
+      response.on("close", () => resolve({ status: response.statusCode, headers: response.headers, text }));
     });
     outgoing.on("error", reject);
     outgoing.end(body);
   });
 }
 
-// Opens a stream; the returned page knows the newest picture.
-export async function page(address, name = "test") {
+// Opens an event stream as a browser page does. name: distinguishes the actions of this page from those of others.
+export async function openPage(address, name = "test") {
   const url = new URL(address);
-  let [picture, number, rest, closed] = [undefined, 0, "", false];
-  const waiting = [];
-  const answer = await new Promise((resolve, reject) => {
+  let [snapshot, number, rest, isClosed] = [undefined, 0, "", false];
+  const changes = new EventEmitter();
+  const response = await new Promise((resolve, reject) => {
     request(new URL("events", url), resolve).on("error", reject).end();
   });
-  assert.equal(answer.statusCode, 200);
-  answer.setEncoding("utf8");
-  answer.on("data", (piece) => {
+  assert.equal(response.statusCode, 200);
+  response.setEncoding("utf8");
+  response.on("data", (piece) => {
     const blocks = (rest + piece).split("\n\n");
     rest = blocks.pop();
-    for (const block of blocks) if (block.startsWith("data: ")) picture = JSON.parse(block.slice(6));
-    for (const resume of waiting.splice(0)) resume();
+    for (const block of blocks) if (block.startsWith("data: ")) snapshot = JSON.parse(block.slice(6));
+    changes.emit("change");
   });
-  answer.on("error", () => {});
-  answer.on("close", () => {
-    closed = true;
-    for (const resume of waiting.splice(0)) resume();
+  response.on("error", () => {});
+  response.on("close", () => {
+    isClosed = true;
+    changes.emit("change");
   });
-  // The newest picture, once it is as wanted.
-  const until = async (wanted) => {
-    while (!(picture && wanted(picture))) {
-      if (closed) throw new Error("the stream ended before the picture came");
-      await new Promise((resolve) => waiting.push(resolve));
+  // Waits for a snapshot with this property and returns it; throws when the stream ends before.
+  const until = async (isWanted) => {
+    while (!(snapshot && isWanted(snapshot))) {
+      if (isClosed) throw new Error("the stream ended before the snapshot came");
+      await once(changes, "change");
     }
-    return picture;
+    return snapshot;
   };
   const post = (action) =>
-    ask(url, { path: "action", method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
+    sendRequest(url, { path: "action", method: "POST", headers: { "Content-Type": "application/json" }, body: JSON.stringify(action) });
   return {
     url,
     post,
     until,
-    leave: () => answer.destroy(),
-    // Does one thing in the window on top; done once the picture tells so.
+    leave: () => response.destroy(),
+    // Sends an action to the topmost window; returns the snapshot in which it is handled, or the end of the sheet.
     act: async (action) => {
       const { windows } = await until(({ windows }) => windows?.length);
       const sent = { ...action, window: windows.at(-1).handle, page: name, number: ++number };
@@ -63,3 +64,5 @@ export async function page(address, name = "test") {
     ended: () => until(({ end }) => end),
   };
 }
+
+export { openPage as page, sendRequest as ask }; // shorter names for tests/host and tests/faults
