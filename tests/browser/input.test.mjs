@@ -11,7 +11,7 @@ const { IDOK, IDCANCEL, IDC_PAPER_LIST, IDC_PAPER_REGISTER_NAME: NAME } = ids;
 async function expectFocusAfterKeys(page, attribute, steps) {
   for (const [key, expected] of steps) {
     await page.keyboard.press(key);
-    await waitUntilHandled(page); // the answer of the server must not move the focus
+    await waitUntilHandled(page); // the server's snapshot must not move the focus
     assert.equal(await page.evaluate((name) => document.activeElement.dataset[name], attribute), String(expected), key);
   }
 }
