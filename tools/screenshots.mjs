@@ -2,7 +2,7 @@
 import { mkdirSync, rmSync, writeFileSync } from "node:fs";
 import { fileURLToPath } from "node:url";
 
-import { openBrowser, visit } from "../tests/support/browser.mjs";
+import { openBrowser } from "../tests/support/browser.mjs";
 import { computer } from "../tests/support/printhost.mjs";
 import { documentSheet, sheetDocument } from "./sheet_document.mjs";
 import { tour } from "../tests/browser/tour.mjs";
@@ -12,9 +12,8 @@ rmSync(`${docs}screenshots`, { recursive: true, force: true }); // removes pictu
 mkdirSync(`${docs}screenshots`);
 const cleanups = [];
 const scope = { after: (cleanup) => cleanups.unshift(cleanup) };
-const page = await openBrowser(scope);
+const { page } = await openBrowser(scope, await computer(scope).start("demo").address);
 const gloss = page.locator("#gloss");
-await visit(page, await computer(scope).start("demo").address);
 const stops = [];
 await tour(page, async (stop) => {
   await page.mouse.move(0, 0);

@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { readFileSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
 
-import { openBrowser, openNewSheet, PAGES, topWindow, visit, waitForValue, waitUntilHandled } from "../support/browser.mjs";
+import { openBrowser, openNewSheet, PAGES, topWindow, waitForValue, waitUntilHandled } from "../support/browser.mjs";
 import { ids } from "../support/resource_ids.mjs";
 
 const PRINTER = "Label Printer";
@@ -75,8 +75,7 @@ for (const [way, cancel] of [
 
 test("Sheet: letters typed after a reload, in a second browser and again in the first all arrive", async (t) => {
   const { sheet, page, control, showPage, openWindow } = await openNewSheet(t);
-  const other = await openBrowser(t);
-  await visit(other, await sheet.address);
+  const { page: other } = await openBrowser(t, await sheet.address);
   await showPage(PAGES.paper);
   await openWindow(IDC_PAPER_REGISTER, "用紙登録");
   await control(NAME).pressSequentially("before the reload");

@@ -7,33 +7,25 @@ import { ids } from "./resource_ids.mjs";
 // The indices of the sheet's pages.
 export const PAGES = { version: 0, paper: 1, operation: 2, device: 3, fonts: 4, utility: 5 };
 
-// Opens a page in a browser of its own, which is closed when the test ends.
-export async function openBrowser(test, viewport = { width: 1000, height: 900 }, options = {}) {
+// Loads an address in a browser of its own, which is closed when the test ends, and waits for a window. Returns the page
+// and the list of the browser's error messages, which grows. options: those of playwright's newPage.
+export async function openBrowser(test, address, { viewport = { width: 1000, height: 900 }, ...options } = {}) {
   const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium" });
   test.after(() => browser.close());
   const page = await browser.newPage({ viewport, ...options });
   page.setDefaultTimeout(LIMIT);
-  return page;
-}
-
-// Returns locators of the topmost window and of its controls by id.
-export function topWindow(page) {
-  const window = page.locator("[data-window]").last();
-  const control = (id) => {
-    if (!id) throw new Error("resources/resource.h has no such name");
-    return window.locator(`[data-id="${id}"]`);
-  };
-  return { window, control };
-}
-
-// Loads the address and waits for a window. Returns the list of the browser's error messages, which grows.
-export async function visit(page, address) {
   const errors = [];
   page.on("console", (message) => message.type() === "error" && errors.push(message.text()));
   page.on("pageerror", (error) => errors.push(String(error)));
   await page.goto(address);
   await page.locator("[data-window]").first().waitFor();
-  return errors;
+  return { page, errors };
+}
+
+// Returns locators of the topmost window and of its controls by id.
+export function topWindow(page) {
+  const window = page.locator("[data-window]").last();
+  return { window, control: (id) => window.locator(`[data-id="${id}"]`) };
 }
 
 // Waits until the server has handled every action of the page and the page shows the result.
@@ -52,11 +44,10 @@ export const waitForValue = (page, id, value) =>
 
 // Opens the user-default sheet of a printer on a computer of its own, in a browser of its own. fragment: that of the
 // address.
-export async function openNewSheet(test, { printer = "Label Printer", fragment = "", viewport, ...options } = {}) {
+export async function openNewSheet(test, { printer = "Label Printer", fragment = "", ...options } = {}) {
   const pc = computer(test, printer);
   const sheet = pc.start("sheet", printer, "--kind", "user-default", "--json");
-  const page = await openBrowser(test, viewport, options);
-  const errors = await visit(page, (await sheet.address) + fragment);
+  const { page, errors } = await openBrowser(test, (await sheet.address) + fragment, options);
   const { window, control } = topWindow(page);
   return {
     pc, sheet, page, errors, window, control,
