@@ -31,7 +31,6 @@ function readSourceTexts() {
 
 test("Gloss: every text has an English meaning, and every meaning has a text", () => {
   const texts = readSourceTexts();
-  assert.ok(texts.length > 400);
   setMeanings(table);
   assert.deepEqual(texts.filter((text) => !meaningOf(text)), []);
   const known = texts.map((text) => normalizeText(text).replace(/^%s/, ""));

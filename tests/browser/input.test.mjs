@@ -39,6 +39,8 @@ test("Keyboard: Tab moves between controls and stays in a dialog, arrow keys mov
   await showPage(PAGES.fonts);
   await openWindow(ids.IDC_CREATE_FONT_BAR_NEW, "バーコードフォントの登録");
   await expectFocusAfterKeys(page, "id", [["Shift+Tab", IDCANCEL], ["Tab", ids.IDC_BAR_FONT_NAME], ["Shift+Tab", IDCANCEL], ["Shift+Tab", IDOK]]);
+  await control(ids.IDC_BAR_FONT_SERIAL_OFF).focus();
+  await expectFocusAfterKeys(page, "id", [["ArrowRight", ids.IDC_BAR_FONT_SERIAL_ON], ["ArrowLeft", ids.IDC_BAR_FONT_SERIAL_OFF]]);
 });
 
 test("SpinArrow: steps when pressed and repeatedly while it is held down", async (t) => {
@@ -61,12 +63,14 @@ test("DropDownList: Esc restores the choice that arrow keys have changed, Enter 
   const { page, control, showPage, waitForValue } = await openNewSheet(t);
   await showPage(PAGES.device);
   await control(ids.IDC_DEVICE_MODE).focus();
-  for (const key of ["F4", "ArrowDown", "ArrowDown"]) await page.keyboard.press(key);
-  await page.locator(".combo.open").waitFor();
-  await waitForValue(ids.IDC_DEVICE_MODE, "ハクリ");
-  await page.keyboard.press("Escape");
-  await waitForValue(ids.IDC_DEVICE_MODE, "ティアオフ");
-  for (const key of ["Alt+ArrowDown", "ArrowDown", "Enter"]) await page.keyboard.press(key);
+  for (const openKey of ["F4", "Alt+ArrowDown"]) {
+    for (const key of [openKey, "ArrowDown", "ArrowDown"]) await page.keyboard.press(key);
+    await page.locator(".combo.open").waitFor();
+    await waitForValue(ids.IDC_DEVICE_MODE, "ハクリ");
+    await page.keyboard.press("Escape");
+    await waitForValue(ids.IDC_DEVICE_MODE, "ティアオフ");
+  }
+  for (const key of ["F4", "ArrowDown", "Enter"]) await page.keyboard.press(key);
   await page.locator(".combo.open").waitFor({ state: "detached" });
   await waitForValue(ids.IDC_DEVICE_MODE, "連続");
 });

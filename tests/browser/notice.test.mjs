@@ -26,18 +26,15 @@ test("WebSite: opens in a new tab, and the notice of it covers no control", asyn
   await page.locator("#notice").waitFor({ state: "hidden" });
 });
 
-test("Action: a refused one is reported and the server's value comes back", async (t) => {
-  const { page, control, showPage, waitForValue } = await openNewSheet(t);
+test("Page: reports a refused action, asks before it is left with changes, accepts no input without its server", async (t) => {
+  const { page, control, showPage, waitForValue, sheet } = await openNewSheet(t);
   await showPage(PAGES.paper);
   await page.route("**/action", (route) => route.fulfill({ status: 503, body: "Too many." }));
   await control(ids.IDC_PAPER_VERT_BASE).fill("77");
   await waitForNotice(page, "操作を受け付けられませんでした。");
   await waitForValue(ids.IDC_PAPER_VERT_BASE, "0");
-});
 
-test("Page: asks before it is left with changes, and accepts no input without its server", async (t) => {
-  const { page, control, showPage, sheet } = await openNewSheet(t);
-  await showPage(PAGES.paper);
+  await page.unroute("**/action");
   await control(ids.IDC_PAPER_VERT_BASE).fill("12");
   await waitUntilHandled(page);
   const question = page.waitForEvent("dialog");
