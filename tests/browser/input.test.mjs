@@ -31,7 +31,6 @@ test("Keyboard: Tab moves between controls and stays in a dialog, arrow keys mov
   await expectFocusAfterKeys(page, "id", [["Tab", ids.IDC_PAPER_PORTRAIT], ["ArrowRight", ids.IDC_PAPER_LANDSCAPE], ["Tab", ids.IDC_PAPER_FLIP],
     ["Tab", ids.IDC_PAPER_VERT_BASE], ["ArrowUp", ids.IDC_PAPER_VERT_BASE]]);
   assert.ok(await control(ids.IDC_PAPER_LANDSCAPE).isChecked());
-  await waitForValue(ids.IDC_PAPER_VERT_BASE, "1");
   // Assistive technology clicks an arrow without a pointer.
   await control(ids.IDC_PAPER_VERT_BASE_SPIN).locator('[data-spin="up"]').evaluate((arrow) => arrow.click());
   await waitForValue(ids.IDC_PAPER_VERT_BASE, "2");

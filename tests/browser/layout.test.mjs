@@ -8,7 +8,7 @@ import { openNewSheet } from "../support/browser.mjs";
 import { documentSheet, sheetDocument } from "../../tools/sheet_document.mjs";
 import { tour } from "./tour.mjs";
 
-const AXE = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
+const AXE = createRequire(import.meta.url).resolve("axe-core/axe.min.js");
 
 // Returns the accessibility faults of the topmost window: those that axe finds in the page, and those of rules that
 // axe does not have.
@@ -80,15 +80,14 @@ const findLayoutFaults = (page, limits) => page.evaluate((minimum) => {
 
 test("Accessibility: every page and dialog is named and unambiguous, and docs/sheet.md describes it", async (t) => {
   const { page, errors } = await openNewSheet(t, { fragment: "#gloss=en" });
-  await page.evaluate(AXE);
+  await page.evaluate(readFileSync(AXE, "utf8"));
   const [faults, described] = [{}, []];
   await tour(page, async (stop) => {
     const found = await findAccessibilityFaults(page);
     if (found.length) faults[stop.name] = found;
     described.push(await documentSheet(page, stop));
   });
-  assert.deepEqual(faults, {});
-  assert.deepEqual(errors, []);
+  assert.deepEqual({ faults, errors }, { faults: {}, errors: [] });
   const current = readFileSync(new URL("../../docs/sheet.md", import.meta.url), "utf8");
   assert.equal(current, sheetDocument(described), "docs/sheet.md is old: run node tools/screenshots.mjs");
 });

@@ -91,8 +91,7 @@ test("Sheet: letters typed after a reload, in a second browser and again in the 
 
 test("Document: the example of a sheet in the browser moves the print's origin", async (t) => {
   const { page, sheet } = await openNewSheet(t);
-  const document = readFileSync(new URL("../../docs/driving-a-sheet.md", import.meta.url), "utf8");
-  const [, code] = /```js\n([^]*?)```/.exec(document);
+  const [, code] = /```js\n([^]*?)```/.exec(readFileSync(new URL("../../docs/driving-a-sheet.md", import.meta.url), "utf8"));
   await new Function("page", `return (async () => {${code}})()`)(page);
   assert.equal(JSON.parse((await sheet.ended).output).private.nVertBase, -12);
 });

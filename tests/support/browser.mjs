@@ -60,12 +60,6 @@ export async function openNewSheet(test, { printer = "Label Printer", fragment =
       await control(id).click();
       await page.locator(`[data-window="${title}"]`).last().waitFor();
     },
-    // Clicks a control that closes the topmost window.
-    closeWindow: async (id) => {
-      const count = await page.locator("section[data-window]").count();
-      await control(id).click();
-      await page.waitForFunction((before) => document.querySelectorAll("section[data-window]").length < before, count);
-    },
     // Waits for a message box, closes it and returns its text. Another message box may follow at once.
     closeMessage: async () => {
       const box = page.locator('[data-kind="message"]');
