@@ -2,14 +2,16 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 
-import { openNewSheet, PAGES, waitUntilHandled } from "../support/browser.mjs";
+import { openBrowser, openNewSheet, PAGES, waitUntilHandled } from "../support/browser.mjs";
 import { ids } from "../support/resource_ids.mjs";
 
 const PRINTER = "R&D 2F";
 const waitForNotice = (page, text) => page.locator("#notice", { hasText: text }).waitFor();
 
-test("WebSite: opens in a new tab, and the notice of it covers no control", async (t) => {
-  const { page, control, showPage } = await openNewSheet(t, { printer: PRINTER });
+test("WebSite: opens in a new tab of the page with the click, and the notice of it covers no control", async (t) => {
+  const { page, sheet, control, showPage } = await openNewSheet(t, { printer: PRINTER });
+  const { page: other } = await openBrowser(t, await sheet.address);
+  await other.evaluate(() => Object.defineProperty(navigator, "userActivation", { value: { isActive: false } })); // no click there
   for (const title of [await page.title(), await page.locator("h1").textContent()]) assert.equal(title, `${PRINTER} — 既定の設定`);
   await showPage(PAGES.version);
   await page.context().route("https://**", (route) => route.fulfill({ body: "support" }));
@@ -24,6 +26,9 @@ test("WebSite: opens in a new tab, and the notice of it covers no control", asyn
   }
   await page.locator("#notice .close").click();
   await page.locator("#notice").waitFor({ state: "hidden" });
+  await showPage(PAGES.paper);
+  await other.locator(`[data-page="${PAGES.paper}"][aria-selected="true"]`).waitFor();
+  assert.ok(await other.locator("#notice").isHidden());
 });
 
 test("Page: reports a refused action, asks before it is left with changes, accepts no input without its server", async (t) => {

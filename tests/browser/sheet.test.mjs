@@ -30,8 +30,7 @@ test("PaperRegistration: a paper without a name is refused, a complete one is li
   assert.equal(await page.evaluate(() => scrollY), 60); // the position before the dialog
   await control(IDC_PAPER_LIST).selectOption("荷札 R&D");
   await control(ids.IDC_PAPER_LANDSCAPE).check();
-  // The preview shows two labels.
-  await control(ids.IDC_PAPER_PICTURE).locator(`[href="picture/${ids.IDB_LANDSCAPE}"]`).nth(1).waitFor();
+  await control(ids.IDC_PAPER_PICTURE).locator(`[href="picture/${ids.IDB_LANDSCAPE}"]`).nth(1).waitFor(); // two labels
 
   await control(ids.IDC_PAPER_DELETE).click();
   await window.filter({ hasText: "荷札 R&D を削除します" }).waitFor(); // the ampersand is no access key
