@@ -14,30 +14,30 @@ namespace {
 
 constexpr char16_t kModule[] = u"QM610rDRV1";
 constexpr const char16_t* kCompanions[] = {u"QM610rLIB", u"QM610rBAR"};
-// The driver package's monitors, of which the sheets show the versions.
+// The driver package's monitors. The version page shows the versions of their files.
 constexpr const char16_t* kMonitors[] = {u"QM6_1rLMNT", u"QM6_1rPM_UI", u"QM6_1rPMCOM",
                                          u"QM6_1rPMLAN"};
 constexpr WORD kVersion[] = {14, 0, 1, 20};
 
-// Shared objects stand beside the program in its build folder, the DLL in one of its own.
-std::filesystem::path BuildFolder() {
+// The build writes shared objects beside the program and the x64 DLL into build/windows/x64.
+std::filesystem::path ProgramFolder() {
   return std::filesystem::read_symlink("/proc/self/exe").parent_path();
 }
-std::filesystem::path Built(std::u16string_view name) {
-  return BuildFolder() / (ToUtf8(name) + ".so");
+std::filesystem::path SharedObject(std::u16string_view name) {
+  return ProgramFolder() / (ToUtf8(name) + ".so");
 }
 #if defined(__x86_64__)
-constexpr bool kRunsImages = true;
+constexpr bool kCanRunImages = true;
 #else
-constexpr bool kRunsImages = false;
+constexpr bool kCanRunImages = false;
 #endif
-std::filesystem::path BuiltDriver(const platform::Machine& machine, DriverFile file) {
-  std::error_code none;
-  const bool native = file == DriverFile::kNative || !kRunsImages ||
+std::filesystem::path DriverToInstall(const platform::Machine& machine, DriverFile file) {
+  std::error_code ignored;
+  const bool native = file == DriverFile::kNative || !kCanRunImages ||
                       (file == DriverFile::kAsInstalled &&
-                       read_symlink(InstalledDriver(machine), none).extension() == ".so");
-  return native ? Built(kModule)
-                : BuildFolder().parent_path().parent_path() / "windows/x64/QM610rDRV1.dll";
+                       read_symlink(InstalledDriver(machine), ignored).extension() == ".so");
+  return native ? SharedObject(kModule)
+                : ProgramFolder().parent_path().parent_path() / "windows/x64/QM610rDRV1.dll";
 }
 
 std::u16string InstalledPath(const platform::Machine& machine, std::u16string_view name) {
@@ -52,17 +52,17 @@ bool IsInstalled(const platform::Machine& machine, std::u16string_view name) {
 }
 
 void Install(platform::Machine& machine, std::u16string_view name,
-             const std::filesystem::path& built) {
-  if (!std::filesystem::exists(built))
-    throw Failure{kFailed, built.string() + " is missing; build it with \"./run list\""};
-  machine.InstallModule(InstalledPath(machine, name), built);
+             const std::filesystem::path& source) {
+  if (!std::filesystem::exists(source))
+    throw Failure{kFailed, source.string() + " is missing; build it with \"./run list\""};
+  machine.InstallModule(InstalledPath(machine, name), source);
 }
 
 template <typename Function>
-void Find(HMODULE module, const char* name, Export<Function>& entry) {
-  const FARPROC found = GetProcAddress(module, name);
-  if (found == nullptr) throw Failure{kFailed, std::string("the module does not export ") + name};
-  entry.function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
+void FindExport(HMODULE module, const char* name, Export<Function>& entry) {
+  const FARPROC address = GetProcAddress(module, name);
+  if (address == nullptr) throw Failure{kFailed, std::string("the module does not export ") + name};
+  entry.function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(address));
 }
 
 }  // namespace
@@ -74,7 +74,7 @@ std::string DriverPackageVersion() {
 }
 
 void InstallCompanions(platform::Machine& machine) {
-  for (const char16_t* name : kCompanions) Install(machine, name, Built(name));
+  for (const char16_t* name : kCompanions) Install(machine, name, SharedObject(name));
   for (const char16_t* name : kMonitors) {
     const std::u16string path =
         machine.systemDirectory().append(u"\\").append(name).append(u".DLL");
@@ -89,22 +89,22 @@ std::filesystem::path InstalledDriver(const platform::Machine& machine) {
 }
 
 DriverModule::DriverModule(platform::Machine& machine, DriverFile file) {
-  Install(machine, kModule, BuiltDriver(machine, file));
+  Install(machine, kModule, DriverToInstall(machine, file));
   for (const char16_t* name : kCompanions) {
-    if (IsInstalled(machine, name)) Install(machine, name, Built(name));
+    if (IsInstalled(machine, name)) Install(machine, name, SharedObject(name));
   }
   const std::u16string path = InstalledPath(machine, kModule);
   module_ = LoadLibraryW(path.c_str());
   if (module_ == nullptr)
     throw Failure{
         kFailed, ToUtf8(path) + " cannot be loaded (error " + std::to_string(GetLastError()) + ")"};
-  Find(module_, "DrvPrinterEvent", printerEvent);
-  Find(module_, "DrvConvertDevMode", convertDevMode);
-  Find(module_, "DrvDeviceCapabilities", deviceCapabilities);
-  Find(module_, "DrvDocumentProperties", documentProperties);
-  Find(module_, "DrvAdvancedDocumentProperties", advancedDocumentProperties);
-  Find(module_, "DrvDocumentPropertySheets", documentPropertySheets);
-  Find(module_, "PrinterProperties", printerProperties);
+  FindExport(module_, "DrvPrinterEvent", printerEvent);
+  FindExport(module_, "DrvConvertDevMode", convertDevMode);
+  FindExport(module_, "DrvDeviceCapabilities", deviceCapabilities);
+  FindExport(module_, "DrvDocumentProperties", documentProperties);
+  FindExport(module_, "DrvAdvancedDocumentProperties", advancedDocumentProperties);
+  FindExport(module_, "DrvDocumentPropertySheets", documentPropertySheets);
+  FindExport(module_, "PrinterProperties", printerProperties);
 }
 
 DriverModule::~DriverModule() {
@@ -112,8 +112,8 @@ DriverModule::~DriverModule() {
 }
 
 PrinterHandle::PrinterHandle(std::u16string name) : name_(std::move(name)) {
-  PRINTER_DEFAULTSW all = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-  if (!OpenPrinterW(name_.data(), &printer_, &all) &&
+  PRINTER_DEFAULTSW allAccess = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+  if (!OpenPrinterW(name_.data(), &printer_, &allAccess) &&
       !OpenPrinterW(name_.data(), &printer_, nullptr))
     throw Failure{kFailed, "the printer \"" + ToUtf8(name_) + "\" cannot be opened (error " +
                                std::to_string(GetLastError()) + ")"};

@@ -1,4 +1,5 @@
-// The driver's module, put where the spooler keeps it and loaded as the spooler loads it.
+// Installs the driver's module in the driver directory and loads it from there, as the spooler
+// does.
 #pragma once
 
 #include <windows.h>
@@ -12,37 +13,37 @@
 
 namespace printhost {
 
-// The version of the driver package that this build belongs to: four numbers with points between.
+// Returns the version of the driver package, like "14.0.1.20".
 std::string DriverPackageVersion();
 
-// Links the companion libraries of this build into the driver directory, and puts the package's
-// monitors into the system directory as files that have a version.
+// Links the companion libraries of this build into the driver directory and writes the package's
+// monitors, files with a version resource, to the system directory where they are missing.
 void InstallCompanions(platform::Machine& machine);
 
-// The driver's file in the driver directory of a computer, whether it is there or not.
+// Returns the path of the driver's file in the driver directory. The file may be missing.
 std::filesystem::path InstalledDriver(const platform::Machine& machine);
 
-// The two files that the module is built as: the Windows DLL, which this processor has to be able
-// to run, and a shared object of this system.
+// Which build of the module to load: the one that is installed, the Windows DLL, or the shared
+// object of this system. A processor that cannot run the DLL always gets the shared object.
 enum class DriverFile { kAsInstalled, kImage, kNative };
 
-// An export of the module. What was thrown while it ran is thrown after it has returned.
+// An export of the module. An exception thrown during the call is rethrown after the call returns.
 template <typename Function>
 class Export;
-template <typename Answer, typename... Parameters>
-class Export<Answer(WINAPI*)(Parameters...)> {
+template <typename Result, typename... Parameters>
+class Export<Result(WINAPI*)(Parameters...)> {
  public:
-  using Function = Answer(WINAPI*)(Parameters...);
-  Answer operator()(Parameters... parameters) const {
-    const Answer answer = function(parameters...);
+  using Function = Result(WINAPI*)(Parameters...);
+  Result operator()(Parameters... parameters) const {
+    const Result result = function(parameters...);
     platform::RethrowPendingException();
-    return answer;
+    return result;
   }
   Function function = nullptr;
 };
 
-// The loaded module with its exports. Every construction links the libraries of this build anew
-// (the companions only where they are installed), so that none of them is ever an old copy.
+// The loaded module with its exports. The constructor links the libraries of this build into the
+// driver directory again (companions only where they are installed), so that none is outdated.
 class DriverModule {
  public:
   // Throws Failure when the module cannot be loaded or lacks an export.
@@ -65,8 +66,8 @@ class DriverModule {
   HMODULE module_ = nullptr;
 };
 
-// An open printer, opened as the control panel does: with all access where the person is allowed
-// it, else for use.
+// A printer handle, opened as the control panel opens it: with all access if the user has it,
+// otherwise for use.
 class PrinterHandle {
  public:
   // Throws Failure when the printer cannot be opened.

@@ -1,4 +1,4 @@
-// What a command ends with.
+// Exit codes, and the exception that a failing command throws.
 #pragma once
 
 #include <string>
@@ -8,12 +8,11 @@ namespace printhost {
 // Exit codes of the program.
 enum Exit : int { kDone = 0, kCancelled = 1, kUsage = 2, kFailed = 3 };
 
-// Thrown by a command that cannot continue: the exit code, one line that says what is wrong and
-// what to do, and the same in Japanese where a sheet's page may show it.
+// Thrown by a command that cannot continue.
 struct Failure {
   int exit;
-  std::string message;
-  std::string japanese = {};
+  std::string message;        // one line: the reason and what to do
+  std::string japanese = {};  // the same for the page of a sheet; may be empty
 };
 
 }  // namespace printhost

@@ -1,4 +1,4 @@
-// printhost: the spooler and the application around the driver's user-interface module.
+// printhost plays the spooler and the application for the driver's user-interface module.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +14,9 @@
 
 namespace printhost {
 
-std::u16string Call::Text(std::size_t n) const { return FromUtf8(arguments.positional().at(n)); }
+std::u16string Call::TextArgument(std::size_t n) const {
+  return FromUtf8(arguments.positional().at(n));
+}
 
 void RequirePrinter(const platform::Machine& machine, const std::u16string& name) {
   if (!machine.FindPrinter(name))
@@ -22,8 +24,8 @@ void RequirePrinter(const platform::Machine& machine, const std::u16string& name
                                "\"; \"printhost list\" shows those that are installed"};
 }
 
-std::u16string Call::Printer() const {
-  std::u16string name = Text(0);
+std::u16string Call::PrinterArgument() const {
+  std::u16string name = TextArgument(0);
   RequirePrinter(machine, name);
   return name;
 }
@@ -38,12 +40,12 @@ static void PrintFields(const Json& fields, const std::string& prefix) {
   }
 }
 
-int Call::Answer(const Json& answer) const {
-  // Names from a driver's file may be anything.
+int Call::PrintResult(const Json& result) const {
+  // Names from a driver's file may be invalid UTF-8.
   if (json())
-    std::cout << answer.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    std::cout << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
   else
-    PrintFields(answer, "");
+    PrintFields(result, "");
   return kDone;
 }
 
@@ -64,8 +66,8 @@ std::filesystem::path DefaultState() {
   throw Failure{kUsage, "neither XDG_STATE_HOME nor HOME is set; name a folder with --state DIR"};
 }
 
-int Main(std::vector<std::string> words) {
-  const CommandLine line(Commands(), std::move(words));
+int Run(std::vector<std::string> arguments) {
+  const CommandLine line(Commands(), std::move(arguments));
   int exit = kDone;
   if (line.command() == nullptr) {
     std::cout << line.text();
@@ -83,14 +85,14 @@ int Main(std::vector<std::string> words) {
 }  // namespace
 }  // namespace printhost
 
-int main(int count, char** words) {
+int main(int argc, char** argv) {
   try {
-    return printhost::Main({words + 1, words + count});
+    return printhost::Run({argv + 1, argv + argc});
   } catch (const printhost::Failure& failure) {
     std::cerr << "printhost: " << printhost::Printable(failure.message) << '\n';
     return failure.exit;
-  } catch (const std::exception& problem) {
-    std::cerr << "printhost: " << printhost::Printable(problem.what()) << '\n';
+  } catch (const std::exception& error) {
+    std::cerr << "printhost: " << printhost::Printable(error.what()) << '\n';
     return printhost::kFailed;
   }
 }

@@ -1,5 +1,5 @@
-// Settings records in files and in memory. A record's length is its own word, dmSize +
-// dmDriverExtra, so every way in checks that word against the bytes that are there.
+// Settings records in memory and in files. A record states its own size, dmSize + dmDriverExtra,
+// which is not trusted: every reader compares it with the number of bytes.
 #pragma once
 
 #include <windows.h>
@@ -12,22 +12,20 @@ namespace printhost {
 
 using Record = std::vector<std::byte>;
 
-// dmSize + dmDriverExtra of a record of at least 76 bytes, never more than the bytes given.
+// Returns dmSize + dmDriverExtra, at most the number of bytes. The record has at least 76 bytes.
 std::size_t RecordExtent(const Record& record);
-// dmSize of a record of at least 76 bytes.
+// Returns dmSize. The record has at least 76 bytes.
 std::size_t PublicSize(const Record& record);
 
-// The record in a file, exactly as long as it says; "-" is standard input. Throws Failure when the
-// file cannot be read or does not hold a record.
+// Reads the record in a file; "-" is standard input. Throws Failure when the file cannot be read or
+// does not hold exactly one record.
 Record ReadRecordFile(const std::filesystem::path& path);
 
-// Whether a record could be written to a path as things stand; throws Failure when not. Leaves the
-// path as it is.
+// Throws Failure when WriteRecordFile would fail for this path. Does not change the file.
 void CheckRecordFile(const std::filesystem::path& path);
 
-// Replaces a file by a record, whole or not at all; writes it to what is no file (a device, a
-// pipe). Waits a few seconds for the reader of a named pipe. Throws Failure when it cannot be
-// written.
+// Replaces a file by a record, completely or not at all. A device or pipe is written directly;
+// for the reader of a named pipe it waits a few seconds. Throws Failure.
 void WriteRecordFile(const std::filesystem::path& path, const Record& record);
 
 inline DEVMODEW* AsDevMode(Record& record) { return reinterpret_cast<DEVMODEW*>(record.data()); }

@@ -1,4 +1,4 @@
-// Records as JSON, field names as in the structures.
+// Records as JSON, with the field names of the structures.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,12 +10,12 @@ namespace printhost {
 
 using Json = nlohmann::ordered_json;
 
-// {"public": {dm…}, "private": {…}} of the fields that lie inside the record's own extent;
-// "private" is null where the record does not have the driver's form of 220 bytes before it.
+// Returns {"public": {dm…}, "private": {…}} with the fields inside RecordExtent. "private" is null
+// unless dmSize is the driver's own, 220 bytes.
 Json RecordJson(const Record& record);
 
-// The printer-level part as it is stored: PaperNum, Papers, HeadDensity, Mecha. Null unless there
-// are exactly its 3338 bytes.
+// Returns PaperNum, Papers, HeadDensity and Mecha of the stored printer part; null unless it has
+// exactly 3338 bytes.
 Json PrinterPartJson(std::span<const std::byte> bytes);
 
 }  // namespace printhost

@@ -8,20 +8,21 @@
 namespace printhost {
 namespace {
 
-// The text with U+FFFD for each lone surrogate.
-std::u16string Paired(std::u16string_view text) {
-  std::u16string paired(text);
-  for (std::size_t i = 0; i < paired.size(); ++i) {
-    const auto kindAt = [&](std::size_t at) { return at < paired.size() ? paired[at] >> 10 : 0; };
+std::u16string ReplaceLoneSurrogates(std::u16string_view text) {
+  std::u16string replaced(text);
+  for (std::size_t i = 0; i < replaced.size(); ++i) {
+    const auto kindAt = [&](std::size_t at) {
+      return at < replaced.size() ? replaced[at] >> 10 : 0;
+    };
     if (kindAt(i) == 0xD800 >> 10 && kindAt(i + 1) == 0xDC00 >> 10)
       ++i;
     else if (kindAt(i) >> 1 == 0xD800 >> 11)
-      paired[i] = 0xFFFD;
+      replaced[i] = 0xFFFD;
   }
-  return paired;
+  return replaced;
 }
 
-// Code points that change what a terminal shows around them.
+// Returns true for code points that change how a terminal shows the text around them.
 bool IsUnprintable(char32_t c) {
   return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x200E || c == 0x200F ||
          (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
@@ -29,14 +30,16 @@ bool IsUnprintable(char32_t c) {
 
 }  // namespace
 
-// What is UTF-8 is what the same bytes come from.
+// Valid UTF-8 is unchanged by a conversion to UTF-16 and back.
 std::u16string FromUtf8(std::string_view text) {
   std::u16string units = platform::ToUtf16(text);
   if (ToUtf8(units) != text) throw Failure{kUsage, "a text is not UTF-8"};
   return units;
 }
 
-std::string ToUtf8(std::u16string_view text) { return platform::ToUtf8(Paired(text)); }
+std::string ToUtf8(std::u16string_view text) {
+  return platform::ToUtf8(ReplaceLoneSurrogates(text));
+}
 
 std::string Printable(std::string_view utf8) {
   std::string shown;

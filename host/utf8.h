@@ -1,4 +1,4 @@
-// The shell speaks UTF-8, the platform UTF-16.
+// Conversions between the shell's UTF-8 and the platform's UTF-16.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace printhost {
 
-// Throws Failure (usage) when the bytes are not UTF-8.
+// Throws Failure (usage) when the text is not valid UTF-8.
 std::u16string FromUtf8(std::string_view text);
 
-// A lone surrogate becomes U+FFFD, so that the answer is always UTF-8.
+// Always returns valid UTF-8: a lone surrogate becomes U+FFFD.
 std::string ToUtf8(std::u16string_view text);
 
 // Returns a text that a terminal can print safely: control characters, line and paragraph

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 #include "host/commands/commands.h"
 #include "host/driver_module.h"
@@ -27,7 +28,7 @@ CLI::Option* AddOption(CLI::App& app, const Option& option) {
       ->allow_extra_args(false);
 }
 
-// Adds the positional arguments that a command's help shows, like "NAME [VALUE]".
+// Adds the positional arguments that a command declares, like "NAME [VALUE]".
 void AddPositionals(CLI::App& app, const Command& command) {
   std::istringstream names{std::string(command.positional)};
   std::size_t count = 0;
@@ -38,21 +39,22 @@ void AddPositionals(CLI::App& app, const Command& command) {
   }
 }
 
-// Returns an option's values; throws Failure when the option was given more than once.
+// Returns an option's values. Throws Failure when the option occurs more than once.
 std::vector<std::string> Values(const CLI::Option& option, int perUse) {
   if (option.count() > static_cast<std::size_t>(std::max(perUse, 1)))
     throw Failure{kUsage, option.get_name() + " is given twice"};
   return perUse == 0 ? std::vector<std::string>() : option.results();
 }
 
-// The parser skips an empty value after "="; as an argument of its own it accepts one.
-std::vector<std::string> SplitEmptyValues(const std::vector<std::string>& words) {
+// Splits "--name=" into "--name" and an empty value, which the parser would otherwise ignore.
+std::vector<std::string> SplitEmptyValues(const std::vector<std::string>& arguments) {
   std::vector<std::string> split;
-  bool ended = false;
-  for (const std::string& word : words) {
-    ended = ended || word == "--";
-    const bool isEmpty = !ended && word.starts_with("--") && word.find('=') == word.size() - 1;
-    split.push_back(isEmpty ? word.substr(0, word.size() - 1) : word);
+  bool optionsEnded = false;
+  for (const std::string& argument : arguments) {
+    optionsEnded = optionsEnded || argument == "--";
+    const bool isEmpty =
+        !optionsEnded && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+    split.push_back(isEmpty ? argument.substr(0, argument.size() - 1) : argument);
     if (isEmpty) split.emplace_back();
   }
   return split;
@@ -65,7 +67,7 @@ std::string Arguments::Value(std::string_view option, std::size_t n) const {
   return found == values_.end() || n >= found->second.size() ? std::string() : found->second[n];
 }
 
-CommandLine::CommandLine(std::span<const Command> commands, std::vector<std::string> words) {
+CommandLine::CommandLine(std::span<const Command> commands, std::vector<std::string> arguments) {
   CLI::App app(
       "Installs label printers on a computer of its own, asks their driver and shows its "
       "sheets.",
@@ -88,10 +90,10 @@ CommandLine::CommandLine(std::span<const Command> commands, std::vector<std::str
   app.add_subcommand("help", "show this help")->group("")->allow_extras();
   app.allow_extras();  // after the subcommands, which would inherit it
 
-  words = SplitEmptyValues(words);
-  std::ranges::reverse(words);  // the order that the parser wants
+  arguments = SplitEmptyValues(arguments);
+  std::ranges::reverse(arguments);  // the order that the parser expects
   try {
-    app.parse(std::move(words));
+    app.parse(std::move(arguments));
   } catch (const CLI::CallForVersion& version) {
     text_ = std::string(version.what()) + '\n';
     return;
@@ -112,22 +114,22 @@ CommandLine::CommandLine(std::span<const Command> commands, std::vector<std::str
                               : "there is no command \"" + rest[0] + "\"; --help shows them"};
   if (app.get_subcommands().empty()) throw Failure{kUsage, "no command given; --help shows them"};
   const CLI::App& sub = *app.get_subcommands()[0];
-  const CLI::Option& programState = *app.get_option("--state");
   command_ = &*std::ranges::find(commands, std::string_view(sub.get_name()), &Command::name);
   for (const Option& option : command_->options)
-    if (const CLI::Option& given = *sub.get_option(std::string(option.name)); given.count() > 0)
-      arguments_.values_.emplace(option.name, Values(given, option.values));
+    if (const CLI::Option& parsed = *sub.get_option(std::string(option.name)); parsed.count() > 0)
+      arguments_.values_.emplace(option.name, Values(parsed, option.values));
   for (const CLI::Option* option : sub.get_options())
     if (option->get_positional() && option->count() > 0)
       arguments_.positional_.push_back(option->results()[0]);
-  for (const CLI::Option* state : {sub.get_option("--state"), &programState}) {
+  for (const CLI::Option* state :
+       {sub.get_option("--state"), std::as_const(app).get_option("--state")}) {
     if (state->count() == 0 || !state_.empty()) continue;
     state_ = Values(*state, 1)[0];
     if (state_.empty()) throw Failure{kUsage, "--state takes a folder"};
   }
 }
 
-bool YesOrNo(std::string_view option, std::string_view value) {
+bool ParseYesOrNo(std::string_view option, std::string_view value) {
   if (value == "yes") return true;
   if (value == "no") return false;
   throw Failure{kUsage, std::string(option) + " takes yes or no"};

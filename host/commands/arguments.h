@@ -1,4 +1,4 @@
-// The command line: commands, their options by name, everything else in order.
+// Parses the command line: a command, its options by name and its positional arguments in order.
 #pragma once
 
 #include <map>
@@ -11,15 +11,15 @@ namespace printhost {
 
 struct Option {
   std::string_view name;   // with its dashes
-  int values = 0;          // how many arguments follow
-  std::string_view shown;  // the values as the help names them
+  int values = 0;          // number of values that follow it
+  std::string_view shown;  // the values, as the help shows them
   std::string_view help;
 };
 
 class Arguments {
  public:
   bool Has(std::string_view option) const { return values_.contains(option); }
-  // Returns the n-th value of an option; empty when the option was not given.
+  // Returns the n-th value of an option; empty when the option is missing.
   std::string Value(std::string_view option, std::size_t n = 0) const;
   const std::vector<std::string>& positional() const { return positional_; }
 
@@ -31,20 +31,20 @@ class Arguments {
 
 struct Command;
 
-// A parsed command line. Options of a command may stand anywhere after its name, as "--name value"
+// A parsed command line. Options of a command may follow its name in any place, as "--name value"
 // or "--name=value"; after "--" nothing is an option.
 class CommandLine {
  public:
-  // Throws Failure (usage) for an unknown command or option, a missing or superfluous argument or
-  // an option given twice.
-  CommandLine(std::span<const Command> commands, std::vector<std::string> words);
+  // Throws Failure (usage) for an unknown command or option, a missing or extra argument, or an
+  // option that occurs twice.
+  CommandLine(std::span<const Command> commands, std::vector<std::string> arguments);
 
-  // The command to run; null when help or the version is asked for.
+  // Returns the command to run; null for a request for help or the version.
   const Command* command() const { return command_; }
   const Arguments& arguments() const { return arguments_; }
-  // The text to print in place of a command.
+  // Returns the help or version to print when there is no command.
   const std::string& text() const { return text_; }
-  // The state directory; empty when it was not given.
+  // Returns the state directory; empty when --state is missing.
   const std::string& state() const { return state_; }
 
  private:
@@ -54,7 +54,7 @@ class CommandLine {
   std::string state_;
 };
 
-// "yes" or "no"; throws Failure (usage) for anything else.
-bool YesOrNo(std::string_view option, std::string_view value);
+// Parses "yes" or "no". Throws Failure (usage) for any other value.
+bool ParseYesOrNo(std::string_view option, std::string_view value);
 
 }  // namespace printhost

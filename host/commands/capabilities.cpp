@@ -1,4 +1,4 @@
-// Every capability index with the driver's answer.
+// The caps command: queries every capability index.
 #include <algorithm>
 #include <cstring>
 #include <iostream>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr Option kCapsOptions[] = {kJsonOption};
 
-// What an index writes, as DeviceCapabilities documents it.
+// What DeviceCapabilities writes for an index, as documented.
 enum class Output { kNone, kWords, kDwords, kPoint, kPoints, kNames24, kNames64 };
 
 struct Capability {
@@ -71,11 +71,11 @@ std::vector<Item> Items(std::span<const std::byte> bytes, std::size_t count) {
   return items;
 }
 
-Json Names(std::span<const std::byte> bytes, std::size_t count, std::size_t slot) {
-  const std::vector<char16_t> text = Items<char16_t>(bytes, count * slot);
+Json Names(std::span<const std::byte> bytes, std::size_t count, std::size_t units) {
+  const std::vector<char16_t> text = Items<char16_t>(bytes, count * units);
   Json names = Json::array();
-  for (std::size_t i = 0; i + slot <= text.size(); i += slot) {
-    const std::u16string_view name(text.data() + i, slot);
+  for (std::size_t i = 0; i + units <= text.size(); i += units) {
+    const std::u16string_view name(text.data() + i, units);
     names.push_back(ToUtf8(name.substr(0, name.find(u'\0'))));
   }
   return names;
@@ -109,25 +109,25 @@ Json Decode(Output output, std::span<const std::byte> bytes, LONG result) {
 }
 
 int Caps(Call& call) {
-  PrinterHandle printer(call.Printer());
+  PrinterHandle printer(call.PrinterArgument());
   DriverModule module(call.machine);
   Json json = Json::object();
-  // Room for as many entries as there can ever be: another process may register papers meanwhile.
+  // Large enough for the most entries possible: another process may register papers meanwhile.
   std::vector<std::byte> bytes((kestrel::kPaperCapacity + 1) * 64 * sizeof(char16_t));
   for (const Capability& capability : kCapabilities) {
     void* output = capability.output == Output::kNone ? nullptr : bytes.data();
     const auto result = static_cast<LONG>(module.deviceCapabilities(
         printer.get(), printer.name(), capability.index, output, nullptr));
-    // Nothing is written by an index that the driver does not know or has no entries for.
-    const bool written = output != nullptr && result > 0;
+    // The driver writes nothing for an unsupported index or an empty list.
+    const bool hasOutput = output != nullptr && result > 0;
     json[capability.name] = {
         {"result", result},
-        {"output", written ? Decode(capability.output, bytes, result) : Json()}};
+        {"output", hasOutput ? Decode(capability.output, bytes, result) : Json()}};
   }
-  if (call.json()) return call.Answer(json);
-  for (const auto& [name, answer] : json.items()) {
-    std::cout << name << '\t' << answer["result"];
-    if (!answer["output"].is_null()) std::cout << '\t' << Printable(answer["output"].dump());
+  if (call.json()) return call.PrintResult(json);
+  for (const auto& [name, value] : json.items()) {
+    std::cout << name << '\t' << value["result"];
+    if (!value["output"].is_null()) std::cout << '\t' << Printable(value["output"].dump());
     std::cout << '\n';
   }
   return kDone;

@@ -16,22 +16,23 @@ struct Call {
   const Arguments& arguments;
   platform::Machine& machine;
 
-  // Prints an answer: as JSON, or its members in lines of name and value. Answers kDone.
-  int Answer(const Json& answer) const;
   bool json() const { return arguments.Has("--json"); }
-  // The n-th positional argument as the platform's text.
-  std::u16string Text(std::size_t n) const;
-  // The first positional argument, which has to name an installed printer; throws Failure.
-  std::u16string Printer() const;
+  // Prints a result: as JSON with --json, otherwise one line of name and value for each member.
+  // Returns kDone.
+  int PrintResult(const Json& result) const;
+  // Returns the n-th positional argument in UTF-16.
+  std::u16string TextArgument(std::size_t n) const;
+  // Returns the first positional argument. Throws Failure unless it names an installed printer.
+  std::u16string PrinterArgument() const;
 };
 
 struct Command {
   std::string_view name;
-  std::string_view positional;  // as the help shows them
+  std::string_view positional;  // the arguments without a name, as the help shows them
   std::size_t least, most;      // how many positional arguments
   std::span<const Option> options;
   std::string_view summary;
-  int (*run)(Call& call);  // answers an exit code; throws Failure
+  int (*run)(Call& call);  // returns an exit code; throws Failure
 };
 
 std::span<const Command> Commands();
@@ -47,16 +48,15 @@ extern const Command kModule;
 // Property sheets: in the browser (sheets.cpp) and by a script (play.cpp).
 extern const Command kSheet, kDemo, kPlay;
 
-// Throws Failure, with where to look, when there is no such printer.
+// Throws Failure when no printer of this name is installed.
 void RequirePrinter(const platform::Machine& machine, const std::u16string& name);
 
-// Installs a printer as the spooler does when a driver's printer is added: the initialise event,
-// then the driver's default record as the printer's. Throws Failure; then no printer is left
-// behind.
+// Installs a printer as the spooler does: sends the driver the initialize event, then stores the
+// driver's default record as the printer's. Throws Failure and leaves no printer when a step fails.
 void InstallPrinter(platform::Machine& machine, const std::u16string& name,
                     const std::u16string& driverName, bool companions, bool native = false);
 
-// One option each that several commands have.
+// An option of several commands.
 inline constexpr Option kJsonOption = {"--json", 0, "", "answer as JSON"};
 
 }  // namespace printhost

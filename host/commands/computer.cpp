@@ -1,4 +1,4 @@
-// What the computer is, who is asking, and the label printer behind the device library.
+// The machine and device commands: the simulated computer and label printer.
 #include <algorithm>
 #include <charconv>
 #include <iostream>
@@ -52,7 +52,7 @@ constexpr NamedOs kNamedOs[] = {
 constexpr const char* kModes[] = {"tear-off", "continuous", "peel"};
 constexpr const char* kAnswers[] = {"normal", "silent", "short", "overlong"};
 
-// A whole number of decimal digits, or nothing.
+// Parses a number of decimal digits; returns nothing for any other text.
 std::optional<DWORD> ParseNumber(std::string_view text) {
   DWORD number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -80,7 +80,7 @@ std::string OsText(const OsVersion& os) {
   return std::to_string(os.major) + '.' + std::to_string(os.minor);
 }
 
-// The index of a word in a list, or the count when it is none of them.
+// Returns the index of a word in a list, or the number of words when it is not in the list.
 template <std::size_t kCount>
 std::size_t IndexOf(const char* const (&words)[kCount], std::string_view word) {
   return static_cast<std::size_t>(std::ranges::find(words, word) - std::begin(words));
@@ -94,44 +94,40 @@ UINT ParseAnsiPage(const std::string& text) {
   return *page;
 }
 
-// Looks at every option before it changes anything.
-void Change(platform::Machine& machine, const Arguments& arguments) {
-  const bool contrast = arguments.Has("--high-contrast");
-  const bool server = arguments.Has("--server");
-  const bool controller = arguments.Has("--domain-controller");
-  const bool permission = arguments.Has("--permission");
-  const bool administrator = arguments.Has("--administrator");
-  if (server && controller)
+// Validates all options, then applies them.
+void ApplyMachineOptions(platform::Machine& machine, const Arguments& arguments) {
+  const auto yesOrNo = [&](std::string_view option, std::size_t n = 0) {
+    return arguments.Has(option) ? std::optional(ParseYesOrNo(option, arguments.Value(option, n)))
+                                 : std::nullopt;
+  };
+  const bool isServer = arguments.Has("--server");
+  const bool isDomainController = arguments.Has("--domain-controller");
+  if (isServer && isDomainController)
     throw Failure{kUsage, "--server and --domain-controller exclude one another"};
   OsVersion os = machine.os();
   if (arguments.Has("--os")) os = ParseOs(arguments.Value("--os"));
-  if (server) os.productType = VER_NT_SERVER;
-  if (controller) os.productType = VER_NT_DOMAIN_CONTROLLER;
-  const bool trusted =
-      administrator && YesOrNo("--administrator", arguments.Value("--administrator"));
-  const bool light = contrast && YesOrNo("--high-contrast", arguments.Value("--high-contrast"));
+  if (isServer) os.productType = VER_NT_SERVER;
+  if (isDomainController) os.productType = VER_NT_DOMAIN_CONTROLLER;
+  const auto administrator = yesOrNo("--administrator");
+  const auto highContrast = yesOrNo("--high-contrast");
+  const auto permission = yesOrNo("--permission", 1);
   const std::u16string printer = FromUtf8(arguments.Value("--permission"));
-  const bool permitted = permission && YesOrNo("--permission", arguments.Value("--permission", 1));
-  const bool page = arguments.Has("--ansi-page");
-  const UINT ansiPage = page ? ParseAnsiPage(arguments.Value("--ansi-page")) : machine.ansiPage();
-  const auto yesOrNo = [&](std::string_view option) {
-    return arguments.Has(option) ? std::optional(YesOrNo(option, arguments.Value(option)))
-                                 : std::nullopt;
-  };
-  const auto installed = yesOrNo("--code-page-932");
-  const auto hidden = yesOrNo("--hide-extensions");
   if (permission) RequirePrinter(machine, printer);
-  if (server || controller || arguments.Has("--os")) machine.SetOs(os);
-  if (administrator) machine.SetAdministrator(trusted);
-  if (contrast) machine.SetHighContrast(light);
-  if (permission) machine.SetPermission(printer, permitted, permitted);
-  if (page) machine.SetAnsiPage(ansiPage);
-  if (installed) machine.SetCodePage932(*installed);
-  if (hidden) machine.SetHidesExtensions(*hidden);
+  std::optional<UINT> ansiPage;
+  if (arguments.Has("--ansi-page")) ansiPage = ParseAnsiPage(arguments.Value("--ansi-page"));
+  const auto codePage932 = yesOrNo("--code-page-932");
+  const auto hideExtensions = yesOrNo("--hide-extensions");
+  if (isServer || isDomainController || arguments.Has("--os")) machine.SetOs(os);
+  if (administrator) machine.SetAdministrator(*administrator);
+  if (highContrast) machine.SetHighContrast(*highContrast);
+  if (permission) machine.SetPermission(printer, *permission, *permission);
+  if (ansiPage) machine.SetAnsiPage(*ansiPage);
+  if (codePage932) machine.SetCodePage932(*codePage932);
+  if (hideExtensions) machine.SetHidesExtensions(*hideExtensions);
 }
 
 int ShowMachine(Call& call) {
-  Change(call.machine, call.arguments);
+  ApplyMachineOptions(call.machine, call.arguments);
   const OsVersion os = call.machine.os();
   Json permissions = Json::object();
   for (const platform::PrinterSetup& printer : call.machine.Printers())
@@ -139,26 +135,27 @@ int ShowMachine(Call& call) {
   const char* product = os.productType == VER_NT_SERVER              ? "server"
                         : os.productType == VER_NT_DOMAIN_CONTROLLER ? "domain controller"
                                                                      : "workstation";
-  return call.Answer({{"os", OsText(os)},
-                      {"product", product},
-                      {"administrator", call.machine.administrator()},
-                      {"highContrast", call.machine.highContrast()},
-                      {"permissions", permissions},
-                      {"ansiPage", call.machine.ansiPage()},
-                      {"codePage932", call.machine.codePage932()},
-                      {"hideExtensions", call.machine.hidesExtensions()},
-                      {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
-                      {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}});
+  return call.PrintResult(
+      {{"os", OsText(os)},
+       {"product", product},
+       {"administrator", call.machine.administrator()},
+       {"highContrast", call.machine.highContrast()},
+       {"permissions", permissions},
+       {"ansiPage", call.machine.ansiPage()},
+       {"codePage932", call.machine.codePage932()},
+       {"hideExtensions", call.machine.hidesExtensions()},
+       {"windows", call.machine.HostPath(call.machine.windowsDirectory()).string()},
+       {"drivers", call.machine.HostPath(call.machine.driverDirectory()).string()}});
 }
 
 int Device(Call& call) {
-  const std::u16string name = call.Printer();
+  const std::u16string name = call.PrinterArgument();
   const Arguments& arguments = call.arguments;
   companions::SimulatedDevice device = companions::LoadSimulatedDevice(name);
   if (arguments.Has("--mode")) {
     const std::string mode = arguments.Value("--mode");
     const std::size_t index = IndexOf(kModes, mode);
-    // The device answers its mode in one byte; a text that is no number is refused as a large one.
+    // The device reports its mode in one byte. An invalid number is rejected like a larger one.
     device.mode =
         index < std::size(kModes) ? static_cast<DWORD>(index) : ParseNumber(mode).value_or(0x100);
     if (device.mode > 0xFF)
@@ -178,18 +175,18 @@ int Device(Call& call) {
   if (arguments.Has("--firmware")) device.firmware = FromUtf8(arguments.Value("--firmware"));
   if (arguments.Has("--font")) device.font = FromUtf8(arguments.Value("--font"));
   if (arguments.Has("--offline"))
-    device.offline = YesOrNo("--offline", arguments.Value("--offline"));
+    device.offline = ParseYesOrNo("--offline", arguments.Value("--offline"));
   const bool changed = std::ranges::any_of(kDeviceOptions, [&](const Option& option) {
     return option.values > 0 && arguments.Has(option.name);
   });
   if (changed) companions::SaveSimulatedDevice(name, device);
-  return call.Answer({{"mode", device.mode < std::size(kModes) ? kModes[device.mode]
-                                                               : std::to_string(device.mode)},
-                      {"density", device.density},
-                      {"firmware", ToUtf8(device.firmware)},
-                      {"font", ToUtf8(device.font)},
-                      {"offline", device.offline},
-                      {"answer", kAnswers[static_cast<std::size_t>(device.reply)]}});
+  return call.PrintResult({{"mode", device.mode < std::size(kModes) ? kModes[device.mode]
+                                                                    : std::to_string(device.mode)},
+                           {"density", device.density},
+                           {"firmware", ToUtf8(device.firmware)},
+                           {"font", ToUtf8(device.font)},
+                           {"offline", device.offline},
+                           {"answer", kAnswers[static_cast<std::size_t>(device.reply)]}});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What a driver's file is: a Windows DLL, told from its bytes alone.
+// The module command: describes a Windows DLL, reading only the bytes of the file.
 #include <sha2.h>
 
 #include <algorithm>
@@ -21,7 +21,7 @@ using platform::ImageFile;
 
 constexpr Option kModuleOptions[] = {kJsonOption};
 
-std::string Hex(std::uint64_t value, int digits) {
+std::string HexNumber(std::uint64_t value, int digits) {
   std::string text(static_cast<std::size_t>(digits), '0');
   for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value /= 16)
     *digit = "0123456789abcdef"[value % 16];
@@ -42,11 +42,11 @@ std::string MachineText(WORD machine) {
     case platform::kMachineArm64:
       return "ARM64";
     default:
-      return "0x" + Hex(machine, 4);
+      return "0x" + HexNumber(machine, 4);
   }
 }
 
-// The numbers of RT_… as a reader knows them.
+// Returns the name of a resource type; RT_… constants index the table.
 std::string TypeText(const platform::ResourceName& type) {
   constexpr const char* kTypes[] = {
       "",       "cursor",          "bitmap",        "icon", "menu",
@@ -59,7 +59,7 @@ std::string TypeText(const platform::ResourceName& type) {
   return std::to_string(type.id);
 }
 
-// Of the version resource; null without one.
+// Returns the file version in the version resource; null without one.
 Json VersionJson(const ImageFile& image) {
   for (const platform::ImageResource& each : image.resources) {
     if (each.type.id != platform::kResourceVersion || !each.type.text.empty()) continue;
@@ -80,10 +80,10 @@ Json VersionJson(const ImageFile& image) {
   return nullptr;
 }
 
-// The value of DependentLoadFlags for the system directory alone (LOAD_LIBRARY_SEARCH_SYSTEM32).
+// DependentLoadFlags: search the system directory only (LOAD_LIBRARY_SEARCH_SYSTEM32).
 constexpr WORD kSearchSystemDirectory = 0x0800;
 
-// The protections that the file asks the system for. "callTargets" counts the functions that an
+// Returns the protections that the file enables. "callTargets" is the number of functions that an
 // indirect call may reach; null without Control Flow Guard.
 Json HardeningJson(const ImageFile& image) {
   const auto has = [&](WORD flag) { return (image.dllCharacteristics & flag) != 0; };
@@ -101,20 +101,20 @@ Json HardeningJson(const ImageFile& image) {
           {"systemLibrariesOnly", config.dependentLoadFlags == kSearchSystemDirectory}};
 }
 
-// Name and identifier of the file with the symbols; the identifier (GUID and age) is written as
-// the name of its folder on a symbol server. Null without symbols.
+// Returns the name and identifier of the symbol file; null without symbols. The identifier, GUID
+// and age, is written as the file's folder on a symbol server is named.
 Json SymbolsJson(const ImageFile& image) {
   if (!image.symbols) return nullptr;
-  // A GUID begins with numbers of 32, 16 and 16 bits; its other bytes stand as they are.
+  // A GUID is numbers of 32, 16 and 16 bits, then eight bytes.
   const auto& guid = image.symbols->guid;
   DWORD first;
   WORD second, third;
   std::memcpy(&first, guid.data(), sizeof(first));
   std::memcpy(&second, guid.data() + 4, sizeof(second));
   std::memcpy(&third, guid.data() + 6, sizeof(third));
-  std::string id = Hex(first, 8) + Hex(second, 4) + Hex(third, 4);
-  for (std::size_t i = 8; i < guid.size(); ++i) id += Hex(guid[i], 2);
-  std::string age = Hex(image.symbols->age, 8);
+  std::string id = HexNumber(first, 8) + HexNumber(second, 4) + HexNumber(third, 4);
+  for (std::size_t i = 8; i < guid.size(); ++i) id += HexNumber(guid[i], 2);
+  std::string age = HexNumber(image.symbols->age, 8);
   age.erase(0, std::min(age.find_first_not_of('0'), age.size() - 1));
   id += age;
   for (char& digit : id) digit = static_cast<char>(std::toupper(static_cast<unsigned char>(digit)));
@@ -156,25 +156,25 @@ Json ModuleJson(const std::string& file, platform::Bytes bytes) {
           {"sha256", Sha256(bytes)}};
 }
 
-// A name from the file as a terminal may see it.
-std::string Plain(const Json& name) {
+// Returns a name from the file as it may be printed to a terminal.
+std::string PrintableName(const Json& name) {
   if (!name.is_string()) return name.is_null() ? "by ordinal" : name.dump();
   return Printable(name.get<std::string>());
 }
 
 void PrintList(const std::string& title, const Json& items) {
   std::cout << title << " (" << items.size() << ")\n";
-  for (const Json& item : items) std::cout << "  " << Plain(item) << '\n';
+  for (const Json& item : items) std::cout << "  " << PrintableName(item) << '\n';
 }
 
 void Print(const Json& module) {
   for (const char* name : {"file", "format", "machine", "version", "sha256"})
-    std::cout << name << '\t' << Plain(module[name].is_null() ? Json("none") : module[name])
+    std::cout << name << '\t' << PrintableName(module[name].is_null() ? Json("none") : module[name])
               << '\n';
   std::cout << "symbols\t"
-            << (module["symbols"].is_null()
-                    ? "none"
-                    : Plain(module["symbols"]["file"]) + ' ' + Plain(module["symbols"]["id"]))
+            << (module["symbols"].is_null() ? "none"
+                                            : PrintableName(module["symbols"]["file"]) + ' ' +
+                                                  PrintableName(module["symbols"]["id"]))
             << '\n';
   std::cout << "hardening\n";
   for (const auto& [property, value] : module["hardening"].items())
@@ -185,15 +185,16 @@ void Print(const Json& module) {
               << '\n';
   PrintList("exports", module["exports"]);
   for (const auto& [library, functions] : module["imports"].items())
-    PrintList("imports from " + Plain(library), functions);
+    PrintList("imports from " + PrintableName(library), functions);
   std::cout << "resources (" << module["resources"].size() << ")\n";
   for (const Json& each : module["resources"])
-    std::cout << "  " << Plain(each["type"]) << '\t' << Plain(each["name"]) << '\t' << each["size"]
-              << " bytes\n";
+    std::cout << "  " << PrintableName(each["type"]) << '\t' << PrintableName(each["name"]) << '\t'
+              << each["size"] << " bytes\n";
   std::cout << "sections (" << module["sections"].size() << ")\n";
   for (const Json& each : module["sections"])
-    std::cout << "  " << Plain(each["name"]) << '\t' << Plain(each["protection"]) << '\t'
-              << each["size"] << " bytes at 0x" << Hex(each["address"].get<DWORD>(), 8) << '\n';
+    std::cout << "  " << PrintableName(each["name"]) << '\t' << PrintableName(each["protection"])
+              << '\t' << each["size"] << " bytes at 0x"
+              << HexNumber(each["address"].get<DWORD>(), 8) << '\n';
 }
 
 int Show(Call& call) {
@@ -201,15 +202,15 @@ int Show(Call& call) {
   const std::filesystem::path file = installed
                                          ? InstalledDriver(call.machine)
                                          : std::filesystem::path(call.arguments.positional()[0]);
-  std::error_code none;
-  if (!is_regular_file(file, none))
+  std::error_code ignored;
+  if (!is_regular_file(file, ignored))
     throw Failure{kFailed, installed ? "no driver is installed; add a printer or name a file"
                                      : file.string() + " is no file that can be read"};
   const std::vector<std::byte> bytes = platform::ReadWhole(file);
   try {
     const Json module = ModuleJson(file.string(), bytes);
     if (call.json())
-      call.Answer(module);
+      call.PrintResult(module);
     else
       Print(module);
   } catch (const platform::ImageError& error) {

@@ -1,4 +1,4 @@
-// A property sheet against a script of steps, without a browser.
+// The play command: drives a property sheet by a script, without a browser.
 #include <windows.h>
 
 #include <filesystem>
@@ -19,20 +19,20 @@ constexpr Option kPlayOptions[] = {
     kOutRecordOption,
     {"--json", 0, "", "a last line with how the sheet ended and the resulting record"}};
 
-// The steps, one JSON object a line; empty lines and lines that begin with "#" are passed over.
-// They are read as they are needed, so that another program may decide by the answers.
+// Reads steps, one JSON object a line; ignores empty lines and lines that begin with "#". Each line
+// is read when it is needed, so that a program can choose its next step by the last result.
 class Script {
  public:
   explicit Script(const std::string& path) {
     if (path == "-") return;
     file_.open(path);
-    // A folder opens and has nothing to be read.
+    // A folder can be opened but not read.
     if (!file_ || std::filesystem::is_directory(path))
       throw Failure{kFailed, "\"" + path + "\" cannot be read"};
     in_ = &file_;
   }
 
-  // The next step, or nothing at the end. Throws Failure when a line is no JSON.
+  // Returns the next step, or nothing at the end. Throws Failure when a line is not JSON.
   std::optional<Json> Next() {
     for (std::string line; std::getline(*in_, line);) {
       const std::size_t first = line.find_first_not_of(" \t\r");
@@ -52,57 +52,61 @@ class Script {
   int number_ = 0;
 };
 
-// Does the script's steps at the desk. Each is answered by one line: {"step": 3, "ok": true, …}, or
-// with "ok" false and the "reason", which ends the sheet as cancelled.
+// Performs the script's steps and prints one line for each: {"step": 3, "ok": true, …}, or "ok"
+// false and the "reason", after which the sheet is cancelled.
 class Player : public platform::User {
  public:
   Player(Script& script, SheetCall& sheet) : script_(script), sheet_(sheet) {}
 
   bool Act(platform::Desk& desk) override {
     wasShown_ = true;
-    // The step before opened a window: it is done as soon as the next can be asked for.
-    AnswerOpen();
-    return Answered([&] {
+    // A step that opens a window returns when the window closes; it is done once the window waits
+    // for input.
+    ReportDone();
+    return WithFailureReported([&] {
       const std::optional<Json> step = script_.Next();
       if (!step) return false;
-      open_ = true;
+      isPending_ = true;
       if (MayConfirm(desk, *step)) {
         if (const auto error = sheet_.SaveError()) throw Failure(*error);
       }
-      const Json read = DoStep(desk, sheet_.module(), *step);
-      AnswerOpen(read);
+      const Json read = PerformStep(desk, sheet_.module(), *step);
+      ReportDone(read);
       return true;
     });
   }
 
-  // After the sheet has closed no step is left that could be done.
+  // Fails when steps are left after the sheet has closed.
   void Finish() {
-    Answered([this] {
+    WithFailureReported([this] {
       if (script_.Next()) throw Failure{kFailed, "the sheet had been closed before this step"};
       return false;
     });
   }
 
-  // Whether any window has ever been shown.
+  // Returns true once a window has been shown.
   bool wasShown() const { return wasShown_; }
 
  private:
-  void AnswerOpen(const Json& read = Json::object()) {
-    if (!open_) return;
-    open_ = false;
+  // Prints the line of the step that is being performed, if any.
+  void ReportDone(const Json& read = Json::object()) {
+    if (!isPending_) return;
+    isPending_ = false;
     Json line = {{"step", script_.number()}, {"ok", true}};
     line.update(read);
     std::cout << line.dump() << std::endl;
   }
 
-  template <typename Step>
-  bool Answered(const Step& step) {
+  // Calls a function. When it throws a Failure, prints the line of the failed step and throws the
+  // Failure with the step's number; the next windows, which close, only pass it on.
+  template <typename Function>
+  bool WithFailureReported(const Function& function) {
     try {
-      return step();
+      return function();
     } catch (const Failure& failure) {
-      open_ = false;
-      if (failed_) throw;
-      failed_ = true;
+      isPending_ = false;
+      if (hasFailed_) throw;
+      hasFailed_ = true;
       std::cout
           << Json{{"step", script_.number()}, {"ok", false}, {"reason", failure.message}}.dump()
           << std::endl;
@@ -112,30 +116,30 @@ class Player : public platform::User {
 
   Script& script_;
   SheetCall& sheet_;
-  bool open_ = false;  // a step is begun and not yet answered
-  bool failed_ = false;
+  bool isPending_ = false;  // a step has begun and its line is not printed yet
+  bool hasFailed_ = false;
   bool wasShown_ = false;
 };
 
 int Play(Call& call) {
-  const auto& words = call.arguments.positional();
-  const std::string steps = words.size() > 1 ? words[1] : "-";
+  const auto& arguments = call.arguments.positional();
+  const std::string steps = arguments.size() > 1 ? arguments[1] : "-";
   if (steps == "-" && call.arguments.Value("--in") == "-")
     throw Failure{kUsage, "--in - and the steps both read standard input; name a file for one"};
-  SheetCall sheet(call, call.Printer());
+  SheetCall sheet(call, call.PrinterArgument());
   Script script(steps);
   Player player(script, sheet);
   call.machine.desk().Attach(&player);
-  struct Leave {
+  struct DetachUser {
     platform::Desk& desk;
-    ~Leave() { desk.Attach(nullptr); }
-  } leave{call.machine.desk()};
+    ~DetachUser() { desk.Attach(nullptr); }
+  } detach{call.machine.desk()};
   const LONG result = sheet.Show();
   if (result < 0 || !player.wasShown()) throw Failure{kFailed, "the sheet did not open"};
   player.Finish();
   if (result >= CPSUI_OK) {
     sheet.RequirePrinter();
-    if (const auto problem = CatchFailure([&] { sheet.Save(); })) throw Failure(*problem);
+    if (const auto error = CatchFailure([&] { sheet.Save(); })) throw Failure(*error);
   }
   const bool done = result >= CPSUI_OK;
   if (call.json())

@@ -1,4 +1,4 @@
-// Installing, removing and listing printers.
+// The add, remove and list commands.
 #include <algorithm>
 #include <iostream>
 
@@ -21,8 +21,9 @@ constexpr Option kAddOptions[] = {
 };
 constexpr Option kListOptions[] = {kJsonOption};
 
-// The driver's default record becomes the printer's; without it the stored table would be ignored.
-void KeepDefaultRecord(platform::Machine& machine, DriverModule& module, std::u16string name) {
+// Stores the driver's default record as the printer's; the driver ignores its stored paper table
+// for a printer without one.
+void StoreDefaultRecord(platform::Machine& machine, DriverModule& module, std::u16string name) {
   LONG size = 0;
   module.convertDevMode(name.data(), nullptr, nullptr, &size, CDM_DRIVER_DEFAULT);
   Record record(static_cast<std::size_t>(size > 0 ? size : 0));
@@ -33,20 +34,21 @@ void KeepDefaultRecord(platform::Machine& machine, DriverModule& module, std::u1
   machine.SetDefaultRecord(name, record);
 }
 
-// A name that every program shows and stores as it is.
+// Throws Failure when a name has characters that programs may drop or display differently.
 void RequireName(std::u16string_view name, std::string_view what) {
-  constexpr std::size_t kMostUnits = 220;
-  const auto breaks = [](char16_t c) {
+  constexpr std::size_t kMaxNameUnits = 220;
+  const auto isControl = [](char16_t c) {
     return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x2028 || c == 0x2029;
   };
-  if (name.empty() || name.size() > kMostUnits || std::ranges::any_of(name, breaks) ||
+  if (name.empty() || name.size() > kMaxNameUnits || std::ranges::any_of(name, isControl) ||
       name[0] == 0xFEFF || name[0] == 0xFFFE)
     throw Failure{kUsage,
-                  "add takes " + std::string(what) + " of 1 to " + std::to_string(kMostUnits) +
+                  "add takes " + std::string(what) + " of 1 to " + std::to_string(kMaxNameUnits) +
                       " characters without control characters, line breaks and byte order marks"};
 }
 
-// Programs show and store the part before the first comma as the printer's name.
+// Throws Failure when a name is blank before its first comma: programs show and store only that
+// part.
 void RequireNameBeforeComma(std::u16string_view name) {
   constexpr std::u16string_view kBlanks = u" \u3000";
   if (name.substr(0, name.find(u',')).find_first_not_of(kBlanks) == name.npos)
@@ -54,7 +56,7 @@ void RequireNameBeforeComma(std::u16string_view name) {
 }
 
 int Add(Call& call) {
-  const std::u16string name = call.Text(0);
+  const std::u16string name = call.TextArgument(0);
   const std::u16string driver = call.arguments.Has("--driver-name")
                                     ? FromUtf8(call.arguments.Value("--driver-name"))
                                     : platform::PrinterSetup().driverName;
@@ -67,7 +69,7 @@ int Add(Call& call) {
 }
 
 int Remove(Call& call) {
-  std::u16string name = call.Printer();
+  std::u16string name = call.PrinterArgument();
   DriverModule module(call.machine);
   call.machine.Transaction([&] {
     module.printerEvent(name.data(), PRINTER_EVENT_DELETE, 0, 0);
@@ -87,7 +89,7 @@ int List(Call& call) {
       std::cout << Printable(ToUtf8(printer.name)) << '\t' << Printable(ToUtf8(printer.driverName))
                 << '\t' << Printable(ToUtf8(printer.portName)) << '\n';
   }
-  return call.json() ? call.Answer(json) : kDone;
+  return call.json() ? call.PrintResult(json) : kDone;
 }
 
 }  // namespace
@@ -104,9 +106,9 @@ void InstallPrinter(platform::Machine& machine, const std::u16string& name,
       throw Failure{kFailed,
                     "there is a printer \"" + ToUtf8(name) + "\" already; remove it first"};
     machine.AddPrinter(setup);
-    std::u16string given = name;
-    module.printerEvent(given.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
-    KeepDefaultRecord(machine, module, name);
+    std::u16string mutableName = name;
+    module.printerEvent(mutableName.data(), PRINTER_EVENT_INITIALIZE, 0, 0);
+    StoreDefaultRecord(machine, module, name);
   });
 }
 

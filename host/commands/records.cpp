@@ -1,4 +1,4 @@
-// Settings records through the module: resolved, converted, kept as a printer's default.
+// The settings, convert and set-default commands.
 #include <iostream>
 
 #include "driver/settings_block.h"
@@ -22,60 +22,62 @@ constexpr Option kSettingsOptions[] = {
 constexpr Option kConvertOptions[] = {kInOption, kOutOption, kJsonOption};
 constexpr Option kSetDefaultOptions[] = {kInOption};
 
-void Require(const Call& call, std::string_view option) {
+void RequireOption(const Call& call, std::string_view option) {
   if (!call.arguments.Has(option)) throw Failure{kUsage, std::string(option) + " FILE is missing"};
 }
 
-// Where the record goes: a file, or standard output as "-", which then holds nothing else.
-void CheckOut(const Call& call) {
+// Throws Failure when record and JSON would both go to standard output.
+void CheckOutput(const Call& call) {
   if (call.arguments.Value("--out") == "-" && call.json())
     throw Failure{kUsage, "--out - and --json both write to standard output; give one of them"};
 }
 
-void Deliver(const Call& call, const Record& record) {
-  const bool written = call.arguments.Has("--out");
+// Writes a record to the file or standard output that --out names; prints it with --json or without
+// --out.
+void WriteResult(const Call& call, const Record& record) {
+  const bool hasOut = call.arguments.Has("--out");
   if (const std::string out = call.arguments.Value("--out"); out == "-")
     std::cout.write(reinterpret_cast<const char*>(record.data()),
                     static_cast<std::streamsize>(record.size()));
-  else if (written)
+  else if (hasOut)
     WriteRecordFile(out, record);
-  if (call.json() || !written) call.Answer(RecordJson(record));
+  if (call.json() || !hasOut) call.PrintResult(RecordJson(record));
 }
 
-// The printer's settings, with an input record merged when one is given, as an application gets
-// them from the document properties without a sheet. Throws Failure when the driver refuses.
+// Returns the printer's settings, merged with an input record if there is one, as an application
+// gets them from DocumentProperties without a sheet. Throws Failure when the driver fails.
 Record Resolve(DriverModule& module, const std::u16string& name,
                const std::optional<Record>& input) {
   PrinterHandle printer(name);
   const LONG size =
       module.documentProperties(nullptr, printer.get(), printer.name(), nullptr, nullptr, 0);
   Record output(static_cast<std::size_t>(std::max<LONG>(size, kestrel::kRecordSize)));
-  // The driver reads the input alone; its contract just has no const.
-  auto* given =
+  // DocumentProperties only reads its input, but its parameter is not const.
+  auto* inputMode =
       input ? reinterpret_cast<DEVMODEW*>(const_cast<std::byte*>(input->data())) : nullptr;
   const DWORD mode = DM_COPY | (input ? DM_IN_BUFFER : 0);
-  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output), given,
-                                mode) != IDOK)
+  if (module.documentProperties(nullptr, printer.get(), printer.name(), AsDevMode(output),
+                                inputMode, mode) != IDOK)
     throw Failure{kFailed, "the driver gave no settings for \"" + ToUtf8(name) + "\""};
   output.resize(RecordExtent(output));
   return output;
 }
 
 int Settings(Call& call) {
-  CheckOut(call);
-  const std::u16string name = call.Printer();
+  CheckOutput(call);
+  const std::u16string name = call.PrinterArgument();
   std::optional<Record> input;
   if (call.arguments.Has("--in")) input = ReadRecordFile(call.arguments.Value("--in"));
   DriverModule module(call.machine);
   const Record record = Resolve(module, name, input);
-  Deliver(call, record);
+  WriteResult(call, record);
   return kDone;
 }
 
 int Convert(Call& call) {
-  CheckOut(call);
-  std::u16string name = call.Printer();
-  Require(call, "--in");
+  CheckOutput(call);
+  std::u16string name = call.PrinterArgument();
+  RequireOption(call, "--in");
   Record input = ReadRecordFile(call.arguments.Value("--in"));
   DriverModule module(call.machine);
   Record output(kestrel::kRecordSize);
@@ -84,13 +86,13 @@ int Convert(Call& call) {
     throw Failure{kFailed, "the driver did not convert the record (error " +
                                std::to_string(GetLastError()) + ")"};
   output.resize(RecordExtent(output));
-  Deliver(call, output);
+  WriteResult(call, output);
   return kDone;
 }
 
 int SetDefault(Call& call) {
-  const std::u16string name = call.Printer();
-  Require(call, "--in");
+  const std::u16string name = call.PrinterArgument();
+  RequireOption(call, "--in");
   if (!call.machine.FindPrinter(name)->administer)
     throw Failure{kFailed, "the settings of \"" + ToUtf8(name) +
                                "\" may not be changed; `machine --permission NAME yes` allows it"};

@@ -1,4 +1,4 @@
-// The driver's property sheets, shown in a browser.
+// The sheet and demo commands: show a property sheet in a browser.
 #include <windows.h>
 #include <unistd.h>
 
@@ -32,7 +32,7 @@ Json About(Call& call, SheetCall& sheet) {
 }
 
 // Returns the fragment of the address that shows the English texts.
-std::string GlossOf(const Arguments& arguments) {
+std::string GlossFragment(const Arguments& arguments) {
   if (!arguments.Has("--gloss")) return {};
   if (arguments.Value("--gloss") != "en") throw Failure{kUsage, "--gloss takes en"};
   return "#gloss=en";
@@ -51,15 +51,15 @@ class Session {
         user_(exchange_, call.machine, About(call, sheet), [this] { return CanSave(); }) {
     // A closed pipe is reported as a failure; it must not end the process.
     std::signal(SIGPIPE, SIG_IGN);
-    // A program that wants JSON reads standard output whole.
+    // With --json standard output is JSON only.
     std::ostream& output = call.json() ? std::cerr : std::cout;
-    // One write, so that a reader never gets half an address.
-    output << server_.address() + GlossOf(call.arguments) + '\n' << std::flush;
+    // One write, so that a reader never sees part of an address.
+    output << server_.address() + GlossFragment(call.arguments) + '\n' << std::flush;
     if (!output)
       throw Failure{kFailed, "the address cannot be written; nobody could open the sheet"};
     WriteTerminalHint(
         "Open the address in a browser on this computer. On OK the settings are " +
-        sheet_.Outcome() +
+        sheet_.DescribeOutcome() +
         ".\nCancel or Ctrl-C here leaves the settings as they were and ends the command.");
     call_.machine.desk().Attach(&user_);
   }
@@ -72,7 +72,7 @@ class Session {
     const auto failure = CatchFailure([&] {
       exit = Show();
       Print(exit == kDone);
-      WriteTerminalHint(exit == kDone ? "The settings are " + sheet_.Outcome() + '.'
+      WriteTerminalHint(exit == kDone ? "The settings are " + sheet_.DescribeOutcome() + '.'
                                       : "Cancelled; the settings are as they were.");
     });
     if (failure) {
@@ -92,32 +92,32 @@ class Session {
   }
 
   int Show() {
-    std::optional<Failure> problem;
+    std::optional<Failure> error;
     do {
       const LONG result = sheet_.Show();
       if (result < 0 || !user_.wasShown())
         throw Failure{kFailed, "the sheet did not open", "シートを開けませんでした。"};
-      if (result < CPSUI_OK && problem) throw Failure(*problem);
+      if (result < CPSUI_OK && error) throw Failure(*error);
       if (result < CPSUI_OK) return kCancelled;
       sheet_.RequirePrinter();
       // Show the sheet again after a save error, so that the user can retry.
-      problem = CatchFailure([this] { sheet_.Save(); });
-      if (problem) ReportSaveError(*problem);
-    } while (problem);
+      error = CatchFailure([this] { sheet_.Save(); });
+      if (error) ReportSaveError(*error);
+    } while (error);
     return kDone;
   }
 
-  // Report save errors while the sheet is still open, so that the user can retry.
+  // Called while the sheet is still open, so that the user can retry after a message box.
   bool CanSave() {
-    const auto problem = sheet_.SaveError();
-    if (problem) ReportSaveError(*problem);
-    return !problem;
+    const auto error = sheet_.SaveError();
+    if (error) ReportSaveError(*error);
+    return !error;
   }
 
-  void ReportSaveError(const Failure& problem) {
+  void ReportSaveError(const Failure& error) {
     const std::u16string text =
         u"設定を保存できませんでした。原因を取り除いてから、もう一度 OK を押してください。\n\n" +
-        FromUtf8(problem.japanese);
+        FromUtf8(error.japanese);
     MessageBoxW(nullptr, text.c_str(), sheet_.printer(), MB_OK | MB_ICONEXCLAMATION);
   }
 
@@ -137,7 +137,7 @@ class Session {
 };
 
 int Sheet(Call& call) {
-  SheetCall sheet(call, call.Printer());
+  SheetCall sheet(call, call.PrinterArgument());
   return Session(call, sheet).Run();
 }
 

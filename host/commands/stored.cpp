@@ -1,4 +1,4 @@
-// What is stored: printer data and the registry.
+// The data and registry commands.
 #include <windows.h>
 
 #include <algorithm>
@@ -39,7 +39,7 @@ Json ValueJson(std::u16string_view name, const platform::DataValue& data) {
   return json;
 }
 
-// A value in one line: name, type, size, and its text, number or bytes.
+// Prints a line for a value: name, type, size, and its text, number or bytes.
 void PrintValue(std::u16string_view name, const platform::DataValue& data) {
   const Json json = ValueJson(name, data);
   std::cout << Printable(ToUtf8(name)) << '\t' << json["type"].get<std::string>() << '\t'
@@ -52,40 +52,41 @@ void PrintValue(std::u16string_view name, const platform::DataValue& data) {
     std::cout << json["bytes"].get<std::string>() << '\n';
 }
 
-int AnswerAll(const Call& call, const std::map<std::u16string, platform::DataValue>& values) {
+int PrintValues(const Call& call, const std::map<std::u16string, platform::DataValue>& values) {
   Json json = Json::object();
   for (const auto& [name, data] : values) {
     json[ToUtf8(name)] = ValueJson(name, data);
     if (!call.json()) PrintValue(name, data);
   }
-  return call.json() ? call.Answer(json) : kDone;
+  return call.json() ? call.PrintResult(json) : kDone;
 }
 
 int Data(Call& call) {
-  const std::u16string printer = call.Printer();
+  const std::u16string printer = call.PrinterArgument();
   if (call.arguments.positional().size() == 1)
-    return AnswerAll(call, call.machine.AllData(printer));
-  const std::u16string name = call.Text(1);
+    return PrintValues(call, call.machine.AllData(printer));
+  const std::u16string name = call.TextArgument(1);
   const auto data = call.machine.Data(printer, name);
   if (!data)
     throw Failure{kFailed, "\"" + ToUtf8(printer) + "\" has no value \"" + ToUtf8(name) + "\""};
-  if (call.json()) return call.Answer(ValueJson(name, *data));
+  if (call.json()) return call.PrintResult(ValueJson(name, *data));
   PrintValue(name, *data);
   return kDone;
 }
 
-// A key below HKEY_LOCAL_MACHINE, which may be named in full or in short.
-std::u16string LocalMachineKey(const std::u16string& given) {
-  const std::size_t end = std::min(given.find(u'\\'), given.size());
-  const std::u16string root = given.substr(0, end);
+// Returns a key relative to HKEY_LOCAL_MACHINE: strips "HKEY_LOCAL_MACHINE\" or "HKLM\" from it.
+std::u16string StripLocalMachine(const std::u16string& key) {
+  const std::size_t end = std::min(key.find(u'\\'), key.size());
+  const std::u16string root = key.substr(0, end);
   if (lstrcmpiW(root.c_str(), u"HKLM") != 0 && lstrcmpiW(root.c_str(), u"HKEY_LOCAL_MACHINE") != 0)
-    return given;
-  return given.substr(std::min(end + 1, given.size()));
+    return key;
+  return key.substr(std::min(end + 1, key.size()));
 }
 
 int Registry(Call& call) {
-  const std::u16string key =
-      call.arguments.positional().empty() ? std::u16string() : LocalMachineKey(call.Text(0));
+  const std::u16string key = call.arguments.positional().empty()
+                                 ? std::u16string()
+                                 : StripLocalMachine(call.TextArgument(0));
   const auto values = call.machine.AllRegistry(key);
   if (values.empty() && !key.empty()) {
     HKEY open = nullptr;
@@ -93,7 +94,7 @@ int Registry(Call& call) {
       throw Failure{kFailed, "HKEY_LOCAL_MACHINE has no key \"" + ToUtf8(key) + "\""};
     RegCloseKey(open);
   }
-  return AnswerAll(call, values);
+  return PrintValues(call, values);
 }
 
 }  // namespace

@@ -71,8 +71,8 @@ tcp::acceptor ListenOnLoopback(asio::io_context& io, const std::string& listen) 
   tcp::resolver::results_type found;
   if (number >= 0 && !host.empty())
     found = tcp::resolver(io).resolve(host, port, tcp::resolver::numeric_service, error);
-  const auto isLoopback = [](const tcp::resolver::results_type::value_type& one) {
-    return one.endpoint().address().is_loopback();
+  const auto isLoopback = [](const tcp::resolver::results_type::value_type& entry) {
+    return entry.endpoint().address().is_loopback();
   };
   if (found.empty() || !std::all_of(found.begin(), found.end(), isLoopback))
     throw Failure{kUsage, "--listen takes a loopback address and a port, like 127.0.0.1:0"};
@@ -264,21 +264,21 @@ class Connection : public std::enable_shared_from_this<Connection> {
                                .body = body_}));
   }
 
-  void Send(HttpResponse answer) {
+  void Send(HttpResponse response) {
     head_ = {};
     body_ = {};
     response_.version(11);
-    response_.result(static_cast<unsigned>(answer.status));
+    response_.result(static_cast<unsigned>(response.status));
     for (const auto& [name, value] : kHeaders) response_.set(name, value);
     response_.keep_alive(false);
-    if (answer.status != 204)
+    if (response.status != 204)
       response_.set(http::field::content_type,
-                    boost::beast::string_view(answer.type.data(), answer.type.size()));
-    response_.body() = std::move(answer.body);
-    if (!answer.isEventStream) response_.prepare_payload();
+                    boost::beast::string_view(response.type.data(), response.type.size()));
+    response_.body() = std::move(response.body);
+    if (!response.isEventStream) response_.prepare_payload();
     state_ = State::kResponse;
     SetDeadline(kResponseTimeout);
-    if (answer.isEventStream) OpenStream();
+    if (response.isEventStream) OpenStream();
     http::async_write(socket_, response_,
                       [self = shared_from_this()](const error_code& error, std::size_t) {
                         self->isSending_ = false;
@@ -358,26 +358,27 @@ void HttpServer::Impl::Accept() {
 // stream.
 void HttpServer::Impl::EvictConnection() {
   using State = Connection::State;
-  auto oldest = std::ranges::find_if(connections, [](const auto& one) {
-    return one->state() == State::kHead || one->state() == State::kLinger;
+  auto oldest = std::ranges::find_if(connections, [](const auto& connection) {
+    return connection->state() == State::kHead || connection->state() == State::kLinger;
   });
   if (oldest == connections.end())
-    oldest = std::ranges::find_if(connections,
-                                  [](const auto& one) { return one->state() != State::kStream; });
+    oldest = std::ranges::find_if(
+        connections, [](const auto& connection) { return connection->state() != State::kStream; });
   if (oldest != connections.end()) std::shared_ptr(*oldest)->Close();
 }
 
 // Ends the oldest stream when there are kMaxStreams already.
 void HttpServer::Impl::EvictStream() {
-  const auto isOpen = [](const auto& one) {
-    return one->state() == Connection::State::kStream && !one->isEnding() && !one->isEvicted();
+  const auto isOpen = [](const auto& connection) {
+    return connection->state() == Connection::State::kStream && !connection->isEnding() &&
+           !connection->isEvicted();
   };
   if (std::ranges::count_if(connections, isOpen) >= kMaxStreams)
     std::shared_ptr(*std::ranges::find_if(connections, isOpen))->Evict();
 }
 
 void HttpServer::Impl::Remove(const Connection& connection) {
-  connections.remove_if([&](const auto& one) { return one.get() == &connection; });
+  connections.remove_if([&](const auto& each) { return each.get() == &connection; });
 }
 
 HttpServer::HttpServer(HttpSite& site, const std::string& listen)

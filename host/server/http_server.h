@@ -52,7 +52,7 @@ class HttpServer {
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
 
-  // The site's address, which holds a random token. Only requests that carry it are admitted.
+  // Returns the site's address, which contains a random token. Requests without it are refused.
   std::string address() const;
   // Sends the next event to every stream. May be called on any thread; does not block.
   void NotifyStreams();

@@ -26,7 +26,7 @@ struct SheetServer::Impl final : HttpSite {
     const bool isAction = request.name == "action";
     if (request.method != (isAction ? "POST" : "GET")) return {.status = 405};
     if (isAction) return QueueAction(request);
-    // A page that lost its stream tries again in half a second.
+    // "retry" lets a page that lost its stream reconnect after 500 ms.
     if (request.name == "events")
       return {.type = "text/event-stream", .body = "retry: 500\n\n", .isEventStream = true};
     const auto file = std::ranges::find(WebFiles(), request.name, &WebFile::name);
@@ -52,8 +52,8 @@ struct SheetServer::Impl final : HttpSite {
     if (!request.contentType.starts_with("application/json"))
       return {.status = 415, .body = "An action is application/json."};
     Json action = Json::parse(request.body, nullptr, false);
-    if (const std::string problem = ActionProblem(action); !problem.empty())
-      return {.status = 400, .body = problem};
+    if (const std::string error = FindActionError(action); !error.empty())
+      return {.status = 400, .body = error};
     if (!exchange.Put(std::move(action)))
       return {.status = 503, .body = "Too many actions wait already; try again."};
     return {.status = 204};

@@ -12,8 +12,8 @@ namespace {
 using platform::Desk;
 using platform::SheetButton;
 
-constexpr std::int64_t kMostSteps = 1000;
-constexpr std::size_t kLongestPage = 64;
+constexpr std::int64_t kMaxSteps = 1000;
+constexpr std::size_t kMaxPageName = 64;
 
 int Number(const Json& action, const char* name) { return action.at(name).get<int>(); }
 std::u16string Text(const Json& action, const char* name) {
@@ -22,8 +22,8 @@ std::u16string Text(const Json& action, const char* name) {
 
 struct Verb {
   const char* name;
-  const char* numbers[2];  // the members it has
-  const char* text;
+  const char* numbers[2];  // its integer members; null: none
+  const char* text;        // its string member; null: none
   void (*act)(Desk& desk, const Json& action);
 };
 
@@ -62,7 +62,7 @@ constexpr Verb kVerbs[] = {
      {},
      "button",
      [](Desk& desk, const Json& action) {
-       desk.Press(*SheetButtonNamed(action["button"].get_ref<const std::string&>()));
+       desk.Press(*ParseSheetButton(action["button"].get_ref<const std::string&>()));
      }},
     {"access",
      {},
@@ -89,11 +89,11 @@ bool HasOpenList(const platform::WindowView& window) {
   return std::ranges::any_of(controls, &platform::ControlView::open);
 }
 
-// Whether a member is an integer between two bounds.
-bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int64_t most) {
+// Returns true when a member is an integer from least to most.
+bool HasInteger(const Json& action, const char* name, std::int64_t least, std::int64_t most) {
   const auto found = action.find(name);
   if (found == action.end() || !found->is_number_integer()) return false;
-  // Above the signed range only when it is unsigned.
+  // A number above the range of int64_t is stored as unsigned.
   if (found->is_number_unsigned() && found->get<std::uint64_t>() > static_cast<std::uint64_t>(most))
     return false;
   return found->get<std::int64_t>() >= least && found->get<std::int64_t>() <= most;
@@ -101,63 +101,63 @@ bool IsNumber(const Json& action, const char* name, std::int64_t least, std::int
 
 }  // namespace
 
-bool IsText(const Json& action, const char* name) {
+bool HasString(const Json& action, const char* name) {
   const auto found = action.find(name);
   return found != action.end() && found->is_string();
 }
 
-std::string NumberProblem(const Json& action, const char* name) {
+std::string FindNumberError(const Json& action, const char* name) {
   using Limits = std::numeric_limits<int>;
-  const bool steps = std::string_view(name) == "steps";
-  const std::int64_t least = steps ? -kMostSteps : Limits::min(),
-                     most = steps ? kMostSteps : Limits::max();
-  if (IsNumber(action, name, least, most)) return {};
+  const bool isSteps = std::string_view(name) == "steps";
+  const std::int64_t least = isSteps ? -kMaxSteps : Limits::min();
+  const std::int64_t most = isSteps ? kMaxSteps : Limits::max();
+  if (HasInteger(action, name, least, most)) return {};
   return "\"" + std::string(name) + "\" has to be an integer between " + std::to_string(least) +
          " and " + std::to_string(most);
 }
 
-std::optional<SheetButton> SheetButtonNamed(std::string_view name) {
+std::optional<SheetButton> ParseSheetButton(std::string_view name) {
   if (name == "ok") return SheetButton::kOk;
   if (name == "cancel") return SheetButton::kCancel;
   return std::nullopt;
 }
 
-std::string ActionProblem(const Json& action) {
+std::string FindActionError(const Json& action) {
   if (!action.is_object()) return "An action is a JSON object.";
   for (const char* name : {"action", "window"}) {
-    if (!IsText(action, name)) return "\"" + std::string(name) + "\" has to be a text.";
+    if (!HasString(action, name)) return "\"" + std::string(name) + "\" has to be a text.";
   }
   if (action.contains("page") &&
-      (!IsText(action, "page") ||
-       action["page"].get_ref<const std::string&>().size() > kLongestPage))
-    return "\"page\" has to be a text of at most " + std::to_string(kLongestPage) + " bytes.";
-  if (action.contains("number") && !IsNumber(action, "number", 1, std::int64_t{1} << 53))
+      (!HasString(action, "page") ||
+       action["page"].get_ref<const std::string&>().size() > kMaxPageName))
+    return "\"page\" has to be a text of at most " + std::to_string(kMaxPageName) + " bytes.";
+  if (action.contains("number") && !HasInteger(action, "number", 1, std::int64_t{1} << 53))
     return "\"number\" has to be a positive integer.";
   const auto verb = std::ranges::find(kVerbs, action["action"].get<std::string>(), &Verb::name);
   if (verb == std::end(kVerbs)) {
     std::string names;
-    for (const Verb& one : kVerbs) names.append(names.empty() ? "" : ", ").append(one.name);
+    for (const Verb& each : kVerbs) names.append(names.empty() ? "" : ", ").append(each.name);
     return "There is no such action; there are " + names + ".";
   }
   for (const char* name : verb->numbers) {
     if (name == nullptr) continue;
-    if (std::string problem = NumberProblem(action, name); !problem.empty()) return problem + ".";
+    if (std::string error = FindNumberError(action, name); !error.empty()) return error + ".";
   }
-  if (verb->text != nullptr && !IsText(action, verb->text))
+  if (verb->text != nullptr && !HasString(action, verb->text))
     return "\"" + std::string(verb->text) + "\" has to be a text.";
   if (action.contains("button") && std::string_view(verb->name) == "press" &&
-      !SheetButtonNamed(action["button"].get_ref<const std::string&>()))
+      !ParseSheetButton(action["button"].get_ref<const std::string&>()))
     return "\"button\" has to be ok or cancel.";
   return {};
 }
 
-void DoAction(Desk& desk, const Json& action, const std::function<bool()>& canConfirm) {
+void PerformAction(Desk& desk, const Json& action, const std::function<bool()>& canConfirm) {
   const auto windows = desk.Windows();
   if (windows.empty() || action.at("window") != HandleText(windows.back().handle)) return;
   const Json& verb = action.at("action");
-  const bool confirms = (verb == "enter" && !HasOpenList(windows.back())) ||
-                        (verb == "press" && action["button"] == "ok");
-  if (confirms && windows.back().kind == platform::WindowView::Kind::kSheet && !canConfirm())
+  const bool mayConfirm = (verb == "enter" && !HasOpenList(windows.back())) ||
+                          (verb == "press" && action["button"] == "ok");
+  if (mayConfirm && windows.back().kind == platform::WindowView::Kind::kSheet && !canConfirm())
     return;
   std::ranges::find(kVerbs, verb.get<std::string>(), &Verb::name)->act(desk, action);
 }

@@ -1,7 +1,8 @@
-// What a page may say that its person did, one JSON object each:
+// The user's actions as a page reports them, one JSON object each:
 //   {"action": "click", "id": 1046, "window": "10010", "page": "…", "number": 7}
-// The window is the handle of the one on top, as the picture names it. The page's name and its own
-// number of the action may be missing; the picture tells the last number of each page.
+// "window" is the handle of the top window in the page's snapshot. "page", a name that the page
+// chose, and "number", its count of actions, are optional; each snapshot has the last number of
+// each page.
 #pragma once
 
 #include <functional>
@@ -14,21 +15,22 @@
 
 namespace printhost {
 
-// Whether an object has a text of this name.
-bool IsText(const Json& object, const char* name);
-// What is wrong with the integer of this name, as long as a control's id or as many as a person's
-// steps; empty: nothing.
-std::string NumberProblem(const Json& object, const char* name);
-// "ok" or "cancel".
-std::optional<platform::SheetButton> SheetButtonNamed(std::string_view name);
+// Returns true when an object has a string member of this name.
+bool HasString(const Json& object, const char* name);
+// Returns the reason why a member is not an int or, if its name is "steps", not a number of steps;
+// empty when it is valid.
+std::string FindNumberError(const Json& object, const char* name);
+// Parses "ok" or "cancel".
+std::optional<platform::SheetButton> ParseSheetButton(std::string_view name);
 
-// What is wrong with an action: an unknown one, a member that is missing, of another type or out of
-// bounds. A sentence; empty: nothing.
-std::string ActionProblem(const Json& action);
+// Validates an action: its name, and presence, type and range of its members. Returns the first
+// error as a sentence, or an empty text.
+std::string FindActionError(const Json& action);
 
-// Does an action without a problem. One meant for a window that is no longer on top is dropped: a
-// second click on OK must not press the button of what lies below. Before one that may confirm a
-// sheet canConfirm is asked; when it says no nothing is done.
-void DoAction(platform::Desk& desk, const Json& action, const std::function<bool()>& canConfirm);
+// Performs a valid action. Ignores one for a window that is no longer on top: a second click on OK
+// must not press a button of the window below. Calls canConfirm before an action that may confirm a
+// sheet and does nothing when it returns false.
+void PerformAction(platform::Desk& desk, const Json& action,
+                   const std::function<bool()>& canConfirm);
 
 }  // namespace printhost

@@ -35,7 +35,7 @@ bool BrowserUser::Act(platform::Desk& desk) {
   // Count the action before it is performed: one that opens a window returns when that window
   // closes.
   Count(*action);
-  DoAction(desk, *action, canConfirm_);
+  PerformAction(desk, *action, canConfirm_);
   return true;
 }
 

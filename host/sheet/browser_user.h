@@ -24,8 +24,8 @@ class BrowserUser : public platform::User {
         about_(std::move(about)),
         canConfirm_(std::move(canConfirm)) {}
 
-  // Publishes the desk, waits for the next action and performs it. Returns false when no user is
-  // left.
+  // Publishes the desk, waits for the next action and performs it. Returns false when the sheet
+  // is cancelled.
   bool Act(platform::Desk& desk) override;
   // Publishes the desk, marked busy.
   void Wait(platform::Desk& desk) override;

@@ -31,8 +31,8 @@ class Exchange {
   void SetSnapshotListener(std::function<void()> call);
 
   // ---- for the desk ----
-  // Waits for the next action and returns it. Returns nothing after Cancel, or when no page has had
-  // a stream for kReconnectTimeout; before the first page opens one it waits without a limit.
+  // Waits for the next action and returns it. Returns nothing after Cancel, or when all pages have
+  // been closed for kReconnectTimeout; waits without a limit before the first page opens.
   std::optional<Json> Take();
   void Publish(std::string snapshot);
 

@@ -22,8 +22,8 @@ void Append(std::string& out, std::uint32_t number) {
   out.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-// The bytes from the bitmap's header to its pixels, or 0 when the header makes no sense.
-// BITMAPINFOHEADER documents the offsets: biBitCount 14, biCompression 16, biClrUsed 32.
+// Returns the offset of the pixels in a bitmap resource; 0 when its header is invalid. Offsets in
+// BITMAPINFOHEADER: biBitCount 14, biCompression 16, biClrUsed 32.
 std::size_t PixelOffset(std::string_view bitmap) {
   if (bitmap.size() < 40) return 0;
   const std::size_t header = Read<std::uint32_t>(bitmap, 0);

@@ -1,4 +1,4 @@
-// Pictures of the module's resources as files.
+// Bitmap resources of the module as files.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +7,8 @@
 
 namespace printhost {
 
-// A bitmap resource as a .bmp file's bytes; empty when the module has none of that id or it is
-// malformed.
+// Returns a bitmap resource as the bytes of a .bmp file; empty when the module has no bitmap of
+// that id or it is malformed.
 std::string BitmapFile(HMODULE module, int id);
 
 }  // namespace printhost

@@ -15,8 +15,8 @@ namespace printhost {
 struct SheetCall::Kind {
   std::string_view name;
   LONG (SheetCall::*show)();
-  bool record;    // whether a settings record comes back
-  bool keptHere;  // whether it becomes the printer's default
+  bool hasRecord;          // the sheet returns a settings record
+  bool isStoredAsDefault;  // the record becomes the printer's default
 };
 const SheetCall::Kind SheetCall::kKinds[] = {
     {"document", &SheetCall::ShowDocument, true, false},
@@ -38,10 +38,10 @@ SheetCall::SheetCall(Call& call, std::u16string printer, std::string_view kind)
                                                     : "document")),
       module_(call.machine),
       printer_(std::move(printer)),
-      printed_(call.json()),
+      printsJson_(call.json()),
       out_(call.arguments.Value("--out")),
       output_(kestrel::kRecordSize) {
-  if (!kind_.record && (call.arguments.Has("--in") || call.arguments.Has("--out")))
+  if (!kind_.hasRecord && (call.arguments.Has("--in") || call.arguments.Has("--out")))
     throw Failure{kUsage,
                   "the printer's own sheet has no settings record; leave --in and --out away"};
   if (out_ == "-")
@@ -54,42 +54,42 @@ std::string_view SheetCall::kind() const { return kind_.name; }
 
 LONG SheetCall::Show() { return (this->*kind_.show)(); }
 
-bool SheetCall::IsPermitted() { return machine_.FindPrinter(printer())->writable; }
+bool SheetCall::HasPermission() { return machine_.FindPrinter(printer())->writable; }
 
 LONG SheetCall::ShowDocument() {
-  const DWORD mode = DM_COPY | DM_PROMPT | (in() != nullptr ? DM_IN_BUFFER : 0) |
-                     (IsPermitted() ? 0 : DM_NOPERMISSION);
-  return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), in(),
+  const DWORD mode = DM_COPY | DM_PROMPT | (input() != nullptr ? DM_IN_BUFFER : 0) |
+                     (HasPermission() ? 0 : DM_NOPERMISSION);
+  return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), input(),
                                     mode);
 }
 
-// The export for advanced sheets has no mode of its caller; the one without permission is asked
-// for through DocumentProperties.
+// DrvAdvancedDocumentProperties has no mode parameter. A sheet without permission is shown through
+// DrvDocumentProperties, which has one.
 LONG SheetCall::ShowAdvanced() {
-  if (!IsPermitted()) {
-    return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_), in(),
-                                      DM_COPY | DM_PROMPT | DM_ADVANCED | DM_NOPERMISSION);
+  if (!HasPermission()) {
+    return module_.documentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_),
+                                      input(), DM_COPY | DM_PROMPT | DM_ADVANCED | DM_NOPERMISSION);
   }
   return module_.advancedDocumentProperties(nullptr, printer_.get(), printer(), AsDevMode(output_),
-                                            in());
+                                            input());
 }
 
-// The sheet library's parameter must not lie on the stack.
+// The header, a parameter of CommonPropertySheetUIW, has to be on the heap.
 LONG SheetCall::ShowUserDefault() {
   const auto owned = std::make_unique<DOCUMENTPROPERTYHEADER>();
   DOCUMENTPROPERTYHEADER& header = *owned;
   header.cbSize = sizeof header;
   header.hPrinter = printer_.get();
   header.pszPrinterName = printer();
-  header.pdmIn = in();
+  header.pdmIn = input();
   header.pdmOut = AsDevMode(output_);
   header.cbOut = kestrel::kRecordSize;
-  header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (IsPermitted() ? 0 : DM_NOPERMISSION);
+  header.fMode = DM_COPY | DM_PROMPT | DM_USER_DEFAULT | (HasPermission() ? 0 : DM_NOPERMISSION);
   DWORD result = CPSUI_CANCEL;
-  const LONG answer = CommonPropertySheetUIW(nullptr, module_.documentPropertySheets.function,
+  const LONG status = CommonPropertySheetUIW(nullptr, module_.documentPropertySheets.function,
                                              reinterpret_cast<LPARAM>(&header), &result);
   platform::RethrowPendingException();
-  return answer < 0 ? answer : static_cast<LONG>(result);
+  return status < 0 ? status : static_cast<LONG>(result);
 }
 
 LONG SheetCall::ShowPrinter() {
@@ -107,12 +107,12 @@ void SheetCall::RequirePrinter() {
 }
 
 void SheetCall::Save() {
-  if (!kind_.record) return;
+  if (!kind_.hasRecord) return;
   input_ = output_;
   input_.resize(RecordExtent(input_));
-  // The default last: what the page is told was not kept is not the printer's default either.
+  // The default record last: a failure to write the file leaves the printer unchanged.
   if (!out_.empty()) WriteRecordFile(out_, input_);
-  if (kind_.keptHere) machine_.SetDefaultRecord(printer(), input_);
+  if (kind_.isStoredAsDefault) machine_.SetDefaultRecord(printer(), input_);
 }
 
 std::optional<Failure> SheetCall::SaveError() const {
@@ -132,21 +132,22 @@ Failure StoreFailure(std::string_view reason) {
       {"disk is full", "ディスクの空き容量がありません。"},
       {"cannot be written", "computer.sqlite への書き込みが許可されていません。"},
       {"", "computer.sqlite に書き込めません。"}};
-  const auto known = std::ranges::find_if(
-      kReasons, [&](const Reason& one) { return reason.find(one.english) != reason.npos; });
-  return {kFailed, "the settings cannot be kept: " + std::string(reason), known->japanese};
+  const auto found = std::ranges::find_if(
+      kReasons, [&](const Reason& each) { return reason.find(each.english) != reason.npos; });
+  return {kFailed, "the settings cannot be kept: " + std::string(reason), found->japanese};
 }
 
-std::string SheetCall::Outcome() {
+std::string SheetCall::DescribeOutcome() {
   const std::string name = '"' + ToUtf8(printer()) + '"';
-  if (!kind_.record) return "stored for the printer " + name;
-  std::string outcome = kind_.keptHere ? "stored as the default of " + name : std::string();
+  if (!kind_.hasRecord) return "stored for the printer " + name;
+  std::string outcome =
+      kind_.isStoredAsDefault ? "stored as the default of " + name : std::string();
   if (!out_.empty()) outcome += (outcome.empty() ? "" : " and ") + ("written to " + out_);
   if (!outcome.empty()) return outcome;
-  return printed_ ? "printed on standard output"
-                  : "handed to no application and not stored; --out FILE writes them";
+  return printsJson_ ? "printed on standard output"
+                     : "handed to no application and not stored; --out FILE writes them";
 }
 
-Json SheetCall::Result() const { return kind_.record ? RecordJson(input_) : Json(); }
+Json SheetCall::Result() const { return kind_.hasRecord ? RecordJson(input_) : Json(); }
 
 }  // namespace printhost

@@ -38,10 +38,11 @@ class SheetCall {
   // Stores the printer's default record and writes the output file after OK. A sheet that is shown
   // again starts from these settings. Throws Failure.
   void Save();
-  // Returns the error that Save would have, as far as it can be found without a change.
+  // Returns the error that Save would have, as far as that can be found without changing anything.
   std::optional<Failure> SaveError() const;
-  // Returns what OK does with the settings, to follow "the settings are".
-  std::string Outcome();
+  // Returns what OK does with the settings, as the end of a sentence that begins "The settings
+  // are".
+  std::string DescribeOutcome();
   // Returns the resulting record as JSON; null for a sheet without a record.
   Json Result() const;
 
@@ -50,18 +51,18 @@ class SheetCall {
   static const Kind kKinds[];
   static const Kind& FindKind(std::string_view name);
 
-  bool IsPermitted();  // `machine --permission`
+  bool HasPermission();  // as `machine --permission` set it
   LONG ShowDocument();
   LONG ShowAdvanced();
   LONG ShowUserDefault();
   LONG ShowPrinter();
-  DEVMODEW* in() { return input_.empty() ? nullptr : AsDevMode(input_); }
+  DEVMODEW* input() { return input_.empty() ? nullptr : AsDevMode(input_); }
 
   platform::Machine& machine_;
   const Kind& kind_;
   DriverModule module_;
   PrinterHandle printer_;
-  bool printed_;     // the record is written to standard output
+  bool printsJson_;  // the record is written to standard output
   std::string out_;  // the output file; empty: none
   Record input_;     // empty: none; after Save the resulting record
   Record output_;

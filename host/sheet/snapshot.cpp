@@ -20,13 +20,14 @@ constexpr const char* kControls[] = {"button", "check", "radio", "group",  "stat
 constexpr const char* kWindows[] = {"dialog", "message", "file", "sheet"};
 constexpr const char* kOps[] = {"rectangle", "fill", "line", "image", "text"};
 
-Json Box(const RECT& rect) {
+Json RectJson(const RECT& rect) {
   return {rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top};
 }
 
 Json OpJson(const DrawOp& op) {
-  Json json = {{"kind", kOps[static_cast<int>(op.kind)]}, {"rect", Box(op.rect)}};
-  if (op.clip.right > op.clip.left && op.clip.bottom > op.clip.top) json["clip"] = Box(op.clip);
+  Json json = {{"kind", kOps[static_cast<int>(op.kind)]}, {"rect", RectJson(op.rect)}};
+  if (op.clip.right > op.clip.left && op.clip.bottom > op.clip.top)
+    json["clip"] = RectJson(op.clip);
   switch (op.kind) {
     case DrawOp::Kind::kRectangle:
     case DrawOp::Kind::kFill:
@@ -38,7 +39,7 @@ Json OpJson(const DrawOp& op) {
       break;
     case DrawOp::Kind::kImage:
       json["bitmap"] = op.bitmap;
-      json["source"] = Box(op.source);
+      json["source"] = RectJson(op.source);
       break;
     case DrawOp::Kind::kText:
       json["text"] = ToUtf8(op.text);
@@ -64,7 +65,7 @@ Json ControlJson(const ControlView& control) {
   Json json = {{"handle", HandleText(control.handle)},
                {"id", control.id},
                {"kind", kControls[static_cast<int>(control.kind)]},
-               {"rect", Box(control.rect)},
+               {"rect", RectJson(control.rect)},
                {"text", ToUtf8(control.text)},
                {"enabled", control.enabled},
                {"focused", control.focused},

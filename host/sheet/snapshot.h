@@ -1,4 +1,4 @@
-// The desk as JSON for the page that draws it.
+// The desk as JSON, for the page that displays it.
 #pragma once
 
 #include "host/record_json.h"
@@ -6,13 +6,13 @@
 
 namespace printhost {
 
-// A colour as "#rrggbb"; a COLORREF has red in its low byte.
+// Returns a colour as "#rrggbb"; a COLORREF has red in its low byte.
 std::string Colour(COLORREF colour);
 
-// A window's handle as the page names it.
+// Returns a window's handle as the page sends it back, in hexadecimal.
 std::string HandleText(HWND window);
 
-// All windows with their visible controls, the one on top last. Rectangles are
+// Returns all windows with their visible controls, the top window last. Rectangles are
 // [left, top, width, height] in pixels of the window's client area.
 Json WindowsJson(platform::Desk& desk);
 

@@ -17,17 +17,17 @@ using platform::ControlView;
 using platform::Desk;
 using platform::WindowView;
 
-[[noreturn]] void Refuse(const std::string& reason) { throw Failure{kFailed, reason}; }
+[[noreturn]] void Fail(const std::string& reason) { throw Failure{kFailed, reason}; }
 
 std::string Quoted(const std::u16string& text) { return '"' + ToUtf8(text) + '"'; }
 
-WindowView Top(Desk& desk) {
+WindowView TopWindow(Desk& desk) {
   auto windows = desk.Windows();
-  if (windows.empty()) Refuse("no window is open");
+  if (windows.empty()) Fail("no window is open");
   return std::move(windows.back());
 }
 
-// The controls that ids mean: of the window, or of the sheet's page.
+// Returns the controls that ids refer to: those of the window, or of the sheet's active page.
 const std::vector<ControlView>& ControlsOf(const WindowView& window) {
   return window.page ? window.page->controls : window.controls;
 }
@@ -36,30 +36,33 @@ std::u16string TitleOf(const WindowView& window) {
   return window.page ? window.page->title : window.title;
 }
 
-// Members of a step.
-int Number(const Json& step, const char* name) {
-  const std::string problem = NumberProblem(step, name);
-  if (!problem.empty()) Refuse(problem);
+int IntegerMember(const Json& step, const char* name) {
+  const std::string error = FindNumberError(step, name);
+  if (!error.empty()) Fail(error);
   return step[name].get<int>();
 }
 
-std::string Word(const Json& step, const char* name) {
-  if (!IsText(step, name)) Refuse('"' + std::string(name) + "\" has to be a text");
+std::string StringMember(const Json& step, const char* name) {
+  if (!HasString(step, name)) Fail('"' + std::string(name) + "\" has to be a text");
   return step[name].get<std::string>();
 }
 
-std::u16string Text(const Json& step, const char* name) { return FromUtf8(Word(step, name)); }
+std::u16string TextMember(const Json& step, const char* name) {
+  return FromUtf8(StringMember(step, name));
+}
 
-void Allow(const Json& step, std::initializer_list<std::string_view> names) {
+// Fails when the step has a member of another name.
+void AllowMembers(const Json& step, std::initializer_list<std::string_view> names) {
   for (const auto& [name, value] : step.items()) {
-    if (std::ranges::find(names, name) == names.end()) Refuse("the step has no \"" + name + '"');
+    if (std::ranges::find(names, name) == names.end()) Fail("the step has no \"" + name + '"');
   }
 }
 
-// The control of an id in the window on top; says why there is none to be used.
-ControlView Find(Desk& desk, int id, bool toUse) {
+// Returns the control of an id in the top window. Fails with the reason when there is none or, for
+// a control that the step operates, when it is hidden or disabled.
+ControlView FindControl(Desk& desk, int id, bool isOperated) {
   const auto windows = desk.Windows();
-  if (windows.empty()) Refuse("no window is open");
+  if (windows.empty()) Fail("no window is open");
   const WindowView& top = windows.back();
   const auto has = [id](const ControlView& control) { return control.id == id; };
   const auto& controls = ControlsOf(top);
@@ -68,17 +71,17 @@ ControlView Find(Desk& desk, int id, bool toUse) {
   if (found == controls.end()) {
     for (const WindowView& below : windows) {
       if (&below != &top && std::ranges::any_of(ControlsOf(below), has))
-        Refuse(name + " is under the window " + Quoted(top.title));
+        Fail(name + " is under the window " + Quoted(top.title));
     }
-    Refuse("the window " + Quoted(TitleOf(top)) + " has no control " + name);
+    Fail("the window " + Quoted(TitleOf(top)) + " has no control " + name);
   }
-  if (toUse && !found->visible) Refuse(name + " is hidden");
-  if (toUse && !found->enabled) Refuse(name + " is disabled");
+  if (isOperated && !found->visible) Fail(name + " is hidden");
+  if (isOperated && !found->enabled) Fail(name + " is disabled");
   return *found;
 }
 
-void Require(bool done, int id, const char* what) {
-  if (!done) Refuse(std::to_string(id) + " cannot be " + what);
+void RequireDone(bool done, int id, const char* what) {
+  if (!done) Fail(std::to_string(id) + " cannot be " + what);
 }
 
 bool IsToggle(const ControlView& control) {
@@ -101,7 +104,7 @@ Json ReadControl(const ControlView& control) {
 }
 
 Json ReadWindow(Desk& desk) {
-  const WindowView window = Top(desk);
+  const WindowView window = TopWindow(desk);
   Json read = {
       {"title", ToUtf8(TitleOf(window))},
       {"message",
@@ -118,137 +121,136 @@ Json ReadWindow(Desk& desk) {
 
 // ---- the steps ----
 void Page(Desk& desk, const Json& step) {
-  Allow(step, {"page"});
-  const WindowView top = Top(desk);
-  const int page = Number(step, "page");
+  AllowMembers(step, {"page"});
+  const WindowView top = TopWindow(desk);
+  const int page = IntegerMember(step, "page");
   if (top.kind != WindowView::Kind::kSheet)
-    Refuse("the sheet is under the window " + Quoted(top.title));
+    Fail("the sheet is under the window " + Quoted(top.title));
   if (page < 0 || static_cast<std::size_t>(page) >= top.tabs.size())
-    Refuse("the sheet has the pages 0 to " + std::to_string(top.tabs.size() - 1));
-  if (!desk.Page(page)) Refuse("the page " + std::to_string(page) + " cannot be shown");
+    Fail("the sheet has the pages 0 to " + std::to_string(top.tabs.size() - 1));
+  if (!desk.Page(page)) Fail("the page " + std::to_string(page) + " cannot be shown");
 }
 
 void Click(Desk& desk, const Json& step) {
-  Allow(step, {"click"});
-  const int id = Number(step, "click");
-  Find(desk, id, true);
-  Require(desk.Click(id), id, "clicked");
+  AllowMembers(step, {"click"});
+  const int id = IntegerMember(step, "click");
+  FindControl(desk, id, true);
+  RequireDone(desk.Click(id), id, "clicked");
 }
 
 void Type(Desk& desk, const Json& step) {
-  Allow(step, {"type", "text"});
-  const int id = Number(step, "type");
-  const std::u16string text = Text(step, "text");
-  const ControlView control = Find(desk, id, true);
+  AllowMembers(step, {"type", "text"});
+  const int id = IntegerMember(step, "type");
+  const std::u16string text = TextMember(step, "text");
+  const ControlView control = FindControl(desk, id, true);
   if (control.kind != ControlKind::kEdit || control.readOnly)
-    Refuse(std::to_string(id) + " takes no text");
-  Require(desk.Replace(id, text), id, "typed into");
+    Fail(std::to_string(id) + " takes no text");
+  RequireDone(desk.Replace(id, text), id, "typed into");
 }
 
 void Select(Desk& desk, const Json& step) {
-  Allow(step, {"select", "item", "index"});
-  const int id = Number(step, "select");
+  AllowMembers(step, {"select", "item", "index"});
+  const int id = IntegerMember(step, "select");
   if (step.contains("item") == step.contains("index"))
-    Refuse("a selection has either \"item\" or \"index\"");
-  const ControlView control = Find(desk, id, true);
-  if (!IsList(control)) Refuse(std::to_string(id) + " has no items");
+    Fail("a selection has either \"item\" or \"index\"");
+  const ControlView control = FindControl(desk, id, true);
+  if (!IsList(control)) Fail(std::to_string(id) + " has no items");
   auto index = static_cast<std::ptrdiff_t>(control.items.size());
   if (step.contains("index"))
-    index = Number(step, "index");
+    index = IntegerMember(step, "index");
   else
-    index = std::ranges::find(control.items, Text(step, "item")) - control.items.begin();
+    index = std::ranges::find(control.items, TextMember(step, "item")) - control.items.begin();
   if (index < 0 || index >= static_cast<std::ptrdiff_t>(control.items.size()))
-    Refuse(std::to_string(id) + " has no such item");
-  Require(desk.Select(id, static_cast<int>(index)), id, "selected from");
+    Fail(std::to_string(id) + " has no such item");
+  RequireDone(desk.Select(id, static_cast<int>(index)), id, "selected from");
 }
 
 void Spin(Desk& desk, const Json& step) {
-  Allow(step, {"spin", "steps"});
-  const int id = Number(step, "spin"), steps = Number(step, "steps");
-  if (Find(desk, id, true).kind != ControlKind::kUpDown)
-    Refuse(std::to_string(id) + " has no arrows");
-  Require(desk.Spin(id, steps), id, "stepped");
+  AllowMembers(step, {"spin", "steps"});
+  const int id = IntegerMember(step, "spin"), steps = IntegerMember(step, "steps");
+  if (FindControl(desk, id, true).kind != ControlKind::kUpDown)
+    Fail(std::to_string(id) + " has no arrows");
+  RequireDone(desk.Spin(id, steps), id, "stepped");
 }
 
 void Key(Desk& desk, const Json& step) {
-  Allow(step, {"key"});
-  struct Named {
+  AllowMembers(step, {"key"});
+  struct KeyName {
     std::string_view name;
     bool (*press)(Desk&);
   };
-  static constexpr Named kKeys[] = {{"enter", [](Desk& on) { return on.Enter(); }},
-                                    {"escape", [](Desk& on) { return on.Escape(); }},
-                                    {"tab", [](Desk& on) { return on.Tab(); }},
-                                    {"backtab", [](Desk& on) { return on.Tab(true); }},
-                                    {"up", [](Desk& on) { return on.Key(VK_UP); }},
-                                    {"down", [](Desk& on) { return on.Key(VK_DOWN); }},
-                                    {"f4", [](Desk& on) { return on.Key(VK_F4); }},
-                                    {"delete", [](Desk& on) { return on.Key(VK_DELETE); }},
-                                    {"back", [](Desk& on) { return on.Key(VK_BACK); }}};
-  const std::string name = Word(step, "key");
-  const auto key = std::ranges::find(kKeys, std::string_view(name), &Named::name);
-  if (key == std::end(kKeys)) Refuse("there is no key \"" + name + '"');
-  if (!key->press(desk)) Refuse("the key \"" + name + "\" does nothing here");
+  static constexpr KeyName kKeys[] = {{"enter", [](Desk& on) { return on.Enter(); }},
+                                      {"escape", [](Desk& on) { return on.Escape(); }},
+                                      {"tab", [](Desk& on) { return on.Tab(); }},
+                                      {"backtab", [](Desk& on) { return on.Tab(true); }},
+                                      {"up", [](Desk& on) { return on.Key(VK_UP); }},
+                                      {"down", [](Desk& on) { return on.Key(VK_DOWN); }},
+                                      {"f4", [](Desk& on) { return on.Key(VK_F4); }},
+                                      {"delete", [](Desk& on) { return on.Key(VK_DELETE); }},
+                                      {"back", [](Desk& on) { return on.Key(VK_BACK); }}};
+  const std::string name = StringMember(step, "key");
+  const auto key = std::ranges::find(kKeys, std::string_view(name), &KeyName::name);
+  if (key == std::end(kKeys)) Fail("there is no key \"" + name + '"');
+  if (!key->press(desk)) Fail("the key \"" + name + "\" does nothing here");
 }
 
 void Button(Desk& desk, const Json& step) {
-  Allow(step, {"button"});
-  const std::string name = Word(step, "button");
-  const auto button = SheetButtonNamed(name);
-  if (!button) Refuse("the sheet's buttons are ok and cancel");
-  const WindowView top = Top(desk);
+  AllowMembers(step, {"button"});
+  const std::string name = StringMember(step, "button");
+  const auto button = ParseSheetButton(name);
+  if (!button) Fail("the sheet's buttons are ok and cancel");
+  const WindowView top = TopWindow(desk);
   if (top.kind != WindowView::Kind::kSheet)
-    Refuse("the sheet is under the window " + Quoted(top.title) +
-           "; click its buttons by their ids");
-  if (!desk.Press(*button)) Refuse("the button \"" + name + "\" is not there or disabled");
+    Fail("the sheet is under the window " + Quoted(top.title) + "; click its buttons by their ids");
+  if (!desk.Press(*button)) Fail("the button \"" + name + "\" is not there or disabled");
 }
 
 void Close(Desk& desk, const Json& step) {
-  Allow(step, {"close"});
-  if (!step["close"].is_boolean() || !step["close"].get<bool>()) Refuse("\"close\" has to be true");
-  Top(desk);
-  if (!desk.Close()) Refuse("the window cannot be closed");
+  AllowMembers(step, {"close"});
+  if (!step["close"].is_boolean() || !step["close"].get<bool>()) Fail("\"close\" has to be true");
+  TopWindow(desk);
+  if (!desk.Close()) Fail("the window cannot be closed");
 }
 
 void Expect(Desk& desk, const Json& step) {
   Json seen;
   std::string where = "the window";
   if (step["expect"] == "window") {
-    Allow(step, {"expect", "title", "message"});
+    AllowMembers(step, {"expect", "title", "message"});
     seen = ReadWindow(desk);
   } else {
-    Allow(step, {"expect", "text", "visible", "enabled", "checked", "items", "item"});
-    const int id = Number(step, "expect");
-    seen = ReadControl(Find(desk, id, false));
+    AllowMembers(step, {"expect", "text", "visible", "enabled", "checked", "items", "item"});
+    const int id = IntegerMember(step, "expect");
+    seen = ReadControl(FindControl(desk, id, false));
     where = std::to_string(id);
   }
-  if (step.size() < 2) Refuse("the step does not say what is expected");
+  if (step.size() < 2) Fail("the step does not say what is expected");
   for (const auto& [name, wanted] : step.items()) {
     if (name == "expect") continue;
-    if (!seen.contains(name)) Refuse(where + " has no \"" + name + '"');
+    if (!seen.contains(name)) Fail(where + " has no \"" + name + '"');
     if (seen[name] != wanted)
-      Refuse(where + ": \"" + name + "\" is " + seen[name].dump() + ", not " + wanted.dump());
+      Fail(where + ": \"" + name + "\" is " + seen[name].dump() + ", not " + wanted.dump());
   }
 }
 
 Json Read(Desk& desk, const Json& step) {
-  Allow(step, {"read"});
+  AllowMembers(step, {"read"});
   if (step["read"] == "window") return ReadWindow(desk);
-  return ReadControl(Find(desk, Number(step, "read"), false));
+  return ReadControl(FindControl(desk, IntegerMember(step, "read"), false));
 }
 
 void Shot(Desk& desk, HMODULE module, const Json& step) {
-  Allow(step, {"shot"});
-  const std::string path = Word(step, "shot");
+  AllowMembers(step, {"shot"});
+  const std::string path = StringMember(step, "shot");
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << WindowSvg(Top(desk), module);
+  file << WindowSvg(TopWindow(desk), module);
   file.close();
-  if (!file) Refuse("\"" + path + "\" cannot be written");
+  if (!file) Fail("\"" + path + "\" cannot be written");
 }
 
 struct Verb {
   std::string_view name;
-  void (*act)(Desk& desk, const Json& step);  // null: one of the two that need more
+  void (*act)(Desk& desk, const Json& step);  // null: PerformStep calls it with other arguments
 };
 constexpr Verb kVerbs[] = {{"page", Page},     {"click", Click}, {"type", Type},
                            {"select", Select}, {"spin", Spin},   {"key", Key},
@@ -257,20 +259,20 @@ constexpr Verb kVerbs[] = {{"page", Page},     {"click", Click}, {"type", Type},
 
 }  // namespace
 
-Json DoStep(Desk& desk, HMODULE module, const Json& step) {
-  if (!step.is_object()) Refuse("a step is a JSON object");
+Json PerformStep(Desk& desk, HMODULE module, const Json& step) {
+  if (!step.is_object()) Fail("a step is a JSON object");
   const Verb* verb = nullptr;
-  for (const Verb& one : kVerbs) {
-    if (!step.contains(one.name)) continue;
+  for (const Verb& each : kVerbs) {
+    if (!step.contains(each.name)) continue;
     if (verb != nullptr)
-      Refuse("one step a line, not both \"" + std::string(verb->name) + "\" and \"" +
-             std::string(one.name) + '"');
-    verb = &one;
+      Fail("one step a line, not both \"" + std::string(verb->name) + "\" and \"" +
+           std::string(each.name) + '"');
+    verb = &each;
   }
   if (verb == nullptr) {
     std::string names;
-    for (const Verb& one : kVerbs) names.append(names.empty() ? "" : ", ").append(one.name);
-    Refuse("there is no such step; there are " + names);
+    for (const Verb& each : kVerbs) names.append(names.empty() ? "" : ", ").append(each.name);
+    Fail("there is no such step; there are " + names);
   }
   if (verb->name == "read") return Read(desk, step);
   if (verb->name == "shot")

@@ -1,4 +1,4 @@
-// A window as a picture, for scripts without a browser.
+// A window as an SVG picture, for scripts without a browser.
 #pragma once
 
 #include <windows.h>
@@ -9,8 +9,8 @@
 
 namespace printhost {
 
-// The window with its tabs, controls and drawings as one SVG document in the window's own pixels;
-// the bitmaps are those of the module's resources.
+// Returns a window with its tabs, controls and drawings as an SVG document, one unit a pixel.
+// Bitmaps come from the module's resources.
 std::string WindowSvg(const platform::WindowView& window, HMODULE module);
 
 }  // namespace printhost
