@@ -1,11 +1,12 @@
 // The sheet server: which requests it admits, and what hostile or many clients can do.
 import assert from "node:assert/strict";
 import { readFileSync, readdirSync } from "node:fs";
+import { get } from "node:http";
 import { connect } from "node:net";
 import { test } from "node:test";
 
 import { ask, page } from "../support/driving.mjs";
-import { computer } from "../support/printhost.mjs";
+import { computer, LIMIT } from "../support/printhost.mjs";
 import { ids } from "../support/resource_ids.mjs";
 
 const JSON_TYPE = { "Content-Type": "application/json" };
@@ -85,6 +86,15 @@ test("server, an action: performed when it is valid, otherwise refused with a se
   const { windows: [{ page: shown }] } = await one.act({ action: "enter" });
   const control = (wanted) => shown.controls.find(({ id }) => id === wanted);
   assert.deepEqual([control(PAPERS).selection, control(PAPERS).open, control(BASE).text], [1, false, "3"]);
+});
+
+test("server, a page that reads slowly: receives the newest snapshot at last", { timeout: LIMIT }, async (t) => {
+  const { url } = await startDemo(t);
+  const slow = await new Promise((resolve) => get(new URL("events", url), resolve));
+  const one = await page(url);
+  for (let step = 0; step < 300; ++step) await one.act({ action: "page", index: 1 + (step % 2) });
+  let text = "";
+  for await (const piece of slow.setEncoding("utf8")) if ((text += piece).includes('"handled":{"test":300}')) break;
 });
 
 // The status of a refusal by the head; a server that waited for the body, which never ends, would respond 408.
