@@ -107,9 +107,7 @@ DriverModule::DriverModule(platform::Machine& machine, DriverFile file) {
   FindExport(module_, "PrinterProperties", printerProperties);
 }
 
-DriverModule::~DriverModule() {
-  if (module_ != nullptr) FreeLibrary(module_);
-}
+DriverModule::~DriverModule() { FreeLibrary(module_); }
 
 PrinterHandle::PrinterHandle(std::u16string name) : name_(std::move(name)) {
   PRINTER_DEFAULTSW allAccess = {nullptr, nullptr, PRINTER_ALL_ACCESS};

@@ -34,7 +34,8 @@ using asio::ip::tcp;
 using boost::system::error_code;
 using std::chrono::milliseconds;
 
-constexpr std::size_t kMaxConnections = 256;  // event streams included
+// Event streams included. An unfinished head takes up to 11 KB of memory.
+constexpr std::size_t kMaxConnections = 64;
 // A browser opens six connections to a site, shared by all of its tabs.
 constexpr std::ptrdiff_t kMaxStreams = 4;
 constexpr milliseconds kHeadTimeout{2000};
