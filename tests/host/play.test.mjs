@@ -102,7 +102,7 @@ test("play, a step that is invalid or that no user could perform: fails with the
     [/no JSON/, "nonsense"],
     [/a JSON object/, "[]"],
     [/cannot be written/, { shot: "/nowhere/x.svg" }],
-    [/cannot be written/, { shot: "/dev/full" }],
+    [/cannot be written/, paper, { click: REGISTER }, { click: ids.IDOK }, { shot: "/dev/full" }],
     [/had been closed/, paper, { type: BASE, text: "5" }, { button: "ok" }, { page: 0 }],
   ];
   for (const [reason, ...steps] of scripts) {

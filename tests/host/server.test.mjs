@@ -92,9 +92,10 @@ test("server, a page that reads slowly: receives the newest snapshot at last", {
   const { url } = await startDemo(t);
   const slow = await new Promise((resolve) => get(new URL("events", url), resolve));
   const one = await page(url);
-  for (let step = 0; step < 300; ++step) await one.act({ action: "page", index: 1 + (step % 2) });
+  // Enough snapshots to fill the buffers of the connection.
+  for (let step = 0; step < 1000; ++step) await one.act({ action: "page", index: 1 + (step % 2) });
   let text = "";
-  for await (const piece of slow.setEncoding("utf8")) if ((text += piece).includes('"handled":{"test":300}')) break;
+  for await (const piece of slow.setEncoding("utf8")) if ((text += piece).includes('"handled":{"test":1000}')) break;
 });
 
 // The status of a refusal by the head; a server that waited for the body, which never ends, would respond 408.
