@@ -15,10 +15,12 @@ using namespace companions;
 using namespace kestrel;
 using std::string_literals::operator""s;
 
-// The controls of the detail dialogs: the unit, and the first fields of a kind.
-constexpr int kUnit = 1001, kFirst = 1002, kSecond = 1003, kThird = 1004, kSecondSpin = 1103;
-// Offsets of a block: its kind, the unit of its lengths, and the first fields.
-constexpr size_t kKindAt = 0, kUnitAt = 10, kFirstAt = 12, kSecondAt = 14, kPostalCodeAt = 20;
+// The controls of the detail dialogs: rotation, unit, and the first fields of a kind.
+constexpr int kRotation = 1000, kUnit = 1001, kFirst = 1002, kSecond = 1003, kThird = 1004,
+              kSecondSpin = 1103;
+// Offsets of a block: its kind, the rotation, the unit of its lengths, and the first fields.
+constexpr size_t kKindAt = 0, kRotationAt = 2, kUnitAt = 10, kFirstAt = 12, kSecondAt = 14,
+                 kPostalCodeAt = 20;
 
 class CompanionTest : public testing::Test {
  protected:
@@ -92,8 +94,11 @@ TEST_F(CompanionTest, DetailDialogStoresNumbersInTheirRange) {
     return ExpectRejected(kSecond, text, u"セルサイズ\n1 ～ 50");
   };
   const auto limit = ExpectEach({kSecond}, &platform::ControlView::textLimit, 7);
-  const std::string block = Edit("QR2", {limit, rejected(u"51"), rejected(u"0"), rejected(u""),
-                                         Replace(kSecond, u"50"), Select(kFirst, 3)});
+  const std::string block = Edit(
+      "QR2", {ExpectTitle(u"QRコード(モデル2)の詳細設定"), limit, rejected(u"51"), rejected(u"0"),
+              rejected(u""), Replace(kSecond, u"50"), Select(kFirst, 3), Select(kRotation, 1)});
+  Edit("RSS", ExpectText(kThird, u"22"));  // a choice without a text of its own
+  EXPECT_EQ(Word(block, kRotationAt), 90);
   EXPECT_EQ(Word(block, kFirstAt), 3);
   EXPECT_EQ(Word(block, kSecondAt), 50);
 }
@@ -110,6 +115,12 @@ TEST_F(CompanionTest, DetailDialogConvertsLengthsToTheSelectedUnit) {
   const Steps inches = {Select(kUnit, kInch), Select(kThird, 0), ExpectText(kSecond, u"0.492")};
   EXPECT_EQ(Word(Edit("JAN13", {metric, inches}), kUnitAt), kInch);
   EXPECT_EQ(Word(Edit("JAN13", {metric, inches, Select(kUnit, kDot)}), kSecondAt), 100);
+}
+
+TEST_F(CompanionTest, TextThatIsNoNumberBecomesZeroInAnotherUnit) {
+  const Steps steps = {Replace(kSecond, u"."), Select(kUnit, kInch), ExpectText(kSecond, u"0.000"),
+                       Replace(kSecond, u"0.5")};
+  EXPECT_EQ(Word(Edit("JAN13", steps), kSecondAt), 500);
 }
 
 TEST_F(CompanionTest, DetailDialogStoresTextsOfCodePage932) {
