@@ -239,7 +239,7 @@ class FontTest : public SheetTest {
   Fonts Stored() {
     const auto data = Get(u"CreateFont Data");
     Fonts fonts(data.size() / sizeof(Font));
-    std::memcpy(fonts.data(), data.data(), fonts.size() * sizeof(Font));
+    if (!fonts.empty()) std::memcpy(fonts.data(), data.data(), fonts.size() * sizeof(Font));
     EXPECT_EQ(Get(u"CreateFont Number"), Number(fonts.size()));
     EXPECT_EQ(data.size() % sizeof(Font), 0u);
     return fonts;
