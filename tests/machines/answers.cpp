@@ -14,7 +14,7 @@
 
 #include "driver/handles.h"
 #include "tests/fuzz/harness.h"
-#include "tests/fuzz/person.h"
+#include "tests/fuzz/random_user.h"
 #include "tests/support/digest.h"
 #include "tests/support/exports.h"
 #include "tests/support/guarded_buffer.h"
@@ -107,15 +107,15 @@ void WriteRecordDigests() {
 }
 
 void WriteSheetDigests(long actions) {
-  for (unsigned seed = 0; PersonActions() < actions; ++seed) {
+  for (unsigned seed = 0; RandomUserActions() < actions; ++seed) {
     std::mt19937 random(seed);
     std::vector<uint8_t> bytes(1000);
     std::ranges::generate(bytes, [&] { return static_cast<uint8_t>(random()); });
     std::fprintf(stderr, "seed %u\n", seed);  // a failure ends the process
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
-    std::printf("seed %u: %s\n", seed, LastRunAnswers().c_str());
+    std::printf("seed %u: %s\n", seed, LastRunDigests().c_str());
   }
-  std::printf("%ld actions\n", PersonActions());
+  std::printf("%ld actions\n", RandomUserActions());
 }
 
 }  // namespace

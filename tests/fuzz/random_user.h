@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 // Returns digests of what the last run showed, returned and stored, as one line. The same bytes
 // give the same line on every machine.
-std::string LastRunAnswers();
+std::string LastRunDigests();
 
 // Returns the number of actions in all runs.
-long PersonActions();
+long RandomUserActions();

@@ -1,6 +1,6 @@
 // A random user: any bytes become actions in one sheet after another, over settings, fonts and a
 // backup file that the bytes have damaged.
-#include "tests/fuzz/person.h"
+#include "tests/fuzz/random_user.h"
 
 #include <windows.h>
 #include <winddiui.h>
@@ -49,21 +49,31 @@ struct Choices {
   int16_t Below(int count) { return static_cast<int16_t>(Byte() % count); }
 };
 
+// Returns one of these texts, a text longer than any field, or arbitrary units.
 std::u16string Text(Choices& choices) {
-  static constexpr std::u16string_view kTexts =
-      u"|0|1|40.0|3.94|-1|9999|32767|99999999999|1e3| 12 "
-      u"|0.01|ﾃｽﾄｶﾀｶﾅ|用紙―表①|\U0001F600\U00020BB7|"
-      u"a\xD800z\xDC00|\xFEFF\xFFFE|\t\x01\x1F\x7F|a\r\nb|[x]=\"y\";'z'|%s%n&&|フリーサイズ|"
-      u"Font 1|C:\\data\\a.ini|C:\\data\\no\\such.ini|あ|9|";
-  constexpr size_t kCount = std::ranges::count(kTexts, u'|');
+  static constexpr std::u16string_view kTexts[] = {u"",
+                                                   u"1",
+                                                   u"40.0",
+                                                   u"-1",
+                                                   u"32767",
+                                                   u"99999999999",
+                                                   u"1e3",
+                                                   u" 12 ",
+                                                   u"ﾃｽﾄｶﾀｶﾅ",
+                                                   u"用紙―表①",
+                                                   u"\U0001F600\U00020BB7",
+                                                   u"a\xD800z\xDC00",
+                                                   u"\t\x01\x1F\x7F",
+                                                   u"a\r\nb",
+                                                   u"[x]=\"y\";'z'",
+                                                   u"%s%n&&",
+                                                   u"フリーサイズ",
+                                                   u"C:\\data\\a.ini",
+                                                   u"C:\\data\\no\\such.ini"};
   const size_t which = choices.Byte();
+  if (which < 4 * std::size(kTexts)) return std::u16string(kTexts[which % std::size(kTexts)]);
+  if (which < 120) return std::u16string(300, which % 2 == 0 ? u'9' : u'あ');
   std::u16string text;
-  if (which < 4 * kCount) {
-    std::u16string_view rest = kTexts;
-    for (size_t skip = which % kCount; skip > 0; --skip) rest.remove_prefix(rest.find(u'|') + 1);
-    text = rest.substr(0, rest.find(u'|'));
-    return which % kCount < kCount - 2 ? text : std::u16string(300, text[0]);
-  }
   for (size_t units = which % 40; units > 0; --units) {
     const WORD unit = choices.Word();
     // Only the drive of the simulated computer may be written to.
@@ -117,11 +127,10 @@ std::vector<ControlView> SoundControls(const WindowView& window) {
   return usable;
 }
 
-// Digests of what the windows of the run showed and of what its sheets returned and stored.
-struct Answers {
+// Digests of what the windows of a run showed and of what its sheets returned and stored.
+struct Digests {
   Digest windows, records, stored, files;
-};
-Answers answers;
+} digests;
 
 // The module restores the x87 control word and the direction flag.
 void RequireProcessorState() {
@@ -129,20 +138,20 @@ void RequireProcessorState() {
   Require(support::ControlWord() == word && !support::DirectionFlag());
 }
 
-// Returns true when the procedure of the window is the driver's.
-bool OfDriver(const WindowView& top) {
+// Returns true for a dialog or page of the driver.
+bool IsDriverWindow(const WindowView& top) {
   return top.kind == WindowView::Kind::kDialog || top.page != nullptr;
 }
 
 // Act is called after each action, when the state has to be consistent again.
-class Person : public User {
+class RandomUser : public User {
  public:
-  explicit Person(Choices& choices) : choices_(choices) {}
+  explicit RandomUser(Choices& choices) : choices_(choices) {}
 
   bool Act(Desk& desk) override {
     RequireProcessorState();
     const auto windows = desk.Windows();
-    answers.windows.Add(windows);
+    digests.windows.Add(windows);
     for (const WindowView& window : windows) {
       if (window.page == nullptr) continue;
       const auto* session = PageSession(window.page->handle);
@@ -158,7 +167,7 @@ class Person : public User {
       ++leaving_ % 2 == 1 ? Agree(desk) : static_cast<void>(desk.Escape());
     else if (top.kind == WindowView::Kind::kFileDialog)
       UseFileDialog(desk, what);
-    else if (what < 8 && OfDriver(top))
+    else if (what < 8 && IsDriverWindow(top))
       SendStrayMessage(top.page ? top.page->handle : top.handle, [&] { return choices_.Byte(); });
     else if (what < 208 && !usable.empty())
       Use(desk, usable[choices_.Byte() % usable.size()]);
@@ -254,9 +263,9 @@ struct Environment {
                                BACKUP_ALL));
     backup = machine->MemoryProfile(kBackup);
   }
-  ~Environment() { std::fprintf(stderr, "%ld actions\n", Person::actions); }
+  ~Environment() { std::fprintf(stderr, "%ld actions\n", RandomUser::actions); }
 
-  // As many papers and fonts of both kinds as the bytes tell, and a damaged backup.
+  // Stores papers and fonts, their numbers chosen by the bytes, and a damaged backup.
   void StoreSettings(Choices& choices) {
     machine->AddPrinter({.name = kPrinter});
     std::filesystem::remove_all(data);
@@ -279,8 +288,8 @@ struct Environment {
     DEVMODEW* const in = (how & 4) != 0 ? &block.Record.Public : nullptr;
     std::u16string name = kPrinter;
     const Printer printer = OpenedPrinter((how & 8) == 0);
-    Person person(choices);
-    machine->desk().Attach(&person);
+    RandomUser user(choices);
+    machine->desk().Attach(&user);
     constexpr DWORD kModes[] = {0, DM_USER_DEFAULT, DM_ADVANCED};
     LONG result = 0;
     if (how % 4 == 3)
@@ -292,8 +301,8 @@ struct Environment {
     machine->desk().Attach(nullptr);
     RethrowPendingException();
     RequireProcessorState();
-    answers.records.Add(result);
-    answers.records.AddBytes(std::as_bytes(std::span(&output, 1)));
+    digests.records.Add(result);
+    digests.records.AddBytes(std::as_bytes(std::span(&output, 1)));
     if (result != IDOK) return;
     Require(output.Private.Signature == SETTINGS_SIGNATURE);
     Require(Terminated(output.Private.FreePaper.PaperName));
@@ -301,7 +310,7 @@ struct Environment {
   }
 
   // Adds the contents of the spooler, the registry and the backup files.
-  void AddStored(Answers& to) {
+  void AddStored(Digests& to) {
     to.stored.AddBytes(machine->DefaultRecord(kPrinter));
     for (const auto& values : {machine->AllData(kPrinter), machine->AllRegistry(u"")}) {
       for (const auto& [name, data] : values) {
@@ -312,7 +321,7 @@ struct Environment {
     for (const WCHAR* file : {kBackup, kNewBackup}) to.files.Add(machine->MemoryProfile(file));
   }
 
-  // What is open or held just now.
+  // Returns the numbers of open handles and live objects.
   std::array<int, 7> Open() const {
     return {machine->OpenPrinterHandles(),
             machine->LiveAllocations(),
@@ -330,13 +339,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Environment environment;
   Choices choices{{data, size}};
   environment.StoreSettings(choices);
-  answers = {};
+  digests = {};
   const auto before = environment.Open();
-  std::filesystem::current_path(environment.data);  // where names without a folder lie
+  std::filesystem::current_path(environment.data);  // the folder of relative file names
   for (int sheets = 0; sheets < 4 && !choices.left.empty(); ++sheets) {
     environment.ShowSheet(choices);
     RequireSoundStore(*environment.machine);
-    environment.AddStored(answers);
+    environment.AddStored(digests);
     environment.machine->SetMemoryProfile(kBackup, environment.machine->MemoryProfile(kBackup));
     Require(environment.machine->desk().ModalDepth() == 0 && environment.Open() == before);
   }
@@ -344,9 +353,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   return 0;
 }
 
-std::string LastRunAnswers() {
-  return "windows " + answers.windows.Text() + " records " + answers.records.Text() + " stored " +
-         answers.stored.Text() + " files " + answers.files.Text();
+std::string LastRunDigests() {
+  return "windows " + digests.windows.Text() + " records " + digests.records.Text() + " stored " +
+         digests.stored.Text() + " files " + digests.files.Text();
 }
 
-long PersonActions() { return Person::actions; }
+long RandomUserActions() { return RandomUser::actions; }
