@@ -29,7 +29,6 @@ class BackupTest : public support::SheetTest {
 
   BackupTest() {
     std::filesystem::create_directories(machine().HostPath(u"C:\\data"));
-    fonts_.Loaded = true;
     fonts_.DecoFonts = deco_.data();
     fonts_.BarFonts = bar_.data();
     Write(u"");
@@ -37,10 +36,9 @@ class BackupTest : public support::SheetTest {
     defaults_ = Text();
   }
 
-  bool Transfer(TransferDirection direction, const char16_t* file = kFile,
-                unsigned sections = BACKUP_ALL) {
+  bool Transfer(TransferDirection direction, const char16_t* file) {
     desk().ClearShown();
-    return BackupFileTransfer(nullptr, file, {block_, fonts_, kPrinter}, direction, sections);
+    return BackupFileTransfer(nullptr, file, {block_, fonts_, kPrinter}, direction, BACKUP_ALL);
   }
   bool Save(const char16_t* file = kFile) { return Transfer(TransferDirection::kSave, file); }
   bool Load(const char16_t* file = kFile) { return Transfer(TransferDirection::kLoad, file); }
@@ -59,8 +57,6 @@ class BackupTest : public support::SheetTest {
 
   void Write(std::u16string_view text) { machine().SetMemoryProfile(kFile, ToCp932(text)); }
   std::u16string Text() { return FromCp932(machine().MemoryProfile(kFile)); }
-  // Returns the bytes of a file on the drive; empty when it does not exist.
-  std::string Bytes(std::u16string_view file) { return machine().ReadFile(file).value_or(""); }
   // Writes a backup of the default settings in which each first text is replaced by the second.
   using Replacements = std::initializer_list<std::pair<std::u16string, std::u16string>>;
   void WriteDefaultsWith(Replacements replacements) {
