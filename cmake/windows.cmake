@@ -24,11 +24,10 @@ if(KESTREL_TESTS)
   enable_testing()
   # Python is looked for when the test runs: ./run builds on a machine without it.
   find_program(LLVM_READOBJ NAMES llvm-readobj llvm-readobj-14 REQUIRED)
-  find_program(LLVM_PDBUTIL NAMES llvm-pdbutil llvm-pdbutil-14 REQUIRED)
   foreach(image ${DLL} ${CMAKE_BINARY_DIR}/kestrel-try.exe)
     cmake_path(GET image FILENAME name)
     add_test(NAME ${name}.${MACHINE} COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/build/check_image.py
-             ${LLVM_READOBJ} ${LLVM_PDBUTIL} ${MACHINE} ${CMAKE_SOURCE_DIR} ${image})
+             ${LLVM_READOBJ} ${MACHINE} ${CMAKE_SOURCE_DIR} ${image})
   endforeach()
   add_test(NAME same_bytes.${MACHINE} COMMAND ${CMAKE_SOURCE_DIR}/tests/build/same_bytes.sh ${CMAKE_SOURCE_DIR}
            windows/${MACHINE} ${CMAKE_BINARY_DIR})

@@ -1,7 +1,5 @@
-"""check_archive.py: the archive of tools/pack.py holds every file that it should, byte for byte, and depends on nothing
-but the files' contents."""
+"""check_archive.py: the archive of tools/pack.py holds every file that it should, byte for byte."""
 import hashlib
-import os
 import shutil
 import subprocess
 import sys
@@ -16,11 +14,11 @@ BUILT = [f"{machine}/{name}" for machine in ("x86", "x64", "arm64")
 
 
 def pack(root, folder):
-    """The packed files by their names in the archive, and the archive."""
+    """The packed files by their names in the archive."""
     packed = subprocess.run([sys.executable, "-B", root / "tools/pack.py", folder], check=True, capture_output=True, text=True)
     archive = zipfile.ZipFile(packed.stdout.rstrip("\n"))
     top = Path(archive.filename).stem
-    return {name.removeprefix(top + "/"): archive.read(name) for name in archive.namelist()}, Path(archive.filename)
+    return {name.removeprefix(top + "/"): archive.read(name) for name in archive.namelist()}
 
 
 def source(name):
@@ -34,25 +32,12 @@ class Archive(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder)
 
     def test_contents_match_sources_and_sums(self):
-        files, archive = pack(ROOT, self.folder)
-        self.assertRegex(archive.stem, r"^QM610rDRV1-\d+(\.\d+){3}$")
+        files = pack(ROOT, self.folder)
         sums = dict(reversed(line.split("  ")) for line in files.pop("SHA256SUMS").decode().splitlines())
         self.assertEqual(sums, {name: hashlib.sha256(data).hexdigest() for name, data in files.items()})
         self.assertLessEqual({"README.md", "CHANGELOG.md", "docs/on-windows.md", "answers.json", *BUILT}, set(files))
         for name, data in files.items():
             self.assertEqual(data, (ROOT / source(name)).read_bytes(), name)
-
-    def test_same_files_elsewhere_give_same_bytes(self):
-        files, first = pack(ROOT, self.folder / "first")
-        copy = self.folder / "a longer folder"
-        for name in [*map(source, files.keys() - {"SHA256SUMS"}), "tools/pack.py", "resources/version.rc"]:
-            (copy / name).parent.mkdir(parents=True, exist_ok=True)
-            shutil.copyfile(ROOT / name, copy / name)
-            (copy / name).chmod(0o600)
-            os.utime(copy / name, (1, 1))
-        _, second = pack(copy, self.folder / "second")
-        self.assertEqual(first.name, second.name)
-        self.assertEqual(first.read_bytes(), second.read_bytes())
 
 
 if __name__ == "__main__":

@@ -1,14 +1,13 @@
-"""check_image.py READOBJ PDBUTIL MACHINE SOURCES IMAGE: what a system sees of a built DLL or program before it runs any of
-it: machine, subsystem, imports, exports, resources and hardening. PDBUTIL shows the symbols' identifier."""
+"""check_image.py READOBJ MACHINE SOURCES IMAGE: what a system sees of a built DLL or program before it runs any of
+it: machine, subsystem, imports, exports, resources and hardening."""
 import re
 import struct
 import subprocess
 import sys
 import unittest
-import uuid
 from pathlib import Path
 
-readobj, pdbutil, machine, sources, image_file = sys.argv[1:]
+readobj, machine, sources, image_file = sys.argv[1:]
 SOURCES = Path(sources)
 WIDE = machine != "x86"
 EXECUTABLE, WRITABLE = 0x20000000, 0x80000000  # flags of sections
@@ -96,11 +95,9 @@ class Common:
         self.assertEqual([number(text, key) for key in keys],
                          [FORMAT, self.SUBSYSTEM, *OLDEST_SYSTEM])
         self.assertEqual("IMAGE_FILE_DLL" in of_file, self.IS_DLL)
-        self.assertNotIn("IMAGE_FILE_RELOCS_STRIPPED", of_file)
         wanted = {"DYNAMIC_BASE", "NX_COMPAT", "GUARD_CF", "HIGH_ENTROPY_VA" if WIDE else "NO_SEH"}
         wanted |= set() if self.IS_DLL else {"TERMINAL_SERVER_AWARE"}
         self.assertEqual(of_image, {"IMAGE_DLL_CHARACTERISTICS_" + flag for flag in wanted})
-        self.assertNotEqual(number(text, "AddressOfEntryPoint"), "0x0")
 
     def test_sections(self):
         for name, (_, _, flags, _) in Image(image_file).sections.items():
@@ -110,13 +107,10 @@ class Common:
         # Tables of functions and texts hold addresses: without relocations the image could not be moved.
         kind = "DIR64" if WIDE else "HIGHLOW"
         self.assertGreater(values(read(image_file, "--coff-basereloc"), "Type").count(kind), self.FEWEST)
-        if WIDE:
-            self.assertGreater(read(image_file, "--unwind").count("RuntimeFunction {"), self.FEWEST)
 
     def test_stack_protector(self):
         image, cookie = Image(image_file), address(read(image_file, "--coff-load-config"), "SecurityCookie")
-        start, _, flags, data = image.section_at(cookie)
-        self.assertTrue(flags & WRITABLE)
+        start, _, _, data = image.section_at(cookie)
         # A loader fills a cookie that has the documented value only.
         documented = struct.pack("<Q", 0x2B992DDFA232) if WIDE else struct.pack("<I", 0xBB40E64E)
         self.assertTrue(data[cookie - start:].startswith(documented))
@@ -140,24 +134,12 @@ class Common:
         self.assertEqual(int(number(headers, "LoadConfigTableSize"), 16), size if WIDE else 64)
         self.assertEqual(size, 176 if WIDE else 112)
         self.assertEqual(number(config, "DependentLoadFlags"), "0x800")  # LOAD_LIBRARY_SEARCH_SYSTEM32
-        self.assertEqual([number(config, key) for key in ("SEHandlerTable", "SEHandlerCount")], ["0x0", "0"])
-
-    def test_symbols(self):
-        directory = read(image_file, "--coff-debug-directory")
-        self.assertEqual("IMAGE_DLL_CHARACTERISTICS_EX_CET_COMPAT" in directory, machine == "x64")
-        symbols = Path(image_file).with_suffix(".pdb")
-        self.assertEqual(number(directory, "PDBFileName"), symbols.name)
-        summary = subprocess.run([pdbutil, "dump", "--summary", symbols], check=True, capture_output=True, text=True).stdout
-        identifier = uuid.UUID(bytes_le=bytes.fromhex(number(directory, "PDBGUID").strip("()")))
-        self.assertEqual(number(summary, "GUID"), "{" + str(identifier).upper() + "}")
 
     def imports(self):
         found = {}
         for line in read(image_file, "--coff-imports").splitlines():
             key, _, value = line.strip().partition(": ")
-            self.assertNotIn("DelayImport", key)
             if key == "Name":
-                self.assertNotIn(value, found)
                 names = found[value] = set()
             elif key == "Symbol":
                 names.add(value.split(" ")[0])
@@ -166,13 +148,12 @@ class Common:
 
 class Dll(Common, unittest.TestCase):
     IS_DLL, SUBSYSTEM = True, "IMAGE_SUBSYSTEM_WINDOWS_GUI (0x2)"
-    FEWEST = 100  # relocations, and functions with unwind data
+    FEWEST = 100  # relocations
 
     def test_exports(self):
         wanted = re.findall(r"^ +(\w+)", (SOURCES / "resources/QM610rDRV1.def").read_text("utf-8"), re.MULTILINE)
         exports = values(read(image_file, "--coff-exports"), "Name")
         self.assertEqual(sorted(name for name in exports if name), sorted(wanted))
-        self.assertEqual(len(wanted), 16)
 
     def test_imports(self):
         self.assertEqual(self.imports(), listed_imports("windows/imports.txt"))
@@ -181,8 +162,6 @@ class Dll(Common, unittest.TestCase):
         listed = read(image_file, "--coff-resources")
         compiled = read(Path(image_file).with_suffix(".res"), "--coff-resources")
         self.assertEqual(int(number(listed, "Total Number of Resources")), compiled.count("Resource type"))
-        # Bitmaps, dialogs, texts, the version and the manifest that a library's own pages use.
-        self.assertEqual(re.findall(r"^ *Type: \w+ \(ID (\d+)\)", listed, re.MULTILINE), ["2", "5", "6", "16", "24"])
         self.assertRegex(listed, r"\(ID 24\)[^()]*\(ID 2\)")
 
 
