@@ -62,7 +62,6 @@ TEST_F(UtilityPageTest, InvalidNameIsRejectedAndFocused) {
   expectRejected(u"a.Ini", {wrong, kSaveFailed});
   // The platform rejects the name; there is no message for that.
   expectRejected(u"C:\\data\\", {kSaveFailed});
-  EXPECT_EQ(StoredName(u"BackupFile Write Name"), u"(none)");
 }
 
 TEST_F(UtilityPageTest, BareNameIsSavedInSystemDirectoryAndRemembered) {
@@ -79,7 +78,9 @@ TEST_F(UtilityPageTest, LongNameIsStoredWithItsFirst130Units) {
   const std::u16string name = folder + u"\\a.INI";
   EXPECT_EQ(Visit(SaveTo(name)), Messages{kSaved});
   EXPECT_EQ(StoredName(u"BackupFile Write Name"), name.substr(0, 130));
-  Visit(ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)));
+  Visit({ExpectText(IDC_UTILITY_SAVE_NAME, name.substr(0, 130)),
+         support::ExpectEach({IDC_UTILITY_SAVE_NAME, IDC_UTILITY_LOAD_NAME},
+                             &platform::ControlView::textLimit, 259)});
 }
 
 TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
@@ -91,7 +92,6 @@ TEST_F(UtilityPageTest, LoadedSettingsAreStoredOnlyOnOk) {
   Visit(ExpectText(IDC_UTILITY_LOAD_NAME, kFile));
   const PrivateDevMode settings = Ok(kUtilityTab, LoadFrom(kFile)).record.Private;
   EXPECT_EQ(settings.nPrintSpeed, 3);
-  EXPECT_EQ(settings.nTSMode, 1);
 }
 
 TEST_F(UtilityPageTest, LoadThatFailsAnywhereChangesNothing) {
