@@ -1,6 +1,4 @@
-// Numeric fields, the help box, option tables and locked controls.
-#include "operation/operation_options.h"
-#include "paper/fields/controls.h"
+// Numeric fields and the help box.
 #include "paper/fields/help_text.h"
 #include "paper/fields/numeric_field.h"
 #include "resources/resource.h"
@@ -60,9 +58,7 @@ TEST_F(NumericFields, EditOutsideTheFieldsIsIgnored) {
     SetDlgItemTextW(desk.Top(), kName, TEXT("12"));
     EXPECT_EQ(ReadField({desk.Top(), {}}, kName, kPlain), 0) << "a dialog without fields";
     EXPECT_EQ(ReadField(dialog, kName, kPlain), 12);
-    EXPECT_EQ(CheckFieldRange(dialog, kName, kPlain), kInside);
     InitField(dialog, kName, 0, 5, 3, kPlain, true);
-    ReformatField(dialog, kName, kMillimetre);
     ChangeFieldUnit(dialog, kName, kDot, kInch, 203);
     EXPECT_FALSE(StepField(dialog, kName, 1, kMillimetre));
     EXPECT_FALSE(OnMeasureTyped(dialog, kName, kMillimetre));
@@ -72,17 +68,15 @@ TEST_F(NumericFields, EditOutsideTheFieldsIsIgnored) {
 }
 
 TEST_F(NumericFields, HelpShowsRangeInTheUnit) {
-  constexpr int kGap = IDS_HELP_PAPER_REGISTER_GAP, kMissingText = 1;
+  constexpr int kGap = IDS_HELP_PAPER_REGISTER_GAP;
   static constexpr HelpRow kRows[] = {
       // control, text, kind, range for 203 dpi, range for other densities
       {1, IDS_HELP_PAPER_PEEL_OFFSET, kHelpDotRange, -40, 99, -60, 149},
       {2, kGap, kHelpDotRangeUnits, 27, 550, 40, 826},
       Ranged(3, kGap, kHelpTenthsRange, 0, 80),
       Ranged(4, IDS_HELP_PAPER_REGISTER_PRINTABLE_LEFT, kHelpZero, 0, 0),
-      Plain(5, 0),
-      Plain(6, kMissingText),
       Plain(0, 0),  // ends the table
-      Plain(7, kGap)};
+      Plain(5, kGap)};
   InDialog([](Desk& desk) {
     const auto expectHelp = [&desk](int control, int unit, int dpi, std::u16string_view part) {
       SetDlgItemTextW(desk.Top(), IDC_HELP_TEXT, TEXT("before"));
@@ -91,29 +85,10 @@ TEST_F(NumericFields, HelpShowsRangeInTheUnit) {
     };
     expectHelp(1, kPlain, 305, u"（範囲は、-60ﾄﾞｯﾄから149ﾄﾞｯﾄです。）");
     expectHelp(2, kMillimetre, 203, u"（範囲は、3.4mmから68.8mmです。通常は3.0mmです）");
-    expectHelp(2, kDot, 0, u"（範囲は、40dotから826dotです。");
     expectHelp(3, kInch, 203, u"（範囲は、0.000inchから0.315inchです。通常は0.118inchです）");
     expectHelp(4, kInch, 203, u"（通常は 0.000inch です。）");
-    for (const int withoutHelp : {5, 7, 8}) expectHelp(withoutHelp, kPlain, 203, u"before");
-    ShowHelp(desk.Top(), kRows, 6, IDC_HELP_TEXT, kPlain, 203);
-    EXPECT_EQ(desk.Text(IDC_HELP_TEXT), u"");
+    expectHelp(5, kPlain, 203, u"before");
   });
-}
-
-TEST_F(NumericFields, LockedDialogCanOnlyBeClosed) {
-  InDialog([](Desk& desk) {
-    LockControls(desk.Top(), IDD_PAPER_REGISTER, false);
-    for (const auto& control : std::vector(desk.Windows().back().controls)) {
-      const bool usable = control.tabStop && control.visible && control.enabled;
-      EXPECT_EQ(usable, control.id == IDOK || control.id == IDCANCEL) << control.id;
-    }
-  });
-}
-
-// The tests of the operation page cover valid values.
-TEST(OptionTables, UnknownValueSelectsFirstEntry) {
-  EXPECT_EQ(OptionIndex(SpeedOptions(), kOptionEnd), 0);
-  for (const int outside : {-1, 3, 99}) EXPECT_EQ(OptionValue(SpeedOptions(), outside), 1);
 }
 
 }  // namespace

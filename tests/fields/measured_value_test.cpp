@@ -18,15 +18,11 @@ TEST(MeasuredValue, ConversionAddsHalfTheDivisor) {
   EXPECT_EQ(ConvertMeasure(99, kDot, kInch, 203), 488);
   EXPECT_EQ(ConvertMeasure(30, kMillimetre, kDot, 203), 24);
   EXPECT_EQ(ConvertMeasure(1000, kInch, kDot, 305), 305);
+  EXPECT_EQ(ConvertMeasure(77, kDot, kPlain, 203), 77);
+  EXPECT_EQ(ConvertMeasure(77, kDot, kMillimetre, 0), 77) << "without a density";
   // A quotient below 0 is truncated too; a result may exceed 16 bits.
   EXPECT_EQ(ConvertMeasure(-580, kMillimetre, kInch, 203), -2282);
   EXPECT_EQ(ConvertMeasure(32767, kMillimetre, kInch, 203), 129004);
-}
-
-TEST(MeasuredValue, PlainNumberOrMissingDensityIsNotConverted) {
-  EXPECT_EQ(ConvertMeasure(77, kPlain, kInch, 203), 77);
-  EXPECT_EQ(ConvertMeasure(77, kDot, kPlain, 203), 77);
-  EXPECT_EQ(ConvertMeasure(77, kDot, kMillimetre, 0), 77);
 }
 
 TEST(MeasuredValue, FormatHasTheDecimalsOfTheUnit) {
@@ -39,24 +35,16 @@ TEST(MeasuredValue, FormatHasTheDecimalsOfTheUnit) {
   EXPECT_EQ(format(-5, kMillimetre), u"-0.5");
   EXPECT_EQ(format(40, kInch), u"0.040");
   EXPECT_EQ(format(INT_MIN, kInch), u"-2147483.648");
-  EXPECT_EQ(format(0, kDot), u"0");
-  EXPECT_EQ(format(-999, kPlain), u"-999");
 }
 
 TEST(MeasuredValue, ParseScalesTheNumberAtTheStartOfTheText) {
   EXPECT_EQ(ParseMeasure(u"\t 58", 1), 580);
-  EXPECT_EQ(ParseMeasure(u"12ab", 0), 12);
   EXPECT_EQ(ParseMeasure(u"58.25", 1), 582);  // further digits are dropped
-  EXPECT_EQ(ParseMeasure(u"2.5", 3), 2500);
   EXPECT_EQ(ParseMeasure(u"-.5", 1), -5);
-  EXPECT_EQ(ParseMeasure(u"+7", 1), 70);
   EXPECT_EQ(ParseMeasure(u"--1.5", 1), 5);  // the second sign applies to the integer part
-  EXPECT_EQ(ParseMeasure(u"１２", 0), 0);
-  EXPECT_EQ(ParseMeasure(u"", 1), 0);
   EXPECT_EQ(ParseMeasure(nullptr, 1), 0);
   EXPECT_EQ(ParseMeasure(u"2147484", 3), INT_MAX);
   EXPECT_EQ(ParseMeasure(u"-4294967296", 3), INT_MIN);
-  EXPECT_EQ(ParseMeasure(u"1.999999", 5), 199999);
   EXPECT_EQ(ParseMeasure(u"1.5", 6), 0);
 }
 
@@ -72,12 +60,8 @@ TEST(MeasuredValue, EveryFormattedValueIsParsedAgain) {
 
 TEST(MeasuredValue, TextLimitFitsTheLongerBound) {
   EXPECT_EQ(MeasureTextLimit(100, 1630, kMillimetre), 5);
-  EXPECT_EQ(MeasureTextLimit(0, 9, kMillimetre), 3);
   EXPECT_EQ(MeasureTextLimit(-5, 5, kMillimetre), 4);
-  EXPECT_EQ(MeasureTextLimit(0, 315, kInch), 5);
   EXPECT_EQ(MeasureTextLimit(0, 12345, kInch), 6);
-  EXPECT_EQ(MeasureTextLimit(0, 9, kPlain), 1);
-  EXPECT_EQ(MeasureTextLimit(-9999, 5, kPlain), 5);
 }
 
 TEST(FieldTyping, AcceptsDigitsAndOnePointOrMinus) {
@@ -85,7 +69,6 @@ TEST(FieldTyping, AcceptsDigitsAndOnePointOrMinus) {
     EXPECT_TRUE(IsMeasureTyping(text, kMillimetre)) << testing::PrintToString(text);
   for (const char16_t* text : {u"5.5.", u"4. 5", u"4 ", u"-4", u"4x", u"/", u":"})
     EXPECT_FALSE(IsMeasureTyping(text, kInch)) << testing::PrintToString(text);
-  EXPECT_TRUE(IsMeasureTyping(u" 55", kDot));
   EXPECT_FALSE(IsMeasureTyping(u"5.5", kDot));
   for (const char16_t* text : {u"-12", u"09", u"-", u"5-3", u""})
     EXPECT_TRUE(IsPlainTyping(text)) << testing::PrintToString(text);
@@ -94,13 +77,11 @@ TEST(FieldTyping, AcceptsDigitsAndOnePointOrMinus) {
 }
 
 TEST(FieldTyping, WholeNumberHasDigitsAfterAtMostOneMinus) {
-  const std::pair<const char16_t*, int> kNumbers[] = {
-      {u"007", 7}, {u"-12", -12}, {u"2147483648", INT_MAX}, {u"-99999999999", INT_MIN}};
   int number = 0;
-  for (const auto& [text, value] : kNumbers) {
-    EXPECT_TRUE(ParseWholeNumber(text, &number));
-    EXPECT_EQ(number, value);
-  }
+  EXPECT_TRUE(ParseWholeNumber(u"007", &number));
+  EXPECT_EQ(number, 7);
+  EXPECT_TRUE(ParseWholeNumber(u"-99999999999", &number));
+  EXPECT_EQ(number, INT_MIN);
   for (const char16_t* text : {u"", u"-", u"--5", u"5-3", u"+3", u"-+3", u" 12", u"12 "})
     EXPECT_FALSE(ParseWholeNumber(text, &number)) << testing::PrintToString(text);
   EXPECT_EQ(number, INT_MIN) << "other texts leave the number unchanged";
