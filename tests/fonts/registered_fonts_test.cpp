@@ -67,6 +67,9 @@ TEST_F(CreateFontPageTest, ReferenceBoxMakesNewFontACopyOfTheSelectedOne) {
     ExpectStored({defaults, font, Font(font).Name(u"N")},
                  {Click(kind.reference), Select(kind.list, 1),
                   New(kind, u"N", ExpectText(kind.name, u"")), ExpectChecked({kind.reference})});
+    // While the list is empty a new font has the defaults.
+    Store({font});
+    ExpectStored({defaults}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M")});
   }
 }
 
@@ -108,13 +111,13 @@ class FontStoreTest : public FontTest {
 TEST_F(FontStoreTest, LoadDuringSaveOfAnotherSessionGetsOneConsistentState) {
   for (const auto& [before, after] : {std::pair(1, 2), std::pair(2, 1)}) {
     Store(Many(before, 0));
-    // The load reads the number in its first spooler call, the data in the second, and both again.
-    machine().faults.FailNth(platform::Fault::kSpoolerChange, 2);
+    // Call 1 opens the printer, 2 reads the number, 3 the data, 4 and 5 read both again.
+    machine().faults.FailNth(platform::Fault::kSpoolerChange, 3);
     machine().faults.OnSpoolerChange([this, fonts = Many(after, 0)] { Store(fonts); });
     EXPECT_EQ(LoadedStore().fonts.DecoFontNum, after);
     Store(Many(before, 0));
     Set(u"CreateFont Number", Number(size_t(after)));
-    machine().faults.FailNth(platform::Fault::kSpoolerChange, 3);
+    machine().faults.FailNth(platform::Fault::kSpoolerChange, 4);
     EXPECT_EQ(LoadedStore().fonts.DecoFontNum, after);
   }
 }
