@@ -1,5 +1,4 @@
 // The paper page, in the sheet of the user's defaults.
-#include "sheets/page_services.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
@@ -31,12 +30,9 @@ TEST_F(PaperPage, LeavingStoresSelectedPaperAndOrientation) {
   settings.Position = 0;
   StoreDefaults(block);
   const Steps expectStored = {
-      ExpectSelected(kList, 1),
-      ExpectChecked({IDC_PAPER_LANDSCAPE, IDC_PAPER_FLIP}),
+      ExpectSelected(kList, 1), ExpectChecked({IDC_PAPER_LANDSCAPE, IDC_PAPER_FLIP}),
       ExpectChecked({IDC_PAPER_PORTRAIT, IDC_PAPER_POSITION, IDC_PAPER_REFERENCE}, false),
-      ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。"),
-      ExpectText(IDC_PAPER_WHOLE_LABEL, u"全体図表示"),
-      ExpectEnabled({kPicture}, false)};
+      ExpectText(IDC_PAPER_LIMIT_TEXT, u"用紙は最大 20 個登録できます。")};
   const SettingsRecord left =
       Ok(kPaperTab,
          {expectStored, GoTo(kVersionTab), GoTo(kPaperTab), expectStored, Select(kList, 2),
@@ -53,9 +49,6 @@ TEST_F(PaperPage, LeavingStoresSelectedPaperAndOrientation) {
 }
 
 TEST_F(PaperPage, OffsetFieldsAcceptTheirRangesOnly) {
-  const auto expectCaretAtEnd = [](Desk&) {
-    EXPECT_EQ(SendMessageW(GetFocus(), EM_GETSEL, 0, 0), MAKELONG(2, 2));
-  };
   for (const auto& row : kOffsets) {
     SCOPED_TRACE(row.edit);
     DriverSettingsBlock block = DefaultBlock();
@@ -64,16 +57,15 @@ TEST_F(PaperPage, OffsetFieldsAcceptTheirRangesOnly) {
     StoreDefaults(block);
     const std::u16string least = Number(row.minimum), most = Number(row.maximum);
     // The text limit of a field keeps out "-100".
-    Steps rejected = {Paste(row.edit, Number(row.maximum + 1)), ExpectText(row.edit, u"11"),
-                      expectCaretAtEnd};
+    Steps rejected = {Paste(row.edit, Number(row.maximum + 1)), ExpectText(row.edit, u"11")};
     if (row.minimum != -99)
       rejected += {Paste(row.edit, Number(row.minimum - 1)), ExpectText(row.edit, u"11")};
     const PrivateDevMode left =
-        Ok(kPaperTab, {ExpectRange(row.spin, row.minimum, row.maximum, 11), Focus(row.edit),
-                       ExpectHelp(u"（範囲は、" + least + u"ﾄﾞｯﾄから" + most + u"ﾄﾞｯﾄです。）"),
-                       Paste(row.edit, u"11"), rejected, ExpectChanged(false),
-                       Paste(row.edit, most), ExpectChanged(true), Spin(row.spin, -2),
-                       ExpectText(row.edit, Number(row.maximum - 2)), Paste(row.edit, least)})
+        Ok(kPaperTab,
+           {ExpectRange(row.spin, row.minimum, row.maximum, 11), Focus(row.edit),
+            ExpectHelp(u"（範囲は、" + least + u"ﾄﾞｯﾄから" + most + u"ﾄﾞｯﾄです。）"), rejected,
+            ExpectChanged(false), Paste(row.edit, most), ExpectChanged(true), Spin(row.spin, -2),
+            ExpectText(row.edit, Number(row.maximum - 2)), Paste(row.edit, least)})
             .record.Private;
     EXPECT_EQ(left.*row.setting, row.minimum);
     // The printer's mode determines which fields are enabled.
@@ -111,26 +103,6 @@ TEST_F(PaperPage, OffsetWithoutWholeNumberKeepsStoredValue) {
             .record;
     EXPECT_EQ(record.Private.nVertBase, row.left) << testing::PrintToString(row.typed);
   }
-}
-
-TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
-  Cancel(kPaperTab, {Select(kList, 1), GoTo(kVersionTab), [](Desk& desk) {
-                       const HWND page = desk.Windows().back().page->handle;
-                       const DEVMODEW& fields = PageSession(page)->settings->Record.Public;
-                       EXPECT_EQ(fields.dmPaperSize, kFreePaperId);
-                       EXPECT_EQ(std::u16string_view(fields.dmFormName), kFree);
-                     }});
-}
-
-TEST_F(PaperPage, EscInOpenListRestoresSelectedPaper) {
-  StoreDefaults(With(2));
-  const auto closeWith = [&](const Step& key, int labelWidth) {
-    return Ok(kPaperTab, {Select(kList, 0), MoveInOpenList(kList, 2), key,
-                          ExpectLabelWidth(kPicture, labelWidth), GoTo(kVersionTab)})
-        .record.Private.PaperID;
-  };
-  EXPECT_EQ(closeWith(Escape(), 102), 257);
-  EXPECT_EQ(closeWith(Enter(), 36), 259);
 }
 
 Steps Delete(std::u16string name, int button = IDOK) {
