@@ -5,7 +5,6 @@
 #include "paper/fields/option_table.h"
 #include "platform/machine/guard.h"
 #include "resources/resource.h"
-#include "sheets/messages.h"
 #include "tests/support/open_sheet.h"
 
 namespace kestrel {
@@ -56,9 +55,6 @@ TEST_F(OperationPage, SyncPrintIsWrittenOnLeavingAndReadOnReturning) {
   machine().SetAdministrator(false);
   Cancel(kOperationTab, {ExpectEnabled({IDC_OPERATION_SYNC_PRINT}, false),
                          ExpectEnabled({IDC_OPERATION_COMPULSORY})});
-  machine().RemoveRegistryKey(kKey);
-  Ok(kVersionTab);
-  EXPECT_EQ(SyncPrint(), std::nullopt) << "page not entered";
 }
 
 // The spooler looks for local printers below "Printers".
@@ -66,9 +62,7 @@ TEST_F(OperationPage, KeyOfAConnectionIsWrittenButNotCreated) {
   constexpr char16_t kConnection[] = u"\\\\server\\printer";
   const std::u16string key = kPrinters + u",,server,printer\\PrinterDriverData";
   DeviceSettings(kConnection).SetSyncPrint(true);
-  HKEY opened = nullptr;
-  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, &opened),
-            LSTATUS{ERROR_FILE_NOT_FOUND});
+  EXPECT_FALSE(machine().Registry(key, u"SyncPrint"));
   machine().SetRegistry(key, u"SyncPrint", {REG_DWORD, BytesOf(DWORD{0})});
   DeviceSettings(kConnection).SetSyncPrint(true);
   EXPECT_EQ(DeviceSettings(kConnection).SyncPrint(), 1u);
@@ -94,7 +88,6 @@ TEST_F(OperationPage, SelectedFieldsAreStored) {
   EXPECT_EQ(left.Dither, 3) << "the template has no radio buttons for it";
 }
 
-// The template has no list of feed modes.
 TEST_F(OperationPage, LeavingStoresTheFeedModeOfThePrinterMode) {
   constexpr std::pair<uint16_t, int16_t> kFeedModes[] = {
       {kTearOffMode, 1}, {kContinuousMode, 0}, {kPeelMode, 7}, {3, 1}};  // the last is unknown
@@ -104,7 +97,6 @@ TEST_F(OperationPage, LeavingStoresTheFeedModeOfThePrinterMode) {
     block.Record.Private.nMoveMode = kFollowPrinter;
     block.Record.Private.nSensor = block.Record.Private.nPrintSpeed = 99;  // unknown
     StoreDefaults(block);
-    EXPECT_EQ(Ok(kVersionTab).record.Private.nMoveMode, kFollowPrinter) << "page not entered";
     const PrivateDevMode left = Leave({});
     EXPECT_EQ(left.nMoveMode, feedMode);
     EXPECT_EQ(left.nPrintSpeed, 1);
@@ -115,7 +107,7 @@ TEST_F(OperationPage, LeavingStoresTheFeedModeOfThePrinterMode) {
 // What the replacements of the adjustment functions receive, and their result.
 struct Adjustment {
   bool permission;
-  DWORD dpi, defaultPattern, ownPattern;
+  DWORD defaultPattern, ownPattern;
 };
 Adjustment received;
 LONG adjustmentResult;
@@ -131,7 +123,7 @@ LONG WINAPI FakeColor(LPWSTR title, HANDLE picture, LPWSTR pictureTitle, COLORAD
 }
 LONG WINAPI FakeDevice(LPWSTR title, DEVHTADJDATA* data) {
   EXPECT_EQ(title, std::u16string(kPrinter));
-  received.dpi = data->DeviceXDPI;
+  EXPECT_EQ(data->DeviceXDPI, 203u);
   received.defaultPattern = data->pDefHTInfo->HTPatternSize;
   DEVHTINFO* own = data->pAdjHTInfo;
   received.ownPattern = own != nullptr ? std::exchange(own->HTPatternSize, 6) : 0;
@@ -149,26 +141,20 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
   block.Record.Private.ColorAdjust.caContrast = 3;
   block.Record.Private.ColorAdjust.caSize = 0;  // from a backup of another driver
   struct Case {
-    uint16_t density = 203;
     LONG result = 1;
     bool permission = true;
-    DWORD dpi = 203;    // received
     int contrast = 17;  // afterwards
     WORD pattern = 6;
   };
-  constexpr Case kCases[] = {{},
-                             {.density = 305, .dpi = 305},
-                             {.density = 300, .result = 0, .contrast = 3, .pattern = 5},
-                             {.permission = false, .pattern = 5}};
+  constexpr Case kCases[] = {
+      {}, {.result = 0, .contrast = 3, .pattern = 5}, {.permission = false, .pattern = 5}};
   for (const Case& row : kCases) {
     SCOPED_TRACE(&row - kCases);
     DriverSettingsBlock settings = block;
-    settings.Printer.HeadDensity = row.density;
     adjustmentResult = row.result;
     EXPECT_EQ(AdjustColor(settings, kPrinter, row.permission), row.result);
     EXPECT_EQ(AdjustHalftone(settings, kPrinter, row.permission), row.result);
     EXPECT_EQ(received.permission, row.permission);
-    EXPECT_EQ(received.dpi, row.dpi);
     // Without permission the dialog shows the printer's own values as the defaults.
     EXPECT_EQ(received.defaultPattern, row.permission ? factory : 5u);
     EXPECT_EQ(received.ownPattern, row.permission ? 5u : 0u);
@@ -176,27 +162,16 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
     EXPECT_EQ(HalftoneInfo(settings).HTPatternSize, row.pattern);
   }
   StoreDefaults(block);
-  for (const LONG result : {0, 1}) {
-    adjustmentResult = result;
-    Leave({Click(IDC_OPERATION_COLOR_ADJUST), ExpectChanged(result == 1)});
-    Leave({Click(IDC_OPERATION_HALFTONE), ExpectChanged(result == 1)});
-  }
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), ExpectChanged(true)});
+  Leave({Click(IDC_OPERATION_HALFTONE), ExpectChanged(true)});
 }
 
 TEST_F(OperationPage, MissingAdjustmentLibraryShowsNoMessage) {
   machine().RegisterModule(u"htui.dll", {});
-  Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE),
-         [&](Desk&) { machine().faults.FailNth(platform::Fault::kModule, 1); },
-         Click(IDC_OPERATION_COLOR_ADJUST), ExpectChanged(false)});
-  // A file of the same name in the driver's directory is not loaded.
-  machine().UnregisterModule(u"htui.dll");
-  machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
-  Leave({Click(IDC_OPERATION_COLOR_ADJUST), [](Desk& desk) { EXPECT_EQ(desk.ModalDepth(), 2); },
-         Escape()});
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE), ExpectChanged(false)});
 }
 
 constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";
-constexpr char16_t kPage[] = u"デバイスの設定";
 
 // The reply of the replaced device library, and its result.
 std::string reply;
@@ -207,19 +182,8 @@ DWORD WINAPI FakeQuery(LPCWSTR name, BYTE* out, DWORD outSize, DWORD* size, DWOR
   EXPECT_EQ(name, std::u16string(kPrinter));
   EXPECT_TRUE(outSize == kSize && *size == kSize && *status == 0);
   EXPECT_EQ(std::string(out, out + outSize), std::string(outSize, char(kFilling)));
-  EXPECT_EQ(platform::Machine::Current().desk().Cursor(), LoadCursorW(nullptr, IDC_WAIT));
   reply.copy(reinterpret_cast<char*>(out), outSize);
   return queryResult;
-}
-
-void ExpectArrow(Desk& desk) { EXPECT_EQ(desk.Cursor(), LoadCursorW(nullptr, IDC_ARROW)); }
-
-// Closes a message box with the texts of two string ids; the second may be 0.
-Step CloseTexts(UINT first, UINT second, UINT style) {
-  WCHAR text[2 * kMessageLength];
-  const int length = LoadMessageText(first, text, kMessageLength);
-  LoadMessageText(second, text + length, kMessageLength);
-  return CloseMessage(text, style, kPage);
 }
 
 class DevicePage : public SheetTest {
@@ -269,11 +233,9 @@ TEST_F(DevicePage, ModeQueryChangesKnownValuesAndWarns) {
     reply[1] = static_cast<char>(row.densityCode);
     reply[3] = static_cast<char>(row.modeCode);
     Steps warnings;
-    if (row.after.density != row.before.density)
-      warnings += CloseTexts(IDS_DENSITY_CHANGED, IDS_DENSITY_CHANGED_CHECK, MB_ICONEXCLAMATION);
-    if (row.after.mode != row.before.mode)
-      warnings += CloseTexts(IDS_MODE_CHANGED, IDS_MODE_CHANGED_CHECK, MB_ICONEXCLAMATION);
-    Ok(kDeviceTab, {Click(IDC_DEVICE_QUERY_MODE), warnings, ExpectArrow, ExpectChanged(true),
+    if (row.after.density != row.before.density) warnings += Click(IDOK);
+    if (row.after.mode != row.before.mode) warnings += Click(IDOK);
+    Ok(kDeviceTab, {Click(IDC_DEVICE_QUERY_MODE), warnings, ExpectChanged(true),
                     ExpectSelected(IDC_DEVICE_MODE, row.after.mode),
                     ExpectText(IDC_DEVICE_DENSITY, u"203dpi(  8本/mm)")});
     EXPECT_EQ(StoredPrinterPart(machine()).Mecha, row.after.mode);
@@ -282,19 +244,10 @@ TEST_F(DevicePage, ModeQueryChangesKnownValuesAndWarns) {
 }
 
 TEST_F(DevicePage, VersionQueryShowsTextsUpToTheirEnd) {
-  const struct {
-    std::string reply;
-    std::u16string firmware, font;
-  } rows[] = {
-      {std::string("0123456789ABCDEF\x83\x5C\0X", 20), u"0123456789ABCDEF", u"ソ"},
-      {std::string("\xCA\xDE\0junk890123456abcdefghxx", 26), u"ﾊﾞ", u"abcdefgh"},
-  };
-  for (const auto& row : rows) {
-    reply = row.reply;
-    Ok(kDeviceTab,
-       {Click(IDC_DEVICE_QUERY_VERSION), ExpectText(IDC_DEVICE_FIRMWARE_VERSION, row.firmware),
-        ExpectText(IDC_DEVICE_FONT_VERSION, row.font), ExpectArrow, ExpectChanged(false)});
-  }
+  reply = std::string("0123456789ABCDEF\x83\x5C\0X", 20);  // sixteen bytes of firmware
+  Ok(kDeviceTab,
+     {Click(IDC_DEVICE_QUERY_VERSION), ExpectText(IDC_DEVICE_FIRMWARE_VERSION, u"0123456789ABCDEF"),
+      ExpectText(IDC_DEVICE_FONT_VERSION, u"ソ"), ExpectChanged(false)});
 }
 
 TEST_F(DevicePage, FailedQueryChangesNothing) {
@@ -302,18 +255,16 @@ TEST_F(DevicePage, FailedQueryChangesNothing) {
   reply = std::string("V\0\0\2", 4) + "000000000000F1";
   queryResult = 0;
   StorePrinter(kContinuousMode, 305);
-  const Step failed = CloseTexts(IDS_QUERY_FAILED, 0, MB_ICONHAND);
+  const Step failed = Click(IDOK);  // of the message
   const auto expectFailure = [&](Steps libraryError) {
     Ok(kDeviceTab,
        {Click(IDC_DEVICE_QUERY_MODE), libraryError, failed, Click(IDC_DEVICE_QUERY_VERSION), failed,
         ExpectText(IDC_DEVICE_FIRMWARE_VERSION, u""), ExpectText(IDC_DEVICE_FONT_VERSION, u""),
-        ExpectArrow, ExpectChanged(false)});
+        ExpectChanged(false)});
     EXPECT_EQ(StoredPrinterPart(machine()).Mecha, kContinuousMode);
     EXPECT_EQ(StoredPrinterPart(machine()).HeadDensity, 305);
   };
   expectFailure({});
-  machine().RegisterModule(kLibrary, {});
-  expectFailure(CloseMessage(u"GetProcAddress Error!", MB_OK, u"DeviceDlgFunc"));
   machine().UnregisterModule(kLibrary);
   expectFailure(CloseMessage(u"LoadLibrary Error!", MB_OK, u"DeviceDlgFunc"));
 }

@@ -43,7 +43,6 @@ inline PaperInfo Paper(const std::u16string& name, int width = 580, int length =
   return paper;
 }
 
-// Expects the width, length and gap of a paper.
 inline void ExpectSizes(const PaperInfo& paper, int width, int length, int gap, MeasureUnit unit) {
   EXPECT_EQ(paper.LabelWidth, width);
   EXPECT_EQ(paper.LabelHeight, length);

@@ -114,20 +114,15 @@ TEST_F(RegisterDialog, TypedAndSteppedSizesAreStoredInTheShownUnit) {
   EXPECT_EQ(Stored(1).EyeMarkSize, 118);
 }
 
-// The dialog edits millimetres and inches; dots and unknown units become millimetres.
-TEST_F(RegisterDialog, PaperInOtherUnitsThanInchesIsEditedInMillimetres) {
-  DriverSettingsBlock block = With(2);
-  for (const int slot : {1, 2}) {
-    block.Printer.Papers[slot].LabelWidth = 320;
-    block.Printer.Papers[slot].Unit = slot == 1 ? uint16_t{kDot} : uint16_t{77};
-  }
+// The dialog edits millimetres and inches only.
+TEST_F(RegisterDialog, PaperInDotsIsEditedInMillimetres) {
+  DriverSettingsBlock block = With(1);
+  block.Printer.Papers[1].LabelWidth = 320;
+  block.Printer.Papers[1].Unit = kDot;
   StoreDefaults(block);
   Ok(kPaperTab, {Select(kList, 1), Click(IDC_PAPER_EDIT), ExpectChecked({kMmButton}),
-                 ExpectShownSizes(u"40.0", u"85.1", u"3.8"), Click(IDCANCEL), Select(kList, 2),
-                 Click(IDC_PAPER_EDIT), ExpectChecked({kMmButton}),
-                 ExpectShownSizes(u"32.0", u"68.0", u"3.0"), Click(IDOK)});
-  ExpectSizes(Stored(1), 320, 680, 30, kDot);
-  ExpectSizes(Stored(2), 320, 680, 30, kMillimetre);
+                 ExpectShownSizes(u"40.0", u"85.1", u"3.8"), Click(IDOK)});
+  ExpectSizes(Stored(1), 400, 851, 38, kMillimetre);
 }
 
 TEST_F(RegisterDialog, DataReferenceCopiesSelectedPaperWithoutItsName) {
