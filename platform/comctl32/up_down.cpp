@@ -93,9 +93,9 @@ void Step(const WindowPtr& window, bool up) {
   notice.iDelta = (state.upper >= state.lower) == up ? 1 : -1;
   const LRESULT refused =
       SendMessageW(window->parent, WM_NOTIFY, notice.hdr.idFrom, reinterpret_cast<LPARAM>(&notice));
-  if (refused != 0 || window->destroying) return;
+  if (refused != 0) return;
   SetPosition(*window, int64_t{state.position} + notice.iDelta);
-  if (!window->destroying) Notify(*window, SB_THUMBPOSITION, state.position);
+  Notify(*window, SB_THUMBPOSITION, state.position);
 }
 
 }  // namespace
@@ -110,8 +110,8 @@ bool SpinBy(HWND handle, bool up) {
     if (!IsReachable(state.buddy)) return false;
     SetFocus(state.buddy);
   }
-  if (!window->destroying && IsReachable(handle)) Step(window, up);
-  if (!window->destroying) Notify(*window, SB_ENDSCROLL, state.position);
+  if (IsReachable(handle)) Step(window, up);
+  Notify(*window, SB_ENDSCROLL, state.position);
   return true;
 }
 

@@ -46,8 +46,8 @@ std::vector<std::filesystem::path> CandidateFiles(const std::u16string& name) {
 // Opens the file of a module as an image or a shared object; sets the last error when it is
 // neither.
 bool Open(LoadedModule& module) {
-  const std::vector<std::byte> bytes = ReadWhole(module.file);
   try {
+    const std::vector<std::byte> bytes = ReadWhole(module.file);
     if (IsImage(bytes)) {
       module.image = std::make_unique<MappedImage>(bytes, SystemLoaderFeatures());
       module.handle = module.image->handle();

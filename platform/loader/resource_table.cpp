@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <optional>
 
 #include "platform/loader/image_file.h"
-#include "platform/machine/files.h"
 #include "platform/machine/machine_impl.h"
 #include "platform/machine/text.h"
 
@@ -62,9 +62,14 @@ std::optional<ResourceName> ReadName(Bytes bytes, uint64_t& offset) {
 }  // namespace
 
 std::vector<std::byte> ReadWhole(const std::filesystem::path& file) {
-  const std::string bytes = BytesOf(file).value_or(std::string());
-  const auto* first = reinterpret_cast<const std::byte*>(bytes.data());
-  return {first, first + bytes.size()};
+  std::error_code failed;
+  const uintmax_t size = std::filesystem::file_size(file, failed);
+  if (failed) return {};
+  std::vector<std::byte> bytes(static_cast<size_t>(size));
+  std::ifstream in(file, std::ios::binary);
+  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<size_t>(in.gcount()));
+  return bytes;
 }
 
 ResourceName NameOf(LPCWSTR idOrText) {

@@ -29,9 +29,9 @@ auto RunGuarded(Body body) noexcept -> decltype(body()) {
 // An API function with the exception guard around it.
 template <auto Function>
 struct Guarded;
-template <typename Answer, typename... Parameters, Answer(WINAPI* Function)(Parameters...)>
+template <typename Result, typename... Parameters, Result(WINAPI* Function)(Parameters...)>
 struct Guarded<Function> {
-  static Answer WINAPI Call(Parameters... parameters) noexcept {
+  static Result WINAPI Call(Parameters... parameters) noexcept {
     return RunGuarded([&] { return Function(parameters...); });
   }
 };

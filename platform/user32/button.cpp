@@ -73,8 +73,8 @@ bool ClickControl(HWND handle) {
     return false;
   SetFocus(handle);
   MoveDefault(handle);
-  // The handler of the lost focus may have disabled or closed the button.
-  if (window->destroying || !IsReachable(handle)) return true;
+  // The handler of the lost focus may have disabled the button or closed its dialog.
+  if (!IsReachable(handle)) return true;
   Toggle(*window);
   NotifyCommand(*window, BN_CLICKED);
   return true;

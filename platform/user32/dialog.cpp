@@ -109,7 +109,6 @@ HWND CreateDialogWindow(const DialogRequest& request) {
   const HWND first = NextStop(dialog, nullptr, false);
   const LRESULT wantsFocus =
       SendMessageW(dialog, WM_INITDIALOG, reinterpret_cast<WPARAM>(first), request.param);
-  if (window->destroying) return nullptr;
   if (wantsFocus != 0 && !request.page && !window->ended) FocusFirst(dialog);
   return dialog;
 }

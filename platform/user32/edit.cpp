@@ -22,7 +22,7 @@ void Select(Window& window, INT start, INT end) {
 
 void Change(const WindowPtr& window) {
   NotifyCommand(*window, EN_UPDATE);
-  if (!window->destroying) NotifyCommand(*window, EN_CHANGE);
+  NotifyCommand(*window, EN_CHANGE);
 }
 
 // Replaces the selection with a text, truncated to the limit. Sends no notification when nothing

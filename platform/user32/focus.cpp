@@ -14,10 +14,9 @@ HWND MoveFocus(HWND to) {
   const HWND from = manager.focus;
   if (from == to) return from;
   manager.focus = to;
-  if (FindWindowOf(from)) SendMessageW(from, WM_KILLFOCUS, reinterpret_cast<WPARAM>(to), 0);
-  if (to != nullptr && manager.focus == to && FindWindowOf(to)) {
+  if (from != nullptr) SendMessageW(from, WM_KILLFOCUS, reinterpret_cast<WPARAM>(to), 0);
+  if (to != nullptr && manager.focus == to)
     SendMessageW(to, WM_SETFOCUS, reinterpret_cast<WPARAM>(from), 0);
-  }
   return from;
 }
 

@@ -51,7 +51,6 @@ void Close(const WindowPtr& window, bool accept) {
   ListData& list = window->list;
   if (!std::exchange(list.open, false)) return;
   NotifyCommand(*window, accept ? CBN_SELENDOK : CBN_SELENDCANCEL);
-  if (window->destroying) return;
   if (!accept) SetSelection(list, static_cast<WPARAM>(list.openedWith));
   NotifyCommand(*window, CBN_CLOSEUP);
 }
@@ -88,16 +87,15 @@ bool PickItem(HWND handle, int index, bool byKey) {
     return false;
   ListData& list = window->list;
   SetFocus(handle);
-  if (window->destroying || !IsReachable(handle)) return false;
+  if (!IsReachable(handle)) return false;
   const bool combo = IsCombo(*window);
   if (combo && !byKey && !list.open) Open(window);
-  if (window->destroying) return false;
   const bool exists = index < Count(list);
   const bool changes = list.selected != index;
   if (exists) SetSelection(list, static_cast<WPARAM>(index));
   if (combo && !byKey) Close(window, exists);
   if (combo && byKey && !list.open && exists && changes) NotifyCommand(*window, CBN_SELENDOK);
-  if (!exists || window->destroying) return exists;
+  if (!exists) return false;
   if (combo ? changes : (window->style & LBS_NOTIFY) != 0)
     NotifyCommand(*window, combo ? CBN_SELCHANGE : LBN_SELCHANGE);
   return true;
@@ -121,7 +119,7 @@ LRESULT ComboBoxProc(const WindowPtr& window, UINT message, WPARAM wParam, LPARA
       return 0;
     case WM_KILLFOCUS:
       Close(window, false);
-      if (!window->destroying) NotifyCommand(*window, CBN_KILLFOCUS);
+      NotifyCommand(*window, CBN_KILLFOCUS);
       return 0;
     default:
       return 0;

@@ -65,16 +65,15 @@ INT_PTR RunModal(HWND top) {
     manager.modal.push_back(top);
     SetVisible(top, true);
     ActivateTop(top);
-    while (!window->ended && !window->destroying) {
+    while (!window->ended) {
       for (int i = 0; i < kMaxPaintPasses && PaintAll(); ++i) {
       }
-      if (window->ended || window->destroying) break;
+      if (window->ended) break;
       if (!CallUser()) CancelModal(top);
     }
     std::erase(manager.modal, top);
     if (manager.modal.empty()) manager.userLeft = false;
   }
-  if (window->destroying) EndModal(top, window->result);
   Destroy(top);
   return window->result;
 }

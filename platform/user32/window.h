@@ -86,7 +86,6 @@ struct Window {
   HWND owner = nullptr;        // top-level windows
   std::vector<HWND> children;  // in tab order
   bool invalid = true;         // needs painting
-  bool destroying = false;
   // Operations drawn on a device context of the window. The list is cleared before an owner-drawn
   // control is painted.
   DisplayList drawing;

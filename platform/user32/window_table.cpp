@@ -59,7 +59,6 @@ void RemoveFromTable(WindowManager& manager, const WindowPtr& window) {
 }
 
 void DestroyTree(const WindowPtr& window) {
-  if (std::exchange(window->destroying, true)) return;
   const std::vector<HWND> children = window->children;
   for (HWND child : children) {
     if (WindowPtr one = FindWindowOf(child)) DestroyTree(one);
@@ -115,7 +114,7 @@ ControlRequest MakeControl(std::u16string className, int id, std::u16string text
 
 void Destroy(HWND handle) {
   const WindowPtr window = FindWindowOf(handle);
-  if (!window || window->destroying) return;
+  if (!window) return;
   SetVisible(handle, false);
   DestroyTree(window);
 }
