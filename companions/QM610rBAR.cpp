@@ -11,19 +11,18 @@ namespace {
 
 // Writes the display name to a buffer of kNameCapacity bytes.
 void WriteName(int index, LPSTR name) {
-  if (name) name[platform::ToCp932(KindAt(index).name).copy(name, kNameCapacity - 1)] = '\0';
+  name[platform::ToCp932(KindAt(index).name).copy(name, kNameCapacity - 1)] = '\0';
 }
 
 // Returns 0; 1 would mean that the user confirmed the parameters.
 int16_t WriteBlock(int index, BYTE* block, const BarcodeLibInfo* info) {
-  if (block && info) WriteDefaults(KindAt(index), *info, {block, kBlockSize});
+  WriteDefaults(KindAt(index), *info, {block, kBlockSize});
   return 0;
 }
 
 // Returns 1 (IDOK) when the user confirmed, 2 (IDCANCEL) otherwise.
 int16_t EditBlock(int index, BYTE* block, const BarcodeLibInfo* info, HWND owner) {
-  const bool confirmed =
-      block && info && EditBarcodeDetail(KindAt(index), *info, {block, kBlockSize}, owner);
+  const bool confirmed = EditBarcodeDetail(KindAt(index), *info, {block, kBlockSize}, owner);
   return static_cast<int16_t>(confirmed ? IDOK : IDCANCEL);
 }
 

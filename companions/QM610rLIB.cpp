@@ -30,18 +30,17 @@ std::string VersionReply(const SimulatedDevice& device, DWORD replySize) {
 }
 
 // Copies as much of the device's reply as the caller's buffer holds and sets *size to the number of
-// bytes copied. Returns FALSE when the device is offline or a required argument is null.
+// bytes copied. Returns FALSE when the device is offline.
 DWORD Query(LPCWSTR printer, BYTE* reply, DWORD replySize, DWORD* size, DWORD* status,
             const std::function<std::string(const SimulatedDevice&)>& buildReply) {
-  if (!printer || !reply) return FALSE;
   const SimulatedDevice device = LoadSimulatedDevice(printer);
-  if (status) *status = device.offline ? 1 : 0;
+  *status = device.offline ? 1 : 0;
   if (device.offline) return FALSE;
   if (device.reply == DeviceReply::kSilent) return TRUE;
   std::string bytes = buildReply(device);
   if (device.reply == DeviceReply::kShort) bytes.resize(1);
   const auto count = bytes.copy(reinterpret_cast<char*>(reply), replySize);
-  if (size) *size = static_cast<DWORD>(count);
+  *size = static_cast<DWORD>(count);
   return TRUE;
 }
 

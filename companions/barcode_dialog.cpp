@@ -46,12 +46,16 @@ class Detail {
   LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendDlgItemMessageW(window_, id, message, wParam, lParam);
   }
+  // Sends a message without wParam.
+  LRESULT SendParam(int id, UINT message, LPARAM lParam) const {
+    return Send(id, message, {}, lParam);
+  }
 
   void Show(int row);
   void ShowNumber(int row, int value);
   void OnCommand(int id, UINT code);
   void ChangeUnit(int unit);
-  void OnSpin(HWND spin);
+  void OnSpin(int spin);
 
   int UnitOf(int row) const {
     return At(row).kind == FieldKind::kMeasure ? unit_ : kestrel::kPlain;
@@ -151,8 +155,8 @@ void Detail::Show(int row) {
     const Choice& choice = field.choices[i];
     Text number;
     wsprintfW(number, u"%d", static_cast<int>(choice.value));
-    Send(id, CB_ADDSTRING, 0,
-         reinterpret_cast<LPARAM>(choice.text != nullptr ? choice.text : number));
+    SendParam(id, CB_ADDSTRING,
+              reinterpret_cast<LPARAM>(choice.text != nullptr ? choice.text : number));
     if (choice.value == value) selected = i;
   }
   Send(id, CB_SETCURSEL, selected);
@@ -182,8 +186,7 @@ bool Detail::ReadNumber(int row, int& value) const {
 }
 
 int Detail::Selected(int row) const {
-  const LRESULT index = std::max<LRESULT>(Send(kFirstControl + row, CB_GETCURSEL), 0);
-  return At(row).choices[static_cast<std::size_t>(index)].value;
+  return At(row).choices[static_cast<std::size_t>(Send(kFirstControl + row, CB_GETCURSEL))].value;
 }
 
 template <typename... Parts>
@@ -265,24 +268,21 @@ void Detail::OnCommand(int id, UINT code) {
   if (At(row).kind == FieldKind::kUnit && code == CBN_SELCHANGE) ChangeUnit(Selected(row));
   // The arrows continue from the typed value.
   if (At(row).kind == FieldKind::kMeasure && code == EN_CHANGE && ReadNumber(row, value))
-    Send(kFirstSpin + row, UDM_SETPOS32, 0, value);
+    SendParam(kFirstSpin + row, UDM_SETPOS32, value);
 }
 
 // Writes the position of a measure's up-down to its edit, because the up-down cannot format
 // decimals.
-void Detail::OnSpin(HWND spin) {
-  const int row = GetDlgCtrlID(spin) - kFirstSpin;
-  if (row < 0 || row >= Count() || At(row).kind != FieldKind::kMeasure) return;
+void Detail::OnSpin(int spin) {
+  const int row = spin - kFirstSpin;
+  if (At(row).kind != FieldKind::kMeasure) return;
   WCHAR text[kestrel::kMeasureTextLength];
-  kestrel::FormatMeasure(text, static_cast<int>(SendMessageW(spin, UDM_GETPOS32, 0, 0)), unit_);
+  kestrel::FormatMeasure(text, static_cast<int>(Send(spin, UDM_GETPOS32)), unit_);
   SetDlgItemTextW(window_, kFirstControl + row, text);
 }
 
 INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    if (GetWindowLongPtrW(window, DWLP_USER) != 0) return FALSE;  // sent by an application
-    SetWindowLongPtrW(window, DWLP_USER, lParam);
-  }
+  if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
   auto* detail = reinterpret_cast<Detail*>(GetWindowLongPtrW(window, DWLP_USER));
   if (detail == nullptr) return FALSE;
   if (message == WM_INITDIALOG) {
@@ -291,7 +291,7 @@ INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM l
   } else if (message == WM_COMMAND || message == WM_CLOSE) {
     detail->OnCommand(message == WM_CLOSE ? IDCANCEL : LOWORD(wParam), HIWORD(wParam));
   } else if (message == WM_VSCROLL) {
-    detail->OnSpin(reinterpret_cast<HWND>(lParam));
+    detail->OnSpin(GetDlgCtrlID(reinterpret_cast<HWND>(lParam)));
   } else {
     return FALSE;
   }

@@ -48,14 +48,14 @@ constexpr Choice kMicroPdfRows[] = {{0, u"自動"}, {4},  {6},  {7},  {8},  {10}
 
 // ---- fields ----
 constexpr Field Number(const WCHAR* label, uint16_t offset, uint16_t min, uint16_t max) {
-  return {label, offset, kNumber, min, max, {}};
+  return {label, offset, kNumber, min, max};
 }
-constexpr Field Height(uint16_t offset) { return {u"バーの高さ", offset, kMeasure, 8, 999, {}}; }
+constexpr Field Height(uint16_t offset) { return {u"バーの高さ", offset, kMeasure, 8, 999}; }
 constexpr Field OneOf(const WCHAR* label, uint16_t offset, std::span<const Choice> choices) {
-  return {label, offset, kChoice, 0, 0, choices};
+  return {.label = label, .offset = offset, .kind = kChoice, .choices = choices};
 }
 constexpr Field Text(const WCHAR* label, uint16_t offset, uint16_t bytes, bool terminated) {
-  return {label, offset, kText, 0, bytes, {}, terminated};
+  return {.label = label, .offset = offset, .kind = kText, .max = bytes, .terminated = terminated};
 }
 
 constexpr Field kExpand = Number(u"倍率", 12, 1, 12);
@@ -142,7 +142,7 @@ static_assert(std::ranges::all_of(kKinds, [](const BarcodeKind& kind) {
 }  // namespace
 
 const Field kRotateField = OneOf(u"回転", 2, kRotations);
-const Field kUnitField{u"単位", 10, FieldKind::kUnit, 0, 0, kUnits};
+const Field kUnitField{.label = u"単位", .offset = 10, .kind = FieldKind::kUnit, .choices = kUnits};
 
 const BarcodeKind& KindAt(int index) { return kKinds[index]; }
 

@@ -36,9 +36,9 @@ struct Field {
   const WCHAR* label;
   uint16_t offset;
   FieldKind kind;
-  uint16_t min;
-  uint16_t max;
-  std::span<const Choice> choices;
+  uint16_t min = 0;
+  uint16_t max = 0;
+  std::span<const Choice> choices = {};
   bool terminated = false;  // a text is followed by a zero byte
 };
 
