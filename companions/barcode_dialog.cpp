@@ -282,7 +282,10 @@ void Detail::OnSpin(int spin) {
 }
 
 INT_PTR CALLBACK Detail::Proc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, lParam);
+  if (message == WM_INITDIALOG) {
+    if (GetWindowLongPtrW(window, DWLP_USER) != 0) return FALSE;  // sent by an application
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+  }
   auto* detail = reinterpret_cast<Detail*>(GetWindowLongPtrW(window, DWLP_USER));
   if (detail == nullptr) return FALSE;
   if (message == WM_INITDIALOG) {

@@ -97,15 +97,6 @@ TEST_F(PropertySheet, ActivePageMayRefuseBeforeShownPagesApply) {
   EXPECT_EQ(Call(CPSFUNC_SET_RESULT, lastPage, CPSUI_OK), 0) << "the sheet is closed";
 }
 
-TEST_F(PropertySheet, CancelResetsShownPages) {
-  const auto forget = [&](Desk&) { events.clear(); };
-  EXPECT_EQ(Show({GoTo(1), forget, PressCancel()}), DWORD{CPSUI_CANCEL});
-  EXPECT_EQ(events, Events({{IDD_UTILITY, PSN_QUERYCANCEL},
-                            {IDD_OPERATION, PSN_RESET},
-                            {IDD_UTILITY, PSN_RESET},
-                            {0, PROPSHEETUI_REASON_DESTROY}}));
-}
-
 class FileDialogTest : public MachineTest {
  protected:
   static constexpr int kName = 1148, kFiles = 1120;
@@ -114,10 +105,9 @@ class FileDialogTest : public MachineTest {
     for (const auto* name : {u"a.ini", u"plain", u"note.txt", u"ソ表\\b.ini"})
       machine().WriteFile(std::u16string(u"C:\\data\\") + name, "x");
   }
-  // Returns the chosen file, or u"". With an initial name the dialog is for saving.
-  std::u16string Choose(Steps steps, const char16_t* start = u"", DWORD size = MAX_PATH) {
+  // Returns the chosen file, or u"".
+  std::u16string Choose(Steps steps, DWORD size = MAX_PATH) {
     WCHAR file[MAX_PATH] = {};
-    std::u16string(start).copy(file, MAX_PATH);
     OPENFILENAMEW request = {};
     request.lStructSize = sizeof request;
     request.lpstrFilter = u"初期化ﾌｧｲﾙ(*.ini)\0*.ini\0";
@@ -125,16 +115,16 @@ class FileDialogTest : public MachineTest {
     request.nMaxFile = size;
     request.lpstrInitialDir = u"C:\\data\\";
     request.lpstrDefExt = u"ini";
-    request.Flags = *start ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
-    auto* const show = *start ? GetSaveFileNameW : GetOpenFileNameW;
-    const bool chosen = RunSteps(std::move(steps), [&] { return show(&request) != FALSE; });
+    request.Flags = OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
+    const bool chosen =
+        RunSteps(std::move(steps), [&] { return GetOpenFileNameW(&request) != FALSE; });
     return chosen || file[0] > size ? file : u"";
   }
-  // Types a name. Then a message box has this text, if any, and is closed by a button.
-  static Steps Enter(std::u16string name, std::u16string text = u"", int button = IDOK) {
+  // Types a name. Then a message box has this text, if any, and is closed.
+  static Steps Enter(std::u16string name, std::u16string text = u"") {
     Steps steps = {Replace(kName, name), support::Enter()};
     const auto box = [=](Desk& desk) { EXPECT_EQ(desk.MessageText(), text); };
-    if (!text.empty()) steps += {box, Click(button)};
+    if (!text.empty()) steps += {box, Click(IDOK)};
     return steps;
   }
   static Steps Pick(std::u16string line) { return {Select(kFiles, line), Click(IDOK)}; }
@@ -144,8 +134,8 @@ TEST_F(FileDialogTest, OpenedFileMustExist) {
   const Steps walk = {ExpectItems(kFiles, {u"..\\", u"ソ表\\", u"a.ini"}), Pick(u"..\\"),
                       Pick(u"data\\"), Pick(u"ソ表\\")};
   EXPECT_EQ(Choose({walk, Pick(u"b.ini")}), u"C:\\data\\ソ表\\b.ini");
-  EXPECT_EQ(Choose({Pick(u"a.ini")}, u"", 14), u"C:\\data\\a.ini");
-  EXPECT_EQ(Choose({Pick(u"a.ini")}, u"", 13), u"\x0E") << "the size that it needs";
+  EXPECT_EQ(Choose({Pick(u"a.ini")}, 14), u"C:\\data\\a.ini");
+  EXPECT_EQ(Choose({Pick(u"a.ini")}, 13), u"\x0E") << "the size that it needs";
   const std::u16string check = u".ini\nファイルが見つかりません。\nファイル名を確認してください。";
   const std::u16string path = u"\nパスが存在しません。\nパスを確認してください。";
   const Steps refused = {Enter(u"missing", u"C:\\data\\missing" + check),
@@ -153,14 +143,6 @@ TEST_F(FileDialogTest, OpenedFileMustExist) {
                          Enter(u"a<.ini", u"a<.ini\nファイル名が無効です。"), Enter(u""),
                          Enter(u"ソ表")};
   EXPECT_EQ(Choose({refused, ExpectText(kName, u""), Enter(u"..\\PLAIN")}), u"C:\\data\\PLAIN");
-}
-
-TEST_F(FileDialogTest, SaveConfirmsBeforeOverwriting) {
-  const std::u16string question = u"C:\\data\\a.ini\nこのファイルは既に存在します。上書きしますか?";
-  const Steps no = {ExpectText(kName, u"a.ini"), Enter(u"a", question, IDNO)};
-  EXPECT_EQ(Choose({no, Close()}, u"a.ini"), u"");
-  EXPECT_EQ(Choose({no, Enter(u"a.ini", question, IDYES)}, u"a.ini"), u"C:\\data\\a.ini");
-  EXPECT_EQ(Choose({no, Enter(u"new")}, u"a.ini"), u"C:\\data\\new.ini");
 }
 
 TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
@@ -172,8 +154,6 @@ TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
   EXPECT_EQ(GetFileTitleW(u"123456.i", title, 6), 7) << "the required size";
   for (const char16_t* invalid : {u"", u"C:\\d\\", u"a*.ini", u"[a].ini", u"a\x1F.ini"})
     EXPECT_EQ(GetFileTitleW(invalid, title, 6), -1);
-  machine().SetHidesExtensions(false);
-  EXPECT_EQ(GetFileTitleW(u"12345.ini", title, 6), 10);
 }
 
 // The k-th field of the dialog has the id 2101 + k.

@@ -105,21 +105,13 @@ TEST_F(State, UnusableDirectoryIsRejectedByName) {
 
 // A process that can read the database can lock it.
 TEST_F(State, DirectoryAndDatabaseArePrivate) {
-  const fs::path fresh = directory_ / "a/fresh", old = directory_ / "old";
-  Machine::Open(fresh);
+  const fs::path fresh = directory_ / "a/fresh";
+  const auto machine = Machine::Open(fresh);
   EXPECT_EQ(fs::status(fresh).permissions(), fs::perms::owner_all);
-  // A directory of an earlier version, which other users can read.
-  fs::create_directory(old);
-  fs::permissions(old, fs::perms(0755));
-  std::ofstream(old / "computer.sqlite");
-  fs::permissions(old / "computer.sqlite", fs::perms(0644));
-  const auto machine = Machine::Open(old);
   constexpr fs::perms kOthers = fs::perms::group_all | fs::perms::others_all;
-  for (const fs::path& folder : {fresh, old})
-    for (const auto& entry : fs::directory_iterator(folder))
-      EXPECT_TRUE(entry.is_directory() ||
-                  (entry.status().permissions() & kOthers) == fs::perms::none)
-          << entry;
+  for (const auto& entry : fs::directory_iterator(fresh))
+    EXPECT_TRUE(entry.is_directory() || (entry.status().permissions() & kOthers) == fs::perms::none)
+        << entry;
 }
 
 }  // namespace

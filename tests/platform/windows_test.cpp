@@ -136,29 +136,11 @@ TEST_F(WindowTest, EnterPressesTheFocusedOrTheDefaultButton) {
     nextControl(reinterpret_cast<WPARAM>(Item(kButton)), true)(desk);
   };
   const auto focusOnly = [&](Desk&) { SetFocus(Item(kButton)); };
-  const auto disabled = [&](Desk& desk) {
-    EnableWindow(Item(kDefaultButton), FALSE);
-    EXPECT_FALSE(desk.Enter());
-    EnableWindow(Item(kEdit), FALSE);
-    EXPECT_FALSE(desk.Tab() || desk.Escape()) << "keys go to the focused control";
-  };
   Run({Edit(kEdit), Button(kButton), Button(kDefaultButton, BS_DEFPUSHBUTTON), Button(IDCANCEL)},
       {pressed(kDefaultButton), Focus(kButton), pressed(kButton), Focus(kEdit),
        pressed(kDefaultButton), focusOnly, pressed(kDefaultButton), toButton, pressed(kButton),
-       nextControl(TRUE, false), pressed(kDefaultButton), disabled, Click(IDCANCEL)});
+       nextControl(TRUE, false), pressed(kDefaultButton), Click(IDCANCEL)});
   EXPECT_EQ(Run({Edit(kEdit)}, {Enter()}), IDOK) << "no default button: OK";
-}
-
-TEST_F(WindowTest, AccessKeyPressesTheButtonOrFocusesTheControlAfterTheLabel) {
-  const auto key = [](char16_t letter) {
-    return [=](Desk& desk) { EXPECT_TRUE(desk.AccessKey(letter)); };
-  };
-  const auto unknown = [](Desk& desk) { EXPECT_FALSE(desk.AccessKey(u'B')); };
-  Run({MakeControl(u"button", kButton, u"A&&B &Press", WS_TABSTOP, 0, 0, 60, 20),
-       MakeControl(u"static", IDC_STATIC, u"&Name:", 0, 0, 0, 60, 20), Edit(kEdit)},
-      {Forget(), key(u'n'), ExpectFocus(kEdit), key(u'P'), ExpectFocus(kButton),
-       Expect({{kEdit, EN_SETFOCUS}, {kEdit, EN_KILLFOCUS}, {kButton, BN_CLICKED}}), unknown,
-       Close()});
 }
 
 TEST_F(WindowTest, ModalWindowBlocksWindowsBelow) {

@@ -36,8 +36,6 @@ class Threads : public support::MachineTest {
                                              DM_COPY | DM_MODIFY),
               1);
     EXPECT_EQ(record.Private.Signature, SETTINGS_SIGNATURE);
-    ATTRIBUTE_INFO_4 info{};
-    exports_.DrvQueryJobAttributes(printer, input, 4, reinterpret_cast<BYTE*>(&info));
   }
 };
 

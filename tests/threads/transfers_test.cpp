@@ -8,7 +8,6 @@ namespace kestrel::test {
 namespace {
 
 using support::Click;
-using support::ExpectText;
 using support::Replace;
 using support::Steps;
 
@@ -44,14 +43,6 @@ TEST_F(Transfers, SaveDuringAnotherSheetsLoadTouchesOnlyItsOwnFile) {
   EXPECT_EQ(loaded.record.Private.nTSMode, 1) << "SYNC is read after the message";
   EXPECT_EQ(Bytes(kFirst), first);
   EXPECT_EQ(Bytes(kSecond), second);
-}
-
-TEST_F(Transfers, NestedFileDialogOfAnotherSheetKeepsTheChoice) {
-  StoreDefaults(block_);
-  constexpr int kName = 1148;  // the file dialog's name field
-  const Steps cancel = {Click(IDC_UTILITY_LOAD_BROWSE), Click(IDCANCEL)};
-  Sheet({Click(IDC_UTILITY_SAVE_BROWSE), Replace(kName, u"chosen"), OtherSheet(cancel), Click(IDOK),
-         ExpectText(IDC_UTILITY_SAVE_NAME, u"C:\\chosen.ini")});
 }
 
 TEST_F(Transfers, ConcurrentSavesKeepTheirSettingsApart) {
