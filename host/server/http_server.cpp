@@ -179,8 +179,12 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void SendNextEvent() {
     if (state_ != State::kStream || isSending_) return;
     if (isLast_) return Linger();
-    event_ = isEvicted_ ? server_.site.EvictionEvent() : server_.site.NextEvent(seen_, isLast_);
-    isLast_ = isLast_ || isEvicted_;
+    if (isEvicted_) {
+      event_ = server_.site.EvictionEvent();
+      isLast_ = true;
+    } else {
+      event_ = server_.site.NextEvent(seen_, isLast_);
+    }
     if (event_.empty()) return;
     if (isLast_) SetDeadline(kResponseTimeout);
     isSending_ = true;
@@ -285,6 +289,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
                         self->isSending_ = false;
                         if (self->state_ == State::kClosed) return;
                         if (error) return self->Close();
+                        self->Discard();
                         if (self->state_ == State::kStream) return self->SendNextEvent();
                         self->Linger();
                       });
@@ -296,21 +301,19 @@ class Connection : public std::enable_shared_from_this<Connection> {
     isSending_ = true;
     timer_.expires_at(std::chrono::steady_clock::time_point::max());
     server_.site.OnStreamOpened();
-    Discard();
   }
 
   // Ends the server's side of the connection and waits a moment for the client to do the same.
   void Linger() {
-    const bool wasStream = state_ == State::kStream;
-    if (wasStream) server_.site.OnStreamClosed(true);
+    if (state_ == State::kStream) server_.site.OnStreamClosed(true);
     state_ = State::kLinger;
     error_code ignored;
     socket_.shutdown(tcp::socket::shutdown_send, ignored);
     SetDeadline(kLingerTimeout);
-    if (!wasStream) Discard();
   }
 
-  // Reads and drops whatever the client sends until it closes.
+  // Reads and drops whatever the client sends until it closes, which ends a stream or a lingering
+  // connection.
   void Discard() {
     socket_.async_read_some(asio::buffer(server_.discarded),
                             [self = shared_from_this()](const error_code& error, std::size_t) {

@@ -1,5 +1,6 @@
 #include "host/sheet/svg.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string_view>
@@ -235,21 +236,18 @@ void DrawControl(SvgWriter& svg, const ControlView& control) {
 // Draws the icon of a message box, at the place that the box reserves for it.
 void DrawIcon(SvgWriter& svg, UINT style) {
   struct Icon {
+    UINT style;
     const char* fill;
     int round;
     const char16_t* sign;
   };
-  // By the digit of MB_ICONMASK: none, stop, question, exclamation, information.
-  constexpr Icon kIcons[] = {{},
-                             {"#c8323c", 15, u"✕"},
-                             {"#2463a6", 15, u"?"},
-                             {"#9a6b00", 6, u"!"},
-                             {"#2463a6", 15, u"i"}};
-  const std::size_t number = (style & MB_ICONMASK) >> 4;
-  if (number == 0 || number >= std::size(kIcons)) return;
-  svg.Box({12, 12, 44, 44}, kIcons[number].fill, "none", kIcons[number].round);
-  svg.Write(28, 33, kIcons[number].sign,
-            " fill=\"#ffffff\" font-size=\"20\" text-anchor=\"middle\"");
+  constexpr Icon kIcons[] = {{MB_ICONHAND, "#c8323c", 15, u"✕"},
+                             {MB_ICONEXCLAMATION, "#9a6b00", 6, u"!"},
+                             {MB_ICONASTERISK, "#2463a6", 15, u"i"}};
+  const auto icon = std::ranges::find(kIcons, style & MB_ICONMASK, &Icon::style);
+  if (icon == std::end(kIcons)) return;
+  svg.Box({12, 12, 44, 44}, icon->fill, "none", icon->round);
+  svg.Write(28, 33, icon->sign, " fill=\"#ffffff\" font-size=\"20\" text-anchor=\"middle\"");
 }
 
 void DrawContents(SvgWriter& svg, const WindowView& window) {
