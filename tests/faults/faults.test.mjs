@@ -8,7 +8,6 @@ import { test } from "node:test";
 import { setTimeout as sleep } from "node:timers/promises";
 import { fileURLToPath } from "node:url";
 
-import { page } from "../support/driving.mjs";
 import { computer, program, start } from "../support/printhost.mjs";
 import { ids } from "../support/resource_ids.mjs";
 
@@ -102,19 +101,6 @@ test("a disk that is full from the n-th write on: stored the old or the new", (t
     const firstFailing = KILLS >= 1000 ? round : Math.ceil(1.3 ** (round - 1));
     return (await begin(round, { LD_PRELOAD: disk, FULL_FROM: firstFailing, FULL_MARK: mark })).ended;
   }));
-
-test("a disk that is full at OK: the page shows it, nothing is stored", async (t) => {
-  const { pc, disk, record, data } = prepare(t);
-  const [before, full] = [[record(), data(PRINTER)], pc.file("full")];
-  const sheet = start(t, program, ["--state", pc.state, "sheet", PRINTER, "--kind", "user-default"], { env: { ...process.env, LD_PRELOAD: disk, FULL_WHEN: full } });
-  const { act } = await page(await sheet.address);
-  await act({ action: "page", index: PAPER_PAGE });
-  await act({ action: "edit", id: ids.IDC_PAPER_VERT_BASE, text: "7" });
-  writeFileSync(full, "");
-  const { windows } = await act({ action: "press", button: "ok" });
-  assert.match(windows.at(-1).controls.map(({ text }) => text).join(" "), /ディスクの空き容量がありません。/);
-  assert.deepEqual([record(), data(PRINTER)], before);
-});
 
 test("many processes on one printer: no record torn or lost, one of them adds a name", async (t) => {
   const { pc, record, wanted, setDefault } = prepare(t);

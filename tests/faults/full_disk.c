@@ -1,5 +1,5 @@
-// Preloaded into printhost: the disk is full from the FULL_FROM-th write to a file on, or while
-// FULL_WHEN exists. FULL_MARK is made when a write fails.
+// Preloaded into printhost: the disk is full from the FULL_FROM-th write to a file on.
+// FULL_MARK is made when a write fails.
 #define _GNU_SOURCE
 #include <errno.h>
 #include <fcntl.h>
@@ -11,10 +11,10 @@
 
 static long Write(long call, int fd, const void* bytes, size_t size, off_t at) {
   static long calls;
-  const char *from = getenv("FULL_FROM"), *when = getenv("FULL_WHEN"), *mark = getenv("FULL_MARK");
+  const char *from = getenv("FULL_FROM"), *mark = getenv("FULL_MARK");
   struct stat file;
   const int counts = fstat(fd, &file) == 0 && S_ISREG(file.st_mode);
-  if (!counts || (from ? ++calls < atol(from) : access(when, F_OK) != 0))
+  if (!counts || ++calls < atol(from))
     return syscall(call, fd, bytes, size, at);
   if (mark) close(open(mark, O_CREAT | O_WRONLY, 0600));
   errno = ENOSPC;

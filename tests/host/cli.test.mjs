@@ -6,7 +6,7 @@ import { existsSync, lstatSync, readFileSync, readdirSync, readlinkSync, realpat
 import { dirname, join } from "node:path";
 import { test } from "node:test";
 
-import { page } from "../support/driving.mjs";
+import { openPage } from "../support/driving.mjs";
 import { computer, program, start } from "../support/printhost.mjs";
 
 const NAME = "倉庫 1F,LPT1:";
@@ -237,7 +237,7 @@ test("sheet on a terminal: shows what to do and what became of the settings", as
   ]) {
     const words = [program, "--state", pc.state, "sheet", NAME, "--kind", kind].map((word) => `'${word}'`).join(" ");
     const sheet = start(t, "script", ["-qefc", `stty -onlcr; exec ${words}`, "/dev/null"]);
-    await (await page(await sheet.address)).act({ action: "press", button });
+    await (await openPage(await sheet.address)).act({ action: "press", button });
     const { status: ended, output } = await sheet.ended;
     const [, hint, cancelHint, ...rest] = output.trimEnd().split("\n");
     assert.match(hint, /^Open the address in a browser on this computer\. On OK the settings are /);

@@ -3,7 +3,7 @@ import assert from "node:assert/strict";
 import { readFileSync, writeFileSync } from "node:fs";
 import { test } from "node:test";
 
-import { page } from "../support/driving.mjs";
+import { openPage } from "../support/driving.mjs";
 import { computer, program, start } from "../support/printhost.mjs";
 
 const NAME = "Label Printer";
@@ -16,7 +16,7 @@ async function shell(t, pc, code) {
   writeFileSync(pc.file("run"), '#!/bin/sh\nexec "$PROGRAM" "$@"\n', { mode: 0o755 });
   const env = { ...process.env, PROGRAM: program, XDG_STATE_HOME: pc.folder };
   const { address, ended } = start(t, "bash", ["-ec", code], { cwd: pc.folder, detached: true, env });
-  address.then(async (told) => (await page(told)).act({ action: "press", button: "ok" }), () => {});
+  address.then(async (url) => (await openPage(url)).act({ action: "press", button: "ok" }), () => {});
   const { status, output, errors } = await ended;
   assert.equal(status, 0, `${code}${errors}`);
   return output;

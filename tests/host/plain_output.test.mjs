@@ -22,19 +22,3 @@ test("commands without --json: print the values of the JSON in lines", (t) => {
   for (const words of [["data", NAME], ["registry"]]) assertPrints(words, (json) => Object.entries(json).map(([name, data]) => value(name, data)));
   assertPrints(["data", NAME, "SPLUserModePrinterDriver"], (json) => [value("SPLUserModePrinterDriver", json)]);
 });
-
-test("module without --json: prints every value of the JSON", (t) => {
-  const pc = computer(t, NAME);
-  const { file, format, machine, version, sha256, symbols, hardening, exports, imports, resources, sections } = pc.json("module");
-  const list = (title, rows) => [`${title} (${rows.length})`, ...rows.map((row) => `  ${row}`)];
-  assert.deepEqual(pc.done("module").trimEnd().split("\n"), [
-    ...Object.entries({ file, format, machine, version, sha256 }).map(([name, value]) => `${name}\t${value}`),
-    `symbols\t${symbols.file} ${symbols.id}`,
-    "hardening",
-    ...Object.entries(hardening).map(([name, value]) => `  ${name}\t${{ true: "yes", false: "no" }[value] ?? value}`),
-    ...list("exports", exports),
-    ...Object.entries(imports).flatMap(([library, functions]) => list(`imports from ${library}`, functions)),
-    ...list("resources", resources.map(({ type, name, size }) => `${type}\t${name}\t${size} bytes`)),
-    ...list("sections", sections.map(({ name, protection, size, address }) => `${name}\t${protection}\t${size} bytes at 0x${address.toString(16).padStart(8, "0")}`)),
-  ]);
-});

@@ -1,7 +1,7 @@
 // printhost play: a sheet driven by a script of steps.
 import assert from "node:assert/strict";
 import { spawnSync } from "node:child_process";
-import { existsSync, readFileSync } from "node:fs";
+import { readdirSync } from "node:fs";
 import { createInterface } from "node:readline";
 import { test } from "node:test";
 
@@ -116,18 +116,21 @@ test("play, a step that is invalid or that no user could perform: fails with the
     assert.deepEqual([status, lines.at(-1)], [1, { end: "cancel", record: null }]);
   }
   assert.deepEqual([pc.json("settings", NAME), pc.json("data", NAME, "Private DevMode")], before);
-  assert.ok(!existsSync(pc.file("out")));
+  assert.deepEqual(readdirSync(pc.folder), ["state"], "neither the output file nor its temporary file");
   pc.refused(3, "play", NAME, pc.folder);
 });
 
-test("machine --permission no: locks the sheets of every document kind", (t) => {
+test("play, each kind of sheet: locked without permission, only user-default stores the printer's settings", (t) => {
   const pc = computer(t, NAME);
-  for (const permission of ["no", "yes"]) {
-    pc.done("machine", "--permission", NAME, permission);
-    for (const kind of ["document", "advanced", "user-default"]) {
-      const steps = [{ page: DEVICE_PAGE }, { expect: ids.IDC_DEVICE_MODE, enabled: permission === "yes" }];
-      const { status, stderr } = play(["--state", pc.state, "play", NAME, "--kind", kind], steps);
-      assert.deepEqual([status, stderr], [1, ""], kind);
-    }
+  const exitCode = (kind, ...steps) => play(["--state", pc.state, "play", NAME, "--kind", kind], steps).status;
+  const paper = { page: PAPER_PAGE };
+  for (const [kind, storedBase] of [["document", 0], ["advanced", 0], ["user-default", 7]]) {
+    pc.done("machine", "--permission", NAME, "no");
+    assert.equal(exitCode(kind, paper, { expect: BASE, enabled: false }), 1, kind);
+    pc.done("machine", "--permission", NAME, "yes");
+    assert.equal(exitCode(kind, paper, { type: BASE, text: "7" }, { button: "ok" }), 0, kind);
+    assert.equal(pc.json("settings", NAME).private.nVertBase, storedBase, kind);
   }
+  assert.equal(exitCode("printer", { button: "ok" }), 0);
+  assert.equal(exitCode("printer", paper), 3, "the sheet of kind printer has one page");
 });

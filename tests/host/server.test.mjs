@@ -5,7 +5,7 @@ import { get } from "node:http";
 import { connect } from "node:net";
 import { test } from "node:test";
 
-import { ask, page } from "../support/driving.mjs";
+import { openPage, sendRequest } from "../support/driving.mjs";
 import { computer, LIMIT } from "../support/printhost.mjs";
 import { ids } from "../support/resource_ids.mjs";
 
@@ -41,7 +41,7 @@ test("server, a request without the token, of another host or origin: 403 and no
     const request = path === "action" ? { method: "POST", body: "{}" } : {};
     const withoutToken = [`/${path}`, `/${"0".repeat(32)}/${path}`, `/${token.slice(0, 31)}/${path}`, `/x?/${token}/${path}`];
     for (const refused of [...withoutToken.map((wrong) => ({ path: wrong })), ...foreign.map((headers) => ({ path, headers: { ...JSON_TYPE, ...headers } }))]) {
-      const { status, text } = await ask(url, { headers: JSON_TYPE, ...request, ...refused });
+      const { status, text } = await sendRequest(url, { headers: JSON_TYPE, ...request, ...refused });
       assert.deepEqual([status, text], [403, ""], JSON.stringify(refused));
     }
   }
@@ -49,19 +49,19 @@ test("server, a request without the token, of another host or origin: 403 and no
 
 test("server, an admitted request: the page with its policy, pictures, and the status of a wrong path or method", async (t) => {
   const { url } = await startDemo(t);
-  const { status, headers } = await ask(url);
+  const { status, headers } = await sendRequest(url);
   assert.equal(status, 200);
   assert.match(headers["content-security-policy"], /default-src 'none'/);
   assert.equal(headers["content-type"], "text/html; charset=utf-8");
   for (const [expected, path, method, more] of [[200, `picture/${ids.IDB_PORTRAIT}`, "GET"], [404, "none", "GET"], [404, "picture/99999", "GET"], [404, "picture/1x", "GET"],
     [405, "", "POST"], [405, "action", "GET"], [405, "", "DELETE"], [200, "?x", "GET"], ...["localhost", "127.0.0.1", "[::1]"].map((host) =>
       [200, "", "GET", { Host: `${host}:${url.port}`, Origin: `http://${host}:${url.port}` }])])
-    assert.equal((await ask(url, { path, method, headers: more, body: method === "POST" ? "{}" : undefined })).status, expected, `${method} ${path}`);
+    assert.equal((await sendRequest(url, { path, method, headers: more, body: method === "POST" ? "{}" : undefined })).status, expected, `${method} ${path}`);
 });
 
 test("server, an action: performed when it is valid, otherwise refused with a sentence", async (t) => {
   const { url } = await startDemo(t);
-  const one = await page(url);
+  const one = await openPage(url);
   const { windows } = await one.until((picture) => picture.windows);
   const window = windows.at(-1).handle;
   const invalid = ["", "[]", "{", "\u0000", "1e999", "[".repeat(60000)].concat([
@@ -73,7 +73,7 @@ test("server, an action: performed when it is valid, otherwise refused with a se
   ].map((action) => JSON.stringify({ window, ...action })));
   // The last is what a form of another page could send.
   for (const [body, type, expected] of [...invalid.map((body) => [body, "application/json", 400]), [JSON.stringify({ action: "enter", window }), "text/plain", 415]]) {
-    const { status, text } = await ask(url, { path: "action", method: "POST", headers: { "Content-Type": type }, body });
+    const { status, text } = await sendRequest(url, { path: "action", method: "POST", headers: { "Content-Type": type }, body });
     assert.deepEqual([status, /^\S.*\.$/.test(text)], [expected, true], body.slice(0, 80));
   }
   // An action for a control or window that does not exist is ignored; 1000 steps are the most.
@@ -86,12 +86,15 @@ test("server, an action: performed when it is valid, otherwise refused with a se
   const { windows: [{ page: shown }] } = await one.act({ action: "enter" });
   const control = (wanted) => shown.controls.find(({ id }) => id === wanted);
   assert.deepEqual([control(PAPERS).selection, control(PAPERS).open, control(BASE).text], [1, false, "3"]);
+  for (const action of [{ action: "page", index: 5 }, { action: "click", id: ids.IDC_UTILITY_LOAD_BROWSE }]) await one.act(action);
+  const { windows: opened } = await one.act({ action: "access", text: "i" });
+  assert.equal(opened.at(-1).controls.find(({ focused }) => focused).kind, "list"); // behind the label of "i"
 });
 
 test("server, a page that reads slowly: receives the newest snapshot at last", { timeout: LIMIT }, async (t) => {
   const { url } = await startDemo(t);
   const slow = await new Promise((resolve) => get(new URL("events", url), resolve));
-  const one = await page(url);
+  const one = await openPage(url);
   // Enough snapshots to fill the buffers of the connection.
   for (let step = 0; step < 1000; ++step) await one.act({ action: "page", index: 1 + (step % 2) });
   let text = "";
@@ -123,7 +126,7 @@ test("server, a hostile request: refused by its head or at a deadline, without m
     "slow body": [408, head(path, `Content-Length: 60000\r\n`), "7", 100],
     "silence": [NaN, ""],
   };
-  await ask(url);
+  await sendRequest(url);
   const before = peakMemory();
   await Promise.all(Object.entries(cases).map(async ([name, [expected, ...sent]]) => assert.equal(await send(url, ...sent), expected, name)));
   assert.ok(peakMemory() - before < 4096, `${before} kB, then ${peakMemory()} kB`);
@@ -132,11 +135,14 @@ test("server, a hostile request: refused by its head or at a deadline, without m
 test("server, many connections: the oldest give way, the user's page works on", async (t) => {
   const { sheet, url } = await startDemo(t);
   const pages = [];
-  for (let i = 0; i < 6; ++i) pages.push(await page(url, `tab ${i}`));
+  for (let i = 0; i < 6; ++i) pages.push(await openPage(url, `tab ${i}`));
   // A browser opens six connections to a site; four of them may be streams.
-  for (const evicted of pages.slice(0, 2)) assert.equal((await evicted.ended()).end, "elsewhere");
+  for (const evicted of pages.slice(0, 2)) {
+    assert.equal((await evicted.ended()).end, "elsewhere");
+    await assert.rejects(evicted.until(() => false)); // the stream ends
+  }
   const idle = Array.from({ length: 400 }, () => send(url, "GET / HTTP/1.1\r\n", "X", 100));
-  assert.equal((await ask(url)).status, 200);
+  assert.equal((await sendRequest(url)).status, 200);
   assert.ok(readdirSync(`/proc/${sheet.child.pid}/fd`).length < 300);
   await pages[5].act({ action: "page", index: 1 });
   await pages[5].act({ action: "press", button: "ok" });

@@ -64,5 +64,3 @@ export async function openPage(address, name = "test") {
     ended: () => until(({ end }) => end),
   };
 }
-
-export { openPage as page, sendRequest as ask }; // shorter names for tests/host and tests/faults
