@@ -75,7 +75,7 @@ class Computer {
   template <typename Call>
   void AddCall(Digest& digest, Call call) {
     const support::GuardedBuffer output(2688);
-    std::memset(output.data(), 0xCD, output.size());
+    std::ranges::fill(output.bytes(), std::byte{0xCD});
     SetLastError(77);
     const uint16_t word = support::ControlWord();
     const int64_t result = call(output.As<DEVMODEW>());

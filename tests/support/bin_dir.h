@@ -5,10 +5,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace support {
 
@@ -24,16 +22,6 @@ inline std::string Golden(const std::string& file) {
   std::ifstream stream(Built("golden/" + file), std::ios::binary);
   if (!stream) throw std::runtime_error("no golden file " + file);
   return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-// Returns the lines of a golden table except those that begin with "#".
-inline std::vector<std::string> GoldenRows(const std::string& file) {
-  std::istringstream stream(Golden(file));
-  std::vector<std::string> rows;
-  for (std::string line; std::getline(stream, line);) {
-    if (line[0] != '#') rows.push_back(line);
-  }
-  return rows;
 }
 
 }  // namespace support

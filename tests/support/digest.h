@@ -1,4 +1,4 @@
-// A hash of the values added to it. It is the same on every processor.
+// A hash (FNV-1a) of the values added to it. It is the same on every processor.
 #pragma once
 
 #include <windows.h>
@@ -26,28 +26,21 @@ class Digest {
     for (int i = 0; i < 8; ++i, value >>= 8) AddByte(static_cast<uint8_t>(value));
   }
   void Add(std::u16string_view text) { AddBytes(std::as_bytes(std::span(text))); }
-  void Add(const std::u16string& text) { Add(std::u16string_view(text)); }
   void Add(const std::string& text) { AddBytes(std::as_bytes(std::span(text))); }
   void Add(const RECT& rect) { AddAll(rect.left, rect.top, rect.right, rect.bottom); }
-  void Add(const POINT& point) { AddAll(point.x, point.y); }
+  // The following add the members that the module sets.
   void Add(const platform::DrawOp& op) {
-    AddAll(op.kind, op.rect, op.pen, op.penStyle, op.penWidth, op.brush, op.bitmap, op.source,
-           op.text, op.at, op.textColour, op.background, op.opaque, op.fontHeight, op.fontAscent,
-           op.fontWidth, op.face, op.clip);
+    AddAll(op.kind, op.rect, op.pen, op.penStyle, op.brush, op.bitmap, op.source, op.text, op.at.x,
+           op.at.y, op.textColour, op.background, op.fontHeight, op.fontWidth, op.face);
   }
-  // Adds every member except the handle.
   void Add(const platform::ControlView& control) {
-    AddAll(control.id, control.kind, control.rect, control.text, control.visible, control.enabled,
-           control.focused, control.checked, control.defaultButton, control.tabStop, control.group,
-           control.centred, control.readOnly, control.prefix, control.textLimit, control.selection,
-           control.minimum, control.maximum, control.position, control.buddy, control.items,
-           control.background, control.drawing);
+    AddAll(control.id, control.rect, control.text, control.visible, control.enabled,
+           control.focused, control.checked, control.textLimit, control.selection, control.minimum,
+           control.maximum, control.position, control.items, control.drawing);
   }
-  // Adds every member except the handle.
   void Add(const platform::WindowView& window) {
-    AddAll(window.title, window.width, window.height, window.kind, window.enabled,
-           window.messageStyle, window.controls, window.tabs, window.activeTab, window.changed,
-           window.page != nullptr, window.pageWidth, window.pageHeight);
+    AddAll(window.title, window.enabled, window.messageStyle, window.controls, window.activeTab,
+           window.changed);
     if (window.page != nullptr) Add(*window.page);
   }
   template <typename T>
@@ -67,7 +60,6 @@ class Digest {
   }
 
  private:
-  // FNV-1a.
   void AddByte(uint8_t byte) { hash_ = (hash_ ^ byte) * 0x100000001B3; }
 
   uint64_t hash_ = 0xCBF29CE484222325;

@@ -24,11 +24,9 @@ class GuardedBuffer {
     mprotect(map_, open_, PROT_READ);
   }
   ~GuardedBuffer() { munmap(map_, open_ + kPage); }
-  GuardedBuffer(const GuardedBuffer&) = delete;
-  GuardedBuffer& operator=(const GuardedBuffer&) = delete;
+  GuardedBuffer& operator=(GuardedBuffer&&) = delete;
 
   std::byte* data() const { return map_ + open_ - size_; }
-  size_t size() const { return size_; }
   std::span<std::byte> bytes() const { return {data(), size_}; }
   template <typename T>
   T* As() const {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "tests/support/steps.h"
@@ -20,8 +19,7 @@ enum class SheetKind : DWORD {
 
 struct SheetRequest {
   SheetKind kind = SheetKind::kDocument;
-  bool permission = true;                          // document sheets only
-  const kestrel::SettingsRecord* input = nullptr;  // document sheets only
+  bool permission = true;  // document sheets only
   std::u16string printer = kPrinter;
 };
 
@@ -30,28 +28,26 @@ struct SheetResult {
   kestrel::SettingsRecord record;  // the output record, filled with 0xAA before the call
 };
 
-// The tabs of a document sheet.
 enum DocumentTab : int { kVersionTab, kPaperTab, kOperationTab, kDeviceTab, kFontTab, kUtilityTab };
 
 // A fixture that runs sheets over the settings that the spooler stores.
 class SheetTest : public MachineTest {
  protected:
-  // Runs a sheet with the attached user. Calls the exports as the system does; for the user's
-  // defaults it calls the sheet library and stores the record after OK.
+  // Runs a sheet with the attached user. Stores the user's defaults as the system does after OK.
   SheetResult RunSheet(const SheetRequest& request) {
     SheetResult sheet;
     std::memset(&sheet.record, 0xAA, sizeof(sheet.record));
     const OpenedPrinter printer(request.printer);
     std::u16string name = request.printer;
-    auto* input = request.input ? const_cast<DEVMODEW*>(&request.input->Public) : nullptr;
     DEVMODEW* output = &sheet.record.Public;
     const DWORD mode = DM_COPY | DM_PROMPT | static_cast<DWORD>(request.kind) |
-                       (request.permission ? 0 : DM_NOPERMISSION) | (input ? DM_IN_BUFFER : 0);
+                       (request.permission ? 0 : DM_NOPERMISSION);
     if (request.kind == SheetKind::kPrinter) {
       sheet.result = exports_.PrinterProperties(nullptr, printer);
     } else if (request.kind == SheetKind::kUserDefault) {
+      // The parameter must not be a stack address (PFNPROPSHEETUI).
       const auto header = std::make_unique<DOCUMENTPROPERTYHEADER>(
-          DOCUMENTPROPERTYHEADER{sizeof(DOCUMENTPROPERTYHEADER), 0, printer, name.data(), input,
+          DOCUMENTPROPERTYHEADER{sizeof(DOCUMENTPROPERTYHEADER), 0, printer, name.data(), nullptr,
                                  output, kestrel::kRecordSize, mode});
       DWORD result = 0;
       const LONG shown = CommonPropertySheetUIW(nullptr, exports_.DrvDocumentPropertySheets,
@@ -60,7 +56,7 @@ class SheetTest : public MachineTest {
       if (sheet.result == CPSUI_OK) machine().SetDefaultRecord(name, BytesOf(sheet.record));
     } else {
       sheet.result =
-          exports_.DrvDocumentProperties(nullptr, printer, name.data(), output, input, mode);
+          exports_.DrvDocumentProperties(nullptr, printer, name.data(), output, nullptr, mode);
     }
     return sheet;
   }

@@ -40,16 +40,6 @@ inline void StoreBlock(platform::Machine& machine, const kestrel::DriverSettings
                   {REG_BINARY, BytesOf(&block.Printer, kestrel::kPrinterPartSize)});
 }
 
-// Returns the stored printer-level part of the test printer. Throws when it is missing or has
-// another size.
-inline kestrel::PrinterSettingsPart StoredPrinterPart(platform::Machine& machine) {
-  kestrel::PrinterSettingsPart part;
-  const auto bytes = machine.Data(kPrinter, u"Private DevMode").value().bytes;
-  if (bytes.size() != sizeof part) throw std::length_error("a stored part of another size");
-  std::memcpy(&part, bytes.data(), sizeof part);
-  return part;
-}
-
 // Reads and writes a number at an offset of a stored record or block.
 template <typename T = int16_t>
 T At(const void* record, size_t offset) {
@@ -60,6 +50,14 @@ T At(const void* record, size_t offset) {
 template <typename T = int16_t>
 void Put(void* record, size_t offset, T value) {
   std::memcpy(static_cast<std::byte*>(record) + offset, &value, sizeof value);
+}
+
+// Returns the stored printer-level part of the test printer. Throws when it is missing or has
+// another size.
+inline kestrel::PrinterSettingsPart StoredPrinterPart(platform::Machine& machine) {
+  const auto bytes = machine.Data(kPrinter, u"Private DevMode").value().bytes;
+  if (bytes.size() != kestrel::kPrinterPartSize) throw std::length_error("a part of another size");
+  return At<kestrel::PrinterSettingsPart>(bytes.data(), 0);
 }
 
 }  // namespace support

@@ -45,8 +45,7 @@ class AttachedUser {
     desk.Attach(nullptr);
     EXPECT_EQ(desk.ModalDepth(), 0);
   }
-  AttachedUser(const AttachedUser&) = delete;
-  AttachedUser& operator=(const AttachedUser&) = delete;
+  AttachedUser& operator=(AttachedUser&&) = delete;
 };
 
 // Returns the result of a call during which a user does the steps. The last step has to close the
@@ -108,7 +107,6 @@ inline Steps MoveInOpenList(int list, int entries) {
 inline Step CloseMessage(std::u16string text, UINT style, std::u16string caption,
                          int button = IDOK) {
   return [=](Desk& desk) {
-    EXPECT_TRUE(desk.IsMessageBox());
     EXPECT_EQ(std::tuple(desk.Title(), desk.MessageText(), desk.MessageStyle()),
               std::tuple(caption, text, style));
     EXPECT_TRUE(desk.Click(button));
