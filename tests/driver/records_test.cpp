@@ -237,19 +237,6 @@ TEST_F(Records, RecordsOfEveryLengthAreReadWithinTheirLength) {
   }
 }
 
-TEST_F(Records, ResolveSettingsCopiesTheWholeBlockByMode) {
-  const support::OpenedPrinter printer;
-  SettingsRecord input = block_.Record;
-  input.Public.dmFields = DM_COPIES;
-  input.Public.dmCopies = 7;
-  DriverSettingsBlock whole = {};
-  EXPECT_TRUE(ResolveSettings(&whole, RecordView(&input), printer, kPrinter,
-                              kMergeInput | kCopyWholeBlock));
-  EXPECT_EQ(whole.Record.Private.Copies, 7);
-  EXPECT_EQ(BytesOf(whole.Printer), BytesOf(block_.Printer));
-  EXPECT_TRUE(ResolveSettings(nullptr, RecordView(), printer, kPrinter, DM_COPY));
-}
-
 TEST_F(Records, IncompleteOrChangingStoredSettingsFallBackToDefaults) {
   const Bytes defaults = BytesOf(DefaultBlock().Record);
   block_.Record.Private.nPrintSpeed = 5;

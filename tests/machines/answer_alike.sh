@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# answer_alike.sh ANSWERS IMAGE FOLDER CONTROL_WORD…: compares what the native module and the image
-# return, store and show, the image under each control word of the x87. Leaves the native module's
-# answers in FOLDER/answers.txt, for the comparison with another machine.
+# answer_alike.sh ANSWERS IMAGE FOLDER CONTROL_WORD…: compares the digests of the native module and
+# of the image under each x87 control word. Leaves the native module's in FOLDER/answers.txt.
 set -euo pipefail
 answers=$1 image=$2 folder=$3
 shift 3

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstring>
-#include <string>
 
 #include "tests/support/steps.h"
 #include "tests/support/test_machine.h"

@@ -6,7 +6,6 @@
 #include <winddiui.h>
 #include <winspool.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
