@@ -17,6 +17,7 @@ class Transfers : public BackupTest {
  protected:
   // Shows the user defaults on the utility page on the calling thread; closes them with OK.
   support::SheetResult Sheet(Steps steps) { return Ok(support::kUtilityTab, std::move(steps)); }
+  std::string Bytes(std::u16string_view file) { return machine().ReadFile(file).value_or(""); }
   // A step during which another sheet is shown and closed.
   Steps OtherSheet(Steps steps) {
     return {[=, this](platform::Desk&) { std::thread([=, this] { Sheet(steps); }).join(); }};
