@@ -265,6 +265,7 @@ TEST_F(Records, SizesThatChangeDuringAConversionAreNotReadAgain) {
   const support::GuardedBuffer output(452);
   const auto convert = [&] {
     std::ranges::copy(expected, input.begin());
+    std::ranges::fill(output.bytes(), std::byte{0xCD});
     machine().faults.OnSpoolerChange(
         [&] { support::Put(input.data(), offsetof(DEVMODEW, dmSize), 0xFFFFFFFF); });
     Convert(input.data(), output.data());
