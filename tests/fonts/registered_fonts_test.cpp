@@ -71,6 +71,10 @@ TEST_F(CreateFontPageTest, ReferenceBoxMakesNewFontACopyOfTheSelectedOne) {
     Store({font});
     ExpectStored({defaults}, {Click(kind.reference), Remove(kind, 0, u"O"), New(kind, u"M")});
   }
+  // A size that the resident font does not support becomes its first one, as no field checks it.
+  Store({Deco(u"A", u"X20", kSizeScalable, 300, 400).Magnified(2, 3)});
+  Ok(kFontTab, {Click(kDeco.reference), New(kDeco, u"N")});
+  EXPECT_EQ(Stored().at(1), Deco(u"N", u"X20", kSize5x9, 10, 27).Magnified(2, 3));
 }
 
 // A program may send the command of a disabled button.

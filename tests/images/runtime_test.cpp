@@ -12,6 +12,15 @@ class Runtime : public support::ImageTest {
   HMODULE module_ = Load(support::kHardened);
 };
 
+// Assertions in the source check the quotients; this checks how compiled code calls the functions.
+TEST_F(Runtime, DivisionTakesArgumentsFromTheStack) {
+  if constexpr (sizeof(void*) == 8) GTEST_SKIP() << "the processor divides 64 bits by itself";
+  const auto divideSigned = Entry<int64_t WINAPI(int64_t, int64_t)>(module_, "_alldiv");
+  const auto divideUnsigned = Entry<uint64_t WINAPI(uint64_t, uint64_t)>(module_, "_aulldiv");
+  EXPECT_EQ(divideSigned(-7'000'000'000'000, 2'000'000'000), -3500);
+  EXPECT_EQ(divideUnsigned(UINT64_MAX, uint64_t{1} << 33), 0x7FFFFFFFu);
+}
+
 TEST_F(Runtime, CopyAndFillMatchTheLibrary) {
   using Copy = void* WINAPIV(void*, const void*, size_t);
   const auto copy = Entry<Copy>(module_, "memcpy");
@@ -35,6 +44,14 @@ TEST_F(Runtime, CopyAndFillMatchTheLibrary) {
       ASSERT_EQ(actual, expected) << size << " bytes at " << to;
     }
   }
+}
+
+TEST_F(Runtime, TextsAreComparedAsUnsignedBytes) {
+  EXPECT_EQ(Entry<size_t WINAPIV(const char*)>(module_, "strlen")("ab"), 2u);
+  const auto compare = Entry<int WINAPIV(const char*, const char*)>(module_, "strcmp");
+  EXPECT_EQ(compare("ab", "ab"), 0);
+  EXPECT_LT(compare("a", "ab"), 0);
+  EXPECT_GT(compare("a\x80", "a\x7F"), 0);
 }
 
 }  // namespace

@@ -169,6 +169,11 @@ TEST_F(OperationPage, AdjustmentDialogsReceiveAndReturnTheSettings) {
 TEST_F(OperationPage, MissingAdjustmentLibraryShowsNoMessage) {
   machine().RegisterModule(u"htui.dll", {});
   Leave({Click(IDC_OPERATION_COLOR_ADJUST), Click(IDC_OPERATION_HALFTONE), ExpectChanged(false)});
+  // A file of the same name in the driver's directory is not loaded.
+  machine().UnregisterModule(u"htui.dll");
+  machine().InstallModule(machine().driverDirectory() + u"\\3\\htui.dll", Built("QM610rBAR.so"));
+  Leave({Click(IDC_OPERATION_COLOR_ADJUST), [](Desk& desk) { EXPECT_EQ(desk.ModalDepth(), 2); },
+         Escape()});
 }
 
 constexpr char16_t kLibrary[] = u"QM610rLIB.DLL";

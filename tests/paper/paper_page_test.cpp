@@ -1,4 +1,5 @@
 // The paper page, in the sheet of the user's defaults.
+#include "sheets/page_services.h"
 #include "tests/paper/paper_fixture.h"
 
 namespace kestrel {
@@ -103,6 +104,15 @@ TEST_F(PaperPage, OffsetWithoutWholeNumberKeepsStoredValue) {
             .record;
     EXPECT_EQ(record.Private.nVertBase, row.left) << testing::PrintToString(row.typed);
   }
+}
+
+TEST_F(PaperPage, LeavingThePageRefreshesPublicFields) {
+  Cancel(kPaperTab, {Select(kList, 1), GoTo(kVersionTab), [](Desk& desk) {
+                       const HWND page = desk.Windows().back().page->handle;
+                       const DEVMODEW& fields = PageSession(page)->settings->Record.Public;
+                       EXPECT_EQ(fields.dmPaperSize, kFreePaperId);
+                       EXPECT_EQ(std::u16string_view(fields.dmFormName), kFree);
+                     }});
 }
 
 Steps Delete(std::u16string name, int button = IDOK) {
