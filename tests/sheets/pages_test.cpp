@@ -142,5 +142,12 @@ TEST_F(Pages, UsingAControlMarksChangesAndShowsItsHelp) {
   }
 }
 
+TEST_F(Pages, ChangeIsMarkedFromWindows2000On) {
+  for (const DWORD major : {4u, 5u}) {
+    machine().SetOs({.major = major, .minor = 0});
+    Cancel(kPaperTab, {Click(IDC_PAPER_LANDSCAPE), ExpectChanged(major >= 5)});
+  }
+}
+
 }  // namespace
 }  // namespace kestrel
