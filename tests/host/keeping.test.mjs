@@ -38,7 +38,7 @@ async function lockDatabase(t, pc) {
   return () => (child.stdin.end(), ended);
 }
 
-test("sheet: settings that the page was told are saved survive a kill", async (t) => {
+test("sheet: settings that the page reported as saved survive a kill", async (t) => {
   const pc = computer(t, PRINTER);
   for (let round = 1; round <= ROUNDS; ++round) {
     const { sheet, act, ended } = await openChanged(pc, round, "--out", pc.file("out"));
