@@ -78,6 +78,7 @@ TEST_F(PrinterAccess, InfoValueIsTruncatedOrRejectedWhereItDoesNotFit) {
   for (const int selector : {kInfoAttributes2, kInfoAttributes4, kInfoAttributes5})
     EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, 2, selector));
   EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, 520, kInfoHelpFile)) << "has none";
+  EXPECT_FALSE(GetPrinterInfoValue(printer, nullptr, buffer, 520, 5)) << "no selector";
   // A directory has to fit with "\3" and its terminator.
   const DWORD size = 2 * static_cast<DWORD>(machine().driverDirectory().size());
   EXPECT_TRUE(GetPrinterInfoValue(printer, nullptr, buffer, size + 6, kInfoVersionDirectory));
@@ -128,6 +129,7 @@ TEST(CodePageText, IsTruncatedAtWholeCharacters) {
       {"\x95\\\x95\\", -1, 4, u"表"},  // holds one unit
       {"A\x95\\", 2, 6, u"A"},         // ends within a character
       {"ABCD", 4, 6, u"AB"},
+      {"AB", 0, 6, u""},
   };
   for (const auto& [text, length, size, converted] : kFromCodePage) {
     WCHAR out[3] = {};
