@@ -6,6 +6,7 @@
 #include <winddiui.h>
 #include <winspool.h>
 
+#include <memory>
 #include <vector>
 
 #include "driver/handles.h"
@@ -97,16 +98,17 @@ void OpenUserDefaultSheet(benchmark::State& state) {
     const Printer printer(handle);
     full.fonts.Loaded = true;
     SaveFontStore(printer.get(), full.fonts);
-    DOCUMENTPROPERTYHEADER header{};
-    header.cbSize = sizeof header;
-    header.hPrinter = printer.get();
-    header.pszPrinterName = name.data();
-    header.fMode = DM_PROMPT | DM_USER_DEFAULT;
+    // On the heap, as the sheet library requires.
+    const auto header = std::make_unique<DOCUMENTPROPERTYHEADER>();
+    header->cbSize = sizeof *header;
+    header->hPrinter = printer.get();
+    header->pszPrinterName = name.data();
+    header->fMode = DM_PROMPT | DM_USER_DEFAULT;
     machine.faults.Clear();
     for (auto _ : state) {
       DWORD result = CPSUI_OK;
       const LONG shown = CommonPropertySheetUIW(nullptr, DrvDocumentPropertySheets,
-                                                reinterpret_cast<LPARAM>(&header), &result);
+                                                reinterpret_cast<LPARAM>(header.get()), &result);
       if (shown < 0 || result != DWORD{CPSUI_CANCEL}) state.SkipWithError("not shown");
     }
     const auto calls = static_cast<double>(machine.faults.Calls(platform::Fault::kSpooler));
