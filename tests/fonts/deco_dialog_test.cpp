@@ -89,6 +89,19 @@ TEST_F(DecoDialogTest, SizeIsCellTimesMagnificationInTheUnitOfTheFont) {
            Replace(kExpandY, u"4"), ExpectText(kWidth, u"0.084")}));
 }
 
+// Smoothing from a magnification of 3 belongs to no resident font of this printer.
+TEST(StylesSupportedBy, SmoothingAndEmphasisDependOnMagnification) {
+  DecoFontInfo row = {};
+  row.Smoothing = kFromThree;
+  row.Bold = kUpToFive;
+  const auto styles = [&](int16_t expandX, int16_t expandY) {
+    return StylesSupportedBy(row, Font().Magnified(expandX, expandY).Deco);
+  };
+  EXPECT_TRUE(styles(3, 5).smoothing && styles(5, 3).emphasis);
+  EXPECT_FALSE(styles(2, 6).smoothing || styles(6, 2).smoothing);
+  EXPECT_FALSE(styles(6, 1).emphasis || styles(1, 6).emphasis);
+}
+
 TEST_F(DecoDialogTest, DecorationAndSerialNumberingCannotBothBeOff) {
   const std::vector<int> decoration = {kSize, kMm, kRotations[0], kReversals[0], kExpandX};
   ExpectStored(
