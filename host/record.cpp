@@ -149,7 +149,9 @@ Record ReadRecordFile(const std::filesystem::path& path) {
 void CheckRecordFile(const fs::path& path) {
   const Target target = FindTarget(path);
   if (!target.isFile) {
-    if (access(path.c_str(), W_OK) != 0 || fs::is_directory(path)) ThrowWriteError(path);
+    if (access(path.c_str(), W_OK) != 0) ThrowWriteError(path);
+    errno = EISDIR;
+    if (fs::is_directory(path)) ThrowWriteError(path);
     return;
   }
   const int file = open(target.temporary.c_str(), kCreate, 0666);

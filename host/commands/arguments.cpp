@@ -31,11 +31,11 @@ CLI::Option* AddOption(CLI::App& app, const Option& option) {
 // Adds the positional arguments that a command declares, like "NAME [VALUE]".
 void AddPositionals(CLI::App& app, const Command& command) {
   std::istringstream names{std::string(command.positional)};
-  std::size_t count = 0;
-  for (std::string name; names >> name; ++count) {
+  for (std::string name; names >> name;) {
+    const bool isRequired = !name.starts_with('[');
     std::erase_if(name, [](char c) { return c == '[' || c == ']'; });
     const auto accept = [](const CLI::results_t&) { return true; };
-    app.add_option(name, accept)->required(count < command.least);
+    app.add_option(name, accept)->required(isRequired);
   }
 }
 

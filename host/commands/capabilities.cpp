@@ -135,7 +135,7 @@ int Caps(Call& call) {
 
 }  // namespace
 
-const Command kCaps = {"caps", "NAME", 1, 1, kCapsOptions, "every capability index with its answer",
+const Command kCaps = {"caps", "NAME", kCapsOptions, "every capability index with its answer",
                        Caps};
 
 }  // namespace printhost

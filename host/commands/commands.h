@@ -28,8 +28,7 @@ struct Call {
 
 struct Command {
   std::string_view name;
-  std::string_view positional;  // the arguments without a name, as the help shows them
-  std::size_t least, most;      // how many positional arguments
+  std::string_view positional;  // the arguments without a name, optional ones in brackets
   std::span<const Option> options;
   std::string_view summary;
   int (*run)(Call& call);  // returns an exit code; throws Failure

@@ -191,12 +191,9 @@ int Device(Call& call) {
 
 }  // namespace
 
-const Command kMachine = {
-    "machine",  "", 0, 0, kMachineOptions, "shows or sets what the computer is and who is asking",
-    ShowMachine};
-const Command kDevice = {
-    "device", "NAME",         1,
-    1,        kDeviceOptions, "shows or sets the simulated printer behind the device library",
-    Device};
+const Command kMachine = {"machine", "", kMachineOptions,
+                          "shows or sets what the computer is and who is asking", ShowMachine};
+const Command kDevice = {"device", "NAME", kDeviceOptions,
+                         "shows or sets the simulated printer behind the device library", Device};
 
 }  // namespace printhost

@@ -221,9 +221,7 @@ int Show(Call& call) {
 
 }  // namespace
 
-const Command kModule = {
-    "module", "[FILE]",       0,
-    1,        kModuleOptions, "what the installed driver's file, or another DLL, holds",
-    Show};
+const Command kModule = {"module", "[FILE]", kModuleOptions,
+                         "what the installed driver's file, or another DLL, holds", Show};
 
 }  // namespace printhost

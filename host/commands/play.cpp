@@ -151,9 +151,7 @@ int Play(Call& call) {
 
 }  // namespace
 
-const Command kPlay = {
-    "play", "NAME [STEPS]", 1,
-    2,      kPlayOptions,   "a sheet against a script of steps, a file or standard input",
-    Play};
+const Command kPlay = {"play", "NAME [STEPS]", kPlayOptions,
+                       "a sheet against a script of steps, a file or standard input", Play};
 
 }  // namespace printhost

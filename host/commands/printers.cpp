@@ -112,9 +112,9 @@ void InstallPrinter(platform::Machine& machine, const std::u16string& name,
   });
 }
 
-const Command kAdd = {"add", "NAME", 1, 1, kAddOptions, "installs a printer", Add};
+const Command kAdd = {"add", "NAME", kAddOptions, "installs a printer", Add};
 const Command kRemove = {
-    "remove", "NAME", 1, 1, {}, "removes a printer with all that is stored for it", Remove};
-const Command kList = {"list", "", 0, 0, kListOptions, "the printers: name, driver, port", List};
+    "remove", "NAME", {}, "removes a printer with all that is stored for it", Remove};
+const Command kList = {"list", "", kListOptions, "the printers: name, driver, port", List};
 
 }  // namespace printhost

@@ -109,16 +109,11 @@ int SetDefault(Call& call) {
 
 }  // namespace
 
-const Command kSettings = {
-    "settings", "NAME", 1, 1, kSettingsOptions, "the resolved settings record", Settings};
-const Command kConvert = {
-    "convert", "NAME", 1, 1, kConvertOptions, "converts a record to the driver's form", Convert};
-const Command kSetDefault = {"set-default",
-                             "NAME",
-                             1,
-                             1,
-                             kSetDefaultOptions,
-                             "resolves a record and keeps it as the printer's default",
-                             SetDefault};
+const Command kSettings = {"settings", "NAME", kSettingsOptions, "the resolved settings record",
+                           Settings};
+const Command kConvert = {"convert", "NAME", kConvertOptions,
+                          "converts a record to the driver's form", Convert};
+const Command kSetDefault = {"set-default", "NAME", kSetDefaultOptions,
+                             "resolves a record and keeps it as the printer's default", SetDefault};
 
 }  // namespace printhost

@@ -151,21 +151,12 @@ int Demo(Call& call) {
 
 }  // namespace
 
-const Command kSheet = {"sheet",
-                        "NAME",
-                        1,
-                        1,
-                        kSheetOptions,
+const Command kSheet = {"sheet", "NAME", kSheetOptions,
                         "shows a property sheet in the browser; prints its address first (with "
                         "--json on standard error)",
                         Sheet};
 const Command kDemo = {
-    "demo",
-    "",
-    0,
-    0,
-    kDemoOptions,
-    "installs \"Label Printer\" if it is not there and shows its default settings",
-    Demo};
+    "demo", "", kDemoOptions,
+    "installs \"Label Printer\" if it is not there and shows its default settings", Demo};
 
 }  // namespace printhost

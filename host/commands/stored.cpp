@@ -99,12 +99,10 @@ int Registry(Call& call) {
 
 }  // namespace
 
-const Command kData = {"data", "NAME [VALUE]", 1,
-                       2,      kStoredOptions, "a printer's data: name, type, size, bytes",
-                       Data};
-const Command kRegistry = {
-    "registry", "[KEY]",        0,
-    1,          kStoredOptions, "the registry's values at and below a key of HKEY_LOCAL_MACHINE",
-    Registry};
+const Command kData = {"data", "NAME [VALUE]", kStoredOptions,
+                       "a printer's data: name, type, size, bytes", Data};
+const Command kRegistry = {"registry", "[KEY]", kStoredOptions,
+                           "the registry's values at and below a key of HKEY_LOCAL_MACHINE",
+                           Registry};
 
 }  // namespace printhost

@@ -91,7 +91,7 @@ test("a file that is not exactly one record: refused, nothing is written", (t) =
     for (const command of ["settings", "convert"]) pc.refused(3, command, NAME, "--in", file, "--out", pc.file("out"));
     pc.refused(3, "set-default", NAME, "--in", file);
   }
-  pc.refused(3, "settings", NAME, "--out", pc.folder);
+  for (const command of ["settings", "play"]) assert.match(pc.refused(3, command, NAME, "--out", pc.folder), /Is a directory/);
   assert.ok(!existsSync(pc.file("out")));
   // The smallest record ends with dmFields.
   pc.done("settings", NAME, "--in", recordFile(pc, "smallest", Buffer.alloc(76), { [dmSize]: 76 }), "--out", pc.file("out"));
