@@ -24,9 +24,12 @@ TEST_F(CreateFontPageTest, BothKindsTogetherAreLimitedToSeventy) {
   Store(expected);
   expected.push_back(Bar(u"Last"));
   // The focus moves from the disabled button to the list.
-  ExpectStored(expected, {ExpectEnabled(both), New(kDeco, u"B"), ExpectEnabled(both, false),
-                          ExpectFocus(kDeco.list), ExpectList(kDeco, {u"D0", u"B"}),
-                          Remove(kDeco, 1, u"B"), ExpectEnabled(both), New(kBar, u"Last")});
+  ExpectStored(expected,
+               {ExpectText(IDC_CREATE_FONT_LIMIT_TEXT,
+                           u"装飾フォントとバーコードフォントは、合計 70 個まで登録できます。"),
+                ExpectEnabled(both), New(kDeco, u"B"), ExpectEnabled(both, false),
+                ExpectFocus(kDeco.list), ExpectList(kDeco, {u"D0", u"B"}), Remove(kDeco, 1, u"B"),
+                ExpectEnabled(both), New(kBar, u"Last")});
   // The page drops decorative fonts above the limit.
   Store(Many(50, 40));
   ExpectStored(Many(29, 40), Remove(kDeco, 29, u"D29"));

@@ -127,14 +127,14 @@ TEST_F(RegisterDialog, PaperInDotsIsEditedInMillimetres) {
 
 TEST_F(RegisterDialog, DataReferenceCopiesSelectedPaperWithoutItsName) {
   DriverSettingsBlock block = With(1);
-  block.Printer.Papers[1].PaperKind = kFollowPrinter;
-  block.Printer.Papers[1].GapSize = 44;
-  block.Printer.Papers[1].EyeMarkSize = 55;
+  block.Printer.Papers[0].PaperKind = kFollowPrinter;
+  block.Printer.Papers[0].GapSize = 44;
+  block.Printer.Papers[0].EyeMarkSize = 55;
   block.Record.Private.FreePaper.LabelHeight = 999;
   StoreDefaults(block);
   Ok(kPaperTab,
-     {Select(kList, 1), Click(IDC_PAPER_REFERENCE), Click(kRegister), ExpectText(kName, u""),
-      ExpectShownSizes(u"20.1", u"68.0", u"4.4"), Replace(kName, u"Copy"), Click(IDOK),
+     {Select(kList, 0), Click(IDC_PAPER_REFERENCE), Click(kRegister), ExpectText(kName, u""),
+      ExpectShownSizes(u"58.0", u"68.0", u"4.4"), Replace(kName, u"Copy"), Click(IDOK),
       Select(kList, 3), Click(kRegister), ExpectShownSizes(u"58.0", u"99.9", u"3.0"),
       Click(IDCANCEL), Click(IDC_PAPER_REFERENCE), Click(kRegister),
       ExpectShownSizes(u"58.0", u"68.0", u"3.0"), Click(IDCANCEL)});

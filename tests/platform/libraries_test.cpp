@@ -145,17 +145,6 @@ TEST_F(FileDialogTest, OpenedFileMustExist) {
   EXPECT_EQ(Choose({refused, ExpectText(kName, u""), Enter(u"..\\PLAIN")}), u"C:\\data\\PLAIN");
 }
 
-TEST_F(MachineTest, FileTitleIsTheDisplayedName) {
-  WCHAR title[6] = {};
-  EXPECT_EQ(GetFileTitleW(u"C:\\d\\a.b.ini", title, 6), 0);
-  EXPECT_EQ(title, std::u16string(u"a.b"));
-  EXPECT_EQ(GetFileTitleW(u"/.ini", title, 6), 0);
-  EXPECT_EQ(title, std::u16string(u".ini")) << "a name of an extension alone";
-  EXPECT_EQ(GetFileTitleW(u"123456.i", title, 6), 7) << "the required size";
-  for (const char16_t* invalid : {u"", u"C:\\d\\", u"a*.ini", u"[a].ini", u"a\x1F.ini"})
-    EXPECT_EQ(GetFileTitleW(invalid, title, 6), -1);
-}
-
 // The k-th field of the dialog has the id 2101 + k.
 TEST_F(MachineTest, HalftoneDialogStoresConfirmedFieldsInTheirRange) {
   constexpr int kContrast = 2101, kBrightness = 2102, kRed = 2105, kNegative = 2111, kReset = 2400;
